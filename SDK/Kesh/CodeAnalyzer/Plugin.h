@@ -1,0 +1,53 @@
+#pragma once
+
+#include "Kesh/Base/Export.h"
+#include "Kesh/CodeAnalyzer/ICAComponent.h"
+#include "Kesh/CodeAnalyzer/ICustomNames.h"
+#include "Kesh/CodeAnalyzer/SCAError.h"
+#include "Kesh/SDK/ICommand.h"
+
+#include <boost/signals2/signal.hpp>
+#include <map>
+#include <string>
+#include <vector>
+
+namespace Kesh::CodeAnalyzer {
+
+/// The stored errors, for a host that shows them in its own way. Reading is safe from any thread. The signals
+/// are emitted on the GUI thread while the store is locked: a slot must not read the store, it should only
+/// note that something changed.
+class IErrorsSource
+{
+public:
+    using AddedSignal = boost::signals2::signal<void(const std::wstring&, const std::vector<SCAError>&)>;
+    using RemovedSignal = boost::signals2::signal<void(const std::wstring&)>;
+
+    virtual void GetErrors(const std::wstring& file, std::vector<SCAError>& out) = 0;
+    virtual std::map<std::wstring, std::vector<SCAError>> GetAllErrors() = 0;
+    /// The message in the user's language.
+    virtual std::wstring GetErrorDescription(const SCAError& error) = 0;
+    virtual AddedSignal& GetAddedSignal() = 0;
+    virtual RemovedSignal& GetRemovedSignal() = 0;
+
+protected:
+    ~IErrorsSource() = default;
+};
+
+} // namespace Kesh::CodeAnalyzer
+
+/// The functions that a host looks up with dlsym() in libCodeAnalyzer.so.1. GUI thread only.
+extern "C" {
+/// A new component; the caller initialises it once and ends it with CodeAnalyzerDestroy().
+KESH_EXPORT Kesh::CodeAnalyzer::ICAComponent* CodeAnalyzerCreate();
+/// Ends a component while the application and its services still live. No worker of it runs afterwards.
+KESH_EXPORT void CodeAnalyzerDestroy(Kesh::CodeAnalyzer::ICAComponent* component);
+/// A command by class name ("CCACheckNowCmd", "CCACheckProjectCmd"), owned by the caller; null for another
+/// name.
+KESH_EXPORT Kesh::SDK::ICommand* CodeAnalyzerCreateCommand(Kesh::CodeAnalyzer::ICAComponent* component,
+                                                           const char* className);
+/// Both owned by the component.
+KESH_EXPORT Kesh::CodeAnalyzer::IErrorsSource*
+CodeAnalyzerGetErrorsSource(Kesh::CodeAnalyzer::ICAComponent* component);
+KESH_EXPORT Kesh::CodeAnalyzer::ICustomNames*
+CodeAnalyzerGetCustomNames(Kesh::CodeAnalyzer::ICAComponent* component);
+}
