@@ -1,0 +1,75 @@
+#pragma once
+
+#include "Kesh/SDK/IComponent.h"
+#include "Kesh/SyntaxParser/IParser.h"
+#include "Kesh/SyntaxParser/ISPDocument.h"
+#include "Parsers/CParentParser.h"
+
+#include <boost/shared_ptr.hpp>
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace Kesh::CodeAnalyzer {
+
+class CCAErrorsManager;
+class CStatementParser;
+
+/// The PHP checker of one document: gives each region to the statement parser that owns the current
+/// statement, or offers it to all of them, and reports the errors of a pass to the errors manager under the
+/// file's name. One thread at a time.
+class CPhpSyntaxParser : public CParentParser,
+                         public SyntaxParser::IStateRegionHandler,
+                         public SDK::IComponent1<SyntaxParser::ISPDocument>
+{
+public:
+    /// Neither pointer is owned; both outlive the parser.
+    CPhpSyntaxParser(SyntaxParser::CDefRegions* defs, CCAErrorsManager* errorsManager);
+
+    void OnStructureEnd(SyntaxParser::CRegion* region, int redispatch) override;
+    void OnParsingContinue(SyntaxParser::CRegion* region, int offer) override;
+    void OnStructureError(int code, SyntaxParser::CRegion* region, int skipToEnd) override;
+    void AddErrors(const std::vector<SCAError>& errors) override;
+
+    virtual ~CPhpSyntaxParser();
+
+    void Init(boost::shared_ptr<SyntaxParser::IReader> reader) override;
+    bool BeforeParse(const SyntaxParser::STextChange& change,
+                     boost::shared_ptr<SyntaxParser::IReader> reader) override;
+    void AfterParse() override;
+    int AddRegion(SyntaxParser::CRegion* region) override;
+    void SendRegsEnd() override {}
+    std::wstring GetSRName() override;
+    SyntaxParser::CIterator GetStartPos() override;
+    SyntaxParser::CIterator GetEndPos() override;
+
+    /// Registers with the document's parser; builds no statement parsers.
+    void InitComponent(SyntaxParser::ISPDocument* document) override;
+    std::wstring GetComponentName() override;
+
+    /// Registers with the document's parser and builds the statement parsers. Call once.
+    void InitParser(boost::shared_ptr<SyntaxParser::ISPDocument> document);
+    void InitParser(boost::shared_ptr<SyntaxParser::IParser> parser,
+                    boost::shared_ptr<SyntaxParser::IReader> reader);
+    /// The file under whose name errors are reported.
+    void SteFileName(const std::wstring& name);
+
+private:
+    void Offer(SyntaxParser::CRegion* region);
+    void DispatchRegion(SyntaxParser::CRegion* region);
+    void DispatchBracketRegion(SyntaxParser::CRegion* region);
+    template <class TParser> void AddParser();
+
+    std::vector<CStatementParser*> m_parsers; ///< owned, in the order in which they are offered a region
+    CStatementParser* m_active = nullptr;
+    SyntaxParser::CDefRegions* m_defs;
+    boost::shared_ptr<SyntaxParser::IReader> m_reader;
+    CCAErrorsManager* m_errorsManager;
+    std::wstring m_fileName;
+    std::vector<SCAError> m_errors;
+    int m_skipToEnd = 0;
+    int m_inPhp = 0;
+    std::vector<CStatementParser*> m_suspended;
+};
+
+} // namespace Kesh::CodeAnalyzer

@@ -1,0 +1,33 @@
+#pragma once
+
+#include "Kesh/SyntaxParser/SemanticTree.h"
+
+#include <cstddef>
+#include <string_view>
+#include <vector>
+
+namespace Kesh::SyntaxParser {
+
+/// What a text is at its outermost level.
+enum class EMarkup { Html, Css };
+
+/// A stretch of PHP in a text, tags included; offsets in characters, end exclusive.
+struct SIsland
+{
+    std::size_t begin = 0;
+    std::size_t end = 0;
+};
+
+/// The names of a text's markup: tags and attributes in `html`; style properties and selector element names
+/// of style sheets, <style> elements and style attributes in `css`.
+struct SMarkupTrees
+{
+    SSemanticTree html;
+    SSemanticTree css;
+};
+
+/// Builds both trees in one pass; survives any text in linear time. Lines end at "\n" alone. `islands` lie in
+/// order and do not overlap. Reentrant.
+SMarkupTrees BuildMarkupTrees(std::wstring_view text, EMarkup markup, const std::vector<SIsland>& islands);
+
+} // namespace Kesh::SyntaxParser
