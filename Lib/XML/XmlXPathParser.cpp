@@ -36,6 +36,20 @@ std::wstring CXmlXPathParser::GetString(const std::wstring& xpath)
     return text.toStdWString();
 }
 
+std::vector<std::wstring> CXmlXPathParser::GetStrings(const std::wstring& xpath)
+{
+    if (!m_focused)
+        return {};
+    m_query.setQuery(QString::fromStdWString(xpath));
+    QStringList strings;
+    if (!m_query.isValid() || !m_query.evaluateTo(&strings))
+        return {};
+    std::vector<std::wstring> wide;
+    for (const QString& text : strings)
+        wide.push_back(text.toStdWString());
+    return wide;
+}
+
 std::vector<std::wstring> CXmlXPathParser::GetElements(const std::wstring& xpath)
 {
     if (!m_focused)

@@ -17,6 +17,8 @@ public:
 
     /// The string value of what `xpath` finds, as it is written in XML.
     std::wstring GetString(const std::wstring& xpath);
+    /// The strings that `xpath` yields, in document order; for questions asked of many elements at once.
+    std::vector<std::wstring> GetStrings(const std::wstring& xpath);
     /// The complete text of each element that `xpath` finds, in document order.
     std::vector<std::wstring> GetElements(const std::wstring& xpath);
 

@@ -1,0 +1,55 @@
+#pragma once
+
+#include "Application/Application.h"
+#include "Application/HeadlessMainFrame.h"
+#include "Application/Settings.h"
+#include "Components/CAComponent.h"
+#include "Components/CAErrorsBar.h"
+#include "Editor/TextHolder.h"
+#include "LangSupport/Translations.h"
+#include "ProjectManager/ProjectManager.h"
+#include "SyntaxParser/ParserComponent.h"
+
+#include <memory>
+#include <string>
+
+namespace Kesh::Tests {
+
+/// The real host without a window, and the plug-in's component started in it.
+struct CTestHost
+{
+    CTestHost()
+    {
+        component->InitComponent(&application);
+        frame.Build();
+    }
+
+    CodeAnalyzer::CCAErrorsManager& Errors()
+    {
+        return static_cast<CodeAnalyzer::CCAErrorsManager&>(*component->GetErrorsManager());
+    }
+    CodeAnalyzer::CCAErrorsBar& Bar() { return *component->GetErrorsBar(); }
+    Host::CDocument& Open(const std::wstring& path, const std::string& text)
+    {
+        return application.Documents().OpenBytes(path, text);
+    }
+    /// As the user's typing would.
+    static void Edit(Host::CDocument& document, const std::wstring& text)
+    {
+        static_cast<Editor::CMemoryText&>(document.GetHolder()).Edit(text);
+    }
+    std::vector<CodeAnalyzer::SCAError> ErrorsOf(const std::wstring& path)
+    {
+        std::vector<CodeAnalyzer::SCAError> errors;
+        Errors().GetErrors(path, errors);
+        return errors;
+    }
+
+    Host::CHeadlessMainFrame frame;
+    Host::CMemorySettings settings;
+    LangSupport::CTranslations translations;
+    Host::CApplication application{{frame, settings, translations}};
+    std::unique_ptr<CodeAnalyzer::CCAComponent> component = std::make_unique<CodeAnalyzer::CCAComponent>();
+};
+
+} // namespace Kesh::Tests
