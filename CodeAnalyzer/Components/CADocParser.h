@@ -1,0 +1,88 @@
+#pragma once
+
+#include "Kesh/Base/ITimerHandler.h"
+#include "Kesh/Editor/IDocBuffer.h"
+#include "Kesh/SDK/IApplication.h"
+#include "Kesh/SyntaxParser/ISPDocument.h"
+
+#include <atomic>
+#include <boost/shared_ptr.hpp>
+#include <boost/signals2/connection.hpp>
+#include <boost/weak_ptr.hpp>
+#include <memory>
+#include <string>
+
+namespace Kesh::CodeAnalyzer {
+
+class CCACheckWorkers;
+class CCADocumentCheck;
+class CCAErrorsManager;
+class CHtmlCustomItemsKeeper;
+
+/// Checks one open document again when the user has stopped typing, in a thread of its own. Held by shared
+/// pointers of the document manager and of a running check; when the document is closed during a check, the
+/// checker dies in the worker thread at its end. GUI thread, unless said otherwise.
+class CCADocParser : public Base::ITimerHandler
+{
+public:
+    /// Nothing is owned. Stays inert when the host makes no checking document. Raises CCriticalError "Bad
+    /// sweak pointer" without "IParserComponent".
+    CCADocParser(SDK::IApplication* application, SyntaxParser::ISPDocument* source,
+                 SyntaxParser::CDefRegions* defs, CCAErrorsManager* errorsManager,
+                 CHtmlCustomItemsKeeper* customItems);
+    /// Any thread. Drops the file's errors unless the open project has the file.
+    virtual ~CCADocParser();
+    CCADocParser(const CCADocParser&) = delete;
+    CCADocParser& operator=(const CCADocParser&) = delete;
+
+    /// Gives the checker the pointer that keeps it alive during a check; without one no check is started.
+    void InitPtr(boost::shared_ptr<CCADocParser> self);
+    /// The document is closed: no check begins any more.
+    void DestroyPtr();
+    /// Shares the register of running checks; without it the checker keeps one for itself.
+    void SetWorkers(std::shared_ptr<CCACheckWorkers> workers);
+
+    void OnTextChange(Editor::IDocBuffer::IChangeContext* context);
+    void OnTimer() override;
+    /// Milliseconds.
+    int GetDelay() override { return 3000; }
+    std::wstring GetName() override { return L"CCADocParser"; }
+    /// Checks the text as it is now on the calling thread, or re-arms the timer when a check of the file
+    /// runs.
+    void CheckNow();
+    /// Checks again after the usual delay.
+    void CheckLater();
+
+    /// The body of the worker thread.
+    void ParseInThread();
+
+    bool IsDocument(SyntaxParser::ISPDocument* document) const;
+    bool IsDocument(SDK::IDocument* document) const;
+    /// The source document's path; empty when the document is gone. Any thread.
+    std::wstring GetFilePath() const;
+
+private:
+    class CChangeReceiver;
+
+    boost::shared_ptr<SyntaxParser::ISPDocument> LockSource() const;
+    bool BeginCheck();
+    void EndCheck();
+    void DropErrorsOutsideProject(const std::wstring& path);
+
+    std::int64_t m_valid = 10;
+    boost::weak_ptr<SyntaxParser::ISPDocument> m_source;
+    std::unique_ptr<CCADocumentCheck> m_check; ///< null when inert
+    CCAErrorsManager* m_errorsManager;
+    SDK::IApplication* m_application;
+    std::atomic<int> m_busy{0};
+    boost::shared_ptr<CCADocParser> m_self;
+    boost::shared_ptr<CCADocParser> m_keepAlive;
+    /// Keeps the source's path at hand while a check runs, also when the document is closed meanwhile.
+    boost::shared_ptr<SyntaxParser::ISPDocument> m_checkedSource;
+    std::wstring m_filePath;
+    std::shared_ptr<CCACheckWorkers> m_workers;
+    std::shared_ptr<CChangeReceiver> m_receiver;
+    boost::signals2::connection m_changeConnection;
+};
+
+} // namespace Kesh::CodeAnalyzer

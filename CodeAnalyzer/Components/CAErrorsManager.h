@@ -1,0 +1,76 @@
+#pragma once
+
+#include "Kesh/CodeAnalyzer/IErrorsManager.h"
+#include "Kesh/CodeAnalyzer/SCAError.h"
+#include "Kesh/SDK/IApplication.h"
+
+#include <QIcon>
+#include <QMutex>
+#include <boost/signals2/signal.hpp>
+#include <boost/signals2/trackable.hpp>
+#include <map>
+#include <string>
+#include <vector>
+
+namespace Kesh::CodeAnalyzer {
+
+class CCAErrorsBar;
+
+/// The one store of errors, per file. Workers post their results to the errors bar, which hands them back on
+/// the GUI thread; only there does the table change. The signals are emitted while the table is locked: a
+/// slot must not call back into the store.
+class CCAErrorsManager : public IErrorsManager, public boost::signals2::trackable
+{
+public:
+    using ErrorsTable = std::map<std::wstring, std::vector<SCAError>>;
+    using AddedSignal = boost::signals2::signal<void(const std::wstring&, const std::vector<SCAError>&)>;
+    using RemovedSignal = boost::signals2::signal<void(const std::wstring&)>;
+
+    virtual ~CCAErrorsManager() = default;
+
+    /// The bar is not owned. Raises CCriticalError "Bad sweak pointer" without "IParserComponent". GUI
+    /// thread.
+    void Init(SDK::IApplication* application, CCAErrorsBar* bar, const QIcon& icon);
+    /// The bar is about to die: what is posted from now on goes nowhere. GUI thread, once no worker runs.
+    void DetachBar();
+
+    /// Posts the errors of a finished check; nothing for an empty list or path. Any thread.
+    void AddErrors(const std::wstring& file, const std::vector<SCAError>& errors);
+    /// Posts that the file's errors are gone. Any thread.
+    void RemoveErrorsMSG(const std::wstring& file);
+    /// Delivers at once what has been posted so far, for those about to replace or save errors. GUI thread.
+    void DeliverPosted();
+
+    /// Appends to the file's errors. GUI thread.
+    void AddErrorsFormBar(const std::wstring& file, const std::vector<SCAError>& errors);
+    /// Replaces the file's errors, also by none. GUI thread.
+    void AddErrorsMT(const std::wstring& file, const std::vector<SCAError>& errors);
+    /// GUI thread.
+    void RemoveErrors(const std::wstring& file);
+    /// Empties the table without a signal.
+    void Clear();
+
+    /// Leaves `out` as it was when the file has no entry. Any thread.
+    void GetErrors(const std::wstring& file, std::vector<SCAError>& out);
+    ErrorsTable GetAllErrors();
+    bool IsErrorOnLine(const std::wstring& file, int line) override;
+    QIcon GetIcon() override;
+    /// Appends to `out` the parts of the file's errors that begin or end inside `span`. Any thread.
+    void OnFindErrorRegions(const std::wstring& file, const SyntaxParser::SScheme& span,
+                            std::vector<SyntaxParser::SScheme>& out);
+    /// The message in the user's language. Any thread.
+    std::wstring GetErrorDescription(const SCAError& error);
+
+    AddedSignal& GetAddedSignal() { return m_added; }
+    RemovedSignal& GetRemovedSignal() { return m_removed; }
+
+private:
+    CCAErrorsBar* m_bar = nullptr;
+    QMutex m_lock;
+    ErrorsTable m_errors;
+    QIcon m_icon;
+    AddedSignal m_added;
+    RemovedSignal m_removed;
+};
+
+} // namespace Kesh::CodeAnalyzer

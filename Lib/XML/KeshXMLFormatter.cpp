@@ -1,0 +1,27 @@
+#include "XML/KeshXMLFormatter.h"
+
+namespace Kesh::XML {
+
+CKeshXMLFormatter::CKeshXMLFormatter(const QXmlQuery& query, QBuffer* buffer)
+    : QXmlFormatter(query, buffer), m_buffer(buffer)
+{
+}
+
+void CKeshXMLFormatter::startElement(const QXmlName& name)
+{
+    ++m_depth;
+    QXmlFormatter::startElement(name);
+}
+
+void CKeshXMLFormatter::endElement()
+{
+    QXmlFormatter::endElement();
+    if (--m_depth != 0)
+        return;
+    // Opening for writing empties the buffer, so that the next element starts anew.
+    m_buffer->close();
+    m_elements.push_back(QString::fromUtf8(m_buffer->data()).trimmed().toStdWString());
+    m_buffer->open(QIODevice::WriteOnly);
+}
+
+} // namespace Kesh::XML
