@@ -6,33 +6,47 @@
 #include "Components/CAComponent.h"
 #include "Components/CAErrorsBar.h"
 #include "Editor/TextHolder.h"
+#include "GatedParser.h"
 #include "LangSupport/Translations.h"
 #include "ProjectManager/ProjectManager.h"
-#include "SyntaxParser/ParserComponent.h"
 
+#include <boost/make_shared.hpp>
 #include <memory>
 #include <string>
 
 namespace Kesh::Tests {
 
-/// The real host without a window, and the plug-in's component started in it.
+/// The real host without a window, and the plug-in's component, started in it unless said otherwise.
 struct CTestHost
 {
-    CTestHost()
+    enum EStart { Started, NotStarted };
+
+    explicit CTestHost(EStart start = Started)
+    {
+        application.AddComponent(parser);
+        if (start == Started)
+            Start();
+    }
+    ~CTestHost() { parser->Gate().Open(); }
+
+    void Start()
     {
         component->InitComponent(&application);
         frame.Build();
     }
-
     CodeAnalyzer::CCAErrorsManager& Errors()
     {
         return static_cast<CodeAnalyzer::CCAErrorsManager&>(*component->GetErrorsManager());
     }
     CodeAnalyzer::CCAErrorsBar& Bar() { return *component->GetErrorsBar(); }
+    CGate& Gate() { return parser->Gate(); }
+    ProjectManager::IProjectManager& Project() { return *application.Project().GetProjectManager(); }
+
     Host::CDocument& Open(const std::wstring& path, const std::string& text)
     {
         return application.Documents().OpenBytes(path, text);
     }
+    void Close(Host::CDocument& document) { application.Documents().Close(document); }
     /// As the user's typing would.
     static void Edit(Host::CDocument& document, const std::wstring& text)
     {
@@ -49,6 +63,7 @@ struct CTestHost
     Host::CMemorySettings settings;
     LangSupport::CTranslations translations;
     Host::CApplication application{{frame, settings, translations}};
+    boost::shared_ptr<CGatedParser> parser = boost::make_shared<CGatedParser>(application.Parser());
     std::unique_ptr<CodeAnalyzer::CCAComponent> component = std::make_unique<CodeAnalyzer::CCAComponent>();
 };
 
