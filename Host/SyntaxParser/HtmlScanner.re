@@ -101,18 +101,24 @@ void CHtmlScanner::ReadValue()
 {
     const wchar_t* marker = nullptr;
     const wchar_t* value = nullptr;
-    bool quoted = false;
     /*!stags:re2c format = 'const wchar_t* @@ = nullptr;'; */
     /*!re2c
-        space* "=" space* ["] @value [^"\x00]* { quoted = true; }
-        space* "=" space* ['] @value [^'\x00]* { quoted = true; }
-        space* "=" space* @value [^ \t\n\f\r>"'\x00] [^ \t\n\f\r>\x00]* { }
-        space* "=" space* @value { }
-        "" { value = m_cursor; }
+        space* "=" space* @value (["] [^"\x00]* | ['] [^'\x00]*) {
+            ++value; // past the opening quote
+            m_value = {Offset(value), Offset(m_cursor)};
+            if (*m_cursor != L'\0')
+                ++m_cursor; // the closing quote
+            return;
+        }
+        space* "=" space* @value ([^ \t\n\f\r>"'\x00] [^ \t\n\f\r>\x00]*)? {
+            m_value = {Offset(value), Offset(m_cursor)};
+            return;
+        }
+        "" {
+            m_value = {Offset(m_cursor), Offset(m_cursor)};
+            return;
+        }
     */
-    m_value = {Offset(value), Offset(m_cursor)};
-    if (quoted && *m_cursor != L'\0')
-        ++m_cursor;
 }
 
 SStretch CHtmlScanner::RawText(std::wstring_view name)

@@ -26,13 +26,15 @@ enum class ETag : std::uint8_t {
     Paragraph,
     Plaintext,
     Row,
-    Ruby,     // rb, rtc
-    RubyText, // rp, rt
+    RubyBase,
+    RubyContainer, // rtc
+    RubyText,      // rp, rt
     Script,
     Style,
     Svg,
     Table,
-    TablePart, // caption, colgroup, tbody, thead, tfoot
+    TableHead, // caption, colgroup
+    TablePart, // tbody, thead, tfoot
     Template,
     Count
 };

@@ -11,15 +11,21 @@ using Base::CCommonString;
 
 namespace {
 
-// Rows end cells, and table parts end rows.
+// A start tag of a table ends the open parts of the table that are of no higher rank.
 int TableRank(ETag tag)
 {
     switch (tag) {
+    case ETag::TableHead:
     case ETag::Cell: return 1;
     case ETag::Row: return 2;
     case ETag::TablePart: return 3;
     default: return 0;
     }
+}
+
+bool IsRubyPart(ETag tag)
+{
+    return tag == ETag::RubyBase || tag == ETag::RubyText;
 }
 
 bool IsCssType(std::wstring_view type)
@@ -159,6 +165,7 @@ bool CHtmlTreeBuilder::IsOutOfReach(const STagName& name, std::size_t i) const
     case ETag::Body:
     case ETag::Template: return false;
     case ETag::Table: return Tag(i) == ETag::Template;
+    case ETag::TableHead:
     case ETag::TablePart:
     case ETag::Row:
     case ETag::Cell: return Tag(i) == ETag::Table || Tag(i) == ETag::Template;
@@ -190,15 +197,19 @@ void CHtmlTreeBuilder::EndByStart(const STagName& name)
         if (Tag(m_open.size() - 1) == ETag::OptGroup)
             PopTo(m_open.size() - 1);
         break;
-    case ETag::Ruby: EndWhile([](ETag tag) { return tag == ETag::Ruby || tag == ETag::RubyText; }); break;
-    case ETag::RubyText: EndWhile([](ETag tag) { return tag == ETag::RubyText; }); break;
+    case ETag::RubyBase:
+    case ETag::RubyContainer:
+        EndWhile([](ETag tag) { return IsRubyPart(tag) || tag == ETag::RubyContainer; });
+        break;
+    case ETag::RubyText: EndWhile(IsRubyPart); break;
     case ETag::Table:
         if (Tag(top) == ETag::Table)
             PopTo(top);
         break;
-    case ETag::TablePart:
+    case ETag::TableHead:
+    case ETag::TablePart: EndTableParts(TableRank(ETag::TablePart)); break;
     case ETag::Row:
-    case ETag::Cell: EndTableParts(name.tag); break;
+    case ETag::Cell: EndTableParts(TableRank(name.tag)); break;
     default:
         if (name.flags & m_open[top].flags & TagHeading)
             PopTo(top);
@@ -239,16 +250,14 @@ void CHtmlTreeBuilder::EndItem(ETag item)
     }
 }
 
-void CHtmlTreeBuilder::EndTableParts(ETag part)
+void CHtmlTreeBuilder::EndTableParts(int rank)
 {
-    if (OpenCount(ETag::Cell) + OpenCount(ETag::Row) + OpenCount(ETag::TablePart) == 0)
-        return;
     std::size_t outermost = m_open.size();
     for (std::size_t i = m_open.size() - 1; i > 0; --i) {
         const ETag tag = Tag(i);
         if (tag == ETag::Table || tag == ETag::Template)
             break;
-        if (TableRank(tag) != 0 && TableRank(tag) <= TableRank(part))
+        if (TableRank(tag) != 0 && TableRank(tag) <= rank)
             outermost = i;
     }
     PopTo(outermost);

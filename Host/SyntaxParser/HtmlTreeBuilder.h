@@ -56,7 +56,7 @@ private:
     /// Ends the nearest such element, unless the scope or a `bound` ends before.
     void EndNearest(ETag tag, ETag bound);
     void EndItem(ETag item);
-    void EndTableParts(ETag part);
+    void EndTableParts(int rank);
     void LeaveForeign();
     /// Whether the end tag `name` does not reach past the open element `i`.
     bool IsOutOfReach(const STagName& name, std::size_t i) const;
