@@ -67,7 +67,7 @@ private:
     boost::shared_ptr<SyntaxParser::ISPDocument> LockSource() const;
     bool BeginCheck();
     void EndCheck();
-    void DropErrorsOutsideProject(const std::wstring& path);
+    void DropErrorsOutsideProject();
 
     std::int64_t m_valid = 10;
     boost::weak_ptr<SyntaxParser::ISPDocument> m_source;
@@ -81,7 +81,7 @@ private:
     boost::shared_ptr<SyntaxParser::ISPDocument> m_checkedSource;
     std::wstring m_filePath;
     std::shared_ptr<CCACheckWorkers> m_workers;
-    boost::shared_ptr<CChangeReceiver> m_receiver;
+    std::shared_ptr<CChangeReceiver> m_receiver;
     boost::signals2::connection m_changeConnection;
 };
 

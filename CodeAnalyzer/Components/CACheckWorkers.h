@@ -1,0 +1,57 @@
+#pragma once
+
+#include <QPointer>
+#include <QThread>
+#include <mutex>
+#include <set>
+#include <string>
+#include <vector>
+
+namespace Kesh::CodeAnalyzer {
+
+/// Which files are being checked, and by which threads. Two checks of one file at once would list its errors
+/// twice, whoever starts them: the editor's checker, the project check, or the user.
+class CCACheckWorkers
+{
+public:
+    /// False when a check of the file runs already; otherwise one runs until EndCheck(). Any thread.
+    bool BeginCheck(const std::wstring& file);
+    /// Once all that the check reports has been posted. Any thread.
+    void EndCheck(const std::wstring& file);
+
+    /// A check for the time of a scope.
+    class CCheck
+    {
+    public:
+        CCheck(CCACheckWorkers& workers, const std::wstring& file)
+            : m_workers(workers), m_file(file), m_begun(workers.BeginCheck(file))
+        {
+        }
+        ~CCheck()
+        {
+            if (m_begun)
+                m_workers.EndCheck(m_file);
+        }
+        CCheck(const CCheck&) = delete;
+        CCheck& operator=(const CCheck&) = delete;
+        /// Whether the check may run.
+        explicit operator bool() const { return m_begun; }
+
+    private:
+        CCACheckWorkers& m_workers;
+        const std::wstring m_file;
+        const bool m_begun;
+    };
+
+    /// Follows a thread that deletes itself later. GUI thread.
+    void AddThread(QThread* thread);
+    /// Waits for all threads and deletes them, so that no deferred deletion is left behind. GUI thread.
+    void WaitForThreads();
+
+private:
+    std::mutex m_mutex;
+    std::set<std::wstring> m_files;
+    std::vector<QPointer<QThread>> m_threads;
+};
+
+} // namespace Kesh::CodeAnalyzer

@@ -1,0 +1,89 @@
+#include "Components/CADocManager.h"
+
+#include "Base/HostComponent.h"
+#include "Components/CACheckWorkers.h"
+#include "Kesh/SyntaxParser/IParserComponent.h"
+
+#include <algorithm>
+#include <boost/bind/bind.hpp>
+#include <boost/bind/placeholders.hpp>
+#include <boost/make_shared.hpp>
+
+namespace Kesh::CodeAnalyzer {
+
+using namespace boost::placeholders;
+
+CCADocManager::CCADocManager() : m_workers(std::make_shared<CCACheckWorkers>()) {}
+
+CCADocManager::~CCADocManager()
+{
+    Shutdown();
+}
+
+void CCADocManager::Init(SDK::IApplication* application, CCAErrorsManager* errorsManager,
+                         CHtmlCustomItemsKeeper* customItems)
+{
+    m_application = application;
+    m_errorsManager = errorsManager;
+    m_customItems = customItems;
+    auto parser = Base::GetHostComponent<SyntaxParser::IParserComponent>(application, L"IParserComponent");
+    m_defs = parser->GetDefRegions();
+    parser->GetDocCreatedSignal().connect(boost::bind(&CCADocManager::OnSPDocCreated, this, _1));
+}
+
+void CCADocManager::Shutdown()
+{
+    for (const auto& checker : m_checkers)
+        checker->DestroyPtr();
+    m_checkers.clear();
+    m_workers->WaitForThreads();
+}
+
+void CCADocManager::OnSPDocCreated(boost::shared_ptr<SyntaxParser::ISPDocument> document)
+{
+    if (!document || !IsCheckable(*document))
+        return;
+    auto checker = boost::make_shared<CCADocParser>(m_application, document.get(), m_defs, m_errorsManager,
+                                                    m_customItems);
+    checker->SetWorkers(m_workers);
+    checker->InitPtr(checker);
+    m_checkers.push_back(checker);
+    document->GetDocDestroySignal().connect(boost::bind(&CCADocManager::OnSPDocDestroy, this, _1));
+}
+
+void CCADocManager::OnSPDocDestroy(SDK::IDocument* document)
+{
+    const auto found = std::find_if(m_checkers.begin(), m_checkers.end(), [document](const auto& checker) {
+        return checker->IsDocument(document);
+    });
+    if (found == m_checkers.end())
+        return;
+    (*found)->DestroyPtr();
+    m_checkers.erase(found);
+}
+
+bool CCADocManager::IsCheckable(SyntaxParser::ISPDocument& document)
+{
+    const std::wstring factory = document.GetFactoryName();
+    if (factory != L"PHPSPDocFactory" && factory != L"HTMLSPDocFactory" && factory != L"CSSSPDocFactory")
+        return false;
+    // Templates are full of what only their engine understands.
+    const std::wstring path = document.GetFilePath();
+    return path.size() <= 4 || !(path.ends_with(L".tpl") || path.ends_with(L".ctp"));
+}
+
+boost::shared_ptr<CCADocParser> CCADocManager::FindChecker(SyntaxParser::ISPDocument* document) const
+{
+    for (const auto& checker : m_checkers)
+        if (checker->IsDocument(document))
+            return checker;
+    return {};
+}
+
+void CCADocManager::CheckAllLater()
+{
+    for (const auto& checker : m_checkers)
+        checker->CheckLater();
+}
+
+} // namespace Kesh::CodeAnalyzer

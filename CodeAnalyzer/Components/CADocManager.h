@@ -1,0 +1,54 @@
+#pragma once
+
+#include "Components/CADocParser.h"
+#include "Kesh/SDK/IApplication.h"
+#include "Kesh/SyntaxParser/ISPDocument.h"
+
+#include <boost/shared_ptr.hpp>
+#include <boost/signals2/trackable.hpp>
+#include <memory>
+#include <vector>
+
+namespace Kesh::CodeAnalyzer {
+
+class CCACheckWorkers;
+
+/// Gives each open document of a checkable kind its checker. GUI thread.
+class CCADocManager : public boost::signals2::trackable
+{
+public:
+    CCADocManager();
+    /// Shuts down.
+    ~CCADocManager();
+    CCADocManager(const CCADocManager&) = delete;
+    CCADocManager& operator=(const CCADocManager&) = delete;
+
+    /// Nothing is owned. Raises CCriticalError "Bad sweak pointer" without "IParserComponent".
+    void Init(SDK::IApplication* application, CCAErrorsManager* errorsManager,
+              CHtmlCustomItemsKeeper* customItems);
+    /// Lets all checkers go and waits for running checks, while what they need still lives.
+    void Shutdown();
+
+    void OnSPDocCreated(boost::shared_ptr<SyntaxParser::ISPDocument> document);
+    void OnSPDocDestroy(SDK::IDocument* document);
+
+    /// Whether documents of this kind and path are checked at all.
+    static bool IsCheckable(SyntaxParser::ISPDocument& document);
+    /// The document's checker; null when it has none.
+    boost::shared_ptr<CCADocParser> FindChecker(SyntaxParser::ISPDocument* document) const;
+    /// Checks all documents again after the usual delay.
+    void CheckAllLater();
+    SyntaxParser::CDefRegions* GetDefRegions() const { return m_defs; }
+    /// The checks that run, whoever has started them.
+    const std::shared_ptr<CCACheckWorkers>& GetWorkers() const { return m_workers; }
+
+private:
+    SDK::IApplication* m_application = nullptr;
+    SyntaxParser::CDefRegions* m_defs = nullptr;
+    std::vector<boost::shared_ptr<CCADocParser>> m_checkers;
+    CCAErrorsManager* m_errorsManager = nullptr;
+    CHtmlCustomItemsKeeper* m_customItems = nullptr;
+    std::shared_ptr<CCACheckWorkers> m_workers;
+};
+
+} // namespace Kesh::CodeAnalyzer

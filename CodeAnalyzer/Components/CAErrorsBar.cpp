@@ -1,0 +1,233 @@
+#include "Components/CAErrorsBar.h"
+
+#include "Buffer/ViewIteratorNew.h"
+#include "Components/CAComponent.h"
+#include "Components/CAErrorsBarItem.h"
+#include "Components/CAErrorsEvent.h"
+#include "Components/CAErrorsManager.h"
+#include "Kesh/LangSupport/LangSupport.h"
+#include "Kesh/SDK/IDocument.h"
+#include "Kesh/SDK/IServices.h"
+
+#include <QHeaderView>
+#include <QMouseEvent>
+#include <algorithm>
+#include <boost/bind/bind.hpp>
+#include <boost/bind/placeholders.hpp>
+
+namespace Kesh::CodeAnalyzer {
+
+using namespace boost::placeholders;
+
+namespace {
+
+int SortColumn(int order)
+{
+    return order / 2;
+}
+
+Qt::SortOrder SortDirection(int order)
+{
+    return order % 2 == 0 ? Qt::AscendingOrder : Qt::DescendingOrder;
+}
+
+} // namespace
+
+CCAErrorsBar::CCAErrorsBar(SDK::IApplication* application, CCAComponent* component, CCAErrorsManager* manager)
+    : m_errorsManager(manager), m_application(application), m_component(component)
+{
+    manager->GetAddedSignal().connect(boost::bind(&CCAErrorsBar::OnAddErrors, this, _1, _2));
+    manager->GetRemovedSignal().connect(boost::bind(&CCAErrorsBar::OnRemoveErrors, this, _1));
+
+    // The blanks belong to the keys; they widen the columns.
+    const char* const titles[] = {"Type     ", "File     ", "Description      "};
+    setColumnCount(3);
+    for (int column = 0; column < 3; ++column)
+        headerItem()->setText(column,
+                              QString::fromStdWString(LangSupport::CLangSupport::LoadStr(titles[column])));
+    setUniformRowHeights(true);
+    header()->setSectionsClickable(true);
+    header()->setSortIndicatorShown(true);
+    header()->setMinimumSectionSize(static_cast<int>(application->GetScaleFactor() * 75.0));
+    connect(header(), SIGNAL(sectionClicked(int)), this, SLOT(OnHeaderItemClicked(int)));
+    LoadColumnsWidth();
+    SetColumnsWidth();
+    setSelectionMode(QAbstractItemView::SingleSelection);
+    setSelectionBehavior(QAbstractItemView::SelectRows);
+}
+
+bool CCAErrorsBar::event(QEvent* e)
+{
+    if (e->type() != CCAErrorsEvent::EventType)
+        return QTreeWidget::event(e);
+    const auto* message = static_cast<CCAErrorsEvent*>(e);
+    switch (message->GetType()) {
+    case CCAErrorsEvent::Add: AddErrorsMessageHandler(message->GetFileName(), message->GetErrors()); break;
+    case CCAErrorsEvent::ProjectFinished: FinProjectErrorsHandler(); break;
+    case CCAErrorsEvent::Remove: RemoveErrorsMessageHandler(message->GetFileName()); break;
+    }
+    return true;
+}
+
+void CCAErrorsBar::AddErrorsMessageHandler(const std::wstring& file, const std::vector<SCAError>& errors)
+{
+    m_errorsManager->AddErrorsFormBar(file, errors);
+}
+
+void CCAErrorsBar::RemoveErrorsMessageHandler(const std::wstring& file)
+{
+    m_errorsManager->RemoveErrors(file);
+}
+
+void CCAErrorsBar::FinProjectErrorsHandler()
+{
+    if (topLevelItemCount() > 0 && m_component)
+        m_component->ShowErrorPage(0);
+}
+
+void CCAErrorsBar::OnAddErrors(const std::wstring& file, const std::vector<SCAError>& errors)
+{
+    if (!errors.empty()) {
+        QList<QTreeWidgetItem*> items;
+        items.reserve(static_cast<int>(errors.size()));
+        for (const SCAError& error : errors)
+            items.append(new CCAErrorsBarItem(file, error.pos, error.type, error.code,
+                                              m_errorsManager->GetErrorDescription(error), this));
+        InsertSorted(std::move(items));
+
+        if (m_rememberedFile == file && m_rememberedRow >= 0 && m_rememberedRow < topLevelItemCount()) {
+            QTreeWidgetItem* row = topLevelItem(m_rememberedRow);
+            setCurrentItem(row);
+            scrollToItem(row, QAbstractItemView::EnsureVisible);
+        }
+    }
+    m_rememberedFile.clear();
+    m_rememberedRow = -1;
+}
+
+void CCAErrorsBar::OnRemoveErrors(const std::wstring& file)
+{
+    if (const QList<QTreeWidgetItem*> selected = selectedItems(); !selected.isEmpty()) {
+        m_rememberedFile = file;
+        m_rememberedRow = indexOfTopLevelItem(selected.first());
+    }
+
+    const std::wstring key = CCAErrorsBarItem::MakeFileKey(file);
+    const auto isOfFile = [&](int row) {
+        return static_cast<CCAErrorsBarItem*>(topLevelItem(row))->GetFileKey() == key;
+    };
+    for (int end = topLevelItemCount(); end > 0; --end) {
+        if (!isOfFile(end - 1))
+            continue;
+        int first = end - 1;
+        while (first > 0 && isOfFile(first - 1))
+            --first;
+        model()->removeRows(first, end - first);
+        end = first + 1;
+    }
+}
+
+void CCAErrorsBar::InsertSorted(QList<QTreeWidgetItem*> items)
+{
+    // The rows always are in the current order, so that new ones need only be put where a stable sort of all
+    // rows would move them: behind the rows that they are equal to.
+    const bool ascending = SortDirection(m_sortOrder) == Qt::AscendingOrder;
+    const auto before = [ascending](const QTreeWidgetItem* a, const QTreeWidgetItem* b) {
+        return ascending ? *a < *b : *b < *a;
+    };
+    std::stable_sort(items.begin(), items.end(), before);
+
+    const auto placeOf = [&](const QTreeWidgetItem* item) {
+        int low = 0;
+        int high = topLevelItemCount();
+        while (low < high) {
+            const int middle = (low + high) / 2;
+            if (before(item, topLevelItem(middle)))
+                high = middle;
+            else
+                low = middle + 1;
+        }
+        return low;
+    };
+    // From the back, where a place does not shift those of the items still to come.
+    for (int end = items.size(); end > 0;) {
+        const int place = placeOf(items[end - 1]);
+        int first = end - 1;
+        while (first > 0 && placeOf(items[first - 1]) == place)
+            --first;
+        insertTopLevelItems(place, items.mid(first, end - first));
+        end = first;
+    }
+    header()->setSortIndicator(SortColumn(m_sortOrder), SortDirection(m_sortOrder));
+}
+
+void CCAErrorsBar::SortItems()
+{
+    sortItems(SortColumn(m_sortOrder), SortDirection(m_sortOrder));
+}
+
+void CCAErrorsBar::OnHeaderItemClicked(int nId)
+{
+    // A click on the first column after another one was sorted sorts it descending, unlike the others.
+    switch (nId) {
+    case 0: m_sortOrder = m_sortOrder == TypeAscending ? TypeDescending : TypeAscending; break;
+    case 1: m_sortOrder = m_sortOrder == FileAscending ? FileDescending : FileAscending; break;
+    case 2:
+        m_sortOrder = m_sortOrder == DescriptionAscending ? DescriptionDescending : DescriptionAscending;
+        break;
+    default: break;
+    }
+    SortItems();
+}
+
+void CCAErrorsBar::LoadColumnsWidth()
+{
+    const std::wstring section = L"CAEBCTRL";
+    SDK::ISettings* settings = m_application->GetSettings();
+    if (!settings->HasSection(section))
+        return;
+    for (int i = 0; i < 10; ++i) {
+        const std::wstring width = settings->GetString(section, L"column" + std::to_wstring(i), L"");
+        if (width.empty())
+            return;
+        m_columnsWidth.push_back(QString::fromStdWString(width).toInt());
+    }
+}
+
+void CCAErrorsBar::SetColumnsWidth()
+{
+    if (m_columnsWidth.empty()) {
+        const int minimum = header()->minimumSectionSize();
+        header()->resizeSection(0, minimum);
+        header()->resizeSection(1, (width() - minimum) / 2);
+        return;
+    }
+    for (std::size_t i = 0; i < m_columnsWidth.size(); ++i)
+        header()->resizeSection(static_cast<int>(i), m_columnsWidth[i]);
+}
+
+void CCAErrorsBar::mouseDoubleClickEvent(QMouseEvent* e)
+{
+    QTreeView::mouseDoubleClickEvent(e);
+    const QList<QTreeWidgetItem*> selected = selectedItems();
+    if (e->button() != Qt::LeftButton || selected.isEmpty())
+        return;
+    // Opening a document may change the rows, hence the copies.
+    const auto* item = static_cast<CCAErrorsBarItem*>(selected.first());
+    const std::wstring file = item->GetFile();
+    const SyntaxParser::CIterator start = item->GetPos().start;
+
+    SDK::IDocument* document = m_application->GetDocumentService()->Open(file, 0);
+    if (!document)
+        return;
+    auto* view = dynamic_cast<Editor::IStandartView*>(document->GetView());
+    if (!view)
+        return;
+    const auto pos =
+        Editor::CViewTextIterator::FromDoc(*view, Base::CTextIterator(document->GetBuffer(), start));
+    view->Activate();
+    view->GetCaret()->SetPos(pos.GetPos(), 1);
+    view->EnsureVisible(0);
+}
+
+} // namespace Kesh::CodeAnalyzer

@@ -1,0 +1,73 @@
+#pragma once
+
+#include "Kesh/CodeAnalyzer/SCAError.h"
+#include "Kesh/SDK/IApplication.h"
+
+#include <QTreeWidget>
+#include <boost/signals2/trackable.hpp>
+#include <string>
+#include <vector>
+
+namespace Kesh::CodeAnalyzer {
+
+class CCAComponent;
+class CCAErrorsManager;
+
+/// The list of all errors, one row each. Workers reach it only by posting a CCAErrorsEvent. GUI thread.
+class CCAErrorsBar : public QTreeWidget, public boost::signals2::trackable
+{
+    Q_OBJECT
+public:
+    /// Column and direction of sorting.
+    enum ESortOrder {
+        TypeAscending,
+        TypeDescending,
+        FileAscending,
+        FileDescending,
+        DescriptionAscending,
+        DescriptionDescending
+    };
+
+    /// Nothing is owned. `component` may be null: nobody is told then that a project check has finished.
+    CCAErrorsBar(SDK::IApplication* application, CCAComponent* component, CCAErrorsManager* manager);
+
+    bool event(QEvent* e) override;
+
+    void AddErrorsMessageHandler(const std::wstring& file, const std::vector<SCAError>& errors);
+    void RemoveErrorsMessageHandler(const std::wstring& file);
+    /// Shows the bar when it lists any error.
+    void FinProjectErrorsHandler();
+
+    /// Adds the rows of a file, and selects the row that was selected before its old ones were removed.
+    void OnAddErrors(const std::wstring& file, const std::vector<SCAError>& errors);
+    void OnRemoveErrors(const std::wstring& file);
+
+    void SortItems();
+    /// An ESortOrder.
+    int GetSortOrder() const { return m_sortOrder; }
+
+    /// Reads the stored widths; the bar never writes them.
+    void LoadColumnsWidth();
+    void SetColumnsWidth();
+
+protected:
+    /// Opens the file of the selected row and puts the caret at the error. Raises CCriticalError when the
+    /// document has become too short for it.
+    void mouseDoubleClickEvent(QMouseEvent* e) override;
+
+private slots:
+    void OnHeaderItemClicked(int nId);
+
+private:
+    void InsertSorted(QList<QTreeWidgetItem*> items);
+
+    CCAErrorsManager* m_errorsManager;
+    SDK::IApplication* m_application;
+    CCAComponent* m_component;
+    std::vector<int> m_columnsWidth;
+    std::wstring m_rememberedFile;
+    int m_rememberedRow = -1;
+    int m_sortOrder = TypeAscending;
+};
+
+} // namespace Kesh::CodeAnalyzer

@@ -1,0 +1,30 @@
+#pragma once
+
+#include "Components/CAErrorsManager.h"
+#include "Kesh/CodeAnalyzer/Plugin.h"
+
+namespace Kesh::CodeAnalyzer {
+
+/// Shows the errors store to a host.
+class CErrorsSource : public IErrorsSource
+{
+public:
+    explicit CErrorsSource(CCAErrorsManager& manager) : m_manager(manager) {}
+
+    void GetErrors(const std::wstring& file, std::vector<SCAError>& out) override
+    {
+        m_manager.GetErrors(file, out);
+    }
+    std::map<std::wstring, std::vector<SCAError>> GetAllErrors() override { return m_manager.GetAllErrors(); }
+    std::wstring GetErrorDescription(const SCAError& error) override
+    {
+        return m_manager.GetErrorDescription(error);
+    }
+    AddedSignal& GetAddedSignal() override { return m_manager.GetAddedSignal(); }
+    RemovedSignal& GetRemovedSignal() override { return m_manager.GetRemovedSignal(); }
+
+private:
+    CCAErrorsManager& m_manager;
+};
+
+} // namespace Kesh::CodeAnalyzer

@@ -1,0 +1,54 @@
+#include "Components/CAParserHelper.h"
+
+#include "Base/HostComponent.h"
+#include "Components/CACheckWorkers.h"
+#include "Components/CADocManager.h"
+#include "Components/CADocumentCheck.h"
+#include "Components/CAErrorsManager.h"
+#include "Components/CAProjectHandler.h"
+#include "Kesh/SDK/IDocument.h"
+#include "Kesh/SyntaxParser/IParserComponent.h"
+
+namespace Kesh::CodeAnalyzer {
+
+void CParserHelper::Init(SDK::IApplication* application, CCAErrorsManager* errorsManager,
+                         CHtmlCustomItemsKeeper* customItems)
+{
+    m_application = application;
+    m_errorsManager = errorsManager;
+    m_customItems = customItems;
+}
+
+void CParserHelper::ParsecurrentDoc()
+{
+    SDK::IDocument* current = m_application->GetDocumentService()->GetCurrent();
+    if (!current)
+        return;
+    auto parser = Base::GetHostComponent<SyntaxParser::IParserComponent>(m_application, L"IParserComponent");
+    const boost::shared_ptr<SyntaxParser::ISPDocument> source = parser->GetSPDocument(current);
+    if (!source || !CCADocManager::IsCheckable(*source))
+        return;
+    // An open document's checker has everything that a check needs, ready for use.
+    if (const auto checker = m_docManager->FindChecker(source.get())) {
+        checker->CheckNow();
+        return;
+    }
+    // Documents that were open before the plug-in was loaded have none.
+    const auto check = CCADocumentCheck::Create(m_application, *source, parser->GetDefRegions(),
+                                                m_errorsManager, m_customItems, nullptr);
+    const std::wstring path = source->GetFilePath();
+    const CCACheckWorkers::CCheck turn(*m_docManager->GetWorkers(), path);
+    if (!check || !turn)
+        return;
+    m_errorsManager->DeliverPosted();
+    m_errorsManager->RemoveErrors(path);
+    check->TakeSnapshot(*source, path);
+    check->Run();
+}
+
+void CParserHelper::ParseCurrentProject()
+{
+    m_projectHandler->CheckAgain();
+}
+
+} // namespace Kesh::CodeAnalyzer

@@ -1,0 +1,70 @@
+#pragma once
+
+#include "Kesh/SDK/IApplication.h"
+#include "Kesh/SDK/IServices.h"
+
+#include <boost/signals2/trackable.hpp>
+#include <cstdint>
+#include <string>
+
+namespace Kesh::ProjectManager {
+class IProjectManager;
+}
+namespace Kesh::SyntaxParser {
+class IParserComponent;
+}
+
+namespace Kesh::CodeAnalyzer {
+
+class CCAComponent;
+class CCADocManager;
+class CCAErrorsManager;
+
+/// Checks the files of the open project in the background, and keeps their errors with the project. GUI
+/// thread, unless said otherwise.
+class CCAProjectHandler : public SDK::IThread, public boost::signals2::trackable
+{
+public:
+    CCAProjectHandler() = default;
+    /// Shuts down.
+    ~CCAProjectHandler();
+    CCAProjectHandler(const CCAProjectHandler&) = delete;
+    CCAProjectHandler& operator=(const CCAProjectHandler&) = delete;
+
+    /// Nothing is owned, here and below. Raises Base::CCriticalError "Bad sweak pointer" without
+    /// "IPMComponent" or "IParserComponent".
+    void Init(SDK::IApplication* application, CCAComponent* component, CCAErrorsManager* errorsManager);
+    /// Whose checks must not run beside those of the project.
+    void SetDocManager(CCADocManager* docManager) { m_docManager = docManager; }
+    /// Ends a check that runs.
+    void Shutdown();
+
+    void OnProjectParsecomplete();
+    void OnCloseProject(ProjectManager::IProjectManager* pm);
+    /// Checks the open project once more, unless a check runs.
+    void CheckAgain();
+
+    void SaveErrors(ProjectManager::IProjectManager* pm);
+    void LoadErrors(ProjectManager::IProjectManager* pm);
+
+    /// The handler is a member of the component.
+    void Free() override {}
+    /// Worker thread. Raises Base::CCriticalError when the host's components are gone.
+    void Run() override;
+    void Finished() override;
+    int GetPriority() override { return 1; }
+    std::wstring GetThreadName() override { return L"CCAProjectHandler"; }
+
+private:
+    void StartThread();
+    void CheckFile(SyntaxParser::IParserComponent& parser, const std::wstring& file);
+
+    std::int32_t m_valid = 10;
+    SDK::IApplication* m_application = nullptr;
+    CCAErrorsManager* m_errorsManager = nullptr;
+    CCAComponent* m_component = nullptr;
+    SDK::IThreadObject* m_thread = nullptr; ///< set before it starts, null again once it has ended
+    CCADocManager* m_docManager = nullptr;
+};
+
+} // namespace Kesh::CodeAnalyzer

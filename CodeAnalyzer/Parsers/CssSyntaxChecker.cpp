@@ -1,0 +1,92 @@
+#include "Parsers/CssSyntaxChecker.h"
+
+#include "Base/CommonString.h"
+#include "Base/HostComponent.h"
+#include "Components/CADocParser.h"
+#include "Components/CAErrorsManager.h"
+
+namespace Kesh::CodeAnalyzer {
+
+using Base::CCommonString;
+using SyntaxParser::SSemanticTree;
+using SyntaxParser::SSemanticTreeNode;
+using SyntaxParser::TSemanticIndex;
+
+namespace {
+
+constexpr std::int32_t UnknownElement = 2501;
+constexpr std::int32_t UnknownProperty = 2502;
+
+} // namespace
+
+CCssSyntaxChecker::CCssSyntaxChecker(CCADocParser* owner,
+                                     boost::shared_ptr<SyntaxParser::ISPDocument> document,
+                                     SDK::IApplication* application, CCAErrorsManager* errorsManager)
+    : m_application(application), m_errorsManager(errorsManager), m_owner(owner)
+{
+    const auto parser =
+        Base::GetHostComponent<SyntaxParser::IParserComponent>(m_application, L"IParserComponent");
+    m_cssSyntax = parser->GetCssSyntax();
+    FillTags(*parser->GetCompletionData());
+    FillAttributes(*parser->GetCompletionData());
+    m_connection = document->GetEndOfParseSignal().connect(
+        [this](SyntaxParser::ISPDocument* parsed) { OnDocumentParsed(parsed); });
+}
+
+void CCssSyntaxChecker::FillTags(const SyntaxParser::ICompletionData& data)
+{
+    m_tags = MakeNameSet(data.GetTags());
+    // Keyframes stand where elements do.
+    m_tags.insert(L"from");
+    m_tags.insert(L"to");
+}
+
+void CCssSyntaxChecker::FillAttributes(const SyntaxParser::ICompletionData& data)
+{
+    m_attributes = MakeNameSet(data.GetStyleProperties());
+    // Of page rules only.
+    m_attributes.insert(L"size");
+}
+
+void CCssSyntaxChecker::OnDocumentParsed(SyntaxParser::ISPDocument* document)
+{
+    m_errors.clear();
+    {
+        const CSemanticDataLock lock(*document);
+        if (const SSemanticTree* tree = document->GetSemanticTree(L"CSS"); tree && !tree->nodes.empty())
+            CheckCss(*tree, 0);
+    }
+    if (!m_errors.empty())
+        m_errorsManager->AddErrors(m_owner ? m_owner->GetFilePath() : document->GetFilePath(), m_errors);
+}
+
+void CCssSyntaxChecker::CheckCss(const SSemanticTree& tree, TSemanticIndex top)
+{
+    // The nodes whose children are being checked, outermost first: a node's turn comes after its children.
+    std::vector<TSemanticIndex> open;
+    TSemanticIndex next = tree.nodes[top].firstChild;
+    for (;;) {
+        while (next != SyntaxParser::NoSemanticNode) {
+            open.push_back(next);
+            next = tree.nodes[next].firstChild;
+        }
+        if (open.empty())
+            return;
+        CheckName(tree.nodes[open.back()]);
+        next = tree.nodes[open.back()].nextSibling;
+        open.pop_back();
+    }
+}
+
+void CCssSyntaxChecker::CheckName(const SSemanticTreeNode& node)
+{
+    if (node.regionKind == m_cssSyntax->GetPropertyNameKind()) {
+        if (!m_attributes.contains(CCommonString::LowerCaseFast(node.name)))
+            m_errors.push_back({node.span, UnknownProperty, SeverityError});
+    } else if (node.regionKind == m_cssSyntax->GetElementNameKind()) {
+        if (!m_tags.contains(CCommonString::LowerCaseFast(node.name)))
+            m_errors.push_back({node.span, UnknownElement, SeverityError});
+    }
+}
+
+} // namespace Kesh::CodeAnalyzer

@@ -1,0 +1,50 @@
+#pragma once
+
+#include "Kesh/CodeAnalyzer/SCAError.h"
+#include "Kesh/SDK/IApplication.h"
+#include "Kesh/SyntaxParser/IParserComponent.h"
+#include "Kesh/SyntaxParser/ISPDocument.h"
+#include "Parsers/MarkupNames.h"
+
+#include <boost/shared_ptr.hpp>
+#include <boost/signals2/connection.hpp>
+#include <vector>
+
+namespace Kesh::CodeAnalyzer {
+
+class CCADocParser;
+class CCAErrorsManager;
+
+/// Finds the style properties, and the element names in selectors, that nobody knows. Follows the parses of
+/// one document; one thread at a time.
+class CCssSyntaxChecker
+{
+public:
+    /// Nothing is owned. `owner` gives the path to report errors under; without one it is the document's.
+    /// Raises Base::CCriticalError "Bad sweak pointer" without "IParserComponent".
+    CCssSyntaxChecker(CCADocParser* owner, boost::shared_ptr<SyntaxParser::ISPDocument> document,
+                      SDK::IApplication* application, CCAErrorsManager* errorsManager);
+
+    /// Checks the trees of the parse that has just ended and posts what is wrong. Worker thread.
+    void OnDocumentParsed(SyntaxParser::ISPDocument* document);
+
+    /// The errors of the last run.
+    const std::vector<SCAError>& GetErrors() const { return m_errors; }
+
+private:
+    void FillTags(const SyntaxParser::ICompletionData& data);
+    void FillAttributes(const SyntaxParser::ICompletionData& data);
+    void CheckCss(const SyntaxParser::SSemanticTree& tree, SyntaxParser::TSemanticIndex top);
+    void CheckName(const SyntaxParser::SSemanticTreeNode& node);
+
+    SDK::IApplication* m_application;
+    CCAErrorsManager* m_errorsManager;
+    std::vector<SCAError> m_errors;
+    CCADocParser* m_owner;
+    const SyntaxParser::ICssSyntax* m_cssSyntax;
+    TNameSet m_tags;
+    TNameSet m_attributes;
+    boost::signals2::scoped_connection m_connection;
+};
+
+} // namespace Kesh::CodeAnalyzer

@@ -1,0 +1,55 @@
+#pragma once
+
+#include "Kesh/CodeAnalyzer/SCAError.h"
+#include "Kesh/SDK/IApplication.h"
+#include "Kesh/SyntaxParser/ISPDocument.h"
+#include "Parsers/MarkupNames.h"
+
+#include <boost/shared_ptr.hpp>
+#include <boost/signals2/connection.hpp>
+#include <string>
+#include <vector>
+
+namespace Kesh::CodeAnalyzer {
+
+class CCADocParser;
+class CCAErrorsManager;
+class CHtmlCustomItemsKeeper;
+
+/// Finds the tags and attributes of a document that neither HTML nor the user knows. Follows the parses of
+/// one document; one thread at a time.
+class CHtmlSyntaxChecker
+{
+public:
+    /// Nothing is owned. `owner` gives the path to report errors under; without one it is the document's.
+    /// Raises Base::CCriticalError "Bad sweak pointer" without "IParserComponent".
+    CHtmlSyntaxChecker(CCADocParser* owner, boost::shared_ptr<SyntaxParser::ISPDocument> document,
+                       SDK::IApplication* application, CCAErrorsManager* errorsManager,
+                       CHtmlCustomItemsKeeper* customItems);
+
+    /// Checks the trees of the parse that has just ended and posts what is wrong. Worker thread.
+    void OnDocumentParsed(SyntaxParser::ISPDocument* document);
+
+    /// The errors of the last run.
+    const std::vector<SCAError>& GetErrors() const { return m_errors; }
+
+private:
+    void CheckHtml(const SyntaxParser::SSemanticTree& tree, SyntaxParser::TSemanticIndex top);
+    bool CheckTag(const SyntaxParser::SSemanticTreeNode& tag);
+    void CheckAttribute(const SyntaxParser::SSemanticTreeNode& tag,
+                        const SyntaxParser::SSemanticTreeNode& attribute);
+    void UnknownTagError(const SyntaxParser::SSemanticTreeNode& tag);
+    void UnknownAttributeError(const SyntaxParser::SSemanticTreeNode& attribute);
+
+    SDK::IApplication* m_application;
+    CCAErrorsManager* m_errorsManager;
+    CHtmlCustomItemsKeeper* m_customItems;
+    std::vector<SCAError> m_errors;
+    CCADocParser* m_owner;
+    TNameSet m_tags;
+    TNameSet m_jdocAttributes;
+    const SyntaxParser::IAttributeSource* m_attributeSource;
+    boost::signals2::scoped_connection m_connection;
+};
+
+} // namespace Kesh::CodeAnalyzer

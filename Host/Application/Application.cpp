@@ -1,0 +1,94 @@
+#include "Application/Application.h"
+
+#include "Application/Fault.h"
+#include "Application/FilePath.h"
+#include "Base/CommonString.h"
+#include "Base/Exception.h"
+#include "Kesh/LangSupport/LangSupport.h"
+#include "ProjectManager/ProjectManager.h"
+#include "SyntaxParser/ParserComponent.h"
+
+#include <QGuiApplication>
+#include <QScreen>
+#include <boost/make_shared.hpp>
+#include <filesystem>
+
+namespace Kesh::Host {
+
+namespace {
+
+constexpr double PlainDotsPerInch = 96.0;
+
+} // namespace
+
+CApplication::CApplication(const SParts& parts)
+    : m_parts(parts),
+      m_parser(boost::make_shared<SyntaxParser::CParserComponent>()),
+      m_project(boost::make_shared<ProjectManager::CProjectManager>()),
+      m_documents(*m_parser, *m_project)
+{
+    LangSupport::CLangSupport::SetSource(&parts.langSource);
+    AddComponent(m_parser);
+    AddComponent(m_project);
+    m_parser->InitComponent(this);
+    m_project->InitComponent(this);
+}
+
+CApplication::~CApplication()
+{
+    for (CDocument* document : m_documents.GetDocuments())
+        m_documents.Close(*document);
+    m_project->Close();
+    LangSupport::CLangSupport::SetSource(nullptr);
+}
+
+boost::weak_ptr<SDK::IComponent1<SDK::IApplication>> CApplication::GetComponent(const std::wstring& name)
+{
+    const std::lock_guard lock(m_mutex);
+    const auto found = m_components.find(name);
+    return found == m_components.end() ? nullptr : found->second;
+}
+
+void CApplication::AddComponent(const boost::shared_ptr<SDK::IComponent1<SDK::IApplication>>& component)
+{
+    const std::lock_guard lock(m_mutex);
+    m_components[component->GetComponentName()] = component;
+}
+
+void CApplication::RemoveComponent(const std::wstring& name)
+{
+    const std::lock_guard lock(m_mutex);
+    m_components.erase(name);
+}
+
+double CApplication::GetScaleFactor()
+{
+    const QScreen* screen = QGuiApplication::primaryScreen();
+    return screen ? screen->logicalDotsPerInch() / PlainDotsPerInch : 1.0;
+}
+
+void CApplication::OpenProject(const std::wstring& folder)
+{
+    const std::wstring absolute = AbsolutePath(folder);
+    std::error_code error;
+    std::filesystem::directory_iterator(PathToBytes(absolute), error);
+    if (error)
+        throw Base::CWorkError(Base::CCommonString::FromUtf8(error.message()), __LINE__,
+                               "Host/Application/Application");
+    OpenProject(absolute, ProjectManager::CProjectManager::ListFiles(absolute));
+}
+
+void CApplication::OpenProject(const std::wstring& folder, std::vector<std::wstring> files)
+{
+    m_project->Open(folder, std::move(files));
+    Guard(L"open project", [this] { m_parser->GetProjectParsedSignal()(); });
+}
+
+void CApplication::ReopenProject(std::vector<std::wstring> files)
+{
+    const std::wstring folder = m_project->GetFolder();
+    m_project->Close(true);
+    OpenProject(folder, std::move(files));
+}
+
+} // namespace Kesh::Host

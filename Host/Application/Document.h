@@ -1,0 +1,52 @@
+#pragma once
+
+#include "Application/FileIO.h"
+#include "Editor/TextHolder.h"
+#include "Kesh/SDK/IDocument.h"
+#include "SyntaxParser/SourceText.h"
+
+#include <memory>
+#include <string>
+
+namespace Kesh::Host {
+
+/// A file open in the host. GUI thread only.
+class CDocument final : public SDK::IDocument
+{
+public:
+    explicit CDocument(const std::wstring& path);
+    CDocument(const CDocument&) = delete;
+    CDocument& operator=(const CDocument&) = delete;
+
+    std::wstring GetPath() override { return m_path; }
+    Editor::IDocBuffer* GetBuffer() override { return m_holder->GetBuffer(); }
+    SDK::IView* GetView() override { return m_holder->GetView(); }
+
+    /// The same for every spelling of the path and every link to the file.
+    const std::wstring& GetResolvedPath() const { return m_resolvedPath; }
+    Editor::ITextHolder& GetHolder() { return *m_holder; }
+    bool IsModified() { return m_holder->IsModified(); }
+    /// Whether the file's bytes were all UTF-8, so that saving loses nothing.
+    bool IsFaithful() const { return m_format.valid; }
+    /// Whether the file on disk is another one than the document last read or wrote.
+    bool IsStale() const { return !(StampOf(m_path) == m_stamp); }
+
+    /// Replaces the text by the file's. Throws Base::CWorkError and changes nothing when it cannot be read.
+    void Load();
+    /// Writes the text to the file in its own format. Throws Base::CWorkError, the file left as it was, when
+    /// that fails, or when the file was not valid UTF-8 and `acceptLoss` does not allow to replace its bytes.
+    void Save(bool acceptLoss = false);
+
+private:
+    friend class CDocumentService;
+    void SetPath(const std::wstring& path);
+    void SetBytes(std::string_view bytes);
+
+    std::wstring m_path;
+    std::wstring m_resolvedPath;
+    std::unique_ptr<Editor::ITextHolder> m_holder;
+    SyntaxParser::SSourceFormat m_format;
+    SFileStamp m_stamp;
+};
+
+} // namespace Kesh::Host

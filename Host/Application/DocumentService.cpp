@@ -1,0 +1,118 @@
+#include "Application/DocumentService.h"
+
+#include "Application/FilePath.h"
+#include "Base/Exception.h"
+#include "Editor/TextFile.h"
+#include "ProjectManager/ProjectManager.h"
+#include "SyntaxParser/ParserComponent.h"
+#include "SyntaxParser/SPDocument.h"
+
+#include <algorithm>
+
+namespace Kesh::Host {
+
+CDocumentService::CDocumentService(SyntaxParser::CParserComponent& parser,
+                                   ProjectManager::CProjectManager& project)
+    : m_parser(parser),
+      m_project(project),
+      m_makeHolder([](CDocument&) { return std::make_unique<Editor::CMemoryText>(); })
+{
+}
+
+CDocumentService::~CDocumentService()
+{
+    while (!m_documents.empty())
+        Close(*m_documents.back());
+}
+
+SDK::IDocument* CDocumentService::Open(const std::wstring& path, int flag)
+{
+    try {
+        CDocument& document = OpenFile(path);
+        if (SDK::IView* view = document.GetView(); view && flag == 0)
+            view->Activate();
+        return &document;
+    } catch (const Base::CWorkError& fault) {
+        m_openError(path, fault.GetMessage());
+        return nullptr;
+    }
+}
+
+CDocument& CDocumentService::OpenFile(const std::wstring& path, const std::wstring& factory)
+{
+    const std::wstring absolute = AbsolutePath(path);
+    if (CDocument* present = Find(absolute)) {
+        m_current = present;
+        return *present;
+    }
+    auto document = std::make_unique<CDocument>(absolute);
+    // Read first: a file that cannot be read must not leave an empty tab behind.
+    const SFileStamp stamp = StampOf(absolute);
+    const std::string bytes = ReadFileBytes(absolute);
+    document->m_holder = m_makeHolder(*document);
+    document->SetBytes(bytes);
+    document->m_stamp = stamp;
+    m_project.NoteFile(absolute);
+    return Add(std::move(document), factory);
+}
+
+CDocument& CDocumentService::OpenBytes(const std::wstring& path, std::string_view bytes,
+                                       const std::wstring& factory)
+{
+    auto document = std::make_unique<CDocument>(AbsolutePath(path));
+    document->m_holder = m_makeHolder(*document);
+    document->SetBytes(bytes);
+    return Add(std::move(document), factory);
+}
+
+CDocument& CDocumentService::Add(std::unique_ptr<CDocument> document, const std::wstring& factory)
+{
+    CDocument& added = *document;
+    m_documents.push_back(std::move(document));
+    m_current = &added;
+    m_parser.OpenDocument(&added, factory.empty() ? SyntaxParser::FactoryForPath(added.m_path) : factory);
+    return added;
+}
+
+void CDocumentService::SaveAs(CDocument& document, const std::wstring& path)
+{
+    const std::wstring absolute = AbsolutePath(path);
+    WriteFileBytes(absolute, Editor::EncodeSource(document.GetBuffer()->GetText(L"\n"), document.m_format));
+    // Checks know a file by its path: under the new name they start afresh.
+    m_parser.CloseDocument(&document);
+    document.SetPath(absolute);
+    document.m_format.valid = true;
+    document.m_stamp = StampOf(absolute);
+    document.m_holder->SetUnmodified();
+    m_project.NoteFile(absolute);
+    m_parser.OpenDocument(&document, SyntaxParser::FactoryForPath(absolute));
+}
+
+void CDocumentService::Close(CDocument& document)
+{
+    m_parser.CloseDocument(&document);
+    if (m_current == &document)
+        m_current = nullptr;
+    const auto found = std::find_if(m_documents.begin(), m_documents.end(),
+                                    [&](const auto& candidate) { return candidate.get() == &document; });
+    m_documents.erase(found);
+}
+
+CDocument* CDocumentService::Find(const std::wstring& path) const
+{
+    const std::wstring resolved = ResolvedPath(path);
+    for (const auto& document : m_documents)
+        if (document->GetResolvedPath() == resolved)
+            return document.get();
+    return nullptr;
+}
+
+std::vector<CDocument*> CDocumentService::GetDocuments() const
+{
+    std::vector<CDocument*> documents;
+    for (const auto& document : m_documents)
+        documents.push_back(document.get());
+    return documents;
+}
+
+} // namespace Kesh::Host

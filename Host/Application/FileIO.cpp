@@ -1,0 +1,96 @@
+#include "Application/FileIO.h"
+
+#include "Application/FilePath.h"
+#include "Base/CommonString.h"
+#include "Base/Exception.h"
+
+#include <QSaveFile>
+#include <cerrno>
+#include <cstring>
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace Kesh::Host {
+
+namespace {
+
+[[noreturn]] void Fail(const std::string& message, int line)
+{
+    throw Base::CWorkError(Base::CCommonString::FromUtf8(message), line, "Host/Application/FileIO");
+}
+
+class CDescriptor
+{
+public:
+    explicit CDescriptor(int fd) : m_fd(fd) {}
+    CDescriptor(const CDescriptor&) = delete;
+    CDescriptor& operator=(const CDescriptor&) = delete;
+    ~CDescriptor()
+    {
+        if (m_fd >= 0)
+            ::close(m_fd);
+    }
+    int Get() const { return m_fd; }
+
+private:
+    int m_fd;
+};
+
+} // namespace
+
+std::string ReadFileBytes(const std::wstring& path)
+{
+    // Without O_NONBLOCK, opening a named pipe would wait for its other end.
+    const CDescriptor file(::open(PathToBytes(path).c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
+    if (file.Get() < 0)
+        Fail(std::strerror(errno), __LINE__);
+    struct stat status = {};
+    if (::fstat(file.Get(), &status) != 0)
+        Fail(std::strerror(errno), __LINE__);
+    if (S_ISDIR(status.st_mode))
+        Fail("is a folder", __LINE__);
+    if (!S_ISREG(status.st_mode))
+        Fail("not a regular file", __LINE__);
+
+    std::string bytes;
+    const auto expected = static_cast<std::size_t>(status.st_size);
+    // The size is only a hint: the file may grow while it is read.
+    bytes.resize(std::min(expected, MaxFileBytes) + 1);
+    std::size_t used = 0;
+    for (;;) {
+        if (used == bytes.size())
+            bytes.resize(bytes.size() * 2);
+        const ssize_t count = ::read(file.Get(), bytes.data() + used, bytes.size() - used);
+        if (count < 0 && errno == EINTR)
+            continue;
+        if (count < 0)
+            Fail(std::strerror(errno), __LINE__);
+        used += static_cast<std::size_t>(count);
+        if (used > MaxFileBytes)
+            Fail("larger than " + std::to_string(MaxFileBytes >> 20) + " MiB", __LINE__);
+        if (count == 0)
+            break;
+    }
+    bytes.resize(used);
+    return bytes;
+}
+
+void WriteFileBytes(const std::wstring& path, std::string_view bytes)
+{
+    QSaveFile file(PathToQt(path));
+    if (!file.open(QIODevice::WriteOnly) ||
+        file.write(bytes.data(), static_cast<qint64>(bytes.size())) != static_cast<qint64>(bytes.size()) ||
+        !file.commit())
+        Fail(file.errorString().toStdString(), __LINE__);
+}
+
+SFileStamp StampOf(const std::wstring& path)
+{
+    struct stat status = {};
+    if (::stat(PathToBytes(path).c_str(), &status) != 0)
+        return {};
+    return {status.st_mtim.tv_sec, status.st_mtim.tv_nsec, status.st_size};
+}
+
+} // namespace Kesh::Host

@@ -1,0 +1,30 @@
+#pragma once
+
+#include <cstddef>
+#include <string>
+#include <string_view>
+
+namespace Kesh::Host {
+
+/// Larger files are refused: a check holds the text several times over, at four bytes a character.
+constexpr std::size_t MaxFileBytes = std::size_t{64} << 20;
+
+/// The bytes of a regular file. Throws Base::CWorkError with a text for the user ("No such file or
+/// directory", "not a regular file", ...) that does not name the path. Any thread.
+std::string ReadFileBytes(const std::wstring& path);
+/// Replaces the file as a whole or leaves it as it was; links are followed. Throws Base::CWorkError likewise.
+/// Any thread.
+void WriteFileBytes(const std::wstring& path, std::string_view bytes);
+
+/// What became of a file on disk since it was looked at: equal stamps mean no change.
+struct SFileStamp
+{
+    long long seconds = 0;
+    long long nanoseconds = 0;
+    long long size = -1; ///< -1: there is no such file
+
+    friend bool operator==(const SFileStamp&, const SFileStamp&) = default;
+};
+SFileStamp StampOf(const std::wstring& path);
+
+} // namespace Kesh::Host

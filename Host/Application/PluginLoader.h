@@ -1,0 +1,43 @@
+#pragma once
+
+#include "Kesh/CodeAnalyzer/Plugin.h"
+
+#include <memory>
+#include <string>
+
+namespace Kesh::Host {
+
+class CApplication;
+
+/// The code validator, loaded from its shared library. GUI thread only.
+class CPlugin
+{
+public:
+    /// Loads the library: the one that the environment variable CODE_ANALYZER_PLUGIN names, else
+    /// libCodeAnalyzer.so.1 in ../lib of the program's folder, else in the place of its installation. Makes
+    /// its component and initialises it. Throws Base::CWorkError with a text for the user.
+    explicit CPlugin(CApplication& application);
+    /// Ends the component; its bar goes with it.
+    ~CPlugin();
+    CPlugin(const CPlugin&) = delete;
+    CPlugin& operator=(const CPlugin&) = delete;
+
+    CodeAnalyzer::ICAComponent& Component() { return *m_component; }
+    CodeAnalyzer::IErrorsManager& ErrorsManager() { return *m_component->GetErrorsManager(); }
+    CodeAnalyzer::IErrorsSource& Errors();
+    CodeAnalyzer::ICustomNames& CustomNames();
+    /// Runs a command of the plug-in by its class name.
+    void RunCommand(const char* className);
+    /// Where the library was found.
+    const std::string& GetLibraryPath() const { return m_path; }
+
+private:
+    template <class TFunction> TFunction* Symbol(const char* name) const;
+
+    CApplication& m_application;
+    std::string m_path;
+    void* m_library = nullptr;
+    CodeAnalyzer::ICAComponent* m_component = nullptr;
+};
+
+} // namespace Kesh::Host

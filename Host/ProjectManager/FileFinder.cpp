@@ -1,0 +1,46 @@
+#include "ProjectManager/FileFinder.h"
+
+#include "Application/FilePath.h"
+
+#include <algorithm>
+#include <filesystem>
+
+namespace Kesh::ProjectManager {
+
+namespace fs = std::filesystem;
+
+bool IsLeftOut(const std::wstring& folderName)
+{
+    return folderName.starts_with(L'.') || folderName == L"vendor" || folderName == L"node_modules";
+}
+
+std::vector<std::wstring> FindFiles(const std::wstring& folder, const SFileQuery& query)
+{
+    const std::wstring prefix = folder.ends_with(L'/') ? folder : folder + L'/';
+    std::vector<std::wstring> files;
+    std::vector<std::wstring> pending{{}}; // folders to read, relative, each empty or with a slash at its end
+    while (!pending.empty() && !(query.isCancelled && query.isCancelled())) {
+        const std::wstring below = std::move(pending.back());
+        pending.pop_back();
+        std::error_code error;
+        for (fs::directory_iterator entry(Host::PathToBytes(prefix + below), error), end;
+             !error && entry != end; entry.increment(error)) {
+            std::error_code ignored;
+            const std::wstring name = Host::PathFromBytes(entry->path().filename().string());
+            const std::wstring relative = below + name;
+            if (entry->is_directory(ignored)) {
+                const bool enters = query.entersFolder ? query.entersFolder(relative) : !IsLeftOut(name);
+                if (enters && !entry->is_symlink(ignored))
+                    pending.push_back(relative + L'/');
+            } else if (query.takesFile(relative) && entry->is_regular_file(ignored)) {
+                files.push_back(prefix + relative);
+            }
+        }
+        if (error && query.onError)
+            query.onError(below.empty() ? folder : prefix + below, error.message());
+    }
+    std::sort(files.begin(), files.end());
+    return files;
+}
+
+} // namespace Kesh::ProjectManager

@@ -1,0 +1,49 @@
+#pragma once
+
+#include "SyntaxParser/MarkupText.h"
+
+#include <cstddef>
+#include <string_view>
+
+namespace Kesh::SyntaxParser {
+
+enum class EHtmlToken {
+    StartTag,     ///< `<` and the name
+    EndTag,       ///< `</` and the name
+    Attribute,    ///< with its value, if it has one
+    TagClose,     ///< `>`, or where a tag breaks off
+    TagSelfClose, ///< `/>`
+    End           ///< of the text
+};
+
+/// Cuts HTML into tags and attributes; skips text, comments, declarations and processing instructions.
+/// Reads a scanned text (see CMarkupText) once, forward.
+class CHtmlScanner
+{
+public:
+    explicit CHtmlScanner(const wchar_t* text) : m_text(text), m_cursor(text) {}
+
+    /// Outside tags: StartTag, EndTag or End.
+    EHtmlToken NextTag();
+    /// Inside a tag: Attribute, TagClose, TagSelfClose or End.
+    EHtmlToken NextInTag();
+    /// The content of the raw-text element `name` (lower case), up to its end tag or the end of the text.
+    SStretch RawText(std::wstring_view name);
+
+    /// Of the last tag or attribute. A value comes without its quotes and is empty when there is none.
+    SStretch Name() const { return m_name; }
+    SStretch Value() const { return m_value; }
+
+private:
+    void ReadValue();
+    void SkipComment();
+    void SkipPast(std::wstring_view end);
+    std::size_t Offset(const wchar_t* place) const { return static_cast<std::size_t>(place - m_text); }
+
+    const wchar_t* m_text;
+    const wchar_t* m_cursor;
+    SStretch m_name;
+    SStretch m_value;
+};
+
+} // namespace Kesh::SyntaxParser

@@ -1,0 +1,104 @@
+#include "SyntaxParser/ParserComponent.h"
+
+#include "Application/Fault.h"
+#include "Application/FileIO.h"
+#include "Base/Exception.h"
+#include "Editor/BufferReader.h"
+#include "Kesh/SDK/IDocument.h"
+#include "SPBase/reader.h"
+#include "SyntaxParser/CompletionData.h"
+#include "SyntaxParser/SPDocument.h"
+#include "SyntaxParser/SourceText.h"
+
+#include <boost/make_shared.hpp>
+
+namespace Kesh::SyntaxParser {
+
+CDefRegions* CParserComponent::GetDefRegions()
+{
+    return SyntaxParser::GetDefRegions();
+}
+
+const ICompletionData* CParserComponent::GetCompletionData()
+{
+    return GetBuiltInCompletionData();
+}
+
+ISynRegion* CParserComponent::GetPropertyNameKind() const
+{
+    return GetCssPropertyNameKind();
+}
+
+ISynRegion* CParserComponent::GetElementNameKind() const
+{
+    return GetCssElementNameKind();
+}
+
+boost::shared_ptr<ISPDocument> CParserComponent::CreateDocument(boost::shared_ptr<IReader> reader,
+                                                                const std::wstring& path,
+                                                                const std::wstring& factoryName)
+{
+    return MakeSPDocument(std::move(reader), {path, factoryName});
+}
+
+boost::shared_ptr<ISPDocument> CParserComponent::GetParsedDocument(const std::wstring& path)
+{
+    if (m_fileHook)
+        m_fileHook(path);
+    const std::wstring factory = FactoryForPath(path);
+    if (factory.empty() || IsOpen(path))
+        return {};
+    try {
+        const std::wstring text = DecodeSource(Host::ReadFileBytes(path));
+        return CreateDocument(boost::make_shared<CSimpleReader>(text), path, factory);
+    } catch (const Base::CWorkError&) {
+        return {};
+    }
+}
+
+boost::shared_ptr<ISPDocument> CParserComponent::GetSPDocument(SDK::IDocument* document)
+{
+    const auto found = m_opened.find(document);
+    return found == m_opened.end() ? boost::shared_ptr<ISPDocument>() : found->second.syntax;
+}
+
+void CParserComponent::OpenDocument(SDK::IDocument* document, const std::wstring& factoryName)
+{
+    const std::wstring path = document->GetPath();
+    SOpened& opened = m_opened[document];
+    opened.path = path;
+    {
+        const std::lock_guard lock(m_pathsMutex);
+        m_openPaths.insert(path);
+    }
+    Editor::IDocBuffer* buffer = document->GetBuffer();
+    if (factoryName.empty() || !buffer)
+        return;
+    const boost::shared_ptr<ISPDocument> syntax =
+        MakeSPDocument(Editor::MakeBufferReader(buffer), {path, factoryName, document, buffer});
+    opened.syntax = syntax;
+    if (syntax)
+        Host::Guard(L"open document", [&] { m_docCreated(syntax); });
+}
+
+void CParserComponent::CloseDocument(SDK::IDocument* document)
+{
+    const auto found = m_opened.find(document);
+    if (found == m_opened.end())
+        return;
+    if (const boost::shared_ptr<ISPDocument> syntax = found->second.syntax)
+        Host::Guard(L"close document", [&] { syntax->GetDocDestroySignal()(document); });
+    {
+        const std::lock_guard lock(m_pathsMutex);
+        m_openPaths.erase(found->second.path);
+    }
+    m_opened.erase(found);
+}
+
+bool CParserComponent::IsOpen(const std::wstring& path)
+{
+    const std::lock_guard lock(m_pathsMutex);
+    return m_openPaths.count(path) != 0;
+}
+
+} // namespace Kesh::SyntaxParser

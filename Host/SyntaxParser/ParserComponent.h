@@ -1,0 +1,61 @@
+#pragma once
+
+#include "Kesh/SyntaxParser/IParserComponent.h"
+
+#include <functional>
+#include <map>
+#include <mutex>
+#include <set>
+#include <string>
+
+namespace Kesh::SyntaxParser {
+
+/// The host's parsing service: the syntax documents of open files, and private ones for checks.
+class CParserComponent final : public IParserComponent, private ICssSyntax
+{
+public:
+    void InitComponent(SDK::IApplication* /*application*/) override {}
+    std::wstring GetComponentName() override { return L"IParserComponent"; }
+
+    CDefRegions* GetDefRegions() override;
+    const ICompletionData* GetCompletionData() override;
+    const ICssSyntax* GetCssSyntax() override { return this; }
+    boost::shared_ptr<ISPDocument> CreateDocument(boost::shared_ptr<IReader> reader, const std::wstring& path,
+                                                  const std::wstring& factoryName) override;
+    boost::shared_ptr<ISPDocument> GetParsedDocument(const std::wstring& path) override;
+    boost::shared_ptr<ISPDocument> GetSPDocument(SDK::IDocument* document) override;
+    DocCreatedSignal& GetDocCreatedSignal() override { return m_docCreated; }
+    ProjectParsedSignal& GetProjectParsedSignal() override { return m_projectParsed; }
+    FindErrorRegionsSignal& GetFindErrorRegionsSignal() override { return m_findErrorRegions; }
+
+    /// Follows a host document from now on: a syntax document is made for it and announced, unless the empty
+    /// factory name says that the file is of no language. GUI thread.
+    void OpenDocument(SDK::IDocument* document, const std::wstring& factoryName);
+    /// Announces the end of its syntax document and drops it. GUI thread.
+    void CloseDocument(SDK::IDocument* document);
+
+    /// Called with each path that GetParsedDocument() is asked for, on the asking thread. Set it while no
+    /// thread asks.
+    void SetFileHook(std::function<void(const std::wstring&)> hook) { m_fileHook = std::move(hook); }
+
+private:
+    struct SOpened
+    {
+        std::wstring path;
+        boost::shared_ptr<ISPDocument> syntax; ///< null for a file of no language
+    };
+
+    ISynRegion* GetPropertyNameKind() const override;
+    ISynRegion* GetElementNameKind() const override;
+    bool IsOpen(const std::wstring& path);
+
+    DocCreatedSignal m_docCreated;
+    ProjectParsedSignal m_projectParsed;
+    FindErrorRegionsSignal m_findErrorRegions;
+    std::map<SDK::IDocument*, SOpened> m_opened; ///< GUI thread
+    std::mutex m_pathsMutex;
+    std::set<std::wstring> m_openPaths; ///< the same files, for any thread
+    std::function<void(const std::wstring&)> m_fileHook;
+};
+
+} // namespace Kesh::SyntaxParser

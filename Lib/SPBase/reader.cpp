@@ -1,0 +1,250 @@
+#include "SPBase/reader.h"
+
+#include "Base/Exception.h"
+
+#include <algorithm>
+#include <cstdint>
+
+namespace Kesh::SyntaxParser {
+
+namespace {
+
+using Lines = std::vector<std::wstring>;
+
+std::int64_t Length(const std::wstring& line)
+{
+    return static_cast<std::int64_t>(line.size());
+}
+
+/// Appends the columns `from` to `to` of a line, as far as it has them.
+void AppendColumns(std::wstring& text, const std::wstring& line, std::int64_t from, std::int64_t to)
+{
+    from = std::clamp<std::int64_t>(from, 0, Length(line));
+    to = std::clamp<std::int64_t>(to, from, Length(line));
+    text.append(line, static_cast<std::size_t>(from), static_cast<std::size_t>(to - from));
+}
+
+/// `from` is not behind `to`, and both lie on lines of the text.
+std::wstring Assemble(const Lines& lines, CIterator from, CIterator to)
+{
+    std::wstring text;
+    const std::wstring& first = lines[static_cast<std::size_t>(from.y)];
+    if (from.y == to.y) {
+        AppendColumns(text, first, from.x, to.x);
+        return text;
+    }
+    std::size_t length = 0;
+    for (auto y = from.y; y <= to.y; ++y)
+        length += lines[static_cast<std::size_t>(y)].size();
+    text.reserve(length);
+
+    AppendColumns(text, first, from.x, Length(first));
+    for (auto y = from.y + 1; y < to.y; ++y)
+        text += lines[static_cast<std::size_t>(y)];
+    AppendColumns(text, lines[static_cast<std::size_t>(to.y)], 0, to.x);
+    return text;
+}
+
+wchar_t CharAt(const Lines& lines, CIterator pos)
+{
+    if (pos.y < 0 || pos.y >= static_cast<std::int64_t>(lines.size()))
+        return L'\0';
+    const std::wstring& line = lines[static_cast<std::size_t>(pos.y)];
+    return pos.x < 0 || pos.x >= Length(line) ? L'\0' : line[static_cast<std::size_t>(pos.x)];
+}
+
+} // namespace
+
+CSimpleReader::CSimpleReader() : CSimpleReader(std::wstring()) {}
+
+CSimpleReader::CSimpleReader(const std::wstring& text)
+{
+    SetString(text);
+}
+
+void CSimpleReader::SetString(const wchar_t* text)
+{
+    Reset();
+    m_string.clear();
+    std::wstring* line = &m_string.emplace_back();
+    while (*text) {
+        const std::size_t run = std::wcscspn(text, L"\r\n");
+        line->append(text, run);
+        text += run;
+        if (*text == L'\n') {
+            *line += *text++;
+            line = &m_string.emplace_back();
+        } else if (*text == L'\r') {
+            ++text;
+            if (*text && *text != L'\n')
+                line = &m_string.emplace_back();
+        }
+    }
+}
+
+void CSimpleReader::Clear()
+{
+    Reset();
+    m_string.clear();
+}
+
+void CSimpleReader::Reset()
+{
+    m_pos = {-1, 0};
+}
+
+bool CSimpleReader::NextChar()
+{
+    // It is the first line that tells an empty text, wherever the reader stands.
+    if (m_string.empty() || m_string.front().empty())
+        return false;
+    const auto y = static_cast<std::size_t>(m_pos.y);
+    if (m_pos.x + 1 != Length(m_string[y])) {
+        ++m_pos.x;
+        return true;
+    }
+    if (y + 1 >= m_string.size() || m_string[y + 1].empty())
+        return false;
+    m_pos = {0, m_pos.y + 1};
+    return true;
+}
+
+bool CSimpleReader::PrevChar()
+{
+    if (m_pos.x > 0) {
+        --m_pos.x;
+        return true;
+    }
+    if (m_pos.y == 0 || m_string[static_cast<std::size_t>(m_pos.y - 1)].empty())
+        return false;
+    --m_pos.y;
+    m_pos.x = Length(m_string[static_cast<std::size_t>(m_pos.y)]) - 1;
+    return true;
+}
+
+wchar_t CSimpleReader::ReadChar()
+{
+    return CharAt(m_string, m_pos);
+}
+
+void CSimpleReader::SetPos(CIterator pos)
+{
+    if (pos.x != 0)
+        m_pos = {pos.x - 1, pos.y};
+    else if (pos.y != 0)
+        m_pos = {Length(m_string[static_cast<std::size_t>(pos.y - 1)]) - 1, pos.y - 1};
+    else
+        Reset();
+}
+
+std::wstring CSimpleReader::GetText(CIterator from, CIterator to)
+{
+    if (to < from || from.y < 0)
+        throw CCriticalError();
+    if (to.y >= static_cast<std::int64_t>(m_string.size()))
+        throw Base::CCriticalError("nEnd.y < (int)m_string.size()", 124, "Lib/SPBase/reader");
+    return Assemble(m_string, from, to);
+}
+
+std::wstring CSimpleReader::GetFirstString()
+{
+    if (m_string.empty())
+        return {};
+    const std::wstring& line = m_string.front();
+    const std::size_t first = line.find_first_not_of(L" \t\n");
+    if (first == std::wstring::npos)
+        return {};
+    return line.substr(first, line.find_last_not_of(L" \t\n") - first + 1);
+}
+
+CIterator CSimpleReader::GetEnd()
+{
+    if (m_string.empty())
+        return {0, 0};
+    return {Length(m_string.back()), static_cast<std::int64_t>(m_string.size()) - 1};
+}
+
+CBackSimpleReader::CBackSimpleReader(const std::wstring& text)
+{
+    SetString(text);
+}
+
+void CBackSimpleReader::SetString(const std::wstring& text)
+{
+    m_string.clear();
+    std::wstring* line = &m_string.emplace_back();
+    for (std::size_t at = 0; at < text.size(); ++at) {
+        const std::size_t run = std::min(text.find_first_of(L"\r\n", at), text.size()) - at;
+        line->append(text, at, run);
+        at += run;
+        if (at < text.size() && text[at] == L'\n') {
+            *line += L'\n';
+            line = &m_string.emplace_back();
+        }
+    }
+    Reset();
+}
+
+void CBackSimpleReader::Reset()
+{
+    m_pos = {Length(m_string.back()), static_cast<std::int64_t>(m_string.size()) - 1};
+}
+
+bool CBackSimpleReader::NextChar()
+{
+    if (m_pos.x != 0) {
+        --m_pos.x;
+        return true;
+    }
+    if (m_pos.y == 0)
+        return false;
+    --m_pos.y;
+    m_pos.x = Length(m_string[static_cast<std::size_t>(m_pos.y)]) - 1;
+    return true;
+}
+
+bool CBackSimpleReader::PrevChar()
+{
+    if (m_pos.x + 1 < Length(m_string[static_cast<std::size_t>(m_pos.y)])) {
+        ++m_pos.x;
+        return true;
+    }
+    if (m_pos.y + 1 >= static_cast<std::int64_t>(m_string.size()))
+        return false;
+    m_pos = {0, m_pos.y + 1};
+    return true;
+}
+
+wchar_t CBackSimpleReader::ReadChar()
+{
+    return CharAt(m_string, m_pos);
+}
+
+void CBackSimpleReader::SetPos(CIterator pos)
+{
+    m_pos = {pos.x + 1, pos.y};
+}
+
+std::wstring CBackSimpleReader::GetText(CIterator from, CIterator to)
+{
+    // The column is bounded by the last line, whichever line `to` is on.
+    if (to < from || from.y < 0 || to.y >= static_cast<std::int64_t>(m_string.size()) ||
+        to.x > Length(m_string.back()))
+        throw CCriticalError();
+    return Assemble(m_string, from, to);
+}
+
+std::wstring CBackSimpleReader::GetText()
+{
+    std::wstring text;
+    for (const std::wstring& line : m_string)
+        text += line;
+    return text;
+}
+
+std::wstring CBackSimpleReader::GetFirstString()
+{
+    return m_string.front();
+}
+
+} // namespace Kesh::SyntaxParser

@@ -1,0 +1,107 @@
+#include "Options.h"
+
+#include <CLI/CLI.hpp>
+#include <iostream>
+#include <map>
+
+namespace Kesh::CommandLine {
+
+namespace {
+
+constexpr const char* Description =
+    "Finds syntax errors in PHP, and unknown names in HTML and CSS.\n"
+    "\n"
+    "  code-analyzer check src/                 check all files of a folder\n"
+    "  code-analyzer check --format json a.php  the same for other programs\n"
+    "  code-analyzer check - < a.php            check standard input\n"
+    "  code-analyzer project .                  check a project and keep its errors\n";
+
+constexpr const char* Footer =
+    "\nExit status: 0 no errors (there may be warnings), 1 at least one error, 2 bad usage or a path that\n"
+    "could not be read.\n"
+    "Environment: NO_COLOR turns colours off; CODE_ANALYZER_PLUGIN names another libCodeAnalyzer.so.1.";
+
+constexpr const char* CheckFooter =
+    "\nIn folders, files named *.php, *.phtml, *.inc, *.html, *.htm and *.css are checked; hidden folders,\n"
+    "\"vendor\" and \"node_modules\" are left out unless named as a PATH. A named file is always checked, as "
+    "PHP\n"
+    "when its ending is none of these.\n";
+
+void AddFormat(CLI::App& command, SOptions& options)
+{
+    command
+        .add_option("--format", options.format,
+                    "text: a line for each error. json: one array of {file, startLine, startColumn, endLine, "
+                    "endColumn, code, severity, message}; lines and columns count from 1, ends are exclusive")
+        ->transform(CLI::CheckedTransformer(
+            std::map<std::string, EFormat>{{"text", EFormat::Text}, {"json", EFormat::Json}}))
+        ->option_text("text|json");
+    command.add_option("--color", options.color, "Colours in text: auto (on a terminal), always or never")
+        ->transform(CLI::CheckedTransformer(std::map<std::string, EColor>{
+            {"auto", EColor::Auto}, {"always", EColor::Always}, {"never", EColor::Never}}))
+        ->option_text("auto|always|never");
+    command.add_flag("-q,--quiet", options.quiet, "No progress bar and no summary line");
+}
+
+} // namespace
+
+bool ParseOptions(int argc, char** argv, SOptions& options, int& exitCode)
+{
+    CLI::App app(Description, "code-analyzer");
+    app.set_version_flag("--version", std::string("code-analyzer ") + CODE_ANALYZER_VERSION);
+    app.require_subcommand(1);
+    app.footer(Footer);
+    app.failure_message(CLI::FailureMessage::simple);
+
+    CLI::App* check = app.add_subcommand("check", "Check files and folders");
+    check->footer(CheckFooter + std::string(Footer));
+    check->add_option("PATH", options.paths, "Files and folders; - is standard input")->required();
+    check
+        ->add_option("--include", options.include,
+                     "In folders, check the files that match GLOB instead of the usual ones (repeatable)")
+        ->option_text("GLOB")
+        ->allow_extra_args(false);
+    check
+        ->add_option("--exclude", options.exclude,
+                     "Leave out files and folders that match GLOB (repeatable). A GLOB without a slash is "
+                     "compared with names, one with a slash with the path below the folder; * matches / too")
+        ->option_text("GLOB")
+        ->allow_extra_args(false);
+    check
+        ->add_option("--stdin-path", options.stdinPath,
+                     "Name that standard input goes by; its ending tells the language (stdin.php)")
+        ->option_text("NAME");
+    AddFormat(*check, options);
+
+    CLI::App* project = app.add_subcommand(
+        "project",
+        "Open a folder as a project, check its PHP files, and keep the errors in its .code-analyzer/");
+    project->add_option("FOLDER", options.paths, "The project's folder")->required()->expected(1);
+    AddFormat(*project, options);
+
+    CLI::App* regions = app.add_subcommand(
+        "regions", "Print the regions that the PHP scanner cuts a file into: kind, span, text");
+    regions->add_option("FILE", options.paths, "The file")->required()->expected(1);
+    CLI::App* tree = app.add_subcommand("tree", "Print the HTML and CSS trees of a file: kind, name, span");
+    tree->add_option("FILE", options.paths, "The file")->required()->expected(1);
+
+    try {
+        app.parse(argc, argv);
+    } catch (const CLI::ParseError& error) {
+        if (argc > 1 && argv[1][0] != '-' && app.get_subcommands().empty()) {
+            std::cerr << "code-analyzer: unknown command \"" << argv[1]
+                      << "\"; the commands are check, project, regions and tree (see --help)\n";
+            exitCode = ExitFailed;
+            return false;
+        }
+        exitCode = app.exit(error, std::cout, std::cerr) == 0 ? ExitClean : ExitFailed;
+        return false;
+    }
+    options.command = check->parsed()     ? ECommand::Check
+                      : project->parsed() ? ECommand::Project
+                      : regions->parsed() ? ECommand::Regions
+                                          : ECommand::Tree;
+    return true;
+}
+
+} // namespace Kesh::CommandLine

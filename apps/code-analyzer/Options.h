@@ -1,0 +1,36 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+namespace Kesh::CommandLine {
+
+enum class ECommand { Check, Project, Regions, Tree };
+enum class EFormat { Text, Json };
+enum class EColor { Auto, Always, Never };
+
+/// What the user asks for. Paths are bytes, as the system gave them.
+struct SOptions
+{
+    ECommand command = ECommand::Check;
+    EFormat format = EFormat::Text;
+    EColor color = EColor::Auto;
+    bool quiet = false;
+    std::vector<std::string> paths;
+    std::vector<std::string> include;
+    std::vector<std::string> exclude;
+    std::string stdinPath = "stdin.php";
+};
+
+/// Exit statuses.
+enum EExit : int {
+    ExitClean = 0,  ///< no record of severity error
+    ExitErrors = 1, ///< at least one
+    ExitFailed = 2, ///< bad usage, or something could not be read
+};
+
+/// Reads the command line. Answers true when there is something to do; otherwise everything has been said and
+/// `exitCode` is the program's status.
+bool ParseOptions(int argc, char** argv, SOptions& options, int& exitCode);
+
+} // namespace Kesh::CommandLine

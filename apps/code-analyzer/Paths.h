@@ -1,0 +1,26 @@
+#pragma once
+
+#include "Options.h"
+
+#include <functional>
+#include <string>
+#include <vector>
+
+namespace Kesh::CommandLine {
+
+/// One text to check.
+struct SInput
+{
+    std::wstring shown;    ///< the path as the user knows it
+    std::wstring absolute; ///< the name under which the host knows it
+    bool standardInput = false;
+};
+
+/// Told of each path that cannot be read, with the reason.
+using TPathError = std::function<void(const std::wstring& path, const std::string& reason)>;
+
+/// The files that the paths of a check stand for, each once, in the order of the command line and sorted
+/// within a folder.
+std::vector<SInput> CollectInputs(const SOptions& options, const TPathError& onError);
+
+} // namespace Kesh::CommandLine

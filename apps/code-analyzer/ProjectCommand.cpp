@@ -1,0 +1,57 @@
+#include "Application/FilePath.h"
+#include "Base/CommonString.h"
+#include "Base/Exception.h"
+#include "Commands.h"
+#include "Progress.h"
+#include "ProjectManager/ProjectManager.h"
+#include "Session.h"
+#include "SyntaxParser/ParserComponent.h"
+
+#include <QCoreApplication>
+#include <QTimer>
+#include <atomic>
+
+namespace Kesh::CommandLine {
+
+int RunProject(const SOptions& options)
+{
+    CSession session;
+    Host::CApplication& application = session.Application();
+    ProjectManager::CProjectManager& project = application.Project();
+    const std::wstring given = Host::PathFromBytes(options.paths.front());
+    const std::wstring folder = Host::AbsolutePath(given);
+    project.GetDataErrorSignal().connect([&](const std::wstring& reason) {
+        PrintProblem(given, "the errors could not be kept: " + Base::CCommonString::ToUtf8(reason));
+    });
+
+    std::atomic<std::size_t> asked{0};
+    application.Parser().SetFileHook([&](const std::wstring&) { ++asked; });
+    try {
+        application.OpenProject(folder);
+    } catch (const Base::CWorkError& fault) {
+        PrintProblem(given, fault.what());
+        return ExitFailed;
+    }
+    ProjectManager::IProjectManager& manager = *project.GetProjectManager();
+    const std::vector<std::wstring> files = manager.GetFiles();
+
+    CProgress progress(!options.quiet);
+    QTimer ticks; // wakes the loop so that the bar moves
+    ticks.start(100);
+    while (application.Threads().IsRunning()) {
+        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+        progress.Show(std::min(asked.load(), files.size()), files.size(), given);
+    }
+    QCoreApplication::sendPostedEvents();
+    progress.Clear();
+
+    CReport report(options, stdout);
+    const std::wstring prefix = given.ends_with(L'/') ? given : given + L'/';
+    for (const std::wstring& file : files)
+        report.Add(session.RecordsOf(file, prefix + file.substr(folder.size() + (folder == L"/" ? 0 : 1))));
+    report.Finish(files.size());
+    project.Close();
+    return report.HasErrors() ? ExitErrors : ExitClean;
+}
+
+} // namespace Kesh::CommandLine

@@ -1,0 +1,71 @@
+#include "Application/FilePath.h"
+#include "Base/Exception.h"
+#include "Commands.h"
+#include "Report.h"
+
+#include <QApplication>
+#include <cerrno>
+#include <cstdio>
+#include <cstring>
+
+namespace Kesh::CommandLine {
+
+void PrintProblem(const std::wstring& path, const std::string& reason)
+{
+    std::fprintf(stderr, "code-analyzer: %s: %s\n", Printable(path).c_str(), reason.c_str());
+}
+
+namespace {
+
+int Run(const SOptions& options)
+{
+    try {
+        switch (options.command) {
+        case ECommand::Check: return RunCheck(options);
+        case ECommand::Project: return RunProject(options);
+        case ECommand::Regions: return RunRegions(options);
+        case ECommand::Tree: return RunTree(options);
+        }
+    } catch (const Base::CWorkError& fault) {
+        if (options.command == ECommand::Regions || options.command == ECommand::Tree)
+            PrintProblem(Host::PathFromBytes(options.paths.front()), fault.what());
+        else
+            std::fprintf(stderr, "code-analyzer: %s\n", fault.what());
+    }
+    return ExitFailed;
+}
+
+/// Qt talks about the machine's set-up, which is no concern of a program without a window.
+void DropQtChatter(QtMsgType type, const QMessageLogContext& /*context*/, const QString& text)
+{
+    if (type == QtCriticalMsg || type == QtFatalMsg)
+        std::fprintf(stderr, "code-analyzer: %s\n", qUtf8Printable(text));
+}
+
+} // namespace
+
+} // namespace Kesh::CommandLine
+
+int main(int argc, char** argv)
+{
+    using namespace Kesh;
+    CommandLine::SOptions options;
+    int exitCode = CommandLine::ExitClean;
+    if (!CommandLine::ParseOptions(argc, argv, options, exitCode))
+        return exitCode;
+
+    // The errors bar is a widget, which nobody will see here.
+    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
+        qputenv("QT_QPA_PLATFORM", "offscreen");
+    Host::InstallFileNameCodec();
+    qInstallMessageHandler(&CommandLine::DropQtChatter);
+    int qtArgc = 1; // the rest of the command line is ours, Qt has options of its own
+    QApplication application(qtArgc, argv);
+
+    exitCode = CommandLine::Run(options);
+    if (std::fflush(stdout) != 0 || std::ferror(stdout)) {
+        std::fprintf(stderr, "code-analyzer: standard output: %s\n", std::strerror(errno));
+        return CommandLine::ExitFailed;
+    }
+    return exitCode;
+}
