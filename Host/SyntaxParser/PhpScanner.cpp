@@ -113,10 +113,12 @@ void CPhpScanner::ScanOperator(EPhpToken token)
         Token(PhpText);
         break;
     case Ampersand: // of `fn &(...)`
-        if (m_prev == Fn)
+        if (m_prev == Fn) {
             Comment(PhpAnnotation);
-        else
+            m_actual = Fn;
+        } else {
             Token(PhpText);
+        }
         break;
     default: Token(PhpText); break;
     }
@@ -199,6 +201,8 @@ void CPhpScanner::ScanReturnType()
 
 void CPhpScanner::ScanSemicolon()
 {
+    if (Place().kind == EPlace::FnParams) // they were never closed
+        m_annotation = 0;
     // The `;` of a closure inside a thrown expression does not end the `throw`.
     if (m_throwDepth > 0 && m_places.size() > m_throwDepth) {
         Token(PhpText);
