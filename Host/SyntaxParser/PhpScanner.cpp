@@ -112,13 +112,13 @@ void CPhpScanner::ScanOperator(EPhpToken token)
         ++Place().ternaries;
         Token(PhpText);
         break;
-    case Ampersand: // of `fn &(...)`
-        if (m_prev == Fn) {
+    case Ampersand: // what `function &` and `fn &` begin is told by the word
+        if (m_prev == Fn || m_prev == Function)
+            m_actual = m_prev;
+        if (m_prev == Fn)
             Comment(PhpAnnotation);
-            m_actual = Fn;
-        } else {
+        else
             Token(PhpText);
-        }
         break;
     default: Token(PhpText); break;
     }

@@ -161,6 +161,8 @@ const char* const Accepted[] = {
     "static fn() => 1; } }",
     "abstract class A { abstract function f($a = array(1, 2), $b = self::C); } if (!class_exists('A')) { "
     "class A { } }",
+    "class A { function &g(): int|string { } function php() { return $this->php()->php; } } $x = "
+    "Php::php(PHP); fn &() => 1;",
     // tags
     "<?php if ($a): ?> x <?php elseif ($b): ?> y <?php else: ?> z <?php endif; ?>",
     "<?php foreach ($a as $b): ?> <li><?= $b, 1 ?></li> <?php endforeach ?> <?php while ($x): ?> q <?php "
