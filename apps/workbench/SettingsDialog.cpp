@@ -31,6 +31,9 @@ QLabel* MakeNote(const char* text)
 {
     auto* note = new QLabel(Tr(text));
     note->setWordWrap(true);
+    // A form does not ask wrapped text for its height.
+    const int width = note->fontMetrics().averageCharWidth() * 60;
+    note->setMinimumSize(width, note->heightForWidth(width));
     return note;
 }
 
@@ -79,7 +82,9 @@ CSettingsDialog::CSettingsDialog(const SChoices& choices, const std::vector<SLan
                  MakeNote("Names that the HTML check accepts besides the standard ones, with blanks "
                           "between them. A change restarts the code validator, which then checks "
                           "the project anew."));
-    form->addRow(Tr("&Columns of the error list:"), widths);
+    auto* widthsTitle = new QLabel(Tr("&Columns of the error list:"));
+    widthsTitle->setBuddy(m_widths.front());
+    form->addRow(widthsTitle, widths);
     auto* buttons = new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel);
     buttons->button(QDialogButtonBox::Ok)->setText(Tr("OK"));
     buttons->button(QDialogButtonBox::Cancel)->setText(Tr("Cancel"));
