@@ -138,8 +138,10 @@ void ApplyTheme(CCodeEditor& editor, int fontSize)
     constexpr int FirstFoldMarker = QsciScintillaBase::SC_MARKNUM_FOLDEREND;
     constexpr int LastFoldMarker = QsciScintillaBase::SC_MARKNUM_FOLDEROPEN;
     for (int marker = FirstFoldMarker; marker <= LastFoldMarker; ++marker) {
-        editor.setMarkerForegroundColor(palette.color(QPalette::Window), marker);
-        editor.setMarkerBackgroundColor(Mixed(text, palette.color(QPalette::Window), 0.5), marker);
+        // The widget's own functions know only markers that it has handed out.
+        editor.SendScintilla(QsciScintillaBase::SCI_MARKERSETFORE, marker, palette.color(QPalette::Window));
+        editor.SendScintilla(QsciScintillaBase::SCI_MARKERSETBACK, marker,
+                             Mixed(text, palette.color(QPalette::Window), 0.5));
     }
     editor.setMatchedBraceBackgroundColor(Mixed(paper, palette.color(QPalette::Highlight), 0.4));
     editor.setMatchedBraceForegroundColor(text);

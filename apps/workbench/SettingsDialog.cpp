@@ -49,7 +49,6 @@ CSettingsDialog::CSettingsDialog(const SChoices& choices, const std::vector<SLan
       m_attributes(MakeNameEdit(choices.customAttributes, "customAttributes"))
 {
     setWindowTitle(Tr("Settings"));
-    setMinimumWidth(fontMetrics().averageCharWidth() * 80);
     for (const SLanguage& language : languages) {
         m_language->addItem(language.title, language.name);
         if (language.name == choices.language)
