@@ -39,7 +39,7 @@ struct SPhpRegionDefs
     ISynRegion* TokenDefs[23] = {};    ///< 1..21 as the checker knows them, 22 text outside PHP
     ISynRegion* ExtraDefs[6] = {};     ///< 1 `function`, 3 words called like functions, 5 a declared name
     ISynRegion* VarDefs[4] = {};       ///< 1 a word that declares a property, 2 the extra `$` before a variable, 3 a complete variable
-    ISynRegion* CommentDefs[14] = {};  ///< 1..13 comments and attributes
+    ISynRegion* CommentDefs[14] = {};  ///< 1..13 comments, and code in which there is nothing to check
     ISynRegion* ClassDefs[2] = {};     ///< 1 `class`
     ISynRegion* InterfaceDefs[2] = {}; ///< 1 `interface`
 };

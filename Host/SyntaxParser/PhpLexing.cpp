@@ -1,0 +1,236 @@
+#include "SyntaxParser/PhpLexer.h"
+
+#include <cwchar>
+
+namespace Kesh::SyntaxParser {
+
+namespace {
+
+bool IsPhpBlank(wchar_t c)
+{
+    return c == L' ' || c == L'\t' || c == L'\r' || c == L'\n';
+}
+
+bool IsLineEnd(wchar_t c)
+{
+    return c == L'\n' || c == L'\r';
+}
+
+const wchar_t* Find(const wchar_t* p, const wchar_t* limit, wchar_t c)
+{
+    const wchar_t* found = std::wmemchr(p, c, static_cast<std::size_t>(limit - p));
+    return found ? found : limit;
+}
+
+} // namespace
+
+CPhpLexer::CPhpLexer(std::wstring_view text)
+    : m_begin(text.data()), m_cursor(text.data()), m_limit(text.data() + text.size())
+{
+}
+
+bool CPhpLexer::IsWordStart(wchar_t c)
+{
+    return (c >= L'a' && c <= L'z') || (c >= L'A' && c <= L'Z') || c == L'_' ||
+           static_cast<char32_t>(c) >= 0x80;
+}
+
+bool CPhpLexer::IsWordChar(wchar_t c)
+{
+    return IsWordStart(c) || (c >= L'0' && c <= L'9');
+}
+
+EPhpToken CPhpLexer::Next()
+{
+    return m_inPhp ? NextInPhp() : NextInHtml();
+}
+
+// Whether the lower-case text stands at `p`, in any case.
+bool CPhpLexer::StartsAt(const wchar_t* p, const char* lower) const
+{
+    for (; *lower; ++p, ++lower) {
+        if (p >= m_limit || (*p | 0x20) != static_cast<wchar_t>(static_cast<unsigned char>(*lower)))
+            return false;
+    }
+    return true;
+}
+
+EPhpToken CPhpLexer::NextInHtml()
+{
+    m_begin = m_cursor;
+    const wchar_t* p = m_cursor;
+    for (; p < m_limit; ++p) {
+        p = Find(p, m_limit, L'<');
+        // An XML declaration is markup.
+        if (m_limit - p >= 2 && p[1] == L'?' && !StartsAt(p + 2, "xml"))
+            break;
+        if (p == m_limit)
+            break;
+    }
+    if (p > m_begin) {
+        m_cursor = p;
+        return EPhpToken::Html;
+    }
+    if (p == m_limit)
+        return EPhpToken::End;
+
+    m_inPhp = true;
+    if (p[2] == L'=' && p + 2 < m_limit) {
+        m_cursor = p + 3;
+        return EPhpToken::OpenTagEcho;
+    }
+    const bool isLong = StartsAt(p + 2, "php") && (p + 5 == m_limit || IsPhpBlank(p[5]));
+    m_cursor = p + (isLong ? 5 : 2);
+    return EPhpToken::OpenTag;
+}
+
+const wchar_t* CPhpLexer::FindLineCommentEnd(const wchar_t* p) const
+{
+    while (p < m_limit && !IsLineEnd(*p) && !(*p == L'?' && p[1] == L'>'))
+        ++p;
+    return p;
+}
+
+const wchar_t* CPhpLexer::FindCommentEnd(const wchar_t* p) const
+{
+    for (;;) {
+        p = Find(p, m_limit, L'*');
+        if (p == m_limit)
+            return m_limit;
+        if (*++p == L'/' && p < m_limit)
+            return p + 1;
+    }
+}
+
+EPhpToken CPhpLexer::LexLineComment(EPhpToken token)
+{
+    m_cursor = FindLineCommentEnd(m_cursor);
+    return token;
+}
+
+EPhpToken CPhpLexer::LexBlockComment()
+{
+    const bool isDoc = *m_cursor == L'*' && IsPhpBlank(m_cursor[1]);
+    m_cursor = FindCommentEnd(m_cursor);
+    return isDoc ? EPhpToken::DocComment : EPhpToken::BlockComment;
+}
+
+EPhpToken CPhpLexer::LexHash()
+{
+    if (*m_cursor != L'[' || m_openAttribute)
+        return LexLineComment(EPhpToken::HashComment);
+    const wchar_t* end = FindAttributeEnd(m_cursor + 1);
+    if (!end) {
+        m_openAttribute = true;
+        return LexLineComment(EPhpToken::HashComment);
+    }
+    m_cursor = end;
+    return EPhpToken::Attribute;
+}
+
+// After the `]` that closes `#[`; null when there is none.
+const wchar_t* CPhpLexer::FindAttributeEnd(const wchar_t* p) const
+{
+    const wchar_t* end = FindCode(p, L']');
+    return end < m_limit ? end + 1 : nullptr;
+}
+
+// The bracket that closes the code beginning at `p`; the limit when there is none.
+const wchar_t* CPhpLexer::FindCode(const wchar_t* p, wchar_t closing) const
+{
+    const wchar_t opening = closing == L']' ? L'[' : L'{';
+    // What is open around `p`: code up to a bracket, or a string with code in it up to its quote.
+    std::vector<wchar_t> open{closing};
+    while (p < m_limit) {
+        const wchar_t c = *p;
+        if (open.back() == L'"' || open.back() == L'`') {
+            if (c == L'\\') {
+                ++p;
+            } else if (c == open.back()) {
+                open.pop_back();
+            } else if (c == L'{' && p[1] == L'$') {
+                open.push_back(L'}');
+            }
+        } else if (c == open.back()) {
+            open.pop_back();
+            if (open.empty())
+                return p;
+        } else if ((c == L'{' && open.back() == L'}') || (c == opening && open.back() == closing)) {
+            open.push_back(open.back());
+        } else if (c == L'"' || c == L'`') {
+            open.push_back(c);
+        } else if (c == L'\'') {
+            for (++p; p < m_limit && *p != L'\''; ++p)
+                p += *p == L'\\';
+        } else if (c == L'/' && p[1] == L'*') {
+            p = FindCommentEnd(p + 2) - 1;
+        } else if ((c == L'/' && p[1] == L'/') || (c == L'#' && p[1] != L'[')) {
+            p = FindLineCommentEnd(p) - 1;
+        }
+        ++p;
+    }
+    return m_limit;
+}
+
+const wchar_t* CPhpLexer::FindQuote(const wchar_t* p, wchar_t quote) const
+{
+    for (; p < m_limit; ++p) {
+        if (*p == quote)
+            return p;
+        if (*p == L'\\')
+            ++p;
+        else if (*p == L'{' && p[1] == L'$' && quote != L'\'')
+            p = FindCode(p + 1, L'}');
+    }
+    return m_limit;
+}
+
+const wchar_t* CPhpLexer::FindHeredocEnd(const wchar_t* p) const
+{
+    while (*p == L' ' || *p == L'\t')
+        ++p;
+    if (*p == L'\'' || *p == L'"')
+        ++p;
+    const std::wstring_view label(p, static_cast<std::size_t>(SkipWord(p) - p));
+    for (p += label.size(); p < m_limit; ++p) {
+        if (!IsLineEnd(*p))
+            continue;
+        const wchar_t* word = p + 1;
+        while (*word == L' ' || *word == L'\t')
+            ++word;
+        const std::size_t left = word < m_limit ? static_cast<std::size_t>(m_limit - word) : 0;
+        if (left >= label.size() && std::wstring_view(word, label.size()) == label &&
+            !IsWordChar(word[label.size()]))
+            return word + label.size();
+    }
+    return m_limit;
+}
+
+const wchar_t* CPhpLexer::SkipBlanks(const wchar_t* p) const
+{
+    for (;;) {
+        while (p < m_limit && IsPhpBlank(*p))
+            ++p;
+        if (p + 1 >= m_limit)
+            return p;
+        if (*p == L'/' && p[1] == L'*')
+            p = FindCommentEnd(p + 2);
+        else if ((*p == L'/' && p[1] == L'/') || (*p == L'#' && p[1] != L'['))
+            p = FindLineCommentEnd(p);
+        else
+            return p;
+        if (p + 1 < m_limit && *p == L'?' && p[1] == L'>')
+            return p;
+    }
+}
+
+const wchar_t* CPhpLexer::SkipWord(const wchar_t* p) const
+{
+    if (p < m_limit && IsWordStart(*p)) {
+        while (p < m_limit && IsWordChar(*p))
+            ++p;
+    }
+    return p;
+}
+
+} // namespace Kesh::SyntaxParser

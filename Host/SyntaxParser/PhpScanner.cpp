@@ -1,0 +1,291 @@
+#include "SyntaxParser/PhpScanner.h"
+
+#include "SyntaxParser/PhpDefs.h"
+#include "SyntaxParser/SPDocument.h"
+
+namespace Kesh::SyntaxParser {
+
+using enum EPhpToken;
+
+CPhpScanner::CPhpScanner(std::wstring_view text, const std::vector<IStateRegionHandler*>& handlers)
+    : m_lexer(text),
+      m_emitter(text.data(), handlers),
+      m_php(GetDefRegions()->Php),
+      m_text(text.data()),
+      m_places(1)
+{
+}
+
+void CPhpScanner::Run(std::vector<SIsland>* islands)
+{
+    m_islands = islands;
+    for (EPhpToken token = m_lexer.Next(); token != End; token = m_lexer.Next())
+        Scan(token);
+    if (m_islands && m_islandBegin)
+        m_islands->push_back({static_cast<std::size_t>(m_islandBegin - m_text),
+                              static_cast<std::size_t>(m_lexer.Limit() - m_text)});
+}
+
+void CPhpScanner::Scan(EPhpToken token)
+{
+    m_actual = token;
+    switch (token) {
+    case Blank: EmitPiece(m_php.TokenDefs[PhpText], m_lexer.Begin(), m_lexer.Cursor()); return;
+    case LineComment:
+    case HashComment:
+    case BlockComment:
+    case DocComment:
+    case Attribute: ScanComment(token); return;
+    case Html: EmitPiece(m_php.TokenDefs[PhpOutside], m_lexer.Begin(), m_lexer.Cursor()); return;
+    case OpenTag:
+        m_islandBegin = m_lexer.Begin();
+        EmitPiece(m_php.TagDefs[1], m_lexer.Begin(), m_lexer.Cursor());
+        break;
+    case OpenTagEcho: { // `<?` and a `=` that acts like `echo`
+        const wchar_t* equals = m_lexer.Cursor() - 1;
+        m_islandBegin = m_lexer.Begin();
+        EmitPiece(m_php.TagDefs[1], m_lexer.Begin(), equals);
+        EmitPiece(m_php.TokenDefs[PhpArgumentWord], equals, m_lexer.Cursor());
+        break;
+    }
+    case CloseTag:
+        EmitPiece(m_php.TagDefs[2], m_lexer.Begin(), m_lexer.Cursor());
+        if (m_islands && m_islandBegin)
+            m_islands->push_back({static_cast<std::size_t>(m_islandBegin - m_text),
+                                  static_cast<std::size_t>(m_lexer.Cursor() - m_text)});
+        m_islandBegin = nullptr;
+        break;
+    case Variable: Emit(m_php.VarDefs[PhpVariable]); break;
+    case Dollar:
+        if (*m_lexer.Cursor() == L'$' || CPhpLexer::IsWordStart(*m_lexer.Cursor()))
+            Emit(m_php.VarDefs[PhpExtraDollar]);
+        else
+            Token(PhpText);
+        break;
+    case Number: Token(PhpNumber); break;
+    case SingleQuote: ScanString(L'\''); break;
+    case DoubleQuote: ScanString(L'"'); break;
+    case Backtick: ScanString(L'`'); break;
+    case Heredoc: ScanHeredoc(); break;
+    case OpenRound:
+    case OpenSquare:
+    case OpenBrace:
+    case CloseRound:
+    case CloseSquare:
+    case CloseBrace: ScanBracket(token); break;
+    case Name:
+    case QualifiedName: ScanWord(token); break;
+    default:
+        if (token < Abstract)
+            ScanOperator(token);
+        else
+            ScanReservedWord(token);
+        break;
+    }
+    m_prev = m_actual;
+    if (m_halt > 0)
+        ScanDataAfterHalt(token);
+}
+
+void CPhpScanner::ScanComment(EPhpToken token)
+{
+    switch (token) {
+    case LineComment: Comment(PhpLineComment); break;
+    case HashComment: Comment(PhpHashComment); break;
+    case BlockComment: Comment(PhpBlockComment); break;
+    case DocComment: Comment(PhpDocComment); break;
+    default: Comment(PhpAttribute); break;
+    }
+}
+
+void CPhpScanner::ScanOperator(EPhpToken token)
+{
+    switch (token) {
+    case CarriedOp: Token(PhpDot); break;
+    case Assign: Token(PhpAssign); break;
+    case Arrow: Token(PhpArrow); break;
+    case DoubleArrow: ScanDoubleArrow(); break;
+    case Comma: Token(PhpComma); break;
+    case Semicolon: ScanSemicolon(); break;
+    case Colon: ScanColon(); break;
+    case Question:
+        ++Place().ternaries;
+        Token(PhpText);
+        break;
+    case Ampersand: // of `fn &(...)`
+        if (m_prev == Fn)
+            Comment(PhpAnnotation);
+        else
+            Token(PhpText);
+        break;
+    default: Token(PhpText); break;
+    }
+}
+
+// The arrows of `fn` and of `match` are no key arrows; that of a hook begins a statement.
+void CPhpScanner::ScanDoubleArrow()
+{
+    const bool ofFn = (m_prev == CloseRound || m_prev == ReturnType) && m_lastClosed == EPlace::FnParams;
+    if (Place().kind == EPlace::HookBody && Place().hookHead) {
+        Comment(PhpAnnotation);
+        Place().hookHead = false;
+    } else if (ofFn || Place().kind == EPlace::MatchBody) {
+        Token(PhpDot);
+    } else {
+        Token(PhpDoubleArrow);
+    }
+}
+
+void CPhpScanner::ScanColon()
+{
+    const bool afterParams =
+        m_prev == CloseRound && (m_lastClosed == EPlace::FuncParams || m_lastClosed == EPlace::FnParams);
+    m_labelColon = false;
+    if (afterParams) {
+        Token(PhpText);
+        ScanReturnType();
+    } else if (!m_pendingClasses.empty() && m_pendingClasses.back().body == EPlace::EnumBody &&
+               m_pendingClasses.back().depth == m_places.size()) {
+        Comment(PhpAnnotation); // with the type that follows
+        m_enumType = true;
+    } else if (Place().ternaries > 0) {
+        --Place().ternaries;
+        // In a label a plain `:` would be its end.
+        Token(m_caseDepth == m_places.size() ? PhpDot : PhpText);
+    } else {
+        m_labelColon = !InExpressionBrackets();
+        if (m_caseDepth == m_places.size())
+            m_caseDepth = 0;
+        Token(PhpText);
+    }
+}
+
+// A return type, however it is composed, is one word.
+void CPhpScanner::ScanReturnType()
+{
+    const wchar_t* begin = PeekAt();
+    const wchar_t* end = begin;
+    int depth = 0;
+    bool afterName = false;
+    for (const wchar_t* p = begin; p < m_lexer.Limit(); p = m_lexer.SkipBlanks(p)) {
+        const bool isWord = CPhpLexer::IsWordStart(*p);
+        if (isWord && afterName)
+            break;
+        if (isWord) {
+            p = m_lexer.SkipWord(p);
+        } else if (*p == L'\\' || *p == L'|' || *p == L'&' || *p == L'?') {
+            ++p;
+        } else if (*p == L'(') {
+            ++depth;
+            ++p;
+        } else if (*p == L')' && depth > 0) {
+            --depth;
+            ++p;
+        } else {
+            break;
+        }
+        afterName = isWord;
+        end = p;
+    }
+    // Blanks and comments before the type are regions of their own; the caller's token has been emitted.
+    while (m_lexer.Cursor() < begin)
+        Scan(m_lexer.Next());
+    if (end == begin)
+        return;
+    m_lexer.SetCursor(end);
+    EmitPiece(IsAnnotated() ? m_php.CommentDefs[PhpAnnotation] : m_php.TokenDefs[PhpWord], begin, end);
+    m_actual = ReturnType;
+}
+
+void CPhpScanner::ScanSemicolon()
+{
+    // The `;` of a closure inside a thrown expression does not end the `throw`.
+    if (m_throwDepth > 0 && m_places.size() > m_throwDepth) {
+        Token(PhpText);
+    } else {
+        m_throwDepth = 0;
+        Token(PhpSemicolon);
+    }
+
+    SPlace& place = Place();
+    place.ternaries = 0;
+    place.memberStarted = place.memberIsHead = false;
+    place.hookHead = place.kind == EPlace::HookBody;
+    while (!m_pendingClasses.empty() && m_pendingClasses.back().depth >= m_places.size())
+        m_pendingClasses.pop_back();
+    m_inConst = m_inUse = m_enumType = false;
+    m_caseDepth = 0;
+}
+
+void CPhpScanner::ScanString(wchar_t quote)
+{
+    const bool isCommand = quote == L'`';
+    ISynRegion* start = m_php.TokenDefs[isCommand ? PhpText : PhpStringStart];
+    ISynRegion* end = m_php.TokenDefs[isCommand ? PhpText : PhpStringEnd];
+    ISynRegion* content = m_php.TokenDefs[PhpStringContent];
+    if (IsAnnotated())
+        start = content = end = m_php.CommentDefs[PhpAnnotation];
+
+    const wchar_t* begin = m_lexer.Cursor();
+    const wchar_t* close = m_lexer.FindQuote(begin, quote);
+    EmitPiece(start, m_lexer.Begin(), begin);
+    if (close > begin)
+        EmitPiece(content, begin, close);
+    if (close < m_lexer.Limit()) {
+        EmitPiece(end, close, close + 1);
+        ++close;
+    }
+    m_lexer.SetCursor(close);
+}
+
+void CPhpScanner::ScanHeredoc()
+{
+    Emit(m_php.TokenDefs[PhpText]);
+    const wchar_t* begin = m_lexer.Cursor();
+    const wchar_t* end = m_lexer.FindHeredocEnd(begin);
+    m_lexer.SetCursor(end);
+    EmitPiece(IsAnnotated() ? m_php.CommentDefs[PhpAnnotation] : m_php.TokenDefs[PhpHeredoc], begin, end);
+}
+
+// `__halt_compiler ( ) ;`: after its last token comes data.
+void CPhpScanner::ScanDataAfterHalt(EPhpToken token)
+{
+    if (--m_halt > 0 && token != CloseTag)
+        return;
+    m_halt = 0;
+    if (token == Semicolon && m_lexer.Cursor() < m_lexer.Limit()) {
+        const wchar_t* begin = m_lexer.Cursor();
+        m_lexer.SetCursor(m_lexer.Limit());
+        EmitPiece(m_php.CommentDefs[PhpData], begin, m_lexer.Limit());
+    }
+}
+
+void CPhpScanner::EmitPiece(ISynRegion* definition, const wchar_t* begin, const wchar_t* end)
+{
+    m_emitter.EmitLines(definition, begin, end);
+}
+
+void CPhpScanner::Emit(ISynRegion* definition)
+{
+    if (IsAnnotated())
+        definition = m_php.CommentDefs[PhpAnnotation];
+    m_emitter.Emit(definition, m_lexer.Begin(), m_lexer.Cursor());
+}
+
+void CPhpScanner::EmitComment(ISynRegion* definition)
+{
+    m_emitter.EmitLines(definition, m_lexer.Begin(), m_lexer.Cursor());
+}
+
+bool CPhpScanner::IsAnnotated() const
+{
+    return (m_annotation > 0 && m_places.size() >= m_annotation) || m_places.back().hookHead;
+}
+
+wchar_t CPhpScanner::Peek() const
+{
+    const wchar_t* p = PeekAt();
+    return p < m_lexer.Limit() ? *p : L'\0';
+}
+
+} // namespace Kesh::SyntaxParser

@@ -1,0 +1,118 @@
+#pragma once
+
+#include "SyntaxParser/MarkupTrees.h"
+#include "SyntaxParser/PhpLexer.h"
+#include "SyntaxParser/RegionEmitter.h"
+
+#include <cstdint>
+#include <vector>
+
+namespace Kesh::SyntaxParser {
+
+/// Turns PHP tokens into typed regions. A word, a `:` or an arrow gets the kind of what it acts as in its
+/// place, so that the statement parsers, which know older PHP, pass what is correct today.
+class CPhpScanner
+{
+public:
+    /// `text` must be followed by a NUL character and stay during Run().
+    CPhpScanner(std::wstring_view text, const std::vector<IStateRegionHandler*>& handlers);
+
+    /// Delivers every region. Appends the stretches of PHP to `islands` unless it is null.
+    void Run(std::vector<SIsland>* islands);
+
+private:
+    /// What stands between two brackets.
+    enum class EPlace : std::uint8_t {
+        Block, ///< statements; also the document itself
+        ClassBody,
+        EnumBody,
+        HookBody, ///< the hooks of a property
+        MatchBody,
+        OtherBrace, ///< an expression: `${...}`, `->{...}`
+        Group,
+        FuncParams, ///< of a function, and the `use` list of a closure
+        FnParams,
+        MatchHead,
+        ControlHead, ///< of `if`, `while`, `for`, ...
+        Square
+    };
+    struct SPlace
+    {
+        EPlace kind = EPlace::Block;
+        bool memberStarted = false; ///< a class member's first word has been read
+        bool memberIsHead = false;  ///< the member is a method or a `use`: its braces are no hooks
+        bool hookHead = false;      ///< before the body of a hook
+        std::uint32_t ternaries = 0;
+    };
+    struct SPendingClass
+    {
+        std::size_t depth; ///< number of open places at its keyword
+        EPlace body;
+    };
+
+    void Scan(EPhpToken token);
+    void ScanComment(EPhpToken token);
+    void ScanOperator(EPhpToken token);
+    void ScanBracket(EPhpToken token);
+    void ScanWord(EPhpToken token);
+    void ScanReservedWord(EPhpToken token);
+    void ScanString(wchar_t quote);
+    void ScanHeredoc();
+    void ScanReturnType();
+    void ScanDataAfterHalt(EPhpToken token);
+
+    void ScanColon();
+    void ScanDoubleArrow();
+    void ScanSemicolon();
+    void ScanOpenBrace();
+    void ScanClosing(EPhpToken token);
+    void ScanStatic();
+    void ScanModifier(EPhpToken token);
+    void ScanEnum();
+
+    void Token(int tokenDef) { Emit(m_php.TokenDefs[tokenDef]); }
+    void Comment(int commentDef) { EmitComment(m_php.CommentDefs[commentDef]); }
+    void Emit(ISynRegion* definition);
+    void EmitComment(ISynRegion* definition);
+    void EmitPiece(ISynRegion* definition, const wchar_t* begin, const wchar_t* end);
+    bool IsAnnotated() const;
+    void AnnotateFrom(std::size_t depth);
+
+    void Open(EPlace kind);
+    SPlace& Place() { return m_places.back(); }
+    bool InClassBody() const;
+    bool InExpressionBrackets() const;
+    bool IsStatementStart() const;
+    bool IsNamePlace(EPhpToken token) const;
+    bool IsArgumentName() const;
+    EPlace RoundKind() const;
+    EPlace BraceKind();
+    bool DeclaresBareProperty() const;
+
+    /// The first character after the blanks that follow the token; a pointer to the text's end without one.
+    const wchar_t* PeekAt() const { return m_lexer.SkipBlanks(m_lexer.Cursor()); }
+    wchar_t Peek() const;
+
+    CPhpLexer m_lexer;
+    CRegionEmitter m_emitter;
+    const SPhpRegionDefs& m_php;
+    const wchar_t* m_text;
+    const wchar_t* m_islandBegin = nullptr;
+    std::vector<SIsland>* m_islands = nullptr;
+
+    std::vector<SPlace> m_places;
+    std::vector<SPendingClass> m_pendingClasses;
+    EPhpToken m_prev = EPhpToken::End;   ///< the last token that was neither blank nor comment
+    EPhpToken m_actual = EPhpToken::End; ///< what the token being read acts as
+    EPlace m_lastClosed = EPlace::Block; ///< what the last closing bracket closed
+    std::size_t m_annotation = 0;        ///< number of places from which all is annotation; 0: none
+    std::size_t m_throwDepth = 0;        ///< number of places at the `throw` being read; 0: none
+    std::size_t m_caseDepth = 0;         ///< the same for a `case` label
+    bool m_inConst = false;              ///< inside a `const` declaration
+    bool m_inUse = false;                ///< inside a list of imports
+    bool m_enumType = false;             ///< after the `:` of an enumeration's head
+    bool m_labelColon = false;           ///< the last `:` ended a label or began a `:` block
+    int m_halt = 0;                      ///< tokens still due after __halt_compiler
+};
+
+} // namespace Kesh::SyntaxParser

@@ -1,0 +1,234 @@
+#include "SyntaxParser/PhpDefs.h"
+#include "SyntaxParser/PhpScanner.h"
+
+#include <algorithm>
+#include <array>
+#include <string>
+
+namespace Kesh::SyntaxParser {
+
+using enum EPhpToken;
+
+namespace {
+
+std::wstring LowerWord(const wchar_t* begin, const wchar_t* end)
+{
+    std::wstring word(begin, end);
+    std::transform(word.begin(), word.end(), word.begin(),
+                   [](wchar_t c) { return c >= L'A' && c <= L'Z' ? c | 0x20 : c; });
+    return word;
+}
+
+} // namespace
+
+void CPhpScanner::ScanWord(EPhpToken /*token*/)
+{
+    Place().memberStarted = true;
+    if (m_prev == Function) {
+        Emit(m_php.ExtraDefs[PhpDeclaredName]);
+        m_actual = DeclaredName;
+    } else if (m_enumType) {
+        m_enumType = false;
+        Comment(PhpAnnotation);
+    } else {
+        Token(PhpWord);
+    }
+}
+
+// Whether a reserved word only names something here.
+bool CPhpScanner::IsNamePlace(EPhpToken token) const
+{
+    if (m_prev == Arrow || m_prev == DoubleColon)
+        return true;
+    if (m_prev == Case && token != ConstantWord && m_places.back().kind == EPlace::EnumBody)
+        return true;
+    if ((m_prev == Comma || m_prev == OpenRound) && IsArgumentName())
+        return true;
+    // The name of a constant is followed by `=`.
+    if (m_inConst || m_prev == Const) {
+        const wchar_t* p = PeekAt();
+        return *p == L'=' && p[1] != L'=' && p[1] != L'>';
+    }
+    return false;
+}
+
+// `name:` in an argument list.
+bool CPhpScanner::IsArgumentName() const
+{
+    if (m_places.back().kind != EPlace::Group)
+        return false;
+    const wchar_t* p = PeekAt();
+    return *p == L':' && p[1] != L':';
+}
+
+void CPhpScanner::ScanReservedWord(EPhpToken token)
+{
+    if (m_prev == Function) {
+        Emit(m_php.ExtraDefs[PhpDeclaredName]);
+        m_actual = DeclaredName;
+        return;
+    }
+    if (IsNamePlace(token)) {
+        Token(PhpWord);
+        m_actual = Name;
+        return;
+    }
+
+    const wchar_t next = token == Array || token == List || token == Match || token == Fn || token == Readonly
+                             ? Peek()
+                             : L'\0';
+    bool isName = false;
+    switch (token) {
+    case Array:
+    case List: isName = next != L'('; break;
+    case Match: isName = next != L'('; break;
+    case Fn: isName = next != L'(' && next != L'&'; break;
+    case Readonly: isName = next == L'('; break;
+    default: break;
+    }
+    if (isName) {
+        Token(PhpWord);
+        m_actual = Name;
+        return;
+    }
+
+    switch (token) {
+    case Match:
+    case Fn: Emit(m_php.ExtraDefs[PhpCalledWord]); break;
+    case New: Token(PhpPrefixWord); break;
+    case IncludeWord: // `yield from` may be cut by a line break
+        EmitComment(IsAnnotated() ? m_php.CommentDefs[PhpAnnotation] : m_php.TokenDefs[PhpArgumentWord]);
+        break;
+    case ConstantWord: Token(PhpConstantWord); break;
+    case HaltCompiler:
+        Emit(m_php.ExtraDefs[PhpCalledWord]);
+        m_halt = 4;
+        break;
+    case Declare: Comment(PhpAnnotation); break;
+    case Function:
+        Place().memberIsHead = true;
+        if (m_inUse) // what it imports is not declared here
+            m_actual = Keyword;
+        Emit(m_php.ExtraDefs[PhpFunction]);
+        break;
+    case Use:
+        Place().memberIsHead = true;
+        if (m_prev == CloseRound && m_lastClosed == EPlace::FuncParams)
+            m_actual = ClosureUse;
+        else
+            m_inUse = true;
+        Token(PhpKeyword);
+        break;
+    case Const:
+        m_inConst = !m_inUse;
+        Token(PhpKeyword);
+        break;
+    case Case:
+        Place().ternaries = 0;
+        m_caseDepth = m_places.size();
+        Token(PhpKeyword);
+        break;
+    case Default:
+        if (Place().kind == EPlace::MatchBody) {
+            Token(PhpWord);
+        } else {
+            Place().ternaries = 0;
+            Token(PhpKeyword);
+        }
+        break;
+    case Throw: {
+        const bool isStatement = IsStatementStart();
+        if (isStatement && m_throwDepth == 0)
+            m_throwDepth = m_places.size();
+        Token(isStatement ? PhpKeyword : PhpPrefixWord);
+        break;
+    }
+    case Class:
+        m_pendingClasses.push_back({m_places.size(), EPlace::ClassBody});
+        Emit(m_php.ClassDefs[1]);
+        break;
+    case Interface:
+        m_pendingClasses.push_back({m_places.size(), EPlace::ClassBody});
+        Emit(m_php.InterfaceDefs[1]);
+        break;
+    case Trait:
+        m_pendingClasses.push_back({m_places.size(), EPlace::ClassBody});
+        Token(PhpKeyword);
+        break;
+    case Enum: ScanEnum(); break;
+    case Static: ScanStatic(); break;
+    case Abstract:
+    case Final:
+    case Readonly:
+    case Var: ScanModifier(token); break;
+    default: Token(PhpKeyword); break;
+    }
+    Place().memberStarted = true;
+}
+
+// `enum` followed by a name declares one; anywhere else it is a name itself.
+void CPhpScanner::ScanEnum()
+{
+    const wchar_t* begin = PeekAt();
+    const std::wstring name = LowerWord(begin, m_lexer.SkipWord(begin));
+    if (begin == m_lexer.Cursor() || name.empty() || name == L"extends" || name == L"implements") {
+        Token(PhpWord);
+        m_actual = Name;
+        return;
+    }
+    m_pendingClasses.push_back({m_places.size(), EPlace::EnumBody});
+    Emit(m_php.ClassDefs[1]);
+}
+
+void CPhpScanner::ScanStatic()
+{
+    const wchar_t* next = PeekAt();
+    const std::wstring word = LowerWord(next, m_lexer.SkipWord(next));
+    const bool isClosure = word == L"fn" || (word == L"function" && !InClassBody());
+    const bool isType = m_prev == New || m_prev == Keyword || (*next == L':' && next[1] == L':') ||
+                        InExpressionBrackets() || m_prev == Question || m_prev == Symbol;
+    if (isClosure)
+        Token(PhpPrefixWord);
+    else if (isType && !(m_prev == Keyword && (InClassBody())))
+        Token(PhpConstantWord);
+    else
+        Token(PhpKeyword);
+}
+
+// A modifier that no parser knows is nothing to them; one that stands alone before a property stands for the
+// word that declares it.
+void CPhpScanner::ScanModifier(EPhpToken token)
+{
+    const bool first = InClassBody() && !Place().memberStarted;
+    if (token == Var || (first && DeclaresBareProperty()))
+        Emit(m_php.VarDefs[PhpPropertyWord]);
+    else if (token == Readonly)
+        Comment(PhpAnnotation);
+    else
+        Token(PhpKeyword);
+}
+
+// Whether a variable follows, after other modifiers and a type, without a word that already declares it.
+bool CPhpScanner::DeclaresBareProperty() const
+{
+    static constexpr std::array<std::wstring_view, 10> others{L"public", L"protected", L"private", L"static",
+                                                              L"var",    L"function",  L"const",   L"class",
+                                                              L"use",    L"case"};
+    for (const wchar_t* p = PeekAt(); p < m_lexer.Limit(); p = m_lexer.SkipBlanks(p)) {
+        if (*p == L'$')
+            return true;
+        if (CPhpLexer::IsWordStart(*p)) {
+            const wchar_t* end = m_lexer.SkipWord(p);
+            if (std::find(others.begin(), others.end(), LowerWord(p, end)) != others.end())
+                return false;
+            p = end;
+        } else if (*p == L'?' || *p == L'|' || *p == L'&' || *p == L'\\' || *p == L'(' || *p == L')') {
+            ++p;
+        } else {
+            return false;
+        }
+    }
+    return false;
+}
+
+} // namespace Kesh::SyntaxParser
