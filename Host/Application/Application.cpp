@@ -11,7 +11,6 @@
 #include <QGuiApplication>
 #include <QScreen>
 #include <boost/make_shared.hpp>
-#include <filesystem>
 
 namespace Kesh::Host {
 
@@ -70,12 +69,17 @@ double CApplication::GetScaleFactor()
 void CApplication::OpenProject(const std::wstring& folder)
 {
     const std::wstring absolute = AbsolutePath(folder);
-    std::error_code error;
-    std::filesystem::directory_iterator(PathToBytes(absolute), error);
-    if (error)
-        throw Base::CWorkError(Base::CCommonString::FromUtf8(error.message()), __LINE__,
+    ProjectManager::SFileQuery query = ProjectManager::CProjectManager::MakeQuery();
+    std::string problem;
+    query.onError = [&](const std::wstring& path, const std::string& reason) {
+        if (path == absolute)
+            problem = reason;
+    };
+    std::vector<std::wstring> files = ProjectManager::FindFiles(absolute, query);
+    if (!problem.empty())
+        throw Base::CWorkError(Base::CCommonString::FromUtf8(problem), __LINE__,
                                "Host/Application/Application");
-    OpenProject(absolute, ProjectManager::CProjectManager::ListFiles(absolute));
+    OpenProject(absolute, std::move(files));
 }
 
 void CApplication::OpenProject(const std::wstring& folder, std::vector<std::wstring> files)

@@ -31,6 +31,11 @@ public:
     /// Whether the file on disk is another one than the document last read or wrote.
     bool IsStale() const { return !(StampOf(m_path) == m_stamp); }
 
+    /// Takes the file as it is now for known: it is not stale any more.
+    void AcknowledgeDisk() { m_stamp = StampOf(m_path); }
+    /// How the file is written.
+    const SyntaxParser::SSourceFormat& GetFormat() const { return m_format; }
+
     /// Replaces the text by the file's. Throws Base::CWorkError and changes nothing when it cannot be read.
     void Load();
     /// Writes the text to the file in its own format. Throws Base::CWorkError, the file left as it was, when

@@ -95,7 +95,21 @@ void CDocumentService::Close(CDocument& document)
         m_current = nullptr;
     const auto found = std::find_if(m_documents.begin(), m_documents.end(),
                                     [&](const auto& candidate) { return candidate.get() == &document; });
+    // Its end may have a front end ask for the documents that are left.
+    const std::unique_ptr<CDocument> ended = std::move(*found);
     m_documents.erase(found);
+}
+
+void CDocumentService::Suspend()
+{
+    for (const auto& document : m_documents)
+        m_parser.CloseDocument(document.get());
+}
+
+void CDocumentService::Resume()
+{
+    for (const auto& document : m_documents)
+        m_parser.OpenDocument(document.get(), SyntaxParser::FactoryForPath(document->m_path));
 }
 
 CDocument* CDocumentService::Find(const std::wstring& path) const

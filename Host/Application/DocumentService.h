@@ -51,6 +51,10 @@ public:
     void SaveAs(CDocument& document, const std::wstring& path);
     /// Ends a document, saved or not.
     void Close(CDocument& document);
+    /// Ends the syntax documents of all documents; Resume() makes new ones. In between a plug-in that follows
+    /// them can be replaced.
+    void Suspend();
+    void Resume();
     /// Null when the file is not open.
     CDocument* Find(const std::wstring& path) const;
     std::vector<CDocument*> GetDocuments() const;

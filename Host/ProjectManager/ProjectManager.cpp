@@ -4,7 +4,6 @@
 #include "Application/FileIO.h"
 #include "Application/FilePath.h"
 #include "Base/Exception.h"
-#include "ProjectManager/FileFinder.h"
 #include "SyntaxParser/SPDocument.h"
 
 #include <algorithm>
@@ -23,11 +22,11 @@ bool IsDataName(const std::wstring& name)
 
 } // namespace
 
-std::vector<std::wstring> CProjectManager::ListFiles(const std::wstring& folder)
+SFileQuery CProjectManager::MakeQuery()
 {
     SFileQuery query;
     query.takesFile = [](const std::wstring& path) { return !SyntaxParser::FactoryForPath(path).empty(); };
-    return FindFiles(folder, query);
+    return query;
 }
 
 void CProjectManager::Open(const std::wstring& folder, std::vector<std::wstring> files)

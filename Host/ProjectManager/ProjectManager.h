@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Kesh/ProjectManager/IProjectManager.h"
+#include "ProjectManager/FileFinder.h"
 
 #include <mutex>
 #include <string>
@@ -18,8 +19,8 @@ public:
     std::wstring GetComponentName() override { return L"IPMComponent"; }
     IProjectManager* GetProjectManager() override { return this; }
 
-    /// The files that belong to a project in `folder`, sorted. Any thread.
-    static std::vector<std::wstring> ListFiles(const std::wstring& folder);
+    /// What FindFiles() must look for to find a project's files. Any thread.
+    static SFileQuery MakeQuery();
 
     /// Opens `folder` (an absolute path) with these files; a project that was open is closed first. Whoever
     /// opens a project then emits the parser component's project-parsed signal. GUI thread.

@@ -1,0 +1,71 @@
+#pragma once
+
+#include "Kesh/SyntaxParser/Position.h"
+
+#include <QIcon>
+#include <QString>
+#include <Qsci/qsciscintilla.h>
+#include <functional>
+#include <string>
+#include <vector>
+
+namespace Kesh::Workbench {
+
+/// The editor widget: text with colours, line numbers, error marks and underlines. Positions are columns and
+/// lines in UTF-32 characters, both 0-based. GUI thread only.
+class CCodeEditor final : public QsciScintilla
+{
+    Q_OBJECT
+
+public:
+    explicit CCodeEditor(QWidget* parent = nullptr);
+
+    /// Colours the text as the language that the file's ending tells.
+    void SetLanguageByPath(const std::wstring& path);
+
+    /// The text with lines that end with "\n"; NUL characters are kept. Setting it forgets the undo history.
+    void SetContent(const std::wstring& text);
+    std::wstring GetContent() const;
+
+    SyntaxParser::CIterator GetCaretPosition() const;
+    /// Puts the caret there, as near as the text allows; ends the selection.
+    void SetCaretPosition(const SyntaxParser::CIterator& pos);
+    void ScrollToCaret(int margin);
+
+    /// The lines on screen, end exclusive.
+    int GetFirstVisibleLine() const;
+    int GetEndVisibleLine() const;
+
+    /// Shows the marks of errors: underlines in these spans, and the icon on these lines. Replaces what was
+    /// shown between the lines `first` and `end`.
+    void ShowErrors(int first, int end, const std::vector<SyntaxParser::SScheme>& spans,
+                    const std::vector<int>& markedLines);
+    void SetErrorIcon(const QIcon& icon);
+    void SetErrorColor(const QColor& color);
+    /// Answers the message for a place; the empty text means none. `wholeLine`: any place of the line.
+    using TMessageSource = std::function<QString(const SyntaxParser::CIterator& pos, bool wholeLine)>;
+    void SetMessageSource(TMessageSource source) { m_messages = std::move(source); }
+
+    /// Makes room for the line numbers.
+    void UpdateMargins();
+
+signals:
+    /// Other lines have come into view.
+    void visibleLinesChanged();
+
+protected:
+    bool viewportEvent(QEvent* event) override;
+    void changeEvent(QEvent* event) override;
+
+private:
+    int PositionOf(const SyntaxParser::CIterator& pos) const;
+    SyntaxParser::CIterator PlaceOf(int position) const;
+    void OnUpdateUi();
+    void ShowToolTip(const QPoint& point, const QPoint& globalPoint);
+
+    TMessageSource m_messages;
+    int m_shownFirst = -1;
+    int m_shownEnd = -1;
+};
+
+} // namespace Kesh::Workbench

@@ -1,0 +1,390 @@
+#include "DocumentArea.h"
+
+#include "Application/Application.h"
+#include "Application/FilePath.h"
+#include "Base/Exception.h"
+#include "CodeEditor.h"
+#include "EditorHolder.h"
+#include "EditorTheme.h"
+#include "ErrorWatch.h"
+#include "FindBar.h"
+#include "MessageStrip.h"
+#include "Prompts.h"
+#include "SyntaxParser/ParserComponent.h"
+#include "Texts.h"
+
+#include <QLabel>
+#include <QStackedWidget>
+#include <QTabBar>
+#include <QVBoxLayout>
+
+namespace Kesh::Workbench {
+
+namespace {
+
+/// Programs write a file in several steps; the last of them counts.
+constexpr int DiskDelay = 150; // ms
+
+QString Shown(const std::wstring& path)
+{
+    return Host::PathToQt(path);
+}
+
+} // namespace
+
+CDocumentArea::CDocumentArea(Host::CApplication& application, IPrompts& prompts)
+    : m_application(application),
+      m_prompts(&prompts),
+      m_strip(new CMessageStrip),
+      m_stack(new QStackedWidget),
+      m_welcome(new QLabel),
+      m_tabs(new QTabWidget),
+      m_findBar(new CFindBar)
+{
+    m_welcome->setAlignment(Qt::AlignCenter);
+    m_welcome->setTextFormat(Qt::RichText);
+    connect(m_welcome, &QLabel::linkActivated, this, &CDocumentArea::linkActivated);
+    m_tabs->setDocumentMode(true);
+    m_tabs->setTabsClosable(true);
+    m_tabs->setMovable(true);
+    m_tabs->setUsesScrollButtons(true);
+    m_stack->addWidget(m_welcome);
+    m_stack->addWidget(m_tabs);
+    auto* layout = new QVBoxLayout(this);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->setSpacing(0);
+    layout->addWidget(m_strip);
+    layout->addWidget(m_stack, 1);
+    layout->addWidget(m_findBar);
+
+    connect(m_tabs, &QTabWidget::currentChanged, this, &CDocumentArea::OnTabChanged);
+    connect(m_tabs, &QTabWidget::tabCloseRequested, this, [this](int index) {
+        if (Host::CDocument* document = DocumentOf(m_tabs->widget(index)))
+            Close(*document);
+    });
+    m_diskTimer.setSingleShot(true);
+    m_diskTimer.setInterval(DiskDelay);
+    connect(&m_watcher, &QFileSystemWatcher::fileChanged, &m_diskTimer, qOverload<>(&QTimer::start));
+    connect(&m_diskTimer, &QTimer::timeout, this, &CDocumentArea::CheckDisk);
+    m_application.Documents().SetHolderFactory(
+        [this](Host::CDocument& document) { return MakeHolder(document); });
+    m_application.Documents().GetOpenErrorSignal().connect(
+        [this](const std::wstring& path, const std::wstring& reason) { Report(path, reason); });
+}
+
+CDocumentArea::~CDocumentArea() = default;
+
+std::unique_ptr<Editor::ITextHolder> CDocumentArea::MakeHolder(Host::CDocument& document)
+{
+    auto holder = std::make_unique<CEditorHolder>([this](CCodeEditor& editor) {
+        m_making = false;
+        m_tabs->setCurrentWidget(&editor);
+        OnTabChanged();
+    });
+    CCodeEditor* editor = &holder->GetEditor();
+    editor->SetLanguageByPath(document.GetPath());
+    m_documents[editor] = &document;
+    connect(editor, &QObject::destroyed, this, [this, editor] { m_documents.erase(editor); });
+    connect(editor, &QsciScintilla::modificationChanged, this, [this, editor] { UpdateTitle(editor); });
+    connect(editor, &QsciScintilla::cursorPositionChanged, this, &CDocumentArea::caretMoved);
+    connect(editor, &CCodeEditor::visibleLinesChanged, this, [this, editor] { ShowErrors(*editor); });
+    editor->SetMessageSource([this, editor](const SyntaxParser::CIterator& pos, bool wholeLine) {
+        Host::CDocument* shown = DocumentOf(editor);
+        return shown && m_errors ? m_errors->GetMessages(shown->GetPath(), pos, wholeLine) : QString();
+    });
+    if (m_errors)
+        editor->SetErrorIcon(m_errors->GetManager().GetIcon());
+    m_making = true; // until the document has its text, nobody may ask it
+    m_tabs->addTab(editor, Shown(Host::FileName(document.GetPath())).replace('&', QStringLiteral("&&")));
+    m_tabs->setTabToolTip(m_tabs->indexOf(editor), Shown(document.GetPath()));
+    ApplyTheme(*editor, m_choices.fontSize);
+    m_stack->setCurrentWidget(m_tabs);
+    m_watcher.addPath(Shown(document.GetPath()));
+    return holder;
+}
+
+bool CDocumentArea::Open(const std::wstring& path)
+{
+    return m_application.Documents().Open(path, 0) != nullptr;
+}
+
+Host::CDocument* CDocumentArea::DocumentOf(const QWidget* editor) const
+{
+    const auto found = m_documents.find(editor);
+    return found == m_documents.end() || m_making ? nullptr : found->second;
+}
+
+Host::CDocument* CDocumentArea::GetCurrent() const
+{
+    return DocumentOf(m_tabs->currentWidget());
+}
+
+CCodeEditor* CDocumentArea::GetCurrentEditor() const
+{
+    return qobject_cast<CCodeEditor*>(m_tabs->currentWidget());
+}
+
+CCodeEditor* CDocumentArea::FindEditor(const std::wstring& path) const
+{
+    for (const auto& [editor, document] : m_documents)
+        if (document->GetPath() == path)
+            return qobject_cast<CCodeEditor*>(const_cast<QWidget*>(editor));
+    return nullptr;
+}
+
+void CDocumentArea::OnTabChanged()
+{
+    if (m_making)
+        return;
+    if (m_tabs->count() == 0)
+        m_stack->setCurrentWidget(m_welcome);
+    m_findBar->SetEditor(GetCurrentEditor());
+    m_application.Documents().SetCurrent(GetCurrent());
+    if (CCodeEditor* editor = GetCurrentEditor())
+        ShowErrors(*editor);
+    emit currentChanged();
+}
+
+void CDocumentArea::UpdateTitle(const CCodeEditor* editor)
+{
+    Host::CDocument* document = DocumentOf(editor);
+    if (!document)
+        return;
+    const int index = m_tabs->indexOf(const_cast<CCodeEditor*>(editor));
+    QString title = Shown(Host::FileName(document->GetPath())).replace('&', QStringLiteral("&&"));
+    if (document->IsModified())
+        title += QStringLiteral(" *");
+    m_tabs->setTabText(index, title);
+    m_tabs->setTabToolTip(index, Shown(document->GetPath()));
+    emit currentChanged();
+}
+
+void CDocumentArea::ShowErrors(CCodeEditor& editor)
+{
+    Host::CDocument* document = DocumentOf(&editor);
+    if (!document || !m_errors)
+        return;
+    const std::wstring path = document->GetPath();
+    const int first = editor.GetFirstVisibleLine();
+    const int end = editor.GetEndVisibleLine();
+    std::vector<SyntaxParser::SScheme> spans;
+    m_application.Parser().GetFindErrorRegionsSignal()(path, {{0, first}, {0, end}}, spans);
+    std::vector<int> marked;
+    for (int line = first; line < end; ++line)
+        if (m_errors->GetManager().IsErrorOnLine(path, line))
+            marked.push_back(line);
+    editor.ShowErrors(first, end, spans, marked);
+}
+
+void CDocumentArea::OnErrorsChanged(const std::set<std::wstring>& files)
+{
+    for (const auto& [editor, document] : m_documents) {
+        auto* changed = qobject_cast<CCodeEditor*>(const_cast<QWidget*>(editor));
+        if (changed && changed->isVisible() && files.count(document->GetPath()))
+            ShowErrors(*changed);
+    }
+}
+
+void CDocumentArea::SetErrorWatch(CErrorWatch* watch)
+{
+    m_errors = watch;
+    if (!watch)
+        return;
+    connect(watch, &CErrorWatch::changed, this, &CDocumentArea::OnErrorsChanged);
+    for (int index = 0; index < m_tabs->count(); ++index)
+        if (auto* editor = qobject_cast<CCodeEditor*>(m_tabs->widget(index)))
+            editor->SetErrorIcon(watch->GetManager().GetIcon());
+}
+
+void CDocumentArea::ApplyChoices(const SChoices& choices)
+{
+    m_choices = choices;
+    for (int index = 0; index < m_tabs->count(); ++index)
+        if (auto* editor = qobject_cast<CCodeEditor*>(m_tabs->widget(index)))
+            ApplyTheme(*editor, choices.fontSize);
+}
+
+bool CDocumentArea::WriteDocument(Host::CDocument& document)
+{
+    const QString name = Shown(Host::FileName(document.GetPath()));
+    if (document.IsStale() && Host::StampOf(document.GetPath()).size >= 0 &&
+        !m_prompts->Confirm(Tr("%1 has been changed by another program. Save over it?").arg(name),
+                            Tr("&Save")))
+        return false;
+    bool acceptLoss = false;
+    if (!document.IsFaithful()) {
+        acceptLoss = m_prompts->Confirm(
+            Tr("%1 is not valid UTF-8. Saving replaces each invalid byte by a replacement character.")
+                .arg(name),
+            Tr("&Save"));
+        if (!acceptLoss)
+            return false;
+    }
+    document.Save(acceptLoss);
+    return true;
+}
+
+bool CDocumentArea::Save(Host::CDocument& document)
+{
+    try {
+        const bool written = WriteDocument(document);
+        // A file that was replaced as a whole is another one for the watcher.
+        m_watcher.addPath(Shown(document.GetPath()));
+        return written;
+    } catch (const Base::CWorkError& fault) {
+        Report(document.GetPath(), fault.GetMessage());
+        return false;
+    }
+}
+
+bool CDocumentArea::SaveAs(Host::CDocument& document)
+{
+    const QString name = m_prompts->AskSaveName(Shown(document.GetPath()));
+    if (name.isEmpty())
+        return false;
+    const std::wstring path = Host::AbsolutePath(Host::PathFromQt(name));
+    if (path == document.GetPath())
+        return Save(document);
+    if (m_application.Documents().Find(path)) {
+        m_strip->Show(Tr("%1 is open in another tab. Close it first.").arg(name));
+        return false;
+    }
+    try {
+        m_watcher.removePath(Shown(document.GetPath()));
+        m_application.Documents().SaveAs(document, path);
+        m_watcher.addPath(Shown(path));
+    } catch (const Base::CWorkError& fault) {
+        Report(path, fault.GetMessage());
+        return false;
+    }
+    if (CCodeEditor* editor = FindEditor(path)) {
+        editor->SetLanguageByPath(path);
+        ApplyTheme(*editor, m_choices.fontSize);
+        UpdateTitle(editor);
+    }
+    return true;
+}
+
+bool CDocumentArea::SaveAll()
+{
+    bool all = true;
+    for (Host::CDocument* document : m_application.Documents().GetDocuments())
+        if (document->IsModified())
+            all = Save(*document) && all;
+    return all;
+}
+
+bool CDocumentArea::Close(Host::CDocument& document)
+{
+    if (document.IsModified()) {
+        switch (m_prompts->AskSave({Shown(document.GetPath())})) {
+        case IPrompts::ESave::Cancel: return false;
+        case IPrompts::ESave::Save:
+            if (!Save(document))
+                return false;
+            break;
+        case IPrompts::ESave::Discard: break;
+        }
+    }
+    m_watcher.removePath(Shown(document.GetPath()));
+    m_application.Documents().Close(document);
+    OnTabChanged();
+    return true;
+}
+
+bool CDocumentArea::CloseAll()
+{
+    QStringList modified;
+    for (Host::CDocument* document : m_application.Documents().GetDocuments())
+        if (document->IsModified())
+            modified.append(Shown(document->GetPath()));
+    if (!modified.isEmpty()) {
+        switch (m_prompts->AskSave(modified)) {
+        case IPrompts::ESave::Cancel: return false;
+        case IPrompts::ESave::Save:
+            if (!SaveAll())
+                return false;
+            break;
+        case IPrompts::ESave::Discard: break;
+        }
+    }
+    DiscardAll();
+    return true;
+}
+
+void CDocumentArea::DiscardAll()
+{
+    for (Host::CDocument* document : m_application.Documents().GetDocuments()) {
+        m_watcher.removePath(Shown(document->GetPath()));
+        m_application.Documents().Close(*document);
+    }
+    OnTabChanged();
+}
+
+void CDocumentArea::CheckDisk()
+{
+    for (Host::CDocument* document : m_application.Documents().GetDocuments())
+        if (document->IsStale())
+            OnChangedOnDisk(*document);
+        else
+            m_watcher.addPath(Shown(document->GetPath()));
+}
+
+void CDocumentArea::OnChangedOnDisk(Host::CDocument& document)
+{
+    const std::wstring path = document.GetPath();
+    const QString name = Shown(Host::FileName(path));
+    if (Host::StampOf(path).size < 0) {
+        document.AcknowledgeDisk();
+        m_strip->Show(Tr("%1 is no longer on disk. Save it to keep it.").arg(name));
+        return;
+    }
+    m_watcher.addPath(Shown(path));
+    if (!document.IsModified()) {
+        Reload(document);
+        return;
+    }
+    document.AcknowledgeDisk();
+    m_strip->Show(Tr("%1 has been changed by another program, and has unsaved edits here.").arg(name),
+                  {{Tr("&Reload"),
+                    [this, path] {
+                        if (Host::CDocument* still = m_application.Documents().Find(path))
+                            Reload(*still);
+                    }},
+                   {Tr("&Keep my edits"), {}}});
+}
+
+void CDocumentArea::Reload(Host::CDocument& document)
+{
+    CCodeEditor* editor = FindEditor(document.GetPath());
+    const SyntaxParser::CIterator caret = editor->GetCaretPosition();
+    const int firstLine = editor->firstVisibleLine();
+    try {
+        document.Load();
+    } catch (const Base::CWorkError& fault) {
+        document.AcknowledgeDisk();
+        Report(document.GetPath(), fault.GetMessage());
+        return;
+    }
+    editor->SetCaretPosition(caret);
+    editor->setFirstVisibleLine(firstLine);
+    ShowErrors(*editor);
+}
+
+void CDocumentArea::ShowNextTab(int step)
+{
+    if (const int count = m_tabs->count())
+        m_tabs->setCurrentIndex((m_tabs->currentIndex() + step + count) % count);
+}
+
+void CDocumentArea::SetWelcomeText(const QString& html)
+{
+    m_welcome->setText(html);
+}
+
+void CDocumentArea::Report(const std::wstring& path, const std::wstring& reason)
+{
+    m_strip->Show(Shown(path) + QStringLiteral(": ") + QString::fromStdWString(reason));
+}
+
+} // namespace Kesh::Workbench

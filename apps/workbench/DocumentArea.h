@@ -1,0 +1,110 @@
+#pragma once
+
+#include "Preferences.h"
+
+#include <QFileSystemWatcher>
+#include <QTabWidget>
+#include <QTimer>
+#include <QWidget>
+#include <map>
+#include <memory>
+#include <set>
+#include <string>
+
+class QLabel;
+class QStackedWidget;
+
+namespace Kesh::Host {
+class CApplication;
+class CDocument;
+} // namespace Kesh::Host
+namespace Kesh::Editor {
+class ITextHolder;
+}
+
+namespace Kesh::Workbench {
+
+class CCodeEditor;
+class CErrorWatch;
+class CFindBar;
+class CMessageStrip;
+class IPrompts;
+
+/// The open documents in their tabs: opening, saving, closing, following what happens on disk, and the marks
+/// of their errors.
+class CDocumentArea final : public QWidget
+{
+    Q_OBJECT
+
+public:
+    /// Neither is owned.
+    CDocumentArea(Host::CApplication& application, IPrompts& prompts);
+    /// The documents must have been closed.
+    ~CDocumentArea() override;
+
+    /// Opens or shows a file; a failure becomes a message above the editor.
+    bool Open(const std::wstring& path);
+    /// Null when no tab is open.
+    Host::CDocument* GetCurrent() const;
+    CCodeEditor* GetCurrentEditor() const;
+    /// Null for a document that has no tab.
+    CCodeEditor* FindEditor(const std::wstring& path) const;
+
+    /// These answer false when the user cancels or the file cannot be written.
+    bool Save(Host::CDocument& document);
+    bool SaveAs(Host::CDocument& document);
+    bool SaveAll();
+    bool Close(Host::CDocument& document);
+    bool CloseAll();
+    /// Closes without a question.
+    void DiscardAll();
+
+    /// Asks through these from now on.
+    void SetPrompts(IPrompts& prompts) { m_prompts = &prompts; }
+    /// Where errors come from; null for nowhere. Not owned.
+    void SetErrorWatch(CErrorWatch* watch);
+    void ApplyChoices(const SChoices& choices);
+    /// Looks whether open files have changed on disk.
+    void CheckDisk();
+    void ShowNextTab(int step);
+
+    CMessageStrip& GetMessageStrip() { return *m_strip; }
+    CFindBar& GetFindBar() { return *m_findBar; }
+    QTabWidget& GetTabs() { return *m_tabs; }
+    /// What is shown while no file is open; links in it are reported by linkActivated.
+    void SetWelcomeText(const QString& html);
+
+signals:
+    /// Another document is in front, or none; or what is to be told of it has changed.
+    void currentChanged();
+    void caretMoved();
+    void linkActivated(const QString& link);
+
+private:
+    std::unique_ptr<Editor::ITextHolder> MakeHolder(Host::CDocument& document);
+    Host::CDocument* DocumentOf(const QWidget* editor) const;
+    void OnTabChanged();
+    void UpdateTitle(const CCodeEditor* editor);
+    void ShowErrors(CCodeEditor& editor);
+    void OnErrorsChanged(const std::set<std::wstring>& files);
+    bool WriteDocument(Host::CDocument& document);
+    void Reload(Host::CDocument& document);
+    void OnChangedOnDisk(Host::CDocument& document);
+    void Report(const std::wstring& path, const std::wstring& reason);
+
+    Host::CApplication& m_application;
+    IPrompts* m_prompts;
+    CMessageStrip* m_strip;
+    QStackedWidget* m_stack;
+    QLabel* m_welcome;
+    QTabWidget* m_tabs;
+    CFindBar* m_findBar;
+    CErrorWatch* m_errors = nullptr;
+    SChoices m_choices;
+    std::map<const QWidget*, Host::CDocument*> m_documents; ///< by editor
+    bool m_making = false;                                  ///< a document is not complete yet
+    QFileSystemWatcher m_watcher;
+    QTimer m_diskTimer;
+};
+
+} // namespace Kesh::Workbench

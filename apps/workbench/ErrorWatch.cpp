@@ -1,0 +1,101 @@
+#include "ErrorWatch.h"
+
+#include <algorithm>
+
+namespace Kesh::Workbench {
+
+using CodeAnalyzer::SCAError;
+
+namespace {
+
+/// Many files change at once during a project check; the window need not follow each.
+constexpr int NoticeDelay = 30; // ms
+
+} // namespace
+
+CErrorWatch::CErrorWatch(CodeAnalyzer::IErrorsSource& source, CodeAnalyzer::IErrorsManager& manager)
+    : m_source(source), m_manager(manager)
+{
+    m_notice.setSingleShot(true);
+    m_notice.setInterval(NoticeDelay);
+    connect(&m_notice, &QTimer::timeout, this, [this] {
+        std::set<std::wstring> files;
+        files.swap(m_changed);
+        emit changed(files);
+    });
+    for (const auto& [file, errors] : source.GetAllErrors())
+        OnAdded(file, errors);
+    m_added = source.GetAddedSignal().connect(
+        [this](const std::wstring& file, const std::vector<SCAError>& errors) { OnAdded(file, errors); });
+    m_removed = source.GetRemovedSignal().connect([this](const std::wstring& file) { OnRemoved(file); });
+}
+
+void CErrorWatch::OnAdded(const std::wstring& file, const std::vector<SCAError>& errors)
+{
+    if (errors.empty())
+        return;
+    SCounts& counts = m_files[file];
+    for (const SCAError& error : errors) {
+        const bool isError = error.type == CodeAnalyzer::SeverityError;
+        ++(isError ? counts.errors : counts.warnings);
+        ++(isError ? m_total.errors : m_total.warnings);
+    }
+    NoteChange(file);
+}
+
+void CErrorWatch::OnRemoved(const std::wstring& file)
+{
+    const auto found = m_files.find(file);
+    if (found == m_files.end())
+        return;
+    m_total.errors -= found->second.errors;
+    m_total.warnings -= found->second.warnings;
+    m_files.erase(found);
+    NoteChange(file);
+}
+
+void CErrorWatch::NoteChange(const std::wstring& file)
+{
+    // The store is locked now, so whoever wants to read it has to wait for the notice.
+    m_changed.insert(file);
+    if (!m_notice.isActive())
+        m_notice.start();
+}
+
+QString CErrorWatch::GetMessages(const std::wstring& file, const SyntaxParser::CIterator& pos, bool wholeLine)
+{
+    std::vector<SCAError> errors;
+    m_source.GetErrors(file, errors);
+    QStringList messages;
+    for (const SCAError& error : errors) {
+        const auto& [start, end] = error.pos;
+        const bool covers = wholeLine ? start.y == pos.y : start <= pos && (pos < end || pos == start);
+        if (covers)
+            messages.append(QString::fromStdWString(m_source.GetErrorDescription(error)));
+    }
+    messages.removeDuplicates();
+    return messages.join('\n');
+}
+
+std::optional<SErrorPlace> CErrorWatch::FindNeighbour(const SErrorPlace& from, bool forward)
+{
+    const auto before = [](const SErrorPlace& a, const SErrorPlace& b) {
+        return a.file != b.file ? a.file < b.file : a.pos < b.pos;
+    };
+    std::optional<SErrorPlace> nearest, roundTheEnd;
+    // The nearest one beyond `from`, and the outermost one on the other side.
+    const auto prefers = [&](const SErrorPlace& a, const SErrorPlace& b) {
+        return forward ? before(a, b) : before(b, a);
+    };
+    for (const auto& [file, errors] : m_source.GetAllErrors()) {
+        for (const SCAError& error : errors) {
+            const SErrorPlace place{file, error.pos.start};
+            std::optional<SErrorPlace>& best = prefers(from, place) ? nearest : roundTheEnd;
+            if (!best || prefers(place, *best))
+                best = place;
+        }
+    }
+    return nearest ? nearest : roundTheEnd;
+}
+
+} // namespace Kesh::Workbench

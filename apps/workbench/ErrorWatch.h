@@ -1,0 +1,66 @@
+#pragma once
+
+#include "Kesh/CodeAnalyzer/Plugin.h"
+
+#include <QObject>
+#include <QTimer>
+#include <map>
+#include <optional>
+#include <set>
+#include <string>
+
+namespace Kesh::Workbench {
+
+/// A place in a file.
+struct SErrorPlace
+{
+    std::wstring file;
+    SyntaxParser::CIterator pos;
+};
+
+/// Follows the stored errors: counts them, and tells which files' errors have changed, once the store is
+/// free to be asked again. GUI thread only.
+class CErrorWatch final : public QObject
+{
+    Q_OBJECT
+
+public:
+    struct SCounts
+    {
+        int errors = 0;
+        int warnings = 0;
+    };
+
+    /// Neither is owned; both must outlive this.
+    CErrorWatch(CodeAnalyzer::IErrorsSource& source, CodeAnalyzer::IErrorsManager& manager);
+
+    SCounts GetTotal() const { return m_total; }
+    /// The counts of each file that has any.
+    const std::map<std::wstring, SCounts>& GetFiles() const { return m_files; }
+
+    CodeAnalyzer::IErrorsManager& GetManager() { return m_manager; }
+    /// The messages of the errors at a place, a line each; those of the whole line if asked.
+    QString GetMessages(const std::wstring& file, const SyntaxParser::CIterator& pos, bool wholeLine);
+    /// The start of the next error after a place, or the last one before it, going on in other files and
+    /// round the end; empty when there are no errors.
+    std::optional<SErrorPlace> FindNeighbour(const SErrorPlace& from, bool forward);
+
+signals:
+    void changed(const std::set<std::wstring>& files);
+
+private:
+    void OnAdded(const std::wstring& file, const std::vector<CodeAnalyzer::SCAError>& errors);
+    void OnRemoved(const std::wstring& file);
+    void NoteChange(const std::wstring& file);
+
+    CodeAnalyzer::IErrorsSource& m_source;
+    CodeAnalyzer::IErrorsManager& m_manager;
+    std::map<std::wstring, SCounts> m_files;
+    SCounts m_total;
+    std::set<std::wstring> m_changed;
+    QTimer m_notice;
+    boost::signals2::scoped_connection m_added;
+    boost::signals2::scoped_connection m_removed;
+};
+
+} // namespace Kesh::Workbench

@@ -1,0 +1,101 @@
+#include "FileTree.h"
+
+#include "Application/FilePath.h"
+#include "EditorTheme.h"
+#include "ErrorWatch.h"
+
+#include <QFileSystemModel>
+#include <QHeaderView>
+
+namespace Kesh::Workbench {
+
+class CFileTree::CModel final : public QFileSystemModel
+{
+public:
+    explicit CModel(CFileTree& tree) : QFileSystemModel(&tree), m_tree(tree)
+    {
+        setFilter(QDir::AllDirs | QDir::Files | QDir::NoDotAndDotDot);
+        setOption(DontUseCustomDirectoryIcons);
+    }
+
+    QVariant data(const QModelIndex& index, int role) const override
+    {
+        if (role == Qt::ForegroundRole && !m_marked.isEmpty() && m_marked.contains(filePath(index)))
+            return MakeLegible(QColor(220, 30, 30), m_tree.palette().color(QPalette::Base));
+        return QFileSystemModel::data(index, role);
+    }
+
+    QSet<QString> m_marked;
+
+private:
+    CFileTree& m_tree;
+};
+
+CFileTree::CFileTree(QWidget* parent) : QTreeView(parent)
+{
+    setObjectName(QStringLiteral("fileTree"));
+    setHeaderHidden(true);
+    setUniformRowHeights(true);
+    setEditTriggers(NoEditTriggers);
+    const auto open = [this](const QModelIndex& index) {
+        if (m_model && !m_model->isDir(index))
+            emit fileActivated(m_model->filePath(index));
+    };
+    connect(this, &QTreeView::activated, this, open);
+    // Some styles activate with two clicks; one is enough to look into a file.
+    connect(this, &QTreeView::clicked, this, open);
+}
+
+void CFileTree::SetFolder(const QString& folder)
+{
+    m_folder = folder;
+    setModel(nullptr);
+    delete m_model;
+    m_model = nullptr;
+    if (folder.isEmpty())
+        return;
+    m_model = new CModel(*this);
+    setModel(m_model);
+    setRootIndex(m_model->setRootPath(folder));
+    for (int column = 1; column < m_model->columnCount(); ++column)
+        hideColumn(column);
+    UpdateErrors();
+}
+
+void CFileTree::SetErrorWatch(const CErrorWatch* watch)
+{
+    m_watch = watch;
+    if (watch)
+        connect(watch, &CErrorWatch::changed, this, &CFileTree::UpdateErrors);
+    UpdateErrors();
+}
+
+void CFileTree::ShowFile(const QString& path)
+{
+    if (!m_model || !path.startsWith(m_folder + '/'))
+        return;
+    const QModelIndex index = m_model->index(path);
+    setCurrentIndex(index);
+    scrollTo(index);
+}
+
+void CFileTree::UpdateErrors()
+{
+    if (!m_model)
+        return;
+    QSet<QString> marked;
+    if (m_watch) {
+        for (const auto& [file, counts] : m_watch->GetFiles()) {
+            QString path = Host::PathToQt(file);
+            // Up to the project's folder, or to what has been marked for another file.
+            while (path.size() > m_folder.size() && !marked.contains(path)) {
+                marked.insert(path);
+                path.truncate(path.lastIndexOf('/'));
+            }
+        }
+    }
+    m_model->m_marked = marked;
+    viewport()->update();
+}
+
+} // namespace Kesh::Workbench

@@ -1,0 +1,136 @@
+#include "FindBar.h"
+
+#include "CodeEditor.h"
+#include "Texts.h"
+
+#include <QCheckBox>
+#include <QGridLayout>
+#include <QKeyEvent>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+
+namespace Kesh::Workbench {
+
+CFindBar::CFindBar(QWidget* parent)
+    : QWidget(parent),
+      m_pattern(new QLineEdit),
+      m_replacement(new QLineEdit),
+      m_matchCase(new QCheckBox(Tr("Match &case"))),
+      m_wholeWord(new QCheckBox(Tr("&Whole words"))),
+      m_regExp(new QCheckBox(Tr("&Regular expression"))),
+      m_result(new QLabel)
+{
+    setObjectName(QStringLiteral("findBar"));
+    m_pattern->setObjectName(QStringLiteral("findPattern"));
+    m_pattern->setPlaceholderText(Tr("Find"));
+    m_replacement->setObjectName(QStringLiteral("findReplacement"));
+    m_replacement->setPlaceholderText(Tr("Replace with"));
+    auto* layout = new QGridLayout(this);
+    layout->setContentsMargins(6, 4, 6, 4);
+    const auto button = [&](const char* title, int row, int column, auto action) {
+        auto* made = new QPushButton(Tr(title));
+        connect(made, &QPushButton::clicked, this, action);
+        layout->addWidget(made, row, column);
+    };
+    layout->addWidget(m_pattern, 0, 0);
+    button("Find &next", 0, 1, [this] { Find(true); });
+    button("Find &previous", 0, 2, [this] { Find(false); });
+    layout->addWidget(m_matchCase, 0, 3);
+    layout->addWidget(m_wholeWord, 0, 4);
+    layout->addWidget(m_regExp, 0, 5);
+    button("Close", 0, 6, [this] { Close(); });
+    layout->addWidget(m_replacement, 1, 0);
+    button("Rep&lace", 1, 1, [this] { Replace(); });
+    button("Replace &all", 1, 2, [this] { ReplaceAll(); });
+    layout->addWidget(m_result, 1, 3, 1, 3);
+    layout->setColumnStretch(0, 1);
+    connect(m_pattern, &QLineEdit::returnPressed, this, [this] { Find(true); });
+    connect(m_replacement, &QLineEdit::returnPressed, this, [this] { Replace(); });
+    hide();
+}
+
+void CFindBar::Open()
+{
+    if (m_editor && m_editor->hasSelectedText() && !m_editor->selectedText().contains('\n'))
+        m_pattern->setText(m_editor->selectedText());
+    m_result->clear();
+    show();
+    m_pattern->selectAll();
+    m_pattern->setFocus();
+}
+
+bool CFindBar::Find(bool forward)
+{
+    if (!m_editor || m_pattern->text().isEmpty())
+        return false;
+    int line = -1, index = -1;
+    if (!forward && m_editor->hasSelectedText()) {
+        // Searching back starts before the present match.
+        int endLine = 0, endIndex = 0;
+        m_editor->getSelection(&line, &index, &endLine, &endIndex);
+    }
+    const bool found =
+        m_editor->findFirst(m_pattern->text(), m_regExp->isChecked(), m_matchCase->isChecked(),
+                            m_wholeWord->isChecked(), true, forward, line, index, true, false, true);
+    m_result->setText(found ? QString() : Tr("Not found"));
+    return found;
+}
+
+void CFindBar::Replace()
+{
+    // Only what has been found may be replaced: the search moves the selection there first.
+    if (!m_editor || !m_editor->hasSelectedText()) {
+        Find(true);
+        return;
+    }
+    int line = 0, index = 0, endLine = 0, endIndex = 0;
+    m_editor->getSelection(&line, &index, &endLine, &endIndex);
+    m_editor->setCursorPosition(line, index);
+    if (Find(true)) {
+        m_editor->replace(m_replacement->text());
+        Find(true);
+    }
+}
+
+void CFindBar::ReplaceAll()
+{
+    if (!m_editor || m_pattern->text().isEmpty())
+        return;
+    int count = 0;
+    m_editor->beginUndoAction();
+    // Without wrapping, a replacement that holds the pattern cannot be found again.
+    bool found = m_editor->findFirst(m_pattern->text(), m_regExp->isChecked(), m_matchCase->isChecked(),
+                                     m_wholeWord->isChecked(), false, true, 0, 0, false, false, true);
+    int lastLine = -1, lastIndex = -1;
+    while (found) {
+        int line = 0, index = 0, endLine = 0, endIndex = 0;
+        m_editor->getSelection(&line, &index, &endLine, &endIndex);
+        if (line == lastLine && index == lastIndex)
+            break; // an empty match would be found for ever
+        lastLine = line;
+        lastIndex = index;
+        m_editor->replace(m_replacement->text());
+        ++count;
+        found = m_editor->findNext();
+    }
+    m_editor->endUndoAction();
+    m_result->setText(count ? Tr("Replaced: %1").arg(count) : Tr("Not found"));
+}
+
+void CFindBar::Close()
+{
+    hide();
+    if (m_editor)
+        m_editor->setFocus();
+}
+
+void CFindBar::keyPressEvent(QKeyEvent* event)
+{
+    if (event->key() == Qt::Key_Escape)
+        Close();
+    else
+        QWidget::keyPressEvent(event);
+}
+
+} // namespace Kesh::Workbench

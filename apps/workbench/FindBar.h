@@ -1,0 +1,46 @@
+#pragma once
+
+#include <QWidget>
+
+class QCheckBox;
+class QLabel;
+class QLineEdit;
+
+namespace Kesh::Workbench {
+
+class CCodeEditor;
+
+/// Find and replace, below the editor.
+class CFindBar final : public QWidget
+{
+    Q_OBJECT
+
+public:
+    explicit CFindBar(QWidget* parent = nullptr);
+
+    /// The editor to search in; null for none. Not owned; must be called before the editor goes.
+    void SetEditor(CCodeEditor* editor) { m_editor = editor; }
+    /// Shows the bar with the selected word to find.
+    void Open();
+    void FindNext() { Find(true); }
+    void FindPrevious() { Find(false); }
+
+protected:
+    void keyPressEvent(QKeyEvent* event) override;
+
+private:
+    bool Find(bool forward);
+    void Replace();
+    void ReplaceAll();
+    void Close();
+
+    CCodeEditor* m_editor = nullptr;
+    QLineEdit* m_pattern;
+    QLineEdit* m_replacement;
+    QCheckBox* m_matchCase;
+    QCheckBox* m_wholeWord;
+    QCheckBox* m_regExp;
+    QLabel* m_result;
+};
+
+} // namespace Kesh::Workbench

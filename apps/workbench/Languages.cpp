@@ -1,0 +1,55 @@
+#include "Languages.h"
+
+#include "Application/FileIO.h"
+#include "Base/Exception.h"
+
+#include <QDir>
+#include <QFile>
+#include <QLocale>
+
+namespace Kesh::Workbench {
+
+namespace {
+
+const QString OwnFolder = QStringLiteral(":/translations");
+/// A translation is data that a person wrote; a longer file is something else.
+constexpr qint64 MaxTranslationBytes = 4 << 20;
+
+} // namespace
+
+std::vector<SLanguage> GetLanguages(const QString& userFolder)
+{
+    QStringList names;
+    for (const QString& folder : {OwnFolder, userFolder})
+        for (const QString& file : QDir(folder).entryList({"*.json"}, QDir::Files, QDir::Name))
+            names.append(file.chopped(5));
+    names.removeDuplicates();
+    std::vector<SLanguage> languages{{QString(), QStringLiteral("English")}};
+    for (const QString& name : names) {
+        const QString native = QLocale(name).nativeLanguageName();
+        languages.push_back({name, native.isEmpty() ? name : native});
+    }
+    return languages;
+}
+
+std::unique_ptr<LangSupport::CTranslations> LoadLanguage(const QString& name, const QString& userFolder,
+                                                         QString& problem)
+{
+    if (name.isEmpty())
+        return std::make_unique<LangSupport::CTranslations>();
+    for (const QString& folder : {userFolder, OwnFolder}) {
+        QFile file(folder + '/' + name + QStringLiteral(".json"));
+        if (!file.open(QIODevice::ReadOnly))
+            continue;
+        try {
+            return std::make_unique<LangSupport::CTranslations>(file.read(MaxTranslationBytes).toStdString());
+        } catch (const Base::CWorkError& fault) {
+            problem = file.fileName() + QStringLiteral(": ") + QString::fromStdWString(fault.GetMessage());
+            return std::make_unique<LangSupport::CTranslations>();
+        }
+    }
+    problem = name + QStringLiteral(": there is no such translation");
+    return std::make_unique<LangSupport::CTranslations>();
+}
+
+} // namespace Kesh::Workbench

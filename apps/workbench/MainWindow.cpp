@@ -1,0 +1,452 @@
+#include "MainWindow.h"
+
+#include "Application/Fault.h"
+#include "Application/FilePath.h"
+#include "Base/Exception.h"
+#include "CodeEditor.h"
+#include "DocumentArea.h"
+#include "EditorTheme.h"
+#include "ErrorWatch.h"
+#include "FileTree.h"
+#include "FindBar.h"
+#include "Languages.h"
+#include "MenuBuilder.h"
+#include "MessageStrip.h"
+#include "ProjectManager/ProjectManager.h"
+#include "SettingsDialog.h"
+#include "StatusLine.h"
+#include "SyntaxParser/ParserComponent.h"
+#include "Texts.h"
+
+#include <QApplication>
+#include <QCloseEvent>
+#include <QDir>
+#include <QDockWidget>
+#include <QFileInfo>
+#include <QHeaderView>
+#include <QMenuBar>
+#include <QPointer>
+#include <QStatusBar>
+#include <filesystem>
+
+namespace Kesh::Workbench {
+
+namespace {
+
+constexpr int LayoutVersion = 1;
+constexpr int ProgressInterval = 100; // ms
+
+QPointer<CMainWindow> s_window; ///< where faults are shown
+
+/// Any thread.
+void ShowFault(const std::wstring& text)
+{
+    std::fprintf(stderr, "code-analyzer-workbench: %s\n", Host::PathToBytes(text).c_str());
+    QMetaObject::invokeMethod(
+        qApp,
+        [shown = QString::fromStdWString(text)] {
+            if (s_window)
+                s_window->ShowMessage(shown);
+        },
+        Qt::QueuedConnection);
+}
+
+} // namespace
+
+CMainWindow::CMainWindow(Host::CFileSettings& settings, LangSupport::ILangSource& translations)
+    : m_settings(settings),
+      m_preferences(settings),
+      m_dialogs(this),
+      m_prompts(&m_dialogs),
+      m_systemPalette(QApplication::palette()),
+      m_frame(*this),
+      m_application(
+          std::make_unique<Host::CApplication>(Host::CApplication::SParts{m_frame, settings, translations})),
+      m_area(new CDocumentArea(*m_application, m_dialogs)),
+      m_tree(new CFileTree),
+      m_treeDock(new QDockWidget(Tr("Project"), this)),
+      m_status(new CStatusLine(*statusBar()))
+{
+    s_window = this;
+    Host::SetFaultSink(&ShowFault);
+    setObjectName(QStringLiteral("workbench"));
+    setCentralWidget(m_area);
+    setDockNestingEnabled(true);
+    m_treeDock->setObjectName(QStringLiteral("projectTree"));
+    m_treeDock->setWidget(m_tree);
+    addDockWidget(Qt::LeftDockWidgetArea, m_treeDock);
+    resizeDocks({m_treeDock}, {fontMetrics().averageCharWidth() * 36}, Qt::Horizontal);
+    resize(1200, 800);
+    m_status->setParent(this);
+    MakeActions();
+
+    connect(m_tree, &CFileTree::fileActivated, this,
+            [this](const QString& path) { m_area->Open(Host::PathFromQt(path)); });
+    connect(m_area, &CDocumentArea::currentChanged, this, &CMainWindow::OnCurrentChanged);
+    connect(m_area, &CDocumentArea::caretMoved, this, &CMainWindow::OnCaretMoved);
+    connect(m_area, &CDocumentArea::linkActivated, this,
+            [this](const QString& link) { OpenProject(Host::PathFromQt(link)); });
+    connect(&m_frame, &CMainFrame::progressTextChanged, this, [this](const QString& text) {
+        m_status->ShowProgress(text.isEmpty() ? text : Tr(text.toUtf8().constData()));
+        text.isEmpty() ? m_progressTick.stop() : m_progressTick.start(ProgressInterval);
+        if (!text.isEmpty())
+            m_filesAsked = 0;
+    });
+    connect(&m_progressTick, &QTimer::timeout, this, &CMainWindow::OnProgressTick);
+    connect(&m_opener, &CProjectOpener::listed, this, &CMainWindow::OnListed);
+    m_application->Parser().SetFileHook([this](const std::wstring&) { ++m_filesAsked; });
+    m_application->Project().GetDataErrorSignal().connect([this](const std::wstring& reason) {
+        m_area->GetMessageStrip().Show(
+            Tr("The project's errors could not be kept: %1").arg(QString::fromStdWString(reason)));
+    });
+
+    const SChoices choices = m_preferences.GetChoices();
+    QApplication::setPalette(MakePalette(choices.appearance, m_systemPalette));
+    m_area->ApplyChoices(choices);
+    LoadValidator();
+    RestoreLayout();
+    ShowWelcome();
+    OnCurrentChanged();
+}
+
+CMainWindow::~CMainWindow()
+{
+    m_opener.Cancel();
+    m_area->DiscardAll();
+    m_application->Project().Close();
+    UnloadValidator();
+    delete m_area; // its holders' factory and signals point into the application
+    m_application.reset();
+    Host::SetFaultSink(nullptr);
+}
+
+void CMainWindow::LoadValidator()
+{
+    try {
+        m_plugin = std::make_unique<Host::CPlugin>(*m_application);
+    } catch (const Base::CWorkError& fault) {
+        m_area->GetMessageStrip().Show(QString::fromStdWString(fault.GetMessage()));
+        return;
+    }
+    m_frame.AddBars();
+    ShowPluginMenu(m_frame.FillMenu(), *menuBar(), m_helpMenuAction);
+    for (QDockWidget* dock : m_frame.GetDocks())
+        m_viewMenu->addAction(dock->toggleViewAction());
+    GiveCustomNames(m_preferences.GetChoices());
+    m_errors = std::make_unique<CErrorWatch>(m_plugin->Errors(), m_plugin->ErrorsManager());
+    connect(m_errors.get(), &CErrorWatch::changed, this, &CMainWindow::OnErrorsChanged);
+    m_area->SetErrorWatch(m_errors.get());
+    m_tree->SetErrorWatch(m_errors.get());
+    OnErrorsChanged();
+}
+
+void CMainWindow::UnloadValidator()
+{
+    m_area->SetErrorWatch(nullptr);
+    m_tree->SetErrorWatch(nullptr);
+    m_errors.reset();
+    m_plugin.reset();
+}
+
+void CMainWindow::RestartValidator()
+{
+    // The validator's own names may only change while nothing is checked; between two of its lives nothing
+    // is.
+    const QByteArray layout = saveState(LayoutVersion);
+    ProjectManager::IProjectManager& project = *m_application->Project().GetProjectManager();
+    const std::wstring folder = m_application->Project().GetFolder();
+    const std::vector<std::wstring> files = project.GetFiles();
+    const bool hadProject = project.IsOpened();
+    m_application->Documents().Suspend();
+    m_application->Project().Close();
+    UnloadValidator();
+    LoadValidator();
+    restoreState(layout, LayoutVersion);
+    if (hadProject)
+        m_application->OpenProject(folder, files);
+    m_application->Documents().Resume();
+}
+
+void CMainWindow::GiveCustomNames(const SChoices& choices)
+{
+    const auto wide = [](const QStringList& names) {
+        std::vector<std::wstring> wideNames;
+        for (const QString& name : names)
+            wideNames.push_back(name.toStdWString());
+        return wideNames;
+    };
+    m_plugin->CustomNames().AddTags(wide(choices.customTags));
+    m_plugin->CustomNames().AddAttributes(wide(choices.customAttributes));
+}
+
+void CMainWindow::SetPrompts(IPrompts& prompts)
+{
+    m_prompts = &prompts;
+    m_area->SetPrompts(prompts);
+}
+
+void CMainWindow::OpenPath(const std::wstring& path)
+{
+    std::error_code error;
+    if (std::filesystem::is_directory(Host::PathToBytes(path), error))
+        OpenProject(path);
+    else
+        m_area->Open(path);
+}
+
+void CMainWindow::OpenProject(const std::wstring& folder)
+{
+    if (!CloseProject())
+        return;
+    m_status->ShowProgress(Tr("Looking for files..."));
+    m_opener.Start(Host::AbsolutePath(folder));
+}
+
+void CMainWindow::OnListed(const std::wstring& folder, const std::vector<std::wstring>& files,
+                           const QString& problem)
+{
+    m_status->ShowProgress({});
+    const QString shown = Host::PathToQt(folder);
+    if (!problem.isEmpty()) {
+        m_area->GetMessageStrip().Show(shown + QStringLiteral(": ") + problem);
+        return;
+    }
+    if (m_application->Project().GetFolder() == folder) {
+        m_application->ReopenProject(files);
+    } else {
+        m_application->OpenProject(folder, files);
+        m_tree->SetFolder(shown);
+        m_preferences.AddRecentProject(shown);
+    }
+    OnCurrentChanged();
+}
+
+bool CMainWindow::CloseProject()
+{
+    m_opener.Cancel();
+    if (!m_application->Project().GetProjectManager()->IsOpened())
+        return true;
+    // While the project is open the errors of its closed files stay, to be kept with it.
+    if (!m_area->CloseAll())
+        return false;
+    m_application->Project().Close();
+    m_tree->SetFolder({});
+    ShowWelcome();
+    OnCurrentChanged();
+    return true;
+}
+
+void CMainWindow::RefreshProject()
+{
+    if (const std::wstring& folder = m_application->Project().GetFolder(); !folder.empty())
+        m_opener.Start(folder);
+}
+
+void CMainWindow::NewFile()
+{
+    const QString name = m_prompts->AskSaveName(FolderToStartFrom() + QStringLiteral("/"));
+    if (name.isEmpty())
+        return;
+    const std::wstring path = Host::AbsolutePath(Host::PathFromQt(name));
+    try {
+        if (Host::StampOf(path).size < 0)
+            Host::WriteFileBytes(path, "");
+        m_area->Open(path);
+    } catch (const Base::CWorkError& fault) {
+        m_area->GetMessageStrip().Show(name + QStringLiteral(": ") +
+                                       QString::fromStdWString(fault.GetMessage()));
+    }
+}
+
+void CMainWindow::ChooseFile()
+{
+    if (const QString name = m_prompts->AskOpenFile(FolderToStartFrom()); !name.isEmpty())
+        m_area->Open(Host::PathFromQt(name));
+}
+
+void CMainWindow::ChooseFolder()
+{
+    if (const QString name = m_prompts->AskFolder(FolderToStartFrom()); !name.isEmpty())
+        OpenProject(Host::PathFromQt(name));
+}
+
+QString CMainWindow::FolderToStartFrom() const
+{
+    if (Host::CDocument* document = m_area->GetCurrent())
+        return QFileInfo(Host::PathToQt(document->GetPath())).path();
+    if (const std::wstring& folder = m_application->Project().GetFolder(); !folder.empty())
+        return Host::PathToQt(folder);
+    return QDir::homePath();
+}
+
+void CMainWindow::GoToLine()
+{
+    CCodeEditor* editor = m_area->GetCurrentEditor();
+    if (!editor)
+        return;
+    const auto line = static_cast<int>(editor->GetCaretPosition().y);
+    if (const int wanted = m_prompts->AskLine(line + 1, editor->lines())) {
+        editor->SetCaretPosition({0, wanted - 1});
+        editor->ScrollToCaret(0);
+        editor->setFocus();
+    }
+}
+
+void CMainWindow::GoToError(bool forward)
+{
+    if (!m_errors)
+        return;
+    SErrorPlace from;
+    from.pos = {-1, -1};
+    if (Host::CDocument* document = m_area->GetCurrent())
+        from = {document->GetPath(), m_area->GetCurrentEditor()->GetCaretPosition()};
+    const std::optional<SErrorPlace> place = m_errors->FindNeighbour(from, forward);
+    if (!place) {
+        m_status->ShowMessage(Tr("No errors"));
+        return;
+    }
+    if (!m_area->Open(place->file))
+        return;
+    CCodeEditor* editor = m_area->GetCurrentEditor();
+    editor->SetCaretPosition(place->pos);
+    editor->ScrollToCaret(3);
+    m_status->ShowMessage(
+        m_errors->GetMessages(place->file, place->pos, false).replace('\n', QStringLiteral(" / ")));
+}
+
+void CMainWindow::RunCheck(const char* command)
+{
+    if (m_plugin)
+        Host::Guard(L"check", [&] { m_plugin->RunCommand(command); });
+}
+
+void CMainWindow::EditSettings()
+{
+    SChoices choices = m_preferences.GetChoices();
+    choices.columnWidths = GetErrorColumnWidths();
+    CSettingsDialog dialog(choices, GetLanguages(m_preferences.GetTranslationFolder()), this);
+    if (dialog.exec() == QDialog::Accepted)
+        ApplyChoices(dialog.GetChoices());
+}
+
+void CMainWindow::ApplyChoices(const SChoices& choices)
+{
+    const SChoices old = m_preferences.GetChoices();
+    m_preferences.SetChoices(choices);
+    QApplication::setPalette(MakePalette(choices.appearance, m_systemPalette));
+    m_area->ApplyChoices(choices);
+    SetErrorColumnWidths(choices.columnWidths);
+    if (m_plugin &&
+        (choices.customTags != old.customTags || choices.customAttributes != old.customAttributes))
+        RestartValidator();
+}
+
+std::vector<int> CMainWindow::GetErrorColumnWidths() const
+{
+    std::vector<int> widths;
+    for (const QDockWidget* dock : m_frame.GetDocks())
+        if (const auto* list = qobject_cast<const QTreeView*>(dock->widget()))
+            for (int column = 0; column < list->header()->count(); ++column)
+                widths.push_back(list->header()->sectionSize(column));
+    return widths;
+}
+
+void CMainWindow::SetErrorColumnWidths(const std::vector<int>& widths)
+{
+    for (const QDockWidget* dock : m_frame.GetDocks())
+        if (const auto* list = qobject_cast<const QTreeView*>(dock->widget()))
+            for (int column = 0; column < std::min(list->header()->count(), static_cast<int>(widths.size()));
+                 ++column)
+                list->header()->resizeSection(column, widths[static_cast<std::size_t>(column)]);
+}
+
+void CMainWindow::ShowMessage(const QString& text)
+{
+    m_status->ShowMessage(text);
+}
+
+void CMainWindow::OnCurrentChanged()
+{
+    Host::CDocument* document = m_area->GetCurrent();
+    const std::wstring& folder = m_application->Project().GetFolder();
+    for (QAction* action : m_documentActions)
+        action->setEnabled(document != nullptr);
+    for (QAction* action : m_projectActions)
+        action->setEnabled(!folder.empty());
+    QString title = QStringLiteral("Code Analyzer");
+    if (!folder.empty())
+        title.prepend(Host::PathToQt(Host::FileName(folder)) + QStringLiteral(" - "));
+    if (document) {
+        title.prepend(Host::PathToQt(Host::FileName(document->GetPath())) + QStringLiteral("[*] - "));
+        const auto& format = document->GetFormat();
+        using ELineEnd = SyntaxParser::SSourceFormat::ELineEnd;
+        QString shown = format.valid ? QStringLiteral("UTF-8") : Tr("not valid UTF-8");
+        shown += format.byteOrderMark ? QStringLiteral(" BOM") : QString();
+        shown += format.lineEnd == ELineEnd::CrLf ? QStringLiteral("  CR LF")
+                 : format.lineEnd == ELineEnd::Cr ? QStringLiteral("  CR")
+                                                  : QStringLiteral("  LF");
+        m_status->ShowFormat(shown);
+        m_tree->ShowFile(Host::PathToQt(document->GetPath()));
+    } else {
+        m_status->ShowFormat({});
+    }
+    setWindowTitle(title);
+    setWindowModified(document && document->IsModified());
+    OnCaretMoved();
+}
+
+void CMainWindow::OnCaretMoved()
+{
+    const CCodeEditor* editor = m_area->GetCurrentEditor();
+    const SyntaxParser::CIterator caret =
+        editor && m_area->GetCurrent() ? editor->GetCaretPosition() : SyntaxParser::CIterator{-1, -1};
+    m_status->ShowCaret(caret.y, caret.x);
+}
+
+void CMainWindow::OnErrorsChanged()
+{
+    m_status->ShowCounts(m_errors->GetTotal().errors, m_errors->GetTotal().warnings);
+}
+
+void CMainWindow::OnProgressTick()
+{
+    const std::size_t total = m_application->Project().GetProjectManager()->GetFiles().size();
+    m_status->SetProgress(std::min(m_filesAsked.load(), total), total);
+}
+
+void CMainWindow::SaveLayout()
+{
+    m_preferences.SetLayout("geometry", saveGeometry());
+    m_preferences.SetLayout("docks", saveState(LayoutVersion));
+    if (const std::vector<int> widths = GetErrorColumnWidths(); widths.size() == 3)
+        m_preferences.SetColumnWidths(widths);
+    m_settings.GetStore().sync();
+}
+
+void CMainWindow::RestoreLayout()
+{
+    restoreGeometry(m_preferences.GetLayout("geometry"));
+    restoreState(m_preferences.GetLayout("docks"), LayoutVersion);
+}
+
+void CMainWindow::closeEvent(QCloseEvent* event)
+{
+    if (!m_area->CloseAll()) {
+        event->ignore();
+        return;
+    }
+    SaveLayout();
+    m_opener.Cancel();
+    m_application->Project().Close();
+    event->accept();
+}
+
+void CMainWindow::changeEvent(QEvent* event)
+{
+    QMainWindow::changeEvent(event);
+    // Not every file system tells of changes; the user comes back from where they were made.
+    if (event->type() == QEvent::ActivationChange && isActiveWindow())
+        m_area->CheckDisk();
+}
+
+} // namespace Kesh::Workbench

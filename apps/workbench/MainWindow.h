@@ -1,0 +1,119 @@
+#pragma once
+
+#include "Application/Application.h"
+#include "Application/PluginLoader.h"
+#include "MainFrame.h"
+#include "Preferences.h"
+#include "ProjectOpener.h"
+#include "Prompts.h"
+
+#include <QMainWindow>
+#include <QTimer>
+#include <atomic>
+#include <memory>
+#include <string>
+
+class QAction;
+class QMenu;
+class QDockWidget;
+
+namespace Kesh::Workbench {
+
+class CDocumentArea;
+class CErrorWatch;
+class CFileTree;
+class CStatusLine;
+
+/// The workbench: a host with a window. It makes the application and loads the code validator.
+class CMainWindow final : public QMainWindow
+{
+    Q_OBJECT
+
+public:
+    /// Neither is owned. The translations must be those of the user's language.
+    CMainWindow(Host::CFileSettings& settings, LangSupport::ILangSource& translations);
+    /// Ends everything in order: documents, project, validator.
+    ~CMainWindow() override;
+
+    /// Opens a folder as the project, in the background, or a file.
+    void OpenPath(const std::wstring& path);
+    void OpenProject(const std::wstring& folder);
+    /// False when the user cancels.
+    bool CloseProject();
+
+    Host::CApplication& GetApplication() { return *m_application; }
+    /// Null when the validator could not be loaded.
+    Host::CPlugin* GetPlugin() { return m_plugin.get(); }
+    CDocumentArea& GetArea() { return *m_area; }
+    CErrorWatch* GetErrorWatch() { return m_errors.get(); }
+    CMainFrame& GetFrame() { return m_frame; }
+    /// Asks through these instead of dialogs. Not owned.
+    void SetPrompts(IPrompts& prompts);
+    void ApplyChoices(const SChoices& choices);
+    /// Shows a text in the status line.
+    void ShowMessage(const QString& text);
+
+protected:
+    void closeEvent(QCloseEvent* event) override;
+    void changeEvent(QEvent* event) override;
+
+private:
+    void MakeActions();
+    void MakeFileMenu();
+    void MakeEditMenu();
+    void MakeViewMenu();
+    void MakeCheckMenu();
+    void MakeHelpMenu();
+    QAction* AddAction(QMenu& menu, const char* title, const QKeySequence& key, std::function<void()> action);
+    void LoadValidator();
+    void UnloadValidator();
+    void RestartValidator();
+    void GiveCustomNames(const SChoices& choices);
+
+    void NewFile();
+    void ChooseFile();
+    void ChooseFolder();
+    void RefreshProject();
+    void OnListed(const std::wstring& folder, const std::vector<std::wstring>& files, const QString& problem);
+    void GoToLine();
+    void GoToError(bool forward);
+    void RunCheck(const char* command);
+    void EditSettings();
+    void FillRecentMenu();
+    void ShowWelcome();
+    void ShowAbout();
+    void OnCurrentChanged();
+    void OnCaretMoved();
+    void OnErrorsChanged();
+    void OnProgressTick();
+    std::vector<int> GetErrorColumnWidths() const;
+    void SetErrorColumnWidths(const std::vector<int>& widths);
+    void SaveLayout();
+    void RestoreLayout();
+    QString FolderToStartFrom() const;
+
+    Host::CFileSettings& m_settings;
+    CPreferences m_preferences;
+    CDialogPrompts m_dialogs;
+    IPrompts* m_prompts;
+    QPalette m_systemPalette;
+    CMainFrame m_frame;
+    std::unique_ptr<Host::CApplication> m_application;
+    std::unique_ptr<Host::CPlugin> m_plugin;
+    std::unique_ptr<CErrorWatch> m_errors;
+    CProjectOpener m_opener;
+    std::atomic<std::size_t> m_filesAsked{0}; ///< by the project check
+    QTimer m_progressTick;
+
+    CDocumentArea* m_area;
+    CFileTree* m_tree;
+    QDockWidget* m_treeDock;
+    CStatusLine* m_status;
+    QMenu* m_recentMenu = nullptr;
+    QMenu* m_viewMenu = nullptr;
+    QAction* m_helpMenuAction = nullptr;
+    std::vector<QAction*> m_documentActions; ///< need an open document
+    std::vector<QAction*> m_projectActions;  ///< need a project
+};
+
+} // namespace Kesh::Workbench

@@ -1,0 +1,107 @@
+#include "Preferences.h"
+
+#include "Application/FilePath.h"
+
+#include <QRegularExpression>
+#include <algorithm>
+
+namespace Kesh::Workbench {
+
+namespace {
+
+constexpr int MaxRecentProjects = 10;
+constexpr const char* RecentKey = "Workbench/recentProjects";
+/// The errors bar reads its column widths from this section.
+constexpr const wchar_t* ErrorsBarSection = L"CAEBCTRL";
+constexpr int ErrorsBarColumns = 3;
+
+std::wstring ColumnKey(int column)
+{
+    return L"column" + std::to_wstring(column);
+}
+
+} // namespace
+
+SChoices CPreferences::GetChoices() const
+{
+    QSettings& store = m_settings.GetStore();
+    SChoices choices;
+    choices.language = store.value("Workbench/language").toString();
+    choices.appearance = static_cast<EAppearance>(
+        std::clamp(store.value("Workbench/appearance").toInt(), 0, static_cast<int>(EAppearance::Dark)));
+    choices.fontSize = std::clamp(store.value("Workbench/fontSize", choices.fontSize).toInt(), 6, 72);
+    choices.customTags = SplitNames(store.value("CustomNames/tags").toStringList().join(' '));
+    choices.customAttributes = SplitNames(store.value("CustomNames/attributes").toStringList().join(' '));
+    choices.columnWidths = GetColumnWidths();
+    return choices;
+}
+
+void CPreferences::SetChoices(const SChoices& choices)
+{
+    QSettings& store = m_settings.GetStore();
+    store.setValue("Workbench/language", choices.language);
+    store.setValue("Workbench/appearance", static_cast<int>(choices.appearance));
+    store.setValue("Workbench/fontSize", choices.fontSize);
+    store.setValue("CustomNames/tags", choices.customTags.join(' '));
+    store.setValue("CustomNames/attributes", choices.customAttributes.join(' '));
+    SetColumnWidths(choices.columnWidths);
+    store.sync();
+}
+
+QStringList CPreferences::GetRecentProjects() const
+{
+    return m_settings.GetStore().value(RecentKey).toStringList();
+}
+
+void CPreferences::AddRecentProject(const QString& folder)
+{
+    QStringList recent = GetRecentProjects();
+    recent.removeAll(folder);
+    recent.prepend(folder);
+    m_settings.GetStore().setValue(RecentKey, QStringList(recent.mid(0, MaxRecentProjects)));
+}
+
+QByteArray CPreferences::GetLayout(const char* part) const
+{
+    return m_settings.GetStore().value(QLatin1String("Layout/") + QLatin1String(part)).toByteArray();
+}
+
+void CPreferences::SetLayout(const char* part, const QByteArray& state)
+{
+    m_settings.GetStore().setValue(QLatin1String("Layout/") + QLatin1String(part), state);
+}
+
+std::vector<int> CPreferences::GetColumnWidths() const
+{
+    std::vector<int> widths;
+    for (int column = 0; column < ErrorsBarColumns; ++column) {
+        const int width =
+            Host::PathToQt(m_settings.GetString(ErrorsBarSection, ColumnKey(column), L"")).toInt();
+        if (width <= 0)
+            return {};
+        widths.push_back(width);
+    }
+    return widths;
+}
+
+void CPreferences::SetColumnWidths(const std::vector<int>& widths)
+{
+    for (int column = 0; column < static_cast<int>(widths.size()); ++column)
+        m_settings.SetString(ErrorsBarSection, ColumnKey(column),
+                             std::to_wstring(widths[static_cast<std::size_t>(column)]));
+}
+
+QString CPreferences::GetTranslationFolder() const
+{
+    return Host::PathToQt(m_settings.GetFolder()) + QStringLiteral("/translations");
+}
+
+QStringList SplitNames(const QString& text)
+{
+    static const QRegularExpression Separators(QStringLiteral("[\\s,;]+"));
+    QStringList names = text.split(Separators, Qt::SkipEmptyParts);
+    names.removeDuplicates();
+    return names;
+}
+
+} // namespace Kesh::Workbench

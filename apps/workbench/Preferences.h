@@ -1,0 +1,57 @@
+#pragma once
+
+#include "Application/Settings.h"
+
+#include <QByteArray>
+#include <QString>
+#include <QStringList>
+#include <string>
+#include <vector>
+
+namespace Kesh::Workbench {
+
+enum class EAppearance { System, Light, Dark };
+
+/// What the user can choose in the settings dialog.
+struct SChoices
+{
+    QString language; ///< "" is English, else the name of a translation such as "de"
+    EAppearance appearance = EAppearance::System;
+    int fontSize = 10; ///< points
+    QStringList customTags;
+    QStringList customAttributes;
+    std::vector<int> columnWidths; ///< of the errors bar, pixels; empty: the bar's own
+
+    friend bool operator==(const SChoices&, const SChoices&) = default;
+};
+
+/// The user's choices and the window's memory, kept in the settings file.
+class CPreferences
+{
+public:
+    /// Not owned.
+    explicit CPreferences(Host::CFileSettings& settings) : m_settings(settings) {}
+
+    SChoices GetChoices() const;
+    void SetChoices(const SChoices& choices);
+
+    /// Latest first.
+    QStringList GetRecentProjects() const;
+    void AddRecentProject(const QString& folder);
+
+    QByteArray GetLayout(const char* part) const;
+    void SetLayout(const char* part, const QByteArray& state);
+    std::vector<int> GetColumnWidths() const;
+    void SetColumnWidths(const std::vector<int>& widths);
+
+    /// Where translations of the user's own lie.
+    QString GetTranslationFolder() const;
+
+private:
+    Host::CFileSettings& m_settings;
+};
+
+/// Names out of a text in which blanks, commas or line ends stand between them.
+QStringList SplitNames(const QString& text);
+
+} // namespace Kesh::Workbench

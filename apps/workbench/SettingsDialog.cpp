@@ -1,0 +1,104 @@
+#include "SettingsDialog.h"
+
+#include "Texts.h"
+
+#include <QComboBox>
+#include <QDialogButtonBox>
+#include <QFormLayout>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QPlainTextEdit>
+#include <QPushButton>
+#include <QSpinBox>
+
+namespace Kesh::Workbench {
+
+namespace {
+
+constexpr int MinColumnWidth = 75;
+constexpr int MaxColumnWidth = 4000;
+
+QPlainTextEdit* MakeNameEdit(const QStringList& names, const char* objectName)
+{
+    auto* edit = new QPlainTextEdit(names.join(QStringLiteral(" ")));
+    edit->setObjectName(QLatin1String(objectName));
+    edit->setTabChangesFocus(true);
+    edit->setMaximumHeight(edit->fontMetrics().height() * 4);
+    return edit;
+}
+
+QLabel* MakeNote(const char* text)
+{
+    auto* note = new QLabel(Tr(text));
+    note->setWordWrap(true);
+    return note;
+}
+
+} // namespace
+
+CSettingsDialog::CSettingsDialog(const SChoices& choices, const std::vector<SLanguage>& languages,
+                                 QWidget* parent)
+    : QDialog(parent),
+      m_language(new QComboBox),
+      m_appearance(new QComboBox),
+      m_fontSize(new QSpinBox),
+      m_tags(MakeNameEdit(choices.customTags, "customTags")),
+      m_attributes(MakeNameEdit(choices.customAttributes, "customAttributes"))
+{
+    setWindowTitle(Tr("Settings"));
+    setMinimumWidth(fontMetrics().averageCharWidth() * 80);
+    for (const SLanguage& language : languages) {
+        m_language->addItem(language.title, language.name);
+        if (language.name == choices.language)
+            m_language->setCurrentIndex(m_language->count() - 1);
+    }
+    m_appearance->addItems({Tr("As the system"), Tr("Light"), Tr("Dark")});
+    m_appearance->setCurrentIndex(static_cast<int>(choices.appearance));
+    m_fontSize->setRange(6, 72);
+    m_fontSize->setValue(choices.fontSize);
+    m_fontSize->setSuffix(QStringLiteral(" pt"));
+
+    auto* widths = new QHBoxLayout;
+    for (std::size_t column = 0; column < 3; ++column) {
+        auto* width = new QSpinBox;
+        width->setRange(MinColumnWidth, MaxColumnWidth);
+        width->setValue(column < choices.columnWidths.size() ? choices.columnWidths[column] : MinColumnWidth);
+        width->setSuffix(QStringLiteral(" px"));
+        widths->addWidget(width);
+        m_widths.push_back(width);
+    }
+
+    auto* form = new QFormLayout(this);
+    form->addRow(Tr("&Language:"), m_language);
+    form->addRow(QString(), MakeNote("The language changes when the program is started again."));
+    form->addRow(Tr("&Appearance:"), m_appearance);
+    form->addRow(Tr("&Font size:"), m_fontSize);
+    form->addRow(Tr("Your own HTML &tags:"), m_tags);
+    form->addRow(Tr("Your own HTML attri&butes:"), m_attributes);
+    form->addRow(QString(),
+                 MakeNote("Names that the HTML check accepts besides the standard ones, with blanks "
+                          "between them. A change restarts the code validator, which then checks "
+                          "the project anew."));
+    form->addRow(Tr("&Columns of the error list:"), widths);
+    auto* buttons = new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel);
+    buttons->button(QDialogButtonBox::Ok)->setText(Tr("OK"));
+    buttons->button(QDialogButtonBox::Cancel)->setText(Tr("Cancel"));
+    connect(buttons, &QDialogButtonBox::accepted, this, &QDialog::accept);
+    connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
+    form->addRow(buttons);
+}
+
+SChoices CSettingsDialog::GetChoices() const
+{
+    SChoices choices;
+    choices.language = m_language->currentData().toString();
+    choices.appearance = static_cast<EAppearance>(m_appearance->currentIndex());
+    choices.fontSize = m_fontSize->value();
+    choices.customTags = SplitNames(m_tags->toPlainText());
+    choices.customAttributes = SplitNames(m_attributes->toPlainText());
+    for (const QSpinBox* width : m_widths)
+        choices.columnWidths.push_back(width->value());
+    return choices;
+}
+
+} // namespace Kesh::Workbench

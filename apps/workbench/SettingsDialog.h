@@ -1,0 +1,35 @@
+#pragma once
+
+#include "Languages.h"
+#include "Preferences.h"
+
+#include <QDialog>
+#include <vector>
+
+class QComboBox;
+class QPlainTextEdit;
+class QSpinBox;
+
+namespace Kesh::Workbench {
+
+/// Lets the user change the choices. They take effect when the dialog is accepted, but for the language,
+/// which needs a restart.
+class CSettingsDialog final : public QDialog
+{
+    Q_OBJECT
+
+public:
+    CSettingsDialog(const SChoices& choices, const std::vector<SLanguage>& languages, QWidget* parent);
+
+    SChoices GetChoices() const;
+
+private:
+    QComboBox* m_language;
+    QComboBox* m_appearance;
+    QSpinBox* m_fontSize;
+    QPlainTextEdit* m_tags;
+    QPlainTextEdit* m_attributes;
+    std::vector<QSpinBox*> m_widths;
+};
+
+} // namespace Kesh::Workbench

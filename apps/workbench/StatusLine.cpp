@@ -1,0 +1,72 @@
+#include "StatusLine.h"
+
+#include "Texts.h"
+
+#include <QLabel>
+#include <QProgressBar>
+#include <QStatusBar>
+
+namespace Kesh::Workbench {
+
+namespace {
+
+constexpr int MessageTime = 6000; // ms
+
+} // namespace
+
+CStatusLine::CStatusLine(QStatusBar& bar)
+    : m_bar(bar),
+      m_progressText(new QLabel),
+      m_progress(new QProgressBar),
+      m_caret(new QLabel),
+      m_format(new QLabel),
+      m_counts(new QLabel)
+{
+    m_counts->setObjectName(QStringLiteral("errorCounts"));
+    m_progress->setMaximumWidth(160);
+    m_progress->setTextVisible(false);
+    bar.addPermanentWidget(m_progressText);
+    bar.addPermanentWidget(m_progress);
+    bar.addPermanentWidget(m_counts);
+    bar.addPermanentWidget(m_format);
+    bar.addPermanentWidget(m_caret);
+    ShowProgress({});
+    ShowCounts(0, 0);
+}
+
+void CStatusLine::ShowProgress(const QString& text)
+{
+    m_progressText->setText(text);
+    m_progressText->setVisible(!text.isEmpty());
+    m_progress->setVisible(!text.isEmpty());
+    m_progress->setRange(0, 0);
+}
+
+void CStatusLine::SetProgress(std::size_t done, std::size_t total)
+{
+    m_progress->setRange(0, static_cast<int>(total));
+    m_progress->setValue(static_cast<int>(done));
+}
+
+void CStatusLine::ShowCaret(long long line, long long column)
+{
+    m_caret->setText(line < 0 ? QString() : Tr("Line %1, column %2").arg(line + 1).arg(column + 1));
+}
+
+void CStatusLine::ShowFormat(const QString& format)
+{
+    m_format->setText(format);
+}
+
+void CStatusLine::ShowCounts(int errors, int warnings)
+{
+    m_counts->setText(errors + warnings == 0 ? Tr("No errors")
+                                             : Tr("Errors: %1, warnings: %2").arg(errors).arg(warnings));
+}
+
+void CStatusLine::ShowMessage(const QString& text)
+{
+    m_bar.showMessage(text, MessageTime);
+}
+
+} // namespace Kesh::Workbench

@@ -1,0 +1,41 @@
+#pragma once
+
+#include <QObject>
+#include <QString>
+#include <cstddef>
+
+class QLabel;
+class QProgressBar;
+class QStatusBar;
+
+namespace Kesh::Workbench {
+
+/// What the status bar tells: the project check's progress, the caret, the file's format, and how many errors
+/// there are.
+class CStatusLine final : public QObject
+{
+    Q_OBJECT
+
+public:
+    /// The bar is not owned and outlives this.
+    explicit CStatusLine(QStatusBar& bar);
+
+    /// An empty text ends the progress.
+    void ShowProgress(const QString& text);
+    void SetProgress(std::size_t done, std::size_t total);
+    /// Counted from 0; a negative line means that there is no caret.
+    void ShowCaret(long long line, long long column);
+    void ShowFormat(const QString& format);
+    void ShowCounts(int errors, int warnings);
+    void ShowMessage(const QString& text);
+
+private:
+    QStatusBar& m_bar;
+    QLabel* m_progressText;
+    QProgressBar* m_progress;
+    QLabel* m_caret;
+    QLabel* m_format;
+    QLabel* m_counts;
+};
+
+} // namespace Kesh::Workbench

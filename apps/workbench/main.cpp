@@ -1,0 +1,50 @@
+#include "Application/FilePath.h"
+#include "Application/GuiApplication.h"
+#include "Application/Settings.h"
+#include "DocumentArea.h"
+#include "Languages.h"
+#include "MainWindow.h"
+#include "MessageStrip.h"
+
+#include <CLI/CLI.hpp>
+#include <iostream>
+
+int main(int argc, char** argv)
+{
+    using namespace Kesh;
+    CLI::App options("An editor for PHP, HTML and CSS that shows errors while you type.",
+                     "code-analyzer-workbench");
+    options.set_version_flag("--version", std::string("code-analyzer-workbench ") + CODE_ANALYZER_VERSION);
+    std::string path, settingsFile;
+    options.add_option("PATH", path, "A folder to open as a project, or a file")->option_text(" ");
+    options
+        .add_option("--settings", settingsFile, "Keep the settings in FILE instead of the user's own place")
+        ->option_text("FILE");
+    try {
+        options.parse(argc, argv);
+    } catch (const CLI::ParseError& error) {
+        return options.exit(error) == 0 ? 0 : 2;
+    }
+
+    Host::InstallFileNameCodec();
+    QCoreApplication::setAttribute(Qt::AA_EnableHighDpiScaling);
+    QCoreApplication::setAttribute(Qt::AA_UseHighDpiPixmaps);
+    int qtArgc = 1; // the command line is ours
+    Host::CGuiApplication application(qtArgc, argv);
+    QApplication::setApplicationName(QStringLiteral("code-analyzer-workbench"));
+    QApplication::setStyle(QStringLiteral("Fusion"));
+
+    Host::CFileSettings settings(
+        settingsFile.empty() ? std::wstring() : Host::AbsolutePath(Host::PathFromBytes(settingsFile)));
+    const Workbench::CPreferences preferences(settings);
+    QString problem;
+    const auto translations = Workbench::LoadLanguage(preferences.GetChoices().language,
+                                                      preferences.GetTranslationFolder(), problem);
+    Workbench::CMainWindow window(settings, *translations);
+    if (!problem.isEmpty())
+        window.GetArea().GetMessageStrip().Show(problem);
+    window.show();
+    if (!path.empty())
+        window.OpenPath(Host::AbsolutePath(Host::PathFromBytes(path)));
+    return QApplication::exec();
+}

@@ -1,0 +1,214 @@
+#include "Preferences.h"
+#include "WorkbenchFixture.h"
+
+#include <QHelpEvent>
+#include <QTest>
+#include <QToolTip>
+#include <gmock/gmock.h>
+
+using namespace Kesh;
+using Workbench::CCodeEditor;
+
+namespace {
+
+class Errors : public CWorkbenchTest
+{
+};
+
+const std::string Clean = "<html>\n<body>\n<p>text</p>\n</body>\n</html>\n";
+const std::string Wrong = "<html>\n<body>\n<pp>text</pp>\n<p clas=\"a\">x</p>\n</body>\n</html>\n";
+
+TEST_F(Errors, ATypedMistakeShowsUpAndGoesWhenMended)
+{
+    CCodeEditor& editor = Open(m_folder.Write(L"page.html", Clean));
+    editor.setFocus();
+    editor.SetCaretPosition({2, 2}); // behind "<p"
+    QTest::keyClicks(&editor, "q");
+    EXPECT_EQ(Area().GetTabs().tabText(0), "page.html *");
+    ASSERT_TRUE(WaitForRows(1));
+    EXPECT_THAT(Rows()[0].toStdString(), ::testing::StartsWith("Error|page.html - 3|"));
+    ASSERT_TRUE(WaitFor([&] { return !Underlines(editor).isEmpty(); }));
+    EXPECT_EQ(Underlines(editor), QStringList{"2:0-2:3"});
+    EXPECT_EQ(MarkedLines(editor), QList<int>{2});
+    Shoot(Window(), "typed-mistake");
+
+    QTest::keyClick(&editor, Qt::Key_Backspace);
+    ASSERT_TRUE(WaitForRows(0));
+    ASSERT_TRUE(WaitFor([&] { return Underlines(editor).isEmpty(); }));
+    EXPECT_TRUE(MarkedLines(editor).isEmpty());
+}
+
+TEST_F(Errors, APhpMistakeIsFoundInTheProjectAndInTheEditor)
+{
+    const std::wstring file = m_folder.Write(L"project/a.php", "<?php\nfunction f( {\n}\n");
+    m_folder.Write(L"project/b.php", "<?php\necho 1;\n");
+    OpenProject(m_folder.Path(L"project"));
+    ASSERT_TRUE(WaitForRows(1));
+    EXPECT_THAT(Rows()[0].toStdString(), ::testing::StartsWith("Error|a.php - 2|"));
+    CCodeEditor& editor = Open(file);
+    ASSERT_TRUE(WaitFor([&] { return !Underlines(editor).isEmpty(); }));
+    EXPECT_EQ(MarkedLines(editor), QList<int>{1});
+}
+
+TEST_F(Errors, ADoubleClickOpensTheFileAtTheError)
+{
+    const std::wstring file = m_folder.Write(L"project/page.html", Wrong);
+    OpenProject(m_folder.Path(L"project"));
+    Open(file);
+    ASSERT_TRUE(WaitForRows(2));
+    ASSERT_TRUE(Area().Close(*Area().GetCurrent()));
+    EXPECT_EQ(Bar()->topLevelItemCount(), 2) << "errors of the project's files outlive their tabs";
+
+    QTreeWidgetItem* row = Bar()->topLevelItem(1);
+    Bar()->setCurrentItem(row);
+    QTest::mouseDClick(Bar()->viewport(), Qt::LeftButton, {}, Bar()->visualItemRect(row).center());
+    ASSERT_NE(Area().GetCurrent(), nullptr);
+    EXPECT_EQ(Area().GetCurrent()->GetPath(), file);
+    EXPECT_EQ(Area().GetCurrentEditor()->GetCaretPosition(), (SyntaxParser::CIterator{3, 3}));
+}
+
+TEST_F(Errors, ARowWhoseLineIsGoneHarmsNothing)
+{
+    const std::wstring file = m_folder.Write(L"project/page.html", Wrong);
+    OpenProject(m_folder.Path(L"project"));
+    Open(file);
+    ASSERT_TRUE(WaitForRows(2));
+    ASSERT_TRUE(Area().Close(*Area().GetCurrent()));
+    m_folder.Write(L"project/page.html", "<p>");
+    QTreeWidgetItem* row = Bar()->topLevelItem(0);
+    Bar()->setCurrentItem(row);
+    QTest::mouseDClick(Bar()->viewport(), Qt::LeftButton, {}, Bar()->visualItemRect(row).center());
+    EXPECT_EQ(Area().GetCurrent()->GetPath(), file);
+    EXPECT_TRUE(WaitForRows(0)) << "the check of the opened file mends the list";
+}
+
+TEST_F(Errors, AProjectsErrorsAreThereAgainAfterARestart)
+{
+    const std::wstring file = m_folder.Write(L"project/page.html", Wrong);
+    OpenProject(m_folder.Path(L"project"));
+    Open(file);
+    ASSERT_TRUE(WaitForRows(2));
+    const QStringList rows = Rows();
+    Shoot(Window(), "project");
+    ASSERT_TRUE(Window().close());
+    OpenWindow();
+    EXPECT_EQ(Bar()->topLevelItemCount(), 0);
+    OpenProject(m_folder.Path(L"project"));
+    EXPECT_EQ(Rows(), rows);
+    ASSERT_TRUE(Window().CloseProject());
+    EXPECT_EQ(Bar()->topLevelItemCount(), 0);
+}
+
+TEST_F(Errors, ClosingAFileOutsideAProjectTakesItsErrorsAway)
+{
+    Open(m_folder.Write(L"page.html", Wrong));
+    ASSERT_TRUE(WaitForRows(2));
+    ASSERT_TRUE(Area().Close(*Area().GetCurrent()));
+    EXPECT_TRUE(WaitForRows(0));
+}
+
+TEST_F(Errors, NextAndPreviousErrorGoRoundAllFiles)
+{
+    const std::wstring first = m_folder.Write(L"project/a.html", Wrong);
+    const std::wstring second = m_folder.Write(L"project/b.html", "<qq>\n");
+    OpenProject(m_folder.Path(L"project"));
+    Open(first);
+    Open(second);
+    ASSERT_TRUE(WaitForRows(3));
+    Area().GetTabs().setCurrentIndex(0);
+    Area().GetCurrentEditor()->SetCaretPosition({0, 0});
+    const auto place = [&] {
+        const auto caret = Area().GetCurrentEditor()->GetCaretPosition();
+        return QStringLiteral("%1:%2:%3")
+            .arg(Host::PathToQt(Host::FileName(Area().GetCurrent()->GetPath())))
+            .arg(caret.y)
+            .arg(caret.x)
+            .toStdString();
+    };
+    std::vector<std::string> forward, backward;
+    for (int i = 0; i < 4; ++i) {
+        Trigger("&Next error");
+        forward.push_back(place());
+    }
+    for (int i = 0; i < 3; ++i) {
+        Trigger("&Previous error");
+        backward.push_back(place());
+    }
+    EXPECT_THAT(forward, ::testing::ElementsAre("a.html:2:0", "a.html:3:3", "b.html:0:0", "a.html:2:0"));
+    EXPECT_THAT(backward, ::testing::ElementsAre("b.html:0:0", "a.html:3:3", "a.html:2:0"));
+}
+
+TEST_F(Errors, TheMessageIsAToolTipInTextAndMargin)
+{
+    CCodeEditor& editor = Open(m_folder.Write(L"page.html", Wrong));
+    ASSERT_TRUE(WaitFor([&] { return Underlines(editor).size() == 2; }));
+    const auto pointOf = [&](int line, int column) {
+        const int position = editor.positionFromLineIndex(line, column);
+        return QPoint(
+            static_cast<int>(editor.SendScintilla(QsciScintillaBase::SCI_POINTXFROMPOSITION, 0L, position)),
+            static_cast<int>(editor.SendScintilla(QsciScintillaBase::SCI_POINTYFROMPOSITION, 0L, position)) +
+                3);
+    };
+    const auto tipAt = [&](const QPoint& point) {
+        QToolTip::hideText();
+        QHelpEvent help(QEvent::ToolTip, point, editor.viewport()->mapToGlobal(point));
+        QApplication::sendEvent(editor.viewport(), &help);
+        return QToolTip::text();
+    };
+    const QString message = Rows()[0].section('|', 2);
+    EXPECT_EQ(tipAt(pointOf(2, 1) + QPoint(1, 0)), message);
+    EXPECT_EQ(tipAt(QPoint(2, pointOf(2, 0).y())), message);
+    EXPECT_EQ(tipAt(pointOf(0, 1) + QPoint(1, 0)), QString());
+}
+
+TEST_F(Errors, UnderlinesAreDrawnForTheLinesThatComeIntoView)
+{
+    std::string text;
+    for (int i = 0; i < 2000; ++i)
+        text += i % 100 == 50 ? "<zz>\n" : "<br>\n";
+    CCodeEditor& editor = Open(m_folder.Write(L"long.html", text));
+    ASSERT_TRUE(WaitForRows(20));
+    editor.SetCaretPosition({0, 1950});
+    editor.ScrollToCaret(2);
+    ASSERT_TRUE(WaitFor([&] { return MarkedLines(editor).contains(1950); }));
+    EXPECT_FALSE(MarkedLines(editor).contains(1050)) << "nobody has looked there yet";
+}
+
+TEST_F(Errors, TheUsersOwnNamesAreAcceptedAfterAChange)
+{
+    Open(m_folder.Write(L"page.html", "<mytag myattr=\"1\">x</mytag>\n<p other=\"\">\n"));
+    ASSERT_TRUE(WaitForRows(2));
+    Workbench::SChoices choices = Workbench::CPreferences(*m_settings).GetChoices();
+    choices.customTags = QStringList{"MyTag"};
+    Window().ApplyChoices(choices);
+    ASSERT_NE(Bar(), nullptr);
+    EXPECT_TRUE(WaitForRows(1)) << Rows().join('\n').toStdString();
+    choices.customTags.clear();
+    Window().ApplyChoices(choices);
+    EXPECT_TRUE(WaitForRows(2)) << "a name that was taken away is unknown again";
+    EXPECT_EQ(Window().GetFrame().GetDocks().size(), 1);
+}
+
+TEST_F(Errors, EndingEverythingAtAnyMomentOfACheckIsSafe)
+{
+    std::string text;
+    for (int i = 0; i < 3000; ++i)
+        text += "<p><qq a" + std::to_string(i) + "=\"1\">\n";
+    for (int i = 0; i < 20; ++i)
+        m_folder.Write(L"project/p" + std::to_wstring(i) + L".php",
+                       "<?php\n" + std::string(20000, ';') + "?>" + text);
+    for (int round = 0; round < 12; ++round) {
+        Window().OpenProject(m_folder.Path(L"project"));
+        ASSERT_TRUE(WaitFor([&] { return Project().IsOpened(); }));
+        Open(m_folder.Path(L"project/p1.php"));
+        Open(m_folder.Path(L"project/p2.php"));
+        QTest::qWait(round * 13 % 90);
+        switch (round % 3) {
+        case 0: ASSERT_TRUE(Window().CloseProject()); break;
+        case 1: Area().DiscardAll(); break;
+        default: OpenWindow(); break;
+        }
+    }
+}
+
+} // namespace

@@ -1,0 +1,200 @@
+#include "Application/FileIO.h"
+#include "Application/FilePath.h"
+#include "FindBar.h"
+#include "MessageStrip.h"
+#include "WorkbenchFixture.h"
+
+#include <QCloseEvent>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QTest>
+#include <filesystem>
+#include <gmock/gmock.h>
+
+using namespace Kesh;
+using Workbench::CCodeEditor;
+using Workbench::IPrompts;
+
+namespace {
+
+class Files : public CWorkbenchTest
+{
+protected:
+    std::string Bytes(const std::wstring& path) { return Host::ReadFileBytes(path); }
+    QString Strip() { return Area().GetMessageStrip().GetText(); }
+    void Answer(const QString& title)
+    {
+        for (QPushButton* button : Area().GetMessageStrip().findChildren<QPushButton*>())
+            if (button->text() == title)
+                return button->click();
+        ADD_FAILURE() << "no button " << title.toStdString();
+    }
+};
+
+TEST_F(Files, AnEditIsMarkedAndSavedInTheFilesOwnFormat)
+{
+    const std::string cases[] = {"a\r\nb\r\n",
+                                 "\xEF\xBB\xBF"
+                                 "a\nb",
+                                 std::string("a\0b\n", 4), "\xF0\x9F\x98\x80\n", ""};
+    for (const std::string& before : cases) {
+        const std::wstring path = m_folder.Write(L"f.php", before);
+        CCodeEditor& editor = Open(path);
+        EXPECT_FALSE(Window().isWindowModified());
+        editor.append("x");
+        EXPECT_TRUE(Window().isWindowModified());
+        EXPECT_EQ(Area().GetTabs().tabText(0), "f.php *");
+        Trigger("&Save");
+        EXPECT_EQ(Area().GetTabs().tabText(0), "f.php");
+        EXPECT_EQ(Bytes(path), before + "x");
+        ASSERT_TRUE(Area().Close(*Area().GetCurrent()));
+    }
+}
+
+TEST_F(Files, ClosingAsksForUnsavedEdits)
+{
+    const std::wstring path = m_folder.Write(L"a.php", "old");
+    struct SCase
+    {
+        IPrompts::ESave answer;
+        bool closes;
+        std::string bytes;
+    };
+    for (const SCase& c :
+         {SCase{IPrompts::ESave::Cancel, false, "old"}, SCase{IPrompts::ESave::Discard, true, "old"},
+          SCase{IPrompts::ESave::Save, true, "oldx"}}) {
+        Open(path).append("x");
+        m_prompts.m_save = c.answer;
+        EXPECT_EQ(Window().close(), c.closes);
+        EXPECT_EQ(m_prompts.m_asked, QStringList{Host::PathToQt(path)});
+        EXPECT_EQ(Bytes(path), c.bytes);
+        Area().DiscardAll();
+    }
+}
+
+TEST_F(Files, BytesThatAreNotUtf8NeedConsent)
+{
+    const std::wstring path = m_folder.Write(L"latin.php", "caf\xE9");
+    Open(path).append("!");
+    Trigger("&Save");
+    EXPECT_THAT(m_prompts.m_asked.join("").toStdString(), ::testing::HasSubstr("not valid UTF-8"));
+    EXPECT_EQ(Bytes(path), "caf\xE9");
+    m_prompts.m_confirm = true;
+    Trigger("&Save");
+    EXPECT_EQ(Bytes(path), "caf\xEF\xBF\xBD!");
+}
+
+TEST_F(Files, AChangeOnDiskIsTakenOverUnlessThereAreEdits)
+{
+    const std::wstring path = m_folder.Write(L"a.php", "one\n");
+    CCodeEditor& editor = Open(path);
+    m_folder.Write(L"a.php", "two, longer\n");
+    ASSERT_TRUE(WaitFor([&] { return editor.text() == "two, longer\n"; }));
+    EXPECT_FALSE(editor.isModified());
+
+    editor.append("mine");
+    m_folder.Write(L"a.php", "three\n");
+    ASSERT_TRUE(WaitFor([&] { return !Strip().isEmpty(); }));
+    EXPECT_EQ(editor.text(), "two, longer\nmine");
+    Answer("&Keep my edits");
+    EXPECT_EQ(Strip(), QString());
+
+    m_folder.Write(L"a.php", "four four\n");
+    ASSERT_TRUE(WaitFor([&] { return !Strip().isEmpty(); }));
+    Answer("&Reload");
+    EXPECT_EQ(editor.text(), "four four\n");
+
+    std::filesystem::remove(Host::PathToBytes(path));
+    ASSERT_TRUE(WaitFor([&] { return Strip().contains("no longer on disk"); }));
+    EXPECT_EQ(editor.text(), "four four\n");
+}
+
+TEST_F(Files, SavingOverAnotherProgramsChangeNeedsConsent)
+{
+    const std::wstring path = m_folder.Write(L"a.php", "one");
+    Open(path).append("mine");
+    m_folder.Write(L"a.php", "theirs");
+    Trigger("&Save"); // before the window has noticed
+    EXPECT_EQ(Bytes(path), "theirs");
+    m_prompts.m_confirm = true;
+    Trigger("&Save");
+    EXPECT_EQ(Bytes(path), "onemine");
+}
+
+TEST_F(Files, SaveAsMovesTheDocumentAndKeepsTheOldFile)
+{
+    const std::wstring first = m_folder.Write(L"a.php", "one");
+    Open(first).append("x");
+    m_prompts.m_name = Host::PathToQt(m_folder.Path(L"b.html"));
+    Trigger("Save &as...");
+    EXPECT_EQ(Bytes(first), "one");
+    EXPECT_EQ(Bytes(m_folder.Path(L"b.html")), "onex");
+    EXPECT_EQ(Area().GetCurrent()->GetPath(), m_folder.Path(L"b.html"));
+    EXPECT_EQ(Area().GetTabs().tabText(0), "b.html");
+}
+
+TEST_F(Files, AFailureIsToldAboveTheEditor)
+{
+    EXPECT_FALSE(Area().Open(m_folder.Path(L"none.php")));
+    EXPECT_THAT(Strip().toStdString(), ::testing::HasSubstr("none.php: No such file or directory"));
+    Open(m_folder.Write(L"gone/a.php", "x")).append("y");
+    std::filesystem::remove_all(Host::PathToBytes(m_folder.Path(L"gone")));
+    Trigger("&Save");
+    EXPECT_THAT(Strip().toStdString(), ::testing::HasSubstr("gone/a.php: "));
+    EXPECT_TRUE(Window().isWindowModified());
+    Window().OpenProject(m_folder.Path(L"gone"));
+    ASSERT_TRUE(WaitFor([&] { return Strip().contains("gone: No such file"); }));
+    EXPECT_FALSE(Project().IsOpened());
+    Area().DiscardAll();
+}
+
+TEST_F(Files, NamesThatAreNotUtf8CanBeOpenedAndSaved)
+{
+    const std::wstring path = m_folder.Write(Host::PathFromBytes("b\xFF"
+                                                                 "d.php"),
+                                             "<?php\n");
+    Open(path).append("x");
+    Trigger("&Save");
+    EXPECT_EQ(Bytes(path), "<?php\nx");
+    EXPECT_TRUE(std::filesystem::exists(Host::PathToBytes(path)));
+}
+
+TEST_F(Files, FindAndReplace)
+{
+    CCodeEditor& editor = Open(m_folder.Write(L"a.php", "one two One\none\n"));
+    Trigger("&Find and replace...");
+    auto* pattern = Window().findChild<QLineEdit*>("findPattern");
+    auto* replacement = Window().findChild<QLineEdit*>("findReplacement");
+    pattern->setText("one");
+    Trigger("Find &next");
+    Trigger("Find &next");
+    EXPECT_EQ(editor.GetCaretPosition(), (SyntaxParser::CIterator{11, 0}));
+    Trigger("Find pre&vious");
+    EXPECT_EQ(editor.GetCaretPosition(), (SyntaxParser::CIterator{3, 0}));
+    Shoot(Window(), "find");
+    replacement->setText("one1"); // holds what is searched for
+    for (QPushButton* button : Area().GetFindBar().findChildren<QPushButton*>())
+        if (button->text() == "Replace &all")
+            button->click();
+    EXPECT_EQ(editor.text(), "one1 two one1\none1\n");
+    editor.undo();
+    EXPECT_EQ(editor.text(), "one two One\none\n");
+    QTest::keyClick(pattern, Qt::Key_Escape);
+    EXPECT_FALSE(Area().GetFindBar().isVisible());
+}
+
+TEST_F(Files, CaretPositionsAreCountedInCharacters)
+{
+    CCodeEditor& editor = Open(m_folder.Write(L"a.php", "\xF0\x9F\x98\x80\xC3\xA9x\r\ny"));
+    struct SCase
+    {
+        SyntaxParser::CIterator set, expected;
+    };
+    for (const SCase& c :
+         {SCase{{2, 0}, {2, 0}}, SCase{{99, 0}, {3, 0}}, SCase{{0, 99}, {0, 1}}, SCase{{-1, -1}, {0, 0}}}) {
+        editor.SetCaretPosition(c.set);
+        EXPECT_EQ(editor.GetCaretPosition(), c.expected);
+    }
+}
+
+} // namespace

@@ -1,0 +1,132 @@
+#include "WorkbenchFixture.h"
+
+#include "Languages.h"
+#include "Preferences.h"
+#include "ProjectManager/ProjectManager.h"
+
+#include <QAction>
+#include <QDockWidget>
+#include <QTest>
+
+using namespace Kesh;
+using Workbench::CCodeEditor;
+
+namespace {
+
+constexpr int ErrorIndicator = 8;
+constexpr int ErrorMarker = 2;
+constexpr int CheckDelay = 60; // ms instead of the validator's own
+
+} // namespace
+
+CWorkbenchTest::CWorkbenchTest()
+{
+    OpenWindow();
+}
+
+CWorkbenchTest::~CWorkbenchTest() = default;
+
+void CWorkbenchTest::OpenWindow()
+{
+    m_window.reset();
+    m_settings = std::make_unique<Host::CFileSettings>(m_folder.Path(L"settings/workbench.ini"));
+    const Workbench::CPreferences preferences(*m_settings);
+    QString problem;
+    m_translations = Workbench::LoadLanguage(preferences.GetChoices().language,
+                                             preferences.GetTranslationFolder(), problem);
+    m_window = std::make_unique<Workbench::CMainWindow>(*m_settings, *m_translations);
+    m_window->SetPrompts(m_prompts);
+    m_window->GetApplication().Timers().SetDelayOverride(CheckDelay);
+    m_window->resize(1100, 700);
+    m_window->show();
+    ASSERT_NE(m_window->GetPlugin(), nullptr);
+}
+
+ProjectManager::IProjectManager& CWorkbenchTest::Project()
+{
+    return *m_window->GetApplication().Project().GetProjectManager();
+}
+
+void CWorkbenchTest::OpenProject(const std::wstring& folder)
+{
+    Window().OpenProject(folder);
+    ASSERT_TRUE(WaitFor([&] { return Project().IsOpened(); }));
+    ASSERT_TRUE(WaitFor([&] { return !Window().GetApplication().Threads().IsRunning(); }));
+    QCoreApplication::sendPostedEvents();
+}
+
+CCodeEditor& CWorkbenchTest::Open(const std::wstring& path)
+{
+    EXPECT_TRUE(Area().Open(path));
+    return *Area().GetCurrentEditor();
+}
+
+QTreeWidget* CWorkbenchTest::Bar()
+{
+    for (QDockWidget* dock : Window().GetFrame().GetDocks())
+        return qobject_cast<QTreeWidget*>(dock->widget());
+    return nullptr;
+}
+
+QStringList CWorkbenchTest::Rows()
+{
+    QStringList rows;
+    for (int i = 0; i < Bar()->topLevelItemCount(); ++i) {
+        const QTreeWidgetItem* item = Bar()->topLevelItem(i);
+        rows.append(item->text(0) + '|' + item->text(1).section('/', -1) + '|' + item->text(2));
+    }
+    return rows;
+}
+
+bool CWorkbenchTest::WaitForRows(int count)
+{
+    return WaitFor([&] { return Bar()->topLevelItemCount() == count; });
+}
+
+bool CWorkbenchTest::WaitFor(const std::function<bool()>& condition)
+{
+    return QTest::qWaitFor(condition, 20000);
+}
+
+QStringList CWorkbenchTest::Underlines(CCodeEditor& editor)
+{
+    QStringList spans;
+    const auto place = [&](long position) {
+        int line = 0, index = 0;
+        editor.lineIndexFromPosition(static_cast<int>(position), &line, &index);
+        return QStringLiteral("%1:%2").arg(line).arg(index);
+    };
+    for (long at = 0; at < editor.length();) {
+        const long end = editor.SendScintilla(QsciScintillaBase::SCI_INDICATOREND, ErrorIndicator, at);
+        if (editor.SendScintilla(QsciScintillaBase::SCI_INDICATORVALUEAT, ErrorIndicator, at))
+            spans.append(place(at) + '-' + place(end));
+        if (end <= at)
+            break;
+        at = end;
+    }
+    return spans;
+}
+
+QList<int> CWorkbenchTest::MarkedLines(CCodeEditor& editor)
+{
+    QList<int> lines;
+    for (int line = 0; line < editor.lines(); ++line)
+        if (editor.SendScintilla(QsciScintillaBase::SCI_MARKERGET, line) & (1 << ErrorMarker))
+            lines.append(line);
+    return lines;
+}
+
+void CWorkbenchTest::Trigger(const char* action)
+{
+    auto* found = Window().findChild<QAction*>(QLatin1String(action));
+    ASSERT_NE(found, nullptr) << action;
+    ASSERT_TRUE(found->isEnabled()) << action;
+    found->trigger();
+}
+
+void CWorkbenchTest::Shoot(QWidget& widget, const char* name)
+{
+    const QString folder = qEnvironmentVariable("SCREENSHOT_DIR");
+    const bool saved = folder.isEmpty() || widget.grab().save(folder + '/' + name + QStringLiteral(".png"));
+    EXPECT_TRUE(saved) << folder.toStdString();
+}
