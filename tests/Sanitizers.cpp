@@ -5,7 +5,7 @@
 
 #ifdef __SANITIZE_ADDRESS__
 
-extern "C" const char* __lsan_default_suppressions()
+extern "C" __attribute__((visibility("default"))) const char* __lsan_default_suppressions()
 {
     // The offscreen platform plug-in keeps its screen, and fontconfig its caches, until the process ends.
     return "leak:QScreen\nleak:libqoffscreen.so\nleak:handleScreenAdded\nleak:libfontconfig\n";
@@ -35,7 +35,7 @@ StartThread(QThread* thread, QThread::Priority priority) __asm__(THREAD_START);
 extern "C" __attribute__((visibility("default"))) bool
 WaitThread(QThread* thread, QDeadlineTimer deadline) __asm__(THREAD_WAIT);
 
-extern "C" const char* __tsan_default_options()
+extern "C" __attribute__((visibility("default"))) const char* __tsan_default_options()
 {
     // Memory that Qt, glib and the like take and give back among themselves, under locks that are not seen.
     // Accesses that our own code makes are reported all the same, also when it is called by them.
