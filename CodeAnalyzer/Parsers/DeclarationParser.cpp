@@ -27,6 +27,7 @@ void CDeclarationParser::Start()
 {
     m_state = KeywordState;
     m_hasValue = false;
+    m_arguments = 0;
 }
 
 void CDeclarationParser::SetName()
@@ -54,17 +55,17 @@ void CDeclarationParser::DispathRegion(CRegion* region)
 // 1: after a name, or after an operand of its value.
 void CDeclarationParser::HandleNameState(CRegion* region)
 {
-    const bool complete = m_hasValue || !NeedsValue();
+    const bool complete = (m_hasValue || !NeedsValue()) && m_arguments == 0;
     if (complete && IsStatementEnd(region))
         End(region, 0);
     else if (complete && IsToken(region, 8))
         m_state = KeywordState;
     else if (!m_hasValue && IsToken(region, 14))
         m_state = AssignState;
-    else if (m_hasValue && ContinuesValue(region))
+    else if (m_hasValue && m_arguments == 0 && ContinuesValue(region))
         m_state = AssignState;
-    else if (m_hasValue && IsOpening(region, L'('))
-        HandleAssignState(region);
+    else if (m_arguments > 0 || (m_hasValue && IsOpening(region, L'(')))
+        HandleArguments(region);
     else
         HandleAfterName(region);
 }
@@ -72,9 +73,24 @@ void CDeclarationParser::HandleNameState(CRegion* region)
 // 2: an operand of the value. What is left of an operator, as the `:` of `?:`, is passed by.
 void CDeclarationParser::HandleAssignState(CRegion* region)
 {
-    if (m_operandParser.StatementStartRegion(region))
+    if (region->definition == Php().ExtraDefs[1]) {
         m_state = ExpressionState;
-    else if (region->definition == Php().ExtraDefs[1] || !ContinuesValue(region))
+        m_operandParser.StartInside(region);
+    } else if (m_operandParser.StatementStartRegion(region)) {
+        m_state = ExpressionState;
+    } else if (!ContinuesValue(region)) {
+        Error(region);
+    }
+}
+
+// The arguments of a call in a value are passed by, but a `;` among them is one too early.
+void CDeclarationParser::HandleArguments(CRegion* region)
+{
+    if (IsOpening(region, L'('))
+        ++m_arguments;
+    else if (IsClosing(region, L')'))
+        --m_arguments;
+    else if (IsStatementEnd(region))
         Error(region);
 }
 

@@ -40,10 +40,12 @@ private:
     void HandleNameState(SyntaxParser::CRegion* region);
     void HandleAssignState(SyntaxParser::CRegion* region);
     void HandleExpressionState(SyntaxParser::CRegion* region);
+    void HandleArguments(SyntaxParser::CRegion* region);
     bool ContinuesValue(SyntaxParser::CRegion* region);
 
     int m_state = KeywordState;
     bool m_hasValue = false; ///< an operand of the present name's value has been read
+    int m_arguments = 0;     ///< open `(` of a call that the operand parser stopped at
     CStaticOperandParser m_operandParser;
 };
 

@@ -187,8 +187,10 @@ void CExpressionStatementParser::HandleClosing(CRegion* region)
         return;
     }
     if (bracket == L'}') {
-        if (m_data.braceDepth == 0)
+        if (m_data.braceDepth == 0) { // it ends the block around: what follows is another statement
+            m_data.lineBreakSeen = true;
             return;
+        }
         if (!InnermostIs(EBracket::Brace) && !InnermostIs(EBracket::MatchBody)) {
             DoExpressionError(ExpressionError, region, 1);
             return;
@@ -536,7 +538,8 @@ void CExpressionStatementParser::HandleArrayKeyState(CRegion* region)
 {
     if (IsIgnored(region) || IsSymbol(region, L"..."))
         return;
-    if (IsToken(region, 4)) {
+    const bool endsArm = IsToken(region, 21) && InnermostIs(EBracket::MatchBody);
+    if (IsToken(region, 4) || endsArm) {
         SetState(BinarOpState);
         HandleBinarOpState(region);
     } else if (IsToken(region, 8)) { // only what may be taken apart has empty places

@@ -7,6 +7,13 @@ namespace Kesh::CodeAnalyzer {
 using Base::CCommonString;
 using SyntaxParser::CRegion;
 
+void COperandParser::StartInside(CRegion* region)
+{
+    Reset(region);
+    SetState(UOperandState);
+    DispathRegion(region);
+}
+
 void COperandParser::HandleChainState(CRegion* region)
 {
     if (IsNonSignificantRegion(region))

@@ -11,6 +11,8 @@ public:
     using CExpressionStatementParser::CExpressionStatementParser;
 
     void SetState(int state) { m_data.state = state; }
+    /// Begins with a region that may only stand inside an expression, as that of a closure.
+    void StartInside(SyntaxParser::CRegion* region);
 
 protected:
     void HandleBinarOpState(SyntaxParser::CRegion* region) override;

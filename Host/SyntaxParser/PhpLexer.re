@@ -102,7 +102,7 @@ EPhpToken CPhpLexer::NextInPhp()
     | '__line__' | '__method__' | '__namespace__' | '__trait__' | '__property__' {
         return ConstantWord;
     }
-    'and' | 'as' | 'clone' | 'continue' | 'die' | 'echo' | 'empty' | 'enddeclare' | 'endfor' | 'endforeach'
+    'and' | 'as' | 'continue' | 'die' | 'echo' | 'empty' | 'enddeclare' | 'endfor' | 'endforeach'
     | 'endif' | 'endswitch' | 'endwhile' | 'eval' | 'exit' | 'extends' | 'finally' | 'global' | 'goto'
     | 'implements' | 'instanceof' | 'insteadof' | 'isset' | 'namespace' | 'or' | 'private' | 'protected'
     | 'public' | 'return' | 'try' | 'unset' | 'xor' {

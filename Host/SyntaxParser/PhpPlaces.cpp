@@ -15,6 +15,8 @@ void CPhpScanner::ScanBracket(EPhpToken token)
             AnnotateFrom(m_places.size() + 1);
         Open(kind);
         Token(PhpOpening);
+        if (kind == EPlace::FnParams) // parameters are no arguments
+            AnnotateFrom(m_places.size());
         break;
     }
     case OpenSquare:
@@ -82,7 +84,8 @@ CPhpScanner::EPlace CPhpScanner::BraceKind()
 
 void CPhpScanner::ScanClosing(EPhpToken token)
 {
-    const bool annotated = m_annotation > 0 && m_places.size() >= m_annotation;
+    const bool endsFnParams = Place().kind == EPlace::FnParams && m_places.size() == m_annotation;
+    const bool annotated = m_annotation > 0 && m_places.size() >= m_annotation && !endsFnParams;
     ISynRegion* definition = m_php.TokenDefs[PhpClosing];
     m_emitter.Emit(annotated ? m_php.CommentDefs[PhpAnnotation] : definition, m_lexer.Begin(),
                    m_lexer.Cursor());

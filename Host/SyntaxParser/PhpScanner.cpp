@@ -112,7 +112,9 @@ void CPhpScanner::ScanOperator(EPhpToken token)
         ++Place().ternaries;
         Token(PhpText);
         break;
-    case Ampersand: // of `fn &(...)`
+    case Ampersand: // what `function &` and `fn &` begin is told by the word
+        if (m_prev == Fn || m_prev == Function)
+            m_actual = m_prev;
         if (m_prev == Fn)
             Comment(PhpAnnotation);
         else
@@ -199,6 +201,8 @@ void CPhpScanner::ScanReturnType()
 
 void CPhpScanner::ScanSemicolon()
 {
+    if (Place().kind == EPlace::FnParams) // they were never closed
+        m_annotation = 0;
     // The `;` of a closure inside a thrown expression does not end the `throw`.
     if (m_throwDepth > 0 && m_places.size() > m_throwDepth) {
         Token(PhpText);

@@ -31,7 +31,10 @@ void CPhpScanner::ScanWord(EPhpToken /*token*/)
         m_enumType = false;
         Comment(PhpAnnotation);
     } else {
-        Token(PhpWord);
+        // The word "php" is blank to the parsers, for the sake of short tags; a name must not be.
+        const bool isBlank = m_lexer.Cursor() - m_lexer.Begin() == 3 && m_prev != OpenTag &&
+                             LowerWord(m_lexer.Begin(), m_lexer.Cursor()) == L"php";
+        Token(isBlank ? PhpConstantWord : PhpWord);
     }
 }
 

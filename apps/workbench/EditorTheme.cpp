@@ -3,8 +3,9 @@
 #include "CodeEditor.h"
 
 #include <QFontDatabase>
-#include <Qsci/qscilexer.h>
+#include <Qsci/qscilexerhtml.h>
 #include <cmath>
+#include <initializer_list>
 
 namespace Kesh::Workbench {
 
@@ -45,6 +46,15 @@ QFont EditorFont(int size)
     return font;
 }
 
+/// The colour of a style on this palette. Lexers write plain text in black, which is to be the palette's
+/// text.
+QColor StyleColor(const QColor& color, const QPalette& palette)
+{
+    constexpr int DarkestColour = 32;
+    return color.value() < DarkestColour ? palette.color(QPalette::Text)
+                                         : MakeLegible(color, palette.color(QPalette::Base));
+}
+
 void ApplyToLexer(QsciLexer& lexer, const QPalette& palette, const QFont& font)
 {
     const QColor paper = palette.color(QPalette::Base);
@@ -60,7 +70,12 @@ void ApplyToLexer(QsciLexer& lexer, const QPalette& palette, const QFont& font)
         lexer.setFont(styled, style);
         lexer.setPaper(paper, style);
         lexer.setEolFill(false, style);
-        lexer.setColor(MakeLegible(lexer.defaultColor(style), paper), style);
+        lexer.setColor(StyleColor(lexer.defaultColor(style), palette), style);
+    }
+    if (qobject_cast<QsciLexerHTML*>(&lexer)) {
+        // Which names are right is the validator's to say: red is for errors.
+        lexer.setColor(lexer.color(QsciLexerHTML::Tag), QsciLexerHTML::UnknownTag);
+        lexer.setColor(lexer.color(QsciLexerHTML::Attribute), QsciLexerHTML::UnknownAttribute);
     }
 }
 
@@ -120,6 +135,14 @@ void ApplyTheme(CCodeEditor& editor, int fontSize)
     editor.setMarginsBackgroundColor(palette.color(QPalette::Window));
     editor.setMarginsForegroundColor(Mixed(text, palette.color(QPalette::Window), 0.35));
     editor.setFoldMarginColors(palette.color(QPalette::Window), palette.color(QPalette::Window));
+    constexpr int FirstFoldMarker = QsciScintillaBase::SC_MARKNUM_FOLDEREND;
+    constexpr int LastFoldMarker = QsciScintillaBase::SC_MARKNUM_FOLDEROPEN;
+    for (int marker = FirstFoldMarker; marker <= LastFoldMarker; ++marker) {
+        // The widget's own functions know only markers that it has handed out.
+        editor.SendScintilla(QsciScintillaBase::SCI_MARKERSETFORE, marker, palette.color(QPalette::Window));
+        editor.SendScintilla(QsciScintillaBase::SCI_MARKERSETBACK, marker,
+                             Mixed(text, palette.color(QPalette::Window), 0.5));
+    }
     editor.setMatchedBraceBackgroundColor(Mixed(paper, palette.color(QPalette::Highlight), 0.4));
     editor.setMatchedBraceForegroundColor(text);
     editor.setUnmatchedBraceForegroundColor(MakeLegible(Qt::red, paper));

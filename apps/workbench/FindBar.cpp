@@ -5,6 +5,7 @@
 
 #include <QCheckBox>
 #include <QGridLayout>
+#include <QHBoxLayout>
 #include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
@@ -36,14 +37,15 @@ CFindBar::CFindBar(QWidget* parent)
     layout->addWidget(m_pattern, 0, 0);
     button("Find &next", 0, 1, [this] { Find(true); });
     button("Find &previous", 0, 2, [this] { Find(false); });
-    layout->addWidget(m_matchCase, 0, 3);
-    layout->addWidget(m_wholeWord, 0, 4);
-    layout->addWidget(m_regExp, 0, 5);
-    button("Close", 0, 6, [this] { Close(); });
+    button("Close", 0, 3, [this] { Close(); });
     layout->addWidget(m_replacement, 1, 0);
     button("Rep&lace", 1, 1, [this] { Replace(); });
     button("Replace &all", 1, 2, [this] { ReplaceAll(); });
-    layout->addWidget(m_result, 1, 3, 1, 3);
+    auto* choices = new QHBoxLayout;
+    for (QCheckBox* choice : {m_matchCase, m_wholeWord, m_regExp})
+        choices->addWidget(choice);
+    choices->addWidget(m_result, 1, Qt::AlignRight);
+    layout->addLayout(choices, 2, 0, 1, 4);
     layout->setColumnStretch(0, 1);
     connect(m_pattern, &QLineEdit::returnPressed, this, [this] { Find(true); });
     connect(m_replacement, &QLineEdit::returnPressed, this, [this] { Replace(); });

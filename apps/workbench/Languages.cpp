@@ -7,6 +7,12 @@
 #include <QFile>
 #include <QLocale>
 
+/// In a static library resources stay out unless they are asked for; Q_INIT_RESOURCE wants no namespace.
+static void InitResources()
+{
+    Q_INIT_RESOURCE(workbenchresources);
+}
+
 namespace Kesh::Workbench {
 
 namespace {
@@ -19,6 +25,7 @@ constexpr qint64 MaxTranslationBytes = 4 << 20;
 
 std::vector<SLanguage> GetLanguages(const QString& userFolder)
 {
+    InitResources();
     QStringList names;
     for (const QString& folder : {OwnFolder, userFolder})
         for (const QString& file : QDir(folder).entryList({"*.json"}, QDir::Files, QDir::Name))
@@ -37,6 +44,7 @@ std::unique_ptr<LangSupport::CTranslations> LoadLanguage(const QString& name, co
 {
     if (name.isEmpty())
         return std::make_unique<LangSupport::CTranslations>();
+    InitResources();
     for (const QString& folder : {userFolder, OwnFolder}) {
         QFile file(folder + '/' + name + QStringLiteral(".json"));
         if (!file.open(QIODevice::ReadOnly))

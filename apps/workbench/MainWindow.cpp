@@ -36,6 +36,13 @@ namespace {
 constexpr int LayoutVersion = 1;
 constexpr int ProgressInterval = 100; // ms
 
+/// What the system gave the program, whatever later windows have made of it.
+const QPalette& SystemPalette()
+{
+    static const QPalette palette = QApplication::palette();
+    return palette;
+}
+
 QPointer<CMainWindow> s_window; ///< where faults are shown
 
 /// Any thread.
@@ -58,7 +65,6 @@ CMainWindow::CMainWindow(Host::CFileSettings& settings, LangSupport::ILangSource
       m_preferences(settings),
       m_dialogs(this),
       m_prompts(&m_dialogs),
-      m_systemPalette(QApplication::palette()),
       m_frame(*this),
       m_application(
           std::make_unique<Host::CApplication>(Host::CApplication::SParts{m_frame, settings, translations})),
@@ -101,7 +107,7 @@ CMainWindow::CMainWindow(Host::CFileSettings& settings, LangSupport::ILangSource
     });
 
     const SChoices choices = m_preferences.GetChoices();
-    QApplication::setPalette(MakePalette(choices.appearance, m_systemPalette));
+    QApplication::setPalette(MakePalette(choices.appearance, SystemPalette()));
     m_area->ApplyChoices(choices);
     LoadValidator();
     RestoreLayout();
@@ -129,6 +135,7 @@ void CMainWindow::LoadValidator()
         return;
     }
     m_frame.AddBars();
+    ArrangeErrorList();
     ShowPluginMenu(m_frame.FillMenu(), *menuBar(), m_helpMenuAction);
     for (QDockWidget* dock : m_frame.GetDocks())
         m_viewMenu->addAction(dock->toggleViewAction());
@@ -333,7 +340,7 @@ void CMainWindow::ApplyChoices(const SChoices& choices)
 {
     const SChoices old = m_preferences.GetChoices();
     m_preferences.SetChoices(choices);
-    QApplication::setPalette(MakePalette(choices.appearance, m_systemPalette));
+    QApplication::setPalette(MakePalette(choices.appearance, SystemPalette()));
     m_area->ApplyChoices(choices);
     SetErrorColumnWidths(choices.columnWidths);
     if (m_plugin &&
@@ -341,23 +348,44 @@ void CMainWindow::ApplyChoices(const SChoices& choices)
         RestartValidator();
 }
 
+QTreeView* CMainWindow::GetErrorList() const
+{
+    for (const QDockWidget* dock : m_frame.GetDocks())
+        if (auto* list = qobject_cast<QTreeView*>(dock->widget()))
+            return list;
+    return nullptr;
+}
+
+void CMainWindow::ArrangeErrorList()
+{
+    QTreeView* list = GetErrorList();
+    if (!list)
+        return;
+    list->setRootIsDecorated(false);
+    list->setAllColumnsShowFocus(true);
+    // The end of a path, with the line, tells more than its beginning.
+    list->setTextElideMode(Qt::ElideMiddle);
+    if (m_preferences.GetColumnWidths().empty()) {
+        const int character = list->fontMetrics().averageCharWidth();
+        SetErrorColumnWidths({character * 12, character * 60, character * 40});
+    }
+}
+
 std::vector<int> CMainWindow::GetErrorColumnWidths() const
 {
     std::vector<int> widths;
-    for (const QDockWidget* dock : m_frame.GetDocks())
-        if (const auto* list = qobject_cast<const QTreeView*>(dock->widget()))
-            for (int column = 0; column < list->header()->count(); ++column)
-                widths.push_back(list->header()->sectionSize(column));
+    if (const QTreeView* list = GetErrorList())
+        for (int column = 0; column < list->header()->count(); ++column)
+            widths.push_back(list->header()->sectionSize(column));
     return widths;
 }
 
 void CMainWindow::SetErrorColumnWidths(const std::vector<int>& widths)
 {
-    for (const QDockWidget* dock : m_frame.GetDocks())
-        if (const auto* list = qobject_cast<const QTreeView*>(dock->widget()))
-            for (int column = 0; column < std::min(list->header()->count(), static_cast<int>(widths.size()));
-                 ++column)
-                list->header()->resizeSection(column, widths[static_cast<std::size_t>(column)]);
+    if (const QTreeView* list = GetErrorList())
+        for (int column = 0; column < std::min(list->header()->count(), static_cast<int>(widths.size()));
+             ++column)
+            list->header()->resizeSection(column, widths[static_cast<std::size_t>(column)]);
 }
 
 void CMainWindow::ShowMessage(const QString& text)

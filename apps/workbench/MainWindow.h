@@ -16,6 +16,7 @@
 class QAction;
 class QMenu;
 class QDockWidget;
+class QTreeView;
 
 namespace Kesh::Workbench {
 
@@ -86,6 +87,9 @@ private:
     void OnCaretMoved();
     void OnErrorsChanged();
     void OnProgressTick();
+    /// The bar of the validator, which is a list; null when there is none.
+    QTreeView* GetErrorList() const;
+    void ArrangeErrorList();
     std::vector<int> GetErrorColumnWidths() const;
     void SetErrorColumnWidths(const std::vector<int>& widths);
     void SaveLayout();
@@ -96,7 +100,6 @@ private:
     CPreferences m_preferences;
     CDialogPrompts m_dialogs;
     IPrompts* m_prompts;
-    QPalette m_systemPalette;
     CMainFrame m_frame;
     std::unique_ptr<Host::CApplication> m_application;
     std::unique_ptr<Host::CPlugin> m_plugin;

@@ -31,6 +31,9 @@ QLabel* MakeNote(const char* text)
 {
     auto* note = new QLabel(Tr(text));
     note->setWordWrap(true);
+    // A form does not ask wrapped text for its height.
+    const int width = note->fontMetrics().averageCharWidth() * 60;
+    note->setMinimumSize(width, note->heightForWidth(width));
     return note;
 }
 
@@ -46,7 +49,6 @@ CSettingsDialog::CSettingsDialog(const SChoices& choices, const std::vector<SLan
       m_attributes(MakeNameEdit(choices.customAttributes, "customAttributes"))
 {
     setWindowTitle(Tr("Settings"));
-    setMinimumWidth(fontMetrics().averageCharWidth() * 80);
     for (const SLanguage& language : languages) {
         m_language->addItem(language.title, language.name);
         if (language.name == choices.language)
@@ -79,7 +81,9 @@ CSettingsDialog::CSettingsDialog(const SChoices& choices, const std::vector<SLan
                  MakeNote("Names that the HTML check accepts besides the standard ones, with blanks "
                           "between them. A change restarts the code validator, which then checks "
                           "the project anew."));
-    form->addRow(Tr("&Columns of the error list:"), widths);
+    auto* widthsTitle = new QLabel(Tr("&Columns of the error list:"));
+    widthsTitle->setBuddy(m_widths.front());
+    form->addRow(widthsTitle, widths);
     auto* buttons = new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel);
     buttons->button(QDialogButtonBox::Ok)->setText(Tr("OK"));
     buttons->button(QDialogButtonBox::Cancel)->setText(Tr("Cancel"));

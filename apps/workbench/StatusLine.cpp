@@ -25,11 +25,11 @@ CStatusLine::CStatusLine(QStatusBar& bar)
     m_counts->setObjectName(QStringLiteral("errorCounts"));
     m_progress->setMaximumWidth(160);
     m_progress->setTextVisible(false);
-    bar.addPermanentWidget(m_progressText);
-    bar.addPermanentWidget(m_progress);
-    bar.addPermanentWidget(m_counts);
-    bar.addPermanentWidget(m_format);
-    bar.addPermanentWidget(m_caret);
+    for (QLabel* label : {m_progressText, m_counts, m_format, m_caret})
+        label->setContentsMargins(8, 0, 8, 0);
+    for (QWidget* widget :
+         std::initializer_list<QWidget*>{m_progressText, m_progress, m_counts, m_format, m_caret})
+        bar.addPermanentWidget(widget);
     ShowProgress({});
     ShowCounts(0, 0);
 }

@@ -132,6 +132,8 @@ std::set<std::string> KeysInSources()
     for (const char* folder : {"/apps/workbench", "/CodeAnalyzer"})
         for (const auto& entry :
              std::filesystem::recursive_directory_iterator(SOURCE_DIR + std::string(folder))) {
+            if (!entry.is_regular_file())
+                continue;
             std::ifstream file(entry.path());
             const std::string text((std::istreambuf_iterator<char>(file)), {});
             for (auto rows = row.globalMatch(QString::fromStdString(text)); rows.hasNext();)

@@ -1,6 +1,7 @@
 #include "Application/FilePath.h"
 #include "Application/GuiApplication.h"
 
+#include <QLoggingCategory>
 #include <gtest/gtest.h>
 
 int main(int argc, char** argv)
@@ -10,6 +11,8 @@ int main(int argc, char** argv)
     qputenv("CODE_ANALYZER_PLUGIN", PLUGIN_FILE);
     Kesh::Host::InstallFileNameCodec();
     Kesh::Host::CGuiApplication application(argc, argv);
+    // The offscreen platform says of every window that it takes no size hints.
+    QLoggingCategory::setFilterRules(QStringLiteral("qt.qpa.*=false\ndefault.warning=false"));
     QApplication::setStyle(QStringLiteral("Fusion"));
     ::testing::InitGoogleTest(&argc, argv);
     return RUN_ALL_TESTS();

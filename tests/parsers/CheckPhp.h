@@ -1,0 +1,38 @@
+#pragma once
+
+#include "Application/Application.h"
+#include "Application/HeadlessMainFrame.h"
+#include "Application/Settings.h"
+#include "Components/CAErrorsBar.h"
+#include "Components/CAErrorsManager.h"
+#include "LangSupport/Translations.h"
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace Kesh::Tests {
+
+/// Checks PHP texts through the real region source and the real errors store.
+class CPhpCheck
+{
+public:
+    CPhpCheck();
+
+    /// The errors of a text in UTF-8, in the order in which they were reported.
+    std::vector<CodeAnalyzer::SCAError> Errors(std::string_view text);
+    /// The same as "code line:column-line:column", lines and columns 0-based, `w` before a warning's code;
+    /// one space between errors. "<?php " is put before a text that has no tag and does not count in the
+    /// columns of the first line.
+    std::string Check(std::string_view text);
+
+private:
+    Host::CHeadlessMainFrame m_frame;
+    Host::CMemorySettings m_settings;
+    LangSupport::CTranslations m_translations;
+    Host::CApplication m_application{{m_frame, m_settings, m_translations}};
+    CodeAnalyzer::CCAErrorsManager m_manager;
+    CodeAnalyzer::CCAErrorsBar m_bar{&m_application, nullptr, &m_manager};
+};
+
+} // namespace Kesh::Tests
