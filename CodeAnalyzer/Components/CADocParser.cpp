@@ -71,7 +71,7 @@ CCADocParser::~CCADocParser()
         m_application->GetTimerService()->StopTimer(this);
         m_check->ReleaseMarkupCheckers();
     }
-    DropErrorsOutsideProject(m_filePath);
+    DropErrorsOutsideProject();
     m_valid = 0;
 }
 
@@ -140,8 +140,6 @@ bool CCADocParser::BeginCheck()
     }
     // What the last check has posted must not arrive behind the removal.
     m_errorsManager->DeliverPosted();
-    if (path != m_filePath)
-        DropErrorsOutsideProject(m_filePath);
     m_errorsManager->RemoveErrors(path);
     m_busy = 1;
     m_application->GetTimerService()->StopTimer(this);
@@ -204,17 +202,17 @@ boost::shared_ptr<SyntaxParser::ISPDocument> CCADocParser::LockSource() const
     return source;
 }
 
-void CCADocParser::DropErrorsOutsideProject(const std::wstring& path)
+void CCADocParser::DropErrorsOutsideProject()
 {
     try {
         auto component = Base::GetHostComponent<ProjectManager::IPMComponent>(m_application, L"IPMComponent");
         ProjectManager::IProjectManager* pm = component->GetProjectManager();
-        if (pm->IsOpened() && pm->BelongsToProject(path))
+        if (pm->IsOpened() && pm->BelongsToProject(m_filePath))
             return;
     } catch (const Base::CException&) {
         // Without a project manager no file belongs to a project.
     }
-    m_errorsManager->RemoveErrorsMSG(path);
+    m_errorsManager->RemoveErrorsMSG(m_filePath);
 }
 
 } // namespace Kesh::CodeAnalyzer

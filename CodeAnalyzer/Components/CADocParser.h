@@ -67,7 +67,7 @@ private:
     boost::shared_ptr<SyntaxParser::ISPDocument> LockSource() const;
     bool BeginCheck();
     void EndCheck();
-    void DropErrorsOutsideProject(const std::wstring& path);
+    void DropErrorsOutsideProject();
 
     std::int64_t m_valid = 10;
     boost::weak_ptr<SyntaxParser::ISPDocument> m_source;

@@ -70,6 +70,9 @@ private:
     int m_skipToEnd = 0;
     int m_inPhp = 0;
     std::vector<CStatementParser*> m_suspended;
+    bool m_redeliver = false;  ///< the ending region still has to reach what was resumed
+    bool m_delivering = false; ///< a loop that does so runs further down the stack
+    unsigned m_offers = 0;     ///< counts offers, to tell whether a redelivery has made one
 };
 
 } // namespace Kesh::CodeAnalyzer

@@ -18,10 +18,9 @@ void CKeshXMLFormatter::endElement()
     QXmlFormatter::endElement();
     if (--m_depth != 0)
         return;
-    // Opening for writing empties the buffer, so that the next element starts anew.
     m_buffer->close();
     m_elements.push_back(QString::fromUtf8(m_buffer->data()).trimmed().toStdWString());
-    m_buffer->open(QIODevice::WriteOnly);
+    m_buffer->open(QIODevice::WriteOnly | QIODevice::Truncate);
 }
 
 } // namespace Kesh::XML

@@ -21,10 +21,8 @@ constexpr const char* Footer =
     "could not be read.\n"
     "Environment: NO_COLOR turns colours off; CODE_ANALYZER_PLUGIN names another libCodeAnalyzer.so.1.";
 
-constexpr const char* CheckDescription =
-    "Check files and folders.\n"
-    "\n"
-    "In folders, files named *.php, *.phtml, *.inc, *.html, *.htm and *.css are checked; hidden folders,\n"
+constexpr const char* CheckFooter =
+    "\nIn folders, files named *.php, *.phtml, *.inc, *.html, *.htm and *.css are checked; hidden folders,\n"
     "\"vendor\" and \"node_modules\" are left out unless named as a PATH. A named file is always checked, as "
     "PHP\n"
     "when its ending is none of these.\n";
@@ -55,7 +53,8 @@ bool ParseOptions(int argc, char** argv, SOptions& options, int& exitCode)
     app.footer(Footer);
     app.failure_message(CLI::FailureMessage::simple);
 
-    CLI::App* check = app.add_subcommand("check", CheckDescription);
+    CLI::App* check = app.add_subcommand("check", "Check files and folders");
+    check->footer(CheckFooter + std::string(Footer));
     check->add_option("PATH", options.paths, "Files and folders; - is standard input")->required();
     check
         ->add_option("--include", options.include,
@@ -89,6 +88,12 @@ bool ParseOptions(int argc, char** argv, SOptions& options, int& exitCode)
     try {
         app.parse(argc, argv);
     } catch (const CLI::ParseError& error) {
+        if (argc > 1 && argv[1][0] != '-' && app.get_subcommands().empty()) {
+            std::cerr << "code-analyzer: unknown command \"" << argv[1]
+                      << "\"; the commands are check, project, regions and tree (see --help)\n";
+            exitCode = ExitFailed;
+            return false;
+        }
         exitCode = app.exit(error, std::cout, std::cerr) == 0 ? ExitClean : ExitFailed;
         return false;
     }

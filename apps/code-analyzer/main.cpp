@@ -35,6 +35,13 @@ int Run(const SOptions& options)
     return ExitFailed;
 }
 
+/// Qt talks about the machine's set-up, which is no concern of a program without a window.
+void DropQtChatter(QtMsgType type, const QMessageLogContext& /*context*/, const QString& text)
+{
+    if (type == QtCriticalMsg || type == QtFatalMsg)
+        std::fprintf(stderr, "code-analyzer: %s\n", qUtf8Printable(text));
+}
+
 } // namespace
 
 } // namespace Kesh::CommandLine
@@ -51,6 +58,7 @@ int main(int argc, char** argv)
     if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
         qputenv("QT_QPA_PLATFORM", "offscreen");
     Host::InstallFileNameCodec();
+    qInstallMessageHandler(&CommandLine::DropQtChatter);
     int qtArgc = 1; // the rest of the command line is ours, Qt has options of its own
     QApplication application(qtArgc, argv);
 

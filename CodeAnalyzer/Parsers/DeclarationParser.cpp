@@ -1,0 +1,125 @@
+#include "Parsers/DeclarationParser.h"
+
+namespace Kesh::CodeAnalyzer {
+
+using SyntaxParser::CRegion;
+using SyntaxParser::STextChange;
+
+namespace {
+
+constexpr int ExpressionError = 101;
+
+} // namespace
+
+CDeclarationParser::CDeclarationParser(SyntaxParser::CDefRegions* defs,
+                                       boost::shared_ptr<SyntaxParser::IReader> reader, CParentParser* parent)
+    : CContainerParser(defs, reader, parent), m_operandParser(defs, reader, this)
+{
+}
+
+void CDeclarationParser::BeforeParse(const STextChange& change)
+{
+    Start();
+    m_operandParser.BeforeParse(change);
+}
+
+void CDeclarationParser::Start()
+{
+    m_state = KeywordState;
+    m_hasValue = false;
+}
+
+void CDeclarationParser::SetName()
+{
+    m_state = NameState;
+    m_hasValue = false;
+}
+
+void CDeclarationParser::DispathRegion(CRegion* region)
+{
+    if (m_state == ExpressionState) {
+        HandleExpressionState(region);
+        return;
+    }
+    if (IsNonSignificantRegion(region))
+        return;
+    switch (m_state) {
+    case KeywordState: HandleKeywordState(region); break;
+    case NameState: HandleNameState(region); break;
+    case AssignState: HandleAssignState(region); break;
+    default: break;
+    }
+}
+
+// 1: after a name, or after an operand of its value.
+void CDeclarationParser::HandleNameState(CRegion* region)
+{
+    const bool complete = m_hasValue || !NeedsValue();
+    if (complete && IsStatementEnd(region))
+        End(region, 0);
+    else if (complete && IsToken(region, 8))
+        m_state = KeywordState;
+    else if (!m_hasValue && IsToken(region, 14))
+        m_state = AssignState;
+    else if (m_hasValue && ContinuesValue(region))
+        m_state = AssignState;
+    else if (m_hasValue && IsOpening(region, L'('))
+        HandleAssignState(region);
+    else
+        HandleAfterName(region);
+}
+
+// 2: an operand of the value. What is left of an operator, as the `:` of `?:`, is passed by.
+void CDeclarationParser::HandleAssignState(CRegion* region)
+{
+    if (m_operandParser.StatementStartRegion(region))
+        m_state = ExpressionState;
+    else if (region->definition == Php().ExtraDefs[1] || !ContinuesValue(region))
+        Error(region);
+}
+
+// 3: inside an operand.
+void CDeclarationParser::HandleExpressionState(CRegion* region)
+{
+    m_operandParser.DispathRegion(region);
+}
+
+// The region after the operand says how the value goes on.
+void CDeclarationParser::OnStructureEnd(CRegion* region, int /*redispatch*/)
+{
+    m_state = NameState;
+    m_hasValue = true;
+    HandleNameState(region);
+}
+
+bool CDeclarationParser::ContinuesValue(CRegion* region)
+{
+    const auto& php = Php();
+    if (IsToken(region, 21) || IsToken(region, 11) || IsToken(region, 9))
+        return true;
+    if (IsToken(region, 2))
+        return IsKeyword(region, L"and") || IsKeyword(region, L"or") || IsKeyword(region, L"xor") ||
+               IsKeyword(region, L"instanceof");
+    return region->definition == php.TokenDefs[1];
+}
+
+bool CDeclarationParser::IsTypePart(CRegion* region)
+{
+    return IsWord(region) || IsToken(region, 2) || IsSymbol(region, L"?") || IsSymbol(region, L"|") ||
+           IsSymbol(region, L"&") || IsSymbol(region, L"\\") || IsOpening(region, L'(') ||
+           IsClosing(region, L')');
+}
+
+void CDeclarationParser::End(CRegion* region, int redispatch)
+{
+    m_state = KeywordState;
+    m_parent->OnStructureEnd(region, redispatch);
+}
+
+void CDeclarationParser::Error(CRegion* region)
+{
+    m_state = KeywordState;
+    m_parent->OnStructureError(ExpressionError, region, 1);
+}
+
+} // namespace Kesh::CodeAnalyzer

@@ -1,0 +1,183 @@
+#include "Base/CommonString.h"
+#include "Parsers/ExpressionStatementParser.h"
+
+#include <algorithm>
+#include <initializer_list>
+
+namespace Kesh::CodeAnalyzer {
+
+using Base::CCommonString;
+using SyntaxParser::CRegion;
+using SyntaxParser::SScheme;
+
+namespace {
+
+using TTexts = std::initializer_list<std::wstring_view>;
+
+bool IsOneOf(std::wstring_view text, TTexts texts)
+{
+    return std::find(texts.begin(), texts.end(), text) != texts.end();
+}
+
+bool LowersToOneOf(std::wstring_view text, TTexts texts)
+{
+    return std::any_of(texts.begin(), texts.end(),
+                       [text](std::wstring_view lower) { return CCommonString::LowersTo(text, lower); });
+}
+
+constexpr int OpenBracketPriority = 10;
+
+} // namespace
+
+int CExpressionStatementParser::IsBinaryOperator(CRegion* region)
+{
+    if (IsToken(region, 1))
+        return IsOneOf(Text(region).Trimmed(), {L"||", L"&&", L"==", L"===", L"!=", L"!==", L"<>", L">", L"<",
+                                                L">=", L"<=", L"?", L":"});
+    if (IsToken(region, 21))
+        return true;
+    // The words in capitals can never equal a lowered text; they belong to the list all the same.
+    if (IsToken(region, 2) || IsToken(region, 19))
+        return LowersToOneOf(Text(region).Trimmed(),
+                             {L"instanceof", L"and", L"AND", L"or", L"OR", L"xor", L"XOR"});
+    return false;
+}
+
+int CExpressionStatementParser::IsBinaryOperatorCanBeAssign(CRegion* region)
+{
+    if (IsToken(region, 1))
+        return IsOneOf(Text(region).Trimmed(),
+                       {L"+", L"-", L"*", L"/", L"%", L"&", L"|", L"^", L"<<", L">>", L"**"});
+    return IsToken(region, 21);
+}
+
+int CExpressionStatementParser::IsPrefixOperator(CRegion* region)
+{
+    if (IsToken(region, 1))
+        return IsOneOf(Text(region).Trimmed(), {L"++", L"--", L"!", L"-", L"+", L"~", L"@", L"&"});
+    if (IsToken(region, 15))
+        return true;
+    // In lower case only.
+    if (IsToken(region, 2) || IsToken(region, 19))
+        return Text(region).Trimmed() == L"clone";
+    return false;
+}
+
+int CExpressionStatementParser::IsSuffixOperator(CRegion* region)
+{
+    return IsToken(region, 1) && IsOneOf(Text(region).Trimmed(), {L"++", L"--"});
+}
+
+int CExpressionStatementParser::IsFuncStyleKeyword(CRegion* region)
+{
+    return IsToken(region, 2) &&
+           LowersToOneOf(Text(region).Trimmed(), {L"isset", L"empty", L"eval", L"list", L"unset"});
+}
+
+int CExpressionStatementParser::IsNoNeedParamsFuncKeyword(CRegion* region)
+{
+    if (IsToken(region, 16))
+        return true;
+    if (IsToken(region, 2) || IsToken(region, 19) || region->definition == Php().ExtraDefs[3])
+        return LowersToOneOf(Text(region).Trimmed(), {L"exit", L"echo", L"print", L"die", L"continue"});
+    return false;
+}
+
+int CExpressionStatementParser::IsTypeRegion(CRegion* region)
+{
+    if (!IsToken(region, 19) && !IsToken(region, 2))
+        return false;
+    return LowersToOneOf(Text(region).Trimmed(),
+                         {L"int", L"integer", L"float", L"double", L"real", L"string", L"object", L"array",
+                          L"bool", L"boolean", L"binary", L"unset"});
+}
+
+int CExpressionStatementParser::GetOperatorPriority(std::wstring_view op)
+{
+    if (op == L"=")
+        return 1;
+    if (IsOneOf(op, {L"+", L"-", L"||"}))
+        return 5;
+    if (IsOneOf(op, {L"*", L"/", L"&&"}))
+        return 6;
+    if (IsOneOf(op, {L"(", L"["}))
+        return OpenBracketPriority;
+    return -1;
+}
+
+void CExpressionStatementParser::AddOperator(CRegion* region)
+{
+    AddOperator(Text(region).Trimmed());
+}
+
+void CExpressionStatementParser::AddOperator(std::wstring_view op)
+{
+    auto& operators = m_data.operators;
+    auto& operands = m_data.operands;
+    if (op != L")" && op != L"]") {
+        const int priority = GetOperatorPriority(op);
+        while (!operators.empty() && operands.size() >= 2) {
+            const int top = operators.back().second;
+            if (top >= OpenBracketPriority || priority > top)
+                break;
+            ReduceOnce();
+        }
+        operators.emplace_back(op, priority);
+        return;
+    }
+
+    const std::wstring_view opener = op == L")" ? L"(" : L"[";
+    bool reduced = false;
+    while (!operators.empty() && operands.size() >= 2 && operators.back().first != opener) {
+        ReduceOnce();
+        reduced = true;
+    }
+    if (operators.empty())
+        return;
+    if (operators.back().first == opener)
+        operators.pop_back();
+    if (op == L"]" && reduced && !operands.empty())
+        operands.pop_back();
+    if (!operands.empty()) {
+        m_data.currentOperand = operands.back();
+        operands.pop_back();
+    }
+}
+
+void CExpressionStatementParser::AddBinaryOperator(CRegion* region)
+{
+    PushOperand();
+    AddOperator(region);
+}
+
+void CExpressionStatementParser::PushOperand()
+{
+    if (!m_data.startRecorded)
+        return;
+    m_data.operands.push_back({m_data.start.start, m_data.lastEnd});
+    m_data.startRecorded = false;
+}
+
+void CExpressionStatementParser::ReduceOnce()
+{
+    auto& operands = m_data.operands;
+    const SScheme right = operands.back();
+    operands.pop_back();
+    const SScheme left = operands.back();
+    operands.back().end = right.end;
+    m_data.subExpressions.push_back({left, right, std::move(m_data.operators.back().first)});
+    m_data.operators.pop_back();
+}
+
+// A `,` or `=>` ends an element: its operations are reduced and its operand is nobody's.
+void CExpressionStatementParser::EndElement()
+{
+    PushOperand();
+    const std::size_t outside = m_data.brackets.empty() ? 0 : m_data.brackets.back().operandsOutside;
+    while (m_data.operands.size() >= outside + 2 && !m_data.operators.empty() &&
+           m_data.operators.back().second < OpenBracketPriority)
+        ReduceOnce();
+    m_data.operands.resize(std::min(outside, m_data.operands.size()));
+}
+
+} // namespace Kesh::CodeAnalyzer

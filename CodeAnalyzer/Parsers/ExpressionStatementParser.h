@@ -1,0 +1,135 @@
+#pragma once
+
+#include "Parsers/AnonymousClassParser.h"
+#include "Parsers/AnonymousFunctionParser.h"
+#include "Parsers/ExpressionData.h"
+#include "Parsers/StatementParser.h"
+
+namespace Kesh::CodeAnalyzer {
+
+/// One PHP expression statement: an assignment, a call, `echo` and its like, `return`, `break`, array
+/// literals, strings, numbers, casts and member chains. Base of the parsers for expressions inside other
+/// statements, which differ in where an expression ends.
+class CExpressionStatementParser : public CStatementParser, public CParentParser
+{
+public:
+    CExpressionStatementParser(SyntaxParser::CDefRegions* defs,
+                               boost::shared_ptr<SyntaxParser::IReader> reader, CParentParser* parent);
+
+    void DispathRegion(SyntaxParser::CRegion* region) override;
+    int StatementStartRegion(SyntaxParser::CRegion* region) override;
+    void BeforeParse(const SyntaxParser::STextChange& change) override;
+    void RestoreForContinue() override;
+    void OnError() override;
+
+    void OnStructureEnd(SyntaxParser::CRegion* region, int redispatch) override;
+    void OnParsingContinue(SyntaxParser::CRegion* region, int offer) override;
+    void OnStructureError(int code, SyntaxParser::CRegion* region, int skipToEnd) override;
+    void AddErrors(const std::vector<SCAError>& errors) override;
+
+    /// The operations recorded for the last expression, in the order in which they were reduced.
+    const std::vector<SSubExpr>& GetSubExpressions() const { return m_data.subExpressions; }
+
+protected:
+    /// Whether the expression ends at this region; asked while no bracket is open.
+    virtual int IsTerminalRegion(SyntaxParser::CRegion* region);
+    virtual void HandleBinarOpState(SyntaxParser::CRegion* region);
+    virtual void HandleChainState(SyntaxParser::CRegion* region);
+
+    void DoExpressionEnd(SyntaxParser::CRegion* region);
+    void DoExpressionError(int code, SyntaxParser::CRegion* region, int skip);
+
+    // The region tests.
+    int IsBinaryOperator(SyntaxParser::CRegion* region);
+    int IsBinaryOperatorCanBeAssign(SyntaxParser::CRegion* region);
+    int IsPrefixOperator(SyntaxParser::CRegion* region);
+    int IsSuffixOperator(SyntaxParser::CRegion* region);
+    int IsFuncStyleKeyword(SyntaxParser::CRegion* region);
+    int IsNoNeedParamsFuncKeyword(SyntaxParser::CRegion* region);
+    int IsTypeRegion(SyntaxParser::CRegion* region);
+
+    // The operators.
+    static int GetOperatorPriority(std::wstring_view op);
+    void AddOperator(SyntaxParser::CRegion* region);
+    void AddOperator(std::wstring_view op);
+
+    /// Opens `[` after an operand; the index follows.
+    void OpenIndex(SyntaxParser::CRegion* region);
+    bool AnyBracketOpen() const { return !m_data.brackets.empty(); }
+    void AddBinaryOperator(SyntaxParser::CRegion* region);
+    void Reset(SyntaxParser::CRegion* region);
+    void SetState(int state);
+
+    SExpressionData m_data;
+
+private:
+    void HandleAssignExprState(SyntaxParser::CRegion* region);
+    void HandleAfterWordStartState(SyntaxParser::CRegion* region);
+    void HandleUOperandState(SyntaxParser::CRegion* region);
+    void HandleBinarAssignOpState(SyntaxParser::CRegion* region);
+    void HandleFuncCallStartState(SyntaxParser::CRegion* region);
+    void HandlePseudoFuncCallStartState(SyntaxParser::CRegion* region);
+    void HandleFuncCallParamsState(SyntaxParser::CRegion* region);
+    void HandleFuncCallNoBrParamsState(SyntaxParser::CRegion* region);
+    void HandleFuncState(SyntaxParser::CRegion* region);
+    void HandleChainArrowState(SyntaxParser::CRegion* region);
+    void HandleNumberState(SyntaxParser::CRegion* region);
+    void HandleFloatCommaNumberState(SyntaxParser::CRegion* region);
+    void HandleExpNumberState(SyntaxParser::CRegion* region);
+    void HandleNumberDotState(SyntaxParser::CRegion* region);
+    void HandleDottedNumberState(SyntaxParser::CRegion* region);
+    void HandleStringState(SyntaxParser::CRegion* region);
+    void HandleBacktickState(SyntaxParser::CRegion* region);
+    void HandleStringEndState(SyntaxParser::CRegion* region);
+    void HandleDotState(SyntaxParser::CRegion* region);
+    void HandleArrayState(SyntaxParser::CRegion* region);
+    void HandleArrayKeyState(SyntaxParser::CRegion* region);
+    void HandleOpenRoundBrState(SyntaxParser::CRegion* region);
+    void HandleTypeOperatorState(SyntaxParser::CRegion* region);
+    void HandleArrayTypeOperatorState(SyntaxParser::CRegion* region);
+    void HandleReturnState(SyntaxParser::CRegion* region);
+    void HandleBreakState(SyntaxParser::CRegion* region);
+    void HandleBreakArgState(SyntaxParser::CRegion* region);
+    void HandleBreakAfterArgState(SyntaxParser::CRegion* region);
+    void HandleStreamState(SyntaxParser::CRegion* region);
+    void HandleDollarState(SyntaxParser::CRegion* region);
+    void HandleVarDollarState(SyntaxParser::CRegion* region);
+    void HandleMayBeFuncCallState(SyntaxParser::CRegion* region);
+
+    void HandleOperandDue(SyntaxParser::CRegion* region);
+    void HandleComma(SyntaxParser::CRegion* region);
+    void HandleKeyArrow(SyntaxParser::CRegion* region);
+    void HandleClosing(SyntaxParser::CRegion* region);
+    void HandleClosingRound(SyntaxParser::CRegion* region);
+    void HandleUnexpected(SyntaxParser::CRegion* region);
+    /// Notes what it skips, so that a missing `;` can be told from a stray operand.
+    bool IsIgnored(SyntaxParser::CRegion* region);
+    void NoteRegion(SyntaxParser::CRegion* region);
+    void NoteArgument(SyntaxParser::CRegion* region);
+    void NoteFunction(SyntaxParser::CRegion* region);
+
+    void Open(SyntaxParser::CRegion* region, EBracket kind);
+    void OpenRound(SyntaxParser::CRegion* region, EBracket kind);
+    void OpenArrayConstruct(SyntaxParser::CRegion* region);
+    void OpenArrayLiteral(SyntaxParser::CRegion* region);
+    void OpenBrace(SyntaxParser::CRegion* region, EBracket kind);
+    void CloseSquare(SyntaxParser::CRegion* region);
+    void CloseRound(SyntaxParser::CRegion* region);
+    void Close(SyntaxParser::CRegion* region);
+    bool InnermostIs(EBracket kind) const;
+    bool InArray() const { return m_data.arrayConstructs > 0 || m_data.squareArrays > 0; }
+    void StartEmbedded(SyntaxParser::CRegion* region, int kind);
+
+    void PushOperand();
+    void ReduceOnce();
+    void EndElement();
+
+    void SaveDataToStack();
+    void LoadDataFromStack();
+
+    std::vector<SExpressionData> m_dataStack;
+    CAnonymousFunctionParser m_functionParser;
+    CAnonymousClassParser m_classParser;
+};
+
+} // namespace Kesh::CodeAnalyzer

@@ -1,0 +1,710 @@
+#include "Base/CommonString.h"
+#include "Parsers/ExpressionStatementParser.h"
+
+namespace Kesh::CodeAnalyzer {
+
+using Base::CCommonString;
+using SyntaxParser::CRegion;
+
+namespace {
+
+constexpr int ExpressionError = 101;
+constexpr int MissingSemicolon = 102;
+
+} // namespace
+
+// 0: the right side after `=`.
+void CExpressionStatementParser::HandleAssignExprState(CRegion* region)
+{
+    if (IsIgnored(region))
+        return;
+    SetState(UOperandState);
+    HandleUOperandState(region);
+}
+
+// 1: after a word that began the statement.
+void CExpressionStatementParser::HandleAfterWordStartState(CRegion* region)
+{
+    if (IsIgnored(region))
+        return;
+    if (IsTerminalRegion(region) || IsSymbol(region, L":")) { // a constant; the label of a `goto`
+        DoExpressionEnd(region);
+        return;
+    }
+    SetState(ChainState);
+    CExpressionStatementParser::HandleChainState(region);
+}
+
+// 2: an operand.
+void CExpressionStatementParser::HandleUOperandState(CRegion* region)
+{
+    const auto& php = Php();
+    if (!m_data.startRecorded && !IsIgnored(region)) {
+        m_data.start = {region->start, region->end};
+        m_data.startRecorded = true;
+    }
+
+    if (IsNoNeedParamsFuncKeyword(region)) {
+        SetState(FuncCallStartState);
+        NoteArgument(region);
+    } else if (region->definition == php.ExtraDefs[3] || IsFuncStyleKeyword(region)) {
+        SetState(FuncState);
+        NoteFunction(region);
+    } else if (region->definition == php.VarDefs[2]) {
+        SetState(VarDollarState);
+    } else if (region->definition == php.VarDefs[3]) {
+        SetState(ChainState);
+    } else if (IsToken(region, 20)) {
+        SetState(NumberState);
+    } else if (IsToken(region, 5)) {
+        SetState(StringState);
+    } else if (IsToken(region, 1) && LastChar(region) == L'`') {
+        SetState(BacktickState);
+    } else if (IsClosing(region, L']') &&
+               (InnermostIs(EBracket::Index) || InnermostIs(EBracket::ArrayLiteral))) {
+        CloseSquare(region);
+        SetState(ChainState);
+    } else if (IsOpening(region, L'(')) {
+        OpenRound(region, EBracket::Group);
+        SetState(OpenRoundBrState);
+    } else if (IsOpening(region, L'{')) {
+        OpenBrace(region, EBracket::Brace);
+    } else if (IsOpening(region, L'[')) {
+        OpenArrayLiteral(region);
+        SetState(ArrayKeyState);
+    } else if (IsPrefixOperator(region)) {
+        // another operand state
+    } else if (IsToken(region, 2)) {
+        const CText text = Text(region);
+        if (CCommonString::LowersTo(text.Trimmed(), L"array")) {
+            ++m_data.arrayConstructs;
+            SetState(ArrayState);
+        } else if (IsExpressionKeyword(text.Trimmed())) {
+            SetState(MayBeFuncCallState);
+        } else {
+            DoExpressionError(ExpressionError, region, 1);
+            return;
+        }
+    } else if (IsWord(region)) {
+        SetState(MayBeFuncCallState);
+    } else if (IsToken(region, 1)) {
+        if (IsSymbol(region, L"<<<"))
+            SetState(StreamState);
+        else if (IsSymbol(region, L"$"))
+            SetState(DollarState);
+    } else if (region->definition == php.ExtraDefs[1]) {
+        StartEmbedded(region, 0);
+    } else if (region->definition == php.ClassDefs[1]) {
+        StartEmbedded(region, 1);
+    } else if (IsToken(region, 21)) {
+        SetState(DotState);
+    } else if (IsNonSignificantRegion(region)) {
+        return;
+    } else {
+        DoExpressionError(ExpressionError, region, 1);
+        return;
+    }
+    NoteRegion(region);
+}
+
+// 3: an operator after an operand.
+void CExpressionStatementParser::HandleBinarOpState(CRegion* region)
+{
+    if (IsIgnored(region))
+        return;
+    if (!AnyBracketOpen() && IsTerminalRegion(region)) {
+        DoExpressionEnd(region);
+        return;
+    }
+    if (IsBinaryOperatorCanBeAssign(region)) {
+        AddBinaryOperator(region);
+        SetState(BinarAssignOpState);
+    } else if (IsBinaryOperator(region)) {
+        AddBinaryOperator(region);
+        SetState(UOperandState);
+    } else if (IsToken(region, 8)) {
+        HandleComma(region);
+        return;
+    } else if (IsToken(region, 11)) {
+        HandleKeyArrow(region);
+        return;
+    } else if (IsToken(region, 4)) {
+        HandleClosing(region);
+        return;
+    } else if (IsToken(region, 14)) {
+        AddBinaryOperator(region);
+        SetState(AssignExprState);
+    } else if (IsToken(region, 9) || IsSymbol(region, L"::")) {
+        SetState(ChainArrowState);
+    } else if (IsOpening(region, L'(') || IsOpening(region, L'[')) {
+        SetState(ChainState);
+        CExpressionStatementParser::HandleChainState(region);
+    } else {
+        HandleUnexpected(region);
+        return;
+    }
+    NoteRegion(region);
+}
+
+void CExpressionStatementParser::HandleComma(CRegion* region)
+{
+    const bool inList = InnermostIs(EBracket::Call) || InnermostIs(EBracket::List) ||
+                        InnermostIs(EBracket::ArrayCall) || InnermostIs(EBracket::ArrayLiteral) ||
+                        InnermostIs(EBracket::MatchBody);
+    if (inList) {
+        EndElement();
+        m_data.keyArrowSeen = false;
+        SetState(ArrayKeyState);
+    } else if (!AnyBracketOpen() && m_data.commaAllowed) {
+        EndElement();
+        SetState(UOperandState);
+    } else {
+        DoExpressionError(ExpressionError, region, 1);
+        return;
+    }
+    NoteRegion(region);
+}
+
+void CExpressionStatementParser::HandleKeyArrow(CRegion* region)
+{
+    if (InArray()) {
+        if (m_data.keyArrowSeen) {
+            DoExpressionError(ExpressionError, region, 1);
+            return;
+        }
+        m_data.keyArrowSeen = true;
+    }
+    EndElement();
+    SetState(UOperandState);
+    NoteRegion(region);
+}
+
+void CExpressionStatementParser::HandleClosing(CRegion* region)
+{
+    const wchar_t bracket = LastChar(region);
+    if (bracket == L')') {
+        HandleClosingRound(region);
+        return;
+    }
+    if (bracket == L'}') {
+        if (m_data.braceDepth == 0)
+            return;
+        if (!InnermostIs(EBracket::Brace) && !InnermostIs(EBracket::MatchBody)) {
+            DoExpressionError(ExpressionError, region, 1);
+            return;
+        }
+        Close(region);
+        --m_data.braceDepth;
+    } else {
+        if (!InnermostIs(EBracket::Index) && !InnermostIs(EBracket::ArrayLiteral)) {
+            DoExpressionError(ExpressionError, region, 1);
+            return;
+        }
+        CloseSquare(region);
+    }
+    SetState(ChainState);
+    NoteRegion(region);
+}
+
+void CExpressionStatementParser::HandleClosingRound(CRegion* region)
+{
+    if (!AnyBracketOpen()) { // it belongs to the statement around the expression
+        DoExpressionEnd(region);
+        return;
+    }
+    switch (m_data.brackets.back().kind) {
+    case EBracket::Group:
+    case EBracket::Call:
+    case EBracket::List:
+    case EBracket::ArrayCall:
+    case EBracket::MatchHead: break;
+    default: DoExpressionError(ExpressionError, region, 1); return;
+    }
+    CloseRound(region);
+    SetState(ChainState);
+    NoteRegion(region);
+}
+
+// What follows an operand on a later line, or is a keyword, starts the next statement: only the `;` is
+// missing.
+void CExpressionStatementParser::HandleUnexpected(CRegion* region)
+{
+    const bool nextStatement = m_data.lineBreakSeen || IsToken(region, 2);
+    if (!AnyBracketOpen() && nextStatement)
+        DoExpressionError(MissingSemicolon, region, 0);
+    else
+        DoExpressionError(ExpressionError, region, IsOpening(region, L'{') ? 0 : 1);
+}
+
+// 4: after an operator that a `=` may complete.
+void CExpressionStatementParser::HandleBinarAssignOpState(CRegion* region)
+{
+    if (IsToken(region, 14)) {
+        SetState(AssignExprState);
+        NoteRegion(region);
+        return;
+    }
+    SetState(UOperandState);
+    HandleUOperandState(region);
+}
+
+// 5: inside an expression, after a word that takes an argument with or without brackets.
+void CExpressionStatementParser::HandleFuncCallStartState(CRegion* region)
+{
+    if (IsIgnored(region))
+        return;
+    if (IsOpening(region, L'(')) {
+        OpenRound(region, EBracket::Call);
+        m_data.operandDue = true;
+        SetState(FuncCallParamsState);
+        NoteRegion(region);
+        return;
+    }
+    SetState(FuncCallNoBrParamsState);
+    HandleFuncCallNoBrParamsState(region);
+}
+
+// 6: after `echo` and its like at the start of a statement.
+void CExpressionStatementParser::HandlePseudoFuncCallStartState(CRegion* region)
+{
+    if (IsIgnored(region))
+        return;
+    SetState(FuncCallNoBrParamsState);
+    HandleFuncCallNoBrParamsState(region);
+}
+
+// 7: after the `(` of such a word: a cast, or arguments.
+void CExpressionStatementParser::HandleFuncCallParamsState(CRegion* region)
+{
+    if (IsIgnored(region))
+        return;
+    if (IsTypeRegion(region)) {
+        m_data.operandDue = false;
+        SetState(TypeOperatorState);
+        NoteRegion(region);
+        return;
+    }
+    SetState(FuncState);
+    HandleFuncState(region);
+}
+
+// 8: the argument without brackets, or none.
+void CExpressionStatementParser::HandleFuncCallNoBrParamsState(CRegion* region)
+{
+    if (IsIgnored(region))
+        return;
+    SetState(ChainState);
+    if (m_data.argument == EArgument::InBrackets) {
+        CExpressionStatementParser::HandleChainState(region);
+        return;
+    }
+    const bool none =
+        (!AnyBracketOpen() && IsTerminalRegion(region)) || IsToken(region, 4) || IsToken(region, 8);
+    if (!none) {
+        m_data.operandDue = true;
+        HandleOperandDue(region);
+    } else if (m_data.argument == EArgument::Required) {
+        DoExpressionError(ExpressionError, region, 1);
+    } else {
+        CExpressionStatementParser::HandleChainState(region);
+    }
+}
+
+// 9: the `(` of a call.
+void CExpressionStatementParser::HandleFuncState(CRegion* region)
+{
+    if (IsIgnored(region))
+        return;
+    if (m_data.operandDue) {
+        SetState(ChainState);
+        HandleOperandDue(region);
+    } else if (IsOpening(region, L'(')) {
+        OpenRound(region, m_data.nextCall);
+        m_data.nextCall = EBracket::Call;
+        m_data.operandDue = true;
+        SetState(ChainState);
+        NoteRegion(region);
+    } else if (region->definition == Php().ExtraDefs[1]) {
+        StartEmbedded(region, 0);
+    } else if (region->definition == Php().ClassDefs[1]) {
+        StartEmbedded(region, 1);
+    } else {
+        DoExpressionError(ExpressionError, region, 1);
+    }
+}
+
+// 10: after a complete operand.
+void CExpressionStatementParser::HandleChainState(CRegion* region)
+{
+    if (IsIgnored(region))
+        return;
+    if (IsToken(region, 9) || IsSymbol(region, L"::")) {
+        SetState(ChainArrowState);
+    } else if (IsOpening(region, L'[')) {
+        OpenIndex(region);
+        SetState(UOperandState);
+    } else if (IsOpening(region, L'(')) {
+        SetState(FuncState);
+        HandleFuncState(region);
+        return;
+    } else if (IsOpening(region, L'{') && m_data.matchHead) {
+        m_data.matchHead = false;
+        OpenBrace(region, EBracket::MatchBody);
+        m_data.operandDue = true;
+    } else if (IsOpening(region, L'{') && m_data.indexable) {
+        OpenBrace(region, EBracket::Brace);
+        SetState(UOperandState);
+    } else if (IsSymbol(region, L"\\")) {
+        SetState(UOperandState);
+    } else {
+        m_data.matchHead = false;
+        SetState(BinarOpState);
+        if (!IsSuffixOperator(region)) {
+            HandleBinarOpState(region);
+            return;
+        }
+    }
+    NoteRegion(region);
+}
+
+// 10, where a list has just opened: its first operand or its end. `...` spreads an operand or stands for all.
+void CExpressionStatementParser::HandleOperandDue(CRegion* region)
+{
+    if (IsIgnored(region) || IsSymbol(region, L"..."))
+        return;
+    m_data.operandDue = false;
+    if (IsToken(region, 4) || (IsToken(region, 8) && InnermostIs(EBracket::List))) {
+        SetState(BinarOpState);
+        HandleBinarOpState(region);
+    } else {
+        SetState(UOperandState);
+        HandleUOperandState(region);
+    }
+}
+
+// 11: the member name.
+void CExpressionStatementParser::HandleChainArrowState(CRegion* region)
+{
+    if (IsIgnored(region))
+        return;
+    const auto& php = Php();
+    if (region->definition == php.VarDefs[3]) {
+        SetState(ChainState);
+    } else if (IsWord(region) || IsToken(region, 2)) {
+        SetState(ChainState);
+        NoteRegion(region);
+        m_data.indexable = true;
+        return;
+    } else if (region->definition == php.ExtraDefs[3]) {
+        SetState(FuncState);
+    } else if (IsOpening(region, L'{') || region->definition == php.VarDefs[2] || IsSymbol(region, L"$")) {
+        SetState(UOperandState);
+        HandleUOperandState(region);
+        return;
+    } else {
+        DoExpressionError(ExpressionError, region, 1);
+        return;
+    }
+    NoteRegion(region);
+}
+
+// 12: after a number.
+void CExpressionStatementParser::HandleNumberState(CRegion* region)
+{
+    if (IsIgnored(region))
+        return;
+    if (IsToken(region, 21)) {
+        AddBinaryOperator(region);
+        SetState(NumberDotState);
+        NoteRegion(region);
+    } else if (IsRegion(region, Php().TokenDefs[19], L"e", 1)) {
+        SetState(FloatCommaNumberState);
+        NoteRegion(region);
+    } else if (IsOpening(region, L'(') || IsOpening(region, L'[')) { // a number is neither called nor indexed
+        DoExpressionError(ExpressionError, region, 1);
+    } else {
+        SetState(BinarOpState);
+        HandleBinarOpState(region);
+    }
+}
+
+// 13: the exponent, with or without a sign.
+void CExpressionStatementParser::HandleFloatCommaNumberState(CRegion* region)
+{
+    if (IsSymbol(region, L"+") || IsSymbol(region, L"-"))
+        return;
+    if (!IsToken(region, 20)) {
+        DoExpressionError(ExpressionError, region, 1);
+        return;
+    }
+    SetState(ExpNumberState);
+    NoteRegion(region);
+}
+
+// 14: after the exponent.
+void CExpressionStatementParser::HandleExpNumberState(CRegion* region)
+{
+    SetState(BinarOpState);
+    HandleBinarOpState(region);
+}
+
+// 15: a `.` after a number.
+void CExpressionStatementParser::HandleNumberDotState(CRegion* region)
+{
+    if (IsIgnored(region))
+        return;
+    if (IsToken(region, 20)) {
+        SetState(DottedNumberState);
+        NoteRegion(region);
+        return;
+    }
+    SetState(UOperandState);
+    HandleUOperandState(region);
+}
+
+// 16: digits after it.
+void CExpressionStatementParser::HandleDottedNumberState(CRegion* region)
+{
+    if (IsIgnored(region))
+        return;
+    if (IsRegion(region, Php().TokenDefs[19], L"e", 1)) {
+        SetState(FloatCommaNumberState);
+        return;
+    }
+    SetState(BinarOpState);
+    HandleBinarOpState(region);
+}
+
+// 17: inside a string.
+void CExpressionStatementParser::HandleStringState(CRegion* region)
+{
+    if (!IsToken(region, 7))
+        return;
+    SetState(BinarOpState);
+    NoteRegion(region);
+}
+
+// 18: inside a backquoted command.
+void CExpressionStatementParser::HandleBacktickState(CRegion* region)
+{
+    if (!IsToken(region, 1) || LastChar(region) != L'`')
+        return;
+    SetState(BinarOpState);
+    NoteRegion(region);
+}
+
+// 19: at the end of a string; no state leads here.
+void CExpressionStatementParser::HandleStringEndState(CRegion* region)
+{
+    if (IsToken(region, 21))
+        SetState(BinarOpState);
+}
+
+// 20: a `.` where an operand was due.
+void CExpressionStatementParser::HandleDotState(CRegion* region)
+{
+    if (IsIgnored(region))
+        return;
+    if (IsToken(region, 5)) {
+        SetState(StringState);
+        NoteRegion(region);
+        return;
+    }
+    SetState(BinarOpState);
+    if (IsToken(region, 20))
+        NoteRegion(region);
+    else
+        HandleBinarOpState(region);
+}
+
+// 21: the `(` after "array".
+void CExpressionStatementParser::HandleArrayState(CRegion* region)
+{
+    if (IsIgnored(region))
+        return;
+    if (!IsOpening(region, L'(')) {
+        DoExpressionError(ExpressionError, region, 1);
+        return;
+    }
+    OpenArrayConstruct(region);
+    SetState(ArrayKeyState);
+    NoteRegion(region);
+}
+
+// 22: an element of an array or a list, or the end after a trailing `,`.
+void CExpressionStatementParser::HandleArrayKeyState(CRegion* region)
+{
+    if (IsIgnored(region) || IsSymbol(region, L"..."))
+        return;
+    if (IsToken(region, 4)) {
+        SetState(BinarOpState);
+        HandleBinarOpState(region);
+    } else if (IsToken(region, 8)) { // only what may be taken apart has empty places
+        if (!InnermostIs(EBracket::ArrayLiteral) && !InnermostIs(EBracket::List))
+            DoExpressionError(ExpressionError, region, 1);
+    } else if (IsToken(region, 11) || IsStatementEnd(region)) {
+        DoExpressionError(ExpressionError, region, 1);
+    } else {
+        SetState(UOperandState);
+        HandleUOperandState(region);
+    }
+}
+
+// 23: after `(`: a cast type or an expression.
+void CExpressionStatementParser::HandleOpenRoundBrState(CRegion* region)
+{
+    if (IsIgnored(region))
+        return;
+    if (!IsTypeRegion(region)) {
+        SetState(UOperandState);
+        HandleUOperandState(region);
+        return;
+    }
+    const CText text = Text(region);
+    SetState(CCommonString::LowersTo(text.Trimmed(), L"array") ? ArrayTypeOperatorState : TypeOperatorState);
+    m_data.start = {region->start, region->end};
+    m_data.startRecorded = true;
+    NoteRegion(region);
+}
+
+// 24: the `)` of a cast; anything else shows that the type name was a name.
+void CExpressionStatementParser::HandleTypeOperatorState(CRegion* region)
+{
+    if (IsIgnored(region))
+        return;
+    if (IsClosing(region, L')')) {
+        CloseRound(region);
+        SetState(UOperandState);
+        NoteRegion(region);
+        return;
+    }
+    SetState(BinarOpState);
+    HandleBinarOpState(region);
+}
+
+// 25: the `)` of an array cast, or the `(` of an array in brackets.
+void CExpressionStatementParser::HandleArrayTypeOperatorState(CRegion* region)
+{
+    if (IsIgnored(region))
+        return;
+    if (IsClosing(region, L')')) {
+        CloseRound(region);
+        SetState(UOperandState);
+    } else if (IsOpening(region, L'(')) {
+        ++m_data.arrayConstructs;
+        OpenArrayConstruct(region);
+        SetState(ArrayKeyState);
+    } else {
+        DoExpressionError(ExpressionError, region, 1);
+        return;
+    }
+    NoteRegion(region);
+}
+
+// 26: after "return".
+void CExpressionStatementParser::HandleReturnState(CRegion* region)
+{
+    if (IsIgnored(region))
+        return;
+    if (IsTerminalRegion(region)) {
+        DoExpressionEnd(region);
+        return;
+    }
+    SetState(UOperandState);
+    HandleUOperandState(region);
+}
+
+// 27: after "break".
+void CExpressionStatementParser::HandleBreakState(CRegion* region)
+{
+    if (IsIgnored(region))
+        return;
+    if (IsTerminalRegion(region))
+        DoExpressionEnd(region);
+    else if (IsOpening(region, L'('))
+        SetState(BreakArgState);
+    else if (IsToken(region, 20) || region->definition == Php().VarDefs[3]) // old PHP took a variable
+        SetState(BreakAfterArgState);
+    else
+        DoExpressionError(MissingSemicolon, region, m_data.lineBreakSeen || IsToken(region, 2) ? 0 : 1);
+}
+
+// 28: the level in brackets.
+void CExpressionStatementParser::HandleBreakArgState(CRegion* region)
+{
+    if (IsIgnored(region))
+        return;
+    if (IsToken(region, 20) || region->definition == Php().VarDefs[3])
+        SetState(BreakAfterArgState);
+    else
+        DoExpressionError(ExpressionError, region, 1);
+}
+
+// 29: after the level.
+void CExpressionStatementParser::HandleBreakAfterArgState(CRegion* region)
+{
+    if (IsTerminalRegion(region))
+        DoExpressionEnd(region);
+}
+
+// 30: inside a here-document, which is one region.
+void CExpressionStatementParser::HandleStreamState(CRegion* region)
+{
+    if (!IsToken(region, 18)) {
+        DoExpressionError(MissingSemicolon, region, 1);
+        return;
+    }
+    SetState(BinarOpState);
+    NoteRegion(region);
+}
+
+// 31: after a lone "$".
+void CExpressionStatementParser::HandleDollarState(CRegion* region)
+{
+    if (IsIgnored(region) || IsSymbol(region, L"$"))
+        return;
+    if (IsOpening(region, L'{')) {
+        SetState(UOperandState);
+        HandleUOperandState(region);
+    } else if (region->definition == Php().VarDefs[2] || region->definition == Php().VarDefs[3]) {
+        SetState(VarDollarState);
+        NoteRegion(region);
+    } else {
+        m_data.state = AssignExprState;
+        m_parent->OnStructureError(ExpressionError, region, 1);
+    }
+}
+
+// 32: the variable after an extra "$".
+void CExpressionStatementParser::HandleVarDollarState(CRegion* region)
+{
+    if (region->definition == Php().VarDefs[2] || IsIgnored(region))
+        return;
+    SetState(ChainState);
+    if (region->definition == Php().VarDefs[3])
+        NoteRegion(region);
+    else
+        HandleChainState(region);
+}
+
+// 35: after a word.
+void CExpressionStatementParser::HandleMayBeFuncCallState(CRegion* region)
+{
+    if (IsIgnored(region))
+        return;
+    if (IsOpening(region, L'(')) {
+        SetState(FuncState);
+        HandleFuncState(region);
+    } else if (IsSymbol(region, L"\\")) {
+        SetState(UOperandState);
+        NoteRegion(region);
+    } else if (IsToken(region, 9) || IsSymbol(region, L"::") || IsOpening(region, L'[')) {
+        SetState(ChainState);
+        HandleChainState(region);
+    } else {
+        SetState(BinarOpState);
+        HandleBinarOpState(region);
+    }
+}
+
+} // namespace Kesh::CodeAnalyzer

@@ -1,0 +1,289 @@
+#include "Parsers/ForeachParser.h"
+
+#include "Base/CommonString.h"
+
+namespace Kesh::CodeAnalyzer {
+
+using Base::CCommonString;
+using SyntaxParser::CRegion;
+using SyntaxParser::SScheme;
+using SyntaxParser::STextChange;
+
+namespace {
+
+constexpr int MissingSemicolon = 102;
+constexpr int ForeachError = 301;
+constexpr int SameKey = 302;
+constexpr int SameValue = 303;
+
+} // namespace
+
+CForeachParser::CForeachParser(SyntaxParser::CDefRegions* defs,
+                               boost::shared_ptr<SyntaxParser::IReader> reader, CParentParser* parent)
+    : CContainerParser(defs, reader, parent),
+      m_conditionParser(defs, reader, this),
+      m_valueParser(defs, reader, this)
+{
+}
+
+void CForeachParser::BeforeParse(const STextChange& change)
+{
+    m_state = ForeachState;
+    m_conditionParser.BeforeParse(change);
+    m_valueParser.BeforeParse(change);
+    m_loops.assign(1, SLoop());
+    m_keys.clear();
+    m_values.clear();
+    m_warnedSpans.clear();
+    m_data = {};
+    m_partStart = m_partEnd = {};
+    m_warnings.clear();
+    OnError();
+}
+
+// Everything around has been given up.
+void CForeachParser::OnError()
+{
+    m_bodyStack.assign(1, {0, 0});
+    m_path.assign(1, 0);
+    m_current = 0;
+}
+
+int CForeachParser::StatementStartRegion(CRegion* region)
+{
+    if (IsKeyword(region, L"foreach")) {
+        m_partStart = m_partEnd = {};
+        m_data = {};
+        m_state = ForeachState;
+        return true;
+    }
+    if (IsKeyword(region, L"endforeach"))
+        CloseAlternative(region);
+    return false;
+}
+
+void CForeachParser::DispathRegion(CRegion* region)
+{
+    switch (m_state) {
+    case ConditionState: m_conditionParser.DispathRegion(region); return;
+    case KeyValExpressionState:
+    case ValueExpressionState: m_valueParser.DispathRegion(region); return;
+    default: break;
+    }
+    if (IsNonSignificantRegion(region))
+        return;
+    switch (m_state) {
+    case ForeachState: HandleForeachState(region); break;
+    case ConditionStartState: HandleConditionState(region); break;
+    case KeyValState: HandleKeyValState(region); break;
+    case ValueState: HandleValueState(region); break;
+    case AfterConditionState: HandleAfterConditionState(region); break;
+    case AfterBodyState: HandleAfterBodyState(region); break;
+    case EndforeachState: HandleEndforeachState(region); break;
+    default: break;
+    }
+}
+
+// 0: the `(` of the header.
+void CForeachParser::HandleForeachState(CRegion* region)
+{
+    if (IsOpening(region, L'('))
+        m_state = ConditionStartState;
+    else
+        Error(region);
+}
+
+// 1: the first region of the iterated expression.
+void CForeachParser::HandleConditionState(CRegion* region)
+{
+    if (m_conditionParser.StatementStartRegion(region))
+        m_state = ConditionState;
+    else
+        Error(region);
+}
+
+// 2, 10 and 11: the expression being read has ended.
+void CForeachParser::OnStructureEnd(CRegion* region, int /*redispatch*/)
+{
+    if (m_state != ConditionState)
+        HandlePartEnd(region);
+    else if (IsKeyword(region, L"as"))
+        m_state = KeyValState;
+    else if (!IsNonSignificantRegion(region))
+        Error(region);
+}
+
+// 3: the first region of the key or the value.
+void CForeachParser::HandleKeyValState(CRegion* region)
+{
+    StartPart(region, KeyValExpressionState);
+}
+
+// 5: the first region of the value after a key.
+void CForeachParser::HandleValueState(CRegion* region)
+{
+    StartPart(region, ValueExpressionState);
+}
+
+void CForeachParser::StartPart(CRegion* region, int next)
+{
+    if (!m_valueParser.StatementStartRegion(region)) {
+        Error(region);
+        return;
+    }
+    m_partStart = region->start;
+    m_state = next;
+}
+
+// 10 and 11: the key has ended at `=>`, or the value at `)`.
+void CForeachParser::HandlePartEnd(CRegion* region)
+{
+    if (IsToken(region, 11)) {
+        m_partEnd = region->start;
+        m_data.keyName = PartText();
+        m_data.keySpan = {m_partStart, m_partEnd};
+        m_state = ValueState;
+    } else if (IsClosing(region, L')')) {
+        m_partEnd = region->start;
+        m_data.valueName = PartText();
+        m_data.valueSpan = {m_partStart, m_partEnd};
+        m_partStart = m_partEnd = {};
+        AddForeachTreeNode();
+        m_state = AfterConditionState;
+    } else if (!IsNonSignificantRegion(region)) {
+        Error(region);
+    }
+}
+
+std::wstring CForeachParser::PartText() const
+{
+    return std::wstring(CCommonString::Trim(m_reader->GetText(m_partStart, m_partEnd)));
+}
+
+// 7: after the header.
+void CForeachParser::HandleAfterConditionState(CRegion* region)
+{
+    if (IsToken(region, 10)) {
+        WarnOddSemicolon(region);
+        SetCurrent(m_bodyStack.back().loop);
+        End(region, 0);
+        return;
+    }
+    m_bodyStack.push_back({m_current, IsSymbol(region, L":") ? 1 : 0});
+    m_parent->OnParsingContinue(region, 1);
+}
+
+void CForeachParser::RestoreForContinue()
+{
+    m_state = AfterBodyState;
+}
+
+// 8: after a statement of the body.
+void CForeachParser::HandleAfterBodyState(CRegion* region)
+{
+    if (m_bodyStack.size() == 1) {
+        End(region, 1);
+    } else if (!m_bodyStack.back().alternative) {
+        PopBody();
+        End(region, 1);
+    } else if (!IsRegion(region, Php().TokenDefs[2], L"endforeach", 0)) { // in lower case only
+        m_parent->OnParsingContinue(region, 1);
+    } else {
+        PopBody();
+        End(region, 0);
+    }
+}
+
+// 9: the `;` after `endforeach`; no state leads here.
+void CForeachParser::HandleEndforeachState(CRegion* region)
+{
+    if (IsToken(region, 10)) {
+        End(region, 0);
+    } else {
+        m_state = ForeachState;
+        m_parent->OnStructureError(MissingSemicolon, region, 1);
+    }
+}
+
+// The statements of a `:` body were parsed one by one; `endforeach` ends the loop that they were in.
+void CForeachParser::CloseAlternative(CRegion* region)
+{
+    while (m_bodyStack.size() > 1 && !m_bodyStack.back().alternative)
+        PopBody();
+    if (m_bodyStack.size() == 1)
+        return;
+    PopBody();
+    m_parent->OnStructureEnd(region, 0);
+}
+
+// What follows a body belongs to the loop around it.
+void CForeachParser::PopBody()
+{
+    m_bodyStack.pop_back();
+    SetCurrent(m_bodyStack.back().loop);
+}
+
+void CForeachParser::SetCurrent(std::size_t loop)
+{
+    m_current = loop;
+    m_path.resize(m_loops[loop].depth + 1);
+}
+
+void CForeachParser::AddForeachTreeNode()
+{
+    if (const std::size_t outer = NearestAround(m_keys, m_data.keyName))
+        WarnSameName(m_loops[outer].data.keySpan, m_data.keySpan, SameKey);
+    if (const std::size_t outer = NearestAround(m_values, m_data.valueName))
+        WarnSameName(m_loops[outer].data.valueSpan, m_data.valueSpan, SameValue);
+
+    const std::size_t loop = m_loops.size();
+    m_keys[m_data.keyName].push_back(loop);
+    m_values[m_data.valueName].push_back(loop);
+    m_loops.push_back({std::move(m_data), m_loops[m_current].depth + 1});
+    m_data = {};
+    m_path.push_back(loop);
+    m_current = loop;
+}
+
+// The innermost loop around the present one that has this name; 0 when there is none.
+std::size_t CForeachParser::NearestAround(TNames& names, const std::wstring& name) const
+{
+    if (name.empty())
+        return 0;
+    std::vector<std::size_t>& loops = names[name];
+    // A loop that has left the path never comes back to it.
+    while (!loops.empty()) {
+        const std::size_t depth = m_loops[loops.back()].depth;
+        if (depth < m_path.size() && m_path[depth] == loops.back())
+            return loops.back();
+        loops.pop_back();
+    }
+    return 0;
+}
+
+void CForeachParser::WarnSameName(const SScheme& outer, const SScheme& inner, int code)
+{
+    if (!m_warnedSpans.count({outer.start.x, outer.start.y, outer.end.x, outer.end.y}))
+        Warn(outer, code);
+    Warn(inner, code);
+}
+
+void CForeachParser::Warn(const SScheme& span, int code)
+{
+    m_warnedSpans.insert({span.start.x, span.start.y, span.end.x, span.end.y});
+    AddWarning(span, code);
+}
+
+void CForeachParser::End(CRegion* region, int redispatch)
+{
+    m_state = ForeachState;
+    m_parent->OnStructureEnd(region, redispatch);
+}
+
+void CForeachParser::Error(CRegion* region)
+{
+    m_state = ForeachState;
+    m_parent->OnStructureError(ForeachError, region, 1);
+}
+
+} // namespace Kesh::CodeAnalyzer

@@ -1,0 +1,255 @@
+#include "Parsers/PhpSyntaxParser.h"
+
+#include "Components/CAErrorsManager.h"
+#include "Parsers/ClassParser.h"
+#include "Parsers/CompoundStatementParser.h"
+#include "Parsers/ConstExpressionParser.h"
+#include "Parsers/ExpressionStatementParser.h"
+#include "Parsers/ForParser.h"
+#include "Parsers/ForeachParser.h"
+#include "Parsers/FunctionStatementParser.h"
+#include "Parsers/GlobalExpressionParser.h"
+#include "Parsers/IfElseParser.h"
+#include "Parsers/NamespaceParser.h"
+#include "Parsers/StaticExpressionParser.h"
+#include "Parsers/SwitchParser.h"
+#include "Parsers/TryCatchParser.h"
+#include "Parsers/WhileParser.h"
+
+namespace Kesh::CodeAnalyzer {
+
+using SyntaxParser::CIterator;
+using SyntaxParser::CRegion;
+using SyntaxParser::IParser;
+using SyntaxParser::IReader;
+using SyntaxParser::ISPDocument;
+using SyntaxParser::STextChange;
+
+namespace {
+
+constexpr int PhpHandlerCode = 10;
+
+template <class T> boost::shared_ptr<T> DocumentComponent(ISPDocument& document, const wchar_t* name)
+{
+    return boost::dynamic_pointer_cast<T>(document.GetComponent(name).lock());
+}
+
+} // namespace
+
+CPhpSyntaxParser::CPhpSyntaxParser(SyntaxParser::CDefRegions* defs, CCAErrorsManager* errorsManager)
+    : m_defs(defs), m_errorsManager(errorsManager)
+{
+    HandlerCode = PhpHandlerCode;
+}
+
+CPhpSyntaxParser::~CPhpSyntaxParser()
+{
+    for (CStatementParser* parser : m_parsers)
+        delete parser;
+}
+
+void CPhpSyntaxParser::Init(boost::shared_ptr<IReader> reader)
+{
+    m_reader = std::move(reader);
+}
+
+void CPhpSyntaxParser::InitComponent(ISPDocument* document)
+{
+    m_reader = DocumentComponent<IReader>(*document, L"IReader");
+    DocumentComponent<IParser>(*document, L"IParser")->AddStateRegionHandler(this);
+}
+
+void CPhpSyntaxParser::InitParser(boost::shared_ptr<ISPDocument> document)
+{
+    InitParser(DocumentComponent<IParser>(*document, L"IParser"),
+               DocumentComponent<IReader>(*document, L"IReader"));
+}
+
+void CPhpSyntaxParser::InitParser(boost::shared_ptr<IParser> parser, boost::shared_ptr<IReader> reader)
+{
+    m_reader = std::move(reader);
+    parser->AddStateRegionHandler(this);
+
+    // The first that claims a region wins, so the expression parser, which claims nearly anything, is last.
+    AddParser<CCompoundStatementParser>();
+    AddParser<CIfElseParser>();
+    AddParser<CSwitchParser>();
+    AddParser<CFunctionStatementParser>();
+    AddParser<CForeachParser>();
+    AddParser<CWhileParser>();
+    AddParser<CForParser>();
+    AddParser<CClassParser>();
+    AddParser<CGlobalExpressionParser>();
+    AddParser<CStaticExpressionParser>();
+    AddParser<CConstExpressionParser>();
+    AddParser<CTryCatchParser>();
+    AddParser<CNamespaceParser>();
+    AddParser<CExpressionStatementParser>();
+}
+
+template <class TParser> void CPhpSyntaxParser::AddParser()
+{
+    m_parsers.push_back(new TParser(m_defs, m_reader, this));
+}
+
+void CPhpSyntaxParser::SteFileName(const std::wstring& name)
+{
+    m_fileName = name;
+}
+
+std::wstring CPhpSyntaxParser::GetSRName()
+{
+    return L"CCAPhpSemanticParser";
+}
+
+std::wstring CPhpSyntaxParser::GetComponentName()
+{
+    return L"CCAPhpSemanticParser";
+}
+
+CIterator CPhpSyntaxParser::GetStartPos()
+{
+    return {-1, -1};
+}
+
+CIterator CPhpSyntaxParser::GetEndPos()
+{
+    return {2147483647, 2147483647};
+}
+
+bool CPhpSyntaxParser::BeforeParse(const STextChange& change, boost::shared_ptr<IReader> /*reader*/)
+{
+    m_active = nullptr;
+    m_skipToEnd = 0;
+    m_inPhp = 0;
+    m_errors.clear();
+    for (CStatementParser* parser : m_parsers)
+        parser->BeforeParse(change);
+    return true;
+}
+
+void CPhpSyntaxParser::AfterParse()
+{
+    for (CStatementParser* parser : m_parsers)
+        parser->AfterParse();
+    if (!m_errors.empty())
+        m_errorsManager->AddErrors(m_fileName, m_errors);
+}
+
+int CPhpSyntaxParser::AddRegion(CRegion* region)
+{
+    const auto& tags = m_defs->Php.TagDefs;
+    if (!m_inPhp) {
+        if (region->definition == tags[1])
+            m_inPhp = 1;
+        return 0;
+    }
+    if (region->definition == tags[2])
+        m_inPhp = 0;
+    DispatchRegion(region);
+    return 0;
+}
+
+void CPhpSyntaxParser::DispatchRegion(CRegion* region)
+{
+    DispatchBracketRegion(region);
+    if (m_skipToEnd) {
+        if (region->definition == m_defs->Php.TokenDefs[10])
+            m_skipToEnd = 0;
+    } else if (m_active) {
+        m_active->DispathRegion(region);
+    } else {
+        Offer(region);
+    }
+}
+
+void CPhpSyntaxParser::DispatchBracketRegion(CRegion* region)
+{
+    const auto& tokens = m_defs->Php.TokenDefs;
+    if (region->definition != tokens[3] && region->definition != tokens[4])
+        return;
+    for (CStatementParser* parser : m_parsers)
+        parser->HandleBracketRegion(region);
+}
+
+void CPhpSyntaxParser::Offer(CRegion* region)
+{
+    ++m_offers;
+    for (CStatementParser* parser : m_parsers) {
+        if (parser->StatementStartRegion(region)) {
+            m_active = parser;
+            return;
+        }
+    }
+}
+
+void CPhpSyntaxParser::OnParsingContinue(CRegion* region, int offer)
+{
+    m_suspended.push_back(m_active);
+    m_active = nullptr;
+    if (!offer)
+        return;
+    const std::size_t depth = m_suspended.size();
+    Offer(region);
+    // A parser that does not claim the region may still end a statement with it and so have resumed the one
+    // suspended here.
+    if (!m_active && m_suspended.size() == depth) {
+        m_active = m_suspended.back();
+        m_suspended.pop_back();
+    }
+}
+
+void CPhpSyntaxParser::OnStructureEnd(CRegion* region, int redispatch)
+{
+    m_active = nullptr;
+    if (!m_suspended.empty()) {
+        m_active = m_suspended.back();
+        m_suspended.pop_back();
+        if (m_active)
+            m_active->RestoreForContinue();
+    }
+    if (!redispatch)
+        return;
+
+    // The resumed parser may end with the same region, and so may the one below it: a loop, since statements
+    // can be nested deeper than the stack.
+    m_redeliver = true;
+    if (m_delivering)
+        return;
+    m_delivering = true;
+    const unsigned offers = m_offers;
+    while (m_redeliver) {
+        m_redeliver = false;
+        if (m_active)
+            m_active->DispathRegion(region);
+    }
+    m_delivering = false;
+    // The region reaches both what was resumed and whatever it starts; a block that was resumed has offered
+    // it already, and what an error skips starts nothing.
+    if (m_offers == offers && !m_skipToEnd)
+        Offer(region);
+}
+
+void CPhpSyntaxParser::OnStructureError(int code, CRegion* region, int skipToEnd)
+{
+    m_errors.push_back({{region->start, region->end}, code, SeverityError});
+    for (CStatementParser* parser : m_suspended) {
+        if (parser)
+            parser->OnError();
+    }
+    m_suspended.clear();
+    m_active = nullptr;
+    m_redeliver = false;
+    m_skipToEnd = skipToEnd;
+    if (!m_skipToEnd)
+        Offer(region);
+    else if (region->definition == m_defs->Php.TokenDefs[10])
+        m_skipToEnd = 0;
+}
+
+void CPhpSyntaxParser::AddErrors(const std::vector<SCAError>& errors)
+{
+    m_errors.insert(m_errors.end(), errors.begin(), errors.end());
+}
+
+} // namespace Kesh::CodeAnalyzer

@@ -1,0 +1,101 @@
+#include "Parsers/StatementParser.h"
+
+#include "Base/CommonString.h"
+
+#include <algorithm>
+
+namespace Kesh::CodeAnalyzer {
+
+using Base::CCommonString;
+using SyntaxParser::CIterator;
+using SyntaxParser::CRegion;
+using SyntaxParser::IReader;
+using SyntaxParser::ISynRegion;
+
+namespace {
+
+using TWords = boost::container::flat_set<std::wstring_view>;
+
+// Every parser copies this set; views of literals make the copy one allocation.
+const TWords& ReservedWords()
+{
+    static const TWords words{
+        L"abstract",  L"and",        L"array",        L"as",         L"break",        L"case",
+        L"catch",     L"cfunction",  L"class",        L"clone",      L"const",        L"continue",
+        L"declare",   L"default",    L"do",           L"else",       L"elseif",       L"enddeclare",
+        L"endfor",    L"endforeach", L"endif",        L"endswitch",  L"endwhile",     L"extends",
+        L"final",     L"finally",    L"for",          L"foreach",    L"from",         L"function",
+        L"global",    L"goto",       L"if",           L"implements", L"interface",    L"instanceof",
+        L"namespace", L"new",        L"old_function", L"or",         L"private",      L"protected",
+        L"public",    L"static",     L"switch",       L"throw",      L"trait",        L"try",
+        L"use",       L"var",        L"while",        L"xor",        L"die",          L"echo",
+        L"empty",     L"exit",       L"eval",         L"include",    L"include_once", L"isset",
+        L"list",      L"require",    L"require_once", L"return",     L"print",        L"unset",
+        L"yield"};
+    return words;
+}
+
+bool IsBlank(wchar_t c)
+{
+    return c == L'\t' || c == L'\n' || c == L' ';
+}
+
+} // namespace
+
+CStatementParser::CText::CText(CRegion* region, IReader* reader)
+{
+    if (region->text.data()) {
+        m_view = region->text;
+    } else {
+        m_copy = reader->GetText(region->start, region->end);
+        m_view = m_copy;
+    }
+}
+
+std::wstring_view CStatementParser::CText::Trimmed() const
+{
+    return CCommonString::Trim(m_view);
+}
+
+CStatementParser::CStatementParser(SyntaxParser::CDefRegions* defs, boost::shared_ptr<IReader> reader,
+                                   CParentParser* parent)
+    : m_defs(defs), m_reader(std::move(reader)), m_parent(parent), m_reservedWords(ReservedWords())
+{
+}
+
+int CStatementParser::IsNonSignificantRegion(CRegion* region)
+{
+    if (IsToken(region, 1)) {
+        const CText text = Text(region);
+        const std::wstring_view view = text.Whole();
+        return std::all_of(view.rbegin(), view.rend(), IsBlank);
+    }
+    const auto& comments = Php().CommentDefs;
+    if (std::find(comments + 1, std::end(comments), region->definition) != std::end(comments))
+        return true;
+    return IsRegion(region, Php().TokenDefs[19], L"php", 1);
+}
+
+int CStatementParser::IsRegion(CRegion* region, ISynRegion* def, std::wstring_view text, int lowerCase)
+{
+    if (region->definition != def)
+        return false;
+    const CText found = Text(region);
+    return lowerCase ? CCommonString::LowersTo(found.Trimmed(), text) : found.Trimmed() == text;
+}
+
+int CStatementParser::IsExpressionKeyword(std::wstring_view word)
+{
+    return m_reservedWords.count(CCommonString::LowerCaseFast(word)) == 0;
+}
+
+wchar_t CStatementParser::LastChar(CRegion* region) const
+{
+    if (region->text.data())
+        return region->text.empty() ? L'\0' : region->text.back();
+    const CIterator end = region->end;
+    const CIterator last{std::max<std::int64_t>(end.x - 1, 0), end.y};
+    return m_reader->GetText(last, end)[0];
+}
+
+} // namespace Kesh::CodeAnalyzer

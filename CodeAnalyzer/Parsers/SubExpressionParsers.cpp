@@ -1,0 +1,69 @@
+#include "Parsers/SubExpressionParsers.h"
+
+#include "Base/CommonString.h"
+
+namespace Kesh::CodeAnalyzer {
+
+using Base::CCommonString;
+using SyntaxParser::CRegion;
+
+void COperandParser::HandleChainState(CRegion* region)
+{
+    if (IsNonSignificantRegion(region))
+        return;
+    if (IsToken(region, 9) || IsSymbol(region, L"::")) {
+        SetState(ChainArrowState);
+    } else if (IsOpening(region, L'[')) {
+        OpenIndex(region);
+        SetState(UOperandState);
+    } else {
+        SetState(BinarOpState);
+        if (!IsSuffixOperator(region))
+            HandleBinarOpState(region);
+    }
+}
+
+void COperandParser::HandleBinarOpState(CRegion* region)
+{
+    if (IsNonSignificantRegion(region))
+        return;
+    if (IsSymbol(region, L"::"))
+        SetState(ChainArrowState);
+    else if (!AnyBracketOpen())
+        DoExpressionEnd(region);
+    else
+        CExpressionStatementParser::HandleBinarOpState(region);
+}
+
+int CStaticOperandParser::StatementStartRegion(CRegion* region)
+{
+    if (!IsSymbol(region, L"<<<"))
+        return COperandParser::StatementStartRegion(region);
+    Reset(region);
+    SetState(StreamState);
+    return true;
+}
+
+int CCaseExpressionParser::IsTerminalRegion(CRegion* region)
+{
+    return IsToken(region, 10) || IsSymbol(region, L":");
+}
+
+int CForExpressionParser::IsTerminalRegion(CRegion* region)
+{
+    if (IsToken(region, 8))
+        return !AnyBracketOpen();
+    return CExpressionStatementParser::IsTerminalRegion(region);
+}
+
+int CForeachConditionParser::IsTerminalRegion(CRegion* region)
+{
+    return IsToken(region, 2) && CCommonString::CompareNoCase(Text(region).Trimmed(), L"as") == 0;
+}
+
+int CForeachValueParser::IsTerminalRegion(CRegion* region)
+{
+    return IsToken(region, 11);
+}
+
+} // namespace Kesh::CodeAnalyzer

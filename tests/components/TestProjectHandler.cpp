@@ -1,0 +1,257 @@
+#include "Components/CASavedErrors.h"
+#include "TestHost.h"
+#include "host/TempFolder.h"
+
+#include <QCoreApplication>
+#include <QTest>
+#include <gtest/gtest.h>
+#include <mutex>
+#include <random>
+#include <set>
+
+namespace Kesh::CodeAnalyzer {
+
+namespace {
+
+class ProjectHandlerTest : public ::testing::Test
+{
+protected:
+    ProjectHandlerTest() { m_host.application.Timers().SetDelayOverride(20); }
+
+    std::wstring Write(const std::string& name, int errors)
+    {
+        std::string text = "<?php\n";
+        for (int i = 0; i < errors; ++i)
+            text += "else;\n";
+        return m_folder.Write(std::wstring(name.begin(), name.end()), text);
+    }
+    void Open(const std::vector<std::wstring>& files)
+    {
+        m_host.application.OpenProject(m_folder.Path(), files);
+    }
+    void OpenAndCheck(const std::vector<std::wstring>& files)
+    {
+        Open(files);
+        WaitForCheck();
+    }
+    void WaitForCheck()
+    {
+        ASSERT_TRUE(QTest::qWaitFor([this] { return !m_host.application.Threads().IsRunning(); }, 20000));
+        QCoreApplication::sendPostedEvents();
+    }
+    void Save(const std::vector<SSavedFileErrors>& files)
+    {
+        m_folder.Write(L".code-analyzer/errors",
+                       QString::fromStdWString(WriteSavedErrors(files)).toStdString());
+    }
+    std::string SavedText() { return Host::ReadFileBytes(m_folder.Path(L".code-analyzer/errors")); }
+    std::size_t Count(const std::wstring& path) { return m_host.ErrorsOf(path).size(); }
+
+    CTempFolder m_folder;
+    Tests::CTestHost m_host;
+};
+
+const SCAError OldError = {{{0, 0}, {1, 0}}, 102, 1};
+
+TEST_F(ProjectHandlerTest, RestoredErrorsAreReplacedByFreshOnes)
+{
+    const std::wstring faulty = Write("faulty.php", 2);
+    const std::wstring clean = Write("clean.php", 0);
+    const std::wstring page = Write("page.html", 0);
+    const std::wstring gone = m_folder.Path(L"gone.php");
+    Save({{faulty, {OldError, OldError, OldError}},
+          {clean, {OldError}},
+          {page, {OldError, OldError}},
+          {gone, {OldError}},
+          {L"/elsewhere.php", {OldError}}});
+    m_host.Gate().Close();
+    Open({clean, faulty, gone, page});
+    EXPECT_EQ(Count(faulty), 3u) << "restored at once";
+    ASSERT_TRUE(QTest::qWaitFor([&] { return m_host.Gate().GetBegun() == 1; }, 20000));
+    EXPECT_EQ(m_host.frame.GetProgressText(), L"Check project...");
+    m_host.Gate().Open();
+    WaitForCheck();
+    EXPECT_EQ(m_host.frame.GetProgressText(), L"");
+    EXPECT_EQ(Count(faulty), 2u);
+    EXPECT_EQ(Count(clean), 0u);
+    EXPECT_EQ(Count(page), 2u) << "not checked, so it keeps what it has";
+    EXPECT_EQ(Count(gone), 1u) << "cannot be read, so it keeps what it has";
+    EXPECT_EQ(Count(L"/elsewhere.php"), 0u);
+    EXPECT_TRUE(m_host.frame.GetBars()[0].shown);
+}
+
+TEST_F(ProjectHandlerTest, ACleanProjectDoesNotShowTheBar)
+{
+    OpenAndCheck({Write("a.php", 0)});
+    EXPECT_FALSE(m_host.frame.GetBars()[0].shown);
+    m_host.application.Project().Close();
+    EXPECT_EQ(SavedText(), "<errors version=\"5.3\">\n</errors>\n");
+}
+
+TEST_F(ProjectHandlerTest, SkipsByNameAndSize)
+{
+    const auto sized = [this](const wchar_t* name, std::size_t size) {
+        return m_folder.Write(name, std::string(size, ' '));
+    };
+    std::set<std::wstring> checked = {
+        Write("index.php", 0), Write("sub/b.phtml", 0),      Write("a.CSS.php", 0),
+        Write("html.php", 0),  sized(L"limit.php", 1000000),
+    };
+    const std::set<std::wstring> skipped = {
+        Write("layout.tpl.php", 0), Write("a.inc", 0),           Write("a.include.php", 0),
+        Write("a.sql.php", 0),      Write("a.htm.php", 0),       Write("my.css.files/a.php", 0),
+        Write("b.ctp.php", 0),      sized(L"over.php", 1000001),
+    };
+    std::vector<std::wstring> files(checked.begin(), checked.end());
+    files.insert(files.end(), skipped.begin(), skipped.end());
+
+    std::set<std::wstring> asked;
+    m_host.application.Parser().SetFileHook([&](const std::wstring& file) { asked.insert(file); });
+    OpenAndCheck(files);
+    EXPECT_EQ(asked, checked);
+}
+
+TEST_F(ProjectHandlerTest, ClosingSavesAndClears)
+{
+    const std::wstring a = Write("a.php", 1);
+    const std::wstring b = Write("b.php", 0);
+    OpenAndCheck({a, b});
+    m_host.Errors().AddErrorsMT(L"/elsewhere.php", {OldError});
+    m_host.application.Project().Close();
+    EXPECT_EQ(QString::fromStdString(SavedText()),
+              QString::fromStdWString(WriteSavedErrors({{a, {{{{0, 1}, {4, 1}}, 252, 1}}}})));
+    EXPECT_EQ(Count(a), 0u);
+    EXPECT_EQ(Count(L"/elsewhere.php"), 1u) << "not the project's";
+}
+
+TEST_F(ProjectHandlerTest, ReopeningKeepsTheErrors)
+{
+    const std::wstring a = Write("a.php", 1);
+    OpenAndCheck({a});
+    std::vector<std::size_t> counts;
+    const boost::signals2::scoped_connection closing =
+        m_host.Project().GetCloseProjectSignal().connect([&](auto*) { counts.push_back(Count(a)); });
+    m_host.application.ReopenProject({a});
+    EXPECT_EQ(counts, std::vector<std::size_t>{1});
+    WaitForCheck();
+    EXPECT_EQ(Count(a), 1u);
+}
+
+TEST_F(ProjectHandlerTest, ClosingAtAnyMomentLosesAndDoublesNothing)
+{
+    std::vector<std::wstring> files;
+    for (int i = 0; i < 60; ++i)
+        files.push_back(Write("f" + std::to_string(100 + i) + ".php", 2));
+    std::set<std::wstring> lower;
+    for (const std::wstring& file : files)
+        lower.insert(QString::fromStdWString(file).toLower().toStdWString());
+    std::mt19937 random(5);
+    int partial = 0;
+    for (int round = 0; round < 40; ++round) {
+        m_folder.Write(L".code-analyzer/errors", "");
+        Open(files);
+        const int target = m_host.Gate().GetBegun() + static_cast<int>(random() % files.size());
+        while (m_host.Gate().GetBegun() < target)
+            if (round % 2)
+                QCoreApplication::processEvents();
+        m_host.application.Project().Close();
+        EXPECT_FALSE(m_host.application.Threads().IsRunning());
+        EXPECT_TRUE(m_host.Errors().GetAllErrors().empty());
+        QCoreApplication::sendPostedEvents();
+        EXPECT_TRUE(m_host.Errors().GetAllErrors().empty()) << "errors come after the clear";
+
+        const std::string saved = SavedText();
+        const auto kept = ReadSavedErrors(QString::fromStdString(saved).toStdWString(), lower);
+        for (const auto& file : kept)
+            EXPECT_EQ(file.errors.size(), 2u);
+        partial += !kept.empty() && kept.size() < files.size();
+    }
+    EXPECT_GT(partial, 0) << "no round ended in the midst of a check";
+}
+
+TEST_F(ProjectHandlerTest, AFaultInOneFileLeavesTheOthers)
+{
+    std::vector<std::wstring> files = {Write("a.php", 1), Write("b.php", 1), Write("c.php", 1)};
+    m_host.Gate().FailCheck(2);
+    OpenAndCheck(files);
+    EXPECT_EQ(Count(files[0]), 1u);
+    EXPECT_EQ(Count(files[1]), 0u);
+    EXPECT_EQ(Count(files[2]), 1u);
+}
+
+TEST_F(ProjectHandlerTest, TheUserCanCheckTheProjectAgain)
+{
+    m_host.component->DoCheck(1); // no project is open
+    EXPECT_FALSE(m_host.application.Threads().IsRunning());
+    const std::wstring a = Write("a.php", 1);
+    Save({{a, {OldError, OldError}}});
+    OpenAndCheck({a});
+    Write("a.php", 3);
+    m_host.Gate().Close();
+    m_host.component->DoCheck(1);
+    m_host.component->DoCheck(1); // one runs
+    m_host.Gate().Open();
+    WaitForCheck();
+    EXPECT_EQ(m_host.Gate().GetBegun(), 2);
+    EXPECT_EQ(Count(a), 3u);
+}
+
+TEST_F(ProjectHandlerTest, AProjectParsedAnewIsCheckedAnew)
+{
+    const std::wstring a = Write("a.php", 1);
+    const std::wstring b = Write("b.php", 1);
+    Open({a, b});
+    m_host.application.Parser().GetProjectParsedSignal()();
+    WaitForCheck();
+    EXPECT_EQ(m_host.Gate().GetMostAtOnce(), 1);
+    EXPECT_EQ(Count(a), 1u);
+    EXPECT_EQ(Count(b), 1u);
+}
+
+TEST_F(ProjectHandlerTest, OpenDocumentsAreNotLeftWithRestoredErrors)
+{
+    const std::wstring a = Write("a.php", 1);
+    Save({{a, {OldError, OldError}}});
+    m_host.application.Documents().OpenFile(a);
+    ASSERT_TRUE(QTest::qWaitFor([&] { return Count(a) == 1; }, 20000));
+    Open({a});
+    EXPECT_EQ(Count(a), 2u);
+    ASSERT_TRUE(QTest::qWaitFor([&] { return Count(a) == 1; }, 20000));
+    EXPECT_EQ(m_host.ErrorsOf(a)[0].code, 252);
+}
+
+TEST_F(ProjectHandlerTest, AFileClosedDuringItsCheckIsNotCheckedTwice)
+{
+    const std::wstring a = Write("a.php", 1);
+    const std::wstring b = Write("b.php", 1);
+    OpenAndCheck({a, b});
+    m_host.Gate().Close();
+    Host::CDocument& document = m_host.Open(a, "<?php else; else; else;");
+    ASSERT_TRUE(QTest::qWaitFor([&] { return m_host.Gate().GetBegun() == 3; }, 20000));
+    m_host.Close(document);
+    m_host.component->DoCheck(1);
+    ASSERT_TRUE(QTest::qWaitFor([&] { return m_host.Gate().GetBegun() == 4; }, 20000)) << "of the other file";
+    m_host.Gate().Open();
+    WaitForCheck();
+    ASSERT_TRUE(QTest::qWaitFor([&] { return Count(a) == 3 && Count(b) == 1; }, 20000));
+    EXPECT_EQ(m_host.Gate().GetBegun(), 4);
+}
+
+TEST_F(ProjectHandlerTest, ShuttingDownEndsTheCheck)
+{
+    std::vector<std::wstring> files;
+    for (int i = 0; i < 30; ++i)
+        files.push_back(Write("f" + std::to_string(i) + ".php", 5));
+    for (int round = 0; round < 10; ++round) {
+        Tests::CTestHost host;
+        host.application.OpenProject(m_folder.Path(), files);
+        QTest::qWait(round);
+        host.component.reset();
+        EXPECT_FALSE(host.application.Threads().IsRunning());
+        QCoreApplication::processEvents();
+    }
+}
+
+} // namespace
+
+} // namespace Kesh::CodeAnalyzer

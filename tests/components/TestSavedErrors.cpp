@@ -1,0 +1,120 @@
+#include "Components/CASavedErrors.h"
+#include "XML/XmlXPathParser.h"
+
+#include <gtest/gtest.h>
+
+namespace Kesh::CodeAnalyzer {
+
+namespace {
+
+SCAError Error(std::int64_t x, std::int64_t y, std::int64_t endX, std::int64_t endY, int code, int type)
+{
+    return {{{x, y}, {endX, endY}}, code, type};
+}
+
+TEST(SavedErrors, WritesTheFormatToTheByte)
+{
+    EXPECT_EQ(WriteSavedErrors({}), L"<errors version=\"5.3\">\n</errors>\n");
+    EXPECT_EQ(WriteSavedErrors({{L"/p/\xE4 b.php",
+                                 {Error(10, 3, 11, 3, 102, 1), Error(-1, 4294967297, 2147483648, -5, 0, 3)}},
+                                {L"/p/c.php", {Error(0, 0, 0, 0, 101, 1)}}}),
+              L"<errors version=\"5.3\">\n"
+              L"<errfile name=\"/p/\xE4 b.php\">\n"
+              L"\t<error val=\"10;3;11;3;102;1;\"/>\n"
+              L"\t<error val=\"-1;1;-2147483648;-5;0;3;\"/>\n"
+              L"</errfile>\n"
+              L"<errfile name=\"/p/c.php\">\n"
+              L"\t<error val=\"0;0;0;0;101;1;\"/>\n"
+              L"</errfile>\n"
+              L"</errors>\n");
+}
+
+TEST(SavedErrors, ReadsWhatItWrote)
+{
+    const std::vector<SSavedFileErrors> written = {
+        {L"/Proj/A.php", {Error(1, 2, 3, 4, 102, 1), Error(5, 6, 7, 8, 302, 2)}},
+        {L"/proj/\x1F600 '>.php", {Error(0, 0, 0, 0, 9999, -1)}},
+        {L"/proj/gone.php", {Error(0, 0, 1, 0, 101, 1)}},
+    };
+    const auto read = ReadSavedErrors(WriteSavedErrors(written), {L"/proj/a.php", L"/proj/\x1F600 '>.php"});
+    ASSERT_EQ(read.size(), 2u) << "the file that has left the project is dropped";
+    for (std::size_t file = 0; file < read.size(); ++file) {
+        EXPECT_EQ(read[file].file, written[file].file);
+        ASSERT_EQ(read[file].errors.size(), written[file].errors.size());
+        for (std::size_t i = 0; i < read[file].errors.size(); ++i) {
+            EXPECT_EQ(read[file].errors[i].pos, written[file].errors[i].pos);
+            EXPECT_EQ(read[file].errors[i].code, written[file].errors[i].code);
+            EXPECT_EQ(read[file].errors[i].type, written[file].errors[i].type);
+        }
+    }
+}
+
+TEST(SavedErrors, ReadsNothingFromAnythingElse)
+{
+    const std::wstring file = L"<errfile name=\"/a.php\"><error val=\"0;0;0;0;101;1;\"/></errfile>";
+    std::wstring deep;
+    for (int i = 0; i < 20000; ++i)
+        deep += L"<errors version=\"5.3\">";
+    const std::wstring texts[] = {
+        L"",
+        L"no xml",
+        L"<errors>" + file + L"</errors>",
+        L"<errors version=\"5.2\">" + file + L"</errors>",
+        L"<errors version=\" 5.3\">" + file + L"</errors>",
+        L"<error version=\"5.3\">" + file + L"</error>",
+        L"<errors version=\"5.3\">" + file,
+        L"<errors version=\"5.3\"><errfile name=\"/a&b.php\"/>" + file + L"</errors>",
+        L"<errors version=\"5.3\"><errfile name=\"/a\"b.php\"/>" + file + L"</errors>",
+        std::wstring(L"<errors version=\"5.3\">\0</errors>", 32),
+        deep,
+    };
+    testing::internal::CaptureStderr();
+    for (const std::wstring& text : texts)
+        EXPECT_TRUE(ReadSavedErrors(text, {L"/a.php"}).empty())
+            << QString::fromStdWString(text).toStdString();
+    EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
+}
+
+TEST(SavedErrors, ForgivesValuesThatAreNoNumbers)
+{
+    const struct
+    {
+        const wchar_t* element;
+        SCAError error;
+    } cases[] = {
+        {L"<error val=\"1;2;3;4;5;6;7;\"/>", Error(1, 2, 3, 4, 5, 6)},
+        {L"<error val=\"1;x;;4\"/>", Error(1, 0, 0, 4, 0, 0)},
+        {L"<error val=\"99999999999;2;3;4;5;6\"/>", Error(0, 2, 3, 4, 5, 6)},
+        {L"<error/>", Error(0, 0, 0, 0, 0, 0)},
+    };
+    for (const auto& c : cases) {
+        const auto read = ReadSavedErrors(L"<errors version=\"5.3\"><errfile name=\"/a.php\">" +
+                                              std::wstring(c.element) + L"</errfile></errors>",
+                                          {L"/a.php"});
+        ASSERT_EQ(read.size(), 1u);
+        ASSERT_EQ(read[0].errors.size(), 1u);
+        EXPECT_EQ(read[0].errors[0].pos, c.error.pos);
+        EXPECT_EQ(read[0].errors[0].code, c.error.code);
+        EXPECT_EQ(read[0].errors[0].type, c.error.type);
+    }
+}
+
+TEST(XPath, SplitsElementsThatCanBeAskedAgain)
+{
+    XML::CXmlXPathParser xml(L"<r v=\"a &gt; b\"><a n=\"1\"><b/>\x1F600</a> <a n=\"2\"/></r>");
+    const std::vector<std::wstring> elements = xml.GetElements(L"/r/a");
+    ASSERT_EQ(elements.size(), 2u);
+    // The second element, which is shorter, holds nothing of the first.
+    EXPECT_EQ(XML::CXmlXPathParser(elements[0]).GetString(L"/a/@n"), L"1");
+    EXPECT_NE(elements[0].find(L"\x1F600"), std::wstring::npos);
+    EXPECT_EQ(elements[1], L"<a n=\"2\"/>");
+    EXPECT_EQ(xml.GetString(L"/r/@v"), L"a > b");
+    EXPECT_EQ(xml.GetString(L"/r/none"), L"");
+    EXPECT_EQ(xml.GetString(L"/r["), L"") << "not XPath";
+    EXPECT_TRUE(xml.GetElements(L"/r[").empty());
+    EXPECT_TRUE(xml.GetStrings(L"/r[").empty());
+}
+
+} // namespace
+
+} // namespace Kesh::CodeAnalyzer
