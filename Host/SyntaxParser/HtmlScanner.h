@@ -18,7 +18,7 @@ enum class EHtmlToken {
 
 /// Cuts HTML into tags and attributes; skips text, comments, declarations and processing instructions.
 /// Reads a scanned text (see CMarkupText) once, forward. In it, the placeholders of template engines that
-/// stand in tags ("{{ x }}", "{% if x %}", "{$x}", "<# x #>" and the like) become islands.
+/// stand in tags ("{{ x }}", "{% if x %}", "{$x}", "<# x #>", "@if (x)" and the like) become islands.
 class CHtmlScanner
 {
 public:
@@ -44,6 +44,8 @@ private:
     void ReadUnquoted();
     /// Makes the placeholder at `open` an island and goes past it, if it ends soon.
     void MaskPlaceholder(wchar_t* open, bool inLine);
+    /// The same for a directive whose "(" has just been read.
+    void MaskDirective(wchar_t* open);
     void SkipComment();
     void SkipPast(std::wstring_view end);
     std::size_t Offset(const wchar_t* place) const { return static_cast<std::size_t>(place - m_text); }

@@ -8,6 +8,9 @@ namespace Kesh::SyntaxParser {
 
 namespace {
 
+// In characters. Longer ones are not looked for, so that no text is searched again and again.
+constexpr std::size_t LongestPlaceholder = 500;
+
 // `written` may be in any case, `lower` is in lower case; tag names are compared in ASCII.
 bool IsSameName(const wchar_t* begin, const wchar_t* end, std::wstring_view lower)
 {
@@ -100,9 +103,18 @@ void CHtmlScanner::ReadName()
     for (;;) {
         wchar_t* start = m_cursor;
         /*!re2c
-            [^ \t\n\f\r/>=<{\x00]+ { continue; }
+            [^ \t\n\f\r/>=<{@\x00]+ | "@" { continue; }
             "{"+ | "<" [%#] {
                 MaskPlaceholder(start, false);
+                continue;
+            }
+            "@" [a-zA-Z]+ " "? "(" {
+                if (Offset(start) == begin)
+                    MaskDirective(start);
+                continue;
+            }
+            "@else" | "@end" [a-z]+ {
+                std::fill(start, m_cursor, CMarkupText::Island);
                 continue;
             }
             [=<] {
@@ -184,15 +196,28 @@ void CHtmlScanner::ReadUnquoted()
     }
 }
 
+void CHtmlScanner::MaskDirective(wchar_t* open)
+{
+    const wchar_t* const limit = open + wcsnlen(open, LongestPlaceholder);
+    int depth = 1;
+    for (wchar_t* c = m_cursor; c != limit; ++c) {
+        depth += *c == L'(' ? 1 : *c == L')' ? -1 : 0;
+        if (depth == 0) {
+            m_cursor = c + 1;
+            std::fill(open, m_cursor, CMarkupText::Island);
+            return;
+        }
+    }
+}
+
 void CHtmlScanner::MaskPlaceholder(wchar_t* open, bool inLine)
 {
-    // Longest first. Longer ones than this are not looked for, so that no text is searched again and again.
+    // The longest first.
     static constexpr std::pair<std::wstring_view, std::wstring_view> marks[] = {
         {L"{{{", L"}}}"}, {L"{{", L"}}"}, {L"{%", L"%}"}, {L"{!!", L"!!}"},
         {L"{", L"}"},     {L"<%", L"%>"}, {L"<#", L"#>"},
     };
-    constexpr std::size_t longest = 500;
-    std::wstring_view text(open, wcsnlen(open, longest));
+    std::wstring_view text(open, wcsnlen(open, LongestPlaceholder));
     if (inLine)
         text = text.substr(0, text.find(L'\n'));
     for (const auto& [start, end] : marks) {

@@ -165,6 +165,8 @@ TEST(HtmlTree, ReadsAroundPlaceholders)
          "p(@title ~@{% if a %}id @a b)"},
         {"<p data-{{ x y }}=z>", "p(~@data-{{ x y }})"},
         {"<h{{ n }} a></h{{ n }}><b>", "~h{{ n }}(~@a) b"},
+        {"<p @if ($a > f(1)) id=x @else id=y @endif @class(['a' => $b])@click=c @end><b>",
+         "p(@id @id ~@@class(['a' => $b])@click @@end b)"},
         // Ordinary braces.
         {"<p onclick=\"if (a) { b('}') }\" id='{{'><b a={>{x}", "p(@onclick @id b(@a))"},
         {"<p title='{{' id=\"x\n}}\"><b {>", "p(@title @id b(@{))"},
