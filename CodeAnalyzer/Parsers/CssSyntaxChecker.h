@@ -28,9 +28,6 @@ public:
     /// Checks the trees of the parse that has just ended and posts what is wrong. Worker thread.
     void OnDocumentParsed(SyntaxParser::ISPDocument* document);
 
-    /// The errors of the last run.
-    const std::vector<SCAError>& GetErrors() const { return m_errors; }
-
 private:
     void FillTags(const SyntaxParser::ICompletionData& data);
     void FillAttributes(const SyntaxParser::ICompletionData& data);
@@ -39,7 +36,7 @@ private:
 
     SDK::IApplication* m_application;
     CCAErrorsManager* m_errorsManager;
-    std::vector<SCAError> m_errors;
+    std::vector<SCAError> m_errors; ///< of the last run
     CCADocParser* m_owner;
     const SyntaxParser::ICssSyntax* m_cssSyntax;
     TNameSet m_tags;

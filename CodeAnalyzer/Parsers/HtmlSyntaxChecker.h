@@ -30,9 +30,6 @@ public:
     /// Checks the trees of the parse that has just ended and posts what is wrong. Worker thread.
     void OnDocumentParsed(SyntaxParser::ISPDocument* document);
 
-    /// The errors of the last run.
-    const std::vector<SCAError>& GetErrors() const { return m_errors; }
-
 private:
     void CheckHtml(const SyntaxParser::SSemanticTree& tree, SyntaxParser::TSemanticIndex top);
     bool CheckTag(const SyntaxParser::SSemanticTreeNode& tag);
@@ -44,7 +41,7 @@ private:
     SDK::IApplication* m_application;
     CCAErrorsManager* m_errorsManager;
     CHtmlCustomItemsKeeper* m_customItems;
-    std::vector<SCAError> m_errors;
+    std::vector<SCAError> m_errors; ///< of the last run
     CCADocParser* m_owner;
     TNameSet m_tags;
     TNameSet m_jdocAttributes;

@@ -170,8 +170,10 @@ bool CCssTreeBuilder::ReadElement(SStretch place)
     const wchar_t* after = m_text.Scan() + place.end;
     if ((after[0] == L'|' && after[1] != L'|') || m_text.IsMade(place))
         return false; // a namespace, or nothing to be read
+    // "x:-moz-any-link" names no element on purpose, to be read by one browser only.
+    const bool hack = after[0] == L':' && after[after[1] == L':' ? 2 : 1] == L'-';
     const std::wstring name = LowerName(place);
-    const bool free = m_text.IsTouched(place) || name.front() == L'-' || name.front() == L'_' ||
+    const bool free = hack || m_text.IsTouched(place) || name.front() == L'-' || name.front() == L'_' ||
                       IsCustomElementName(name) || m_blocks.back() == ECssBlock::Foreign;
     m_selector.push_back({place, free ? GetCssOtherKind() : GetCssElementNameKind()});
     return true;

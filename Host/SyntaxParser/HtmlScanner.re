@@ -2,10 +2,14 @@
 
 #include <algorithm>
 #include <cwchar>
+#include <utility>
 
 namespace Kesh::SyntaxParser {
 
 namespace {
+
+// In characters. Longer ones are not looked for, so that no text is searched again and again.
+constexpr std::size_t LongestPlaceholder = 500;
 
 // `written` may be in any case, `lower` is in lower case; tag names are compared in ASCII.
 bool IsSameName(const wchar_t* begin, const wchar_t* end, std::wstring_view lower)
@@ -20,26 +24,21 @@ bool IsSameName(const wchar_t* begin, const wchar_t* end, std::wstring_view lowe
 /*!re2c
     re2c:define:YYCTYPE = char32_t;
     re2c:define:YYCURSOR = m_cursor;
-    re2c:define:YYMARKER = marker;
+    re2c:define:YYMARKER = m_marker;
     re2c:yyfill:enable = 0;
     re2c:flags:unicode = 1;
     re2c:sentinel = 0;
 
     space = [ \t\n\f\r];
     island = [\ufdd0];
-    // A "<" ends a name, so that a tag still being typed does not swallow the next one.
-    tagname = ([a-zA-Z] | island) [^ \t\n\f\r/><\x00]*;
-    attrname = [^ \t\n\f\r/>\x00] [^ \t\n\f\r/>=<\x00]*;
 */
 
 EHtmlToken CHtmlScanner::NextTag()
 {
-    const wchar_t* marker = nullptr;
     for (;;) {
         // Most of a document is text.
         while (*m_cursor != L'<' && *m_cursor != L'\0')
             ++m_cursor;
-        const wchar_t* start = m_cursor;
         /*!re2c
             "\x00" {
                 --m_cursor;
@@ -58,12 +57,12 @@ EHtmlToken CHtmlScanner::NextTag()
                 SkipPast(L">");
                 continue;
             }
-            "<" tagname {
-                m_name = {Offset(start + 1), Offset(m_cursor)};
+            "<" / ([a-zA-Z] | island) {
+                ReadName();
                 return EHtmlToken::StartTag;
             }
-            "</" tagname {
-                m_name = {Offset(start + 2), Offset(m_cursor)};
+            "</" / ([a-zA-Z] | island) {
+                ReadName();
                 return EHtmlToken::EndTag;
             }
             * { continue; }
@@ -74,7 +73,7 @@ EHtmlToken CHtmlScanner::NextTag()
 EHtmlToken CHtmlScanner::NextInTag()
 {
     for (;;) {
-        const wchar_t* start = m_cursor;
+        wchar_t* start = m_cursor;
         /*!re2c
             space+ | "/" { continue; }
             ">" { return EHtmlToken::TagClose; }
@@ -83,35 +82,65 @@ EHtmlToken CHtmlScanner::NextInTag()
                 --m_cursor;
                 return EHtmlToken::End;
             }
+            // A tag that is still being typed does not swallow the next one.
             "<" / [a-zA-Z/!] {
                 --m_cursor;
                 return EHtmlToken::TagClose;
             }
-            attrname {
-                m_name = {Offset(start), Offset(m_cursor)};
+            * {
+                m_cursor = start;
+                ReadName();
                 ReadValue();
                 return EHtmlToken::Attribute;
             }
-            * { continue; }
+        */
+    }
+}
+
+void CHtmlScanner::ReadName()
+{
+    const std::size_t begin = Offset(m_cursor);
+    for (;;) {
+        wchar_t* start = m_cursor;
+        /*!re2c
+            [^ \t\n\f\r/>=<{@\x00]+ | "@" { continue; }
+            "{"+ | "<" [%#] {
+                MaskPlaceholder(start, false);
+                continue;
+            }
+            "@" [a-zA-Z]+ " "? "(" {
+                if (Offset(start) == begin)
+                    MaskDirective(start);
+                continue;
+            }
+            "@else" | "@end" [a-z]+ {
+                std::fill(start, m_cursor, CMarkupText::Island);
+                continue;
+            }
+            [=<] {
+                if (Offset(start) == begin)
+                    continue; // a name may start so
+                m_cursor = start;
+                m_name = {begin, Offset(start)};
+                return;
+            }
+            "" {
+                m_name = {begin, Offset(m_cursor)};
+                return;
+            }
         */
     }
 }
 
 void CHtmlScanner::ReadValue()
 {
-    const wchar_t* marker = nullptr;
-    const wchar_t* value = nullptr;
-    /*!stags:re2c format = 'const wchar_t* @@ = nullptr;'; */
     /*!re2c
-        space* "=" space* @value (["] [^"\x00]* | ['] [^'\x00]*) {
-            ++value; // past the opening quote
-            m_value = {Offset(value), Offset(m_cursor)};
-            if (*m_cursor != L'\0')
-                ++m_cursor; // the closing quote
+        space* "=" space* / ["'] {
+            ReadQuoted();
             return;
         }
-        space* "=" space* @value ([^ \t\n\f\r>"'\x00] [^ \t\n\f\r>\x00]*)? {
-            m_value = {Offset(value), Offset(m_cursor)};
+        space* "=" space* {
+            ReadUnquoted();
             return;
         }
         "" {
@@ -121,15 +150,96 @@ void CHtmlScanner::ReadValue()
     */
 }
 
+void CHtmlScanner::ReadQuoted()
+{
+    const wchar_t quote = *m_cursor++;
+    m_value.begin = Offset(m_cursor);
+    for (;;) {
+        wchar_t* start = m_cursor;
+        /*!re2c
+            [^"'{<\x00]+ | [{<] { continue; }
+            "{{" | "{%" | "{!!" | "<" [%#] {
+                MaskPlaceholder(start, true);
+                continue;
+            }
+            "\x00" {
+                --m_cursor;
+                m_value.end = Offset(start);
+                return;
+            }
+            ["'] {
+                if (*start != quote)
+                    continue;
+                m_value.end = Offset(start);
+                return;
+            }
+        */
+    }
+}
+
+void CHtmlScanner::ReadUnquoted()
+{
+    m_value.begin = Offset(m_cursor);
+    for (;;) {
+        wchar_t* start = m_cursor;
+        /*!re2c
+            [^ \t\n\f\r><{\x00]+ | "<" { continue; }
+            "{"+ | "<" [%#] {
+                MaskPlaceholder(start, false);
+                continue;
+            }
+            "" {
+                m_value.end = Offset(m_cursor);
+                return;
+            }
+        */
+    }
+}
+
+void CHtmlScanner::MaskDirective(wchar_t* open)
+{
+    const wchar_t* const limit = open + wcsnlen(open, LongestPlaceholder);
+    int depth = 1;
+    for (wchar_t* c = m_cursor; c != limit; ++c) {
+        depth += *c == L'(' ? 1 : *c == L')' ? -1 : 0;
+        if (depth == 0) {
+            m_cursor = c + 1;
+            std::fill(open, m_cursor, CMarkupText::Island);
+            return;
+        }
+    }
+}
+
+void CHtmlScanner::MaskPlaceholder(wchar_t* open, bool inLine)
+{
+    // The longest first.
+    static constexpr std::pair<std::wstring_view, std::wstring_view> marks[] = {
+        {L"{{{", L"}}}"}, {L"{{", L"}}"}, {L"{%", L"%}"}, {L"{!!", L"!!}"},
+        {L"{", L"}"},     {L"<%", L"%>"}, {L"<#", L"#>"},
+    };
+    std::wstring_view text(open, wcsnlen(open, LongestPlaceholder));
+    if (inLine)
+        text = text.substr(0, text.find(L'\n'));
+    for (const auto& [start, end] : marks) {
+        if (!text.starts_with(start))
+            continue;
+        const std::size_t found = text.find(end, start.size());
+        if (found != std::wstring_view::npos) {
+            m_cursor = open + found + end.size();
+            std::fill(open, m_cursor, CMarkupText::Island);
+        }
+        return;
+    }
+}
+
 SStretch CHtmlScanner::RawText(std::wstring_view name)
 {
     // A script may hold "<!-- <script> ... </script> -->": inside, an end tag ends the inner script only.
     enum { Plain, Commented, Nested } state = Plain;
     const bool script = name == L"script";
     const std::size_t begin = Offset(m_cursor);
-    const wchar_t* marker = nullptr;
     for (;;) {
-        const wchar_t* start = m_cursor;
+        wchar_t* start = m_cursor;
         /*!re2c
             [^<\-\x00]+ { continue; }
             "\x00" {
@@ -168,11 +278,10 @@ SStretch CHtmlScanner::RawText(std::wstring_view name)
 
 void CHtmlScanner::SkipComment()
 {
-    const wchar_t* marker = nullptr;
     const wchar_t* text = m_cursor;
     m_cursor -= 2; // "<!-->" and "<!--->" are whole comments
     for (;;) {
-        const wchar_t* start = m_cursor;
+        wchar_t* start = m_cursor;
         /*!re2c
             [^\-\x00]+ { continue; }
             "\x00" {
@@ -192,7 +301,7 @@ void CHtmlScanner::SkipComment()
 
 void CHtmlScanner::SkipPast(std::wstring_view end)
 {
-    const wchar_t* found = std::wcsstr(m_cursor, end.data());
+    wchar_t* found = std::wcsstr(m_cursor, end.data());
     m_cursor = found ? found + end.size() : m_cursor + std::wcslen(m_cursor);
 }
 

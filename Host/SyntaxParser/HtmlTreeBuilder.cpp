@@ -49,6 +49,7 @@ void CHtmlTreeBuilder::Build()
         case EHtmlToken::EndTag: CloseTag(); break;
         default: return;
         }
+        m_tagEnd = m_scanner.GetPos();
     }
 }
 
@@ -63,25 +64,18 @@ void CHtmlTreeBuilder::OpenTag()
 {
     const SStretch written = m_scanner.Name();
     STagName& name = TagName(written);
-    if (m_open.back().content != ENamespace::Html && name.flags & TagLeavesForeign)
+    const ENamespace around = m_open.back().content;
+    if (name.flags & TagLeavesForeign && (around == ENamespace::Svg || around == ENamespace::Math))
         LeaveForeign();
-    SOpen element = {&name, m_open.back().content, m_open.back().content, 0, 0, 0};
-    if (element.self == ENamespace::Html) {
+    SOpen element = Classify(name, written.begin);
+    if (m_open.back().content == ENamespace::Html)
         EndByStart(name);
-        element.flags = name.flags;
-        if (name.tag == ETag::Svg)
-            element.self = element.content = ENamespace::Svg;
-        else if (name.tag == ETag::Math)
-            element.self = element.content = ENamespace::Math;
-    } else if (name.flags & (element.self == ENamespace::Svg ? TagSvgHolder : TagMathHolder)) {
-        element.content = ENamespace::Html;
-        element.flags = TagScope | TagSpecial;
-    }
     while (m_open.back().depth >= MaxDepth)
         PopTo(m_open.size() - 1);
     element.depth = m_open.back().depth + 1;
 
-    const std::int32_t kind = m_text.IsTouched(written)        ? SemanticDynamicTag
+    const std::int32_t kind = element.self == ENamespace::Xml || m_text.IsTouched(written)
+                                  ? SemanticDynamicTag
                               : IsCustomElementName(name.name) ? SemanticCustomTag
                                                                : SemanticTag;
     element.node = AddNode(m_html, m_open.back().node, kind, written, {written.begin - 1, written.end});
@@ -95,6 +89,33 @@ void CHtmlTreeBuilder::OpenTag()
         return;
     if (!ReadContent(element, start.css))
         Push(element);
+}
+
+CHtmlTreeBuilder::SOpen CHtmlTreeBuilder::Classify(STagName& name, std::size_t begin) const
+{
+    const ENamespace around = m_open.back().content;
+    SOpen element = {&name, around, around, 0, 0, 0};
+    if (around == ENamespace::Html) {
+        element.flags = name.flags;
+        if (name.tag == ETag::Svg)
+            element.self = element.content = ENamespace::Svg;
+        else if (name.tag == ETag::Math)
+            element.self = element.content = ENamespace::Math;
+        else if (IsXmlRoot(name, begin))
+            element.self = element.content = ENamespace::Xml;
+    } else if ((around == ENamespace::Svg && name.flags & TagSvgHolder) ||
+               (around == ENamespace::Math && name.flags & TagMathHolder)) {
+        element.content = ENamespace::Html;
+        element.flags = TagScope | TagSpecial;
+    }
+    return element;
+}
+
+bool CHtmlTreeBuilder::IsXmlRoot(const STagName& name, std::size_t begin) const
+{
+    // PHP writes feeds and the like, too. The XML declaration is mostly in a string of its code.
+    return !(name.flags & TagHtml) && name.tag != ETag::Svg && name.tag != ETag::Math &&
+           m_text.Written({m_tagEnd, begin}).find(L"<?xml ") != std::wstring_view::npos;
 }
 
 CHtmlTreeBuilder::SStart CHtmlTreeBuilder::ReadAttributes(TSemanticIndex tag, bool checked)
@@ -132,7 +153,8 @@ bool CHtmlTreeBuilder::ReadContent(const SOpen& element, bool css)
         return true;
     }
     // In svg, scripts and styles are markup to a browser, but nobody writes any into them.
-    if (!(element.flags & TagRaw) && tag != ETag::Script && tag != ETag::Style)
+    const bool hasText = element.flags & TagRaw || tag == ETag::Script || tag == ETag::Style;
+    if (!hasText || element.self == ENamespace::Xml)
         return false;
     const SStretch content = m_scanner.RawText(element.name->name);
     if (tag == ETag::Style && css)
@@ -147,12 +169,14 @@ void CHtmlTreeBuilder::CloseTag()
     }
     if (name.open == 0)
         return;
+    bool inHtml = false; // from foreign content, whatever is open in it, an end tag reaches out
     for (std::size_t i = m_open.size() - 1; i > 0; --i) {
         if (m_open[i].name == &name) {
             EndElement(i);
             return;
         }
-        if (IsOutOfReach(name, i))
+        inHtml = inHtml || m_open[i].self == ENamespace::Html;
+        if (inHtml && IsOutOfReach(name, i))
             return;
     }
 }

@@ -25,7 +25,7 @@ public:
     void Build();
 
 private:
-    enum class ENamespace : std::uint8_t { Html, Svg, Math };
+    enum class ENamespace : std::uint8_t { Html, Svg, Math, Xml };
     struct SOpen
     {
         STagName* name;
@@ -43,6 +43,10 @@ private:
     };
 
     STagName& TagName(SStretch name);
+    /// The namespaces of an element and of its content, and the flags that hold there.
+    SOpen Classify(STagName& name, std::size_t begin) const;
+    /// Whether the tag `name`, which starts at `begin`, is the root of an XML document.
+    bool IsXmlRoot(const STagName& name, std::size_t begin) const;
     void OpenTag();
     void CloseTag();
     SStart ReadAttributes(TSemanticIndex tag, bool checked);
@@ -77,6 +81,7 @@ private:
     CHtmlScanner m_scanner;
     CTagNames m_names;
     STagName m_root;
+    std::size_t m_tagEnd = 0;  ///< where the last tag ended
     std::vector<SOpen> m_open; ///< the elements that are open, outermost first; [0] stands for the document
     std::array<std::size_t, static_cast<std::size_t>(ETag::Count)> m_openTags = {};
 };

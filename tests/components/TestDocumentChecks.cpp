@@ -201,6 +201,26 @@ TEST_F(DocumentChecksTest, ShuttingDownWaitsForTheChecks)
     EXPECT_EQ(Gate().GetBegun(), 10);
 }
 
+// The old checker dies in its worker thread while the text that it followed is being edited.
+TEST_F(DocumentChecksTest, TypingGoesOnWhileACheckerEnds)
+{
+    CTempFolder folder;
+    for (int round = 0; round < 20; ++round) {
+        Gate().Close();
+        const int begun = Gate().GetBegun();
+        Host::CDocument& document = m_host->Open(folder.Path(L"old.php"), Faulty(1));
+        WaitForChecks(begun + 1);
+        m_host->application.Documents().SaveAs(document, folder.Path(L"new.php"));
+        Gate().Open();
+        for (int i = 0; i < 300; ++i)
+            document.GetBuffer()->GetChangeSignal()(nullptr);
+        WaitForErrors(folder.Path(L"new.php"), 1);
+        WaitForErrors(folder.Path(L"old.php"), 0);
+        m_host->Close(document);
+        WaitForErrors(folder.Path(L"new.php"), 0);
+    }
+}
+
 TEST_F(DocumentChecksTest, AFaultEndsOneCheckOnly)
 {
     Gate().FailCheck(1);

@@ -1,4 +1,6 @@
 #include "Base/Exception.h"
+#include "Components/CAErrorsBar.h"
+#include "Components/CAErrorsManager.h"
 #include "Parsers/CssSyntaxChecker.h"
 #include "Parsers/HtmlCustomItemsKeeper.h"
 #include "Parsers/HtmlSyntaxChecker.h"
@@ -33,22 +35,24 @@ struct SCase
 class Checkers : public ::testing::Test
 {
 protected:
-    Checkers() { Posted().clear(); }
+    Checkers() { m_manager.Init(&m_application, &m_bar, {}); }
 
-    /// What a checker that follows `m_document` posts for a text.
+    /// What checkers that follow `m_document` post for a text.
     std::string Check(const char* text, EMarkup markup)
     {
-        Posted().clear();
         m_document->SetTrees(BuildTrees(text, markup));
+        return Parse();
+    }
+    std::string Parse()
+    {
+        m_manager.Clear();
         m_document->Parse(true);
-        std::string errors;
-        for (const SPosted& posted : Posted()) {
-            EXPECT_EQ(posted.file, L"/p/a.php");
-            EXPECT_FALSE(posted.errors.empty());
-            errors += Print(posted.errors);
-        }
+        m_manager.DeliverPosted();
         EXPECT_EQ(m_document->GetLocks(), 0);
-        return errors;
+        std::vector<SCAError> errors;
+        m_manager.GetErrors(L"/p/a.php", errors);
+        EXPECT_EQ(m_manager.GetAllErrors().size(), errors.empty() ? 0u : 1u);
+        return Print(errors);
     }
     void ExpectErrors(EMarkup markup, std::initializer_list<SCase> cases)
     {
@@ -58,6 +62,7 @@ protected:
 
     CFakeApplication m_application;
     CCAErrorsManager m_manager;
+    CCAErrorsBar m_bar{&m_application, nullptr, &m_manager};
     CHtmlCustomItemsKeeper m_customItems;
     boost::shared_ptr<CFakeDocument> m_document = boost::make_shared<CFakeDocument>();
 };
@@ -116,8 +121,7 @@ TEST_F(Checkers, CssReportsAChildBeforeItsParent)
     nodes[2].nextSibling = SyntaxParser::NoSemanticNode;
     CCssSyntaxChecker checker(nullptr, m_document, &m_application, &m_manager);
     m_document->SetTrees(std::move(trees));
-    m_document->Parse(true);
-    EXPECT_EQ(Print(checker.GetErrors()), "2501@4,0-7,0 2501@0,0-3,0 2501@8,0-11,0");
+    EXPECT_EQ(Parse(), "2501@4,0-7,0 2501@0,0-3,0 2501@8,0-11,0");
 }
 
 TEST_F(Checkers, FollowOneDocumentWhileTheyLive)
@@ -125,11 +129,9 @@ TEST_F(Checkers, FollowOneDocumentWhileTheyLive)
     {
         CHtmlSyntaxChecker html(nullptr, m_document, &m_application, &m_manager, &m_customItems);
         CCssSyntaxChecker css(nullptr, m_document, &m_application, &m_manager);
-        m_document->Parse(true); // no trees yet
-        EXPECT_TRUE(Posted().empty());
-        EXPECT_EQ(Check("<foo><p style='bar:1'>", EMarkup::Html), "2001@0,0-4,02502@15,0-18,0");
+        EXPECT_EQ(Parse(), ""); // no trees yet
+        EXPECT_EQ(Check("<foo><p style='bar:1'>", EMarkup::Html), "2001@0,0-4,0 2502@15,0-18,0");
         EXPECT_EQ(Check("<p>", EMarkup::Html), "");
-        EXPECT_TRUE(html.GetErrors().empty());
     }
     EXPECT_EQ(Check("<foo>", EMarkup::Html), "");
 }
@@ -169,9 +171,7 @@ TEST_F(Checkers, WalkTreesOfAnyDepth)
     CHtmlSyntaxChecker html(nullptr, m_document, &m_application, &m_manager, &m_customItems);
     CCssSyntaxChecker css(nullptr, m_document, &m_application, &m_manager);
     m_document->SetTrees(std::move(trees));
-    m_document->Parse(true);
-    EXPECT_EQ(Print(html.GetErrors()), "2001@0,0-0,0");
-    EXPECT_EQ(Print(css.GetErrors()), "2501@0,0-0,0");
+    EXPECT_EQ(Parse(), "2001@0,0-0,0 2501@0,0-0,0");
 }
 
 TEST(HtmlCustomItemsKeeper, CollectsLowerCaseNames)

@@ -29,6 +29,7 @@ TEST(CssTree, ReadsSelectors)
             {"li:nth-child(2n+1 of p):lang(de)::part(x)::highlight(y):dir(ltr){}", "e:li"},
             {"svg|a, *|b, |c, a|*, x||y{}", "e:a e:b e:c e:x e:y"},
             {"my-tag, font-face, -x, _y{}", "o:my-tag e:font-face o:-x o:_y"},
+            {"x:-moz-any-link, y::-ms-z, a:hover{}", "o:x o:y e:a"},
             {"\\64 iv, d\\69v{}", "e:div e:div"},
             {"a/* b */c , d/**/{}", ""},
             {"html>/**/body/* x */{}", "e:html e:body"},

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Components/CAErrorsManager.h"
+#include "Application/Settings.h"
 #include "Kesh/SDK/IApplication.h"
 #include "Kesh/SyntaxParser/IParserComponent.h"
 #include "Kesh/SyntaxParser/ISPDocument.h"
@@ -9,19 +9,11 @@
 #include "SyntaxParser/SPDocument.h"
 
 #include <boost/make_shared.hpp>
+#include <stdexcept>
 #include <string>
 #include <utility>
-#include <vector>
 
 namespace Kesh::CodeAnalyzer {
-
-/// What has been posted to the errors store, which is replaced in this test program.
-struct SPosted
-{
-    std::wstring file;
-    std::vector<SCAError> errors;
-};
-std::vector<SPosted>& Posted();
 
 /// A document whose parse delivers trees made before.
 class CFakeDocument : public SyntaxParser::ISPDocument
@@ -121,7 +113,7 @@ public:
     }
     SDK::IMainFrame* GetMainFrame() override { return nullptr; }
     SDK::IImageListService* GetImageListService() override { return nullptr; }
-    SDK::ISettings* GetSettings() override { return nullptr; }
+    SDK::ISettings* GetSettings() override { return &m_settings; }
     SDK::ITimerService* GetTimerService() override { return nullptr; }
     SDK::IThreadService* GetThreadService() override { return nullptr; }
     SDK::IDocumentService* GetDocumentService() override { return nullptr; }
@@ -130,6 +122,7 @@ public:
 
 private:
     boost::shared_ptr<CFakeParserComponent> m_parser;
+    Host::CMemorySettings m_settings;
 };
 
 } // namespace Kesh::CodeAnalyzer

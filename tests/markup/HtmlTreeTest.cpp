@@ -87,6 +87,7 @@ TEST(HtmlTree, ReadsForeignContent)
         {"<svg><foreignObject><p>a<p>b</p></foreignObject><g/></svg>", "svg(foreignObject(p p) g)"},
         {"<svg><title>a<b></b></title><image/><a/></svg>", "svg(title(b) image a)"},
         {"<svg><g><p>x", "svg(g) p"},
+        {"<svg><g><title>x</svg><p>", "svg(g(title)) p"},
         {"<svg><style>a{}</style><script/><g/></svg>", "svg(style script g)"},
         {"<svg><![CDATA[<p>]]><g/></svg>", "svg(g)"},
         {"<math><mi/><mrow><mtext><b></b></mtext></mrow></math><p>", "math(mi mrow(mtext(b))) p"},
@@ -151,6 +152,35 @@ TEST(HtmlTree, ReadsAroundIslands)
         {"<? if(1): ?><body class=a><? else: ?><body><? endif ?><p></body>", "body(@class body p)"},
         {"<my-<?= $t ?>>", "~my-<?= $t ?>"},
         {"<b>a</<? b ?>", "b"},
+    });
+}
+
+TEST(HtmlTree, ReadsAroundPlaceholders)
+{
+    ExpectTrees({
+        {"<p {{ $a->b(['c' => 'd']) }} id=x><b>", "p(@id b)"},
+        {"<p {if $a > 1}class=\"x\"{/if} {$b}><b>", "p(~@{if $a > 1}class b)"},
+        {"<p <# if ( a > b ) { #> id=x <# } #> <%= c > d %>><b>", "p(@id b)"},
+        {"<p title=\"{{ f(\"x\") }}\" {% if a %}id='{{{ \"'\" }}}'{% endif %} a={{ b > c }}d><b>",
+         "p(@title ~@{% if a %}id @a b)"},
+        {"<p data-{{ x y }}=z>", "p(~@data-{{ x y }})"},
+        {"<h{{ n }} a></h{{ n }}><b>", "~h{{ n }}(~@a) b"},
+        {"<p @if ($a > f(1)) id=x @else id=y @endif @class(['a' => $b])@click=c @end><b>",
+         "p(@id @id ~@@class(['a' => $b])@click @@end b)"},
+        // Ordinary braces.
+        {"<p onclick=\"if (a) { b('}') }\" id='{{'><b a={>{x}", "p(@onclick @id b(@a))"},
+        {"<p title='{{' id=\"x\n}}\"><b {>", "p(@title @id b(@{))"},
+    });
+}
+
+TEST(HtmlTree, LeavesXmlToXml)
+{
+    ExpectTrees({
+        {"<? echo '<?xml version=1' ?>\n<!-- x -->\n<rss a=b><title>x</title><p/></rss><b>",
+         "~rss(~@a ~title ~p) b"},
+        {"<? echo '<?xml version=1' ?><html><foo>", "html(foo)"},
+        {"<p><?xml ?><foo>", "p(~foo)"},
+        {"<? '<?xml ' ?><p></p><foo>", "p foo"},
     });
 }
 

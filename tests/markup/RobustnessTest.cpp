@@ -1,8 +1,10 @@
+#include "SyntaxParser/CompletionData.h"
 #include "markup/MarkupTestText.h"
 
 #include <algorithm>
 #include <gtest/gtest.h>
 #include <random>
+#include <thread>
 
 namespace Kesh::SyntaxParser {
 namespace {
@@ -101,6 +103,17 @@ TEST(Robustness, SurvivesMillionsOfAnything)
         L"]]",
         L"<?",
         L"<a ",
+        L"<a {{",
+        L"<a @a(",
+        L"@a(",
+        L"@a()",
+        L"@endx",
+        L"<a {",
+        L"{",
+        L"{{ }}",
+        L"<a <%",
+        L"<a {x}",
+        L"<a {x}{y}",
         L"<a \"",
         L"<a b='",
         L"'\">",
@@ -161,6 +174,28 @@ TEST(Robustness, CapsDepth)
     EXPECT_EQ(trees.html.nodes.size(), Million + 1);
     const SMarkupTrees attributes = BuildSound(L"<p" + Repeat(L" a=1", Million) + L">", EMarkup::Html);
     EXPECT_EQ(attributes.html.nodes.size(), Million + 2);
+}
+
+TEST(Robustness, BuildsOnManyThreads)
+{
+    const std::string text =
+        "<table><tr><td style='top:0'><style>a{left:0}</style><my-tag><p><? x ?></table>";
+    std::vector<std::string> results(8);
+    std::vector<std::thread> threads;
+    for (std::string& result : results) {
+        threads.emplace_back([&] {
+            for (int round = 0; round < 100; ++round) {
+                const SMarkupTrees trees = BuildTrees(text, EMarkup::Html);
+                const IAttributeSource* attributes = GetBuiltInCompletionData()->GetAttributeSource();
+                result = PrintHtml(trees.html) + PrintCss(trees.css) +
+                         std::to_string(attributes->GetAttributes(L"A").size());
+            }
+        });
+    }
+    for (std::thread& thread : threads)
+        thread.join();
+    EXPECT_EQ(std::count(results.begin(), results.end(), results[0]), 8);
+    EXPECT_NE(results[0].find("p:top e:a p:left"), std::string::npos) << results[0];
 }
 
 TEST(Robustness, SurvivesEveryCutOfAText)

@@ -1,0 +1,86 @@
+#include "Sanitizers.h"
+
+// What the sanitizers must know, compiled in, so that the programs also run by themselves and while the build
+// asks them for their tests.
+
+#ifdef __SANITIZE_ADDRESS__
+
+extern "C" __attribute__((visibility("default"))) const char* __lsan_default_suppressions()
+{
+    // The offscreen platform plug-in keeps its screen, and fontconfig its caches, until the process ends.
+    return "leak:QScreen\nleak:libqoffscreen.so\nleak:handleScreenAdded\nleak:libfontconfig\n";
+}
+
+#endif
+
+// Each hand-over is told object by object, so that nothing else gains an order that it does not have: an
+// event from its posting to its delivery, a thread from the end of its run() to whoever waits for it or
+// deletes it. The functions below stand before those of Qt in the symbol search and pass every call on.
+#ifdef __SANITIZE_THREAD__
+
+#include <QDeadlineTimer>
+#include <QEvent>
+#include <QThread>
+#include <dlfcn.h>
+#include <sanitizer/tsan_interface.h>
+
+#define POST_EVENT "_ZN16QCoreApplication9postEventEP7QObjectP6QEventi"
+#define THREAD_START "_ZN7QThread5startENS_8PriorityE"
+#define THREAD_WAIT "_ZN7QThread4waitE14QDeadlineTimer"
+
+extern "C" __attribute__((visibility("default"))) void PostEvent(QObject* receiver, QEvent* event,
+                                                                 int priority) __asm__(POST_EVENT);
+extern "C" __attribute__((visibility("default"))) void
+StartThread(QThread* thread, QThread::Priority priority) __asm__(THREAD_START);
+extern "C" __attribute__((visibility("default"))) bool
+WaitThread(QThread* thread, QDeadlineTimer deadline) __asm__(THREAD_WAIT);
+
+extern "C" __attribute__((visibility("default"))) const char* __tsan_default_options()
+{
+    // Memory that Qt, glib and the like take and give back among themselves, under locks that are not seen.
+    // Accesses that our own code makes are reported all the same, also when it is called by them.
+    return "ignore_noninstrumented_modules=1";
+}
+
+namespace {
+
+template <class TFunction> TFunction* OfQt(TFunction*, const char* name)
+{
+    return reinterpret_cast<TFunction*>(::dlsym(RTLD_NEXT, name));
+}
+
+} // namespace
+
+void PostEvent(QObject* receiver, QEvent* event, int priority)
+{
+    __tsan_release(event);
+    static const auto real = OfQt(&PostEvent, POST_EVENT);
+    real(receiver, event, priority);
+}
+
+void StartThread(QThread* thread, QThread::Priority priority)
+{
+    // Called on the thread itself, as the last thing that it does.
+    QObject::connect(thread, &QThread::finished, [thread] { __tsan_release(thread); });
+    static const auto real = OfQt(&StartThread, THREAD_START);
+    real(thread, priority);
+}
+
+bool WaitThread(QThread* thread, QDeadlineTimer deadline)
+{
+    static const auto real = OfQt(&WaitThread, THREAD_WAIT);
+    const bool ended = real(thread, deadline);
+    if (ended)
+        __tsan_acquire(thread);
+    return ended;
+}
+
+bool CTestApplication::notify(QObject* receiver, QEvent* event)
+{
+    __tsan_acquire(event);
+    if (event->type() == QEvent::DeferredDelete)
+        __tsan_acquire(receiver);
+    return QApplication::notify(receiver, event);
+}
+
+#endif
