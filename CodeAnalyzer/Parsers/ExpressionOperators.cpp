@@ -2,7 +2,7 @@
 #include "Parsers/ExpressionStatementParser.h"
 
 #include <algorithm>
-#include <initializer_list>
+#include <cstdint>
 
 namespace Kesh::CodeAnalyzer {
 
@@ -12,17 +12,26 @@ using SyntaxParser::SScheme;
 
 namespace {
 
-using TTexts = std::initializer_list<std::wstring_view>;
-
-bool IsOneOf(std::wstring_view text, TTexts texts)
+/// An operator of up to three characters as a number; 0 for anything longer.
+constexpr std::uint64_t Key(std::wstring_view text)
 {
-    return std::find(texts.begin(), texts.end(), text) != texts.end();
+    if (text.size() > 3)
+        return 0;
+    std::uint64_t key = 0;
+    for (wchar_t c : text)
+        key = key << 21 | static_cast<std::uint64_t>(c);
+    return key;
 }
 
-bool LowersToOneOf(std::wstring_view text, TTexts texts)
+template <std::size_t... Sizes> bool IsOneOf(std::wstring_view text, const wchar_t (&... operators)[Sizes])
 {
-    return std::any_of(texts.begin(), texts.end(),
-                       [text](std::wstring_view lower) { return CCommonString::LowersTo(text, lower); });
+    const std::uint64_t key = Key(text);
+    return ((key == Key({operators, Sizes - 1})) || ...);
+}
+
+template <std::size_t... Sizes> bool LowersToOneOf(std::wstring_view text, const wchar_t (&... words)[Sizes])
+{
+    return (CCommonString::LowersTo(text, {words, Sizes - 1}) || ...);
 }
 
 constexpr int OpenBracketPriority = 10;
@@ -32,29 +41,29 @@ constexpr int OpenBracketPriority = 10;
 int CExpressionStatementParser::IsBinaryOperator(CRegion* region)
 {
     if (IsToken(region, 1))
-        return IsOneOf(Text(region).Trimmed(), {L"||", L"&&", L"==", L"===", L"!=", L"!==", L"<>", L">", L"<",
-                                                L">=", L"<=", L"?", L":"});
+        return IsOneOf(Text(region).Trimmed(), L"||", L"&&", L"==", L"===", L"!=", L"!==", L"<>", L">", L"<",
+                       L">=", L"<=", L"?", L":");
     if (IsToken(region, 21))
         return true;
     // The words in capitals can never equal a lowered text; they belong to the list all the same.
     if (IsToken(region, 2) || IsToken(region, 19))
-        return LowersToOneOf(Text(region).Trimmed(),
-                             {L"instanceof", L"and", L"AND", L"or", L"OR", L"xor", L"XOR"});
+        return LowersToOneOf(Text(region).Trimmed(), L"instanceof", L"and", L"AND", L"or", L"OR", L"xor",
+                             L"XOR");
     return false;
 }
 
 int CExpressionStatementParser::IsBinaryOperatorCanBeAssign(CRegion* region)
 {
     if (IsToken(region, 1))
-        return IsOneOf(Text(region).Trimmed(),
-                       {L"+", L"-", L"*", L"/", L"%", L"&", L"|", L"^", L"<<", L">>", L"**"});
+        return IsOneOf(Text(region).Trimmed(), L"+", L"-", L"*", L"/", L"%", L"&", L"|", L"^", L"<<", L">>",
+                       L"**");
     return IsToken(region, 21);
 }
 
 int CExpressionStatementParser::IsPrefixOperator(CRegion* region)
 {
     if (IsToken(region, 1))
-        return IsOneOf(Text(region).Trimmed(), {L"++", L"--", L"!", L"-", L"+", L"~", L"@", L"&"});
+        return IsOneOf(Text(region).Trimmed(), L"++", L"--", L"!", L"-", L"+", L"~", L"@", L"&");
     if (IsToken(region, 15))
         return true;
     // In lower case only.
@@ -65,13 +74,13 @@ int CExpressionStatementParser::IsPrefixOperator(CRegion* region)
 
 int CExpressionStatementParser::IsSuffixOperator(CRegion* region)
 {
-    return IsToken(region, 1) && IsOneOf(Text(region).Trimmed(), {L"++", L"--"});
+    return IsToken(region, 1) && IsOneOf(Text(region).Trimmed(), L"++", L"--");
 }
 
 int CExpressionStatementParser::IsFuncStyleKeyword(CRegion* region)
 {
     return IsToken(region, 2) &&
-           LowersToOneOf(Text(region).Trimmed(), {L"isset", L"empty", L"eval", L"list", L"unset"});
+           LowersToOneOf(Text(region).Trimmed(), L"isset", L"empty", L"eval", L"list", L"unset");
 }
 
 int CExpressionStatementParser::IsNoNeedParamsFuncKeyword(CRegion* region)
@@ -79,7 +88,7 @@ int CExpressionStatementParser::IsNoNeedParamsFuncKeyword(CRegion* region)
     if (IsToken(region, 16))
         return true;
     if (IsToken(region, 2) || IsToken(region, 19) || region->definition == Php().ExtraDefs[3])
-        return LowersToOneOf(Text(region).Trimmed(), {L"exit", L"echo", L"print", L"die", L"continue"});
+        return LowersToOneOf(Text(region).Trimmed(), L"exit", L"echo", L"print", L"die", L"continue");
     return false;
 }
 
@@ -87,20 +96,19 @@ int CExpressionStatementParser::IsTypeRegion(CRegion* region)
 {
     if (!IsToken(region, 19) && !IsToken(region, 2))
         return false;
-    return LowersToOneOf(Text(region).Trimmed(),
-                         {L"int", L"integer", L"float", L"double", L"real", L"string", L"object", L"array",
-                          L"bool", L"boolean", L"binary", L"unset"});
+    return LowersToOneOf(Text(region).Trimmed(), L"int", L"integer", L"float", L"double", L"real", L"string",
+                         L"object", L"array", L"bool", L"boolean", L"binary", L"unset");
 }
 
 int CExpressionStatementParser::GetOperatorPriority(std::wstring_view op)
 {
-    if (op == L"=")
+    if (IsOneOf(op, L"="))
         return 1;
-    if (IsOneOf(op, {L"+", L"-", L"||"}))
+    if (IsOneOf(op, L"+", L"-", L"||"))
         return 5;
-    if (IsOneOf(op, {L"*", L"/", L"&&"}))
+    if (IsOneOf(op, L"*", L"/", L"&&"))
         return 6;
-    if (IsOneOf(op, {L"(", L"["}))
+    if (IsOneOf(op, L"(", L"["))
         return OpenBracketPriority;
     return -1;
 }

@@ -42,21 +42,6 @@ bool IsBlank(wchar_t c)
 
 } // namespace
 
-CStatementParser::CText::CText(CRegion* region, IReader* reader)
-{
-    if (region->text.data()) {
-        m_view = region->text;
-    } else {
-        m_copy = reader->GetText(region->start, region->end);
-        m_view = m_copy;
-    }
-}
-
-std::wstring_view CStatementParser::CText::Trimmed() const
-{
-    return CCommonString::Trim(m_view);
-}
-
 CStatementParser::CStatementParser(SyntaxParser::CDefRegions* defs, boost::shared_ptr<IReader> reader,
                                    CParentParser* parent)
     : m_defs(defs), m_reader(std::move(reader)), m_parent(parent), m_reservedWords(ReservedWords())
@@ -65,21 +50,24 @@ CStatementParser::CStatementParser(SyntaxParser::CDefRegions* defs, boost::share
 
 int CStatementParser::IsNonSignificantRegion(CRegion* region)
 {
-    if (IsToken(region, 1)) {
+    const auto& php = Php();
+    const ISynRegion* definition = region->definition;
+    if (definition == php.TokenDefs[1]) {
         const CText text = Text(region);
         const std::wstring_view view = text.Whole();
         return std::all_of(view.rbegin(), view.rend(), IsBlank);
     }
-    const auto& comments = Php().CommentDefs;
-    if (std::find(comments + 1, std::end(comments), region->definition) != std::end(comments))
-        return true;
-    return IsRegion(region, Php().TokenDefs[19], L"php", 1);
+    if (definition == php.TokenDefs[19])
+        return HasText(region, {L"php", 3}, 1);
+    // The commonest kinds first: most regions are none of the many that follow.
+    if (definition == php.VarDefs[3] || definition == php.TokenDefs[3] || definition == php.TokenDefs[4] ||
+        definition == php.TokenDefs[10] || definition == php.TokenDefs[8] || definition == php.TokenDefs[2])
+        return false;
+    return std::find(php.CommentDefs + 1, std::end(php.CommentDefs), definition) != std::end(php.CommentDefs);
 }
 
-int CStatementParser::IsRegion(CRegion* region, ISynRegion* def, std::wstring_view text, int lowerCase)
+bool CStatementParser::HasText(CRegion* region, std::wstring_view text, int lowerCase) const
 {
-    if (region->definition != def)
-        return false;
     const CText found = Text(region);
     return lowerCase ? CCommonString::LowersTo(found.Trimmed(), text) : found.Trimmed() == text;
 }
@@ -89,10 +77,8 @@ int CStatementParser::IsExpressionKeyword(std::wstring_view word)
     return m_reservedWords.count(CCommonString::LowerCaseFast(word)) == 0;
 }
 
-wchar_t CStatementParser::LastChar(CRegion* region) const
+wchar_t CStatementParser::ReadLastChar(CRegion* region) const
 {
-    if (region->text.data())
-        return region->text.empty() ? L'\0' : region->text.back();
     const CIterator end = region->end;
     const CIterator last{std::max<std::int64_t>(end.x - 1, 0), end.y};
     return m_reader->GetText(last, end)[0];

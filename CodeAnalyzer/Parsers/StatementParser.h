@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Base/CommonString.h"
 #include "Kesh/SyntaxParser/IParser.h"
 #include "Kesh/SyntaxParser/IReader.h"
 #include "Kesh/SyntaxParser/Regions.h"
@@ -42,7 +43,10 @@ public:
     /// Whether the region is of kind `def` and its trimmed text is `text`. With `lowerCase` the text is
     /// lowered first; `text` must then be in lower case.
     int IsRegion(SyntaxParser::CRegion* region, SyntaxParser::ISynRegion* def, std::wstring_view text,
-                 int lowerCase);
+                 int lowerCase) const
+    {
+        return region->definition == def && HasText(region, text, lowerCase);
+    }
     /// Whether the word is not reserved, so that it may stand in an expression.
     int IsExpressionKeyword(std::wstring_view word);
 
@@ -51,10 +55,15 @@ protected:
     class CText
     {
     public:
-        CText(SyntaxParser::CRegion* region, SyntaxParser::IReader* reader);
+        CText(SyntaxParser::CRegion* region, SyntaxParser::IReader* reader) : m_view(region->text)
+        {
+            if (!m_view.data())
+                m_view = m_copy = reader->GetText(region->start, region->end);
+        }
         CText(const CText&) = delete;
         CText& operator=(const CText&) = delete;
-        std::wstring_view Trimmed() const;
+
+        std::wstring_view Trimmed() const { return Base::CCommonString::Trim(m_view); }
         std::wstring_view Whole() const { return m_view; }
 
     private:
@@ -63,7 +72,10 @@ protected:
     };
     CText Text(SyntaxParser::CRegion* region) const { return {region, m_reader.get()}; }
     /// The character just before the region's end; tells the brackets apart.
-    wchar_t LastChar(SyntaxParser::CRegion* region) const;
+    wchar_t LastChar(SyntaxParser::CRegion* region) const
+    {
+        return region->text.empty() ? ReadLastChar(region) : region->text.back();
+    }
 
     const SyntaxParser::SPhpRegionDefs& Php() const { return m_defs->Php; }
     bool IsToken(SyntaxParser::CRegion* region, int index) const
@@ -79,14 +91,16 @@ protected:
         return IsToken(region, 4) && LastChar(region) == bracket;
     }
     /// A keyword region with this text, in any case.
-    bool IsKeyword(SyntaxParser::CRegion* region, std::wstring_view word)
+    template <std::size_t Size>
+    bool IsKeyword(SyntaxParser::CRegion* region, const wchar_t (&word)[Size]) const
     {
-        return IsRegion(region, m_defs->Php.TokenDefs[2], word, 1);
+        return IsRegion(region, m_defs->Php.TokenDefs[2], {word, Size - 1}, 1);
     }
     /// Plain text that is exactly this operator.
-    bool IsSymbol(SyntaxParser::CRegion* region, std::wstring_view symbol)
+    template <std::size_t Size>
+    bool IsSymbol(SyntaxParser::CRegion* region, const wchar_t (&symbol)[Size]) const
     {
-        return IsRegion(region, m_defs->Php.TokenDefs[1], symbol, 0);
+        return IsRegion(region, m_defs->Php.TokenDefs[1], {symbol, Size - 1}, 0);
     }
     /// A `;`, or the closing tag, which ends a statement like one.
     bool IsStatementEnd(SyntaxParser::CRegion* region) const
@@ -96,6 +110,11 @@ protected:
     /// A name: an identifier, or a reserved word that may stand for one.
     bool IsWord(SyntaxParser::CRegion* region) const { return IsToken(region, 19) || IsToken(region, 17); }
 
+private:
+    bool HasText(SyntaxParser::CRegion* region, std::wstring_view text, int lowerCase) const;
+    wchar_t ReadLastChar(SyntaxParser::CRegion* region) const;
+
+protected:
     SyntaxParser::CDefRegions* m_defs;
     boost::shared_ptr<SyntaxParser::IReader> m_reader;
     CParentParser* m_parent;

@@ -125,9 +125,9 @@ void CSwitchParser::OnStructureEnd(CRegion* region, int /*redispatch*/)
     }
 }
 
-bool CSwitchParser::IsWordOrKeyword(CRegion* region, std::wstring_view word)
+bool CSwitchParser::IsWordOrKeyword(CRegion* region, std::wstring_view word) const
 {
-    return IsKeyword(region, word) || IsRegion(region, Php().TokenDefs[19], word, 1);
+    return IsRegion(region, Php().TokenDefs[2], word, 1) || IsRegion(region, Php().TokenDefs[19], word, 1);
 }
 
 void CSwitchParser::End(CRegion* region, int redispatch)

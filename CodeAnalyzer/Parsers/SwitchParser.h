@@ -37,7 +37,7 @@ private:
     void HandleCaseExpressionState(SyntaxParser::CRegion* region);
     void HandleBreakState(SyntaxParser::CRegion* /*region*/) {}
 
-    bool IsWordOrKeyword(SyntaxParser::CRegion* region, std::wstring_view word);
+    bool IsWordOrKeyword(SyntaxParser::CRegion* region, std::wstring_view word) const;
     void End(SyntaxParser::CRegion* region, int redispatch);
     void Error(SyntaxParser::CRegion* region);
 

@@ -40,9 +40,15 @@ public:
 private:
     EPhpToken NextInHtml();
     EPhpToken NextInPhp();
-    EPhpToken LexLineComment(EPhpToken token);
-    EPhpToken LexBlockComment();
-    EPhpToken LexHash();
+    /// The token ends at `end`.
+    EPhpToken Cut(const wchar_t* end, EPhpToken token)
+    {
+        m_cursor = end;
+        return token;
+    }
+    EPhpToken LexLineComment(const wchar_t* p, EPhpToken token);
+    EPhpToken LexBlockComment(const wchar_t* p);
+    EPhpToken LexHash(const wchar_t* p);
     const wchar_t* FindAttributeEnd(const wchar_t* p) const;
     const wchar_t* FindCommentEnd(const wchar_t* p) const;
     const wchar_t* FindLineCommentEnd(const wchar_t* p) const;

@@ -102,30 +102,27 @@ const wchar_t* CPhpLexer::FindCommentEnd(const wchar_t* p) const
     }
 }
 
-EPhpToken CPhpLexer::LexLineComment(EPhpToken token)
+EPhpToken CPhpLexer::LexLineComment(const wchar_t* p, EPhpToken token)
 {
-    m_cursor = FindLineCommentEnd(m_cursor);
-    return token;
+    return Cut(FindLineCommentEnd(p), token);
 }
 
-EPhpToken CPhpLexer::LexBlockComment()
+EPhpToken CPhpLexer::LexBlockComment(const wchar_t* p)
 {
-    const bool isDoc = *m_cursor == L'*' && IsPhpBlank(m_cursor[1]);
-    m_cursor = FindCommentEnd(m_cursor);
-    return isDoc ? EPhpToken::DocComment : EPhpToken::BlockComment;
+    const bool isDoc = *p == L'*' && IsPhpBlank(p[1]);
+    return Cut(FindCommentEnd(p), isDoc ? EPhpToken::DocComment : EPhpToken::BlockComment);
 }
 
-EPhpToken CPhpLexer::LexHash()
+EPhpToken CPhpLexer::LexHash(const wchar_t* p)
 {
-    if (*m_cursor != L'[' || m_openAttribute)
-        return LexLineComment(EPhpToken::HashComment);
-    const wchar_t* end = FindAttributeEnd(m_cursor + 1);
+    if (*p != L'[' || m_openAttribute)
+        return LexLineComment(p, EPhpToken::HashComment);
+    const wchar_t* end = FindAttributeEnd(p + 1);
     if (!end) {
         m_openAttribute = true;
-        return LexLineComment(EPhpToken::HashComment);
+        return LexLineComment(p, EPhpToken::HashComment);
     }
-    m_cursor = end;
-    return EPhpToken::Attribute;
+    return Cut(end, EPhpToken::Attribute);
 }
 
 // After the `]` that closes `#[`; null when there is none.

@@ -30,16 +30,30 @@ public:
     void EmitLines(ISynRegion* definition, const wchar_t* begin, const wchar_t* end)
     {
         m_region.start = {begin - m_lineStart, m_line};
-        const wchar_t* p = begin;
-        while ((p = std::wmemchr(p, L'\n', static_cast<std::size_t>(end - p)))) {
-            m_lineStart = ++p;
-            ++m_line;
+        // Most pieces are short: a loop of our own beats a call.
+        if (end - begin < ShortPiece) {
+            for (const wchar_t* p = begin; p < end; ++p) {
+                if (*p == L'\n')
+                    NextLine(p + 1);
+            }
+        } else {
+            const wchar_t* p = begin;
+            while ((p = std::wmemchr(p, L'\n', static_cast<std::size_t>(end - p))))
+                NextLine(++p);
         }
         m_region.end = {end - m_lineStart, m_line};
         Send(definition, begin, end);
     }
 
 private:
+    static constexpr std::ptrdiff_t ShortPiece = 32;
+
+    void NextLine(const wchar_t* start)
+    {
+        m_lineStart = start;
+        ++m_line;
+    }
+
     void Send(ISynRegion* definition, const wchar_t* begin, const wchar_t* end)
     {
         m_region.definition = definition;

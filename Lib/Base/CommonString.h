@@ -14,13 +14,34 @@ public:
     /// Compares without regard to case: below 0, 0 or above 0, like std::wstring::compare.
     static int CompareNoCase(std::wstring_view a, std::wstring_view b);
     /// Without the classic locale's white space at both ends.
-    static std::wstring_view Trim(std::wstring_view text);
+    static std::wstring_view Trim(std::wstring_view text)
+    {
+        while (!text.empty() && IsClassicSpace(text.front()))
+            text.remove_prefix(1);
+        while (!text.empty() && IsClassicSpace(text.back()))
+            text.remove_suffix(1);
+        return text;
+    }
     /// Whether LowerCaseFast(text) == lower, without making a string for ASCII text.
-    static bool LowersTo(std::wstring_view text, std::wstring_view lower);
+    static bool LowersTo(std::wstring_view text, std::wstring_view lower)
+    {
+        bool equal = text.size() == lower.size();
+        for (std::size_t i = 0; i < text.size(); ++i) {
+            const wchar_t c = text[i];
+            if (static_cast<char32_t>(c) >= 0x80)
+                return LowerCaseFast(text) == lower;
+            if (equal && AsciiLower(c) != lower[i])
+                equal = false;
+        }
+        return equal;
+    }
 
-    /// Numbers and narrow texts.
     static std::wstring FromUtf8(std::string_view text);
     static std::string ToUtf8(std::wstring_view text);
+
+private:
+    static bool IsClassicSpace(wchar_t c) { return c == L' ' || (c >= L'\t' && c <= L'\r'); }
+    static wchar_t AsciiLower(wchar_t c) { return c >= L'A' && c <= L'Z' ? c + (L'a' - L'A') : c; }
 };
 
 } // namespace Kesh::Base

@@ -67,18 +67,18 @@ void CSimpleReader::SetString(const wchar_t* text)
     Reset();
     m_string.clear();
     std::wstring* line = &m_string.emplace_back();
-    while (*text) {
-        const std::size_t run = std::wcscspn(text, L"\r\n");
-        line->append(text, run);
-        text += run;
-        if (*text == L'\n') {
-            *line += *text++;
+    const wchar_t* const end = text + std::wcslen(text);
+    while (text < end) {
+        // As much of the line as stands in one piece, its break included.
+        const wchar_t* next = text;
+        while (next < end && *next != L'\n' && *next != L'\r')
+            ++next;
+        const bool breaks = next < end && *next == L'\n';
+        line->append(text, breaks ? next + 1 : next);
+        const bool alone = next + 1 < end && *next == L'\r' && next[1] != L'\n';
+        if (breaks || alone)
             line = &m_string.emplace_back();
-        } else if (*text == L'\r') {
-            ++text;
-            if (*text && *text != L'\n')
-                line = &m_string.emplace_back();
-        }
+        text = next + 1;
     }
 }
 
