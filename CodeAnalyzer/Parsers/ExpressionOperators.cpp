@@ -41,13 +41,13 @@ constexpr int OpenBracketPriority = 10;
 int CExpressionStatementParser::IsBinaryOperator(CRegion* region)
 {
     if (IsToken(region, 1))
-        return IsOneOf(Text(region).Trimmed(), L"||", L"&&", L"==", L"===", L"!=", L"!==", L"<>", L">", L"<",
+        return IsOneOf(TrimmedText(region), L"||", L"&&", L"==", L"===", L"!=", L"!==", L"<>", L">", L"<",
                        L">=", L"<=", L"?", L":");
     if (IsToken(region, 21))
         return true;
     // The words in capitals can never equal a lowered text; they belong to the list all the same.
     if (IsToken(region, 2) || IsToken(region, 19))
-        return LowersToOneOf(Text(region).Trimmed(), L"instanceof", L"and", L"AND", L"or", L"OR", L"xor",
+        return LowersToOneOf(TrimmedText(region), L"instanceof", L"and", L"AND", L"or", L"OR", L"xor",
                              L"XOR");
     return false;
 }
@@ -55,7 +55,7 @@ int CExpressionStatementParser::IsBinaryOperator(CRegion* region)
 int CExpressionStatementParser::IsBinaryOperatorCanBeAssign(CRegion* region)
 {
     if (IsToken(region, 1))
-        return IsOneOf(Text(region).Trimmed(), L"+", L"-", L"*", L"/", L"%", L"&", L"|", L"^", L"<<", L">>",
+        return IsOneOf(TrimmedText(region), L"+", L"-", L"*", L"/", L"%", L"&", L"|", L"^", L"<<", L">>",
                        L"**");
     return IsToken(region, 21);
 }
@@ -63,24 +63,24 @@ int CExpressionStatementParser::IsBinaryOperatorCanBeAssign(CRegion* region)
 int CExpressionStatementParser::IsPrefixOperator(CRegion* region)
 {
     if (IsToken(region, 1))
-        return IsOneOf(Text(region).Trimmed(), L"++", L"--", L"!", L"-", L"+", L"~", L"@", L"&");
+        return IsOneOf(TrimmedText(region), L"++", L"--", L"!", L"-", L"+", L"~", L"@", L"&");
     if (IsToken(region, 15))
         return true;
     // In lower case only.
     if (IsToken(region, 2) || IsToken(region, 19))
-        return Text(region).Trimmed() == L"clone";
+        return Equals(TrimmedText(region), L"clone");
     return false;
 }
 
 int CExpressionStatementParser::IsSuffixOperator(CRegion* region)
 {
-    return IsToken(region, 1) && IsOneOf(Text(region).Trimmed(), L"++", L"--");
+    return IsToken(region, 1) && IsOneOf(TrimmedText(region), L"++", L"--");
 }
 
 int CExpressionStatementParser::IsFuncStyleKeyword(CRegion* region)
 {
     return IsToken(region, 2) &&
-           LowersToOneOf(Text(region).Trimmed(), L"isset", L"empty", L"eval", L"list", L"unset");
+           LowersToOneOf(TrimmedText(region), L"isset", L"empty", L"eval", L"list", L"unset");
 }
 
 int CExpressionStatementParser::IsNoNeedParamsFuncKeyword(CRegion* region)
@@ -88,7 +88,7 @@ int CExpressionStatementParser::IsNoNeedParamsFuncKeyword(CRegion* region)
     if (IsToken(region, 16))
         return true;
     if (IsToken(region, 2) || IsToken(region, 19) || region->definition == Php().ExtraDefs[3])
-        return LowersToOneOf(Text(region).Trimmed(), L"exit", L"echo", L"print", L"die", L"continue");
+        return LowersToOneOf(TrimmedText(region), L"exit", L"echo", L"print", L"die", L"continue");
     return false;
 }
 
@@ -96,7 +96,7 @@ int CExpressionStatementParser::IsTypeRegion(CRegion* region)
 {
     if (!IsToken(region, 19) && !IsToken(region, 2))
         return false;
-    return LowersToOneOf(Text(region).Trimmed(), L"int", L"integer", L"float", L"double", L"real", L"string",
+    return LowersToOneOf(TrimmedText(region), L"int", L"integer", L"float", L"double", L"real", L"string",
                          L"object", L"array", L"bool", L"boolean", L"binary", L"unset");
 }
 
@@ -115,14 +115,14 @@ int CExpressionStatementParser::GetOperatorPriority(std::wstring_view op)
 
 void CExpressionStatementParser::AddOperator(CRegion* region)
 {
-    AddOperator(Text(region).Trimmed());
+    AddOperator(TrimmedText(region));
 }
 
 void CExpressionStatementParser::AddOperator(std::wstring_view op)
 {
     auto& operators = m_data.operators;
     auto& operands = m_data.operands;
-    if (op != L")" && op != L"]") {
+    if (!IsOneOf(op, L")", L"]")) {
         const int priority = GetOperatorPriority(op);
         while (!operators.empty() && operands.size() >= 2) {
             const int top = operators.back().second;
@@ -134,7 +134,8 @@ void CExpressionStatementParser::AddOperator(std::wstring_view op)
         return;
     }
 
-    const std::wstring_view opener = op == L")" ? L"(" : L"[";
+    const bool isRound = IsOneOf(op, L")");
+    const std::wstring_view opener(isRound ? L"(" : L"[", 1);
     bool reduced = false;
     while (!operators.empty() && operands.size() >= 2 && operators.back().first != opener) {
         ReduceOnce();
@@ -144,7 +145,7 @@ void CExpressionStatementParser::AddOperator(std::wstring_view op)
         return;
     if (operators.back().first == opener)
         operators.pop_back();
-    if (op == L"]" && reduced && !operands.empty())
+    if (!isRound && reduced && !operands.empty())
         operands.pop_back();
     if (!operands.empty()) {
         m_data.currentOperand = operands.back();

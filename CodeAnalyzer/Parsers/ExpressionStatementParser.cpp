@@ -62,6 +62,11 @@ constexpr std::uint64_t Successors[ExpressionStateCount] = {
     /* MayBeFuncCall */ Set({2, 3, 9, 10}),
 };
 
+// The states to which blanks and comments mean something; for the others they are not there.
+constexpr std::uint64_t SeesBlanks =
+    Set({BinarAssignOpState, FloatCommaNumberState, StringState, BacktickState, StreamState,
+         AnonymousFunctionState, AnonymousClassState});
+
 } // namespace
 
 CExpressionStatementParser::CExpressionStatementParser(SyntaxParser::CDefRegions* defs,
@@ -131,8 +136,7 @@ int CExpressionStatementParser::StatementStartRegion(CRegion* region)
     } else if (IsToken(region, 1) && LastChar(region) == L'`') {
         state = BacktickState;
     } else if (IsToken(region, 2)) {
-        const CText text = Text(region);
-        const std::wstring_view word = text.Trimmed();
+        const std::wstring_view word = TrimmedText(region);
         if (CCommonString::LowersTo(word, L"array")) {
             ++m_data.arrayConstructs;
             state = ArrayState;
@@ -168,6 +172,8 @@ int CExpressionStatementParser::StatementStartRegion(CRegion* region)
 
 void CExpressionStatementParser::DispathRegion(CRegion* region)
 {
+    if (!(SeesBlanks >> m_data.state & 1) && IsIgnored(region))
+        return;
     switch (m_data.state) {
     case AssignExprState: HandleAssignExprState(region); break;
     case AfterWordStartState: HandleAfterWordStartState(region); break;
@@ -261,9 +267,8 @@ void CExpressionStatementParser::NoteRegion(CRegion* region)
 
 void CExpressionStatementParser::NoteArgument(CRegion* region)
 {
-    const CText text = Text(region);
-    const std::wstring_view word = text.Trimmed();
-    const bool isEcho = CCommonString::LowersTo(word, L"echo") || word == L"=";
+    const std::wstring_view word = TrimmedText(region);
+    const bool isEcho = CCommonString::LowersTo(word, L"echo") || Equals(word, L"=");
     m_data.commaAllowed |= isEcho && !AnyBracketOpen();
     if (CCommonString::LowersTo(word, L"exit") || CCommonString::LowersTo(word, L"die"))
         m_data.argument = EArgument::InBrackets;
@@ -275,10 +280,10 @@ void CExpressionStatementParser::NoteArgument(CRegion* region)
 
 void CExpressionStatementParser::NoteFunction(CRegion* region)
 {
-    const CText text = Text(region);
-    if (CCommonString::LowersTo(text.Trimmed(), L"list"))
+    const std::wstring_view text = TrimmedText(region);
+    if (CCommonString::LowersTo(text, L"list"))
         m_data.nextCall = EBracket::List;
-    else if (CCommonString::LowersTo(text.Trimmed(), L"match"))
+    else if (CCommonString::LowersTo(text, L"match"))
         m_data.nextCall = EBracket::MatchHead;
     else
         m_data.nextCall = EBracket::Call;

@@ -16,8 +16,6 @@ constexpr int MissingSemicolon = 102;
 // 0: the right side after `=`.
 void CExpressionStatementParser::HandleAssignExprState(CRegion* region)
 {
-    if (IsIgnored(region))
-        return;
     SetState(UOperandState);
     HandleUOperandState(region);
 }
@@ -25,8 +23,6 @@ void CExpressionStatementParser::HandleAssignExprState(CRegion* region)
 // 1: after a word that began the statement.
 void CExpressionStatementParser::HandleAfterWordStartState(CRegion* region)
 {
-    if (IsIgnored(region))
-        return;
     if (IsTerminalRegion(region) || IsSymbol(region, L":")) { // a constant; the label of a `goto`
         DoExpressionEnd(region);
         return;
@@ -39,7 +35,7 @@ void CExpressionStatementParser::HandleAfterWordStartState(CRegion* region)
 void CExpressionStatementParser::HandleUOperandState(CRegion* region)
 {
     const auto& php = Php();
-    if (!m_data.startRecorded && !IsIgnored(region)) {
+    if (!m_data.startRecorded) {
         m_data.start = {region->start, region->end};
         m_data.startRecorded = true;
     }
@@ -75,11 +71,11 @@ void CExpressionStatementParser::HandleUOperandState(CRegion* region)
     } else if (IsPrefixOperator(region)) {
         // another operand state
     } else if (IsToken(region, 2)) {
-        const CText text = Text(region);
-        if (CCommonString::LowersTo(text.Trimmed(), L"array")) {
+        const std::wstring_view text = TrimmedText(region);
+        if (CCommonString::LowersTo(text, L"array")) {
             ++m_data.arrayConstructs;
             SetState(ArrayState);
-        } else if (IsExpressionKeyword(text.Trimmed())) {
+        } else if (IsExpressionKeyword(text)) {
             SetState(MayBeFuncCallState);
         } else {
             DoExpressionError(ExpressionError, region, 1);
@@ -98,8 +94,6 @@ void CExpressionStatementParser::HandleUOperandState(CRegion* region)
         StartEmbedded(region, 1);
     } else if (IsToken(region, 21)) {
         SetState(DotState);
-    } else if (IsNonSignificantRegion(region)) {
-        return;
     } else {
         DoExpressionError(ExpressionError, region, 1);
         return;
@@ -110,8 +104,6 @@ void CExpressionStatementParser::HandleUOperandState(CRegion* region)
 // 3: an operator after an operand.
 void CExpressionStatementParser::HandleBinarOpState(CRegion* region)
 {
-    if (IsIgnored(region))
-        return;
     if (!AnyBracketOpen() && IsTerminalRegion(region)) {
         DoExpressionEnd(region);
         return;
@@ -247,14 +239,13 @@ void CExpressionStatementParser::HandleBinarAssignOpState(CRegion* region)
         return;
     }
     SetState(UOperandState);
-    HandleUOperandState(region);
+    if (!IsIgnored(region))
+        HandleUOperandState(region);
 }
 
 // 5: inside an expression, after a word that takes an argument with or without brackets.
 void CExpressionStatementParser::HandleFuncCallStartState(CRegion* region)
 {
-    if (IsIgnored(region))
-        return;
     if (IsOpening(region, L'(')) {
         OpenRound(region, EBracket::Call);
         m_data.operandDue = true;
@@ -269,8 +260,6 @@ void CExpressionStatementParser::HandleFuncCallStartState(CRegion* region)
 // 6: after `echo` and its like at the start of a statement.
 void CExpressionStatementParser::HandlePseudoFuncCallStartState(CRegion* region)
 {
-    if (IsIgnored(region))
-        return;
     SetState(FuncCallNoBrParamsState);
     HandleFuncCallNoBrParamsState(region);
 }
@@ -278,8 +267,6 @@ void CExpressionStatementParser::HandlePseudoFuncCallStartState(CRegion* region)
 // 7: after the `(` of such a word: a cast, or arguments.
 void CExpressionStatementParser::HandleFuncCallParamsState(CRegion* region)
 {
-    if (IsIgnored(region))
-        return;
     if (IsTypeRegion(region)) {
         m_data.operandDue = false;
         SetState(TypeOperatorState);
@@ -293,8 +280,6 @@ void CExpressionStatementParser::HandleFuncCallParamsState(CRegion* region)
 // 8: the argument without brackets, or none.
 void CExpressionStatementParser::HandleFuncCallNoBrParamsState(CRegion* region)
 {
-    if (IsIgnored(region))
-        return;
     SetState(ChainState);
     if (m_data.argument == EArgument::InBrackets) {
         CExpressionStatementParser::HandleChainState(region);
@@ -315,8 +300,6 @@ void CExpressionStatementParser::HandleFuncCallNoBrParamsState(CRegion* region)
 // 9: the `(` of a call.
 void CExpressionStatementParser::HandleFuncState(CRegion* region)
 {
-    if (IsIgnored(region))
-        return;
     if (m_data.operandDue) {
         SetState(ChainState);
         HandleOperandDue(region);
@@ -338,8 +321,6 @@ void CExpressionStatementParser::HandleFuncState(CRegion* region)
 // 10: after a complete operand.
 void CExpressionStatementParser::HandleChainState(CRegion* region)
 {
-    if (IsIgnored(region))
-        return;
     if (IsToken(region, 9) || IsSymbol(region, L"::")) {
         SetState(ChainArrowState);
     } else if (IsOpening(region, L'[')) {
@@ -372,7 +353,7 @@ void CExpressionStatementParser::HandleChainState(CRegion* region)
 // 10, where a list has just opened: its first operand or its end. `...` spreads an operand or stands for all.
 void CExpressionStatementParser::HandleOperandDue(CRegion* region)
 {
-    if (IsIgnored(region) || IsSymbol(region, L"..."))
+    if (IsSymbol(region, L"..."))
         return;
     m_data.operandDue = false;
     if (IsToken(region, 4) || (IsToken(region, 8) && InnermostIs(EBracket::List))) {
@@ -387,8 +368,6 @@ void CExpressionStatementParser::HandleOperandDue(CRegion* region)
 // 11: the member name.
 void CExpressionStatementParser::HandleChainArrowState(CRegion* region)
 {
-    if (IsIgnored(region))
-        return;
     const auto& php = Php();
     if (region->definition == php.VarDefs[3]) {
         SetState(ChainState);
@@ -413,8 +392,6 @@ void CExpressionStatementParser::HandleChainArrowState(CRegion* region)
 // 12: after a number.
 void CExpressionStatementParser::HandleNumberState(CRegion* region)
 {
-    if (IsIgnored(region))
-        return;
     if (IsToken(region, 21)) {
         AddBinaryOperator(region);
         SetState(NumberDotState);
@@ -453,8 +430,6 @@ void CExpressionStatementParser::HandleExpNumberState(CRegion* region)
 // 15: a `.` after a number.
 void CExpressionStatementParser::HandleNumberDotState(CRegion* region)
 {
-    if (IsIgnored(region))
-        return;
     if (IsToken(region, 20)) {
         SetState(DottedNumberState);
         NoteRegion(region);
@@ -467,8 +442,6 @@ void CExpressionStatementParser::HandleNumberDotState(CRegion* region)
 // 16: digits after it.
 void CExpressionStatementParser::HandleDottedNumberState(CRegion* region)
 {
-    if (IsIgnored(region))
-        return;
     if (IsRegion(region, Php().TokenDefs[19], L"e", 1)) {
         SetState(FloatCommaNumberState);
         return;
@@ -505,8 +478,6 @@ void CExpressionStatementParser::HandleStringEndState(CRegion* region)
 // 20: a `.` where an operand was due.
 void CExpressionStatementParser::HandleDotState(CRegion* region)
 {
-    if (IsIgnored(region))
-        return;
     if (IsToken(region, 5)) {
         SetState(StringState);
         NoteRegion(region);
@@ -522,8 +493,6 @@ void CExpressionStatementParser::HandleDotState(CRegion* region)
 // 21: the `(` after "array".
 void CExpressionStatementParser::HandleArrayState(CRegion* region)
 {
-    if (IsIgnored(region))
-        return;
     if (!IsOpening(region, L'(')) {
         DoExpressionError(ExpressionError, region, 1);
         return;
@@ -536,7 +505,7 @@ void CExpressionStatementParser::HandleArrayState(CRegion* region)
 // 22: an element of an array or a list, or the end after a trailing `,`.
 void CExpressionStatementParser::HandleArrayKeyState(CRegion* region)
 {
-    if (IsIgnored(region) || IsSymbol(region, L"..."))
+    if (IsSymbol(region, L"..."))
         return;
     const bool endsArm = IsToken(region, 21) && InnermostIs(EBracket::MatchBody);
     if (IsToken(region, 4) || endsArm) {
@@ -556,15 +525,13 @@ void CExpressionStatementParser::HandleArrayKeyState(CRegion* region)
 // 23: after `(`: a cast type or an expression.
 void CExpressionStatementParser::HandleOpenRoundBrState(CRegion* region)
 {
-    if (IsIgnored(region))
-        return;
     if (!IsTypeRegion(region)) {
         SetState(UOperandState);
         HandleUOperandState(region);
         return;
     }
-    const CText text = Text(region);
-    SetState(CCommonString::LowersTo(text.Trimmed(), L"array") ? ArrayTypeOperatorState : TypeOperatorState);
+    const std::wstring_view text = TrimmedText(region);
+    SetState(CCommonString::LowersTo(text, L"array") ? ArrayTypeOperatorState : TypeOperatorState);
     m_data.start = {region->start, region->end};
     m_data.startRecorded = true;
     NoteRegion(region);
@@ -573,8 +540,6 @@ void CExpressionStatementParser::HandleOpenRoundBrState(CRegion* region)
 // 24: the `)` of a cast; anything else shows that the type name was a name.
 void CExpressionStatementParser::HandleTypeOperatorState(CRegion* region)
 {
-    if (IsIgnored(region))
-        return;
     if (IsClosing(region, L')')) {
         CloseRound(region);
         SetState(UOperandState);
@@ -588,8 +553,6 @@ void CExpressionStatementParser::HandleTypeOperatorState(CRegion* region)
 // 25: the `)` of an array cast, or the `(` of an array in brackets.
 void CExpressionStatementParser::HandleArrayTypeOperatorState(CRegion* region)
 {
-    if (IsIgnored(region))
-        return;
     if (IsClosing(region, L')')) {
         CloseRound(region);
         SetState(UOperandState);
@@ -607,8 +570,6 @@ void CExpressionStatementParser::HandleArrayTypeOperatorState(CRegion* region)
 // 26: after "return".
 void CExpressionStatementParser::HandleReturnState(CRegion* region)
 {
-    if (IsIgnored(region))
-        return;
     if (IsTerminalRegion(region)) {
         DoExpressionEnd(region);
         return;
@@ -620,8 +581,6 @@ void CExpressionStatementParser::HandleReturnState(CRegion* region)
 // 27: after "break".
 void CExpressionStatementParser::HandleBreakState(CRegion* region)
 {
-    if (IsIgnored(region))
-        return;
     if (IsTerminalRegion(region))
         DoExpressionEnd(region);
     else if (IsOpening(region, L'('))
@@ -635,8 +594,6 @@ void CExpressionStatementParser::HandleBreakState(CRegion* region)
 // 28: the level in brackets.
 void CExpressionStatementParser::HandleBreakArgState(CRegion* region)
 {
-    if (IsIgnored(region))
-        return;
     if (IsToken(region, 20) || region->definition == Php().VarDefs[3])
         SetState(BreakAfterArgState);
     else
@@ -664,7 +621,7 @@ void CExpressionStatementParser::HandleStreamState(CRegion* region)
 // 31: after a lone "$".
 void CExpressionStatementParser::HandleDollarState(CRegion* region)
 {
-    if (IsIgnored(region) || IsSymbol(region, L"$"))
+    if (IsSymbol(region, L"$"))
         return;
     if (IsOpening(region, L'{')) {
         SetState(UOperandState);
@@ -681,7 +638,7 @@ void CExpressionStatementParser::HandleDollarState(CRegion* region)
 // 32: the variable after an extra "$".
 void CExpressionStatementParser::HandleVarDollarState(CRegion* region)
 {
-    if (region->definition == Php().VarDefs[2] || IsIgnored(region))
+    if (region->definition == Php().VarDefs[2])
         return;
     SetState(ChainState);
     if (region->definition == Php().VarDefs[3])
@@ -693,8 +650,6 @@ void CExpressionStatementParser::HandleVarDollarState(CRegion* region)
 // 35: after a word.
 void CExpressionStatementParser::HandleMayBeFuncCallState(CRegion* region)
 {
-    if (IsIgnored(region))
-        return;
     if (IsOpening(region, L'(')) {
         SetState(FuncState);
         HandleFuncState(region);

@@ -132,6 +132,7 @@ void CForeachParser::StartPart(CRegion* region, int next)
         return;
     }
     m_partStart = region->start;
+    m_partText = region->text.data();
     m_state = next;
 }
 
@@ -140,12 +141,12 @@ void CForeachParser::HandlePartEnd(CRegion* region)
 {
     if (IsToken(region, 11)) {
         m_partEnd = region->start;
-        m_data.keyName = PartText();
+        m_data.keyName = PartText(region);
         m_data.keySpan = {m_partStart, m_partEnd};
         m_state = ValueState;
     } else if (IsClosing(region, L')')) {
         m_partEnd = region->start;
-        m_data.valueName = PartText();
+        m_data.valueName = PartText(region);
         m_data.valueSpan = {m_partStart, m_partEnd};
         m_partStart = m_partEnd = {};
         AddForeachTreeNode();
@@ -155,8 +156,12 @@ void CForeachParser::HandlePartEnd(CRegion* region)
     }
 }
 
-std::wstring CForeachParser::PartText() const
+std::wstring CForeachParser::PartText(CRegion* end) const
 {
+    const wchar_t* const endText = end->text.data();
+    if (m_partText && endText)
+        return std::wstring(
+            CCommonString::Trim({m_partText, static_cast<std::size_t>(endText - m_partText)}));
     return std::wstring(CCommonString::Trim(m_reader->GetText(m_partStart, m_partEnd)));
 }
 

@@ -70,7 +70,7 @@ private:
 
     void HandlePartEnd(SyntaxParser::CRegion* region);
     void StartPart(SyntaxParser::CRegion* region, int next);
-    std::wstring PartText() const;
+    std::wstring PartText(SyntaxParser::CRegion* end) const;
     void AddForeachTreeNode();
     std::size_t NearestAround(TNames& names, const std::wstring& name) const;
     void WarnSameName(const SyntaxParser::SScheme& outer, const SyntaxParser::SScheme& inner, int code);
@@ -89,7 +89,8 @@ private:
     std::vector<SBody> m_bodyStack;      ///< loops whose body is being parsed, above an entry for the root
     SyntaxParser::CIterator m_partStart; ///< of the key or value being read
     SyntaxParser::CIterator m_partEnd;
-    TForeachData m_data; ///< of the loop whose header is being read
+    const wchar_t* m_partText = nullptr; ///< the text at m_partStart, if the source holds it in one piece
+    TForeachData m_data;                 ///< of the loop whose header is being read
     std::set<TSpan> m_warnedSpans;
     int m_state = ForeachState;
     CForeachConditionParser m_conditionParser;

@@ -16,6 +16,8 @@
 #include "Parsers/TryCatchParser.h"
 #include "Parsers/WhileParser.h"
 
+#include <type_traits>
+
 namespace Kesh::CodeAnalyzer {
 
 using SyntaxParser::CIterator;
@@ -90,6 +92,10 @@ void CPhpSyntaxParser::InitParser(boost::shared_ptr<IParser> parser, boost::shar
 template <class TParser> void CPhpSyntaxParser::AddParser()
 {
     m_parsers.push_back(new TParser(m_defs, m_reader, this));
+    // Most parsers leave the base's empty handler as it is and need not be called.
+    if (!std::is_same_v<decltype(&TParser::HandleBracketRegion),
+                        decltype(&CStatementParser::HandleBracketRegion)>)
+        m_bracketParsers.push_back(m_parsers.back());
 }
 
 void CPhpSyntaxParser::SteFileName(const std::wstring& name)
@@ -168,7 +174,7 @@ void CPhpSyntaxParser::DispatchBracketRegion(CRegion* region)
     const auto& tokens = m_defs->Php.TokenDefs;
     if (region->definition != tokens[3] && region->definition != tokens[4])
         return;
-    for (CStatementParser* parser : m_parsers)
+    for (CStatementParser* parser : m_bracketParsers)
         parser->HandleBracketRegion(region);
 }
 

@@ -61,6 +61,7 @@ private:
     template <class TParser> void AddParser();
 
     std::vector<CStatementParser*> m_parsers; ///< owned, in the order in which they are offered a region
+    std::vector<CStatementParser*> m_bracketParsers; ///< those that look at every bracket
     CStatementParser* m_active = nullptr;
     SyntaxParser::CDefRegions* m_defs;
     boost::shared_ptr<SyntaxParser::IReader> m_reader;

@@ -14,24 +14,28 @@ using SyntaxParser::ISynRegion;
 
 namespace {
 
-using TWords = boost::container::flat_set<std::wstring_view>;
+using TWords = std::vector<std::wstring_view>;
 
 // Every parser copies this set; views of literals make the copy one allocation.
 const TWords& ReservedWords()
 {
-    static const TWords words{
-        L"abstract",  L"and",        L"array",        L"as",         L"break",        L"case",
-        L"catch",     L"cfunction",  L"class",        L"clone",      L"const",        L"continue",
-        L"declare",   L"default",    L"do",           L"else",       L"elseif",       L"enddeclare",
-        L"endfor",    L"endforeach", L"endif",        L"endswitch",  L"endwhile",     L"extends",
-        L"final",     L"finally",    L"for",          L"foreach",    L"from",         L"function",
-        L"global",    L"goto",       L"if",           L"implements", L"interface",    L"instanceof",
-        L"namespace", L"new",        L"old_function", L"or",         L"private",      L"protected",
-        L"public",    L"static",     L"switch",       L"throw",      L"trait",        L"try",
-        L"use",       L"var",        L"while",        L"xor",        L"die",          L"echo",
-        L"empty",     L"exit",       L"eval",         L"include",    L"include_once", L"isset",
-        L"list",      L"require",    L"require_once", L"return",     L"print",        L"unset",
-        L"yield"};
+    static const TWords words = [] {
+        TWords list{
+            L"abstract",  L"and",        L"array",        L"as",         L"break",        L"case",
+            L"catch",     L"cfunction",  L"class",        L"clone",      L"const",        L"continue",
+            L"declare",   L"default",    L"do",           L"else",       L"elseif",       L"enddeclare",
+            L"endfor",    L"endforeach", L"endif",        L"endswitch",  L"endwhile",     L"extends",
+            L"final",     L"finally",    L"for",          L"foreach",    L"from",         L"function",
+            L"global",    L"goto",       L"if",           L"implements", L"interface",    L"instanceof",
+            L"namespace", L"new",        L"old_function", L"or",         L"private",      L"protected",
+            L"public",    L"static",     L"switch",       L"throw",      L"trait",        L"try",
+            L"use",       L"var",        L"while",        L"xor",        L"die",          L"echo",
+            L"empty",     L"exit",       L"eval",         L"include",    L"include_once", L"isset",
+            L"list",      L"require",    L"require_once", L"return",     L"print",        L"unset",
+            L"yield"};
+        std::sort(list.begin(), list.end());
+        return list;
+    }();
     return words;
 }
 
@@ -53,8 +57,7 @@ int CStatementParser::IsNonSignificantRegion(CRegion* region)
     const auto& php = Php();
     const ISynRegion* definition = region->definition;
     if (definition == php.TokenDefs[1]) {
-        const CText text = Text(region);
-        const std::wstring_view view = text.Whole();
+        const std::wstring_view view = Text(region);
         return std::all_of(view.rbegin(), view.rend(), IsBlank);
     }
     if (definition == php.TokenDefs[19])
@@ -66,15 +69,16 @@ int CStatementParser::IsNonSignificantRegion(CRegion* region)
     return std::find(php.CommentDefs + 1, std::end(php.CommentDefs), definition) != std::end(php.CommentDefs);
 }
 
-bool CStatementParser::HasText(CRegion* region, std::wstring_view text, int lowerCase) const
+std::wstring_view CStatementParser::ReadText(CRegion* region) const
 {
-    const CText found = Text(region);
-    return lowerCase ? CCommonString::LowersTo(found.Trimmed(), text) : found.Trimmed() == text;
+    m_copy = m_reader->GetText(region->start, region->end);
+    return m_copy;
 }
 
 int CStatementParser::IsExpressionKeyword(std::wstring_view word)
 {
-    return m_reservedWords.count(CCommonString::LowerCaseFast(word)) == 0;
+    return !std::binary_search(m_reservedWords.begin(), m_reservedWords.end(),
+                               std::wstring_view(CCommonString::LowerCaseFast(word)));
 }
 
 wchar_t CStatementParser::ReadLastChar(CRegion* region) const

@@ -6,10 +6,10 @@
 #include "Kesh/SyntaxParser/Regions.h"
 #include "Parsers/CParentParser.h"
 
-#include <boost/container/flat_set.hpp>
 #include <boost/shared_ptr.hpp>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace Kesh::CodeAnalyzer {
 
@@ -51,26 +51,25 @@ public:
     int IsExpressionKeyword(std::wstring_view word);
 
 protected:
-    /// A region's characters: a look at the source's own text, or a copy where there is none.
-    class CText
+    /// A region's characters: a look at the source's own text, or else at a copy that stays until the next
+    /// region is read.
+    std::wstring_view Text(SyntaxParser::CRegion* region) const
     {
-    public:
-        CText(SyntaxParser::CRegion* region, SyntaxParser::IReader* reader) : m_view(region->text)
-        {
-            if (!m_view.data())
-                m_view = m_copy = reader->GetText(region->start, region->end);
-        }
-        CText(const CText&) = delete;
-        CText& operator=(const CText&) = delete;
-
-        std::wstring_view Trimmed() const { return Base::CCommonString::Trim(m_view); }
-        std::wstring_view Whole() const { return m_view; }
-
-    private:
-        std::wstring m_copy;
-        std::wstring_view m_view;
-    };
-    CText Text(SyntaxParser::CRegion* region) const { return {region, m_reader.get()}; }
+        return region->text.data() ? region->text : ReadText(region);
+    }
+    /// The same without white space at both ends.
+    std::wstring_view TrimmedText(SyntaxParser::CRegion* region) const
+    {
+        return Base::CCommonString::Trim(Text(region));
+    }
+    /// Compares with a literal; a loop that the compiler unrolls.
+    template <std::size_t Size> static bool Equals(std::wstring_view text, const wchar_t (&literal)[Size])
+    {
+        bool equal = text.size() == Size - 1;
+        for (std::size_t i = 0; equal && i < Size - 1; ++i)
+            equal = text[i] == literal[i];
+        return equal;
+    }
     /// The character just before the region's end; tells the brackets apart.
     wchar_t LastChar(SyntaxParser::CRegion* region) const
     {
@@ -100,7 +99,7 @@ protected:
     template <std::size_t Size>
     bool IsSymbol(SyntaxParser::CRegion* region, const wchar_t (&symbol)[Size]) const
     {
-        return IsRegion(region, m_defs->Php.TokenDefs[1], {symbol, Size - 1}, 0);
+        return region->definition == m_defs->Php.TokenDefs[1] && Equals(TrimmedText(region), symbol);
     }
     /// A `;`, or the closing tag, which ends a statement like one.
     bool IsStatementEnd(SyntaxParser::CRegion* region) const
@@ -111,14 +110,22 @@ protected:
     bool IsWord(SyntaxParser::CRegion* region) const { return IsToken(region, 19) || IsToken(region, 17); }
 
 private:
-    bool HasText(SyntaxParser::CRegion* region, std::wstring_view text, int lowerCase) const;
+    bool HasText(SyntaxParser::CRegion* region, std::wstring_view text, int lowerCase) const
+    {
+        const std::wstring_view found = TrimmedText(region);
+        return lowerCase ? Base::CCommonString::LowersTo(found, text) : found == text;
+    }
+    std::wstring_view ReadText(SyntaxParser::CRegion* region) const;
     wchar_t ReadLastChar(SyntaxParser::CRegion* region) const;
 
 protected:
     SyntaxParser::CDefRegions* m_defs;
     boost::shared_ptr<SyntaxParser::IReader> m_reader;
     CParentParser* m_parent;
-    boost::container::flat_set<std::wstring_view> m_reservedWords;
+    std::vector<std::wstring_view> m_reservedWords; ///< an ordered set
+
+private:
+    mutable std::wstring m_copy; ///< of the region last read from the reader
 };
 
 } // namespace Kesh::CodeAnalyzer

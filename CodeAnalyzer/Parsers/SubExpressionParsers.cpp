@@ -16,8 +16,6 @@ void COperandParser::StartInside(CRegion* region)
 
 void COperandParser::HandleChainState(CRegion* region)
 {
-    if (IsNonSignificantRegion(region))
-        return;
     if (IsToken(region, 9) || IsSymbol(region, L"::")) {
         SetState(ChainArrowState);
     } else if (IsOpening(region, L'[')) {
@@ -32,8 +30,6 @@ void COperandParser::HandleChainState(CRegion* region)
 
 void COperandParser::HandleBinarOpState(CRegion* region)
 {
-    if (IsNonSignificantRegion(region))
-        return;
     if (IsSymbol(region, L"::"))
         SetState(ChainArrowState);
     else if (!AnyBracketOpen())
@@ -65,7 +61,7 @@ int CForExpressionParser::IsTerminalRegion(CRegion* region)
 
 int CForeachConditionParser::IsTerminalRegion(CRegion* region)
 {
-    return IsToken(region, 2) && CCommonString::CompareNoCase(Text(region).Trimmed(), L"as") == 0;
+    return IsToken(region, 2) && CCommonString::CompareNoCase(TrimmedText(region), L"as") == 0;
 }
 
 int CForeachValueParser::IsTerminalRegion(CRegion* region)

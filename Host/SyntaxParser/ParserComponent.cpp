@@ -5,10 +5,10 @@
 #include "Base/Exception.h"
 #include "Editor/BufferReader.h"
 #include "Kesh/SDK/IDocument.h"
-#include "SPBase/reader.h"
 #include "SyntaxParser/CompletionData.h"
 #include "SyntaxParser/SPDocument.h"
 #include "SyntaxParser/SourceText.h"
+#include "SyntaxParser/TextReader.h"
 
 #include <boost/make_shared.hpp>
 
@@ -49,8 +49,8 @@ boost::shared_ptr<ISPDocument> CParserComponent::GetParsedDocument(const std::ws
     if (factory.empty() || IsOpen(path))
         return {};
     try {
-        const std::wstring text = DecodeSource(Host::ReadFileBytes(path));
-        return CreateDocument(boost::make_shared<CSimpleReader>(text), path, factory);
+        auto reader = boost::make_shared<CTextReader>(DecodeSource(Host::ReadFileBytes(path)));
+        return CreateDocument(std::move(reader), path, factory);
     } catch (const Base::CWorkError&) {
         return {};
     }

@@ -17,6 +17,17 @@ public:
     /// The next token; End at the end of the text.
     EPhpToken Next();
 
+    /// Passes a single space between two other tokens, the commonest token of all; false when there is none.
+    bool NextSpace()
+    {
+        const wchar_t* p = m_cursor;
+        if (!m_inPhp || *p != L' ' || p[1] == L' ' || p[1] == L'\t' || p[1] == L'\r' || p[1] == L'\n')
+            return false;
+        m_begin = p;
+        m_cursor = p + 1;
+        return true;
+    }
+
     const wchar_t* Begin() const { return m_begin; }   ///< of the last token
     const wchar_t* Cursor() const { return m_cursor; } ///< its end
     const wchar_t* Limit() const { return m_limit; }

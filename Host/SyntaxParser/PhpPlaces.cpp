@@ -31,6 +31,7 @@ void CPhpScanner::ScanBracket(EPhpToken token)
 void CPhpScanner::Open(EPlace kind)
 {
     m_places.push_back({kind});
+    UpdateAnnotated();
 }
 
 // What a `(` opens is told by the word before it.
@@ -58,12 +59,12 @@ void CPhpScanner::ScanOpenBrace()
 {
     const EPlace kind = BraceKind();
     const bool inParams = Place().kind == EPlace::FuncParams;
-    Place().hookHead = false;
+    SetHookHead(false);
     if (inParams) // the hooks of a promoted property
         AnnotateFrom(m_places.size() + 1);
     Open(kind);
     Token(PhpOpening);
-    Place().hookHead = kind == EPlace::HookBody && !inParams;
+    SetHookHead(kind == EPlace::HookBody && !inParams);
 }
 
 CPhpScanner::EPlace CPhpScanner::BraceKind()
@@ -102,13 +103,14 @@ void CPhpScanner::ScanClosing(EPhpToken token)
         m_caseDepth = 0;
     while (!m_pendingClasses.empty() && m_pendingClasses.back().depth > m_places.size())
         m_pendingClasses.pop_back();
+    UpdateAnnotated();
     if (token != CloseBrace)
         return;
     // A block ends a statement, a member or a hook.
     SPlace& place = Place();
     place.memberStarted = place.memberIsHead = false;
     if (place.kind == EPlace::HookBody)
-        place.hookHead = true;
+        SetHookHead(true);
 }
 
 bool CPhpScanner::InClassBody() const
@@ -151,6 +153,7 @@ void CPhpScanner::AnnotateFrom(std::size_t depth)
 {
     if (m_annotation == 0)
         m_annotation = depth;
+    UpdateAnnotated();
 }
 
 } // namespace Kesh::SyntaxParser

@@ -14,13 +14,38 @@ CPhpScanner::CPhpScanner(std::wstring_view text, const std::vector<IStateRegionH
       m_text(text.data()),
       m_places(1)
 {
+    const auto fix = [this](EPhpToken token, ISynRegion* kind) {
+        m_fixedKinds[static_cast<std::size_t>(token)] = kind;
+    };
+    fix(Variable, m_php.VarDefs[PhpVariable]);
+    fix(Number, m_php.TokenDefs[PhpNumber]);
+    fix(CarriedOp, m_php.TokenDefs[PhpDot]);
+    fix(Assign, m_php.TokenDefs[PhpAssign]);
+    fix(Arrow, m_php.TokenDefs[PhpArrow]);
+    fix(Comma, m_php.TokenDefs[PhpComma]);
+    for (EPhpToken token : {Symbol, DoubleColon, Backslash})
+        fix(token, m_php.TokenDefs[PhpText]);
 }
 
 void CPhpScanner::Run(std::vector<SIsland>* islands)
 {
     m_islands = islands;
-    for (EPhpToken token = m_lexer.Next(); token != End; token = m_lexer.Next())
-        Scan(token);
+    for (;;) {
+        if (m_lexer.NextSpace()) {
+            m_emitter.Emit(m_php.TokenDefs[PhpText], m_lexer.Begin(), m_lexer.Cursor());
+            continue;
+        }
+        const EPhpToken token = m_lexer.Next();
+        if (token == End)
+            break;
+        if (ISynRegion* kind = m_fixedKinds[static_cast<std::size_t>(token)]) {
+            Emit(kind);
+            m_prev = token;
+            m_halt = 0;
+        } else {
+            Scan(token);
+        }
+    }
     if (m_islands && m_islandBegin)
         m_islands->push_back({static_cast<std::size_t>(m_islandBegin - m_text),
                               static_cast<std::size_t>(m_lexer.Limit() - m_text)});
@@ -55,14 +80,12 @@ void CPhpScanner::Scan(EPhpToken token)
                                   static_cast<std::size_t>(m_lexer.Cursor() - m_text)});
         m_islandBegin = nullptr;
         break;
-    case Variable: Emit(m_php.VarDefs[PhpVariable]); break;
     case Dollar:
         if (*m_lexer.Cursor() == L'$' || CPhpLexer::IsWordStart(*m_lexer.Cursor()))
             Emit(m_php.VarDefs[PhpExtraDollar]);
         else
             Token(PhpText);
         break;
-    case Number: Token(PhpNumber); break;
     case SingleQuote: ScanString(L'\''); break;
     case DoubleQuote: ScanString(L'"'); break;
     case Backtick: ScanString(L'`'); break;
@@ -101,11 +124,7 @@ void CPhpScanner::ScanComment(EPhpToken token)
 void CPhpScanner::ScanOperator(EPhpToken token)
 {
     switch (token) {
-    case CarriedOp: Token(PhpDot); break;
-    case Assign: Token(PhpAssign); break;
-    case Arrow: Token(PhpArrow); break;
     case DoubleArrow: ScanDoubleArrow(); break;
-    case Comma: Token(PhpComma); break;
     case Semicolon: ScanSemicolon(); break;
     case Colon: ScanColon(); break;
     case Question:
@@ -120,7 +139,7 @@ void CPhpScanner::ScanOperator(EPhpToken token)
         else
             Token(PhpText);
         break;
-    default: Token(PhpText); break;
+    default: break;
     }
 }
 
@@ -130,7 +149,7 @@ void CPhpScanner::ScanDoubleArrow()
     const bool ofFn = (m_prev == CloseRound || m_prev == ReturnType) && m_lastClosed == EPlace::FnParams;
     if (Place().kind == EPlace::HookBody && Place().hookHead) {
         Comment(PhpAnnotation);
-        Place().hookHead = false;
+        SetHookHead(false);
     } else if (ofFn || Place().kind == EPlace::MatchBody) {
         Token(PhpDot);
     } else {
@@ -201,8 +220,10 @@ void CPhpScanner::ScanReturnType()
 
 void CPhpScanner::ScanSemicolon()
 {
-    if (Place().kind == EPlace::FnParams) // they were never closed
+    if (Place().kind == EPlace::FnParams) { // they were never closed
         m_annotation = 0;
+        UpdateAnnotated();
+    }
     // The `;` of a closure inside a thrown expression does not end the `throw`.
     if (m_throwDepth > 0 && m_places.size() > m_throwDepth) {
         Token(PhpText);
@@ -214,7 +235,7 @@ void CPhpScanner::ScanSemicolon()
     SPlace& place = Place();
     place.ternaries = 0;
     place.memberStarted = place.memberIsHead = false;
-    place.hookHead = place.kind == EPlace::HookBody;
+    SetHookHead(place.kind == EPlace::HookBody);
     while (!m_pendingClasses.empty() && m_pendingClasses.back().depth >= m_places.size())
         m_pendingClasses.pop_back();
     m_inConst = m_inUse = m_enumType = false;
@@ -232,11 +253,11 @@ void CPhpScanner::ScanString(wchar_t quote)
 
     const wchar_t* begin = m_lexer.Cursor();
     const wchar_t* close = m_lexer.FindQuote(begin, quote);
-    EmitPiece(start, m_lexer.Begin(), begin);
+    m_emitter.Emit(start, m_lexer.Begin(), begin);
     if (close > begin)
         EmitPiece(content, begin, close);
     if (close < m_lexer.Limit()) {
-        EmitPiece(end, close, close + 1);
+        m_emitter.Emit(end, close, close + 1);
         ++close;
     }
     m_lexer.SetCursor(close);
@@ -279,11 +300,6 @@ void CPhpScanner::Emit(ISynRegion* definition)
 void CPhpScanner::EmitComment(ISynRegion* definition)
 {
     m_emitter.EmitLines(definition, m_lexer.Begin(), m_lexer.Cursor());
-}
-
-bool CPhpScanner::IsAnnotated() const
-{
-    return (m_annotation > 0 && m_places.size() >= m_annotation) || m_places.back().hookHead;
 }
 
 wchar_t CPhpScanner::Peek() const

@@ -4,6 +4,7 @@
 #include "SyntaxParser/PhpLexer.h"
 #include "SyntaxParser/RegionEmitter.h"
 
+#include <array>
 #include <cstdint>
 #include <vector>
 
@@ -75,8 +76,18 @@ private:
     void Emit(ISynRegion* definition);
     void EmitComment(ISynRegion* definition);
     void EmitPiece(ISynRegion* definition, const wchar_t* begin, const wchar_t* end);
-    bool IsAnnotated() const;
+    bool IsAnnotated() const { return m_annotated; }
     void AnnotateFrom(std::size_t depth);
+    /// To be called whenever a place opens or closes, or the head of a hook begins or ends.
+    void UpdateAnnotated()
+    {
+        m_annotated = (m_annotation > 0 && m_places.size() >= m_annotation) || m_places.back().hookHead;
+    }
+    void SetHookHead(bool isHead)
+    {
+        Place().hookHead = isHead;
+        UpdateAnnotated();
+    }
 
     void Open(EPlace kind);
     SPlace& Place() { return m_places.back(); }
@@ -96,6 +107,8 @@ private:
     CPhpLexer m_lexer;
     CRegionEmitter m_emitter;
     const SPhpRegionDefs& m_php;
+    /// The kinds of the tokens that are the same everywhere; null for those that their place decides.
+    std::array<ISynRegion*, static_cast<std::size_t>(EPhpToken::ReturnType) + 1> m_fixedKinds{};
     const wchar_t* m_text;
     const wchar_t* m_islandBegin = nullptr;
     std::vector<SIsland>* m_islands = nullptr;
@@ -106,6 +119,7 @@ private:
     EPhpToken m_actual = EPhpToken::End; ///< what the token being read acts as
     EPlace m_lastClosed = EPlace::Block; ///< what the last closing bracket closed
     std::size_t m_annotation = 0;        ///< number of places from which all is annotation; 0: none
+    bool m_annotated = false;            ///< whether what comes now is annotation
     std::size_t m_throwDepth = 0;        ///< number of places at the `throw` being read; 0: none
     std::size_t m_caseDepth = 0;         ///< the same for a `case` label
     bool m_inConst = false;              ///< inside a `const` declaration

@@ -3,6 +3,7 @@
 #include "Kesh/SyntaxParser/IParser.h"
 #include "SyntaxParser/MarkupTrees.h"
 #include "SyntaxParser/PhpScanner.h"
+#include "SyntaxParser/TextReader.h"
 
 #include <algorithm>
 #include <array>
@@ -82,7 +83,12 @@ public:
 
     void Parse(bool /*full*/) override
     {
-        const std::wstring text = m_reader->GetText();
+        std::wstring copy;
+        std::wstring_view text;
+        if (const auto* whole = dynamic_cast<const CTextReader*>(m_reader.get()))
+            text = whole->View();
+        else
+            text = copy = m_reader->GetText();
         std::vector<SIsland> islands;
         SendRegions(text, islands);
         if (m_semanticParser.IsEnabled()) {
@@ -97,7 +103,7 @@ public:
 
 private:
     /// Style sheets hold no PHP; everything else is scanned for it.
-    void SendRegions(const std::wstring& text, std::vector<SIsland>& islands)
+    void SendRegions(std::wstring_view text, std::vector<SIsland>& islands)
     {
         const STextChange change;
         std::vector<IStateRegionHandler*> handlers;

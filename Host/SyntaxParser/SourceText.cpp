@@ -37,6 +37,22 @@ wchar_t DecodeSequence(const unsigned char*& p, const unsigned char* end)
     return static_cast<wchar_t>(value);
 }
 
+/// Copies a block of characters that stand for themselves; answers how many there were, 0 or a whole block.
+std::size_t WidenPlain(const unsigned char* p, const unsigned char* end, wchar_t* out)
+{
+    constexpr std::size_t Block = 16;
+    if (static_cast<std::size_t>(end - p) < Block)
+        return 0;
+    unsigned special = 0;
+    for (std::size_t i = 0; i < Block; ++i)
+        special |= static_cast<unsigned>(p[i] >= 0x80) | static_cast<unsigned>(p[i] == '\r');
+    if (special)
+        return 0;
+    for (std::size_t i = 0; i < Block; ++i)
+        out[i] = static_cast<wchar_t>(p[i]);
+    return Block;
+}
+
 } // namespace
 
 std::wstring DecodeSource(std::string_view bytes)
@@ -56,33 +72,29 @@ std::wstring DecodeSource(std::string_view bytes, SSourceFormat& format)
         p += 3;
     }
 
+    if (const std::size_t at = bytes.find_first_of("\r\n"); at != std::string_view::npos) {
+        const bool pair = bytes.substr(at, 2) == "\r\n";
+        format.lineEnd = bytes[at] == '\n' ? ELineEnd::Lf : pair ? ELineEnd::CrLf : ELineEnd::Cr;
+    }
+
     std::wstring text(static_cast<std::size_t>(end - p), L'\0');
     wchar_t* out = text.data();
-    bool lineEndKnown = false;
-    const auto noteLineEnd = [&](ELineEnd lineEnd) {
-        if (!lineEndKnown)
-            format.lineEnd = lineEnd;
-        lineEndKnown = true;
-    };
     while (p < end) {
-        const unsigned char c = *p;
-        if (c >= 0x80) {
+        if (const std::size_t plain = WidenPlain(p, end, out)) {
+            p += plain;
+            out += plain;
+        } else if (*p >= 0x80) {
             const unsigned char* begin = p;
             *out = DecodeSequence(p, end);
-            if (*out == Replacement &&
-                !(end - begin >= 3 && begin[0] == 0xEF && begin[1] == 0xBF && begin[2] == 0xBD))
+            const bool written = end - begin >= 3 && begin[0] == 0xEF && begin[1] == 0xBF && begin[2] == 0xBD;
+            if (*out == Replacement && !written)
                 format.valid = false;
             ++out;
-        } else if (c == '\r') {
-            const bool pair = p + 1 < end && p[1] == '\n';
-            noteLineEnd(pair ? ELineEnd::CrLf : ELineEnd::Cr);
-            p += pair ? 2 : 1;
+        } else if (*p == '\r') {
+            p += p + 1 < end && p[1] == '\n' ? 2 : 1;
             *out++ = L'\n';
         } else {
-            if (c == '\n')
-                noteLineEnd(ELineEnd::Lf);
-            *out++ = static_cast<wchar_t>(c);
-            ++p;
+            *out++ = static_cast<wchar_t>(*p++);
         }
     }
     text.resize(static_cast<std::size_t>(out - text.data()));

@@ -25,6 +25,11 @@ public:
     /// Whether LowerCaseFast(text) == lower, without making a string for ASCII text.
     static bool LowersTo(std::wstring_view text, std::wstring_view lower)
     {
+        if (text.empty() || lower.empty())
+            return text.size() == lower.size();
+        // An ASCII letter never lowers to anything but itself: the first one settles most calls.
+        if (static_cast<char32_t>(text.front()) < 0x80 && AsciiLower(text.front()) != lower.front())
+            return false;
         bool equal = text.size() == lower.size();
         for (std::size_t i = 0; i < text.size(); ++i) {
             const wchar_t c = text[i];

@@ -1,12 +1,12 @@
-// The speed of the region source and of the full PHP check over the PHP files below $CORPUS, or of the example site.
-// MB are those of the files; the texts are in memory.
+// The speed of the region source and of the full PHP check over the PHP files below $CORPUS, or of the
+// example site. MB are those of the files; the texts are in memory.
 
 #include "Components/CAErrorsManager.h"
 #include "Parsers/PhpSyntaxParser.h"
-#include "SPBase/reader.h"
 #include "SyntaxParser/PhpScanner.h"
 #include "SyntaxParser/SPDocument.h"
 #include "SyntaxParser/SourceText.h"
+#include "SyntaxParser/TextReader.h"
 
 #include <benchmark/benchmark.h>
 #include <boost/make_shared.hpp>
@@ -97,7 +97,7 @@ void FullCheck(benchmark::State& state)
     CodeAnalyzer::CCAErrorsManager errors;
     for (auto _ : state) {
         for (const std::string& file : Corpus().files) {
-            auto reader = boost::make_shared<SyntaxParser::CSimpleReader>(SyntaxParser::DecodeSource(file));
+            auto reader = boost::make_shared<SyntaxParser::CTextReader>(SyntaxParser::DecodeSource(file));
             const auto document = SyntaxParser::MakeSPDocument(reader, {L"/checked.php", L"PHPSPDocFactory"});
             CodeAnalyzer::CPhpSyntaxParser parser(document->GetDefRegions(), &errors);
             parser.SteFileName(L"/checked.php");
