@@ -1,0 +1,142 @@
+#include "CheckPhp.h"
+
+#include <gtest/gtest.h>
+#include <random>
+
+namespace Kesh::Tests {
+
+namespace {
+
+constexpr std::size_t Size = 1000000;
+
+std::string Repeat(std::string_view text, std::size_t size = Size)
+{
+    std::string result = "<?php ";
+    while (result.size() < size)
+        result += text;
+    return result;
+}
+
+/// Pieces that make the parsers change states, in any order.
+const char* const Pieces[] = {"(",       ")",        "[",         "]",          "{",       "}",
+                              ";",       ",",        ":",         "?",          "=>",      "=",
+                              "->",      "::",       "+",         ".",          "&",       "...",
+                              "$",       "$a",       "$$",        "foo",        "php",     "\\",
+                              "1",       "'s'",      "\"d$e\"",   "`c`",        " ",       "\n",
+                              "if",      "else",     "elseif",    "endif",      "while",   "do",
+                              "for",     "foreach",  "as",        "endforeach", "switch",  "case",
+                              "default", "function", "fn",        "class",      "new",     "extends",
+                              "static",  "public",   "const",     "global",     "use",     "namespace",
+                              "try",     "catch",    "throw",     "return",     "break",   "echo",
+                              "match",   "array",    "list",      "isset",      "yield",   "clone",
+                              "enum",    "readonly", "int",       "exit",       "?>",      "<?php ",
+                              "<?= ",    "#[A]",     "/* */",     "// x\n",     "<<<A\nA", "declare",
+                              "get",     "++",       "!",         "instanceof", "and",     "var",
+                              "final",   "abstract", "interface", "trait",      "?->",     "__halt_compiler"};
+
+} // namespace
+
+// Deeper than any stack: what recurses here does not come back.
+TEST(Robustness, NestingWithoutEnd)
+{
+    CPhpCheck php;
+    for (const char* text : {"(",
+                             "[",
+                             "{",
+                             "if ($a) ",
+                             "if ($a) { ",
+                             "if (f(function() { ",
+                             "while ($a) ",
+                             "do ",
+                             "foreach ($a as $b) ",
+                             "foreach ($a as $b): ",
+                             "for (;;) ",
+                             "function f() { ",
+                             "f(function() { ",
+                             "new class { ",
+                             "class A { ",
+                             "switch ($a) { case 1: ",
+                             "$a[",
+                             "$a->{",
+                             "${",
+                             "array(",
+                             "[1 => ",
+                             "match($a) { 1 => ",
+                             "fn() => ",
+                             "!",
+                             "$a = ",
+                             "if ($a): ",
+                             "if ($a) else ",
+                             "else ",
+                             "\"{$a[",
+                             "#[",
+                             "<<<A\n",
+                             "/*",
+                             "'",
+                             "throw f(function() { ",
+                             "static $a = [",
+                             "namespace A { ",
+                             "elseif ($a) "}) {
+        php.Errors(Repeat(text));
+        php.Errors(Repeat(text, Size / 2) + Repeat("} ", Size / 4) + Repeat(")} ", Size / 4));
+    }
+}
+
+// The cost must not depend on how much of the document an earlier part of it has already taken.
+TEST(Robustness, LongRunsOfTheSame)
+{
+    CPhpCheck php;
+    std::string chain = "<?php if ($a) {}";
+    std::string loops = "<?php ";
+    for (int i = 0; chain.size() < Size; ++i) {
+        chain += " elseif ($a == " + std::to_string(i % 5000) + ") {}";
+        loops += "foreach ($a as $b" + std::to_string(i) + ") ";
+    }
+    EXPECT_FALSE(php.Errors(chain).empty());
+    php.Errors(loops);
+    for (const char* text : {"$a = 1;\n", "1 + ", "f($a, ", "$a . ", "[function() {}, ",
+                             "if ($a) f(); else g();\n", "a:", "readonly ", "static /**/", "enum /* */",
+                             "#[x\n", "endif; ", "}; ", "? : ", "foreach ($a as $b): endforeach; "})
+        php.Errors(Repeat(text));
+}
+
+TEST(Robustness, AnyBytes)
+{
+    CPhpCheck php;
+    std::mt19937 random(1);
+    for (int round = 0; round < 200; ++round) {
+        std::string text = "<?php ";
+        while (text.size() < 2000)
+            text += static_cast<char>(random());
+        php.Errors(text);
+    }
+    for (std::string_view text : {std::string_view("<?php $a = \"\0\" . '\0'; \0 f($a $b);", 33),
+                                  std::string_view("\xEF\xBB\xBF<?php\r\n$a = ;\r$b = ;"),
+                                  std::string_view("<?"), std::string_view("<?php"), std::string_view("<?=")})
+        php.Errors(text);
+    // A byte order mark has no column, and every kind of line end makes a line.
+    EXPECT_EQ(php.Check("\xEF\xBB\xBF<?php\r\n$a = ;\r$b = ;\n\xF0\x9F\x98\x80 $c;"),
+              "101 1:5-1:6 101 2:5-2:6 101 3:2-3:4");
+}
+
+// Debug builds assert that no state moves to one that it may not move to.
+TEST(Robustness, AnyOrderOfTokens)
+{
+    CPhpCheck php;
+    std::mt19937 random(2);
+    for (int round = 0; round < 3000; ++round) {
+        std::string text = "<?php ";
+        const std::size_t length = 5 + random() % 120;
+        for (std::size_t i = 0; i < length; ++i) {
+            text += Pieces[random() % std::size(Pieces)];
+            if (random() % 2)
+                text += ' ';
+        }
+        for (const CodeAnalyzer::SCAError& error : php.Errors(text)) {
+            ASSERT_LE(error.pos.start, error.pos.end) << text;
+            ASSERT_GE(error.pos.start.x, 0) << text;
+        }
+    }
+}
+
+} // namespace Kesh::Tests
