@@ -29,7 +29,7 @@ void CParserHelper::ParsecurrentDoc()
     if (!source || !CCADocManager::IsCheckable(*source))
         return;
     // An open document's checker has everything that a check needs, ready for use.
-    if (const auto checker = m_docManager->FindChecker(source.get())) {
+    if (const auto checker = m_docManager ? m_docManager->FindChecker(source.get()) : nullptr) {
         checker->CheckNow();
         return;
     }
@@ -37,7 +37,8 @@ void CParserHelper::ParsecurrentDoc()
     const auto check = CCADocumentCheck::Create(m_application, *source, parser->GetDefRegions(),
                                                 m_errorsManager, m_customItems, nullptr);
     const std::wstring path = source->GetFilePath();
-    const CCACheckWorkers::CCheck turn(*m_docManager->GetWorkers(), path);
+    const auto workers = m_docManager ? m_docManager->GetWorkers() : std::make_shared<CCACheckWorkers>();
+    const CCACheckWorkers::CCheck turn(*workers, path);
     if (!check || !turn)
         return;
     m_errorsManager->DeliverPosted();
@@ -48,7 +49,8 @@ void CParserHelper::ParsecurrentDoc()
 
 void CParserHelper::ParseCurrentProject()
 {
-    m_projectHandler->CheckAgain();
+    if (m_projectHandler)
+        m_projectHandler->CheckAgain();
 }
 
 } // namespace Kesh::CodeAnalyzer

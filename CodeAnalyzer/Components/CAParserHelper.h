@@ -13,7 +13,8 @@ class CHtmlCustomItemsKeeper;
 class CParserHelper
 {
 public:
-    /// Nothing is owned, here and below.
+    /// Nothing is owned, here and below. Without a document manager every check is made from scratch; without
+    /// a project handler there are no project checks.
     void Init(SDK::IApplication* application, CCAErrorsManager* errorsManager,
               CHtmlCustomItemsKeeper* customItems);
     void SetDocManager(CCADocManager* docManager) { m_docManager = docManager; }

@@ -60,6 +60,8 @@ bool IsChecked(const std::wstring& file)
 
 } // namespace
 
+CCAProjectHandler::CCAProjectHandler() : m_workers(std::make_shared<CCACheckWorkers>()) {}
+
 CCAProjectHandler::~CCAProjectHandler()
 {
     Shutdown();
@@ -78,6 +80,12 @@ void CCAProjectHandler::Init(SDK::IApplication* application, CCAComponent* compo
     parser->GetProjectParsedSignal().connect(boost::bind(&CCAProjectHandler::OnProjectParsecomplete, this));
 }
 
+void CCAProjectHandler::SetDocManager(CCADocManager* docManager)
+{
+    m_docManager = docManager;
+    m_workers = docManager->GetWorkers();
+}
+
 void CCAProjectHandler::Shutdown()
 {
     if (m_thread)
@@ -93,7 +101,8 @@ void CCAProjectHandler::OnProjectParsecomplete()
         m_thread->Stop(pm);
     LoadErrors(pm);
     // The restored errors of open documents are as old as the project's last close.
-    m_docManager->CheckAllLater();
+    if (m_docManager)
+        m_docManager->CheckAllLater();
     StartThread();
 }
 
@@ -181,7 +190,7 @@ void CCAProjectHandler::Run()
 void CCAProjectHandler::CheckFile(IParserComponent& parser, const std::wstring& file)
 {
     // A document of the file that is being checked reports its errors itself.
-    const CCACheckWorkers::CCheck check(*m_docManager->GetWorkers(), file);
+    const CCACheckWorkers::CCheck check(*m_workers, file);
     if (!check)
         return;
     const auto document = parser.GetParsedDocument(file);

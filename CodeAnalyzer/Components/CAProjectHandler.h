@@ -5,6 +5,7 @@
 
 #include <boost/signals2/trackable.hpp>
 #include <cstdint>
+#include <memory>
 #include <string>
 
 namespace Kesh::ProjectManager {
@@ -16,6 +17,7 @@ class IParserComponent;
 
 namespace Kesh::CodeAnalyzer {
 
+class CCACheckWorkers;
 class CCAComponent;
 class CCADocManager;
 class CCAErrorsManager;
@@ -25,7 +27,7 @@ class CCAErrorsManager;
 class CCAProjectHandler : public SDK::IThread, public boost::signals2::trackable
 {
 public:
-    CCAProjectHandler() = default;
+    CCAProjectHandler();
     /// Shuts down.
     ~CCAProjectHandler();
     CCAProjectHandler(const CCAProjectHandler&) = delete;
@@ -35,7 +37,7 @@ public:
     /// "IPMComponent" or "IParserComponent".
     void Init(SDK::IApplication* application, CCAComponent* component, CCAErrorsManager* errorsManager);
     /// Whose checks must not run beside those of the project.
-    void SetDocManager(CCADocManager* docManager) { m_docManager = docManager; }
+    void SetDocManager(CCADocManager* docManager);
     /// Ends a check that runs.
     void Shutdown();
 
@@ -65,6 +67,7 @@ private:
     CCAComponent* m_component = nullptr;
     SDK::IThreadObject* m_thread = nullptr; ///< set before it starts, null again once it has ended
     CCADocManager* m_docManager = nullptr;
+    std::shared_ptr<CCACheckWorkers> m_workers;
 };
 
 } // namespace Kesh::CodeAnalyzer

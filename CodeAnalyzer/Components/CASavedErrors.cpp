@@ -48,6 +48,8 @@ std::wstring WriteSavedErrors(const std::vector<SSavedFileErrors>& files)
 std::vector<SSavedFileErrors> ReadSavedErrors(const std::wstring& text,
                                               const std::set<std::wstring>& lowerFiles)
 {
+    if (text.empty())
+        return {}; // nothing saved yet: spares the threads that a first query starts
     XML::CXmlXPathParser root(text);
     if (root.GetString(L"/errors/@version") != Version)
         return {};

@@ -85,6 +85,22 @@ void RemoveAll(benchmark::State& state)
 }
 BENCHMARK(RemoveAll)->Arg(0)->Arg(1)->Unit(benchmark::kMillisecond);
 
+// One hopeless file among the others.
+void ReplaceHugeFile(benchmark::State& state)
+{
+    CFilledHost host(1);
+    host.Fill();
+    std::vector<SCAError> errors;
+    for (std::int64_t line = 0; line < state.range(0); ++line)
+        errors.push_back({{{0, line}, {1, line}}, 101, 1});
+    for (auto _ : state) {
+        host.Errors().RemoveErrors(L"/home/huge.php");
+        host.Errors().AddErrors(L"/home/huge.php", errors);
+        QCoreApplication::processEvents();
+    }
+}
+BENCHMARK(ReplaceHugeFile)->Arg(1000)->Arg(30000)->Arg(100000)->Unit(benchmark::kMillisecond);
+
 // What a check of one file costs among 10,000 rows, with a row selected.
 void ReplaceOneFile(benchmark::State& state)
 {
