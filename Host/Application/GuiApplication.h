@@ -5,7 +5,7 @@
 namespace Kesh::Host {
 
 /// A QApplication in which a fault of a plug-in, raised while it handles an event, ends that event only.
-class CGuiApplication final : public QApplication
+class CGuiApplication : public QApplication
 {
 public:
     using QApplication::QApplication;

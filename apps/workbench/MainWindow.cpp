@@ -95,8 +95,6 @@ CMainWindow::CMainWindow(Host::CFileSettings& settings, LangSupport::ILangSource
     connect(&m_frame, &CMainFrame::progressTextChanged, this, [this](const QString& text) {
         m_status->ShowProgress(text.isEmpty() ? text : Tr(text.toUtf8().constData()));
         text.isEmpty() ? m_progressTick.stop() : m_progressTick.start(ProgressInterval);
-        if (!text.isEmpty())
-            m_filesAsked = 0;
     });
     connect(&m_progressTick, &QTimer::timeout, this, &CMainWindow::OnProgressTick);
     connect(&m_opener, &CProjectOpener::listed, this, &CMainWindow::OnListed);
@@ -218,6 +216,7 @@ void CMainWindow::OnListed(const std::wstring& folder, const std::vector<std::ws
         m_area->GetMessageStrip().Show(shown + QStringLiteral(": ") + problem);
         return;
     }
+    m_filesAsked = 0;
     if (m_application->Project().GetFolder() == folder) {
         m_application->ReopenProject(files);
     } else {
@@ -323,6 +322,7 @@ void CMainWindow::GoToError(bool forward)
 
 void CMainWindow::RunCheck(const char* command)
 {
+    m_filesAsked = 0;
     if (m_plugin)
         Host::Guard(L"check", [&] { m_plugin->RunCommand(command); });
 }
