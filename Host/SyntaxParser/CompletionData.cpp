@@ -24,7 +24,7 @@ using TNames = std::set<std::wstring, std::less<>>;
 std::map<std::string_view, TNames> ReadNameLists()
 {
     std::map<std::string_view, TNames> lists;
-    TNames* list = nullptr;
+    TNames* list = &lists[{}];
     for (std::size_t begin = 0; begin < NameLists.size();) {
         const std::size_t lineEnd = NameLists.find('\n', begin);
         if (NameLists[begin] != ' ') {
