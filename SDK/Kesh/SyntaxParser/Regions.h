@@ -25,9 +25,9 @@ struct CRegion
     /// Just after the last character.
     CIterator end;
     ISynRegion* definition = nullptr;
-    /// The same characters as IReader::GetText(start, end) when the source holds the document in one piece, so
-    /// that they can be looked at without a copy. Those characters stay until the pass has ended. A null data()
-    /// means: ask the reader.
+    /// The same characters as IReader::GetText(start, end) when the source holds the document in one piece,
+    /// so that they can be looked at without a copy. Those characters stay until the pass has ended. A null
+    /// data() means: ask the reader.
     std::wstring_view text;
 };
 
@@ -35,10 +35,11 @@ struct CRegion
 /// Entry 0 of every table is unused.
 struct SPhpRegionDefs
 {
-    ISynRegion* TagDefs[3] = {};       ///< 1 opening tag, 2 closing tag
-    ISynRegion* TokenDefs[23] = {};    ///< 1..21 as the checker knows them, 22 text outside PHP
-    ISynRegion* ExtraDefs[6] = {};     ///< 1 `function`, 3 words called like functions, 5 a declared name
-    ISynRegion* VarDefs[4] = {};       ///< 1 a word that declares a property, 2 the extra `$` before a variable, 3 a complete variable
+    ISynRegion* TagDefs[3] = {};    ///< 1 opening tag, 2 closing tag
+    ISynRegion* TokenDefs[23] = {}; ///< 1..21 as the checker knows them, 22 text outside PHP
+    ISynRegion* ExtraDefs[6] = {};  ///< 1 `function`, 3 words called like functions, 5 a declared name
+    ISynRegion* VarDefs[4] =
+        {}; ///< 1 a word that declares a property, 2 the extra `$` before a variable, 3 a complete variable
     ISynRegion* CommentDefs[14] = {};  ///< 1..13 comments, and code in which there is nothing to check
     ISynRegion* ClassDefs[2] = {};     ///< 1 `class`
     ISynRegion* InterfaceDefs[2] = {}; ///< 1 `interface`
