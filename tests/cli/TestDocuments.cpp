@@ -1,0 +1,73 @@
+// What the documents promise about errors is what the program reports.
+
+#include <QFile>
+#include <QProcess>
+#include <QRegularExpression>
+#include <gtest/gtest.h>
+#include <nlohmann/json.hpp>
+#include <set>
+
+using nlohmann::json;
+
+namespace {
+
+json Check(const QStringList& arguments, const QByteArray& input = {})
+{
+    QProcess process;
+    process.setWorkingDirectory(SOURCE_DIR);
+    process.start(PROGRAM, QStringList{"check", "--format", "json"} + arguments);
+    process.write(input);
+    process.closeWriteChannel();
+    EXPECT_TRUE(process.waitForFinished(60000));
+    return json::parse(process.readAllStandardOutput().toStdString());
+}
+
+} // namespace
+
+TEST(Documents, EveryExampleOfAnErrorGivesIt)
+{
+    QFile file(SOURCE_DIR "/docs/errors.md");
+    ASSERT_TRUE(file.open(QIODevice::ReadOnly));
+    const QRegularExpression row("^\\| (\\d+) \\| (error|warning) \\| (.*) \\| `(.*)` \\|$",
+                                 QRegularExpression::MultilineOption);
+    auto rows = row.globalMatch(QString::fromUtf8(file.readAll()));
+    int count = 0;
+    for (; rows.hasNext(); ++count) {
+        const auto match = rows.next();
+        const json records = Check({"--stdin-path", "a.php", "-"}, ("<?php " + match.captured(4)).toUtf8());
+        ASSERT_FALSE(records.empty()) << match.captured(4).toStdString();
+        for (const json& record : records) {
+            EXPECT_EQ(record["code"], match.captured(1).toInt()) << match.captured(4).toStdString();
+            EXPECT_EQ(record["severity"], match.captured(2).toStdString());
+            EXPECT_EQ(record["message"], match.captured(3).toStdString());
+        }
+    }
+    EXPECT_EQ(count, 23);
+}
+
+TEST(Documents, TheExampleSiteHasItsPlantedMistakesAndNoOthers)
+{
+    const std::set<std::string> planted{"config.php:6 101",
+                                        "public/about.html:11 2002",
+                                        "public/shop.css:12 2502",
+                                        "public/shop.css:16 2501",
+                                        "src/Cart.php:18 102",
+                                        "src/Cart.php:26 254",
+                                        "src/Cart.php:30 254",
+                                        "src/Cart.php:38 901",
+                                        "src/Catalogue.php:6 551",
+                                        "src/Log.php:11 501",
+                                        "src/Mailer.php:11 101",
+                                        "src/helpers.php:11 451",
+                                        "src/helpers.php:20 302",
+                                        "src/helpers.php:21 302",
+                                        "templates/list.phtml:3 2002",
+                                        "templates/list.phtml:10 2001"};
+    std::set<std::string> found;
+    for (const json& record : Check({"examples"})) {
+        const std::string path = record["file"];
+        found.insert(path.substr(path.find('/') + 1) + ":" + std::to_string(record["startLine"].get<int>()) +
+                     " " + std::to_string(record["code"].get<int>()));
+    }
+    EXPECT_EQ(found, planted);
+}
