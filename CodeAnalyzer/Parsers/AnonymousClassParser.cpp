@@ -1,16 +1,10 @@
 #include "Parsers/AnonymousClassParser.h"
 
+#include "Parsers/ErrorCodes.h"
+
 namespace Kesh::CodeAnalyzer {
 
 using SyntaxParser::CRegion;
-
-namespace {
-
-constexpr int ExpressionError = 101;
-constexpr int MissingSemicolon = 102;
-constexpr int ClassError = 551;
-
-} // namespace
 
 int CAnonymousClassParser::StatementStartRegion(CRegion* region)
 {

@@ -1,15 +1,10 @@
 #include "Parsers/AnonymousFunctionParser.h"
 
+#include "Parsers/ErrorCodes.h"
+
 namespace Kesh::CodeAnalyzer {
 
 using SyntaxParser::CRegion;
-
-namespace {
-
-constexpr int ParameterError = 202;
-constexpr int MissingBrace = 204;
-
-} // namespace
 
 void CAnonymousFunctionParser::DispathRegion(CRegion* region)
 {

@@ -1,15 +1,11 @@
 #include "Parsers/ClassParser.h"
 
+#include "Parsers/ErrorCodes.h"
+
 namespace Kesh::CodeAnalyzer {
 
 using SyntaxParser::CRegion;
 using SyntaxParser::STextChange;
-
-namespace {
-
-constexpr int ClassError = 551;
-
-} // namespace
 
 int CClassParser::StatementStartRegion(CRegion* region)
 {

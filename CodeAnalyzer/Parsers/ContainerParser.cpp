@@ -1,15 +1,11 @@
 #include "Parsers/ContainerParser.h"
 
+#include "Parsers/ErrorCodes.h"
+
 namespace Kesh::CodeAnalyzer {
 
 using SyntaxParser::CRegion;
 using SyntaxParser::SScheme;
-
-namespace {
-
-constexpr int OddSemicolon = 901;
-
-} // namespace
 
 void CContainerParser::AfterParse()
 {

@@ -1,15 +1,11 @@
 #include "Parsers/DeclarationParser.h"
 
+#include "Parsers/ErrorCodes.h"
+
 namespace Kesh::CodeAnalyzer {
 
 using SyntaxParser::CRegion;
 using SyntaxParser::STextChange;
-
-namespace {
-
-constexpr int ExpressionError = 101;
-
-} // namespace
 
 CDeclarationParser::CDeclarationParser(SyntaxParser::CDefRegions* defs,
                                        boost::shared_ptr<SyntaxParser::IReader> reader, CParentParser* parent)

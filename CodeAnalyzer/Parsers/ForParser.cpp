@@ -1,15 +1,11 @@
 #include "Parsers/ForParser.h"
 
+#include "Parsers/ErrorCodes.h"
+
 namespace Kesh::CodeAnalyzer {
 
 using SyntaxParser::CRegion;
 using SyntaxParser::STextChange;
-
-namespace {
-
-constexpr int ForError = 451;
-
-} // namespace
 
 CForParser::CForParser(SyntaxParser::CDefRegions* defs, boost::shared_ptr<SyntaxParser::IReader> reader,
                        CParentParser* parent)

@@ -1,6 +1,7 @@
 #include "Parsers/ForeachParser.h"
 
 #include "Base/CommonString.h"
+#include "Parsers/ErrorCodes.h"
 
 namespace Kesh::CodeAnalyzer {
 
@@ -8,15 +9,6 @@ using Base::CCommonString;
 using SyntaxParser::CRegion;
 using SyntaxParser::SScheme;
 using SyntaxParser::STextChange;
-
-namespace {
-
-constexpr int MissingSemicolon = 102;
-constexpr int ForeachError = 301;
-constexpr int SameKey = 302;
-constexpr int SameValue = 303;
-
-} // namespace
 
 CForeachParser::CForeachParser(SyntaxParser::CDefRegions* defs,
                                boost::shared_ptr<SyntaxParser::IReader> reader, CParentParser* parent)

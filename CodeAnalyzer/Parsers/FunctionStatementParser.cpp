@@ -1,17 +1,11 @@
 #include "Parsers/FunctionStatementParser.h"
 
+#include "Parsers/ErrorCodes.h"
+
 namespace Kesh::CodeAnalyzer {
 
 using SyntaxParser::CRegion;
 using SyntaxParser::STextChange;
-
-namespace {
-
-constexpr int FunctionNameError = 201;
-constexpr int ParameterError = 202;
-constexpr int MissingBrace = 204;
-
-} // namespace
 
 int CFunctionStatementParser::StatementStartRegion(CRegion* region)
 {

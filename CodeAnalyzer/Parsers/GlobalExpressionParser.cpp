@@ -1,15 +1,11 @@
 #include "Parsers/GlobalExpressionParser.h"
 
+#include "Parsers/ErrorCodes.h"
+
 namespace Kesh::CodeAnalyzer {
 
 using SyntaxParser::CRegion;
 using SyntaxParser::STextChange;
-
-namespace {
-
-constexpr int ExpressionError = 101;
-
-} // namespace
 
 int CGlobalExpressionParser::StatementStartRegion(CRegion* region)
 {

@@ -1,6 +1,7 @@
 #include "Parsers/IfElseParser.h"
 
 #include "Base/CommonString.h"
+#include "Parsers/ErrorCodes.h"
 
 #include <deque>
 #include <map>
@@ -13,14 +14,6 @@ using SyntaxParser::CIterator;
 using SyntaxParser::CRegion;
 using SyntaxParser::SScheme;
 using SyntaxParser::STextChange;
-
-namespace {
-
-constexpr int IfError = 251;
-constexpr int ElseWithoutIf = 252;
-constexpr int EqualConditions = 254;
-
-} // namespace
 
 CIfElseParser::CIfElseParser(SyntaxParser::CDefRegions* defs, boost::shared_ptr<SyntaxParser::IReader> reader,
                              CParentParser* parent)

@@ -1,16 +1,11 @@
 #include "Parsers/NamespaceParser.h"
 
+#include "Parsers/ErrorCodes.h"
+
 namespace Kesh::CodeAnalyzer {
 
 using SyntaxParser::CRegion;
 using SyntaxParser::STextChange;
-
-namespace {
-
-constexpr int NamespaceError = 601;
-constexpr int UseError = 602;
-
-} // namespace
 
 int CNamespaceParser::StatementStartRegion(CRegion* region)
 {

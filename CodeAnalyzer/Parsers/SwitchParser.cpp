@@ -1,15 +1,11 @@
 #include "Parsers/SwitchParser.h"
 
+#include "Parsers/ErrorCodes.h"
+
 namespace Kesh::CodeAnalyzer {
 
 using SyntaxParser::CRegion;
 using SyntaxParser::STextChange;
-
-namespace {
-
-constexpr int SwitchError = 351;
-
-} // namespace
 
 CSwitchParser::CSwitchParser(SyntaxParser::CDefRegions* defs, boost::shared_ptr<SyntaxParser::IReader> reader,
                              CParentParser* parent)

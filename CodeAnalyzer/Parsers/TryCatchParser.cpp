@@ -1,15 +1,11 @@
 #include "Parsers/TryCatchParser.h"
 
+#include "Parsers/ErrorCodes.h"
+
 namespace Kesh::CodeAnalyzer {
 
 using SyntaxParser::CRegion;
 using SyntaxParser::STextChange;
-
-namespace {
-
-constexpr int CatchError = 501;
-
-} // namespace
 
 int CTryCatchParser::StatementStartRegion(CRegion* region)
 {

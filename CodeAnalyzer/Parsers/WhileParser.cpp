@@ -1,16 +1,11 @@
 #include "Parsers/WhileParser.h"
 
+#include "Parsers/ErrorCodes.h"
+
 namespace Kesh::CodeAnalyzer {
 
 using SyntaxParser::CRegion;
 using SyntaxParser::STextChange;
-
-namespace {
-
-constexpr int WhileError = 401;
-constexpr int MissingSemicolon = 102;
-
-} // namespace
 
 CWhileParser::CWhileParser(SyntaxParser::CDefRegions* defs, boost::shared_ptr<SyntaxParser::IReader> reader,
                            CParentParser* parent)
