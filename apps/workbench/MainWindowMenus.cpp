@@ -36,10 +36,10 @@ void CMainWindow::MakeActions()
 void CMainWindow::MakeFileMenu()
 {
     QMenu& menu = *menuBar()->addMenu(Tr("&File"));
-    const auto current = [this](bool (CDocumentArea::*action)(Host::CDocument&)) {
+    const auto current = [this](auto action) {
         return [this, action] {
             if (Host::CDocument* document = m_area->GetCurrent())
-                (m_area->*action)(*document);
+                action(*m_area, *document);
         };
     };
     AddAction(menu, "&New file...", QKeySequence::New, [this] { NewFile(); });
@@ -49,12 +49,14 @@ void CMainWindow::MakeFileMenu()
     connect(m_recentMenu, &QMenu::aboutToShow, this, &CMainWindow::FillRecentMenu);
     menu.addSeparator();
     m_documentActions = {
-        AddAction(menu, "&Save", QKeySequence::Save, current(&CDocumentArea::Save)),
-        AddAction(menu, "Save &as...", QKeySequence("Ctrl+Shift+S"), current(&CDocumentArea::SaveAs)),
+        AddAction(menu, "&Save", QKeySequence::Save,
+                  current([](auto& area, auto& document) { area.Save(document); })),
+        AddAction(menu, "Save &as...", QKeySequence("Ctrl+Shift+S"),
+                  current([](auto& area, auto& document) { area.SaveAs(document); })),
         AddAction(menu, "Save a&ll", QKeySequence("Ctrl+Alt+S"), [this] { m_area->SaveAll(); })};
     menu.addSeparator();
-    m_documentActions.push_back(
-        AddAction(menu, "&Close file", QKeySequence("Ctrl+W"), current(&CDocumentArea::Close)));
+    m_documentActions.push_back(AddAction(menu, "&Close file", QKeySequence("Ctrl+W"),
+                                          current([](auto& area, auto& document) { area.Close(document); })));
     m_projectActions = {AddAction(menu, "Close &project", {}, [this] { CloseProject(); })};
     menu.addSeparator();
     AddAction(menu, "Se&ttings...", QKeySequence("Ctrl+,"), [this] { EditSettings(); });

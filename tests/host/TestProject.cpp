@@ -48,13 +48,16 @@ TEST_F(ProjectFolder, ClosingIsAnnouncedWhileItIsStillOpen)
 {
     const std::wstring file = m_folder.Write(L"a.php", "");
     std::string log;
-    m_host.Parser().GetProjectParsedSignal().connect([&] { log += "parsed "; });
-    Project().GetCloseProjectSignal().connect([&](ProjectManager::IProjectManager* pm) {
-        EXPECT_TRUE(pm->IsOpened());
-        EXPECT_EQ(pm->GetFiles().size(), 1u);
-        pm->SetData(L"errors", L"kept");
-        log += pm->IsReopening() ? "reopening " : "closing ";
-    });
+    // The host closes its project once more after `log` is gone.
+    const boost::signals2::scoped_connection parsed =
+        m_host.Parser().GetProjectParsedSignal().connect([&] { log += "parsed "; });
+    const boost::signals2::scoped_connection closed =
+        Project().GetCloseProjectSignal().connect([&](ProjectManager::IProjectManager* pm) {
+            EXPECT_TRUE(pm->IsOpened());
+            EXPECT_EQ(pm->GetFiles().size(), 1u);
+            pm->SetData(L"errors", L"kept");
+            log += pm->IsReopening() ? "reopening " : "closing ";
+        });
     m_host.OpenProject(m_folder.Path());
     m_host.ReopenProject({file});
     m_host.Project().Close();
