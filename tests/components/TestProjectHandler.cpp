@@ -149,8 +149,8 @@ TEST_F(ProjectHandlerTest, ClosingAtAnyMomentLosesAndDoublesNothing)
     int partial = 0;
     for (int round = 0; round < 40; ++round) {
         m_folder.Write(L".code-analyzer/errors", "");
-        Open(files);
         const int target = m_host.Gate().GetBegun() + static_cast<int>(random() % files.size());
+        Open(files);
         while (m_host.Gate().GetBegun() < target)
             if (round % 2)
                 QCoreApplication::processEvents();
