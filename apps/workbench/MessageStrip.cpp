@@ -5,6 +5,8 @@
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QPushButton>
+#include <QStringList>
+#include <utility>
 
 namespace Kesh::Workbench {
 
@@ -29,27 +31,45 @@ CMessageStrip::CMessageStrip(QWidget* parent)
 
 void CMessageStrip::Show(const QString& text, std::vector<SAnswer> answers)
 {
-    m_label->setText(text);
+    std::erase_if(m_messages, [&](const SMessage& message) { return message.text == text; });
+    answers.push_back({Tr("Dismiss"), {}});
+    m_messages.push_back({text, std::move(answers)});
+    Update();
+}
+
+void CMessageStrip::Update()
+{
     while (QLayoutItem* item = m_buttons->takeAt(0)) {
+        item->widget()->hide();
         item->widget()->deleteLater();
         delete item;
     }
-    answers.push_back({Tr("Dismiss"), {}});
-    for (const SAnswer& answer : answers) {
+    setVisible(!m_messages.empty());
+    if (m_messages.empty())
+        return;
+    const SMessage& newest = m_messages.back();
+    const std::size_t waiting = m_messages.size() - 1;
+    m_label->setText(waiting == 0 ? newest.text
+                                  : Tr("%1 (%2 more)").arg(newest.text, QString::number(waiting)));
+    for (const SAnswer& answer : newest.answers) {
         auto* button = new QPushButton(answer.title);
         connect(button, &QPushButton::clicked, this, [this, action = answer.action] {
-            hide();
+            m_messages.pop_back();
+            Update();
             if (action)
                 action();
         });
         m_buttons->addWidget(button);
+        button->show();
     }
-    show();
 }
 
 QString CMessageStrip::GetText() const
 {
-    return isHidden() ? QString() : m_label->text();
+    QStringList texts;
+    for (const SMessage& message : m_messages)
+        texts.prepend(message.text);
+    return texts.join(QLatin1Char('\n'));
 }
 
 } // namespace Kesh::Workbench

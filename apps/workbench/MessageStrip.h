@@ -9,7 +9,8 @@ class QLabel;
 
 namespace Kesh::Workbench {
 
-/// A message above the editor that stays until it is answered or dismissed, without stopping the work.
+/// Messages above the editor, each of which stays until it is answered or dismissed, without stopping the
+/// work. The newest is in view; the others wait behind it.
 class CMessageStrip final : public QFrame
 {
     Q_OBJECT
@@ -23,11 +24,22 @@ public:
 
     explicit CMessageStrip(QWidget* parent = nullptr);
 
-    /// Replaces what is shown. The strip goes away before an answer's action is called.
+    /// Puts a message in front; the same text is not kept twice. A message goes away before the action of its
+    /// answer is called.
     void Show(const QString& text, std::vector<SAnswer> answers = {});
+    /// The messages, newest first, a line each.
     QString GetText() const;
 
 private:
+    struct SMessage
+    {
+        QString text;
+        std::vector<SAnswer> answers;
+    };
+
+    void Update();
+
+    std::vector<SMessage> m_messages; ///< the newest is the last
     QLabel* m_label;
     QHBoxLayout* m_buttons;
 };

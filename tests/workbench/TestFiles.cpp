@@ -25,7 +25,7 @@ protected:
     void Answer(const QString& title)
     {
         for (QPushButton* button : Area().GetMessageStrip().findChildren<QPushButton*>())
-            if (button->text() == title)
+            if (button->text() == title && !button->isHidden())
                 return button->click();
         ADD_FAILURE() << "no button " << title.toStdString();
     }
@@ -107,6 +107,23 @@ TEST_F(Files, AChangeOnDiskIsTakenOverUnlessThereAreEdits)
     std::filesystem::remove(Host::PathToBytes(path));
     ASSERT_TRUE(WaitFor([&] { return Strip().contains("no longer on disk"); }));
     EXPECT_EQ(editor.text(), "four four\n");
+}
+
+TEST_F(Files, NoQuestionHidesAnother)
+{
+    CCodeEditor& first = Open(m_folder.Write(L"a.php", "one\n"));
+    CCodeEditor& second = Open(m_folder.Write(L"b.php", "one\n"));
+    first.append("mine");
+    second.append("mine");
+    m_folder.Write(L"a.php", "theirs a\n");
+    m_folder.Write(L"b.php", "theirs b\n");
+    ASSERT_TRUE(WaitFor([&] { return Strip().contains("a.php") && Strip().contains("b.php"); }));
+    Answer("&Reload");
+    EXPECT_FALSE(Strip().isEmpty());
+    Answer("&Reload");
+    EXPECT_EQ(first.text(), "theirs a\n");
+    EXPECT_EQ(second.text(), "theirs b\n");
+    EXPECT_EQ(Strip(), QString());
 }
 
 TEST_F(Files, SavingOverAnotherProgramsChangeNeedsConsent)
