@@ -1,5 +1,4 @@
-#include "Sanitizers.h"
-
+#include <QApplication>
 #include <gtest/gtest.h>
 
 int main(int argc, char** argv)
@@ -7,7 +6,7 @@ int main(int argc, char** argv)
     // Test discovery runs this program while building, on machines without a display.
     if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
         qputenv("QT_QPA_PLATFORM", "offscreen");
-    CTestApplication application(argc, argv);
+    QApplication application(argc, argv);
     ::testing::InitGoogleTest(&argc, argv);
     return RUN_ALL_TESTS();
 }
