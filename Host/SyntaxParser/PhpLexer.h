@@ -2,6 +2,7 @@
 
 #include "SyntaxParser/PhpToken.h"
 
+#include <array>
 #include <string_view>
 #include <vector>
 
@@ -17,49 +18,96 @@ public:
     /// The next token; End at the end of the text.
     EPhpToken Next();
 
-    /// Passes a single space between two other tokens, the commonest token of all; false when there is none.
-    bool NextSpace()
+    /// A token, by its kind and its end.
+    struct SCut
     {
-        const wchar_t* p = m_cursor;
-        if (!m_inPhp || *p != L' ' || p[1] == L' ' || p[1] == L'\t' || p[1] == L'\r' || p[1] == L'\n')
-            return false;
-        m_begin = p;
-        m_cursor = p + 1;
-        return true;
+        const wchar_t* end;
+        EPhpToken token;
+    };
+    /// The same for a caller that keeps the place itself: the token at `begin`.
+    SCut Next(const wchar_t* begin)
+    {
+        if (!m_inPhp)
+            return NextInHtml(begin);
+        const auto code = static_cast<char32_t>(*begin);
+        const EPhpToken lone = code < LoneTokens.size() ? LoneTokens[code] : EPhpToken::End;
+        return lone != EPhpToken::End ? SCut{begin + 1, lone} : NextInPhp(begin);
     }
+    /// Takes the token from `begin` to `end` for the last one.
+    void Take(const wchar_t* begin, const wchar_t* end)
+    {
+        m_begin = begin;
+        m_cursor = end;
+    }
+    bool IsInPhp() const { return m_inPhp; }
 
     const wchar_t* Begin() const { return m_begin; }   ///< of the last token
     const wchar_t* Cursor() const { return m_cursor; } ///< its end
     const wchar_t* Limit() const { return m_limit; }
-    /// Goes on at `cursor`, which must lie between Begin() and Limit().
+    /// Goes on at `cursor`, which must not lie before Begin() or after Limit().
     void SetCursor(const wchar_t* cursor) { m_cursor = cursor; }
 
     /// The first character at or after `p` that is neither blank nor in a comment.
     const wchar_t* SkipBlanks(const wchar_t* p) const;
     /// The end of the word at `p`; `p` itself when there is none.
     const wchar_t* SkipWord(const wchar_t* p) const;
-    /// The closing quote of the string whose content begins at `p`; the limit when there is none. Code
-    /// between
-    /// `{$` and `}` may hold quotes of its own.
-    const wchar_t* FindQuote(const wchar_t* p, wchar_t quote) const;
+    /// What a string holds.
+    struct SContent
+    {
+        const wchar_t* end;
+        bool mayHoldLines; ///< false: there is no line break in it
+    };
+    /// The content that begins at `p`, up to the closing quote, or to the limit when there is none. Code
+    /// between `{$` and `}` may hold quotes of its own.
+    SContent FindQuote(const wchar_t* p, wchar_t quote) const;
     /// The end of the closing label of the here-document whose label begins at `p`; the limit without one.
     const wchar_t* FindHeredocEnd(const wchar_t* p) const;
 
+    static bool IsBlank(wchar_t c) { return c == L' ' || c == L'\t' || c == L'\r' || c == L'\n'; }
     static bool IsWordStart(wchar_t c);
-    static bool IsWordChar(wchar_t c);
+    static bool IsWordChar(wchar_t c)
+    {
+        const auto code = static_cast<char32_t>(c);
+        return code >= WordChars.size() || WordChars[code];
+    }
 
 private:
-    EPhpToken NextInHtml();
-    EPhpToken NextInPhp();
-    /// The token ends at `end`.
-    EPhpToken Cut(const wchar_t* end, EPhpToken token)
+    /// What a word can hold, of the characters that are not all word characters.
+    static constexpr auto WordChars = [] {
+        std::array<bool, 0x80> chars{};
+        for (const char c :
+             std::string_view("_0123456789abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ"))
+            chars[static_cast<unsigned char>(c)] = true;
+        return chars;
+    }();
+
+    /// The tokens of one character that begin no other token: about half of all.
+    static constexpr auto LoneTokens = [] {
+        using enum EPhpToken;
+        std::array<EPhpToken, 0x80> tokens{};
+        tokens.fill(End);
+        tokens['('] = OpenRound;
+        tokens[')'] = CloseRound;
+        tokens['['] = OpenSquare;
+        tokens[']'] = CloseSquare;
+        tokens['{'] = OpenBrace;
+        tokens['}'] = CloseBrace;
+        tokens[','] = Comma;
+        tokens[';'] = Semicolon;
+        return tokens;
+    }();
+
+    SCut NextInHtml(const wchar_t* begin);
+    SCut NextInPhp(const wchar_t* begin);
+    SCut LexLineComment(const wchar_t* p, EPhpToken token) const;
+    SCut LexBlockComment(const wchar_t* p) const;
+    SCut LexHash(const wchar_t* p);
+    static const wchar_t* SkipWordChars(const wchar_t* p)
     {
-        m_cursor = end;
-        return token;
+        while (IsWordChar(*p))
+            ++p;
+        return p;
     }
-    EPhpToken LexLineComment(const wchar_t* p, EPhpToken token);
-    EPhpToken LexBlockComment(const wchar_t* p);
-    EPhpToken LexHash(const wchar_t* p);
     const wchar_t* FindAttributeEnd(const wchar_t* p) const;
     const wchar_t* FindCommentEnd(const wchar_t* p) const;
     const wchar_t* FindLineCommentEnd(const wchar_t* p) const;

@@ -6,11 +6,6 @@ namespace Kesh::SyntaxParser {
 
 namespace {
 
-bool IsPhpBlank(wchar_t c)
-{
-    return c == L' ' || c == L'\t' || c == L'\r' || c == L'\n';
-}
-
 bool IsLineEnd(wchar_t c)
 {
     return c == L'\n' || c == L'\r';
@@ -31,18 +26,14 @@ CPhpLexer::CPhpLexer(std::wstring_view text)
 
 bool CPhpLexer::IsWordStart(wchar_t c)
 {
-    return (c >= L'a' && c <= L'z') || (c >= L'A' && c <= L'Z') || c == L'_' ||
-           static_cast<char32_t>(c) >= 0x80;
-}
-
-bool CPhpLexer::IsWordChar(wchar_t c)
-{
-    return IsWordStart(c) || (c >= L'0' && c <= L'9');
+    return IsWordChar(c) && !(c >= L'0' && c <= L'9');
 }
 
 EPhpToken CPhpLexer::Next()
 {
-    return m_inPhp ? NextInPhp() : NextInHtml();
+    const SCut cut = Next(m_cursor);
+    Take(m_cursor, cut.end);
+    return cut.token;
 }
 
 // Whether the lower-case text stands at `p`, in any case.
@@ -55,10 +46,9 @@ bool CPhpLexer::StartsAt(const wchar_t* p, const char* lower) const
     return true;
 }
 
-EPhpToken CPhpLexer::NextInHtml()
+CPhpLexer::SCut CPhpLexer::NextInHtml(const wchar_t* begin)
 {
-    m_begin = m_cursor;
-    const wchar_t* p = m_cursor;
+    const wchar_t* p = begin;
     for (; p < m_limit; ++p) {
         p = Find(p, m_limit, L'<');
         // An XML declaration is markup.
@@ -67,21 +57,16 @@ EPhpToken CPhpLexer::NextInHtml()
         if (p == m_limit)
             break;
     }
-    if (p > m_begin) {
-        m_cursor = p;
-        return EPhpToken::Html;
-    }
+    if (p > begin)
+        return {p, EPhpToken::Html};
     if (p == m_limit)
-        return EPhpToken::End;
+        return {p, EPhpToken::End};
 
     m_inPhp = true;
-    if (p[2] == L'=' && p + 2 < m_limit) {
-        m_cursor = p + 3;
-        return EPhpToken::OpenTagEcho;
-    }
-    const bool isLong = StartsAt(p + 2, "php") && (p + 5 == m_limit || IsPhpBlank(p[5]));
-    m_cursor = p + (isLong ? 5 : 2);
-    return EPhpToken::OpenTag;
+    if (p[2] == L'=' && p + 2 < m_limit)
+        return {p + 3, EPhpToken::OpenTagEcho};
+    const bool isLong = StartsAt(p + 2, "php") && (p + 5 == m_limit || IsBlank(p[5]));
+    return {p + (isLong ? 5 : 2), EPhpToken::OpenTag};
 }
 
 const wchar_t* CPhpLexer::FindLineCommentEnd(const wchar_t* p) const
@@ -91,29 +76,30 @@ const wchar_t* CPhpLexer::FindLineCommentEnd(const wchar_t* p) const
     return p;
 }
 
+// `p` is just after the comment's opening.
 const wchar_t* CPhpLexer::FindCommentEnd(const wchar_t* p) const
 {
-    for (;;) {
-        p = Find(p, m_limit, L'*');
-        if (p == m_limit)
-            return m_limit;
-        if (*++p == L'/' && p < m_limit)
-            return p + 1;
+    // There are far fewer slashes than asterisks in a comment.
+    for (const wchar_t* slash = p; slash < m_limit; ++slash) {
+        slash = Find(slash, m_limit, L'/');
+        if (slash < m_limit && slash > p && slash[-1] == L'*')
+            return slash + 1;
     }
+    return m_limit;
 }
 
-EPhpToken CPhpLexer::LexLineComment(const wchar_t* p, EPhpToken token)
+CPhpLexer::SCut CPhpLexer::LexLineComment(const wchar_t* p, EPhpToken token) const
 {
-    return Cut(FindLineCommentEnd(p), token);
+    return {FindLineCommentEnd(p), token};
 }
 
-EPhpToken CPhpLexer::LexBlockComment(const wchar_t* p)
+CPhpLexer::SCut CPhpLexer::LexBlockComment(const wchar_t* p) const
 {
-    const bool isDoc = *p == L'*' && IsPhpBlank(p[1]);
-    return Cut(FindCommentEnd(p), isDoc ? EPhpToken::DocComment : EPhpToken::BlockComment);
+    const bool isDoc = *p == L'*' && IsBlank(p[1]);
+    return {FindCommentEnd(p), isDoc ? EPhpToken::DocComment : EPhpToken::BlockComment};
 }
 
-EPhpToken CPhpLexer::LexHash(const wchar_t* p)
+CPhpLexer::SCut CPhpLexer::LexHash(const wchar_t* p)
 {
     if (*p != L'[' || m_openAttribute)
         return LexLineComment(p, EPhpToken::HashComment);
@@ -122,7 +108,7 @@ EPhpToken CPhpLexer::LexHash(const wchar_t* p)
         m_openAttribute = true;
         return LexLineComment(p, EPhpToken::HashComment);
     }
-    return Cut(end, EPhpToken::Attribute);
+    return {end, EPhpToken::Attribute};
 }
 
 // After the `]` that closes `#[`; null when there is none.
@@ -169,17 +155,26 @@ const wchar_t* CPhpLexer::FindCode(const wchar_t* p, wchar_t closing) const
     return m_limit;
 }
 
-const wchar_t* CPhpLexer::FindQuote(const wchar_t* p, wchar_t quote) const
+CPhpLexer::SContent CPhpLexer::FindQuote(const wchar_t* p, wchar_t quote) const
 {
+    const wchar_t brace = quote == L'\'' ? quote : L'{';
+    bool mayHoldLines = false;
     for (; p < m_limit; ++p) {
-        if (*p == quote)
-            return p;
-        if (*p == L'\\')
+        while (*p != quote && *p != L'\\' && *p != brace && *p != L'\n' && *p != L'\0')
             ++p;
-        else if (*p == L'{' && p[1] == L'$' && quote != L'\'')
+        if (*p == quote)
+            return {p, mayHoldLines};
+        if (*p == L'\\') {
+            ++p;
+            mayHoldLines |= *p == L'\n';
+        } else if (*p == L'{' && p[1] == L'$') {
             p = FindCode(p + 1, L'}');
+            mayHoldLines = true;
+        } else {
+            mayHoldLines |= *p == L'\n';
+        }
     }
-    return m_limit;
+    return {m_limit, mayHoldLines};
 }
 
 const wchar_t* CPhpLexer::FindHeredocEnd(const wchar_t* p) const
@@ -206,7 +201,7 @@ const wchar_t* CPhpLexer::FindHeredocEnd(const wchar_t* p) const
 const wchar_t* CPhpLexer::SkipBlanks(const wchar_t* p) const
 {
     for (;;) {
-        while (p < m_limit && IsPhpBlank(*p))
+        while (p < m_limit && IsBlank(*p))
             ++p;
         if (p + 1 >= m_limit)
             return p;
@@ -223,11 +218,7 @@ const wchar_t* CPhpLexer::SkipBlanks(const wchar_t* p) const
 
 const wchar_t* CPhpLexer::SkipWord(const wchar_t* p) const
 {
-    if (p < m_limit && IsWordStart(*p)) {
-        while (p < m_limit && IsWordChar(*p))
-            ++p;
-    }
-    return p;
+    return IsWordStart(*p) ? SkipWordChars(p) : p;
 }
 
 } // namespace Kesh::SyntaxParser

@@ -7,6 +7,13 @@ namespace Kesh::SyntaxParser {
 
 using enum EPhpToken;
 
+namespace {
+
+/// How far ahead of its use a text is asked for: it is read once, and then mostly not from a cache.
+constexpr std::ptrdiff_t ReadAhead = 256;
+
+} // namespace
+
 CPhpScanner::CPhpScanner(std::wstring_view text, const std::vector<IStateRegionHandler*>& handlers)
     : m_lexer(text),
       m_emitter(text.data(), handlers),
@@ -30,20 +37,24 @@ CPhpScanner::CPhpScanner(std::wstring_view text, const std::vector<IStateRegionH
 void CPhpScanner::Run(std::vector<SIsland>* islands)
 {
     m_islands = islands;
+    const wchar_t* p = m_text;
     for (;;) {
-        if (m_lexer.NextSpace()) {
-            m_emitter.Emit(m_php.TokenDefs[PhpText], m_lexer.Begin(), m_lexer.Cursor());
-            continue;
-        }
-        const EPhpToken token = m_lexer.Next();
+        if (m_lexer.IsInPhp() && CPhpLexer::IsBlank(*p))
+            p = m_emitter.EmitWhile(m_php.TokenDefs[PhpText], p, &CPhpLexer::IsBlank);
+        if (m_lexer.Limit() - p > ReadAhead)
+            __builtin_prefetch(p + ReadAhead);
+        const auto [end, token] = m_lexer.Next(p);
         if (token == End)
             break;
         if (ISynRegion* kind = m_fixedKinds[static_cast<std::size_t>(token)]) {
-            Emit(kind);
+            m_emitter.Emit(m_annotated ? m_php.CommentDefs[PhpAnnotation] : kind, p, end);
             m_prev = token;
             m_halt = 0;
+            p = end;
         } else {
+            m_lexer.Take(p, end);
             Scan(token);
+            p = m_lexer.Cursor();
         }
     }
     if (m_islands && m_islandBegin)
@@ -252,10 +263,12 @@ void CPhpScanner::ScanString(wchar_t quote)
         start = content = end = m_php.CommentDefs[PhpAnnotation];
 
     const wchar_t* begin = m_lexer.Cursor();
-    const wchar_t* close = m_lexer.FindQuote(begin, quote);
+    auto [close, mayHoldLines] = m_lexer.FindQuote(begin, quote);
     m_emitter.Emit(start, m_lexer.Begin(), begin);
-    if (close > begin)
-        EmitPiece(content, begin, close);
+    if (mayHoldLines)
+        m_emitter.EmitLines(content, begin, close);
+    else if (close > begin)
+        m_emitter.Emit(content, begin, close);
     if (close < m_lexer.Limit()) {
         m_emitter.Emit(end, close, close + 1);
         ++close;

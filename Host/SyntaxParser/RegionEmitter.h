@@ -3,7 +3,7 @@
 #include "Kesh/SyntaxParser/IParser.h"
 #include "Kesh/SyntaxParser/Regions.h"
 
-#include <cwchar>
+#include <algorithm>
 #include <string_view>
 #include <vector>
 
@@ -13,8 +13,9 @@ namespace Kesh::SyntaxParser {
 class CRegionEmitter
 {
 public:
+    /// `handlers` must stay as they are.
     CRegionEmitter(const wchar_t* text, const std::vector<IStateRegionHandler*>& handlers)
-        : m_lineStart(text), m_handlers(handlers)
+        : m_lineStart(text), m_handlers(handlers.data()), m_handlersEnd(m_handlers + handlers.size())
     {
     }
 
@@ -36,13 +37,28 @@ public:
                 if (*p == L'\n')
                     NextLine(p + 1);
             }
-        } else {
-            const wchar_t* p = begin;
-            while ((p = std::wmemchr(p, L'\n', static_cast<std::size_t>(end - p))))
-                NextLine(++p);
+        } else if (const auto lines = std::count(begin, end, L'\n')) { // counted many at a time
+            m_line += lines;
+            for (m_lineStart = end; m_lineStart[-1] != L'\n';)
+                --m_lineStart;
         }
         m_region.end = {end - m_lineStart, m_line};
         Send(definition, begin, end);
+    }
+
+    /// The piece from `begin`, which the test must accept, to the first character that it does not. The end.
+    template <class TTest>
+    const wchar_t* EmitWhile(ISynRegion* definition, const wchar_t* begin, TTest accepts)
+    {
+        m_region.start = {begin - m_lineStart, m_line};
+        const wchar_t* p = begin;
+        do {
+            if (*p++ == L'\n')
+                NextLine(p);
+        } while (accepts(*p));
+        m_region.end = {p - m_lineStart, m_line};
+        Send(definition, begin, p);
+        return p;
     }
 
 private:
@@ -58,14 +74,15 @@ private:
     {
         m_region.definition = definition;
         m_region.text = {begin, static_cast<std::size_t>(end - begin)};
-        for (IStateRegionHandler* handler : m_handlers)
-            handler->AddRegion(&m_region);
+        for (IStateRegionHandler* const* handler = m_handlers; handler != m_handlersEnd; ++handler)
+            (*handler)->AddRegion(&m_region);
     }
 
     const wchar_t* m_lineStart;
     std::int64_t m_line = 0;
     CRegion m_region;
-    const std::vector<IStateRegionHandler*>& m_handlers;
+    IStateRegionHandler* const* m_handlers;
+    IStateRegionHandler* const* m_handlersEnd;
 };
 
 } // namespace Kesh::SyntaxParser
