@@ -60,7 +60,7 @@ void CDeclarationParser::HandleNameState(CRegion* region)
         m_state = AssignState;
     else if (m_hasValue && m_arguments == 0 && ContinuesValue(region))
         m_state = AssignState;
-    else if (m_arguments > 0 || (m_hasValue && IsOpening(region, L'(')))
+    else if (m_arguments > 0 || (m_hasValue && OpensArguments(region)))
         HandleArguments(region);
     else
         HandleAfterName(region);
@@ -79,12 +79,12 @@ void CDeclarationParser::HandleAssignState(CRegion* region)
     }
 }
 
-// The arguments of a call in a value are passed by, but a `;` among them is one too early.
+// The arguments of a call in a value, or an index, are passed by, but a `;` among them is one too early.
 void CDeclarationParser::HandleArguments(CRegion* region)
 {
-    if (IsOpening(region, L'('))
+    if (OpensArguments(region))
         ++m_arguments;
-    else if (IsClosing(region, L')'))
+    else if (IsClosing(region, L')') || IsClosing(region, L']'))
         --m_arguments;
     else if (IsStatementEnd(region))
         Error(region);
@@ -113,6 +113,11 @@ bool CDeclarationParser::ContinuesValue(CRegion* region)
         return IsKeyword(region, L"and") || IsKeyword(region, L"or") || IsKeyword(region, L"xor") ||
                IsKeyword(region, L"instanceof");
     return region->definition == php.TokenDefs[1];
+}
+
+bool CDeclarationParser::OpensArguments(CRegion* region)
+{
+    return IsOpening(region, L'(') || IsOpening(region, L'[');
 }
 
 bool CDeclarationParser::IsTypePart(CRegion* region)

@@ -42,10 +42,11 @@ private:
     void HandleExpressionState(SyntaxParser::CRegion* region);
     void HandleArguments(SyntaxParser::CRegion* region);
     bool ContinuesValue(SyntaxParser::CRegion* region);
+    bool OpensArguments(SyntaxParser::CRegion* region);
 
     int m_state = KeywordState;
     bool m_hasValue = false; ///< an operand of the present name's value has been read
-    int m_arguments = 0;     ///< open `(` of a call that the operand parser stopped at
+    int m_arguments = 0;     ///< open brackets of a call or an index that the operand parser stopped at
     CStaticOperandParser m_operandParser;
 };
 

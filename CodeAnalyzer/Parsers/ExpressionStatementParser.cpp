@@ -340,6 +340,11 @@ void CExpressionStatementParser::RestoreForContinue()
 
 void CExpressionStatementParser::OnStructureEnd(CRegion* region, int redispatch)
 {
+    if (m_dataStack.empty()) { // suspended by an earlier pass that ended inside a closure
+        m_data.state = AssignExprState;
+        m_parent->OnStructureEnd(region, 1);
+        return;
+    }
     LoadDataFromStack();
     if (redispatch == 1)
         DispathRegion(region);

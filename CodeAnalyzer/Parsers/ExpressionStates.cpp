@@ -279,8 +279,11 @@ void CExpressionStatementParser::HandleFuncCallNoBrParamsState(CRegion* region)
         CExpressionStatementParser::HandleChainState(region);
         return;
     }
-    const bool none =
-        (!AnyBracketOpen() && IsTerminalRegion(region)) || IsToken(region, 4) || IsToken(region, 8);
+    const bool operatorNext = m_data.argument == EArgument::Optional &&
+                              (IsToken(region, 21) || IsKeyword(region, L"and") || IsKeyword(region, L"or") ||
+                               IsKeyword(region, L"xor") || IsKeyword(region, L"instanceof"));
+    const bool none = operatorNext || (!AnyBracketOpen() && IsTerminalRegion(region)) || IsToken(region, 4) ||
+                      IsToken(region, 8);
     if (!none) {
         m_data.operandDue = true;
         HandleOperandDue(region);

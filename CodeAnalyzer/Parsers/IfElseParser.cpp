@@ -174,8 +174,10 @@ void CIfElseParser::HandleContinueState(CRegion* region)
 
 void CIfElseParser::RestoreForContinue()
 {
-    if (m_resume.empty())
+    if (m_resume.empty()) { // suspended by an earlier pass that ended inside a branch
+        m_state = ContinueState;
         return;
+    }
     m_state = m_resume.back().state;
     if (m_state == ConditionState) {
         m_condStart = m_resume.back().condStart;

@@ -180,7 +180,7 @@ void CPhpSyntaxParser::DispatchBracketRegion(CRegion* region)
 
 void CPhpSyntaxParser::Offer(CRegion* region)
 {
-    ++m_offers;
+    m_taken = true;
     for (CStatementParser* parser : m_parsers) {
         if (parser->StatementStartRegion(region)) {
             m_active = parser;
@@ -214,8 +214,10 @@ void CPhpSyntaxParser::OnStructureEnd(CRegion* region, int redispatch)
         if (m_active)
             m_active->RestoreForContinue();
     }
-    if (!redispatch)
+    if (!redispatch) {
+        m_taken = true;
         return;
+    }
 
     // The resumed parser may end with the same region, and so may the one below it: a loop, since statements
     // can be nested deeper than the stack.
@@ -223,16 +225,16 @@ void CPhpSyntaxParser::OnStructureEnd(CRegion* region, int redispatch)
     if (m_delivering)
         return;
     m_delivering = true;
-    const unsigned offers = m_offers;
+    m_taken = false;
     while (m_redeliver) {
         m_redeliver = false;
         if (m_active)
             m_active->DispathRegion(region);
     }
     m_delivering = false;
-    // The region reaches both what was resumed and whatever it starts; a block that was resumed has offered
-    // it already, and what an error skips starts nothing.
-    if (m_offers == offers && !m_skipToEnd)
+    // The region reaches both what was resumed and whatever it starts; what was resumed may have offered it
+    // already or have ended with it, and what an error skips starts nothing.
+    if (!m_taken && !m_skipToEnd)
         Offer(region);
 }
 

@@ -73,7 +73,7 @@ private:
     std::vector<CStatementParser*> m_suspended;
     bool m_redeliver = false;  ///< the ending region still has to reach what was resumed
     bool m_delivering = false; ///< a loop that does so runs further down the stack
-    unsigned m_offers = 0;     ///< counts offers, to tell whether a redelivery has made one
+    bool m_taken = false;      ///< what was resumed has offered the region, or has ended with it
 };
 
 } // namespace Kesh::CodeAnalyzer

@@ -57,11 +57,18 @@ public:
         const wchar_t* end;
         bool mayHoldLines; ///< false: there is no line break in it
     };
-    /// The content that begins at `p`, up to the closing quote, or to the limit when there is none. Code
-    /// between `{$` and `}` may hold quotes of its own.
-    SContent FindQuote(const wchar_t* p, wchar_t quote) const;
-    /// The end of the closing label of the here-document whose label begins at `p`; the limit without one.
-    const wchar_t* FindHeredocEnd(const wchar_t* p) const;
+    /// The content from `begin` to the closing quote, or to the limit when there is none. Code
+    /// between `{$` or `${` and `}` may hold quotes of its own.
+    SContent FindQuote(const wchar_t* begin, wchar_t quote) const;
+    /// A here-document.
+    struct SHeredoc
+    {
+        const wchar_t* body;    ///< after the opening label
+        const wchar_t* closing; ///< its closing label; null when there is none
+        const wchar_t* end;     ///< of the closing label; else the limit
+    };
+    /// The one whose label, or the blanks and the quote before it, begins at `p`.
+    SHeredoc FindHeredoc(const wchar_t* p) const;
 
     static bool IsBlank(wchar_t c) { return c == L' ' || c == L'\t' || c == L'\r' || c == L'\n'; }
     static bool IsWordStart(wchar_t c);

@@ -133,6 +133,9 @@ const wchar_t* CPhpLexer::FindCode(const wchar_t* p, wchar_t closing) const
                 open.pop_back();
             } else if (c == L'{' && p[1] == L'$') {
                 open.push_back(L'}');
+            } else if (c == L'$' && p[1] == L'{') {
+                open.push_back(L'}');
+                ++p;
             }
         } else if (c == open.back()) {
             open.pop_back();
@@ -155,21 +158,25 @@ const wchar_t* CPhpLexer::FindCode(const wchar_t* p, wchar_t closing) const
     return m_limit;
 }
 
-CPhpLexer::SContent CPhpLexer::FindQuote(const wchar_t* p, wchar_t quote) const
+CPhpLexer::SContent CPhpLexer::FindQuote(const wchar_t* begin, wchar_t quote) const
 {
     const wchar_t brace = quote == L'\'' ? quote : L'{';
+    const wchar_t* escaped = nullptr;
     bool mayHoldLines = false;
-    for (; p < m_limit; ++p) {
+    for (const wchar_t* p = begin; p < m_limit; ++p) {
         while (*p != quote && *p != L'\\' && *p != brace && *p != L'\n' && *p != L'\0')
             ++p;
         if (*p == quote)
             return {p, mayHoldLines};
         if (*p == L'\\') {
-            ++p;
+            escaped = ++p;
             mayHoldLines |= *p == L'\n';
-        } else if (*p == L'{' && p[1] == L'$') {
-            p = FindCode(p + 1, L'}');
-            mayHoldLines = true;
+        } else if (*p == L'{') {
+            const bool afterDollar = p > begin && p[-1] == L'$' && p - 1 != escaped;
+            if (afterDollar || p[1] == L'$') {
+                p = FindCode(p + 1, L'}');
+                mayHoldLines = true;
+            }
         } else {
             mayHoldLines |= *p == L'\n';
         }
@@ -177,14 +184,17 @@ CPhpLexer::SContent CPhpLexer::FindQuote(const wchar_t* p, wchar_t quote) const
     return {m_limit, mayHoldLines};
 }
 
-const wchar_t* CPhpLexer::FindHeredocEnd(const wchar_t* p) const
+CPhpLexer::SHeredoc CPhpLexer::FindHeredoc(const wchar_t* p) const
 {
     while (*p == L' ' || *p == L'\t')
         ++p;
-    if (*p == L'\'' || *p == L'"')
+    const bool quoted = *p == L'\'' || *p == L'"';
+    if (quoted)
         ++p;
     const std::wstring_view label(p, static_cast<std::size_t>(SkipWord(p) - p));
-    for (p += label.size(); p < m_limit; ++p) {
+    p += label.size();
+    const wchar_t* body = quoted ? p + 1 : p;
+    for (; p < m_limit; ++p) {
         if (!IsLineEnd(*p))
             continue;
         const wchar_t* word = p + 1;
@@ -193,9 +203,9 @@ const wchar_t* CPhpLexer::FindHeredocEnd(const wchar_t* p) const
         const std::size_t left = word < m_limit ? static_cast<std::size_t>(m_limit - word) : 0;
         if (left >= label.size() && std::wstring_view(word, label.size()) == label &&
             !IsWordChar(word[label.size()]))
-            return word + label.size();
+            return {body, word, word + label.size()};
     }
-    return m_limit;
+    return {body, nullptr, m_limit};
 }
 
 const wchar_t* CPhpLexer::SkipBlanks(const wchar_t* p) const

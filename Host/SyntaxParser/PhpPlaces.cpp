@@ -78,6 +78,8 @@ CPhpScanner::EPlace CPhpScanner::BraceKind()
         m_pendingClasses.pop_back();
         return body;
     }
+    if (InClassBody() && m_inUse)
+        return EPlace::TraitRules;
     if (InClassBody() && !Place().memberIsHead)
         return EPlace::HookBody;
     return EPlace::Block;
@@ -107,6 +109,7 @@ void CPhpScanner::ScanClosing(EPhpToken token)
     if (token != CloseBrace)
         return;
     // A block ends a statement, a member or a hook.
+    m_inUse = false;
     SPlace& place = Place();
     place.memberStarted = place.memberIsHead = false;
     if (place.kind == EPlace::HookBody)
@@ -125,6 +128,7 @@ bool CPhpScanner::InExpressionBrackets() const
     case EPlace::Block:
     case EPlace::ClassBody:
     case EPlace::EnumBody:
+    case EPlace::TraitRules:
     case EPlace::HookBody: return false;
     default: return true;
     }

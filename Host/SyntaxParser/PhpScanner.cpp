@@ -90,6 +90,7 @@ void CPhpScanner::Scan(EPhpToken token)
             m_islands->push_back({static_cast<std::size_t>(m_islandBegin - m_text),
                                   static_cast<std::size_t>(m_lexer.Cursor() - m_text)});
         m_islandBegin = nullptr;
+        EndStatement();
         break;
     case Dollar:
         if (*m_lexer.Cursor() == L'$' || CPhpLexer::IsWordStart(*m_lexer.Cursor()))
@@ -174,7 +175,8 @@ void CPhpScanner::ScanColon()
         m_prev == CloseRound && (m_lastClosed == EPlace::FuncParams || m_lastClosed == EPlace::FnParams);
     m_labelColon = false;
     if (afterParams) {
-        Token(PhpText);
+        // In a label a plain `:` would be its end.
+        Token(m_caseDepth == m_places.size() ? PhpDot : PhpText);
         ScanReturnType();
     } else if (!m_pendingClasses.empty() && m_pendingClasses.back().body == EPlace::EnumBody &&
                m_pendingClasses.back().depth == m_places.size()) {
@@ -182,7 +184,6 @@ void CPhpScanner::ScanColon()
         m_enumType = true;
     } else if (Place().ternaries > 0) {
         --Place().ternaries;
-        // In a label a plain `:` would be its end.
         Token(m_caseDepth == m_places.size() ? PhpDot : PhpText);
     } else {
         m_labelColon = !InExpressionBrackets();
@@ -239,10 +240,16 @@ void CPhpScanner::ScanSemicolon()
     if (m_throwDepth > 0 && m_places.size() > m_throwDepth) {
         Token(PhpText);
     } else {
-        m_throwDepth = 0;
         Token(PhpSemicolon);
     }
+    EndStatement();
+}
 
+// After a `;` or the closing tag.
+void CPhpScanner::EndStatement()
+{
+    if (m_places.size() <= m_throwDepth)
+        m_throwDepth = 0;
     SPlace& place = Place();
     place.ternaries = 0;
     place.memberStarted = place.memberIsHead = false;
@@ -278,11 +285,30 @@ void CPhpScanner::ScanString(wchar_t quote)
 
 void CPhpScanner::ScanHeredoc()
 {
-    Emit(m_php.TokenDefs[PhpText]);
-    const wchar_t* begin = m_lexer.Cursor();
-    const wchar_t* end = m_lexer.FindHeredocEnd(begin);
-    m_lexer.SetCursor(end);
-    EmitPiece(IsAnnotated() ? m_php.CommentDefs[PhpAnnotation] : m_php.TokenDefs[PhpHeredoc], begin, end);
+    const bool leads = LeadsControl();
+    const wchar_t* arrows = m_lexer.Cursor() - 3;
+    if (arrows > m_lexer.Begin()) // the prefix of a binary string
+        m_emitter.Emit(m_php.CommentDefs[PhpAnnotation], m_lexer.Begin(), arrows);
+    const CPhpLexer::SHeredoc heredoc = m_lexer.FindHeredoc(m_lexer.Cursor());
+    m_lexer.Take(arrows, heredoc.end);
+    const auto send = [this](int kind, const wchar_t* begin, const wchar_t* end) {
+        EmitPiece(IsAnnotated() ? m_php.CommentDefs[PhpAnnotation] : m_php.TokenDefs[kind], begin, end);
+    };
+    if (leads && heredoc.closing) {
+        send(PhpStringStart, arrows, heredoc.body);
+        send(PhpStringContent, heredoc.body, heredoc.closing);
+        send(PhpStringEnd, heredoc.closing, heredoc.end);
+    } else {
+        send(PhpText, arrows, arrows + 3);
+        send(heredoc.closing ? PhpHeredoc : PhpStringContent, arrows + 3, heredoc.end);
+    }
+}
+
+// Whether an operand read now is the first of a condition or of a `case`: the parsers of those know a string
+// by its start only.
+bool CPhpScanner::LeadsControl() const
+{
+    return m_prev == Case || (m_prev == OpenRound && m_places.back().kind == EPlace::ControlHead);
 }
 
 // `__halt_compiler ( ) ;`: after its last token comes data.

@@ -27,7 +27,8 @@ private:
         Block, ///< statements; also the document itself
         ClassBody,
         EnumBody,
-        HookBody, ///< the hooks of a property
+        TraitRules, ///< how a class uses the members of its traits
+        HookBody,   ///< the hooks of a property
         MatchBody,
         OtherBrace, ///< an expression: `${...}`, `->{...}`
         Group,
@@ -65,6 +66,7 @@ private:
     void ScanColon();
     void ScanDoubleArrow();
     void ScanSemicolon();
+    void EndStatement();
     void ScanOpenBrace();
     void ScanClosing(EPhpToken token);
     void ScanStatic();
@@ -94,6 +96,8 @@ private:
     bool InClassBody() const;
     bool InExpressionBrackets() const;
     bool IsStatementStart() const;
+    bool LeadsControl() const;
+    bool IsEnumCase() const;
     bool IsNamePlace(EPhpToken token) const;
     bool IsArgumentName() const;
     EPlace RoundKind() const;

@@ -31,6 +31,10 @@ void CPhpScanner::ScanWord(EPhpToken /*token*/)
         m_enumType = false;
         Comment(PhpAnnotation);
     } else {
+        if (IsEnumCase()) {
+            Token(PhpConstantWord);
+            return;
+        }
         // The word "php" is blank to the parsers, for the sake of short tags; a name must not be.
         const bool isBlank = m_lexer.Cursor() - m_lexer.Begin() == 3 && m_prev != OpenTag &&
                              LowerWord(m_lexer.Begin(), m_lexer.Cursor()) == L"php";
@@ -38,13 +42,20 @@ void CPhpScanner::ScanWord(EPhpToken /*token*/)
     }
 }
 
+// The name of a case may be a word that would begin something else.
+bool CPhpScanner::IsEnumCase() const
+{
+    return m_prev == Case && m_places.back().kind == EPlace::EnumBody;
+}
+
 // Whether a reserved word only names something here.
 bool CPhpScanner::IsNamePlace(EPhpToken token) const
 {
     if (m_prev == Arrow || m_prev == DoubleColon)
         return true;
-    if (m_prev == Case && token != ConstantWord && m_places.back().kind == EPlace::EnumBody)
-        return true;
+    // Keywords and modifiers have a meaning among the rules for traits.
+    if (m_places.back().kind == EPlace::TraitRules)
+        return token != Keyword && token != Abstract && token != Final && token != Static;
     if ((m_prev == Comma || m_prev == OpenRound) && IsArgumentName())
         return true;
     // The name of a constant is followed by `=`.
@@ -71,6 +82,11 @@ void CPhpScanner::ScanReservedWord(EPhpToken token)
         m_actual = DeclaredName;
         return;
     }
+    if (IsEnumCase()) {
+        Token(PhpConstantWord);
+        m_actual = Name;
+        return;
+    }
     if (IsNamePlace(token)) {
         Token(PhpWord);
         m_actual = Name;
@@ -86,7 +102,7 @@ void CPhpScanner::ScanReservedWord(EPhpToken token)
     case List: isName = next != L'('; break;
     case Match: isName = next != L'('; break;
     case Fn: isName = next != L'(' && next != L'&'; break;
-    case Readonly: isName = next == L'('; break;
+    case Readonly: isName = next == L'(' && !InClassBody() && Place().kind != EPlace::FuncParams; break;
     default: break;
     }
     if (isName) {

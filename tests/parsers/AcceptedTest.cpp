@@ -163,7 +163,23 @@ const char* const Accepted[] = {
     "class A { } }",
     "class A { function &g(): int|string { } function php() { return $this->php()->php; } } $x = "
     "Php::php(PHP); fn &() => 1;",
+    "enum A: string { case Print = 'p'; case Echo = 'e'; case clone = 'c'; case New = 'n'; case Php; case "
+    "Self; }",
+    "class A { use B { b as print; include as c; B::require insteadof C; throw as protected new; } public "
+    "$y; }",
+    "class A { use B { } function f(): int|string {} readonly (B&C)|null $x; function readonly() {} }",
+    "use A\\{B, C, function d}; function e(): int|string {} $x = new class { use B; function f(): int|string "
+    "{} };",
+    "static $a = 'x'[0]; class A { public $d = 'x'['0']; const E = [1, 2][0] . 'a'[1]; } const A = 'abc'[1];",
+    "function g() { $z = yield ?\? $x; $z = yield . $x; yield and $x; $z = yield or die; yield instanceof A; "
+    "}",
+    "if (<<<A\nx\nA == $b) {} while (<<<'A'\nx\nA) {} switch (<<<\"A\"\nx\nA) { case <<<A\nb\nA: f(); }",
+    "foreach (<<<A\nx\nA as $b) {} $x = b<<<A\nx\nA; $y = f(b<<<'A'\nx\nA, B<<<\"A\"\nA);",
+    "switch (1) { case fn(): int => 1: break; case $a ? fn(): int|string => 2 : 3: f(); }",
+    "$q = f(function() { foreach ($a as $b): foreach ($c as $d): f(); endforeach; endforeach; });",
+    "echo \"${a[\"b\"]}\"; $z = \"${f(\"x\")}\" . \"${'x\"y'}\" . \"\\${a\" . \"$\" . \"{$a[\"x\"]}\";",
     // tags
+    "<?php use A ?> x <?php function f(): int|string {} function g() { throw new E ?> x <?php } f(); $a;",
     "<?php if ($a): ?> x <?php elseif ($b): ?> y <?php else: ?> z <?php endif; ?>",
     "<?php foreach ($a as $b): ?> <li><?= $b, 1 ?></li> <?php endforeach ?> <?php while ($x): ?> q <?php "
     "endwhile; ?>",

@@ -31,28 +31,35 @@ CPhpCheck::CPhpCheck()
     m_manager.Init(&m_application, &m_bar, QIcon());
 }
 
-std::vector<SCAError> CPhpCheck::Errors(std::string_view text)
+std::vector<SCAError> CPhpCheck::ErrorsAfter(const std::vector<std::string_view>& earlier,
+                                             std::string_view text)
 {
-    auto reader = boost::make_shared<SyntaxParser::CSimpleReader>(SyntaxParser::DecodeSource(text));
+    auto reader = boost::make_shared<SyntaxParser::CSimpleReader>();
     const auto document = SyntaxParser::MakeSPDocument(reader, {File, L"PHPSPDocFactory"});
     CodeAnalyzer::CPhpSyntaxParser parser(document->GetDefRegions(), &m_manager);
     parser.SteFileName(File);
     parser.InitParser(document);
-    document->Parse(true);
-    m_manager.DeliverPosted();
-
-    std::vector<SCAError> errors;
-    m_manager.GetErrors(File, errors);
-    m_manager.RemoveErrors(File);
-    return errors;
+    const auto pass = [&](std::string_view state) {
+        reader->SetString(SyntaxParser::DecodeSource(state));
+        document->Parse(true);
+        m_manager.DeliverPosted();
+        std::vector<SCAError> errors;
+        m_manager.GetErrors(File, errors);
+        m_manager.RemoveErrors(File);
+        return errors;
+    };
+    for (std::string_view state : earlier)
+        pass(state);
+    return pass(text);
 }
 
-std::string CPhpCheck::Check(std::string_view text)
+std::string CPhpCheck::CheckAfter(const std::vector<std::string_view>& earlier, std::string_view text)
 {
     constexpr std::string_view tag = "<?php ";
     const bool tagged = text.find("<?") != std::string_view::npos;
     std::string result;
-    for (const SCAError& error : Errors(tagged ? std::string(text) : std::string(tag) + std::string(text)))
+    const std::string whole = std::string(tagged ? std::string_view() : tag) + std::string(text);
+    for (const SCAError& error : ErrorsAfter(earlier, whole))
         result += (result.empty() ? "" : " ") + Describe(error, tagged ? 0 : static_cast<int>(tag.size()));
     return result;
 }

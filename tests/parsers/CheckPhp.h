@@ -20,11 +20,15 @@ public:
     CPhpCheck();
 
     /// The errors of a text in UTF-8, in the order in which they were reported.
-    std::vector<CodeAnalyzer::SCAError> Errors(std::string_view text);
+    std::vector<CodeAnalyzer::SCAError> Errors(std::string_view text) { return ErrorsAfter({}, text); }
+    /// The same, once the checker of the same document has seen earlier states of it, as while typing.
+    std::vector<CodeAnalyzer::SCAError> ErrorsAfter(const std::vector<std::string_view>& earlier,
+                                                    std::string_view text);
     /// The same as "code line:column-line:column", lines and columns 0-based, `w` before a warning's code;
     /// one space between errors. "<?php " is put before a text that has no tag and does not count in the
     /// columns of the first line.
-    std::string Check(std::string_view text);
+    std::string Check(std::string_view text) { return CheckAfter({}, text); }
+    std::string CheckAfter(const std::vector<std::string_view>& earlier, std::string_view text);
 
 private:
     Host::CHeadlessMainFrame m_frame;

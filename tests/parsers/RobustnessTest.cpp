@@ -119,6 +119,31 @@ TEST(Robustness, AnyBytes)
               "101 1:5-1:6 101 2:5-2:6 101 3:2-3:4");
 }
 
+// What a text is reported for must not depend on what the user had typed before.
+TEST(Robustness, EarlierStatesOfTheTextLeaveNoTrace)
+{
+    CPhpCheck php;
+    const std::string_view text = "<?php\n\n$x = 1;\n$y = 2 $z;\nif ($a) { f(); } else { g(); }\n";
+    const std::string expected = "101 3:7-3:9";
+    ASSERT_EQ(php.Check(text), expected);
+    for (std::string_view earlier :
+         {"<?php if ($a) { f();", "<?php f(function() { g();", "<?php $f = new class { function g() {",
+          "<?php while ($a) { for (;;) { foreach ($a as $b) {", "<?php switch ($a) { case 1: do {",
+          "<?php class A { function f() { try {", "<?php foreach ($a as $b): if ($c):",
+          "<?php namespace A { if (f(function() {", "<?php $a = [f(", "<?php if ($a", "<?php class A {"}) {
+        EXPECT_EQ(php.CheckAfter({earlier}, text), expected) << earlier;
+        EXPECT_EQ(php.CheckAfter({earlier, text}, text), expected) << earlier;
+    }
+
+    std::mt19937 random(3);
+    for (int round = 0; round < 2000; ++round) {
+        std::string earlier = "<?php ";
+        for (std::size_t i = 0, length = 5 + random() % 60; i < length; ++i)
+            (earlier += Pieces[random() % std::size(Pieces)]) += ' ';
+        ASSERT_EQ(php.CheckAfter({earlier}, text), expected) << earlier;
+    }
+}
+
 // Debug builds assert that no state moves to one that it may not move to.
 TEST(Robustness, AnyOrderOfTokens)
 {
