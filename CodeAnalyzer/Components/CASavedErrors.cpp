@@ -4,7 +4,7 @@
 #include "XML/XmlXPathParser.h"
 
 #include <QString>
-#include <QVector>
+#include <QStringList>
 
 namespace Kesh::CodeAnalyzer {
 
@@ -20,7 +20,7 @@ void AppendNumber(std::wstring& text, std::int64_t number)
 
 SCAError ReadError(const std::wstring& value)
 {
-    const QVector<QStringRef> pieces = QString::fromStdWString(value).splitRef(QLatin1Char(';'));
+    const QStringList pieces = QString::fromStdWString(value).split(QLatin1Char(';'));
     const auto number = [&](int i) { return i < pieces.size() ? pieces[i].toInt() : 0; };
     return {{{number(0), number(1)}, {number(2), number(3)}}, number(4), number(5)};
 }

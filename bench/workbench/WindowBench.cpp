@@ -6,6 +6,7 @@
 #include "ErrorWatch.h"
 #include "LangSupport/Translations.h"
 #include "MainWindow.h"
+#include "ProjectManager/ProjectManager.h"
 #include "TempFolder.h"
 
 #include <QElapsedTimer>
