@@ -10,7 +10,7 @@ namespace Kesh::SyntaxParser {
 
 namespace {
 
-class CNamedRegion : public ISynRegion
+class CNamedRegion final : public ISynRegion
 {
 public:
     explicit CNamedRegion(std::wstring name) : m_name(std::move(name)) {}

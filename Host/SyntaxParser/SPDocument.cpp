@@ -20,7 +20,7 @@ constexpr const wchar_t* HtmlFactory = L"HTMLSPDocFactory";
 constexpr const wchar_t* CssFactory = L"CSSSPDocFactory";
 
 /// Keeps the handlers of a document.
-class CDocumentParser : public IParser
+class CDocumentParser final : public IParser
 {
 public:
     void InitComponent(ISPDocument* /*document*/) override {}
@@ -32,7 +32,7 @@ private:
     std::vector<IStateRegionHandler*> m_handlers;
 };
 
-class CHtmlSemanticParser : public ISemanticParser
+class CHtmlSemanticParser final : public ISemanticParser
 {
 public:
     void SetEnabled(bool enabled) override { m_enabled = enabled; }
@@ -42,7 +42,7 @@ private:
     bool m_enabled = false;
 };
 
-class CSPDocument : public ISPDocument
+class CSPDocument final : public ISPDocument
 {
 public:
     CSPDocument(boost::shared_ptr<IReader> reader, const SDocumentSource& source)
