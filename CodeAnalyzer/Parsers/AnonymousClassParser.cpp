@@ -46,7 +46,8 @@ void CAnonymousClassParser::HandleAnonymosClassParamsState(CRegion* region)
     } else if (IsOpening(region, L'{')) {
         ++m_braces;
     } else if (IsClosing(region, L'}')) {
-        --m_braces;
+        if (--m_braces < 0)
+            Error(ExpressionError, region);
     } else if (IsToken(region, 10) && m_braces == 0) {
         Error(ExpressionError, region);
     }

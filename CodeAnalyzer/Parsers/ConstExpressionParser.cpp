@@ -24,7 +24,7 @@ void CConstExpressionParser::HandleConstState(CRegion* region)
 // 1: what was read was a part of the type if more of it, or the name, follows.
 void CConstExpressionParser::HandleConstNameState(CRegion* region)
 {
-    if (!IsTypePart(region))
+    if (HasValue() || !IsTypePart(region))
         Error(region);
 }
 

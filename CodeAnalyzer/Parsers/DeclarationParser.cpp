@@ -74,7 +74,7 @@ void CDeclarationParser::HandleAssignState(CRegion* region)
         m_operandParser.StartInside(region);
     } else if (m_operandParser.StatementStartRegion(region)) {
         m_state = ExpressionState;
-    } else if (!ContinuesValue(region)) {
+    } else if (!IsSymbol(region, L":")) {
         Error(region);
     }
 }

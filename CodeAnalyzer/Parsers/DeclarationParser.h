@@ -29,6 +29,8 @@ protected:
     /// Whether every name must have a value.
     virtual bool NeedsValue() const { return false; }
 
+    /// Whether an operand of the present name's value has been read.
+    bool HasValue() const { return m_hasValue; }
     void Start();
     void SetName();
     void End(SyntaxParser::CRegion* region, int redispatch);

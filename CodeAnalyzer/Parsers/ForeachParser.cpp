@@ -228,10 +228,15 @@ void CForeachParser::SetCurrent(std::size_t loop)
 
 void CForeachParser::AddForeachTreeNode()
 {
-    if (const std::size_t outer = NearestAround(m_keys, m_data.keyName))
-        WarnSameName(m_loops[outer].data.keySpan, m_data.keySpan, SameKey);
-    if (const std::size_t outer = NearestAround(m_values, m_data.valueName))
-        WarnSameName(m_loops[outer].data.valueSpan, m_data.valueSpan, SameValue);
+    const std::size_t ofKey = NearestAround(m_keys, m_data.keyName);
+    const std::size_t ofValue = NearestAround(m_values, m_data.valueName);
+    // The nearer loop first.
+    if (ofValue > ofKey)
+        WarnSameName(m_loops[ofValue].data.valueSpan, m_data.valueSpan, SameValue);
+    if (ofKey > 0)
+        WarnSameName(m_loops[ofKey].data.keySpan, m_data.keySpan, SameKey);
+    if (ofValue > 0 && ofValue <= ofKey)
+        WarnSameName(m_loops[ofValue].data.valueSpan, m_data.valueSpan, SameValue);
 
     const std::size_t loop = m_loops.size();
     m_keys[m_data.keyName].push_back(loop);

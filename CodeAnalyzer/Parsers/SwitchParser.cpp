@@ -26,6 +26,7 @@ void CSwitchParser::BeforeParse(const STextChange& change)
 int CSwitchParser::StatementStartRegion(CRegion* region)
 {
     if (IsWordOrKeyword(region, L"switch")) {
+        m_inCase = 0; // an error in a label has left it set
         m_state = SwitchState;
         return true;
     }

@@ -19,12 +19,15 @@ void CWhileParser::BeforeParse(const STextChange& change)
     m_conditionParser.BeforeParse(change);
     m_warnings.clear();
     m_isDo = 0;
+    m_doWhile = {-1, -1};
     m_doStack.clear();
 }
 
 int CWhileParser::StatementStartRegion(CRegion* region)
 {
     if (IsKeyword(region, L"while")) {
+        if (region->start == m_doWhile) // it belongs to the `do`
+            return true;
         m_isDo = 0;
         m_state = WhileState;
         return true;
@@ -107,18 +110,23 @@ void CWhileParser::HandleAfterBodyState(CRegion* region)
     End(region, 1);
 }
 
-// 5: the body of `do`.
+// 5: the body of `do`, which may be empty.
 void CWhileParser::HandleDoState(CRegion* region)
 {
+    if (IsToken(region, 10)) {
+        m_state = AfterDoBodyState;
+        return;
+    }
     HandBody(region);
 }
 
 // 6: the `while` after the body of `do`.
 void CWhileParser::HandleAfterDoBodyState(CRegion* region)
 {
-    if (IsKeyword(region, L"while"))
+    if (IsKeyword(region, L"while")) {
+        m_doWhile = region->start;
         m_state = WhileState;
-    else if (IsOpening(region, L'{')) // the head of the body, a `switch`, has ended: its block goes on
+    } else if (IsOpening(region, L'{')) // the head of the body, a `switch`, has ended: its block goes on
         HandBody(region);
     else
         Error(WhileError, region);

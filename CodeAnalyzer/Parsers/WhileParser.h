@@ -44,7 +44,8 @@ private:
     int m_state = WhileState;
     CExpressionStatementParser m_conditionParser;
     int m_isDo = 0;
-    std::vector<int> m_doStack; ///< the kind of each loop whose body is being parsed, innermost last
+    SyntaxParser::CIterator m_doWhile; ///< the `while` that ended the last `do`, which is offered again
+    std::vector<int> m_doStack;        ///< the kind of each loop whose body is being parsed, innermost last
 };
 
 } // namespace Kesh::CodeAnalyzer

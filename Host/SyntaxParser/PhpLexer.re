@@ -86,6 +86,7 @@ CPhpLexer::SCut CPhpLexer::NextInPhp(const wchar_t* begin)
     'if'                         { return {YYCURSOR, If}; }
     'interface'                  { return {YYCURSOR, Interface}; }
     'list'                       { return {YYCURSOR, List}; }
+    'namespace'                  { return {YYCURSOR, Namespace}; }
     'match'                      { return {YYCURSOR, Match}; }
     'new'                        { return {YYCURSOR, New}; }
     'readonly'                   { return {YYCURSOR, Readonly}; }
@@ -104,7 +105,7 @@ CPhpLexer::SCut CPhpLexer::NextInPhp(const wchar_t* begin)
     }
     'and' | 'as' | 'continue' | 'die' | 'echo' | 'empty' | 'enddeclare' | 'endfor' | 'endforeach'
     | 'endif' | 'endswitch' | 'endwhile' | 'eval' | 'exit' | 'extends' | 'finally' | 'global' | 'goto'
-    | 'implements' | 'instanceof' | 'insteadof' | 'isset' | 'namespace' | 'or' | 'private' | 'protected'
+    | 'implements' | 'instanceof' | 'insteadof' | 'isset' | 'or' | 'private' | 'protected'
     | 'public' | 'return' | 'try' | 'unset' | 'xor' {
         return {YYCURSOR, Keyword};
     }

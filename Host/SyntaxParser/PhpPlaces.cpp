@@ -58,13 +58,31 @@ CPhpScanner::EPlace CPhpScanner::RoundKind() const
 void CPhpScanner::ScanOpenBrace()
 {
     const EPlace kind = BraceKind();
-    const bool inParams = Place().kind == EPlace::FuncParams;
+    const bool inParams = Place().kind == EPlace::FuncParams && StartsHooks();
     SetHookHead(false);
     if (inParams) // the hooks of a promoted property
         AnnotateFrom(m_places.size() + 1);
     Open(kind);
     Token(PhpOpening);
     SetHookHead(kind == EPlace::HookBody && !inParams);
+}
+
+// Whether the brace opens the hooks of a promoted property, and not a body whose parameters lack their `)`.
+bool CPhpScanner::StartsHooks() const
+{
+    const wchar_t* p = PeekAt();
+    if (*p == L'#') // an attribute
+        return true;
+    std::wstring word;
+    do {
+        if (*p == L'&')
+            p = m_lexer.SkipBlanks(p + 1);
+        const wchar_t* end = m_lexer.SkipWord(p);
+        word = LowerWord(p, end);
+        p = m_lexer.SkipBlanks(end);
+    } while (word == L"final");
+    return (word == L"get" || word == L"set") &&
+           (*p == L'{' || *p == L'(' || *p == L';' || (*p == L'=' && p[1] == L'>'));
 }
 
 CPhpScanner::EPlace CPhpScanner::BraceKind()
@@ -101,8 +119,6 @@ void CPhpScanner::ScanClosing(EPhpToken token)
         m_annotation = 0;
     if (m_throwDepth > m_places.size())
         m_throwDepth = 0;
-    if (m_caseDepth > m_places.size())
-        m_caseDepth = 0;
     while (!m_pendingClasses.empty() && m_pendingClasses.back().depth > m_places.size())
         m_pendingClasses.pop_back();
     UpdateAnnotated();

@@ -176,7 +176,7 @@ void CPhpScanner::ScanColon()
     m_labelColon = false;
     if (afterParams) {
         // In a label a plain `:` would be its end.
-        Token(m_caseDepth == m_places.size() ? PhpDot : PhpText);
+        Token(Place().caseLabel && m_lastClosed == EPlace::FnParams ? PhpDot : PhpText);
         ScanReturnType();
     } else if (!m_pendingClasses.empty() && m_pendingClasses.back().body == EPlace::EnumBody &&
                m_pendingClasses.back().depth == m_places.size()) {
@@ -184,11 +184,13 @@ void CPhpScanner::ScanColon()
         m_enumType = true;
     } else if (Place().ternaries > 0) {
         --Place().ternaries;
-        Token(m_caseDepth == m_places.size() ? PhpDot : PhpText);
+        if (Place().caseLabel && m_prev == Question)
+            Comment(PhpAnnotation);
+        else
+            Token(Place().caseLabel ? PhpDot : PhpText);
     } else {
         m_labelColon = !InExpressionBrackets();
-        if (m_caseDepth == m_places.size())
-            m_caseDepth = 0;
+        Place().caseLabel = false;
         Token(PhpText);
     }
 }
@@ -226,7 +228,8 @@ void CPhpScanner::ScanReturnType()
     if (end == begin)
         return;
     m_lexer.SetCursor(end);
-    EmitPiece(IsAnnotated() ? m_php.CommentDefs[PhpAnnotation] : m_php.TokenDefs[PhpWord], begin, end);
+    EmitPiece(IsAnnotated() ? m_php.CommentDefs[PhpAnnotation] : m_php.TokenDefs[NameKind(begin, end)], begin,
+              end);
     m_actual = ReturnType;
 }
 
@@ -257,7 +260,7 @@ void CPhpScanner::EndStatement()
     while (!m_pendingClasses.empty() && m_pendingClasses.back().depth >= m_places.size())
         m_pendingClasses.pop_back();
     m_inConst = m_inUse = m_enumType = false;
-    m_caseDepth = 0;
+    place.caseLabel = false;
 }
 
 void CPhpScanner::ScanString(wchar_t quote)

@@ -43,6 +43,7 @@ private:
         EPlace kind = EPlace::Block;
         bool memberStarted = false; ///< a class member's first word has been read
         bool memberIsHead = false;  ///< the member is a method or a `use`: its braces are no hooks
+        bool caseLabel = false;     ///< between a `case` and its `:`
         bool hookHead = false;      ///< before the body of a hook
         std::uint32_t ternaries = 0;
     };
@@ -102,7 +103,10 @@ private:
     bool IsArgumentName() const;
     EPlace RoundKind() const;
     EPlace BraceKind();
+    bool StartsHooks() const;
     bool DeclaresBareProperty() const;
+    static std::wstring LowerWord(const wchar_t* begin, const wchar_t* end);
+    int NameKind(const wchar_t* begin, const wchar_t* end) const;
 
     /// The first character after the blanks that follow the token; a pointer to the text's end without one.
     const wchar_t* PeekAt() const { return m_lexer.SkipBlanks(m_lexer.Cursor()); }
@@ -125,7 +129,6 @@ private:
     std::size_t m_annotation = 0;        ///< number of places from which all is annotation; 0: none
     bool m_annotated = false;            ///< whether what comes now is annotation
     std::size_t m_throwDepth = 0;        ///< number of places at the `throw` being read; 0: none
-    std::size_t m_caseDepth = 0;         ///< the same for a `case` label
     bool m_inConst = false;              ///< inside a `const` declaration
     bool m_inUse = false;                ///< inside a list of imports
     bool m_enumType = false;             ///< after the `:` of an enumeration's head

@@ -75,6 +75,7 @@ enum class EPhpToken : std::uint8_t {
     Interface,
     List,
     Match,
+    Namespace,
     New,
     Readonly,
     Static,

@@ -9,9 +9,7 @@ namespace Kesh::SyntaxParser {
 
 using enum EPhpToken;
 
-namespace {
-
-std::wstring LowerWord(const wchar_t* begin, const wchar_t* end)
+std::wstring CPhpScanner::LowerWord(const wchar_t* begin, const wchar_t* end)
 {
     std::wstring word(begin, end);
     std::transform(word.begin(), word.end(), word.begin(),
@@ -19,7 +17,12 @@ std::wstring LowerWord(const wchar_t* begin, const wchar_t* end)
     return word;
 }
 
-} // namespace
+// The word "php" is blank to the parsers, for the sake of short tags; a name must not be.
+int CPhpScanner::NameKind(const wchar_t* begin, const wchar_t* end) const
+{
+    const bool isBlank = end - begin == 3 && m_prev != OpenTag && LowerWord(begin, end) == L"php";
+    return isBlank ? PhpConstantWord : PhpWord;
+}
 
 void CPhpScanner::ScanWord(EPhpToken /*token*/)
 {
@@ -35,10 +38,7 @@ void CPhpScanner::ScanWord(EPhpToken /*token*/)
             Token(PhpConstantWord);
             return;
         }
-        // The word "php" is blank to the parsers, for the sake of short tags; a name must not be.
-        const bool isBlank = m_lexer.Cursor() - m_lexer.Begin() == 3 && m_prev != OpenTag &&
-                             LowerWord(m_lexer.Begin(), m_lexer.Cursor()) == L"php";
-        Token(isBlank ? PhpConstantWord : PhpWord);
+        Token(NameKind(m_lexer.Begin(), m_lexer.Cursor()));
     }
 }
 
@@ -51,7 +51,7 @@ bool CPhpScanner::IsEnumCase() const
 // Whether a reserved word only names something here.
 bool CPhpScanner::IsNamePlace(EPhpToken token) const
 {
-    if (m_prev == Arrow || m_prev == DoubleColon)
+    if (m_prev == Arrow || m_prev == DoubleColon || m_prev == Namespace)
         return true;
     // Keywords and modifiers have a meaning among the rules for traits.
     if (m_places.back().kind == EPlace::TraitRules)
@@ -144,7 +144,7 @@ void CPhpScanner::ScanReservedWord(EPhpToken token)
         break;
     case Case:
         Place().ternaries = 0;
-        m_caseDepth = m_places.size();
+        Place().caseLabel = true;
         Token(PhpKeyword);
         break;
     case Default:

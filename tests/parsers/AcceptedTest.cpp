@@ -178,6 +178,18 @@ const char* const Accepted[] = {
     "switch (1) { case fn(): int => 1: break; case $a ? fn(): int|string => 2 : 3: f(); }",
     "$q = f(function() { foreach ($a as $b): foreach ($c as $d): f(); endforeach; endforeach; });",
     "echo \"${a[\"b\"]}\"; $z = \"${f(\"x\")}\" . \"${'x\"y'}\" . \"\\${a\" . \"$\" . \"{$a[\"x\"]}\";",
+    "switch ($a) { case $f = function(): int { return 1; }: x(); case $x ?: A::B: f(); case $a ?: $b ?: 1 . "
+    "2: }",
+    "switch (1) { case f(function() { switch ($a) { case 1: g(); } }) ? 1 : 2: case $a ? 1 : ($b ?: 2): h(); "
+    "}",
+    "do if ($a) f(); while ($b); do while ($a) f(); while ($b); do for (;;) f(); while ($b); do ; while "
+    "($a); x();",
+    "do foreach ($a as $b) f(); while ($c); do declare(ticks=1); while ($a); while ($b) f();",
+    "class A { function __construct(public int $x { #[A] get => 1; SET { f(); } }, $y { final get; &get {} "
+    "}) {} }",
+    "namespace print; use A\\namespace\\B; function f(): php {} namespace class { function g(): ?Php {} }",
+    "const A = B ?: C, D = 1 <=> -2, E = [1] + [2], F = ~1 | 2; static $a = -1 + -2, $b = !C && D, $e = "
+    "A::B->c;",
     // tags
     "<?php use A ?> x <?php function f(): int|string {} function g() { throw new E ?> x <?php } f(); $a;",
     "<?php if ($a): ?> x <?php elseif ($b): ?> y <?php else: ?> z <?php endif; ?>",
