@@ -22,19 +22,29 @@ json Check(const QStringList& arguments, const QByteArray& input = {})
     return json::parse(process.readAllStandardOutput().toStdString());
 }
 
+json CheckExample(const QString& php)
+{
+    return Check({"--stdin-path", "a.php", "-"}, ("<?php " + php).toUtf8());
+}
+
+/// The rows of a table in the list of errors.
+QRegularExpressionMatchIterator RowsOfErrors(const QString& pattern)
+{
+    QFile file(SOURCE_DIR "/docs/errors.md");
+    EXPECT_TRUE(file.open(QIODevice::ReadOnly));
+    const QRegularExpression row(pattern, QRegularExpression::MultilineOption);
+    return row.globalMatch(QString::fromUtf8(file.readAll()));
+}
+
 } // namespace
 
 TEST(Documents, EveryExampleOfAnErrorGivesIt)
 {
-    QFile file(SOURCE_DIR "/docs/errors.md");
-    ASSERT_TRUE(file.open(QIODevice::ReadOnly));
-    const QRegularExpression row("^\\| (\\d+) \\| (error|warning) \\| (.*) \\| `(.*)` \\|$",
-                                 QRegularExpression::MultilineOption);
-    auto rows = row.globalMatch(QString::fromUtf8(file.readAll()));
     int count = 0;
-    for (; rows.hasNext(); ++count) {
+    for (auto rows = RowsOfErrors("^\\| (\\d+) \\| (error|warning) \\| (.*) \\| `(.*)` \\|$"); rows.hasNext();
+         ++count) {
         const auto match = rows.next();
-        const json records = Check({"--stdin-path", "a.php", "-"}, ("<?php " + match.captured(4)).toUtf8());
+        const json records = CheckExample(match.captured(4));
         ASSERT_FALSE(records.empty()) << match.captured(4).toStdString();
         for (const json& record : records) {
             EXPECT_EQ(record["code"], match.captured(1).toInt()) << match.captured(4).toStdString();
@@ -43,6 +53,26 @@ TEST(Documents, EveryExampleOfAnErrorGivesIt)
         }
     }
     EXPECT_EQ(count, 23);
+}
+
+TEST(Documents, WhatPhpTakesButTheCheckerDoesNotIsListedAsItIs)
+{
+    int count = 0;
+    for (auto rows = RowsOfErrors("^\\| (\\d+) \\| `(.*)` \\| [^|]* \\|$"); rows.hasNext(); ++count) {
+        const auto match = rows.next();
+        const QString example = match.captured(2).replace("\\|", "|");
+        const json records = CheckExample(example);
+        ASSERT_FALSE(records.empty()) << example.toStdString();
+        EXPECT_EQ(records[0]["code"], match.captured(1).toInt()) << example.toStdString();
+
+        QProcess php;
+        php.start("php", {"-l"});
+        php.write("<?php " + example.toUtf8());
+        php.closeWriteChannel();
+        ASSERT_TRUE(php.waitForFinished(-1));
+        EXPECT_EQ(php.exitCode(), 0) << example.toStdString();
+    }
+    EXPECT_EQ(count, 9);
 }
 
 TEST(Documents, TheExampleSiteHasItsPlantedMistakesAndNoOthers)
