@@ -118,6 +118,7 @@ TEST_F(Files, NoQuestionHidesAnother)
     m_folder.Write(L"a.php", "theirs a\n");
     m_folder.Write(L"b.php", "theirs b\n");
     ASSERT_TRUE(WaitFor([&] { return Strip().contains("a.php") && Strip().contains("b.php"); }));
+    Shoot(Window(), "question");
     Answer("&Reload");
     EXPECT_FALSE(Strip().isEmpty());
     Answer("&Reload");
