@@ -6,6 +6,7 @@
 #include <deque>
 #include <map>
 #include <set>
+#include <utility>
 
 namespace Kesh::CodeAnalyzer {
 
@@ -59,6 +60,7 @@ int CIfElseParser::StatementStartRegion(CRegion* region)
 
 void CIfElseParser::DispathRegion(CRegion* region)
 {
+    m_bodyEndsHere = std::exchange(m_resumed, false);
     switch (m_state) {
     case IfState: HandleIfState(region); break;
     case ConditionStartState: HandleConditionStartState(region); break;
@@ -157,7 +159,7 @@ void CIfElseParser::HandleContinueState(CRegion* region)
         m_state = IfState;
     } else if (IsKeyword(region, L"else")) {
         m_state = ElseState;
-    } else if (IsOpening(region, L'{')) { // the head of the body, a `switch`, has ended: its block goes on
+    } else if (m_bodyEndsHere && IsOpening(region, L'{')) { // only the head of a `switch` has ended
         m_resume.push_back({ContinueState, {}, nullptr});
         m_parent->OnParsingContinue(region, 1);
     } else if (IsKeyword(region, L"endif")) {
@@ -174,6 +176,7 @@ void CIfElseParser::HandleContinueState(CRegion* region)
 
 void CIfElseParser::RestoreForContinue()
 {
+    m_resumed = true;
     if (m_resume.empty()) { // suspended by an earlier pass that ended inside a branch
         m_state = ContinueState;
         return;

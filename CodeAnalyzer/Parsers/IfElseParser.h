@@ -74,6 +74,8 @@ private:
     const wchar_t* m_condText = nullptr;  ///< the text there, if the source holds it in one piece
     int m_state = IfState;
     std::vector<SResume> m_resume;        ///< one entry per suspension, innermost last
+    bool m_resumed = false;               ///< since the last region
+    bool m_bodyEndsHere = false;          ///< the region has ended the body that was suspended for
     SyntaxParser::CIterator m_lastHanded; ///< start of the region last handed on after `else`
 };
 

@@ -2,6 +2,8 @@
 
 #include "Parsers/ErrorCodes.h"
 
+#include <utility>
+
 namespace Kesh::CodeAnalyzer {
 
 using SyntaxParser::CRegion;
@@ -42,6 +44,7 @@ int CWhileParser::StatementStartRegion(CRegion* region)
 
 void CWhileParser::DispathRegion(CRegion* region)
 {
+    m_bodyEndsHere = std::exchange(m_resumed, false);
     if (m_state == ConditionState) {
         m_conditionParser.DispathRegion(region);
         return;
@@ -126,10 +129,11 @@ void CWhileParser::HandleAfterDoBodyState(CRegion* region)
     if (IsKeyword(region, L"while")) {
         m_doWhile = region->start;
         m_state = WhileState;
-    } else if (IsOpening(region, L'{')) // the head of the body, a `switch`, has ended: its block goes on
+    } else if (m_bodyEndsHere && IsOpening(region, L'{')) { // only the head of a `switch` has ended
         HandBody(region);
-    else
+    } else {
         Error(WhileError, region);
+    }
 }
 
 void CWhileParser::HandBody(CRegion* region)
@@ -140,6 +144,7 @@ void CWhileParser::HandBody(CRegion* region)
 
 void CWhileParser::RestoreForContinue()
 {
+    m_resumed = true;
     m_isDo = 0;
     if (!m_doStack.empty()) {
         m_isDo = m_doStack.back();

@@ -44,6 +44,8 @@ private:
     int m_state = WhileState;
     CExpressionStatementParser m_conditionParser;
     int m_isDo = 0;
+    bool m_resumed = false;            ///< since the last region
+    bool m_bodyEndsHere = false;       ///< the region has ended the body that was suspended for
     SyntaxParser::CIterator m_doWhile; ///< the `while` that ended the last `do`, which is offered again
     std::vector<int> m_doStack;        ///< the kind of each loop whose body is being parsed, innermost last
 };

@@ -20,6 +20,8 @@ const SReported Reported[] = {
     {"static $a = 1 + * 2;", "101 0:16-0:17"},
     {"const A = * 2;", "101 0:10-0:11"},
     {"const A = f() g();", "101 0:14-0:15"},
+    {"if ($a) { x(); } { y(); } else { z(); }", "252 0:26-0:30"},
+    {"do x(); { y(); } while ($a);", "401 0:8-0:9 w901 0:27-0:28"},
     {"$o = new class(1 }; $x = 1; y();", "101 0:17-0:18"},
     {"function f($a, $b {\n $x = 1;\n return $x;\n}\ng();", "202 1:7-1:8"},
     {"class A {\n function f($a {\n $x = 1;\n }\n function g() { $b = ; }\n}", "202 2:7-2:8 101 4:21-4:22"},
