@@ -20,7 +20,8 @@ void AppendNumber(std::wstring& text, std::int64_t number)
 
 SCAError ReadError(const std::wstring& value)
 {
-    const QVector<QStringRef> pieces = QString::fromStdWString(value).splitRef(QLatin1Char(';'));
+    const QString text = QString::fromStdWString(value); // what the pieces refer to
+    const QVector<QStringRef> pieces = text.splitRef(QLatin1Char(';'));
     const auto number = [&](int i) { return i < pieces.size() ? pieces[i].toInt() : 0; };
     return {{{number(0), number(1)}, {number(2), number(3)}}, number(4), number(5)};
 }

@@ -2,6 +2,7 @@
 #include "XML/XmlXPathParser.h"
 
 #include <gtest/gtest.h>
+#include <malloc.h>
 
 namespace Kesh::CodeAnalyzer {
 
@@ -11,6 +12,13 @@ SCAError Error(std::int64_t x, std::int64_t y, std::int64_t endX, std::int64_t e
 {
     return {{{x, y}, {endX, endY}}, code, type};
 }
+
+/// Overwrites memory when it is freed, so that whoever reads it still finds something else.
+struct CDirtyMemory
+{
+    CDirtyMemory() { mallopt(M_PERTURB, 0xA5); }
+    ~CDirtyMemory() { mallopt(M_PERTURB, 0); }
+};
 
 TEST(SavedErrors, WritesTheFormatToTheByte)
 {
@@ -77,19 +85,24 @@ TEST(SavedErrors, ReadsNothingFromAnythingElse)
 
 TEST(SavedErrors, ForgivesValuesThatAreNoNumbers)
 {
+    const CDirtyMemory dirty;
+    std::wstring surplus; // too long for the allocator to keep as it is
+    for (int i = 0; i < 2000; ++i)
+        surplus += L"7;";
     const struct
     {
-        const wchar_t* element;
+        std::wstring element;
         SCAError error;
     } cases[] = {
         {L"<error val=\"1;2;3;4;5;6;7;\"/>", Error(1, 2, 3, 4, 5, 6)},
+        {L"<error val=\"1;2;3;4;5;6;" + surplus + L"\"/>", Error(1, 2, 3, 4, 5, 6)},
         {L"<error val=\"1;x;;4\"/>", Error(1, 0, 0, 4, 0, 0)},
         {L"<error val=\"99999999999;2;3;4;5;6\"/>", Error(0, 2, 3, 4, 5, 6)},
         {L"<error/>", Error(0, 0, 0, 0, 0, 0)},
     };
     for (const auto& c : cases) {
-        const auto read = ReadSavedErrors(L"<errors version=\"5.3\"><errfile name=\"/a.php\">" +
-                                              std::wstring(c.element) + L"</errfile></errors>",
+        const auto read = ReadSavedErrors(L"<errors version=\"5.3\"><errfile name=\"/a.php\">" + c.element +
+                                              L"</errfile></errors>",
                                           {L"/a.php"});
         ASSERT_EQ(read.size(), 1u);
         ASSERT_EQ(read[0].errors.size(), 1u);
