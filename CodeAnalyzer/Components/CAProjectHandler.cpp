@@ -99,7 +99,11 @@ void CCAProjectHandler::OnProjectParsecomplete()
     // A project that is parsed anew is checked anew.
     if (m_thread)
         m_thread->Stop(pm);
-    LoadErrors(pm);
+    try {
+        LoadErrors(pm);
+    } catch (...) {
+        // Errors that cannot be restored are found anew.
+    }
     // The restored errors of open documents are as old as the project's last close.
     if (m_docManager)
         m_docManager->CheckAllLater();

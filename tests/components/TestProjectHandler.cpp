@@ -80,6 +80,21 @@ TEST_F(ProjectHandlerTest, RestoredErrorsAreReplacedByFreshOnes)
     EXPECT_TRUE(m_host.frame.GetBars()[0].shown);
 }
 
+TEST_F(ProjectHandlerTest, AFaultInRestoringLeavesTheCheck)
+{
+    const std::wstring a = Write("a.php", 1);
+    Save({{a, {OldError, OldError}}});
+    int added = 0;
+    const boost::signals2::scoped_connection failing =
+        m_host.Errors().GetAddedSignal().connect([&](const std::wstring&, const auto&) {
+            if (++added == 1)
+                throw std::runtime_error("no room for a row");
+        });
+    OpenAndCheck({a});
+    EXPECT_EQ(added, 2);
+    EXPECT_EQ(Count(a), 1u);
+}
+
 TEST_F(ProjectHandlerTest, ACleanProjectDoesNotShowTheBar)
 {
     OpenAndCheck({Write("a.php", 0)});

@@ -83,6 +83,24 @@ TEST(SavedErrors, ReadsNothingFromAnythingElse)
     EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
 }
 
+TEST(SavedErrors, DeepNestingCostsNeitherTimeNorStack)
+{
+    const struct
+    {
+        int depth;
+        std::size_t files;
+    } cases[] = {{62, 1}, {63, 0}, {100, 0}, {200000, 0}};
+    for (const auto& c : cases) {
+        std::wstring text = L"<errors version=\"5.3\"><errfile name=\"/a.php\">";
+        for (int i = 0; i < c.depth; ++i)
+            text += L"<e>";
+        for (int i = 0; i < c.depth; ++i)
+            text += L"</e>";
+        text += L"</errfile></errors>";
+        ASSERT_EQ(ReadSavedErrors(text, {L"/a.php"}).size(), c.files) << c.depth;
+    }
+}
+
 TEST(SavedErrors, ForgivesValuesThatAreNoNumbers)
 {
     const CDirtyMemory dirty;
