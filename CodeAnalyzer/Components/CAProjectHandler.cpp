@@ -16,6 +16,7 @@
 
 #include <QCoreApplication>
 #include <QFileInfo>
+#include <QThread>
 #include <algorithm>
 #include <boost/bind/bind.hpp>
 #include <boost/bind/placeholders.hpp>
@@ -32,6 +33,7 @@ namespace {
 
 constexpr const wchar_t* ErrorsItem = L"errors";
 constexpr qint64 MaxFileSize = 1000000; // bytes
+constexpr int MaxUndelivered = 64;      // events
 
 /// Shows what goes on for as long as it does.
 class CProgress
@@ -177,7 +179,8 @@ void CCAProjectHandler::Run()
     const auto cache = pm->GetFilesCache();
     const std::vector<std::wstring> files = cache && !cache->files.empty() ? cache->files : pm->GetFiles();
     for (const std::wstring& file : files) {
-        if (m_thread && m_thread->IsStopRequested())
+        WaitForDelivery();
+        if (IsStopRequested())
             return;
         if (!IsChecked(file))
             continue;
@@ -189,6 +192,21 @@ void CCAProjectHandler::Run()
     }
     if (CCAErrorsBar* bar = m_component->GetErrorsBar())
         QCoreApplication::postEvent(bar, new CCAErrorsEvent(CCAErrorsEvent::ProjectFinished, L"", {}));
+}
+
+bool CCAProjectHandler::IsStopRequested() const
+{
+    return m_thread && m_thread->IsStopRequested();
+}
+
+void CCAProjectHandler::WaitForDelivery() const
+{
+    // While more events are posted than are delivered the GUI thread does nothing but deliver them, so from
+    // time to time it must come to an end.
+    if (CCAErrorsEvent::GetLivingCount() <= MaxUndelivered)
+        return;
+    while (CCAErrorsEvent::GetLivingCount() > 0 && !IsStopRequested())
+        QThread::msleep(1);
 }
 
 void CCAProjectHandler::CheckFile(IParserComponent& parser, const std::wstring& file)

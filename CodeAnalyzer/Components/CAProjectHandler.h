@@ -59,6 +59,9 @@ public:
 
 private:
     void StartThread();
+    bool IsStopRequested() const;
+    /// Lets the GUI thread catch up when it is far behind. Worker thread.
+    void WaitForDelivery() const;
     void CheckFile(SyntaxParser::IParserComponent& parser, const std::wstring& file);
 
     std::int32_t m_valid = 10;

@@ -1,9 +1,11 @@
+#include "Components/CAErrorsEvent.h"
 #include "Components/CASavedErrors.h"
 #include "TestHost.h"
 #include "host/TempFolder.h"
 
 #include <QCoreApplication>
 #include <QTest>
+#include <QThread>
 #include <gtest/gtest.h>
 #include <mutex>
 #include <random>
@@ -167,7 +169,7 @@ TEST_F(ProjectHandlerTest, ClosingAtAnyMomentLosesAndDoublesNothing)
         const int target = m_host.Gate().GetBegun() + static_cast<int>(random() % files.size());
         Open(files);
         while (m_host.Gate().GetBegun() < target)
-            if (round % 2)
+            if (round % 2 || CCAErrorsEvent::GetLivingCount() > 64) // where the check waits
                 QCoreApplication::processEvents();
         m_host.application.Project().Close();
         EXPECT_FALSE(m_host.application.Threads().IsRunning());
@@ -182,6 +184,32 @@ TEST_F(ProjectHandlerTest, ClosingAtAnyMomentLosesAndDoublesNothing)
         partial += !kept.empty() && kept.size() < files.size();
     }
     EXPECT_GT(partial, 0) << "no round ended in the midst of a check";
+}
+
+// Else the GUI thread would have nothing but events to deliver until the whole project is checked.
+TEST_F(ProjectHandlerTest, TheCheckWaitsForTheWindow)
+{
+    std::vector<std::wstring> files;
+    for (int i = 0; i < 300; ++i)
+        files.push_back(Write("f" + std::to_string(i) + ".php", 1));
+    Open(files);
+    const auto settle = [this](int least) {
+        while (m_host.Gate().GetBegun() < least)
+            QThread::msleep(1);
+        QThread::msleep(200);
+        return m_host.Gate().GetBegun();
+    };
+    const int first = settle(32);
+    EXPECT_LE(first, 34);
+    QCoreApplication::sendPostedEvents(&m_host.Bar(), CCAErrorsEvent::EventType);
+    const int second = settle(2 * first);
+    EXPECT_LE(second, 2 * first + 2);
+    m_host.application.Project().Close(); // ends it, though nobody delivers
+    EXPECT_EQ(m_host.Gate().GetBegun(), second);
+
+    Open(files);
+    WaitForCheck();
+    EXPECT_EQ(m_host.Bar().topLevelItemCount(), 300);
 }
 
 TEST_F(ProjectHandlerTest, AFaultInOneFileLeavesTheOthers)
