@@ -80,6 +80,12 @@ boost::shared_ptr<CCADocParser> CCADocManager::FindChecker(SyntaxParser::ISPDocu
     return {};
 }
 
+bool CCADocManager::HasChecker(const std::wstring& path) const
+{
+    return std::any_of(m_checkers.begin(), m_checkers.end(),
+                       [&](const auto& checker) { return checker->GetFilePath() == path; });
+}
+
 void CCADocManager::CheckAllLater()
 {
     for (const auto& checker : m_checkers)

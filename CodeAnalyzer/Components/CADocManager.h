@@ -36,6 +36,8 @@ public:
     static bool IsCheckable(SyntaxParser::ISPDocument& document);
     /// The document's checker; null when it has none.
     boost::shared_ptr<CCADocParser> FindChecker(SyntaxParser::ISPDocument* document) const;
+    /// Whether a document of this path is open and checked.
+    bool HasChecker(const std::wstring& path) const;
     /// Checks all documents again after the usual delay.
     void CheckAllLater();
     SyntaxParser::CDefRegions* GetDefRegions() const { return m_defs; }

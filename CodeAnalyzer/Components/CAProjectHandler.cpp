@@ -21,6 +21,7 @@
 #include <boost/bind/bind.hpp>
 #include <boost/bind/placeholders.hpp>
 #include <set>
+#include <utility>
 
 namespace Kesh::CodeAnalyzer {
 
@@ -101,6 +102,7 @@ void CCAProjectHandler::OnProjectParsecomplete()
     // A project that is parsed anew is checked anew.
     if (m_thread)
         m_thread->Stop(pm);
+    RemoveErrorsOfLeavers(pm);
     try {
         LoadErrors(pm);
     } catch (...) {
@@ -116,14 +118,26 @@ void CCAProjectHandler::OnCloseProject(IProjectManager* pm)
 {
     if (m_thread)
         m_thread->Stop(pm);
-    // What the thread has found but the bar has not seen yet is to be saved, and must not come after the
+    // A document that was closed during its check keeps its errors for as long as the project has the file.
+    m_workers->WaitForThreads();
+    // What the threads have found but the bar has not seen yet is to be saved, and must not come after the
     // clear.
     m_errorsManager->DeliverPosted();
     SaveErrors(pm);
-    if (pm->IsReopening())
+    m_reopenedFiles.clear();
+    if (pm->IsReopening()) {
+        m_reopenedFiles = pm->GetFiles();
         return;
+    }
     for (const std::wstring& file : pm->GetFiles())
         m_errorsManager->RemoveErrors(file);
+}
+
+void CCAProjectHandler::RemoveErrorsOfLeavers(IProjectManager* pm)
+{
+    for (const std::wstring& file : std::exchange(m_reopenedFiles, {}))
+        if (!pm->BelongsToProject(file) && !(m_docManager && m_docManager->HasChecker(file)))
+            m_errorsManager->RemoveErrors(file);
 }
 
 void CCAProjectHandler::CheckAgain()

@@ -7,6 +7,7 @@
 #include <cstdint>
 #include <memory>
 #include <string>
+#include <vector>
 
 namespace Kesh::ProjectManager {
 class IProjectManager;
@@ -59,6 +60,8 @@ public:
 
 private:
     void StartThread();
+    /// Of files that the project had before it was opened again and has no more.
+    void RemoveErrorsOfLeavers(ProjectManager::IProjectManager* pm);
     bool IsStopRequested() const;
     /// Lets the GUI thread catch up when it is far behind. Worker thread.
     void WaitForDelivery() const;
@@ -71,6 +74,7 @@ private:
     SDK::IThreadObject* m_thread = nullptr; ///< set before it starts, null again once it has ended
     CCADocManager* m_docManager = nullptr;
     std::shared_ptr<CCACheckWorkers> m_workers;
+    std::vector<std::wstring> m_reopenedFiles; ///< while the project is away to come back at once
 };
 
 } // namespace Kesh::CodeAnalyzer

@@ -10,6 +10,7 @@
 #include <mutex>
 #include <random>
 #include <set>
+#include <thread>
 
 namespace Kesh::CodeAnalyzer {
 
@@ -152,6 +153,63 @@ TEST_F(ProjectHandlerTest, ReopeningKeepsTheErrors)
     EXPECT_EQ(counts, std::vector<std::size_t>{1});
     WaitForCheck();
     EXPECT_EQ(Count(a), 1u);
+}
+
+TEST_F(ProjectHandlerTest, FilesThatLeaveOnReopeningTakeTheirErrorsAlong)
+{
+    const std::wstring stays = Write("a.php", 1);
+    const std::wstring leaves = Write("b.php", 2);
+    const std::wstring open = Write("c.php", 3);
+    OpenAndCheck({stays, leaves, open});
+    Host::CDocument& document = m_host.application.Documents().OpenFile(open);
+    ASSERT_TRUE(QTest::qWaitFor([&] { return m_host.Gate().GetBegun() == 4 && Count(open) == 3; }, 20000));
+    m_host.Errors().AddErrorsMT(L"/elsewhere.php", {OldError});
+    m_host.application.ReopenProject({stays});
+    EXPECT_EQ(Count(leaves), 0u);
+    WaitForCheck();
+    EXPECT_EQ(Count(stays), 1u);
+    EXPECT_EQ(Count(open), 3u) << "still open, so still checked";
+    EXPECT_EQ(Count(L"/elsewhere.php"), 1u) << "never was the project's";
+    EXPECT_EQ(m_host.Bar().topLevelItemCount(), 5);
+    m_host.Close(document);
+    ASSERT_TRUE(QTest::qWaitFor([&] { return Count(open) == 0; }, 20000));
+}
+
+// A check ends when the project handler is done with the project, which the host has not forgotten yet.
+TEST_F(ProjectHandlerTest, ACheckThatEndsWhileTheProjectClosesLeavesNothingBehind)
+{
+    const std::wstring closed = Write("a.php", 1);
+    const std::wstring open = Write("b.php", 1);
+    OpenAndCheck({closed, open});
+    m_host.Gate().Close();
+    const int begun = m_host.Gate().GetBegun();
+    Host::CDocument& document = m_host.Open(closed, "<?php else; else; else;");
+    m_host.Open(open, "<?php else; else;");
+    ASSERT_TRUE(QTest::qWaitFor([&] { return m_host.Gate().GetBegun() == begun + 2; }, 20000));
+    m_host.Close(document);
+    const boost::signals2::scoped_connection later =
+        m_host.Project().GetCloseProjectSignal().connect([this](auto*) {
+            m_host.Gate().Open();
+            QThread::msleep(200);
+        });
+    std::thread opener([this] {
+        QThread::msleep(100);
+        m_host.Gate().Open();
+    });
+    m_host.application.Project().Close();
+    opener.join();
+    QTest::qWait(100);
+    EXPECT_EQ(Count(closed), 0u);
+    EXPECT_EQ(m_host.Bar().topLevelItemCount(), static_cast<int>(Count(open)));
+    std::set<std::wstring> lower;
+    for (const std::wstring& file : {closed, open})
+        lower.insert(QString::fromStdWString(file).toLower().toStdWString());
+    const auto kept = ReadSavedErrors(QString::fromStdString(SavedText()).toStdWString(), lower);
+    ASSERT_EQ(kept.size(), 2u);
+    EXPECT_EQ(kept[0].errors.size(), 3u) << "what the check has found is kept";
+
+    Tests::CTestHost::Edit(*m_host.application.Documents().Find(open), L"<?php else; else; else; else;");
+    ASSERT_TRUE(QTest::qWaitFor([&] { return Count(open) == 4; }, 20000)) << "an open document is checked on";
 }
 
 TEST_F(ProjectHandlerTest, ClosingAtAnyMomentLosesAndDoublesNothing)
