@@ -58,8 +58,12 @@ void CCADocManager::OnSPDocDestroy(SDK::IDocument* document)
     });
     if (found == m_checkers.end())
         return;
+    const bool unchecked = (*found)->IsCheckDue();
+    const std::wstring path = (*found)->GetFilePath();
     (*found)->DestroyPtr();
     m_checkers.erase(found);
+    if (unchecked && m_uncheckedHandler)
+        m_uncheckedHandler(path);
 }
 
 bool CCADocManager::IsCheckable(SyntaxParser::ISPDocument& document)
