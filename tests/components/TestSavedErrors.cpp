@@ -1,6 +1,7 @@
 #include "Components/CASavedErrors.h"
 #include "XML/XmlXPathParser.h"
 
+#include <QElapsedTimer>
 #include <gtest/gtest.h>
 #include <malloc.h>
 
@@ -81,6 +82,50 @@ TEST(SavedErrors, ReadsNothingFromAnythingElse)
         EXPECT_TRUE(ReadSavedErrors(text, {L"/a.php"}).empty())
             << QString::fromStdWString(text).toStdString();
     EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
+}
+
+// What is odd in one file must not shift the errors of the next.
+TEST(SavedErrors, GivesEachFileItsOwnErrors)
+{
+    const std::wstring error = L"<error val=\"1;2;3;4;5;6;\"/>";
+    const std::wstring text =
+        L"<!-- x --><errors version=\"5.3\">" + error + //
+        L"<errfile name=\"/gone.php\">" + error + error + L"</errfile>" + L"<errfile>" + error +
+        L"</errfile>" + L"<errfile name=\"/a.php\">text<other val=\"1\"/><error><error/></error>" +
+        L"<errfile name=\"/b.php\">" + error + L"</errfile></errfile>" + L"<errfile name=\"/b.php\"/>" +
+        L"<x>" + error + L"</x>" + L"<errfile name=\"/B.php\">" + error + L"<!-- y -->" + error +
+        L"</errfile>" + L"<errfile name=\"/c&#10;d&#9;.php\">" + error + L"</errfile>" + L"</errors>";
+    const struct
+    {
+        const wchar_t* file;
+        std::vector<int> codes;
+    } expected[] = {{L"/a.php", {0}}, {L"/b.php", {}}, {L"/B.php", {5, 5}}, {L"/c d .php", {5}}};
+    const auto read = ReadSavedErrors(text, {L"/a.php", L"/b.php", L"/c d .php"});
+    ASSERT_EQ(read.size(), std::size(expected));
+    for (std::size_t i = 0; i < read.size(); ++i) {
+        EXPECT_EQ(read[i].file, expected[i].file);
+        std::vector<int> codes;
+        for (const SCAError& one : read[i].errors)
+            codes.push_back(one.code);
+        EXPECT_EQ(codes, expected[i].codes) << i;
+    }
+}
+
+TEST(SavedErrors, RestoringAHugeProjectIsQuick)
+{
+    constexpr int Files = 20000;
+    constexpr qint64 Limit = 2000; // ms; to ask each file by itself takes several times as long
+    std::vector<SSavedFileErrors> written;
+    std::set<std::wstring> lowerFiles;
+    for (int i = 0; i < Files; ++i) {
+        written.push_back({L"/p/f" + std::to_wstring(i) + L".php", {Error(1, 2, 3, 4, 102, 1)}});
+        lowerFiles.insert(written.back().file);
+    }
+    const std::wstring text = WriteSavedErrors(written);
+    QElapsedTimer time;
+    time.start();
+    EXPECT_EQ(ReadSavedErrors(text, lowerFiles).size(), written.size());
+    EXPECT_LT(time.elapsed(), Limit);
 }
 
 TEST(SavedErrors, DeepNestingCostsNeitherTimeNorStack)
