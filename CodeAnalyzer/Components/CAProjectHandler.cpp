@@ -319,8 +319,7 @@ bool CCAProjectHandler::IsStopRequested() const
 
 void CCAProjectHandler::WaitForDelivery() const
 {
-    // While more events are posted than are delivered the GUI thread does nothing but deliver them, so from
-    // time to time it must come to an end.
+    // The GUI thread delivers all that has piled up before it looks at anything else.
     if (CCAErrorsEvent::GetLivingCount() <= MaxUndelivered)
         return;
     while (CCAErrorsEvent::GetLivingCount() > 0 && !IsStopRequested())

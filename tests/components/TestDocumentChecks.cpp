@@ -68,7 +68,7 @@ TEST_F(DocumentChecksTest, AnOpenedDocumentIsCheckedAndMarkedEverywhere)
 
 TEST_F(DocumentChecksTest, ANulDoesNotEndTheText)
 {
-    Host::CDocument& document = m_host->Open(L"/a.php", std::string("<?php // \0\n/*\0\0*/ else;\n", 26));
+    Host::CDocument& document = m_host->Open(L"/a.php", std::string("<?php // \0\n/*\0\0*/ else;\n", 24));
     WaitForErrors(L"/a.php", 1);
     ASSERT_EQ(Count(L"/a.php"), 1u);
     EXPECT_EQ(m_host->ErrorsOf(L"/a.php")[0].pos, (SyntaxParser::SScheme{{7, 1}, {11, 1}}));
