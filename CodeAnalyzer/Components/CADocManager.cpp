@@ -58,8 +58,12 @@ void CCADocManager::OnSPDocDestroy(SDK::IDocument* document)
     });
     if (found == m_checkers.end())
         return;
+    const bool unchecked = (*found)->IsCheckDue();
+    const std::wstring path = (*found)->GetFilePath();
     (*found)->DestroyPtr();
     m_checkers.erase(found);
+    if (unchecked && m_uncheckedHandler)
+        m_uncheckedHandler(path);
 }
 
 bool CCADocManager::IsCheckable(SyntaxParser::ISPDocument& document)
@@ -78,6 +82,12 @@ boost::shared_ptr<CCADocParser> CCADocManager::FindChecker(SyntaxParser::ISPDocu
         if (checker->IsDocument(document))
             return checker;
     return {};
+}
+
+bool CCADocManager::HasChecker(const std::wstring& path) const
+{
+    return std::any_of(m_checkers.begin(), m_checkers.end(),
+                       [&](const auto& checker) { return checker->GetFilePath() == path; });
 }
 
 void CCADocManager::CheckAllLater()

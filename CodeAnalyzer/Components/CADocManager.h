@@ -6,7 +6,10 @@
 
 #include <boost/shared_ptr.hpp>
 #include <boost/signals2/trackable.hpp>
+#include <functional>
 #include <memory>
+#include <string>
+#include <utility>
 #include <vector>
 
 namespace Kesh::CodeAnalyzer {
@@ -36,6 +39,14 @@ public:
     static bool IsCheckable(SyntaxParser::ISPDocument& document);
     /// The document's checker; null when it has none.
     boost::shared_ptr<CCADocParser> FindChecker(SyntaxParser::ISPDocument* document) const;
+    /// Whether a document of this path is open and checked.
+    bool HasChecker(const std::wstring& path) const;
+    /// Told the path of each document that ends before its due check has begun, while the host still takes it
+    /// for open.
+    void SetUncheckedHandler(std::function<void(const std::wstring&)> handler)
+    {
+        m_uncheckedHandler = std::move(handler);
+    }
     /// Checks all documents again after the usual delay.
     void CheckAllLater();
     SyntaxParser::CDefRegions* GetDefRegions() const { return m_defs; }
@@ -49,6 +60,7 @@ private:
     CCAErrorsManager* m_errorsManager = nullptr;
     CHtmlCustomItemsKeeper* m_customItems = nullptr;
     std::shared_ptr<CCACheckWorkers> m_workers;
+    std::function<void(const std::wstring&)> m_uncheckedHandler;
 };
 
 } // namespace Kesh::CodeAnalyzer

@@ -59,7 +59,7 @@ CCADocParser::CCADocParser(SDK::IApplication* application, SyntaxParser::ISPDocu
         m_changeConnection = buffer->GetChangeSignal().connect(
             Editor::IDocBuffer::ChangeSignal::slot_type(onChange).track_foreign(m_receiver));
     }
-    m_application->GetTimerService()->StartTimer(this);
+    CheckLater();
 }
 
 CCADocParser::~CCADocParser()
@@ -92,7 +92,7 @@ void CCADocParser::SetWorkers(std::shared_ptr<CCACheckWorkers> workers)
 
 void CCADocParser::OnTextChange(Editor::IDocBuffer::IChangeContext* /*context*/)
 {
-    m_application->GetTimerService()->StartTimer(this);
+    CheckLater();
 }
 
 void CCADocParser::OnTimer()
@@ -121,8 +121,10 @@ void CCADocParser::CheckNow()
 
 void CCADocParser::CheckLater()
 {
-    if (m_check)
-        m_application->GetTimerService()->StartTimer(this);
+    if (!m_check)
+        return;
+    m_checkDue = true;
+    m_application->GetTimerService()->StartTimer(this);
 }
 
 bool CCADocParser::BeginCheck()
@@ -142,6 +144,7 @@ bool CCADocParser::BeginCheck()
     m_errorsManager->DeliverPosted();
     m_errorsManager->RemoveErrors(path);
     m_busy = 1;
+    m_checkDue = false;
     m_application->GetTimerService()->StopTimer(this);
     m_check->TakeSnapshot(*source, path);
     m_keepAlive = m_self;

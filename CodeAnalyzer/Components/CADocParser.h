@@ -53,6 +53,9 @@ public:
     /// Checks again after the usual delay.
     void CheckLater();
 
+    /// Whether the text has changed, or come, since the last check began.
+    bool IsCheckDue() const { return m_checkDue; }
+
     /// The body of the worker thread.
     void ParseInThread();
 
@@ -75,6 +78,7 @@ private:
     CCAErrorsManager* m_errorsManager;
     SDK::IApplication* m_application;
     std::atomic<int> m_busy{0};
+    bool m_checkDue = false; ///< whatever becomes of the host's timer
     boost::shared_ptr<CCADocParser> m_self;
     boost::shared_ptr<CCADocParser> m_keepAlive;
     /// Keeps the source's path at hand while a check runs, also when the document is closed meanwhile.

@@ -8,6 +8,7 @@
 #include "Parsers/PhpSyntaxParser.h"
 #include "SPBase/reader.h"
 
+#include <algorithm>
 #include <boost/make_shared.hpp>
 
 namespace Kesh::CodeAnalyzer {
@@ -17,7 +18,10 @@ namespace {
 std::wstring WholeText(SyntaxParser::ISPDocument& source)
 {
     Editor::IDocBuffer* buffer = source.GetBuffer();
-    return buffer ? buffer->GetText(L"\n") : std::wstring();
+    std::wstring text = buffer ? buffer->GetText(L"\n") : std::wstring();
+    // The reader takes the first NUL for the end of the text.
+    std::replace(text.begin(), text.end(), L'\0', L'\xFFFD');
+    return text;
 }
 
 } // namespace

@@ -56,6 +56,11 @@ CCAErrorsBar::CCAErrorsBar(SDK::IApplication* application, CCAComponent* compone
     setSelectionBehavior(QAbstractItemView::SelectRows);
 }
 
+CCAErrorsBar::~CCAErrorsBar()
+{
+    clear(); // the rows ask to be forgotten
+}
+
 bool CCAErrorsBar::event(QEvent* e)
 {
     if (e->type() != CCAErrorsEvent::EventType)
@@ -93,6 +98,7 @@ void CCAErrorsBar::OnAddErrors(const std::wstring& file, const std::vector<SCAEr
         for (const SCAError& error : errors)
             items.append(new CCAErrorsBarItem(file, error.pos, error.type, error.code,
                                               m_errorsManager->GetErrorDescription(error), this));
+        m_rowsOfFile[CCAErrorsBarItem::MakeFileKey(file)].insert(items.begin(), items.end());
         InsertSorted(std::move(items));
 
         if (m_rememberedFile == file && m_rememberedRow >= 0 && m_rememberedRow < topLevelItemCount()) {
@@ -112,42 +118,93 @@ void CCAErrorsBar::OnRemoveErrors(const std::wstring& file)
         m_rememberedRow = indexOfTopLevelItem(selected.first());
     }
 
-    const std::wstring key = CCAErrorsBarItem::MakeFileKey(file);
-    const auto isOfFile = [&](int row) {
-        return static_cast<CCAErrorsBarItem*>(topLevelItem(row))->GetFileKey() == key;
-    };
-    for (int end = topLevelItemCount(); end > 0; --end) {
-        if (!isOfFile(end - 1))
-            continue;
-        int first = end - 1;
-        while (first > 0 && isOfFile(first - 1))
+    const auto found = m_rowsOfFile.find(CCAErrorsBarItem::MakeFileKey(file));
+    if (found == m_rowsOfFile.end())
+        return;
+    const TRows items = std::move(found->second);
+    m_rowsOfFile.erase(found);
+    const std::vector<int> rows = FindRows(items);
+    for (std::size_t end = rows.size(); end > 0;) {
+        std::size_t first = end - 1;
+        while (first > 0 && rows[first - 1] == rows[first] - 1)
             --first;
-        model()->removeRows(first, end - first);
-        end = first + 1;
+        model()->removeRows(rows[first], static_cast<int>(end - first));
+        end = first;
     }
+}
+
+void CCAErrorsBar::ForgetRow(const CCAErrorsBarItem* item)
+{
+    const auto found = m_rowsOfFile.find(item->GetFileKey());
+    if (found == m_rowsOfFile.end())
+        return;
+    found->second.erase(item);
+    if (found->second.empty())
+        m_rowsOfFile.erase(found);
+}
+
+bool CCAErrorsBar::IsBefore(const QTreeWidgetItem* a, const QTreeWidgetItem* b) const
+{
+    return SortDirection(m_sortOrder) == Qt::AscendingOrder ? *a < *b : *b < *a;
+}
+
+template <class TPredicate> int CCAErrorsBar::FindFirstRow(int first, TPredicate isEarly) const
+{
+    int end = topLevelItemCount();
+    while (first < end) {
+        const int middle = (first + end) / 2;
+        if (isEarly(topLevelItem(middle)))
+            first = middle + 1;
+        else
+            end = middle;
+    }
+    return first;
+}
+
+std::vector<int> CCAErrorsBar::FindRows(const TRows& items) const
+{
+    // Of one kind there are many, so that their order does not help to find a few of them.
+    const bool isByKind = m_sortOrder >= DescriptionAscending;
+    return isByKind && items.size() <= 16 ? FindRowsOneByOne(items) : FindRowsInOrder(items);
+}
+
+std::vector<int> CCAErrorsBar::FindRowsOneByOne(const TRows& items) const
+{
+    std::vector<int> rows;
+    for (const QTreeWidgetItem* item : items)
+        rows.push_back(indexOfTopLevelItem(const_cast<QTreeWidgetItem*>(item)));
+    std::sort(rows.begin(), rows.end());
+    return rows;
+}
+
+std::vector<int> CCAErrorsBar::FindRowsInOrder(const TRows& items) const
+{
+    std::vector<const QTreeWidgetItem*> sorted(items.begin(), items.end());
+    std::sort(sorted.begin(), sorted.end(),
+              [this](const QTreeWidgetItem* a, const QTreeWidgetItem* b) { return IsBefore(a, b); });
+    // The next row to be found is equal to the next item, if not that item itself.
+    std::vector<int> rows;
+    for (int row = 0; rows.size() < sorted.size() && row < topLevelItemCount();) {
+        const QTreeWidgetItem* next = sorted[rows.size()];
+        const QTreeWidgetItem* item = topLevelItem(row);
+        if (items.contains(item))
+            rows.push_back(row++);
+        else if (IsBefore(item, next))
+            row = FindFirstRow(row + 1, [&](const QTreeWidgetItem* other) { return IsBefore(other, next); });
+        else
+            ++row;
+    }
+    return rows;
 }
 
 void CCAErrorsBar::InsertSorted(QList<QTreeWidgetItem*> items)
 {
     // The rows always are in the current order, so that new ones need only be put where a stable sort of all
     // rows would move them: behind the rows that they are equal to.
-    const bool ascending = SortDirection(m_sortOrder) == Qt::AscendingOrder;
-    const auto before = [ascending](const QTreeWidgetItem* a, const QTreeWidgetItem* b) {
-        return ascending ? *a < *b : *b < *a;
-    };
-    std::stable_sort(items.begin(), items.end(), before);
-
-    const auto placeOf = [&](const QTreeWidgetItem* item) {
-        int low = 0;
-        int high = topLevelItemCount();
-        while (low < high) {
-            const int middle = (low + high) / 2;
-            if (before(item, topLevelItem(middle)))
-                high = middle;
-            else
-                low = middle + 1;
-        }
-        return low;
+    std::stable_sort(items.begin(), items.end(),
+                     [this](const QTreeWidgetItem* a, const QTreeWidgetItem* b) { return IsBefore(a, b); });
+    const auto placeOf = [this](const QTreeWidgetItem* item) {
+        return FindFirstRow(0, [&](const QTreeWidgetItem* other) { return !IsBefore(item, other); });
     };
     // From the back, where a place does not shift those of the items still to come.
     for (int end = items.size(); end > 0;) {

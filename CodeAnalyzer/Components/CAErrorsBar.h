@@ -6,11 +6,14 @@
 #include <QTreeWidget>
 #include <boost/signals2/trackable.hpp>
 #include <string>
+#include <unordered_map>
+#include <unordered_set>
 #include <vector>
 
 namespace Kesh::CodeAnalyzer {
 
 class CCAComponent;
+class CCAErrorsBarItem;
 class CCAErrorsManager;
 
 /// The list of all errors, one row each. Workers reach it only by posting a CCAErrorsEvent. GUI thread.
@@ -30,6 +33,7 @@ public:
 
     /// Nothing is owned. `component` may be null: nobody is told then that a project check has finished.
     CCAErrorsBar(SDK::IApplication* application, CCAComponent* component, CCAErrorsManager* manager);
+    ~CCAErrorsBar() override;
 
     bool event(QEvent* e) override;
 
@@ -50,6 +54,9 @@ public:
     void LoadColumnsWidth();
     void SetColumnsWidth();
 
+    /// For a row that is about to die, whoever takes it away.
+    void ForgetRow(const CCAErrorsBarItem* item);
+
 protected:
     /// Opens the file of the selected row and puts the caret at the error. Raises CCriticalError when the
     /// document has become too short for it.
@@ -59,7 +66,17 @@ private slots:
     void OnHeaderItemClicked(int nId);
 
 private:
+    using TRows = std::unordered_set<const QTreeWidgetItem*>;
+
+    /// In the current order.
+    bool IsBefore(const QTreeWidgetItem* a, const QTreeWidgetItem* b) const;
     void InsertSorted(QList<QTreeWidgetItem*> items);
+    /// The first row from `first` on that does not satisfy `isEarly`, which all rows do that are before it.
+    template <class TPredicate> int FindFirstRow(int first, TPredicate isEarly) const;
+    /// The indices of a file's rows, ascending.
+    std::vector<int> FindRows(const TRows& items) const;
+    std::vector<int> FindRowsOneByOne(const TRows& items) const;
+    std::vector<int> FindRowsInOrder(const TRows& items) const;
 
     CCAErrorsManager* m_errorsManager;
     SDK::IApplication* m_application;
@@ -68,6 +85,8 @@ private:
     std::wstring m_rememberedFile;
     int m_rememberedRow = -1;
     int m_sortOrder = TypeAscending;
+    /// By the file with its case folded: most files that are checked have no rows, and need not look at any.
+    std::unordered_map<std::wstring, TRows> m_rowsOfFile;
 };
 
 } // namespace Kesh::CodeAnalyzer

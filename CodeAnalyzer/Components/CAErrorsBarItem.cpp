@@ -25,6 +25,11 @@ CCAErrorsBarItem::CCAErrorsBarItem(const std::wstring& file, const SyntaxParser:
     setText(2, QString::fromStdWString(description));
 }
 
+CCAErrorsBarItem::~CCAErrorsBarItem()
+{
+    m_bar->ForgetRow(this);
+}
+
 std::wstring CCAErrorsBarItem::MakeFileKey(const std::wstring& file)
 {
     // Character by character, as Qt's case-insensitive comparison folds.

@@ -17,6 +17,8 @@ public:
     /// `bar` is asked for the sort order whenever rows are compared.
     CCAErrorsBarItem(const std::wstring& file, const SyntaxParser::SScheme& pos, std::int32_t type,
                      std::int32_t code, const std::wstring& description, CCAErrorsBar* bar);
+    /// Has the bar forget the row.
+    ~CCAErrorsBarItem() override;
 
     /// The ascending order of the column by which the bar sorts now.
     bool operator<(const QTreeWidgetItem& other) const override;

@@ -3,6 +3,7 @@
 #include "Kesh/CodeAnalyzer/SCAError.h"
 
 #include <QEvent>
+#include <atomic>
 #include <cstdint>
 #include <string>
 #include <vector>
@@ -19,7 +20,14 @@ public:
     CCAErrorsEvent(std::int32_t type, const std::wstring& file, const std::vector<SCAError>& errors)
         : QEvent(EventType), m_type(type), m_fileName(file), m_errors(errors)
     {
+        ++s_living;
     }
+    ~CCAErrorsEvent() override { --s_living; }
+    CCAErrorsEvent(const CCAErrorsEvent&) = delete;
+    CCAErrorsEvent& operator=(const CCAErrorsEvent&) = delete;
+
+    /// How many there are, which is how many wait to be delivered. Any thread.
+    static int GetLivingCount() { return s_living; }
 
     /// An EType.
     std::int32_t GetType() const { return m_type; }
@@ -27,6 +35,8 @@ public:
     const std::vector<SCAError>& GetErrors() const { return m_errors; }
 
 private:
+    static inline std::atomic<int> s_living{0};
+
     std::int32_t m_type;
     std::wstring m_fileName;
     std::vector<SCAError> m_errors;

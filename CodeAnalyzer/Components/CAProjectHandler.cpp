@@ -16,10 +16,13 @@
 
 #include <QCoreApplication>
 #include <QFileInfo>
+#include <QThread>
 #include <algorithm>
 #include <boost/bind/bind.hpp>
 #include <boost/bind/placeholders.hpp>
+#include <optional>
 #include <set>
+#include <utility>
 
 namespace Kesh::CodeAnalyzer {
 
@@ -32,6 +35,7 @@ namespace {
 
 constexpr const wchar_t* ErrorsItem = L"errors";
 constexpr qint64 MaxFileSize = 1000000; // bytes
+constexpr int MaxUndelivered = 64;      // events
 
 /// Shows what goes on for as long as it does.
 class CProgress
@@ -49,13 +53,18 @@ private:
     SDK::IMainFrame* m_frame;
 };
 
-bool IsChecked(const std::wstring& file)
+bool IsCheckedKind(const std::wstring& file)
 {
     // Anywhere in the path, so that a folder of this name is left out with all that it holds.
     for (const wchar_t* part : {L".sql", L".htm", L".html", L".css", L".ctp", L".tpl", L".inc"})
         if (file.find(part) != std::wstring::npos)
             return false;
-    return QFileInfo(QString::fromStdWString(file)).size() <= MaxFileSize;
+    return true;
+}
+
+bool IsChecked(const std::wstring& file)
+{
+    return IsCheckedKind(file) && QFileInfo(QString::fromStdWString(file)).size() <= MaxFileSize;
 }
 
 } // namespace
@@ -84,12 +93,13 @@ void CCAProjectHandler::SetDocManager(CCADocManager* docManager)
 {
     m_docManager = docManager;
     m_workers = docManager->GetWorkers();
+    docManager->SetUncheckedHandler([this](const std::wstring& file) { CheckClosedFile(file); });
 }
 
 void CCAProjectHandler::Shutdown()
 {
-    if (m_thread)
-        m_thread->Stop(nullptr);
+    DropOrders();
+    StopThread(nullptr);
 }
 
 void CCAProjectHandler::OnProjectParsecomplete()
@@ -97,46 +107,133 @@ void CCAProjectHandler::OnProjectParsecomplete()
     auto component = Base::GetHostComponent<IPMComponent>(m_application, L"IPMComponent");
     IProjectManager* pm = component->GetProjectManager();
     // A project that is parsed anew is checked anew.
-    if (m_thread)
-        m_thread->Stop(pm);
-    LoadErrors(pm);
+    StopThread(pm);
+    RemoveErrorsOfLeavers(pm);
+    try {
+        LoadErrors(pm);
+    } catch (...) {
+        // Errors that cannot be restored are found anew.
+    }
     // The restored errors of open documents are as old as the project's last close.
     if (m_docManager)
         m_docManager->CheckAllLater();
+    m_projectWanted = true;
     StartThread();
 }
 
 void CCAProjectHandler::OnCloseProject(IProjectManager* pm)
 {
-    if (m_thread)
-        m_thread->Stop(pm);
-    // What the thread has found but the bar has not seen yet is to be saved, and must not come after the
+    DropOrders();
+    StopThread(pm);
+    // A document that was closed during its check keeps its errors for as long as the project has the file.
+    m_workers->WaitForThreads();
+    // What the threads have found but the bar has not seen yet is to be saved, and must not come after the
     // clear.
     m_errorsManager->DeliverPosted();
     SaveErrors(pm);
-    if (pm->IsReopening())
+    m_reopenedFiles.clear();
+    if (pm->IsReopening()) {
+        m_reopenedFiles = pm->GetFiles();
         return;
+    }
     for (const std::wstring& file : pm->GetFiles())
         m_errorsManager->RemoveErrors(file);
+}
+
+void CCAProjectHandler::RemoveErrorsOfLeavers(IProjectManager* pm)
+{
+    for (const std::wstring& file : std::exchange(m_reopenedFiles, {}))
+        if (!pm->BelongsToProject(file) && !(m_docManager && m_docManager->HasChecker(file)))
+            m_errorsManager->RemoveErrors(file);
 }
 
 void CCAProjectHandler::CheckAgain()
 {
     auto component = Base::GetHostComponent<IPMComponent>(m_application, L"IPMComponent");
-    if (!m_thread && component->GetProjectManager()->IsOpened())
+    if ((m_thread && m_checksProject) || !component->GetProjectManager()->IsOpened())
+        return;
+    m_projectWanted = true;
+    if (!m_thread)
         StartThread();
+}
+
+void CCAProjectHandler::CheckClosedFile(const std::wstring& file)
+{
+    CCAErrorsBar* bar = m_component ? m_component->GetErrorsBar() : nullptr;
+    // The bar does not outlive the handler, and what waits for it ends with it.
+    if (bar && IsCheckedKind(file) && BelongsToOpenProject(file))
+        QMetaObject::invokeMethod(
+            bar, [this, file] { Enqueue(file); }, Qt::QueuedConnection);
+}
+
+bool CCAProjectHandler::BelongsToOpenProject(const std::wstring& file)
+{
+    try {
+        auto component = Base::GetHostComponent<IPMComponent>(m_application, L"IPMComponent");
+        IProjectManager* pm = component->GetProjectManager();
+        return pm->IsOpened() && pm->BelongsToProject(file);
+    } catch (const Base::CException&) {
+        return false;
+    }
+}
+
+void CCAProjectHandler::Enqueue(const std::wstring& file)
+{
+    // Meanwhile another project may have taken the place of the one that had the file.
+    if (!BelongsToOpenProject(file))
+        return;
+    {
+        const std::lock_guard lock(m_queueMutex);
+        if (std::find(m_queue.begin(), m_queue.end(), file) == m_queue.end())
+            m_queue.push_back(file);
+    }
+    if (!m_thread)
+        StartThread();
+}
+
+void CCAProjectHandler::DropOrders()
+{
+    m_projectWanted = false;
+    const std::lock_guard lock(m_queueMutex);
+    m_queue.clear();
+}
+
+std::wstring CCAProjectHandler::TakeFromQueue()
+{
+    const std::lock_guard lock(m_queueMutex);
+    if (m_queue.empty())
+        return {};
+    std::wstring file = std::move(m_queue.front());
+    m_queue.pop_front();
+    return file;
 }
 
 void CCAProjectHandler::StartThread()
 {
+    m_checksProject = std::exchange(m_projectWanted, false);
     m_thread = m_application->GetThreadService()->CreateThread(this, 0);
     if (m_thread)
         m_thread->Start();
 }
 
+void CCAProjectHandler::StopThread(IProjectManager* pm)
+{
+    m_stopping = true;
+    if (m_thread)
+        m_thread->Stop(pm);
+    m_stopping = false;
+}
+
 void CCAProjectHandler::Finished()
 {
     m_thread = nullptr;
+    const auto isQueueEmpty = [this] {
+        const std::lock_guard lock(m_queueMutex);
+        return m_queue.empty();
+    };
+    // What has come after the thread last looked.
+    if (!m_stopping && (m_projectWanted || !isQueueEmpty()))
+        StartThread();
 }
 
 void CCAProjectHandler::SaveErrors(IProjectManager* pm)
@@ -165,42 +262,84 @@ void CCAProjectHandler::LoadErrors(IProjectManager* pm)
 
 void CCAProjectHandler::Run()
 {
-    const CProgress progress(m_application->GetMainFrame());
+    std::optional<CProgress> progress;
+    if (m_checksProject)
+        progress.emplace(m_application->GetMainFrame());
     const auto pmComponent = Base::GetHostComponent<IPMComponent>(m_application, L"IPMComponent");
     const auto parser = Base::GetHostComponent<IParserComponent>(m_application, L"IParserComponent");
     IProjectManager* pm = pmComponent->GetProjectManager();
 
-    const auto cache = pm->GetFilesCache();
-    const std::vector<std::wstring> files = cache && !cache->files.empty() ? cache->files : pm->GetFiles();
-    for (const std::wstring& file : files) {
-        if (m_thread && m_thread->IsStopRequested())
-            return;
-        if (!IsChecked(file))
-            continue;
-        try {
-            CheckFile(*parser, file);
-        } catch (...) {
-            // Whatever is wrong with this file, the user wants to know about the others.
-        }
-    }
-    if (CCAErrorsBar* bar = m_component->GetErrorsBar())
+    if (m_checksProject)
+        CheckProject(*pm, *parser);
+    CheckQueue(*pm, *parser);
+    CCAErrorsBar* bar = m_component->GetErrorsBar();
+    if (m_checksProject && bar && !IsStopRequested())
         QCoreApplication::postEvent(bar, new CCAErrorsEvent(CCAErrorsEvent::ProjectFinished, L"", {}));
 }
 
-void CCAProjectHandler::CheckFile(IParserComponent& parser, const std::wstring& file)
+void CCAProjectHandler::CheckProject(IProjectManager& pm, IParserComponent& parser)
 {
-    // A document of the file that is being checked reports its errors itself.
+    const auto cache = pm.GetFilesCache();
+    const std::vector<std::wstring> files = cache && !cache->files.empty() ? cache->files : pm.GetFiles();
+    for (const std::wstring& file : files) {
+        WaitForDelivery();
+        if (IsStopRequested())
+            return;
+        // A document of the file that is being checked reports its errors itself.
+        TryCheck(parser, file);
+    }
+}
+
+void CCAProjectHandler::CheckQueue(IProjectManager& pm, IParserComponent& parser)
+{
+    while (!IsStopRequested()) {
+        WaitForDelivery();
+        const std::wstring file = TakeFromQueue();
+        if (file.empty())
+            return;
+        // The last check of the document may still run, on a text that is not the file's any more.
+        while (pm.BelongsToProject(file) && !TryCheck(parser, file) && !IsStopRequested())
+            QThread::msleep(1);
+    }
+}
+
+bool CCAProjectHandler::TryCheck(IParserComponent& parser, const std::wstring& file)
+{
+    try {
+        return !IsChecked(file) || CheckFile(parser, file);
+    } catch (...) {
+        return true; // whatever is wrong with this file, the user wants to know about the others
+    }
+}
+
+bool CCAProjectHandler::IsStopRequested() const
+{
+    return m_thread && m_thread->IsStopRequested();
+}
+
+void CCAProjectHandler::WaitForDelivery() const
+{
+    // The GUI thread delivers all that has piled up before it looks at anything else.
+    if (CCAErrorsEvent::GetLivingCount() <= MaxUndelivered)
+        return;
+    while (CCAErrorsEvent::GetLivingCount() > 0 && !IsStopRequested())
+        QThread::msleep(1);
+}
+
+bool CCAProjectHandler::CheckFile(IParserComponent& parser, const std::wstring& file)
+{
     const CCACheckWorkers::CCheck check(*m_workers, file);
     if (!check)
-        return;
+        return false;
     const auto document = parser.GetParsedDocument(file);
     if (!document)
-        return;
+        return true;
     m_errorsManager->RemoveErrorsMSG(file);
     CPhpSyntaxParser phpParser(document->GetDefRegions(), m_errorsManager);
     phpParser.SteFileName(file);
     phpParser.InitParser(document);
     document->Parse(true);
+    return true;
 }
 
 } // namespace Kesh::CodeAnalyzer

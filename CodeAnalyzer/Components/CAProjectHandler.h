@@ -5,8 +5,11 @@
 
 #include <boost/signals2/trackable.hpp>
 #include <cstdint>
+#include <deque>
 #include <memory>
+#include <mutex>
 #include <string>
+#include <vector>
 
 namespace Kesh::ProjectManager {
 class IProjectManager;
@@ -43,8 +46,11 @@ public:
 
     void OnProjectParsecomplete();
     void OnCloseProject(ProjectManager::IProjectManager* pm);
-    /// Checks the open project once more, unless a check runs.
+    /// Checks the open project once more, unless such a check runs.
     void CheckAgain();
+    /// A document has been closed before it was checked: checks the project's file from disk, once the host
+    /// has forgotten the document.
+    void CheckClosedFile(const std::wstring& file);
 
     void SaveErrors(ProjectManager::IProjectManager* pm);
     void LoadErrors(ProjectManager::IProjectManager* pm);
@@ -58,8 +64,27 @@ public:
     std::wstring GetThreadName() override { return L"CCAProjectHandler"; }
 
 private:
+    bool BelongsToOpenProject(const std::wstring& file);
+    /// Of files that the project had before it was opened again and has no more.
+    void RemoveErrorsOfLeavers(ProjectManager::IProjectManager* pm);
+
     void StartThread();
-    void CheckFile(SyntaxParser::IParserComponent& parser, const std::wstring& file);
+    void StopThread(ProjectManager::IProjectManager* pm);
+    void Enqueue(const std::wstring& file);
+    /// Forgets what the thread has not come to.
+    void DropOrders();
+
+    // What follows, in the worker thread.
+    bool IsStopRequested() const;
+    /// Lets the GUI thread catch up when it is far behind.
+    void WaitForDelivery() const;
+    void CheckProject(ProjectManager::IProjectManager& pm, SyntaxParser::IParserComponent& parser);
+    void CheckQueue(ProjectManager::IProjectManager& pm, SyntaxParser::IParserComponent& parser);
+    /// The empty path when the queue is empty. Any thread.
+    std::wstring TakeFromQueue();
+    /// False when another check of the file runs.
+    bool TryCheck(SyntaxParser::IParserComponent& parser, const std::wstring& file);
+    bool CheckFile(SyntaxParser::IParserComponent& parser, const std::wstring& file);
 
     std::int32_t m_valid = 10;
     SDK::IApplication* m_application = nullptr;
@@ -68,6 +93,12 @@ private:
     SDK::IThreadObject* m_thread = nullptr; ///< set before it starts, null again once it has ended
     CCADocManager* m_docManager = nullptr;
     std::shared_ptr<CCACheckWorkers> m_workers;
+    bool m_projectWanted = false; ///< the next thread checks the whole project
+    bool m_checksProject = false; ///< the thread does, else only the queue; set before it starts
+    bool m_stopping = false;      ///< no thread follows the one that ends
+    std::mutex m_queueMutex;
+    std::deque<std::wstring> m_queue;          ///< files to be checked besides; guarded by the mutex
+    std::vector<std::wstring> m_reopenedFiles; ///< while the project is away to come back at once
 };
 
 } // namespace Kesh::CodeAnalyzer

@@ -5,6 +5,9 @@
 
 #include <QString>
 #include <QStringList>
+#include <algorithm>
+#include <iterator>
+#include <utility>
 
 namespace Kesh::CodeAnalyzer {
 
@@ -23,6 +26,15 @@ SCAError ReadError(const std::wstring& value)
     const QStringList pieces = QString::fromStdWString(value).split(QLatin1Char(';'));
     const auto number = [&](int i) { return i < pieces.size() ? pieces[i].toInt() : 0; };
     return {{{number(0), number(1)}, {number(2), number(3)}}, number(4), number(5)};
+}
+
+/// White space of any kind is a blank in an attribute, unless it was written as a reference.
+std::wstring FileName(std::wstring attribute)
+{
+    std::replace_if(
+        attribute.begin(), attribute.end(), [](wchar_t c) { return c == L'\t' || c == L'\n' || c == L'\r'; },
+        L' ');
+    return attribute;
 }
 
 } // namespace
@@ -53,18 +65,22 @@ std::vector<SSavedFileErrors> ReadSavedErrors(const std::wstring& text,
     XML::CXmlXPathParser root(text);
     if (root.GetString(L"/errors/@version") != Version)
         return {};
+    // A few questions for all files together: a query costs more than a file of errors.
+    const std::vector<std::wstring> names = root.GetStrings(L"/errors/errfile/string(@name)");
+    const std::vector<std::wstring> counts = root.GetStrings(L"/errors/errfile/string(count(error))");
+    const std::vector<std::wstring> values = root.GetStrings(L"/errors/errfile/error/string(@val)");
     std::vector<SSavedFileErrors> files;
-    for (const std::wstring& fileElement : root.GetElements(L"/errors/errfile")) {
-        XML::CXmlXPathParser element(fileElement);
-        SSavedFileErrors& file = files.emplace_back();
-        file.file = element.GetString(L"/errfile/@name");
-        if (!lowerFiles.contains(Base::CCommonString::LowerCaseFast(file.file))) {
-            files.pop_back();
-            continue;
+    std::size_t first = 0;
+    for (std::size_t i = 0; i < std::min(names.size(), counts.size()); ++i) {
+        const std::size_t end = std::min(values.size(), first + std::stoul(counts[i]));
+        std::wstring name = FileName(names[i]);
+        if (lowerFiles.contains(Base::CCommonString::LowerCaseFast(name))) {
+            SSavedFileErrors& file = files.emplace_back();
+            file.file = std::move(name);
+            std::transform(values.begin() + first, values.begin() + end, std::back_inserter(file.errors),
+                           ReadError);
         }
-        // One question for all errors of a file: a query costs more than a file of errors.
-        for (const std::wstring& value : element.GetStrings(L"/errfile/error/string(@val)"))
-            file.errors.push_back(ReadError(value));
+        first = end;
     }
     return files;
 }

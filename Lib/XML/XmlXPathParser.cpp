@@ -3,8 +3,38 @@
 #include "XML/KeshXMLFormatter.h"
 
 #include <QAbstractMessageHandler>
+#include <QBuffer>
+#include <QXmlStreamReader>
 
 namespace Kesh::XML {
+
+namespace {
+
+constexpr int MaxDepth = 64;
+
+/// Whether a text may be given to a query, which takes time and stack without bound for elements that are
+/// nested deeply.
+bool IsHarmless(const QString& xml)
+{
+    // The bytes that the query will read, in the way in which it reads them.
+    QBuffer buffer;
+    buffer.setData(xml.toUtf8());
+    buffer.open(QIODevice::ReadOnly);
+    QXmlStreamReader reader(&buffer);
+    for (int depth = 0; !reader.atEnd();) {
+        switch (reader.readNext()) {
+        case QXmlStreamReader::StartElement:
+            if (++depth > MaxDepth)
+                return false;
+            break;
+        case QXmlStreamReader::EndElement: --depth; break;
+        default: break;
+        }
+    }
+    return !reader.hasError();
+}
+
+} // namespace
 
 /// Without a handler of its own the query prints what it dislikes.
 class CXmlXPathParser::CSilence : public QAbstractMessageHandler
@@ -16,7 +46,8 @@ protected:
 CXmlXPathParser::CXmlXPathParser(const std::wstring& xml) : m_silence(std::make_unique<CSilence>())
 {
     m_query.setMessageHandler(m_silence.get());
-    m_focused = m_query.setFocus(QString::fromStdWString(xml));
+    const QString text = QString::fromStdWString(xml);
+    m_focused = IsHarmless(text) && m_query.setFocus(text);
 }
 
 CXmlXPathParser::~CXmlXPathParser() = default;

@@ -286,8 +286,7 @@ bool CDocumentArea::Close(Host::CDocument& document)
         case IPrompts::ESave::Discard: break;
         }
     }
-    m_watcher.removePath(Shown(document.GetPath()));
-    m_application.Documents().Close(document);
+    Discard(document);
     OnTabChanged();
     return true;
 }
@@ -314,11 +313,23 @@ bool CDocumentArea::CloseAll()
 
 void CDocumentArea::DiscardAll()
 {
-    for (Host::CDocument* document : m_application.Documents().GetDocuments()) {
-        m_watcher.removePath(Shown(document->GetPath()));
-        m_application.Documents().Close(*document);
-    }
+    for (Host::CDocument* document : m_application.Documents().GetDocuments())
+        Discard(*document);
     OnTabChanged();
+}
+
+void CDocumentArea::Discard(Host::CDocument& document)
+{
+    m_watcher.removePath(Shown(document.GetPath()));
+    if (document.IsModified()) {
+        try {
+            // The validator has seen the edits, and must see them go.
+            document.Load();
+        } catch (const Base::CWorkError&) {
+            // A file that cannot be read has nothing to go back to.
+        }
+    }
+    m_application.Documents().Close(document);
 }
 
 void CDocumentArea::CheckDisk()

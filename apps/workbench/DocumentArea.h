@@ -89,6 +89,8 @@ private:
     void OnErrorsChanged(const std::set<std::wstring>& files);
     bool WriteDocument(Host::CDocument& document);
     void Reload(Host::CDocument& document);
+    /// Closes without a question; what is on disk is what has last been checked.
+    void Discard(Host::CDocument& document);
     void OnChangedOnDisk(Host::CDocument& document);
     void Report(const std::wstring& path, const std::wstring& reason);
 

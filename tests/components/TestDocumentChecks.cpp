@@ -66,6 +66,16 @@ TEST_F(DocumentChecksTest, AnOpenedDocumentIsCheckedAndMarkedEverywhere)
     EXPECT_EQ(error.code, 252);
 }
 
+TEST_F(DocumentChecksTest, ANulDoesNotEndTheText)
+{
+    Host::CDocument& document = m_host->Open(L"/a.php", std::string("<?php // \0\n/*\0\0*/ else;\n", 24));
+    WaitForErrors(L"/a.php", 1);
+    ASSERT_EQ(Count(L"/a.php"), 1u);
+    EXPECT_EQ(m_host->ErrorsOf(L"/a.php")[0].pos, (SyntaxParser::SScheme{{7, 1}, {11, 1}}));
+    Tests::CTestHost::Edit(document, std::wstring(L"<?php // \0\nelse; else;\n", 23));
+    WaitForErrors(L"/a.php", 2);
+}
+
 TEST_F(DocumentChecksTest, TypingPutsTheCheckOff)
 {
     m_host->application.Timers().SetDelayOverride(400);

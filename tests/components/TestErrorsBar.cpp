@@ -6,6 +6,7 @@
 #include "TestHost.h"
 
 #include <QCoreApplication>
+#include <QElapsedTimer>
 #include <QHeaderView>
 #include <QTest>
 #include <algorithm>
@@ -178,6 +179,30 @@ TEST_F(ErrorsBarTest, RemovesAFilesRowsWhateverItsCase)
     EXPECT_EQ(Rows(), (Texts{"/b.php - 3", "/\xC3\x84.php - 4"}));
     Errors().RemoveErrors(L"/\xE4.php");
     EXPECT_EQ(Rows(), (Texts{"/b.php - 3"}));
+}
+
+// A check of a large project removes every file's errors, most of which have none.
+TEST_F(ErrorsBarTest, RemovingDoesNotLookAtEveryRow)
+{
+    constexpr int Files = 10000;
+    constexpr qint64 Limit = 2000; // ms; to look at every row takes ten times as long
+    const auto name = [](const wchar_t* prefix, int file) { return prefix + std::to_wstring(file); };
+    Bar().clear();
+    for (int column : {0, 1, 2}) {
+        QMetaObject::invokeMethod(&Bar(), "OnHeaderItemClicked", Q_ARG(int, column));
+        for (int file = 0; file < Files; ++file)
+            Errors().AddErrorsMT(name(L"/full", file), {ErrorAt(0, 0), ErrorAt(0, 1, 901, 2)});
+        ASSERT_EQ(Bar().topLevelItemCount(), 2 * Files);
+        QElapsedTimer time;
+        time.start();
+        for (int file = 0; file < Files; ++file)
+            Errors().RemoveErrors(name(L"/empty", file));
+        EXPECT_EQ(Bar().topLevelItemCount(), 2 * Files);
+        for (int file = 0; file < Files; ++file)
+            Errors().RemoveErrors(name(L"/FULL", file));
+        EXPECT_EQ(Bar().topLevelItemCount(), 0);
+        EXPECT_LT(time.elapsed(), Limit) << column;
+    }
 }
 
 TEST_F(ErrorsBarTest, FoldsCaseAsQtCompares)

@@ -1,13 +1,16 @@
+#include "Components/CAErrorsEvent.h"
 #include "Components/CASavedErrors.h"
 #include "TestHost.h"
 #include "host/TempFolder.h"
 
 #include <QCoreApplication>
 #include <QTest>
+#include <QThread>
 #include <gtest/gtest.h>
 #include <mutex>
 #include <random>
 #include <set>
+#include <thread>
 
 namespace Kesh::CodeAnalyzer {
 
@@ -80,6 +83,21 @@ TEST_F(ProjectHandlerTest, RestoredErrorsAreReplacedByFreshOnes)
     EXPECT_TRUE(m_host.frame.GetBars()[0].shown);
 }
 
+TEST_F(ProjectHandlerTest, AFaultInRestoringLeavesTheCheck)
+{
+    const std::wstring a = Write("a.php", 1);
+    Save({{a, {OldError, OldError}}});
+    int added = 0;
+    const boost::signals2::scoped_connection failing =
+        m_host.Errors().GetAddedSignal().connect([&](const std::wstring&, const auto&) {
+            if (++added == 1)
+                throw std::runtime_error("no room for a row");
+        });
+    OpenAndCheck({a});
+    EXPECT_EQ(added, 2);
+    EXPECT_EQ(Count(a), 1u);
+}
+
 TEST_F(ProjectHandlerTest, ACleanProjectDoesNotShowTheBar)
 {
     OpenAndCheck({Write("a.php", 0)});
@@ -137,6 +155,63 @@ TEST_F(ProjectHandlerTest, ReopeningKeepsTheErrors)
     EXPECT_EQ(Count(a), 1u);
 }
 
+TEST_F(ProjectHandlerTest, FilesThatLeaveOnReopeningTakeTheirErrorsAlong)
+{
+    const std::wstring stays = Write("a.php", 1);
+    const std::wstring leaves = Write("b.php", 2);
+    const std::wstring open = Write("c.php", 3);
+    OpenAndCheck({stays, leaves, open});
+    Host::CDocument& document = m_host.application.Documents().OpenFile(open);
+    ASSERT_TRUE(QTest::qWaitFor([&] { return m_host.Gate().GetBegun() == 4 && Count(open) == 3; }, 20000));
+    m_host.Errors().AddErrorsMT(L"/elsewhere.php", {OldError});
+    m_host.application.ReopenProject({stays});
+    EXPECT_EQ(Count(leaves), 0u);
+    WaitForCheck();
+    EXPECT_EQ(Count(stays), 1u);
+    EXPECT_EQ(Count(open), 3u) << "still open, so still checked";
+    EXPECT_EQ(Count(L"/elsewhere.php"), 1u) << "never was the project's";
+    EXPECT_EQ(m_host.Bar().topLevelItemCount(), 5);
+    m_host.Close(document);
+    ASSERT_TRUE(QTest::qWaitFor([&] { return Count(open) == 0; }, 20000));
+}
+
+// A check ends when the project handler is done with the project, which the host has not forgotten yet.
+TEST_F(ProjectHandlerTest, ACheckThatEndsWhileTheProjectClosesLeavesNothingBehind)
+{
+    const std::wstring closed = Write("a.php", 1);
+    const std::wstring open = Write("b.php", 1);
+    OpenAndCheck({closed, open});
+    m_host.Gate().Close();
+    const int begun = m_host.Gate().GetBegun();
+    Host::CDocument& document = m_host.Open(closed, "<?php else; else; else;");
+    m_host.Open(open, "<?php else; else;");
+    ASSERT_TRUE(QTest::qWaitFor([&] { return m_host.Gate().GetBegun() == begun + 2; }, 20000));
+    m_host.Close(document);
+    const boost::signals2::scoped_connection later =
+        m_host.Project().GetCloseProjectSignal().connect([this](auto*) {
+            m_host.Gate().Open();
+            QThread::msleep(200);
+        });
+    std::thread opener([this] {
+        QThread::msleep(100);
+        m_host.Gate().Open();
+    });
+    m_host.application.Project().Close();
+    opener.join();
+    QTest::qWait(100);
+    EXPECT_EQ(Count(closed), 0u);
+    EXPECT_EQ(m_host.Bar().topLevelItemCount(), static_cast<int>(Count(open)));
+    std::set<std::wstring> lower;
+    for (const std::wstring& file : {closed, open})
+        lower.insert(QString::fromStdWString(file).toLower().toStdWString());
+    const auto kept = ReadSavedErrors(QString::fromStdString(SavedText()).toStdWString(), lower);
+    ASSERT_EQ(kept.size(), 2u);
+    EXPECT_EQ(kept[0].errors.size(), 3u) << "what the check has found is kept";
+
+    Tests::CTestHost::Edit(*m_host.application.Documents().Find(open), L"<?php else; else; else; else;");
+    ASSERT_TRUE(QTest::qWaitFor([&] { return Count(open) == 4; }, 20000)) << "an open document is checked on";
+}
+
 TEST_F(ProjectHandlerTest, ClosingAtAnyMomentLosesAndDoublesNothing)
 {
     std::vector<std::wstring> files;
@@ -149,10 +224,11 @@ TEST_F(ProjectHandlerTest, ClosingAtAnyMomentLosesAndDoublesNothing)
     int partial = 0;
     for (int round = 0; round < 40; ++round) {
         m_folder.Write(L".code-analyzer/errors", "");
-        const int target = m_host.Gate().GetBegun() + static_cast<int>(random() % files.size());
+        const int start = m_host.Gate().GetBegun();
+        const int target = start + static_cast<int>(random() % files.size());
         Open(files);
         while (m_host.Gate().GetBegun() < target)
-            if (round % 2)
+            if (round % 2 || m_host.Gate().GetBegun() >= start + 32) // where the check waits
                 QCoreApplication::processEvents();
         m_host.application.Project().Close();
         EXPECT_FALSE(m_host.application.Threads().IsRunning());
@@ -167,6 +243,32 @@ TEST_F(ProjectHandlerTest, ClosingAtAnyMomentLosesAndDoublesNothing)
         partial += !kept.empty() && kept.size() < files.size();
     }
     EXPECT_GT(partial, 0) << "no round ended in the midst of a check";
+}
+
+// Else the GUI thread would have nothing but events to deliver until the whole project is checked.
+TEST_F(ProjectHandlerTest, TheCheckWaitsForTheWindow)
+{
+    std::vector<std::wstring> files;
+    for (int i = 0; i < 300; ++i)
+        files.push_back(Write("f" + std::to_string(i) + ".php", 1));
+    Open(files);
+    const auto settle = [this](int least) {
+        while (m_host.Gate().GetBegun() < least)
+            QThread::msleep(1);
+        QThread::msleep(200);
+        return m_host.Gate().GetBegun();
+    };
+    const int first = settle(32);
+    EXPECT_LE(first, 34);
+    QCoreApplication::sendPostedEvents(&m_host.Bar(), CCAErrorsEvent::EventType);
+    const int second = settle(2 * first);
+    EXPECT_LE(second, 2 * first + 2);
+    m_host.application.Project().Close(); // ends it, though nobody delivers
+    EXPECT_EQ(m_host.Gate().GetBegun(), second);
+
+    Open(files);
+    WaitForCheck();
+    EXPECT_EQ(m_host.Bar().topLevelItemCount(), 300);
 }
 
 TEST_F(ProjectHandlerTest, AFaultInOneFileLeavesTheOthers)
@@ -235,6 +337,184 @@ TEST_F(ProjectHandlerTest, AFileClosedDuringItsCheckIsNotCheckedTwice)
     WaitForCheck();
     ASSERT_TRUE(QTest::qWaitFor([&] { return Count(a) == 3 && Count(b) == 1; }, 20000));
     EXPECT_EQ(m_host.Gate().GetBegun(), 4);
+}
+
+/// Documents that are closed before their check begins.
+class ClosedFilesTest : public ProjectHandlerTest
+{
+protected:
+    ClosedFilesTest() { m_host.application.Timers().SetDelayOverride(60000); }
+
+    Host::CDocument& OpenDocument(const std::wstring& file)
+    {
+        return m_host.application.Documents().OpenFile(file);
+    }
+    void WaitForCount(const std::wstring& file, std::size_t count)
+    {
+        ASSERT_TRUE(QTest::qWaitFor([&] { return Count(file) == count; }, 20000)) << Count(file);
+    }
+    /// Opens a project of two files with an error each, and closes one of them before a change of it is
+    /// checked.
+    void CloseUnchecked()
+    {
+        a = Write("a.php", 1);
+        b = Write("b.php", 1);
+        OpenAndCheck({a, b});
+        Host::CDocument& document = OpenDocument(a);
+        Write("a.php", 3);
+        m_host.Gate().Close();
+        m_host.Close(document);
+    }
+    /// Waits until a check of the project handler stands at the gate.
+    void WaitAtGate(int begun)
+    {
+        ASSERT_TRUE(QTest::qWaitFor([&] { return m_host.Gate().GetBegun() == begun; }, 20000));
+    }
+
+    std::wstring a, b;
+};
+
+TEST_F(ClosedFilesTest, AreCheckedFromDisk)
+{
+    CloseUnchecked();
+    WaitAtGate(3);
+    EXPECT_EQ(m_host.frame.GetProgressText(), L"") << "no project check";
+    int finished = 0;
+    struct CCounter : QObject
+    {
+        bool eventFilter(QObject*, QEvent* event) override
+        {
+            count += event->type() == CCAErrorsEvent::EventType &&
+                     static_cast<CCAErrorsEvent*>(event)->GetType() == CCAErrorsEvent::ProjectFinished;
+            return false;
+        }
+        int& count;
+        explicit CCounter(int& counted) : count(counted) {}
+    } counter(finished);
+    m_host.Bar().installEventFilter(&counter);
+    m_host.Gate().Open();
+    WaitForCheck();
+    EXPECT_EQ(Count(a), 3u);
+    EXPECT_EQ(Count(b), 1u);
+    EXPECT_EQ(m_host.Gate().GetBegun(), 3) << "the other file too";
+    EXPECT_EQ(finished, 0);
+}
+
+TEST_F(ClosedFilesTest, AreFoundThoughTheyWereOpenDuringTheProjectsCheck)
+{
+    a = Write("a.php", 2);
+    Host::CDocument& document = OpenDocument(a);
+    OpenAndCheck({a});
+    EXPECT_EQ(Count(a), 0u);
+    m_host.Close(document);
+    WaitForCount(a, 2);
+}
+
+TEST_F(ClosedFilesTest, AreOnlyCheckedWhenACheckWasDueAndTheProjectsCheckWouldDoIt)
+{
+    const std::wstring checked = Write("a.php", 1);
+    const std::wstring outside = Write("outside.php", 1);
+    std::vector<std::wstring> others = {Write("b.inc", 1), Write("c.html", 0), Write("d.css", 0)};
+    OpenAndCheck({checked, others[0], others[1], others[2]});
+    others.push_back(outside);
+    std::vector<std::wstring> asked;
+    m_host.application.Parser().SetFileHook([&](const std::wstring& file) { asked.push_back(file); });
+    for (const std::wstring& file : others)
+        m_host.Close(m_host.Open(file, "<?php else;"));
+    Host::CDocument& document = OpenDocument(checked);
+    m_host.component->DoCheck(0);
+    m_host.Close(document);
+    QTest::qWait(100);
+    WaitForCheck();
+    EXPECT_EQ(asked, std::vector<std::wstring>());
+    m_host.Close(OpenDocument(checked));
+    QTest::qWait(100);
+    WaitForCheck();
+    EXPECT_EQ(asked, std::vector<std::wstring>{checked});
+}
+
+TEST_F(ClosedFilesTest, ComeLastInAProjectsCheckThatRuns)
+{
+    a = Write("a.php", 1);
+    b = Write("b.php", 1);
+    Host::CDocument& document = OpenDocument(a);
+    m_host.Gate().Close();
+    Open({a, b});
+    WaitAtGate(1);
+    Write("a.php", 4);
+    m_host.Close(document);
+    QTest::qWait(50);
+    m_host.Gate().Open();
+    WaitForCheck();
+    EXPECT_EQ(m_host.Gate().GetBegun(), 2);
+    EXPECT_EQ(Count(a), 4u);
+    EXPECT_EQ(Count(b), 1u);
+}
+
+TEST_F(ClosedFilesTest, WaitForTheDocumentsOwnCheckToEnd)
+{
+    a = Write("a.php", 1);
+    OpenAndCheck({a});
+    m_host.application.Timers().SetDelayOverride(20);
+    m_host.Gate().Close();
+    Host::CDocument& document = OpenDocument(a);
+    WaitAtGate(2);
+    Tests::CTestHost::Edit(document, L"<?php\n");
+    Write("a.php", 5);
+    m_host.Close(document);
+    QTest::qWait(50);
+    EXPECT_EQ(m_host.Gate().GetBegun(), 2) << "two checks of one file at once";
+    m_host.Gate().Open();
+    WaitForCount(a, 5);
+    WaitForCheck();
+    EXPECT_EQ(Count(a), 5u);
+    EXPECT_EQ(m_host.Gate().GetBegun(), 3);
+}
+
+TEST_F(ClosedFilesTest, DoNotKeepTheUserFromCheckingTheProject)
+{
+    CloseUnchecked();
+    WaitAtGate(3);
+    m_host.component->DoCheck(1);
+    m_host.Gate().Open();
+    WaitForCheck();
+    EXPECT_EQ(m_host.Gate().GetBegun(), 5);
+    EXPECT_EQ(Count(a), 3u);
+    EXPECT_EQ(Count(b), 1u);
+}
+
+TEST_F(ClosedFilesTest, AreForgottenWithTheirProject)
+{
+    for (const bool begun : {false, true}) {
+        m_host.Gate().Open();
+        const int before = m_host.Gate().GetBegun();
+        CloseUnchecked();
+        if (begun) {
+            WaitAtGate(before + 3);
+            Host::CDocument& other = OpenDocument(b);
+            m_host.Close(other);
+            QTest::qWait(20); // into the queue
+        }
+        std::thread opener([this] {
+            QThread::msleep(50);
+            m_host.Gate().Open();
+        });
+        m_host.application.Project().Close();
+        opener.join();
+        QTest::qWait(50);
+        EXPECT_FALSE(m_host.application.Threads().IsRunning());
+        EXPECT_EQ(m_host.Gate().GetBegun(), before + (begun ? 3 : 2));
+        EXPECT_TRUE(m_host.Errors().GetAllErrors().empty());
+    }
+}
+
+TEST_F(ClosedFilesTest, AreForgottenWhenTheValidatorEnds)
+{
+    CloseUnchecked();
+    m_host.Gate().Open();
+    m_host.component.reset();
+    QTest::qWait(50);
+    EXPECT_EQ(m_host.Gate().GetBegun(), 2);
 }
 
 TEST_F(ProjectHandlerTest, ShuttingDownEndsTheCheck)

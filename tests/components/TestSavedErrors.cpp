@@ -1,7 +1,9 @@
 #include "Components/CASavedErrors.h"
 #include "XML/XmlXPathParser.h"
 
+#include <QElapsedTimer>
 #include <gtest/gtest.h>
+#include <malloc.h>
 
 namespace Kesh::CodeAnalyzer {
 
@@ -11,6 +13,13 @@ SCAError Error(std::int64_t x, std::int64_t y, std::int64_t endX, std::int64_t e
 {
     return {{{x, y}, {endX, endY}}, code, type};
 }
+
+/// Overwrites memory when it is freed, so that whoever reads it still finds something else.
+struct CDirtyMemory
+{
+    CDirtyMemory() { mallopt(M_PERTURB, 0xA5); }
+    ~CDirtyMemory() { mallopt(M_PERTURB, 0); }
+};
 
 TEST(SavedErrors, WritesTheFormatToTheByte)
 {
@@ -75,21 +84,88 @@ TEST(SavedErrors, ReadsNothingFromAnythingElse)
     EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
 }
 
-TEST(SavedErrors, ForgivesValuesThatAreNoNumbers)
+// What is odd in one file must not shift the errors of the next.
+TEST(SavedErrors, GivesEachFileItsOwnErrors)
+{
+    const std::wstring error = L"<error val=\"1;2;3;4;5;6;\"/>";
+    const std::wstring text =
+        L"<!-- x --><errors version=\"5.3\">" + error + //
+        L"<errfile name=\"/gone.php\">" + error + error + L"</errfile>" + L"<errfile>" + error +
+        L"</errfile>" + L"<errfile name=\"/a.php\">text<other val=\"1\"/><error><error/></error>" +
+        L"<errfile name=\"/b.php\">" + error + L"</errfile></errfile>" + L"<errfile name=\"/b.php\"/>" +
+        L"<x>" + error + L"</x>" + L"<errfile name=\"/B.php\">" + error + L"<!-- y -->" + error +
+        L"</errfile>" + L"<errfile name=\"/c&#10;d&#9;.php\">" + error + L"</errfile>" + L"</errors>";
+    const struct
+    {
+        const wchar_t* file;
+        std::vector<int> codes;
+    } expected[] = {{L"/a.php", {0}}, {L"/b.php", {}}, {L"/B.php", {5, 5}}, {L"/c d .php", {5}}};
+    const auto read = ReadSavedErrors(text, {L"/a.php", L"/b.php", L"/c d .php"});
+    ASSERT_EQ(read.size(), std::size(expected));
+    for (std::size_t i = 0; i < read.size(); ++i) {
+        EXPECT_EQ(read[i].file, expected[i].file);
+        std::vector<int> codes;
+        for (const SCAError& one : read[i].errors)
+            codes.push_back(one.code);
+        EXPECT_EQ(codes, expected[i].codes) << i;
+    }
+}
+
+TEST(SavedErrors, RestoringAHugeProjectIsQuick)
+{
+    constexpr int Files = 20000;
+    constexpr qint64 Limit = 2000; // ms; to ask each file by itself takes several times as long
+    std::vector<SSavedFileErrors> written;
+    std::set<std::wstring> lowerFiles;
+    for (int i = 0; i < Files; ++i) {
+        written.push_back({L"/p/f" + std::to_wstring(i) + L".php", {Error(1, 2, 3, 4, 102, 1)}});
+        lowerFiles.insert(written.back().file);
+    }
+    const std::wstring text = WriteSavedErrors(written);
+    QElapsedTimer time;
+    time.start();
+    EXPECT_EQ(ReadSavedErrors(text, lowerFiles).size(), written.size());
+    EXPECT_LT(time.elapsed(), Limit);
+}
+
+TEST(SavedErrors, DeepNestingCostsNeitherTimeNorStack)
 {
     const struct
     {
-        const wchar_t* element;
+        int depth;
+        std::size_t files;
+    } cases[] = {{62, 1}, {63, 0}, {100, 0}, {200000, 0}};
+    for (const auto& c : cases) {
+        std::wstring text = L"<errors version=\"5.3\"><errfile name=\"/a.php\">";
+        for (int i = 0; i < c.depth; ++i)
+            text += L"<e>";
+        for (int i = 0; i < c.depth; ++i)
+            text += L"</e>";
+        text += L"</errfile></errors>";
+        ASSERT_EQ(ReadSavedErrors(text, {L"/a.php"}).size(), c.files) << c.depth;
+    }
+}
+
+TEST(SavedErrors, ForgivesValuesThatAreNoNumbers)
+{
+    const CDirtyMemory dirty;
+    std::wstring surplus; // too long for the allocator to keep as it is
+    for (int i = 0; i < 2000; ++i)
+        surplus += L"7;";
+    const struct
+    {
+        std::wstring element;
         SCAError error;
     } cases[] = {
         {L"<error val=\"1;2;3;4;5;6;7;\"/>", Error(1, 2, 3, 4, 5, 6)},
+        {L"<error val=\"1;2;3;4;5;6;" + surplus + L"\"/>", Error(1, 2, 3, 4, 5, 6)},
         {L"<error val=\"1;x;;4\"/>", Error(1, 0, 0, 4, 0, 0)},
         {L"<error val=\"99999999999;2;3;4;5;6\"/>", Error(0, 2, 3, 4, 5, 6)},
         {L"<error/>", Error(0, 0, 0, 0, 0, 0)},
     };
     for (const auto& c : cases) {
-        const auto read = ReadSavedErrors(L"<errors version=\"5.3\"><errfile name=\"/a.php\">" +
-                                              std::wstring(c.element) + L"</errfile></errors>",
+        const auto read = ReadSavedErrors(L"<errors version=\"5.3\"><errfile name=\"/a.php\">" + c.element +
+                                              L"</errfile></errors>",
                                           {L"/a.php"});
         ASSERT_EQ(read.size(), 1u);
         ASSERT_EQ(read[0].errors.size(), 1u);

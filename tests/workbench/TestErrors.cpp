@@ -108,6 +108,38 @@ TEST_F(Errors, ClosingAFileOutsideAProjectTakesItsErrorsAway)
     EXPECT_TRUE(WaitForRows(0));
 }
 
+TEST_F(Errors, WhatIsDiscardedLeavesNoErrorsBehind)
+{
+    const std::wstring file = m_folder.Write(L"project/a.php", "<?php\n$a = 1\n$b = 2;\n");
+    OpenProject(m_folder.Path(L"project"));
+    ASSERT_TRUE(WaitForRows(1));
+    const QStringList rows = Rows();
+    m_prompts.m_save = Workbench::IPrompts::ESave::Discard;
+    const std::function<void()> closings[] = {
+        [&] { EXPECT_TRUE(Area().Close(*Area().GetCurrent())); },
+        [&] { EXPECT_TRUE(Area().CloseAll()); },
+        [&] { Area().DiscardAll(); },
+    };
+    for (const auto& close : closings) {
+        Open(file).append("else; else; else;");
+        ASSERT_TRUE(WaitForRows(4));
+        close();
+        EXPECT_EQ(Area().GetCurrent(), nullptr);
+        ASSERT_TRUE(WaitFor([&] { return Rows() == rows; })) << Rows().join('\n').toStdString();
+    }
+}
+
+TEST_F(Errors, AMistakeMendedAndSavedJustBeforeClosingIsGone)
+{
+    const std::wstring file = m_folder.Write(L"project/a.php", "<?php\n$a = 1\n$b = 2;\n");
+    OpenProject(m_folder.Path(L"project"));
+    ASSERT_TRUE(WaitForRows(1));
+    Open(file).setText("<?php\n$a = 1;\n$b = 2;\n");
+    Trigger("&Save");
+    ASSERT_TRUE(Area().Close(*Area().GetCurrent()));
+    EXPECT_TRUE(WaitForRows(0));
+}
+
 TEST_F(Errors, NextAndPreviousErrorGoRoundAllFiles)
 {
     const std::wstring first = m_folder.Write(L"project/a.html", Wrong);

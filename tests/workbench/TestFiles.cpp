@@ -72,6 +72,17 @@ TEST_F(Files, ClosingAsksForUnsavedEdits)
     }
 }
 
+TEST_F(Files, AFileThatCannotBeReadAnyMoreCanBeClosed)
+{
+    m_prompts.m_save = IPrompts::ESave::Discard;
+    Open(m_folder.Write(L"gone/a.php", "x")).append("y");
+    Open(m_folder.Write(L"gone/b.php", "x")).append("y");
+    std::filesystem::remove_all(Host::PathToBytes(m_folder.Path(L"gone")));
+    EXPECT_TRUE(Area().Close(*Area().GetCurrent()));
+    EXPECT_TRUE(Area().CloseAll());
+    EXPECT_EQ(Area().GetTabs().count(), 0);
+}
+
 TEST_F(Files, BytesThatAreNotUtf8NeedConsent)
 {
     const std::wstring path = m_folder.Write(L"latin.php", "caf\xE9");
