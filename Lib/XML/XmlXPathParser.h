@@ -8,8 +8,8 @@
 
 namespace Kesh::XML {
 
-/// Answers XPath questions about one XML text; bad XML, and XML nested more deeply than any text of ours,
-/// answers everything with nothing. One thread at a time.
+/// Answers XPath questions about one XML text; bad XML, and XML that no text of ours looks like (nested
+/// deeply, with crowds of attributes, with a DTD), answers everything with nothing. One thread at a time.
 class CXmlXPathParser
 {
 public:

@@ -146,6 +146,29 @@ TEST(SavedErrors, DeepNestingCostsNeitherTimeNorStack)
     }
 }
 
+TEST(SavedErrors, CrowdsOfAttributesCostNoTime)
+{
+    const struct
+    {
+        int attributes;
+        const wchar_t* equals;
+        const wchar_t* start;
+        std::size_t files;
+    } cases[] = {
+        {60, L"=''", L"", 1},     {65, L"=''", L"", 0},
+        {65, L" = \"\"", L"", 0}, {0, L"", L"<!DOCTYPE errors [<!ATTLIST errfile a CDATA ''>]>", 0},
+        {200000, L"=''", L"", 0},
+    };
+    for (const auto& c : cases) {
+        std::wstring text = c.start;
+        text += L"<errors version=\"5.3\"><errfile name=\"/a.php\"";
+        for (int i = 0; i < c.attributes; ++i)
+            text += L" a" + std::to_wstring(i) + c.equals;
+        text += L"/></errors>";
+        ASSERT_EQ(ReadSavedErrors(text, {L"/a.php"}).size(), c.files) << c.attributes;
+    }
+}
+
 TEST(SavedErrors, ForgivesValuesThatAreNoNumbers)
 {
     const CDirtyMemory dirty;
