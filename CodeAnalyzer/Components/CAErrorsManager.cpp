@@ -83,7 +83,7 @@ void CCAErrorsManager::GetErrors(const std::wstring& file, std::vector<SCAError>
 {
     QMutexLocker locker(&m_lock);
     if (const auto found = m_errors.find(file); found != m_errors.end())
-        out = found->second;
+        out.assign(found->second.begin(), found->second.end());
 }
 
 CCAErrorsManager::ErrorsTable CCAErrorsManager::GetAllErrors()
