@@ -5,7 +5,7 @@ namespace Kesh::SyntaxParser {
 CPhpLexer::SCut CPhpLexer::NextInPhp(const wchar_t* begin)
 {
     using enum EPhpToken;
-    // No token goes past the NUL character that follows the text.
+    // No token goes past the NUL character that follows the text. Lone tokens do not come here.
     const wchar_t* YYCURSOR = begin;
     const wchar_t* YYMARKER = begin;
     /*!stags:re2c format = "const wchar_t* @@ = nullptr;\n"; */
@@ -51,15 +51,7 @@ CPhpLexer::SCut CPhpLexer::NextInPhp(const wchar_t* begin)
     "&"                          { return {YYCURSOR, Ampersand}; }
     "?"                          { return {YYCURSOR, Question}; }
     ":"                          { return {YYCURSOR, Colon}; }
-    ","                          { return {YYCURSOR, Comma}; }
-    ";"                          { return {YYCURSOR, Semicolon}; }
     "\\"                         { return {YYCURSOR, Backslash}; }
-    "("                          { return {YYCURSOR, OpenRound}; }
-    ")"                          { return {YYCURSOR, CloseRound}; }
-    "["                          { return {YYCURSOR, OpenSquare}; }
-    "]"                          { return {YYCURSOR, CloseSquare}; }
-    "{"                          { return {YYCURSOR, OpenBrace}; }
-    "}"                          { return {YYCURSOR, CloseBrace}; }
     "||" | "&&" | "===" | "==" | "!==" | "!=" | "<>" | "<=" | ">=" | "<<" | ">>" | "**" | "++" | "--" | "..." {
         return {YYCURSOR, Symbol};
     }
