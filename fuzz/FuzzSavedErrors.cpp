@@ -16,7 +16,13 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         SyntaxParser::DecodeSource(std::string_view(reinterpret_cast<const char*>(data), size));
     const std::set<std::wstring> files{L"/a.php", L"/b.php"};
     const auto read = CodeAnalyzer::ReadSavedErrors(text, files);
-    for (const auto& file : read)
-        Require(file.file.size() == 6);
+    const auto again = CodeAnalyzer::ReadSavedErrors(CodeAnalyzer::WriteSavedErrors(read), files);
+    Require(again.size() == read.size());
+    for (std::size_t i = 0; i < read.size(); ++i) {
+        Require(again[i].file == read[i].file && again[i].errors.size() == read[i].errors.size());
+        for (std::size_t j = 0; j < read[i].errors.size(); ++j)
+            Require(again[i].errors[j].code == read[i].errors[j].code &&
+                    again[i].errors[j].pos.start == read[i].errors[j].pos.start);
+    }
     return 0;
 }
