@@ -106,13 +106,8 @@ void CDeclarationParser::OnStructureEnd(CRegion* region, int /*redispatch*/)
 
 bool CDeclarationParser::ContinuesValue(CRegion* region)
 {
-    const auto& php = Php();
-    if (IsToken(region, 21) || IsToken(region, 11) || IsToken(region, 9))
-        return true;
-    if (IsToken(region, 2))
-        return IsKeyword(region, L"and") || IsKeyword(region, L"or") || IsKeyword(region, L"xor") ||
-               IsKeyword(region, L"instanceof");
-    return region->definition == php.TokenDefs[1];
+    return IsToken(region, 21) || IsToken(region, 11) || IsToken(region, 9) || IsToken(region, 1) ||
+           IsWordOperator(region);
 }
 
 bool CDeclarationParser::OpensArguments(CRegion* region)

@@ -314,8 +314,6 @@ void CExpressionStatementParser::SaveDataToStack()
 
 void CExpressionStatementParser::LoadDataFromStack()
 {
-    if (m_dataStack.empty())
-        return;
     m_data = std::move(m_dataStack.back());
     m_dataStack.pop_back();
 }

@@ -279,9 +279,8 @@ void CExpressionStatementParser::HandleFuncCallNoBrParamsState(CRegion* region)
         CExpressionStatementParser::HandleChainState(region);
         return;
     }
-    const bool operatorNext = m_data.argument == EArgument::Optional &&
-                              (IsToken(region, 21) || IsKeyword(region, L"and") || IsKeyword(region, L"or") ||
-                               IsKeyword(region, L"xor") || IsKeyword(region, L"instanceof"));
+    const bool operatorNext =
+        m_data.argument == EArgument::Optional && (IsToken(region, 21) || IsWordOperator(region));
     const bool none = operatorNext || (!AnyBracketOpen() && IsTerminalRegion(region)) || IsToken(region, 4) ||
                       IsToken(region, 8);
     if (!none) {

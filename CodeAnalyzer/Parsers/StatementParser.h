@@ -95,6 +95,12 @@ protected:
     {
         return IsRegion(region, m_defs->Php.TokenDefs[2], {word, Size - 1}, 1);
     }
+    /// A keyword that stands between two operands.
+    bool IsWordOperator(SyntaxParser::CRegion* region) const
+    {
+        return IsKeyword(region, L"and") || IsKeyword(region, L"or") || IsKeyword(region, L"xor") ||
+               IsKeyword(region, L"instanceof");
+    }
     /// Plain text that is exactly this operator.
     template <std::size_t Size>
     bool IsSymbol(SyntaxParser::CRegion* region, const wchar_t (&symbol)[Size]) const
