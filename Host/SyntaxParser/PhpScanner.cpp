@@ -47,7 +47,7 @@ void CPhpScanner::Run(std::vector<SIsland>* islands)
         if (token == End)
             break;
         if (ISynRegion* kind = m_fixedKinds[static_cast<std::size_t>(token)]) {
-            m_emitter.Emit(m_annotated ? m_php.CommentDefs[PhpAnnotation] : kind, p, end);
+            m_emitter.Emit(Kind(kind), p, end);
             m_prev = token;
             m_halt = 0;
             p = end;
@@ -228,8 +228,7 @@ void CPhpScanner::ScanReturnType()
     if (end == begin)
         return;
     m_lexer.SetCursor(end);
-    EmitPiece(IsAnnotated() ? m_php.CommentDefs[PhpAnnotation] : m_php.TokenDefs[NameKind(begin, end)], begin,
-              end);
+    EmitPiece(Kind(m_php.TokenDefs[NameKind(begin, end)]), begin, end);
     m_actual = ReturnType;
 }
 
@@ -266,11 +265,9 @@ void CPhpScanner::EndStatement()
 void CPhpScanner::ScanString(wchar_t quote)
 {
     const bool isCommand = quote == L'`';
-    ISynRegion* start = m_php.TokenDefs[isCommand ? PhpText : PhpStringStart];
-    ISynRegion* end = m_php.TokenDefs[isCommand ? PhpText : PhpStringEnd];
-    ISynRegion* content = m_php.TokenDefs[PhpStringContent];
-    if (IsAnnotated())
-        start = content = end = m_php.CommentDefs[PhpAnnotation];
+    ISynRegion* start = Kind(m_php.TokenDefs[isCommand ? PhpText : PhpStringStart]);
+    ISynRegion* end = Kind(m_php.TokenDefs[isCommand ? PhpText : PhpStringEnd]);
+    ISynRegion* content = Kind(m_php.TokenDefs[PhpStringContent]);
 
     const wchar_t* begin = m_lexer.Cursor();
     auto [close, mayHoldLines] = m_lexer.FindQuote(begin, quote);
@@ -295,7 +292,7 @@ void CPhpScanner::ScanHeredoc()
     const CPhpLexer::SHeredoc heredoc = m_lexer.FindHeredoc(m_lexer.Cursor());
     m_lexer.Take(arrows, heredoc.end);
     const auto send = [this](int kind, const wchar_t* begin, const wchar_t* end) {
-        EmitPiece(IsAnnotated() ? m_php.CommentDefs[PhpAnnotation] : m_php.TokenDefs[kind], begin, end);
+        EmitPiece(Kind(m_php.TokenDefs[kind]), begin, end);
     };
     if (leads && heredoc.closing) {
         send(PhpStringStart, arrows, heredoc.body);
@@ -334,14 +331,7 @@ void CPhpScanner::EmitPiece(ISynRegion* definition, const wchar_t* begin, const 
 
 void CPhpScanner::Emit(ISynRegion* definition)
 {
-    if (IsAnnotated())
-        definition = m_php.CommentDefs[PhpAnnotation];
-    m_emitter.Emit(definition, m_lexer.Begin(), m_lexer.Cursor());
-}
-
-void CPhpScanner::EmitComment(ISynRegion* definition)
-{
-    m_emitter.EmitLines(definition, m_lexer.Begin(), m_lexer.Cursor());
+    m_emitter.Emit(Kind(definition), m_lexer.Begin(), m_lexer.Cursor());
 }
 
 wchar_t CPhpScanner::Peek() const

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "SyntaxParser/MarkupTrees.h"
+#include "SyntaxParser/PhpDefs.h"
 #include "SyntaxParser/PhpLexer.h"
 #include "SyntaxParser/RegionEmitter.h"
 
@@ -75,11 +76,17 @@ private:
     void ScanEnum();
 
     void Token(int tokenDef) { Emit(m_php.TokenDefs[tokenDef]); }
-    void Comment(int commentDef) { EmitComment(m_php.CommentDefs[commentDef]); }
+    void Comment(int commentDef)
+    {
+        EmitPiece(m_php.CommentDefs[commentDef], m_lexer.Begin(), m_lexer.Cursor());
+    }
     void Emit(ISynRegion* definition);
-    void EmitComment(ISynRegion* definition);
     void EmitPiece(ISynRegion* definition, const wchar_t* begin, const wchar_t* end);
-    bool IsAnnotated() const { return m_annotated; }
+    /// The kind of a piece of code here: annotation where nothing is to be checked.
+    ISynRegion* Kind(ISynRegion* definition) const
+    {
+        return m_annotated ? m_php.CommentDefs[PhpAnnotation] : definition;
+    }
     void AnnotateFrom(std::size_t depth);
     /// To be called whenever a place opens or closes, or the head of a hook begins or ends.
     void UpdateAnnotated()

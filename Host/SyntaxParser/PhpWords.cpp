@@ -33,11 +33,9 @@ void CPhpScanner::ScanWord(EPhpToken /*token*/)
     } else if (m_enumType) {
         m_enumType = false;
         Comment(PhpAnnotation);
+    } else if (IsEnumCase()) {
+        Token(PhpConstantWord);
     } else {
-        if (IsEnumCase()) {
-            Token(PhpConstantWord);
-            return;
-        }
         Token(NameKind(m_lexer.Begin(), m_lexer.Cursor()));
     }
 }
@@ -116,7 +114,7 @@ void CPhpScanner::ScanReservedWord(EPhpToken token)
     case Fn: Emit(m_php.ExtraDefs[PhpCalledWord]); break;
     case New: Token(PhpPrefixWord); break;
     case IncludeWord: // `yield from` may be cut by a line break
-        EmitComment(IsAnnotated() ? m_php.CommentDefs[PhpAnnotation] : m_php.TokenDefs[PhpArgumentWord]);
+        EmitPiece(Kind(m_php.TokenDefs[PhpArgumentWord]), m_lexer.Begin(), m_lexer.Cursor());
         break;
     case ConstantWord: Token(PhpConstantWord); break;
     case HaltCompiler:
