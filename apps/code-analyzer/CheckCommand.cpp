@@ -4,11 +4,12 @@
 #include "Commands.h"
 #include "Paths.h"
 #include "Progress.h"
-#include "Report.h"
+#include "Report/Report.h"
 #include "Session.h"
 #include "SyntaxParser/SPDocument.h"
 
 #include <QCoreApplication>
+#include <algorithm>
 #include <cerrno>
 #include <cstring>
 #include <unistd.h>
@@ -47,16 +48,17 @@ Host::CDocument& OpenInput(CSession& session, const SInput& input)
                                : documents.OpenFile(input.absolute, factory);
 }
 
-std::vector<SRecord> CheckInput(CSession& session, const SInput& input)
+Findings::SFileFindings CheckInput(CSession& session, const SInput& input)
 {
     Host::CDocument& document = OpenInput(session, input);
     session.Plugin().RunCommand("CCACheckNowCmd");
     // The results travel as posted events; closing the document takes them away again.
     QCoreApplication::sendPostedEvents();
-    std::vector<SRecord> records = session.RecordsOf(document.GetPath(), input.shown);
+    Findings::SFileFindings findings = session.FindingsOf(
+        document.GetPath(), {input.shown, [&] { return document.GetBuffer()->GetText(L"\n"); }});
     session.Application().Documents().Close(document);
     QCoreApplication::sendPostedEvents();
-    return records;
+    return findings;
 }
 
 } // namespace
@@ -64,22 +66,24 @@ std::vector<SRecord> CheckInput(CSession& session, const SInput& input)
 int RunCheck(const SOptions& options)
 {
     CSession session;
-    CReport report(options, stdout);
+    CReport report(options);
     bool failed = false;
     const TPathError onError = [&](const std::wstring& path, const std::string& reason) {
         PrintProblem(path, reason);
         failed = true;
     };
-    const std::vector<SInput> inputs = CollectInputs(options, onError);
+    std::vector<SInput> inputs = CollectInputs(options, onError);
+    std::sort(inputs.begin(), inputs.end(),
+              [](const SInput& a, const SInput& b) { return a.shown < b.shown; });
     CProgress progress(!options.quiet);
     std::size_t checked = 0;
     for (const SInput& input : inputs) {
         progress.Show(checked, inputs.size(), input.shown);
         try {
-            std::vector<SRecord> records = CheckInput(session, input);
-            if (!records.empty())
+            const Findings::SFileFindings findings = CheckInput(session, input);
+            if (!findings.findings.empty())
                 progress.Clear();
-            report.Add(std::move(records));
+            report.Add(findings);
             ++checked;
         } catch (const Base::CWorkError& fault) {
             progress.Clear();

@@ -1,7 +1,7 @@
 #include "Application/FileIO.h"
 #include "Application/FilePath.h"
 #include "Commands.h"
-#include "Report.h"
+#include "Report/Printable.h"
 #include "SPBase/reader.h"
 #include "SyntaxParser/SPDocument.h"
 #include "SyntaxParser/SourceText.h"

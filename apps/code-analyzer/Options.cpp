@@ -1,8 +1,11 @@
 #include "Options.h"
 
+#include "OutputOptions.h"
+
 #include <CLI/CLI.hpp>
+#include <algorithm>
+#include <cstring>
 #include <iostream>
-#include <map>
 
 namespace Kesh::CommandLine {
 
@@ -27,20 +30,12 @@ constexpr const char* CheckFooter =
     "PHP\n"
     "when its ending is none of these.\n";
 
-void AddFormat(CLI::App& command, SOptions& options)
+/// Whether an argument that was taken for an option looks like a file.
+bool NamesDashedPath(int argc, char** argv)
 {
-    command
-        .add_option("--format", options.format,
-                    "text: a line for each error. json: one array of {file, startLine, startColumn, endLine, "
-                    "endColumn, code, severity, message}; lines and columns count from 1, ends are exclusive")
-        ->transform(CLI::CheckedTransformer(
-            std::map<std::string, EFormat>{{"text", EFormat::Text}, {"json", EFormat::Json}}))
-        ->option_text("text|json");
-    command.add_option("--color", options.color, "Colours in text: auto (on a terminal), always or never")
-        ->transform(CLI::CheckedTransformer(std::map<std::string, EColor>{
-            {"auto", EColor::Auto}, {"always", EColor::Always}, {"never", EColor::Never}}))
-        ->option_text("auto|always|never");
-    command.add_flag("-q,--quiet", options.quiet, "No progress bar and no summary line");
+    return std::any_of(argv + 1, argv + argc, [](const char* argument) {
+        return argument[0] == '-' && argument[1] != '-' && std::strchr(argument, '.');
+    });
 }
 
 } // namespace
@@ -71,13 +66,17 @@ bool ParseOptions(int argc, char** argv, SOptions& options, int& exitCode)
         ->add_option("--stdin-path", options.stdinPath,
                      "Name that standard input goes by; its ending tells the language (stdin.php)")
         ->option_text("NAME");
-    AddFormat(*check, options);
+    COutputOptions checkOutputs(*check, options);
 
     CLI::App* project = app.add_subcommand(
         "project",
         "Open a folder as a project, check its PHP files, and keep the errors in its .code-analyzer/");
     project->add_option("FOLDER", options.paths, "The project's folder")->required()->expected(1);
-    AddFormat(*project, options);
+    COutputOptions projectOutputs(*project, options);
+
+    CLI::App* explain = app.add_subcommand("explain", "Say what an error means and how to mend it");
+    explain->add_option("CODE", options.code, "The error's number, as it stands behind each message")
+        ->required();
 
     CLI::App* regions = app.add_subcommand(
         "regions", "Print the regions that the PHP scanner cuts a file into: kind, span, text");
@@ -87,18 +86,25 @@ bool ParseOptions(int argc, char** argv, SOptions& options, int& exitCode)
 
     try {
         app.parse(argc, argv);
+        if (check->parsed())
+            checkOutputs.Resolve();
+        if (project->parsed())
+            projectOutputs.Resolve();
     } catch (const CLI::ParseError& error) {
         if (argc > 1 && argv[1][0] != '-' && app.get_subcommands().empty()) {
             std::cerr << "code-analyzer: unknown command \"" << argv[1]
-                      << "\"; the commands are check, project, regions and tree (see --help)\n";
+                      << "\"; the commands are check, project, explain, regions and tree (see --help)\n";
             exitCode = ExitFailed;
             return false;
         }
         exitCode = app.exit(error, std::cout, std::cerr) == 0 ? ExitClean : ExitFailed;
+        if (exitCode != ExitClean && NamesDashedPath(argc, argv))
+            std::cerr << "A path that begins with a dash goes behind \"--\", as in: check -- -dash.php\n";
         return false;
     }
     options.command = check->parsed()     ? ECommand::Check
                       : project->parsed() ? ECommand::Project
+                      : explain->parsed() ? ECommand::Explain
                       : regions->parsed() ? ECommand::Regions
                                           : ECommand::Tree;
     return true;

@@ -5,21 +5,30 @@
 
 namespace Kesh::CommandLine {
 
-enum class ECommand { Check, Project, Regions, Tree };
-enum class EFormat { Text, Json };
+enum class ECommand { Check, Project, Explain, Regions, Tree };
+enum class EFormat { Text, Json, Sarif, Checkstyle, Github, Gitlab, Junit };
 enum class EColor { Auto, Always, Never };
+
+/// A report that the user wants.
+struct SOutputOption
+{
+    EFormat format = EFormat::Text;
+    std::string file; ///< empty: standard output
+};
 
 /// What the user asks for. Paths are bytes, as the system gave them.
 struct SOptions
 {
     ECommand command = ECommand::Check;
-    EFormat format = EFormat::Text;
+    std::vector<SOutputOption> outputs{{}};
     EColor color = EColor::Auto;
+    bool snippets = true; ///< source lines in text, on a terminal
     bool quiet = false;
     std::vector<std::string> paths;
     std::vector<std::string> include;
     std::vector<std::string> exclude;
     std::string stdinPath = "stdin.php";
+    std::string code; ///< to be explained
 };
 
 /// Exit statuses.

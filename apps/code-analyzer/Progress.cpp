@@ -1,6 +1,6 @@
 #include "Progress.h"
 
-#include "Report.h"
+#include "Report/Printable.h"
 
 #include <cstdio>
 #include <sys/ioctl.h>

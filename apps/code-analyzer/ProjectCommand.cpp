@@ -1,17 +1,34 @@
+#include "Application/FileIO.h"
 #include "Application/FilePath.h"
 #include "Base/CommonString.h"
 #include "Base/Exception.h"
 #include "Commands.h"
 #include "Progress.h"
 #include "ProjectManager/ProjectManager.h"
+#include "Report/Report.h"
 #include "Session.h"
 #include "SyntaxParser/ParserComponent.h"
+#include "SyntaxParser/SourceText.h"
 
 #include <QCoreApplication>
 #include <QTimer>
 #include <atomic>
 
 namespace Kesh::CommandLine {
+
+namespace {
+
+/// The file's text as the check has seen it; empty when the file has gone meanwhile.
+std::wstring TextOf(const std::wstring& file)
+{
+    try {
+        return SyntaxParser::DecodeSource(Host::ReadFileBytes(file));
+    } catch (const Base::CWorkError&) {
+        return {};
+    }
+}
+
+} // namespace
 
 int RunProject(const SOptions& options)
 {
@@ -45,10 +62,12 @@ int RunProject(const SOptions& options)
     QCoreApplication::sendPostedEvents();
     progress.Clear();
 
-    CReport report(options, stdout);
+    CReport report(options);
     const std::wstring prefix = given.ends_with(L'/') ? given : given + L'/';
-    for (const std::wstring& file : files)
-        report.Add(session.RecordsOf(file, prefix + file.substr(folder.size() + (folder == L"/" ? 0 : 1))));
+    for (const std::wstring& file : files) {
+        const std::wstring shown = prefix + file.substr(folder.size() + (folder == L"/" ? 0 : 1));
+        report.Add(session.FindingsOf(file, {shown, [&] { return TextOf(file); }}));
+    }
     report.Finish(files.size());
     project.Close();
     return report.HasErrors() ? ExitErrors : ExitClean;

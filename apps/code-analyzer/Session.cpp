@@ -1,21 +1,21 @@
 #include "Session.h"
 
+#include "SyntaxParser/ParserComponent.h"
+
 namespace Kesh::CommandLine {
 
 CSession::CSession() : m_application({m_frame, m_settings, m_translations})
 {
     m_plugin.emplace(m_application);
     m_frame.Build();
+    m_describer.emplace(m_plugin->Errors(), *m_application.Parser().GetCompletionData());
 }
 
-std::vector<SRecord> CSession::RecordsOf(const std::wstring& file, const std::wstring& shown)
+Findings::SFileFindings CSession::FindingsOf(const std::wstring& file, const Findings::SCheckedFile& checked)
 {
     std::vector<CodeAnalyzer::SCAError> errors;
     m_plugin->Errors().GetErrors(file, errors);
-    std::vector<SRecord> records;
-    for (const CodeAnalyzer::SCAError& error : errors)
-        records.push_back({shown, error, m_plugin->Errors().GetErrorDescription(error)});
-    return records;
+    return m_describer->Describe(checked, std::move(errors));
 }
 
 } // namespace Kesh::CommandLine

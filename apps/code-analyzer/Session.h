@@ -4,8 +4,8 @@
 #include "Application/HeadlessMainFrame.h"
 #include "Application/PluginLoader.h"
 #include "Application/Settings.h"
+#include "Findings/Describe.h"
 #include "LangSupport/Translations.h"
-#include "Report.h"
 
 #include <optional>
 #include <string>
@@ -22,8 +22,8 @@ public:
     Host::CApplication& Application() { return m_application; }
     Host::CPlugin& Plugin() { return *m_plugin; }
 
-    /// The records of a file that the plug-in has now; `shown` is how the user knows the file.
-    std::vector<SRecord> RecordsOf(const std::wstring& file, const std::wstring& shown);
+    /// What the plug-in knows now of a file, whose path it was given as `file`.
+    Findings::SFileFindings FindingsOf(const std::wstring& file, const Findings::SCheckedFile& checked);
 
 private:
     Host::CHeadlessMainFrame m_frame;
@@ -31,6 +31,7 @@ private:
     LangSupport::CTranslations m_translations; ///< none: messages stay as programs expect them
     Host::CApplication m_application;
     std::optional<Host::CPlugin> m_plugin;
+    std::optional<Findings::CDescriber> m_describer;
 };
 
 } // namespace Kesh::CommandLine

@@ -1,7 +1,7 @@
 #include "Application/FilePath.h"
 #include "Base/Exception.h"
 #include "Commands.h"
-#include "Report.h"
+#include "Report/Printable.h"
 
 #include <QApplication>
 #include <cerrno>
@@ -23,6 +23,7 @@ int Run(const SOptions& options)
         switch (options.command) {
         case ECommand::Check: return RunCheck(options);
         case ECommand::Project: return RunProject(options);
+        case ECommand::Explain: return RunExplain(options);
         case ECommand::Regions: return RunRegions(options);
         case ECommand::Tree: return RunTree(options);
         }

@@ -88,14 +88,22 @@ TEST_F(CommandLine, ExitStatusAndMessages)
         {{"check", "warned.php"}, 0, "warned.php:2:8: warning: Odd semicolon [901]\n", ""},
         {{"check", "none.php"},
          2,
-         "No errors in 0 files.\n",
+         "No files were checked.\n",
          "code-analyzer: none.php: No such file or directory\n"},
         {{"check", "none.php", "wrong.php"}, 2, "wrong.php:3:1: error:", "none.php"},
         {{"check", "huge.php"}, 2, "", "huge.php: larger than 64 MiB"},
         {{"check", "pipe.php"}, 2, "", "pipe.php: not a regular file"},
         {{"check", "--quiet", "clean.php"}, 0, "", ""},
         {{"check"}, 2, "", "PATH is required"},
-        {{"check", "--format", "xml", "clean.php"}, 2, "", "--format"},
+        {{"check", "--format", "xml", "clean.php"},
+         2,
+         "",
+         "--format: \"xml\" is none of text, json, sarif, checkstyle, github, gitlab, junit\n"},
+        {{"check", "--format", "json", "--format", "text", "clean.php"}, 2, "", "only one report"},
+        {{"check", "-o", "none/x.txt", "clean.php"}, 2, "", "none/x.txt: "},
+        {{"check", "-dash.php"}, 2, "", "goes behind \"--\""},
+        {{"explain", "102"}, 0, "Missing ';' (error)\n", ""},
+        {{"explain", "abc"}, 2, "", "there is no error \"abc\"; the errors are 101, 102, "},
         {{"check", "--no-such-option", "clean.php"}, 2, "", "--no-such-option"},
         {{"lint", "clean.php"}, 2, "", "unknown command \"lint\""},
         {{}, 2, "", "subcommand is required"},
@@ -124,9 +132,9 @@ TEST_F(CommandLine, JsonHasTheAgreedShape)
     const json records = RunJson({"b.php", "a.php"}, 1);
     const json expected = json::parse(R"([
         {"file": "a.php", "startLine": 2, "startColumn": 8, "endLine": 2, "endColumn": 9, "code": 901,
-         "severity": "warning", "message": "Odd semicolon"},
+         "severity": "warning", "message": "Odd semicolon", "text": ";"},
         {"file": "b.php", "startLine": 3, "startColumn": 1, "endLine": 3, "endColumn": 3, "code": 102,
-         "severity": "error", "message": "Missing ';'"}])");
+         "severity": "error", "message": "Missing ';'", "text": "$b"}])");
     EXPECT_EQ(records, expected);
     m_folder.Write(L"c.php", Clean);
     EXPECT_EQ(Run({"check", "--format", "json", "c.php"}).out, "[]\n");

@@ -41,18 +41,25 @@ QRegularExpressionMatchIterator RowsOfErrors(const QString& pattern)
 TEST(Documents, EveryExampleOfAnErrorGivesIt)
 {
     int count = 0;
-    for (auto rows = RowsOfErrors("^\\| (\\d+) \\| (error|warning) \\| (.*) \\| `(.*)` \\|$"); rows.hasNext();
-         ++count) {
-        const auto match = rows.next();
+    for (auto sections = RowsOfErrors(
+             R"(^## (\d+)\n\n\*\*(.*)\*\* \((error|warning)\)\n\n(?:(?!\n## )[^`]|`(?!``))+?\n\n)"
+             R"(```php\n([^`]*)\n```\n\nTo mend it: \S)");
+         sections.hasNext(); ++count) {
+        const auto match = sections.next();
         const json records = CheckExample(match.captured(4));
         ASSERT_FALSE(records.empty()) << match.captured(4).toStdString();
         for (const json& record : records) {
             EXPECT_EQ(record["code"], match.captured(1).toInt()) << match.captured(4).toStdString();
-            EXPECT_EQ(record["severity"], match.captured(2).toStdString());
-            EXPECT_EQ(record["message"], match.captured(3).toStdString());
+            EXPECT_EQ(record["severity"], match.captured(3).toStdString());
+            EXPECT_EQ(record["message"], match.captured(2).toStdString());
         }
     }
-    EXPECT_EQ(count, 23);
+    // A section that is not of this form would go untested.
+    int headings = 0;
+    for (auto rows = RowsOfErrors("^## \\d"); rows.hasNext(); rows.next())
+        ++headings;
+    EXPECT_EQ(count, headings);
+    EXPECT_GE(count, 23);
 }
 
 TEST(Documents, WhatPhpTakesButTheCheckerDoesNotIsListedAsItIs)

@@ -1,0 +1,96 @@
+#include "OutputOptions.h"
+
+#include <algorithm>
+#include <array>
+#include <map>
+#include <optional>
+#include <utility>
+
+namespace Kesh::CommandLine {
+
+namespace {
+
+constexpr std::array<std::pair<const char*, EFormat>, 7> Formats{{{"text", EFormat::Text},
+                                                                  {"json", EFormat::Json},
+                                                                  {"sarif", EFormat::Sarif},
+                                                                  {"checkstyle", EFormat::Checkstyle},
+                                                                  {"github", EFormat::Github},
+                                                                  {"gitlab", EFormat::Gitlab},
+                                                                  {"junit", EFormat::Junit}}};
+
+EFormat FormatOf(const std::string& name)
+{
+    std::string choices;
+    for (const auto& [known, format] : Formats) {
+        if (name == known)
+            return format;
+        choices += (choices.empty() ? "" : ", ") + std::string(known);
+    }
+    throw CLI::ValidationError("--format", '"' + name + "\" is none of " + choices);
+}
+
+} // namespace
+
+COutputOptions::COutputOptions(CLI::App& command, SOptions& options) : m_command(command), m_options(options)
+{
+    m_format =
+        command
+            .add_option("--format", m_formats,
+                        "How findings are written (text); more than one with -o. text: a line for each, "
+                        "on a terminal with the source line. json: one array of {file, startLine, "
+                        "startColumn, endLine, endColumn, code, severity, message, text}; lines and "
+                        "columns count from 1, ends are exclusive. The others are for the services "
+                        "and tools that they are called after")
+            ->option_text("text|json|sarif|checkstyle|github|gitlab|junit")
+            ->allow_extra_args(false);
+    m_file = command
+                 .add_option("-o,--output", m_files,
+                             "Write the report of the --format beside it to FILE instead of standard output "
+                             "(repeatable: --format sarif -o a.sarif --format text)")
+                 ->option_text("FILE")
+                 ->allow_extra_args(false);
+    command.add_option("--color", options.color, "Colours in text: auto (on a terminal), always or never")
+        ->transform(CLI::CheckedTransformer(std::map<std::string, EColor>{
+            {"auto", EColor::Auto}, {"always", EColor::Always}, {"never", EColor::Never}}))
+        ->option_text("auto|always|never");
+    command.add_flag("--no-snippet", m_noSnippet, "No source lines in text");
+    command.add_flag("-q,--quiet", options.quiet, "No progress bar and no summary line");
+}
+
+void COutputOptions::Resolve()
+{
+    // A format and a file that stand beside each other belong together, whichever comes first.
+    struct SWanted
+    {
+        std::optional<EFormat> format;
+        std::string file;
+    };
+    std::vector<SWanted> wanted;
+    auto format = m_formats.begin();
+    auto file = m_files.begin();
+    for (const CLI::Option* option : m_command.parse_order()) {
+        if (option == m_format) {
+            const EFormat named = FormatOf(*format++);
+            if (wanted.empty() || wanted.back().format)
+                wanted.push_back({});
+            wanted.back().format = named;
+        } else if (option == m_file) {
+            if (file->empty())
+                throw CLI::ValidationError("--output", "the name of the file is empty");
+            if (wanted.empty() || !wanted.back().file.empty())
+                wanted.push_back({});
+            wanted.back().file = *file++;
+        }
+    }
+    if (!wanted.empty())
+        m_options.outputs.clear();
+    for (const SWanted& output : wanted)
+        m_options.outputs.push_back({output.format.value_or(EFormat::Text), output.file});
+    const auto& outputs = m_options.outputs;
+    if (std::count_if(outputs.begin(), outputs.end(), [](const auto& o) { return o.file.empty(); }) > 1)
+        throw CLI::ValidationError("--format",
+                                   "only one report can go to standard output; give the others -o FILE");
+    m_options.snippets = !m_noSnippet;
+}
+
+} // namespace Kesh::CommandLine

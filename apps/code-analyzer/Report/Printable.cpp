@@ -1,0 +1,55 @@
+#include "Report/Printable.h"
+
+#include "Application/FilePath.h"
+
+#include <cstdlib>
+#include <cwchar>
+#include <iterator>
+#include <unistd.h>
+
+namespace Kesh::CommandLine {
+
+std::string Printable(std::wstring_view text)
+{
+    std::wstring shown;
+    for (const wchar_t w : text) {
+        const auto c = static_cast<char32_t>(w);
+        const bool badByte = c >= 0xDC80 && c <= 0xDCFF;
+        if (c == U'\n') {
+            shown += L"\\n";
+        } else if (c == U'\r') {
+            shown += L"\\r";
+        } else if (c == U'\t') {
+            shown += L"\\t";
+        } else if (c < 0x20 || c == 0x7F || (c >= 0x80 && c < 0xA0) || badByte) {
+            wchar_t escape[8];
+            std::swprintf(escape, std::size(escape), L"\\x%02X", static_cast<unsigned>(c & 0xFF));
+            shown += escape;
+        } else if ((c >= 0x202A && c <= 0x202E) || (c >= 0x2066 && c <= 0x2069)) {
+            // They would turn round what stands beside them.
+            wchar_t escape[12];
+            std::swprintf(escape, std::size(escape), L"\\u{%X}", static_cast<unsigned>(c));
+            shown += escape;
+        } else {
+            shown += w;
+        }
+    }
+    return Host::PathToBytes(shown);
+}
+
+bool WantsColor(EColor color, std::FILE* stream)
+{
+    if (color != EColor::Auto)
+        return color == EColor::Always;
+    const char* noColor = std::getenv("NO_COLOR");
+    const char* terminal = std::getenv("TERM");
+    return ::isatty(::fileno(stream)) && !(noColor && *noColor) && terminal &&
+           std::string_view(terminal) != "dumb";
+}
+
+std::string Counted(std::size_t count, const char* noun)
+{
+    return std::to_string(count) + ' ' + noun + (count == 1 ? "" : "s");
+}
+
+} // namespace Kesh::CommandLine

@@ -1,0 +1,88 @@
+#include "Report/Fingerprint.h"
+#include "Report/JsonText.h"
+#include "Report/Writer.h"
+
+#include <QByteArray>
+#include <map>
+#include <string_view>
+
+namespace Kesh::CommandLine {
+
+namespace {
+
+using nlohmann::ordered_json;
+
+std::string Uri(const std::wstring& path)
+{
+    std::string uri = path.starts_with(L'/') ? "file://" : "";
+    for (const char c : Host::PathToBytes(path)) {
+        const bool plain = (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9') ||
+                           std::string_view("/-._~").find(c) != std::string_view::npos;
+        uri += plain ? std::string(1, c) : QByteArray(1, c).toPercentEncoding().toStdString();
+    }
+    return uri;
+}
+
+class CSarifWriter final : public IReportWriter
+{
+public:
+    explicit CSarifWriter(COutput& output) : m_output(output) {}
+
+    void Begin() override
+    {
+        m_output.Write("{\"$schema\":\"https://docs.oasis-open.org/sarif/sarif/v2.1.0/errata01/os/schemas/"
+                       "sarif-schema-2.1.0.json\",\"version\":\"2.1.0\",\"runs\":[{\"columnKind\":"
+                       "\"unicodeCodePoints\",\"results\":[");
+    }
+
+    void Add(const Findings::SFileFindings& file) override
+    {
+        const std::string uri = Uri(PlainPath(file.file));
+        CFingerprints fingerprints(uri);
+        for (const Findings::SFinding& finding : file.findings) {
+            const std::string code = std::to_string(finding.error.code);
+            m_rules.try_emplace(code, Host::PathToBytes(finding.message));
+            const auto& [start, end] = finding.error.pos;
+            ordered_json region;
+            region["startLine"] = start.y + 1;
+            region["startColumn"] = start.x + 1;
+            region["endLine"] = end.y + 1;
+            region["endColumn"] = end.x + 1;
+            ordered_json location;
+            location["physicalLocation"]["artifactLocation"]["uri"] = uri;
+            location["physicalLocation"]["region"] = region;
+            ordered_json result;
+            result["ruleId"] = code;
+            result["level"] = SeverityName(finding);
+            result["message"]["text"] = Host::PathToBytes(FullMessage(finding));
+            result["locations"] = ordered_json::array({location});
+            result["partialFingerprints"]["lineAndCode/v1"] = fingerprints.Next(finding);
+            m_output.Write((m_any ? ",\n" : "\n") + JsonText(result));
+            m_any = true;
+        }
+    }
+
+    void End(const STotals& /*totals*/) override
+    {
+        ordered_json rules = ordered_json::array();
+        for (const auto& [code, message] : m_rules)
+            rules.push_back({{"id", code}, {"shortDescription", {{"text", message}}}});
+        const ordered_json driver = {
+            {"name", "code-analyzer"}, {"semanticVersion", CODE_ANALYZER_VERSION}, {"rules", rules}};
+        m_output.Write("],\n\"tool\":{\"driver\":" + JsonText(driver) + "}}]}\n");
+    }
+
+private:
+    COutput& m_output;
+    bool m_any = false;
+    std::map<std::string, std::string> m_rules; ///< those that were broken: code and message
+};
+
+} // namespace
+
+std::unique_ptr<IReportWriter> MakeSarifWriter(COutput& output)
+{
+    return std::make_unique<CSarifWriter>(output);
+}
+
+} // namespace Kesh::CommandLine
