@@ -7,6 +7,8 @@
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
+#include <fcntl.h>
+#include <unistd.h>
 
 namespace Kesh::CommandLine {
 
@@ -36,6 +38,15 @@ int Run(const SOptions& options)
     return ExitFailed;
 }
 
+/// A file or socket opened later must not become what is printed to: what the caller has closed is held open
+/// in the direction that fails.
+void OccupyStandardDescriptors()
+{
+    for (const int fd : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO})
+        if (::fcntl(fd, F_GETFD) == -1 && errno == EBADF)
+            ::open("/dev/null", fd == STDIN_FILENO ? O_WRONLY : O_RDONLY); // takes the lowest free number
+}
+
 /// Qt talks about the machine's set-up, which is no concern of a program without a window.
 void DropQtChatter(QtMsgType type, const QMessageLogContext& /*context*/, const QString& text)
 {
@@ -55,9 +66,9 @@ int main(int argc, char** argv)
     if (!CommandLine::ParseOptions(argc, argv, options, exitCode))
         return exitCode;
 
-    // The errors bar is a widget, which nobody will see here.
-    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
-        qputenv("QT_QPA_PLATFORM", "offscreen");
+    CommandLine::OccupyStandardDescriptors();
+    // The errors bar is a widget, which nobody will see here, whatever display the user's windows use.
+    qputenv("QT_QPA_PLATFORM", "offscreen");
     Host::InstallFileNameCodec();
     qInstallMessageHandler(&CommandLine::DropQtChatter);
     int qtArgc = 1; // the rest of the command line is ours, Qt has options of its own
