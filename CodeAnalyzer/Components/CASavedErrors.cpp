@@ -1,12 +1,12 @@
 #include "Components/CASavedErrors.h"
 
 #include "Base/CommonString.h"
-#include "XML/XmlXPathParser.h"
+#include "XML/XmlLimits.h"
 
 #include <QString>
 #include <QStringList>
+#include <QXmlStreamReader>
 #include <algorithm>
-#include <iterator>
 #include <utility>
 
 namespace Kesh::CodeAnalyzer {
@@ -26,6 +26,32 @@ SCAError ReadError(const std::wstring& value)
     const QStringList pieces = QString::fromStdWString(value).split(QLatin1Char(';'));
     const auto number = [&](int i) { return i < pieces.size() ? pieces[i].toInt() : 0; };
     return {{{number(0), number(1)}, {number(2), number(3)}}, number(4), number(5)};
+}
+
+/// The next of the elements with this name inside the one that is being read; false at its end.
+bool FindElement(QXmlStreamReader& reader, const char* name)
+{
+    while (reader.readNextStartElement()) {
+        if (reader.namespaceUri().isEmpty() && reader.name() == QLatin1String(name))
+            return true;
+        reader.skipCurrentElement();
+    }
+    return false;
+}
+
+std::wstring Attribute(const QXmlStreamReader& reader, const char* name)
+{
+    return reader.attributes().value(QString(), QLatin1String(name)).toString().toStdWString();
+}
+
+/// Without the line feed that may stand at either end.
+std::wstring WithoutLineFeeds(std::wstring text)
+{
+    if (text.ends_with(L'\n'))
+        text.pop_back();
+    if (text.starts_with(L'\n'))
+        text.erase(0, 1);
+    return text;
 }
 
 /// White space of any kind is a blank in an attribute, unless it was written as a reference.
@@ -60,27 +86,21 @@ std::wstring WriteSavedErrors(const std::vector<SSavedFileErrors>& files)
 std::vector<SSavedFileErrors> ReadSavedErrors(const std::wstring& text,
                                               const std::set<std::wstring>& lowerFiles)
 {
-    if (text.empty())
-        return {}; // nothing saved yet: spares the threads that a first query starts
-    XML::CXmlXPathParser root(text);
-    if (root.GetString(L"/errors/@version") != Version)
+    const QString xml = QString::fromStdWString(text);
+    if (text.empty() || !XML::IsHarmless(xml))
         return {};
-    // A few questions for all files together: a query costs more than a file of errors.
-    const std::vector<std::wstring> names = root.GetStrings(L"/errors/errfile/string(@name)");
-    const std::vector<std::wstring> counts = root.GetStrings(L"/errors/errfile/string(count(error))");
-    const std::vector<std::wstring> values = root.GetStrings(L"/errors/errfile/error/string(@val)");
+    QXmlStreamReader reader(xml.toUtf8());
+    if (!FindElement(reader, "errors") || WithoutLineFeeds(Attribute(reader, "version")) != Version)
+        return {};
     std::vector<SSavedFileErrors> files;
-    std::size_t first = 0;
-    for (std::size_t i = 0; i < std::min(names.size(), counts.size()); ++i) {
-        const std::size_t end = std::min(values.size(), first + std::stoul(counts[i]));
-        std::wstring name = FileName(names[i]);
-        if (lowerFiles.contains(Base::CCommonString::LowerCaseFast(name))) {
-            SSavedFileErrors& file = files.emplace_back();
-            file.file = std::move(name);
-            std::transform(values.begin() + first, values.begin() + end, std::back_inserter(file.errors),
-                           ReadError);
+    while (FindElement(reader, "errfile")) {
+        SSavedFileErrors file{FileName(Attribute(reader, "name")), {}};
+        while (FindElement(reader, "error")) {
+            file.errors.push_back(ReadError(Attribute(reader, "val")));
+            reader.skipCurrentElement();
         }
-        first = end;
+        if (lowerFiles.contains(Base::CCommonString::LowerCaseFast(file.file)))
+            files.push_back(std::move(file));
     }
     return files;
 }

@@ -1,62 +1,12 @@
 #include "XML/XmlXPathParser.h"
 
 #include "XML/KeshXMLFormatter.h"
+#include "XML/XmlLimits.h"
 
 #include <QAbstractMessageHandler>
 #include <QBuffer>
-#include <QXmlStreamReader>
 
 namespace Kesh::XML {
-
-namespace {
-
-constexpr int MaxDepth = 64;
-constexpr int MaxAttributes = 64;
-
-/// Whether any tag has so many attributes that the reader, which compares each with each, would take long.
-bool HasCrowdedTag(const QString& xml)
-{
-    int attributes = 0;
-    QChar last;
-    for (const QChar c : xml) {
-        if (c == QLatin1Char('<'))
-            attributes = 0;
-        else if ((c == QLatin1Char('"') || c == QLatin1Char('\'')) && last == QLatin1Char('='))
-            ++attributes;
-        if (attributes > MaxAttributes)
-            return true;
-        if (!c.isSpace())
-            last = c;
-    }
-    return false;
-}
-
-/// Whether a text may be given to a query, which takes time and stack without bound for elements that are
-/// nested deeply.
-bool IsHarmless(const QString& xml)
-{
-    if (HasCrowdedTag(xml))
-        return false;
-    // The bytes that the query will read, in the way in which it reads them.
-    QBuffer buffer;
-    buffer.setData(xml.toUtf8());
-    buffer.open(QIODevice::ReadOnly);
-    QXmlStreamReader reader(&buffer);
-    for (int depth = 0; !reader.atEnd();) {
-        switch (reader.readNext()) {
-        case QXmlStreamReader::StartElement:
-            if (++depth > MaxDepth)
-                return false;
-            break;
-        case QXmlStreamReader::EndElement: --depth; break;
-        case QXmlStreamReader::DTD: return false; // may add attributes to every tag
-        default: break;
-        }
-    }
-    return !reader.hasError();
-}
-
-} // namespace
 
 /// Without a handler of its own the query prints what it dislikes.
 class CXmlXPathParser::CSilence : public QAbstractMessageHandler

@@ -9,7 +9,9 @@
 namespace Kesh::XML {
 
 /// Answers XPath questions about one XML text; bad XML, and XML that no text of ours looks like (nested
-/// deeply, with crowds of attributes, with a DTD), answers everything with nothing. One thread at a time.
+/// deeply, with crowds of attributes, with a DTD), answers everything with nothing. The first one in a
+/// process starts the threads of Qt's network, which its query might want: what every user runs does without
+/// it. One thread at a time.
 class CXmlXPathParser
 {
 public:

@@ -2,6 +2,7 @@
 #include "XML/XmlXPathParser.h"
 
 #include <QElapsedTimer>
+#include <filesystem>
 #include <gtest/gtest.h>
 #include <malloc.h>
 
@@ -58,6 +59,20 @@ TEST(SavedErrors, ReadsWhatItWrote)
     }
 }
 
+// A query would start threads for the network and a message bus, and does not come back without them.
+TEST(SavedErrors, ReadingStartsNoThread)
+{
+    const auto countThreads = [] {
+        return std::distance(std::filesystem::directory_iterator("/proc/self/task"),
+                             std::filesystem::directory_iterator());
+    };
+    const auto before = countThreads();
+    EXPECT_EQ(
+        ReadSavedErrors(WriteSavedErrors({{L"/a.php", {Error(1, 2, 3, 4, 102, 1)}}}), {L"/a.php"}).size(),
+        1u);
+    EXPECT_EQ(countThreads(), before);
+}
+
 TEST(SavedErrors, ReadsNothingFromAnythingElse)
 {
     const std::wstring file = L"<errfile name=\"/a.php\"><error val=\"0;0;0;0;101;1;\"/></errfile>";
@@ -71,6 +86,8 @@ TEST(SavedErrors, ReadsNothingFromAnythingElse)
         L"<errors version=\"5.2\">" + file + L"</errors>",
         L"<errors version=\" 5.3\">" + file + L"</errors>",
         L"<error version=\"5.3\">" + file + L"</error>",
+        L"<errors xmlns=\"x\" version=\"5.3\">" + file + L"</errors>",
+        L"<x><errors version=\"5.3\">" + file + L"</errors></x>",
         L"<errors version=\"5.3\">" + file,
         L"<errors version=\"5.3\"><errfile name=\"/a&b.php\"/>" + file + L"</errors>",
         L"<errors version=\"5.3\"><errfile name=\"/a\"b.php\"/>" + file + L"</errors>",
