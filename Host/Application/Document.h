@@ -31,8 +31,8 @@ public:
     /// Whether the file on disk is another one than the document last read or wrote.
     bool IsStale() const { return !(StampOf(m_path) == m_stamp); }
 
-    /// Takes the file as it is now for known: it is not stale any more.
-    void AcknowledgeDisk() { m_stamp = StampOf(m_path); }
+    /// Takes this state of the file on disk for known: while it lasts the document is not stale.
+    void AcknowledgeDisk(const SFileStamp& stamp) { m_stamp = stamp; }
     /// How the file is written.
     const SyntaxParser::SSourceFormat& GetFormat() const { return m_format; }
 

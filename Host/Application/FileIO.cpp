@@ -5,9 +5,13 @@
 #include "Base/Exception.h"
 
 #include <QSaveFile>
+#include <algorithm>
+#include <cctype>
 #include <cerrno>
+#include <chrono>
 #include <cstring>
 #include <fcntl.h>
+#include <filesystem>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -78,11 +82,50 @@ std::string ReadFileBytes(const std::wstring& path)
 
 void WriteFileBytes(const std::wstring& path, std::string_view bytes)
 {
-    QSaveFile file(PathToQt(path));
-    if (!file.open(QIODevice::WriteOnly) ||
-        file.write(bytes.data(), static_cast<qint64>(bytes.size())) != static_cast<qint64>(bytes.size()) ||
-        !file.commit())
-        Fail(file.errorString().toStdString(), __LINE__);
+    // Qt's own texts name no reason for some failures ("Unknown error"), the system's always do.
+    const auto failUnless = [](bool done, int line) {
+        if (!done)
+            Fail(std::strerror(errno ? errno : EIO), line);
+    };
+    const QString name = PathToQt(path);
+    errno = 0;
+    QSaveFile file(name);
+    if (!file.open(QIODevice::WriteOnly)) {
+        struct stat status = {};
+        if (::stat(PathToBytes(path).c_str(), &status) == 0 && S_ISDIR(status.st_mode))
+            Fail("is a folder", __LINE__);
+        failUnless(false, __LINE__);
+    }
+    failUnless(file.write(bytes.data(), static_cast<qint64>(bytes.size())) ==
+                   static_cast<qint64>(bytes.size()),
+               __LINE__);
+    // Up to here the bytes may lie in memory only, and commit() would put an empty file in the place of the
+    // old one without a word when there is no room for them.
+    failUnless(file.flush(), __LINE__);
+    failUnless(::fsync(file.handle()) == 0 || errno == EINVAL || errno == ENOTSUP, __LINE__);
+    failUnless(file.commit(), __LINE__);
+}
+
+void RemoveAbandonedCopies(const std::wstring& path)
+{
+    namespace fs = std::filesystem;
+    constexpr auto Age = std::chrono::hours(1); // what is younger may be being written
+    constexpr std::size_t SuffixSize = 7;
+    const fs::path file(PathToBytes(path));
+    const std::string prefix = file.filename().string() + '.';
+    const auto isCopy = [&](const std::string& name) {
+        return name.size() == file.filename().string().size() + SuffixSize && name.starts_with(prefix) &&
+               std::all_of(name.begin() + static_cast<std::ptrdiff_t>(prefix.size()), name.end(),
+                           [](unsigned char c) { return std::isalpha(c); });
+    };
+    std::error_code error;
+    for (fs::directory_iterator entry(file.parent_path(), error), end; !error && entry != end;
+         entry.increment(error)) {
+        std::error_code ignored;
+        if (isCopy(entry->path().filename().string()) && entry->is_regular_file(ignored) &&
+            entry->last_write_time(ignored) < fs::file_time_type::clock::now() - Age)
+            fs::remove(entry->path(), ignored);
+    }
 }
 
 SFileStamp StampOf(const std::wstring& path)

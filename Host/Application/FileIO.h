@@ -15,6 +15,9 @@ std::string ReadFileBytes(const std::wstring& path);
 /// Replaces the file as a whole or leaves it as it was; links are followed. Throws Base::CWorkError likewise.
 /// Any thread.
 void WriteFileBytes(const std::wstring& path, std::string_view bytes);
+/// Removes what writers of this file have left behind when they were killed an hour ago or earlier. Any
+/// thread.
+void RemoveAbandonedCopies(const std::wstring& path);
 
 /// What became of a file on disk since it was looked at: equal stamps mean no change.
 struct SFileStamp

@@ -22,6 +22,9 @@ public:
     {
         const int priority = std::clamp<int>(m_body->GetPriority(), IdlePriority, InheritPriority);
         start(static_cast<Priority>(priority));
+        // Without a thread to give, the system leaves it as it was; this object is gone afterwards.
+        if (!isRunning() && !isFinished())
+            m_service.Abandon(m_id);
     }
     void Stop(ProjectManager::IProjectManager* /*pm*/) override
     {
@@ -62,6 +65,12 @@ SDK::IThreadObject* CThreadService::CreateThread(SDK::IThread* body, int /*flag*
     // By number, not by pointer: Stop() may have ended the thread before this notice arrives.
     QObject::connect(thread.get(), &QThread::finished, &m_context, [this, id] { Finish(id); });
     return thread.get();
+}
+
+void CThreadService::Abandon(std::uint64_t id)
+{
+    m_startError();
+    Finish(id);
 }
 
 void CThreadService::Finish(std::uint64_t id)

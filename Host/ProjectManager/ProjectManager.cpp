@@ -3,6 +3,7 @@
 #include "Application/Fault.h"
 #include "Application/FileIO.h"
 #include "Application/FilePath.h"
+#include "Base/CommonString.h"
 #include "Base/Exception.h"
 #include "SyntaxParser/SPDocument.h"
 
@@ -120,7 +121,13 @@ void CProjectManager::SetData(const std::wstring& name, const std::wstring& text
         std::error_code error;
         if (std::filesystem::create_directory(Host::PathToBytes(folder), error))
             Host::WriteFileBytes(folder + L"/.gitignore", "*\n"); // what is kept here is nobody else's
+        if (error == std::errc::file_exists)
+            error = std::make_error_code(std::errc::not_a_directory);
+        if (error)
+            throw Base::CWorkError(Base::CCommonString::FromUtf8(error.message()), __LINE__,
+                                   "Host/ProjectManager/ProjectManager");
         Host::WriteFileBytes(folder + L'/' + name, Host::PathToBytes(text));
+        Host::RemoveAbandonedCopies(folder + L'/' + name);
     } catch (const Base::CWorkError& fault) {
         m_dataError(fault.GetMessage());
     }

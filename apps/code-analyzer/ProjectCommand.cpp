@@ -37,9 +37,16 @@ int RunProject(const SOptions& options)
     ProjectManager::CProjectManager& project = application.Project();
     const std::wstring given = Host::PathFromBytes(options.paths.front());
     const std::wstring folder = Host::AbsolutePath(given);
+    bool failed = false;
+    const auto fail = [&](const std::string& problem) {
+        PrintProblem(given, problem);
+        failed = true;
+    };
     project.GetDataErrorSignal().connect([&](const std::wstring& reason) {
-        PrintProblem(given, "the errors could not be kept: " + Base::CCommonString::ToUtf8(reason));
+        fail("the errors could not be kept: " + Base::CCommonString::ToUtf8(reason));
     });
+    application.Threads().GetStartErrorSignal().connect(
+        [&] { fail("the check could not be started: the system has no thread to give"); });
 
     std::atomic<std::size_t> asked{0};
     application.Parser().SetFileHook([&](const std::wstring&) { ++asked; });
@@ -61,6 +68,8 @@ int RunProject(const SOptions& options)
     }
     QCoreApplication::sendPostedEvents();
     progress.Clear();
+    if (failed) // nothing has been checked, and what is kept stays as it is
+        return ExitFailed;
 
     CReport report(options);
     const std::wstring prefix = given.ends_with(L'/') ? given : given + L'/';
@@ -70,7 +79,7 @@ int RunProject(const SOptions& options)
     }
     report.Finish(files.size());
     project.Close();
-    return report.HasErrors() ? ExitErrors : ExitClean;
+    return failed ? ExitFailed : report.HasErrors() ? ExitErrors : ExitClean;
 }
 
 } // namespace Kesh::CommandLine

@@ -102,6 +102,13 @@ CMainWindow::CMainWindow(Host::CFileSettings& settings, LangSupport::ILangSource
     m_application->Project().GetDataErrorSignal().connect([this](const std::wstring& reason) {
         m_area->GetMessageStrip().Show(
             Tr("The project's errors could not be kept: %1").arg(QString::fromStdWString(reason)));
+        // For when the window is about to close.
+        std::fprintf(stderr, "code-analyzer-workbench: the project's errors could not be kept: %s\n",
+                     Host::PathToBytes(reason).c_str());
+    });
+    m_application->Threads().GetStartErrorSignal().connect([this] {
+        m_area->GetMessageStrip().Show(
+            Tr("The check could not be started: the system has no thread to give. Try again later."));
     });
 
     const SChoices choices = m_preferences.GetChoices();

@@ -1,3 +1,4 @@
+#include "Limits.h"
 #include "TempFolder.h"
 
 #include <QProcess>
@@ -8,6 +9,7 @@
 #include <nlohmann/json.hpp>
 #include <signal.h>
 #include <sys/stat.h>
+#include <tuple>
 #include <unistd.h>
 
 using namespace Kesh;
@@ -292,6 +294,48 @@ TEST_F(CommandLine, AProjectIsCheckedAndItsErrorsKept)
     EXPECT_EQ(mended.out, "[]\n");
 }
 
+TEST_F(CommandLine, ErrorsThatCannotBeKeptAreAFailure)
+{
+    m_folder.Write(L"p/a.php", Clean);
+    m_folder.Write(L"q/a.php", Clean);
+    m_folder.Write(L"q/.code-analyzer", "a file in the way");
+    ASSERT_EQ(Run({"project", "p"}).exit, 0);
+    const std::string kept = Host::ReadFileBytes(m_folder.Path(L"p/.code-analyzer/errors"));
+    m_folder.Write(L"p/a.php", Wrong);
+    EXPECT_EQ(Run({"project", "q"}).exit, 2);
+    EXPECT_THAT(Run({"project", "q"}).err, HasSubstr("q: the errors could not be kept: Not a directory"));
+    SResult result;
+    {
+        const CFullDisk full; // the program inherits it
+        result = Run({"project", "p"});
+    }
+    EXPECT_EQ(result.exit, 2);
+    EXPECT_THAT(result.out, HasSubstr("p/a.php:3:1: error: Missing ';' [102]"));
+    EXPECT_THAT(result.err, HasSubstr("p: the errors could not be kept: File too large"));
+    EXPECT_EQ(Host::ReadFileBytes(m_folder.Path(L"p/.code-analyzer/errors")), kept);
+}
+
+#ifndef __SANITIZE_THREAD__ // which needs a thread of its own
+TEST_F(CommandLine, ASystemWithoutThreadsIsExplained)
+{
+    class CThreadless : public QProcess
+    {
+        void setupChildProcess() override { ForbidThreads(); }
+    };
+    m_folder.Write(L"p/a.php", Wrong);
+    for (const auto& [command, exit, err] :
+         {std::tuple{"project", 2, "p: the check could not be started: the system has no thread"},
+          {"check", 1, ""}}) {
+        CThreadless process;
+        process.setWorkingDirectory(Host::PathToQt(m_folder.Path()));
+        process.start(PROGRAM, {command, "p"});
+        ASSERT_TRUE(process.waitForFinished()) << command;
+        EXPECT_EQ(process.exitCode(), exit) << command;
+        EXPECT_THAT(process.readAllStandardError().toStdString(), HasSubstr(err));
+    }
+}
+#endif
+
 TEST_F(CommandLine, AMissingPlugInIsExplained)
 {
     m_folder.Write(L"a.php", Clean);
@@ -312,6 +356,34 @@ TEST_F(CommandLine, OutputThatCannotBeWrittenIsAFailure)
     ASSERT_TRUE(process.waitForFinished());
     EXPECT_EQ(process.exitCode(), 2);
     EXPECT_THAT(process.readAllStandardError().toStdString(), HasSubstr("standard output: No space left"));
+}
+
+TEST_F(CommandLine, NeedsNeitherADisplayNorOpenDescriptors)
+{
+    m_folder.Write(L"a.php", Wrong);
+    m_environment.insert("DISPLAY", ":97");
+    m_environment.insert("WAYLAND_DISPLAY", "none");
+    for (const char* platform : {"xcb", "wayland", "no-such-platform"}) {
+        m_environment.insert("QT_QPA_PLATFORM", platform);
+        EXPECT_EQ(Run({"check", "a.php"}).exit, 1) << platform;
+    }
+    struct SCase
+    {
+        const char* closed;
+        int exit;
+        std::string err; ///< part of it
+    };
+    for (const auto& [closed, exit, err] : {SCase{"<&-", 1, ""},
+                                            {">&-", 2, "standard output: Bad file descriptor"},
+                                            {"2>&-", 1, ""},
+                                            {"<&- >&- 2>&-", 2, ""}}) {
+        QProcess process;
+        process.setWorkingDirectory(Host::PathToQt(m_folder.Path()));
+        process.start("sh", {"-c", QStringLiteral("exec %1 check a.php %2").arg(PROGRAM, closed)});
+        ASSERT_TRUE(process.waitForFinished()) << closed;
+        EXPECT_EQ(process.exitCode(), exit) << closed;
+        EXPECT_THAT(process.readAllStandardError().toStdString(), HasSubstr(err));
+    }
 }
 
 TEST_F(CommandLine, TheUsersSettingsAreLeftAlone)

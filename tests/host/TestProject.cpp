@@ -1,5 +1,6 @@
 #include "Base/Exception.h"
 #include "HostFixture.h"
+#include "Limits.h"
 #include "ProjectManager/FileFinder.h"
 
 #include <filesystem>
@@ -94,12 +95,47 @@ TEST_F(ProjectFolder, DataItemsStayInTheirFolder)
 
 TEST_F(ProjectFolder, DataThatCannotBeKeptIsReported)
 {
-    m_folder.Write(L".code-analyzer", "a file in the way");
     m_host.OpenProject(m_folder.Path());
     std::wstring reason;
     m_host.Project().GetDataErrorSignal().connect([&](const std::wstring& r) { reason = r; });
+    const std::wstring inTheWay = m_folder.Write(L".code-analyzer", "a file");
     Project().SetData(L"errors", L"x");
-    EXPECT_NE(reason, L"");
+    EXPECT_EQ(reason, L"Not a directory");
+    std::filesystem::remove(Host::PathToBytes(inTheWay));
+    Project().SetData(L"errors", L"old");
+    {
+        const CFullDisk full;
+        Project().SetData(L"errors", L"x");
+    }
+    EXPECT_EQ(reason, L"File too large");
+    EXPECT_EQ(Project().GetData(L"errors"), L"old");
+}
+
+TEST_F(ProjectFolder, WhatAKilledSaveHasLeftIsRemovedLater)
+{
+    m_host.OpenProject(m_folder.Path());
+    const struct
+    {
+        const wchar_t* name;
+        int hours; ///< since it was last written
+        bool stays;
+    } cases[] = {{L"errors.aBcDeF", 2, false},
+                 {L"errors.GhIjKl", 0, true},
+                 {L"errors.backup1", 2, true},
+                 {L"errors.oldest.x", 2, true},
+                 {L"other.aBcDeF", 2, true}};
+    const auto path = [&](const wchar_t* name) {
+        return Host::PathToBytes(m_folder.Path(std::wstring(L".code-analyzer/") + name));
+    };
+    for (const auto& c : cases) {
+        m_folder.Write(std::wstring(L".code-analyzer/") + c.name, "x");
+        std::filesystem::last_write_time(path(c.name), std::filesystem::file_time_type::clock::now() -
+                                                           std::chrono::hours(c.hours));
+    }
+    Project().SetData(L"errors", L"new");
+    for (const auto& c : cases)
+        EXPECT_EQ(std::filesystem::exists(path(c.name)), c.stays) << path(c.name);
+    EXPECT_EQ(Project().GetData(L"errors"), L"new");
 }
 
 TEST_F(ProjectFolder, AKilledSaveLeavesTheOldOrTheNewText)

@@ -1,6 +1,7 @@
 #include "Application/Fault.h"
 #include "Application/ThreadService.h"
 #include "Application/TimerService.h"
+#include "Limits.h"
 
 #include <QElapsedTimer>
 #include <QTest>
@@ -221,6 +222,28 @@ TEST(ThreadService, AThreadThatWasNeverStartedCanBeStopped)
     threads.CreateThread(&body, 0)->Stop(nullptr);
     EXPECT_FALSE(body.m_ran);
     EXPECT_EQ(body.m_finished, 1);
+}
+
+TEST(ThreadServiceDeathTest, AThreadThatTheSystemRefusesIsReportedAndEnded)
+{
+    GTEST_FLAG_SET(death_test_style, "threadsafe");
+    EXPECT_EXIT(
+        {
+            Host::CThreadService threads;
+            CBody body;
+            int refused = 0;
+            threads.GetStartErrorSignal().connect([&] { ++refused; });
+            if (!ForbidThreads())
+                std::exit(2);
+            for (int round = 1; round <= 2; ++round) {
+                threads.CreateThread(&body, 0)->Start();
+                if (refused != round || body.m_finished != round || body.m_freed != round ||
+                    body.m_ran != 0 || threads.IsRunning())
+                    std::exit(3);
+            }
+            std::exit(0);
+        },
+        ::testing::ExitedWithCode(0), "");
 }
 
 TEST(ThreadService, EndOfTheServiceStopsWhatRuns)

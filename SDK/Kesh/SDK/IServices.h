@@ -60,6 +60,7 @@ protected:
 class IThreadObject
 {
 public:
+    /// When the system has no thread to give, Finished() is called before this returns, without Run().
     virtual void Start() = 0;
     /// Asks the thread to stop and waits until Run() has returned. GUI thread. Finished() follows before this
     /// returns. The project manager is the one whose work is being stopped (may be null).
