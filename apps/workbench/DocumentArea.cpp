@@ -228,6 +228,8 @@ bool CDocumentArea::Save(Host::CDocument& document)
 {
     try {
         const bool written = WriteDocument(document);
+        if (written)
+            SettleDisk(document.GetPath());
         // A file that was replaced as a whole is another one for the watcher.
         m_watcher.addPath(Shown(document.GetPath()));
         return written;
@@ -251,6 +253,7 @@ bool CDocumentArea::SaveAs(Host::CDocument& document)
     }
     try {
         m_watcher.removePath(Shown(document.GetPath()));
+        SettleDisk(document.GetPath());
         m_application.Documents().SaveAs(document, path);
         m_watcher.addPath(Shown(path));
     } catch (const Base::CWorkError& fault) {
@@ -321,6 +324,7 @@ void CDocumentArea::DiscardAll()
 void CDocumentArea::Discard(Host::CDocument& document)
 {
     m_watcher.removePath(Shown(document.GetPath()));
+    SettleDisk(document.GetPath());
     if (document.IsModified()) {
         try {
             // The validator has seen the edits, and must see them go.
@@ -345,24 +349,41 @@ void CDocumentArea::OnChangedOnDisk(Host::CDocument& document)
 {
     const std::wstring path = document.GetPath();
     const QString name = Shown(Host::FileName(path));
-    if (Host::StampOf(path).size < 0) {
-        document.AcknowledgeDisk();
-        m_strip->Show(Tr("%1 is no longer on disk. Save it to keep it.").arg(name));
-        return;
-    }
-    m_watcher.addPath(Shown(path));
-    if (!document.IsModified()) {
+    const Host::SFileStamp stamp = Host::StampOf(path);
+    const bool exists = stamp.size >= 0;
+    if (exists)
+        m_watcher.addPath(Shown(path));
+    if (exists && !document.IsModified()) {
         Reload(document);
         return;
     }
-    document.AcknowledgeDisk();
-    m_strip->Show(Tr("%1 has been changed by another program, and has unsaved edits here.").arg(name),
-                  {{Tr("&Reload"),
-                    [this, path] {
-                        if (Host::CDocument* still = m_application.Documents().Find(path))
-                            Reload(*still);
-                    }},
-                   {Tr("&Keep my edits"), {}}});
+    // The file stays what it is, another one than the document's, until the user has decided.
+    const auto [told, isNew] = m_toldStamps.try_emplace(path, stamp);
+    if (!isNew && told->second == stamp)
+        return;
+    told->second = stamp;
+    m_strip->Withdraw(Shown(path));
+    if (!exists) {
+        m_strip->Show(Tr("%1 is no longer on disk. Save it to keep it.").arg(name), {}, Shown(path));
+        return;
+    }
+    const auto ifOpen = [this, path](auto action) {
+        return [this, path, action] {
+            if (Host::CDocument* still = m_application.Documents().Find(path))
+                action(*still);
+        };
+    };
+    m_strip->Show(
+        Tr("%1 has been changed by another program, and has unsaved edits here.").arg(name),
+        {{Tr("&Reload"), ifOpen([this](Host::CDocument& still) { Reload(still); })},
+         {Tr("&Keep my edits"), ifOpen([stamp](Host::CDocument& still) { still.AcknowledgeDisk(stamp); })}},
+        Shown(path));
+}
+
+void CDocumentArea::SettleDisk(const std::wstring& path)
+{
+    m_toldStamps.erase(path);
+    m_strip->Withdraw(Shown(path));
 }
 
 void CDocumentArea::Reload(Host::CDocument& document)
@@ -370,10 +391,12 @@ void CDocumentArea::Reload(Host::CDocument& document)
     CCodeEditor* editor = FindEditor(document.GetPath());
     const SyntaxParser::CIterator caret = editor->GetCaretPosition();
     const int firstLine = editor->firstVisibleLine();
+    const Host::SFileStamp stamp = Host::StampOf(document.GetPath());
+    SettleDisk(document.GetPath());
     try {
         document.Load();
     } catch (const Base::CWorkError& fault) {
-        document.AcknowledgeDisk();
+        document.AcknowledgeDisk(stamp); // told once
         Report(document.GetPath(), fault.GetMessage());
         return;
     }
@@ -395,7 +418,7 @@ void CDocumentArea::SetWelcomeText(const QString& html)
 
 void CDocumentArea::Report(const std::wstring& path, const std::wstring& reason)
 {
-    m_strip->Show(Shown(path) + QStringLiteral(": ") + QString::fromStdWString(reason));
+    m_strip->Show(Shown(path) + QStringLiteral(": ") + QString::fromStdWString(reason), {}, Shown(path));
 }
 
 } // namespace Kesh::Workbench

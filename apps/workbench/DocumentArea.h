@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Application/FileIO.h"
 #include "Preferences.h"
 
 #include <QFileSystemWatcher>
@@ -92,6 +93,8 @@ private:
     /// Closes without a question; what is on disk is what has last been checked.
     void Discard(Host::CDocument& document);
     void OnChangedOnDisk(Host::CDocument& document);
+    /// The state on disk is the document's, or nobody's concern any more.
+    void SettleDisk(const std::wstring& path);
     void Report(const std::wstring& path, const std::wstring& reason);
 
     Host::CApplication& m_application;
@@ -105,6 +108,8 @@ private:
     SChoices m_choices;
     std::map<const QWidget*, Host::CDocument*> m_documents; ///< by editor
     bool m_making = false;                                  ///< a document is not complete yet
+    /// What was on disk, by path, when the user was told of it.
+    std::map<std::wstring, Host::SFileStamp> m_toldStamps;
     QFileSystemWatcher m_watcher;
     QTimer m_diskTimer;
 };

@@ -29,12 +29,18 @@ CMessageStrip::CMessageStrip(QWidget* parent)
     hide();
 }
 
-void CMessageStrip::Show(const QString& text, std::vector<SAnswer> answers)
+void CMessageStrip::Show(const QString& text, std::vector<SAnswer> answers, const QString& subject)
 {
     std::erase_if(m_messages, [&](const SMessage& message) { return message.text == text; });
     answers.push_back({Tr("Dismiss"), {}});
-    m_messages.push_back({text, std::move(answers)});
+    m_messages.push_back({text, std::move(answers), subject});
     Update();
+}
+
+void CMessageStrip::Withdraw(const QString& subject)
+{
+    if (std::erase_if(m_messages, [&](const SMessage& message) { return message.subject == subject; }))
+        Update();
 }
 
 void CMessageStrip::Update()

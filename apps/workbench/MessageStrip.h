@@ -25,8 +25,10 @@ public:
     explicit CMessageStrip(QWidget* parent = nullptr);
 
     /// Puts a message in front; the same text is not kept twice. A message goes away before the action of its
-    /// answer is called.
-    void Show(const QString& text, std::vector<SAnswer> answers = {});
+    /// answer is called. `subject` is what it is about.
+    void Show(const QString& text, std::vector<SAnswer> answers = {}, const QString& subject = {});
+    /// Takes away the messages about a subject, which have become pointless.
+    void Withdraw(const QString& subject);
     /// The messages, newest first, a line each.
     QString GetText() const;
 
@@ -35,6 +37,7 @@ private:
     {
         QString text;
         std::vector<SAnswer> answers;
+        QString subject;
     };
 
     void Update();

@@ -150,6 +150,72 @@ TEST_F(Files, SavingOverAnotherProgramsChangeNeedsConsent)
     EXPECT_EQ(Bytes(path), "onemine");
 }
 
+TEST_F(Files, AnUnansweredQuestionAllowsNoSaving)
+{
+    struct SCase
+    {
+        const char* name;
+        std::function<bool()> save; ///< whether it went through
+    };
+    m_prompts.m_save = IPrompts::ESave::Save;
+    const SCase cases[] = {
+        {"save", [&] { return Area().Save(*Area().GetCurrent()); }},
+        {"close", [&] { return Area().Close(*Area().GetCurrent()); }},
+        {"quit", [&] { return Window().close(); }},
+    };
+    for (const char* answer : {"", "Dismiss", "&Keep my edits"})
+        for (const SCase& c : cases) {
+            SCOPED_TRACE(std::string(c.name) + ' ' + answer);
+            const std::wstring path = m_folder.Write(L"a.php", "one");
+            Open(path).append("mine");
+            m_folder.Write(L"a.php", "theirs");
+            ASSERT_TRUE(WaitFor([&] { return !Strip().isEmpty(); }));
+            Area().CheckDisk(); // as when the window becomes active; nothing is asked twice
+            if (*answer)
+                Answer(answer);
+            m_prompts.m_confirm = false;
+            const bool kept = answer == QLatin1String("&Keep my edits");
+            EXPECT_EQ(c.save(), kept);
+            EXPECT_EQ(Bytes(path), kept ? "onemine" : "theirs");
+            if (!kept) {
+                EXPECT_EQ(Strip().isEmpty(), *answer != '\0') << "the question waits for its answer";
+                m_prompts.m_confirm = true;
+                EXPECT_TRUE(c.save());
+                EXPECT_EQ(Bytes(path), "onemine");
+            }
+            EXPECT_EQ(Strip(), QString()) << "pointless now";
+            Area().DiscardAll();
+            Window().show();
+        }
+}
+
+TEST_F(Files, AQuestionGoesWithWhatItAsksAbout)
+{
+    const struct
+    {
+        const char* name;
+        std::function<void()> action;
+    } cases[] = {{"close", [&] { Area().DiscardAll(); }},
+                 {"save elsewhere",
+                  [&] {
+                      m_prompts.m_name = Host::PathToQt(m_folder.Path(L"b.php"));
+                      Trigger("Save &as...");
+                  }},
+                 {"take edits back and reload", [&] {
+                      Area().GetCurrentEditor()->undo();
+                      Area().CheckDisk();
+                  }}};
+    for (const auto& c : cases) {
+        CCodeEditor& editor = Open(m_folder.Write(L"a.php", "one"));
+        editor.append("mine");
+        m_folder.Write(L"a.php", "theirs");
+        ASSERT_TRUE(WaitFor([&] { return !Strip().isEmpty(); }));
+        c.action();
+        EXPECT_EQ(Strip(), QString()) << c.name;
+        Area().DiscardAll();
+    }
+}
+
 TEST_F(Files, SaveAsMovesTheDocumentAndKeepsTheOldFile)
 {
     const std::wstring first = m_folder.Write(L"a.php", "one");
