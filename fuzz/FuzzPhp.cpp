@@ -39,8 +39,8 @@ public:
         return 0;
     }
     std::wstring GetSRName() override { return L"gapless"; }
-    CIterator GetStartPos() override { return {}; }
-    CIterator GetEndPos() override { return {}; }
+    CIterator GetStartPos() override { return {-1, -1}; }
+    CIterator GetEndPos() override { return {2147483647, 2147483647}; }
 
 private:
     CIterator m_end;

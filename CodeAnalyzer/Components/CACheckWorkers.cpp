@@ -1,6 +1,6 @@
 #include "Components/CACheckWorkers.h"
 
-#include <algorithm>
+#include <utility>
 
 namespace Kesh::CodeAnalyzer {
 
@@ -16,20 +16,23 @@ void CCACheckWorkers::EndCheck(const std::wstring& file)
     m_files.erase(file);
 }
 
-void CCACheckWorkers::AddThread(QThread* thread)
+void CCACheckWorkers::AddThread(QThread* thread, TCancelFlag cancelled)
 {
-    std::erase_if(m_threads, [](const QPointer<QThread>& known) { return known.isNull(); });
-    m_threads.emplace_back(thread);
+    std::erase_if(m_workers, [](const SWorker& known) { return known.thread.isNull(); });
+    m_workers.push_back({thread, std::move(cancelled)});
 }
 
-void CCACheckWorkers::WaitForThreads()
+void CCACheckWorkers::EndThreads()
 {
-    for (const QPointer<QThread>& thread : m_threads)
-        if (thread) {
-            thread->wait();
-            delete thread.data();
+    for (const SWorker& worker : m_workers)
+        if (worker.thread)
+            *worker.cancelled = true;
+    for (const SWorker& worker : m_workers)
+        if (worker.thread) {
+            worker.thread->wait();
+            delete worker.thread.data();
         }
-    m_threads.clear();
+    m_workers.clear();
 }
 
 } // namespace Kesh::CodeAnalyzer

@@ -2,12 +2,17 @@
 
 #include <QPointer>
 #include <QThread>
+#include <atomic>
+#include <memory>
 #include <mutex>
 #include <set>
 #include <string>
 #include <vector>
 
 namespace Kesh::CodeAnalyzer {
+
+/// Set, it has a check be given up; shared with whoever may want that, since a check may end at any moment.
+using TCancelFlag = std::shared_ptr<std::atomic<bool>>;
 
 /// Which files are being checked, and by which threads. Two checks of one file at once would list its errors
 /// twice, whoever starts them: the editor's checker, the project check, or the user.
@@ -43,15 +48,22 @@ public:
         const bool m_begun;
     };
 
-    /// Follows a thread that deletes itself later. GUI thread.
-    void AddThread(QThread* thread);
-    /// Waits for all threads and deletes them, so that no deferred deletion is left behind. GUI thread.
-    void WaitForThreads();
+    /// Follows a thread that deletes itself later, and gives up its check when the flag is set. GUI thread.
+    void AddThread(QThread* thread, TCancelFlag cancelled);
+    /// Has all threads give up their checks, waits for them and deletes them, so that no deferred deletion is
+    /// left behind. GUI thread.
+    void EndThreads();
 
 private:
+    struct SWorker
+    {
+        QPointer<QThread> thread;
+        TCancelFlag cancelled;
+    };
+
     std::mutex m_mutex;
     std::set<std::wstring> m_files;
-    std::vector<QPointer<QThread>> m_threads;
+    std::vector<SWorker> m_workers;
 };
 
 } // namespace Kesh::CodeAnalyzer

@@ -36,7 +36,7 @@ void CCADocManager::Shutdown()
     for (const auto& checker : m_checkers)
         checker->DestroyPtr();
     m_checkers.clear();
-    m_workers->WaitForThreads();
+    m_workers->EndThreads();
 }
 
 void CCADocManager::OnSPDocCreated(boost::shared_ptr<SyntaxParser::ISPDocument> document)
@@ -58,12 +58,12 @@ void CCADocManager::OnSPDocDestroy(SDK::IDocument* document)
     });
     if (found == m_checkers.end())
         return;
-    const bool unchecked = (*found)->IsCheckDue();
+    const bool differs = (*found)->MayDifferFromDisk();
     const std::wstring path = (*found)->GetFilePath();
     (*found)->DestroyPtr();
     m_checkers.erase(found);
-    if (unchecked && m_uncheckedHandler)
-        m_uncheckedHandler(path);
+    if (differs && m_closedHandler)
+        m_closedHandler(path);
 }
 
 bool CCADocManager::IsCheckable(SyntaxParser::ISPDocument& document)
@@ -88,6 +88,13 @@ bool CCADocManager::HasChecker(const std::wstring& path) const
 {
     return std::any_of(m_checkers.begin(), m_checkers.end(),
                        [&](const auto& checker) { return checker->GetFilePath() == path; });
+}
+
+void CCADocManager::CheckCancelledLater()
+{
+    for (const auto& checker : m_checkers)
+        if (checker->WasCancelled())
+            checker->CheckLater();
 }
 
 void CCADocManager::CheckAllLater()

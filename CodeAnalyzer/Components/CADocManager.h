@@ -41,12 +41,14 @@ public:
     boost::shared_ptr<CCADocParser> FindChecker(SyntaxParser::ISPDocument* document) const;
     /// Whether a document of this path is open and checked.
     bool HasChecker(const std::wstring& path) const;
-    /// Told the path of each document that ends before its due check has begun, while the host still takes it
-    /// for open.
-    void SetUncheckedHandler(std::function<void(const std::wstring&)> handler)
+    /// Told the path of each document whose errors may not be those of the file on disk when it ends, while
+    /// the host still takes it for open.
+    void SetClosedHandler(std::function<void(const std::wstring&)> handler)
     {
-        m_uncheckedHandler = std::move(handler);
+        m_closedHandler = std::move(handler);
     }
+    /// Checks those documents again whose check was given up.
+    void CheckCancelledLater();
     /// Checks all documents again after the usual delay.
     void CheckAllLater();
     SyntaxParser::CDefRegions* GetDefRegions() const { return m_defs; }
@@ -60,7 +62,7 @@ private:
     CCAErrorsManager* m_errorsManager = nullptr;
     CHtmlCustomItemsKeeper* m_customItems = nullptr;
     std::shared_ptr<CCACheckWorkers> m_workers;
-    std::function<void(const std::wstring&)> m_uncheckedHandler;
+    std::function<void(const std::wstring&)> m_closedHandler;
 };
 
 } // namespace Kesh::CodeAnalyzer

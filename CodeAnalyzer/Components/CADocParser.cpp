@@ -47,6 +47,8 @@ CCADocParser::CCADocParser(SDK::IApplication* application, SyntaxParser::ISPDocu
     if (!source)
         return;
     m_source = source->weak_from_this();
+    if (m_source.expired())
+        m_unsharedSource = source;
     m_filePath = source->GetFilePath();
     m_check = CCADocumentCheck::Create(application, *source, defs, errorsManager, customItems, this);
     if (!m_check)
@@ -64,6 +66,9 @@ CCADocParser::CCADocParser(SDK::IApplication* application, SyntaxParser::ISPDocu
 
 CCADocParser::~CCADocParser()
 {
+    // Only a check that nothing keeps alive can still run.
+    while (m_busy)
+        QThread::msleep(1);
     if (m_receiver)
         m_receiver->Detach();
     m_changeConnection.disconnect();
@@ -83,6 +88,7 @@ void CCADocParser::InitPtr(boost::shared_ptr<CCADocParser> self)
 void CCADocParser::DestroyPtr()
 {
     m_self.reset();
+    m_closed = true;
 }
 
 void CCADocParser::SetWorkers(std::shared_ptr<CCACheckWorkers> workers)
@@ -92,6 +98,7 @@ void CCADocParser::SetWorkers(std::shared_ptr<CCACheckWorkers> workers)
 
 void CCADocParser::OnTextChange(Editor::IDocBuffer::IChangeContext* /*context*/)
 {
+    m_edited = true;
     CheckLater();
 }
 
@@ -101,7 +108,7 @@ void CCADocParser::OnTimer()
         return;
     auto* thread = new CCADocParserThread(this);
     QObject::connect(thread, &QThread::finished, thread, &QObject::deleteLater);
-    m_workers->AddThread(thread);
+    m_workers->AddThread(thread, m_check->GetCancelFlag());
     thread->start();
     if (!thread->isRunning() && !thread->isFinished()) {
         // The system has no thread to give: try again later.
@@ -129,8 +136,8 @@ void CCADocParser::CheckLater()
 
 bool CCADocParser::BeginCheck()
 {
-    // Without the self pointer the document is closed, and the checker may be dying in its worker thread.
-    if (!m_self || !m_check)
+    // When the document is closed the checker may be dying in its worker thread.
+    if (m_closed || !m_check)
         return false;
     const boost::shared_ptr<SyntaxParser::ISPDocument> source = LockSource();
     if (!source)
@@ -142,6 +149,8 @@ bool CCADocParser::BeginCheck()
     }
     // What the last check has posted must not arrive behind the removal.
     m_errorsManager->DeliverPosted();
+    m_oldErrors.clear();
+    m_errorsManager->GetErrors(path, m_oldErrors);
     m_errorsManager->RemoveErrors(path);
     m_busy = 1;
     m_checkDue = false;
@@ -155,8 +164,15 @@ bool CCADocParser::BeginCheck()
 
 void CCADocParser::ParseInThread()
 {
-    m_check->Run();
+    // Until the next check the old errors are better than none.
+    if (!m_check->Run())
+        m_errorsManager->AddErrors(m_filePath, m_oldErrors);
     EndCheck();
+}
+
+bool CCADocParser::WasCancelled() const
+{
+    return m_check && *m_check->GetCancelFlag();
 }
 
 void CCADocParser::EndCheck()
@@ -200,6 +216,8 @@ std::wstring CCADocParser::GetFilePath() const
 boost::shared_ptr<SyntaxParser::ISPDocument> CCADocParser::LockSource() const
 {
     boost::shared_ptr<SyntaxParser::ISPDocument> source = m_source.lock();
+    if (m_unsharedSource)
+        source.reset(m_unsharedSource, [](SyntaxParser::ISPDocument*) {});
     if (source && source->Valid != 10)
         source.reset();
     return source;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Kesh/Base/ITimerHandler.h"
+#include "Kesh/CodeAnalyzer/SCAError.h"
 #include "Kesh/Editor/IDocBuffer.h"
 #include "Kesh/SDK/IApplication.h"
 #include "Kesh/SyntaxParser/ISPDocument.h"
@@ -11,6 +12,7 @@
 #include <boost/weak_ptr.hpp>
 #include <memory>
 #include <string>
+#include <vector>
 
 namespace Kesh::CodeAnalyzer {
 
@@ -35,7 +37,8 @@ public:
     CCADocParser(const CCADocParser&) = delete;
     CCADocParser& operator=(const CCADocParser&) = delete;
 
-    /// Gives the checker the pointer that keeps it alive during a check; without one no check is started.
+    /// Gives the checker the pointer that keeps it alive during a check; without one its end waits for a
+    /// check.
     void InitPtr(boost::shared_ptr<CCADocParser> self);
     /// The document is closed: no check begins any more.
     void DestroyPtr();
@@ -53,8 +56,11 @@ public:
     /// Checks again after the usual delay.
     void CheckLater();
 
-    /// Whether the text has changed, or come, since the last check began.
-    bool IsCheckDue() const { return m_checkDue; }
+    /// Whether what has been checked may be another text than that on disk: the text has not been checked as
+    /// it is now, or has been edited here at all.
+    bool MayDifferFromDisk() const { return m_checkDue || m_edited; }
+    /// Whether the last check was given up. Not while a check runs.
+    bool WasCancelled() const;
 
     /// The body of the worker thread.
     void ParseInThread();
@@ -74,16 +80,21 @@ private:
 
     std::int64_t m_valid = 10;
     boost::weak_ptr<SyntaxParser::ISPDocument> m_source;
+    /// The source if its host holds it by no shared pointer: it must outlive the checker.
+    SyntaxParser::ISPDocument* m_unsharedSource = nullptr;
     std::unique_ptr<CCADocumentCheck> m_check; ///< null when inert
     CCAErrorsManager* m_errorsManager;
     SDK::IApplication* m_application;
     std::atomic<int> m_busy{0};
     bool m_checkDue = false; ///< whatever becomes of the host's timer
+    bool m_edited = false;
+    bool m_closed = false;
     boost::shared_ptr<CCADocParser> m_self;
     boost::shared_ptr<CCADocParser> m_keepAlive;
     /// Keeps the source's path at hand while a check runs, also when the document is closed meanwhile.
     boost::shared_ptr<SyntaxParser::ISPDocument> m_checkedSource;
     std::wstring m_filePath;
+    std::vector<SCAError> m_oldErrors; ///< of the file, removed when the check began
     std::shared_ptr<CCACheckWorkers> m_workers;
     std::shared_ptr<CChangeReceiver> m_receiver;
     boost::signals2::connection m_changeConnection;

@@ -41,33 +41,67 @@ CCADocumentCheck::Create(SDK::IApplication* application, SyntaxParser::ISPDocume
     if (!document)
         return nullptr;
     check->m_document = document;
-
-    if (document->GetFactoryName() == L"PHPSPDocFactory") {
-        check->m_phpParser = boost::make_shared<CPhpSyntaxParser>(defs, errorsManager);
-        check->m_phpParser->InitParser(document);
-    }
-    check->m_htmlChecker =
-        std::make_unique<CHtmlSyntaxChecker>(owner, document, application, errorsManager, customItems);
-    check->m_cssChecker = std::make_unique<CCssSyntaxChecker>(owner, document, application, errorsManager);
-    if (SyntaxParser::ISemanticParser* semantic = document->GetSemanticParser(L"HTML"))
-        semantic->SetEnabled(true);
+    check->AddCheckers(application, defs, errorsManager, customItems, owner);
     return check;
+}
+
+std::unique_ptr<CCADocumentCheck>
+CCADocumentCheck::CreateOver(SDK::IApplication* application,
+                             boost::shared_ptr<SyntaxParser::ISPDocument> document,
+                             CCAErrorsManager* errorsManager, CHtmlCustomItemsKeeper* customItems)
+{
+    std::unique_ptr<CCADocumentCheck> check(new CCADocumentCheck);
+    check->m_document = document;
+    check->AddCheckers(application, document->GetDefRegions(), errorsManager, customItems, nullptr);
+    if (check->m_phpParser)
+        check->m_phpParser->SteFileName(document->GetFilePath());
+    return check;
+}
+
+void CCADocumentCheck::AddCheckers(SDK::IApplication* application, SyntaxParser::CDefRegions* defs,
+                                   CCAErrorsManager* errorsManager, CHtmlCustomItemsKeeper* customItems,
+                                   CCADocParser* owner)
+{
+    SetCancelFlag(std::make_shared<std::atomic<bool>>(false));
+    if (m_document->GetFactoryName() == L"PHPSPDocFactory") {
+        m_phpParser = boost::make_shared<CPhpSyntaxParser>(defs, errorsManager);
+        m_phpParser->InitParser(m_document);
+    }
+    m_htmlChecker =
+        std::make_unique<CHtmlSyntaxChecker>(owner, m_document, application, errorsManager, customItems);
+    m_cssChecker = std::make_unique<CCssSyntaxChecker>(owner, m_document, application, errorsManager);
+    if (SyntaxParser::ISemanticParser* semantic = m_document->GetSemanticParser(L"HTML"))
+        semantic->SetEnabled(true);
+}
+
+void CCADocumentCheck::SetCancelFlag(TCancelFlag cancelled)
+{
+    m_cancelled = std::move(cancelled);
+    m_document->SetCancelFlag(m_cancelled.get());
 }
 
 void CCADocumentCheck::TakeSnapshot(SyntaxParser::ISPDocument& source, const std::wstring& path)
 {
+    *m_cancelled = false;
     if (m_phpParser)
         m_phpParser->SteFileName(path);
     m_reader->SetString(WholeText(source));
 }
 
-void CCADocumentCheck::Run()
+bool CCADocumentCheck::Run()
 {
+    bool complete = false;
     try {
         m_document->Parse(true);
+        complete = !*m_cancelled;
     } catch (...) {
         // A fault in the check of one text ends that check; it must not take the user's editor with it.
     }
+    if (!complete && m_phpParser) { // has not heard of the end of the pass
+        m_phpParser->BeforeParse({}, m_reader);
+        m_phpParser->AfterParse();
+    }
+    return !*m_cancelled;
 }
 
 void CCADocumentCheck::ReleaseMarkupCheckers()

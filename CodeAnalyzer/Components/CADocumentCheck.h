@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Components/CACheckWorkers.h"
 #include "Kesh/SDK/IApplication.h"
 #include "Kesh/SyntaxParser/ISPDocument.h"
 
@@ -30,21 +31,35 @@ public:
     static std::unique_ptr<CCADocumentCheck>
     Create(SDK::IApplication* application, SyntaxParser::ISPDocument& source, SyntaxParser::CDefRegions* defs,
            CCAErrorsManager* errorsManager, CHtmlCustomItemsKeeper* customItems, CCADocParser* owner);
+    /// A check of a document that the host has made over a file; its errors are reported under the document's
+    /// path. Any thread.
+    static std::unique_ptr<CCADocumentCheck> CreateOver(SDK::IApplication* application,
+                                                        boost::shared_ptr<SyntaxParser::ISPDocument> document,
+                                                        CCAErrorsManager* errorsManager,
+                                                        CHtmlCustomItemsKeeper* customItems);
     ~CCADocumentCheck();
 
     /// Takes the source's text as it is now; errors will be reported under `path`. GUI thread.
     void TakeSnapshot(SyntaxParser::ISPDocument& source, const std::wstring& path);
-    /// Checks the last snapshot; the results are posted to the errors manager. Never throws.
-    void Run();
+    /// Checks the last snapshot; the results are posted to the errors manager. False when the check was given
+    /// up; what it may have posted then is not complete. Never throws.
+    bool Run();
+    /// Set, it has Run() return soon; cleared by each snapshot.
+    const TCancelFlag& GetCancelFlag() const { return m_cancelled; }
+    void SetCancelFlag(TCancelFlag cancelled);
     /// Ends the markup checkers, which ask their owner for its path.
     void ReleaseMarkupCheckers();
 
 private:
     CCADocumentCheck();
+    void AddCheckers(SDK::IApplication* application, SyntaxParser::CDefRegions* defs,
+                     CCAErrorsManager* errorsManager, CHtmlCustomItemsKeeper* customItems,
+                     CCADocParser* owner);
 
+    TCancelFlag m_cancelled; ///< outlives the document, which looks at it
     boost::shared_ptr<SyntaxParser::ISPDocument> m_document;
-    boost::shared_ptr<SyntaxParser::CSimpleReader> m_reader;
-    boost::shared_ptr<CPhpSyntaxParser> m_phpParser; ///< null unless the document is PHP
+    boost::shared_ptr<SyntaxParser::CSimpleReader> m_reader; ///< null over a file
+    boost::shared_ptr<CPhpSyntaxParser> m_phpParser;         ///< null unless the document is PHP
     std::unique_ptr<CHtmlSyntaxChecker> m_htmlChecker;
     std::unique_ptr<CCssSyntaxChecker> m_cssChecker;
 };

@@ -92,6 +92,16 @@ CCAErrorsManager::ErrorsTable CCAErrorsManager::GetAllErrors()
     return m_errors;
 }
 
+bool CCAErrorsManager::MayHaveErrors(const std::wstring& file)
+{
+    // In this order: what is delivered in between is seen by the second look.
+    if (CCAErrorsEvent::IsWaiting(file))
+        return true;
+    QMutexLocker locker(&m_lock);
+    const auto found = m_errors.find(file);
+    return found != m_errors.end() && !found->second.empty();
+}
+
 bool CCAErrorsManager::IsErrorOnLine(const std::wstring& file, int line)
 {
     QMutexLocker locker(&m_lock);

@@ -53,6 +53,8 @@ public:
     /// Leaves `out` as it was when the file has no entry. Any thread.
     void GetErrors(const std::wstring& file, std::vector<SCAError>& out);
     ErrorsTable GetAllErrors();
+    /// Whether the file has errors, or some that wait to be delivered. Any thread.
+    bool MayHaveErrors(const std::wstring& file);
     bool IsErrorOnLine(const std::wstring& file, int line) override;
     QIcon GetIcon() override;
     /// Appends to `out` the parts of the file's errors that begin or end inside `span`. Any thread.

@@ -5,6 +5,7 @@
 #include "Components/CACheckWorkers.h"
 #include "Components/CAComponent.h"
 #include "Components/CADocManager.h"
+#include "Components/CADocumentCheck.h"
 #include "Components/CAErrorsBar.h"
 #include "Components/CAErrorsEvent.h"
 #include "Components/CAErrorsManager.h"
@@ -62,11 +63,6 @@ bool IsCheckedKind(const std::wstring& file)
     return true;
 }
 
-bool IsChecked(const std::wstring& file)
-{
-    return IsCheckedKind(file) && QFileInfo(QString::fromStdWString(file)).size() <= MaxFileSize;
-}
-
 } // namespace
 
 CCAProjectHandler::CCAProjectHandler() : m_workers(std::make_shared<CCACheckWorkers>()) {}
@@ -93,7 +89,7 @@ void CCAProjectHandler::SetDocManager(CCADocManager* docManager)
 {
     m_docManager = docManager;
     m_workers = docManager->GetWorkers();
-    docManager->SetUncheckedHandler([this](const std::wstring& file) { CheckClosedFile(file); });
+    docManager->SetClosedHandler([this](const std::wstring& file) { CheckClosedFile(file); });
 }
 
 void CCAProjectHandler::Shutdown()
@@ -125,8 +121,11 @@ void CCAProjectHandler::OnCloseProject(IProjectManager* pm)
 {
     DropOrders();
     StopThread(pm);
-    // A document that was closed during its check keeps its errors for as long as the project has the file.
-    m_workers->WaitForThreads();
+    // Checks of documents, also of those that are closed by now, must not end between this project and the
+    // next; to wait for their own end would block the window.
+    m_workers->EndThreads();
+    if (m_docManager)
+        m_docManager->CheckCancelledLater();
     // What the threads have found but the bar has not seen yet is to be saved, and must not come after the
     // clear.
     m_errorsManager->DeliverPosted();
@@ -159,11 +158,16 @@ void CCAProjectHandler::CheckAgain()
 
 void CCAProjectHandler::CheckClosedFile(const std::wstring& file)
 {
-    CCAErrorsBar* bar = m_component ? m_component->GetErrorsBar() : nullptr;
+    CCAErrorsBar* bar = GetBar();
     // The bar does not outlive the handler, and what waits for it ends with it.
-    if (bar && IsCheckedKind(file) && BelongsToOpenProject(file))
+    if (bar && BelongsToOpenProject(file))
         QMetaObject::invokeMethod(
             bar, [this, file] { Enqueue(file); }, Qt::QueuedConnection);
+}
+
+CCAErrorsBar* CCAProjectHandler::GetBar() const
+{
+    return m_component ? m_component->GetErrorsBar() : nullptr;
 }
 
 bool CCAProjectHandler::BelongsToOpenProject(const std::wstring& file)
@@ -211,6 +215,8 @@ std::wstring CCAProjectHandler::TakeFromQueue()
 void CCAProjectHandler::StartThread()
 {
     m_checksProject = std::exchange(m_projectWanted, false);
+    m_hasRun = false;
+    m_cancelled = std::make_shared<std::atomic<bool>>(false);
     m_thread = m_application->GetThreadService()->CreateThread(this, 0);
     if (m_thread)
         m_thread->Start();
@@ -219,6 +225,8 @@ void CCAProjectHandler::StartThread()
 void CCAProjectHandler::StopThread(IProjectManager* pm)
 {
     m_stopping = true;
+    if (m_cancelled)
+        *m_cancelled = true;
     if (m_thread)
         m_thread->Stop(pm);
     m_stopping = false;
@@ -231,8 +239,9 @@ void CCAProjectHandler::Finished()
         const std::lock_guard lock(m_queueMutex);
         return m_queue.empty();
     };
-    // What has come after the thread last looked.
-    if (!m_stopping && (m_projectWanted || !isQueueEmpty()))
+    // What has come after the thread last looked. A thread that the system could not give is not asked for
+    // again until there is more to do.
+    if (m_hasRun && !m_stopping && (m_projectWanted || !isQueueEmpty()))
         StartThread();
 }
 
@@ -262,32 +271,34 @@ void CCAProjectHandler::LoadErrors(IProjectManager* pm)
 
 void CCAProjectHandler::Run()
 {
+    m_hasRun = true;
+    // Whoever runs this without the handler's own thread wants the project checked.
+    const bool checksProject = !m_thread || m_checksProject;
     std::optional<CProgress> progress;
-    if (m_checksProject)
+    if (checksProject)
         progress.emplace(m_application->GetMainFrame());
     const auto pmComponent = Base::GetHostComponent<IPMComponent>(m_application, L"IPMComponent");
     const auto parser = Base::GetHostComponent<IParserComponent>(m_application, L"IParserComponent");
     IProjectManager* pm = pmComponent->GetProjectManager();
 
-    if (m_checksProject)
-        CheckProject(*pm, *parser);
+    const bool finished = checksProject && CheckProject(*pm, *parser);
     CheckQueue(*pm, *parser);
-    CCAErrorsBar* bar = m_component->GetErrorsBar();
-    if (m_checksProject && bar && !IsStopRequested())
+    if (CCAErrorsBar* bar = GetBar(); bar && finished)
         QCoreApplication::postEvent(bar, new CCAErrorsEvent(CCAErrorsEvent::ProjectFinished, L"", {}));
 }
 
-void CCAProjectHandler::CheckProject(IProjectManager& pm, IParserComponent& parser)
+bool CCAProjectHandler::CheckProject(IProjectManager& pm, IParserComponent& parser)
 {
     const auto cache = pm.GetFilesCache();
     const std::vector<std::wstring> files = cache && !cache->files.empty() ? cache->files : pm.GetFiles();
     for (const std::wstring& file : files) {
         WaitForDelivery();
         if (IsStopRequested())
-            return;
+            return false;
         // A document of the file that is being checked reports its errors itself.
         TryCheck(parser, file);
     }
+    return true;
 }
 
 void CCAProjectHandler::CheckQueue(IProjectManager& pm, IParserComponent& parser)
@@ -298,7 +309,7 @@ void CCAProjectHandler::CheckQueue(IProjectManager& pm, IParserComponent& parser
         if (file.empty())
             return;
         // The last check of the document may still run, on a text that is not the file's any more.
-        while (pm.BelongsToProject(file) && !TryCheck(parser, file) && !IsStopRequested())
+        while (pm.BelongsToProject(file) && !TryCheckClosed(parser, file) && !IsStopRequested())
             QThread::msleep(1);
     }
 }
@@ -306,9 +317,24 @@ void CCAProjectHandler::CheckQueue(IProjectManager& pm, IParserComponent& parser
 bool CCAProjectHandler::TryCheck(IParserComponent& parser, const std::wstring& file)
 {
     try {
-        return !IsChecked(file) || CheckFile(parser, file);
+        const QFileInfo info(QString::fromStdWString(file));
+        if (IsCheckedKind(file) && info.size() <= MaxFileSize)
+            return CheckFile(parser, file);
+        // What is too large now may have had errors when it was smaller.
+        if (IsCheckedKind(file) || !info.exists())
+            DropErrorsUnlessOpen(file);
     } catch (...) {
-        return true; // whatever is wrong with this file, the user wants to know about the others
+        // Whatever is wrong with this file, the user wants to know about the others.
+    }
+    return true;
+}
+
+bool CCAProjectHandler::TryCheckClosed(IParserComponent& parser, const std::wstring& file)
+{
+    try {
+        return CheckClosed(parser, file);
+    } catch (...) {
+        return true;
     }
 }
 
@@ -319,8 +345,9 @@ bool CCAProjectHandler::IsStopRequested() const
 
 void CCAProjectHandler::WaitForDelivery() const
 {
-    // The GUI thread delivers all that has piled up before it looks at anything else.
-    if (CCAErrorsEvent::GetLivingCount() <= MaxUndelivered)
+    // The GUI thread delivers all that has piled up before it looks at anything else, but not to itself.
+    if (QThread::currentThread() == QCoreApplication::instance()->thread() ||
+        CCAErrorsEvent::GetLivingCount() <= MaxUndelivered)
         return;
     while (CCAErrorsEvent::GetLivingCount() > 0 && !IsStopRequested())
         QThread::msleep(1);
@@ -331,15 +358,59 @@ bool CCAProjectHandler::CheckFile(IParserComponent& parser, const std::wstring& 
     const CCACheckWorkers::CCheck check(*m_workers, file);
     if (!check)
         return false;
-    const auto document = parser.GetParsedDocument(file);
+    const auto document = GetDocument(parser, file);
     if (!document)
         return true;
-    m_errorsManager->RemoveErrorsMSG(file);
     CPhpSyntaxParser phpParser(document->GetDefRegions(), m_errorsManager);
     phpParser.SteFileName(file);
     phpParser.InitParser(document);
     document->Parse(true);
     return true;
+}
+
+bool CCAProjectHandler::CheckClosed(IParserComponent& parser, const std::wstring& file)
+{
+    const CCACheckWorkers::CCheck check(*m_workers, file);
+    if (!check)
+        return false;
+    const auto document = GetDocument(parser, file);
+    if (!document)
+        return true;
+    const auto complete = CCADocumentCheck::CreateOver(m_application, document, m_errorsManager,
+                                                       m_component->GetHtmlCustomItemsKeeper());
+    complete->SetCancelFlag(m_cancelled);
+    complete->Run();
+    return true;
+}
+
+boost::shared_ptr<SyntaxParser::ISPDocument> CCAProjectHandler::GetDocument(IParserComponent& parser,
+                                                                            const std::wstring& file)
+{
+    auto document = parser.GetParsedDocument(file);
+    if (!document)
+        DropErrorsUnlessOpen(file);
+    else if (m_errorsManager->MayHaveErrors(file))
+        m_errorsManager->RemoveErrorsMSG(file);
+    return document;
+}
+
+void CCAProjectHandler::DropErrorsUnlessOpen(const std::wstring& file)
+{
+    if (!m_errorsManager->MayHaveErrors(file))
+        return;
+    if (!m_docManager) {
+        if (!QFileInfo(QString::fromStdWString(file)).isReadable())
+            m_errorsManager->RemoveErrorsMSG(file);
+    } else if (CCAErrorsBar* bar = GetBar()) {
+        // Which documents are open is known on the GUI thread.
+        QMetaObject::invokeMethod(
+            bar,
+            [this, file] {
+                if (!m_docManager->HasChecker(file))
+                    m_errorsManager->RemoveErrors(file);
+            },
+            Qt::QueuedConnection);
+    }
 }
 
 } // namespace Kesh::CodeAnalyzer

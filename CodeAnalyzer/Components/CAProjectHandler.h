@@ -1,8 +1,11 @@
 #pragma once
 
+#include "Components/CACheckWorkers.h"
 #include "Kesh/SDK/IApplication.h"
 #include "Kesh/SDK/IServices.h"
 
+#include <atomic>
+#include <boost/shared_ptr.hpp>
 #include <boost/signals2/trackable.hpp>
 #include <cstdint>
 #include <deque>
@@ -16,13 +19,14 @@ class IProjectManager;
 }
 namespace Kesh::SyntaxParser {
 class IParserComponent;
-}
+class ISPDocument;
+} // namespace Kesh::SyntaxParser
 
 namespace Kesh::CodeAnalyzer {
 
-class CCACheckWorkers;
 class CCAComponent;
 class CCADocManager;
+class CCAErrorsBar;
 class CCAErrorsManager;
 
 /// Checks the files of the open project in the background, and keeps their errors with the project. GUI
@@ -48,8 +52,8 @@ public:
     void OnCloseProject(ProjectManager::IProjectManager* pm);
     /// Checks the open project once more, unless such a check runs.
     void CheckAgain();
-    /// A document has been closed before it was checked: checks the project's file from disk, once the host
-    /// has forgotten the document.
+    /// A document has been closed whose errors may not be those of the file: checks the project's file from
+    /// disk, in all its languages, once the host has forgotten the document.
     void CheckClosedFile(const std::wstring& file);
 
     void SaveErrors(ProjectManager::IProjectManager* pm);
@@ -64,6 +68,8 @@ public:
     std::wstring GetThreadName() override { return L"CCAProjectHandler"; }
 
 private:
+    /// Null when there is none.
+    CCAErrorsBar* GetBar() const;
     bool BelongsToOpenProject(const std::wstring& file);
     /// Of files that the project had before it was opened again and has no more.
     void RemoveErrorsOfLeavers(ProjectManager::IProjectManager* pm);
@@ -78,13 +84,22 @@ private:
     bool IsStopRequested() const;
     /// Lets the GUI thread catch up when it is far behind.
     void WaitForDelivery() const;
-    void CheckProject(ProjectManager::IProjectManager& pm, SyntaxParser::IParserComponent& parser);
+    /// False when it was asked to stop before the last file.
+    bool CheckProject(ProjectManager::IProjectManager& pm, SyntaxParser::IParserComponent& parser);
     void CheckQueue(ProjectManager::IProjectManager& pm, SyntaxParser::IParserComponent& parser);
     /// The empty path when the queue is empty. Any thread.
     std::wstring TakeFromQueue();
     /// False when another check of the file runs.
     bool TryCheck(SyntaxParser::IParserComponent& parser, const std::wstring& file);
     bool CheckFile(SyntaxParser::IParserComponent& parser, const std::wstring& file);
+    bool TryCheckClosed(SyntaxParser::IParserComponent& parser, const std::wstring& file);
+    bool CheckClosed(SyntaxParser::IParserComponent& parser, const std::wstring& file);
+    /// The document to be checked, the file's old errors removed; null when the file is open or cannot be
+    /// read.
+    boost::shared_ptr<SyntaxParser::ISPDocument> GetDocument(SyntaxParser::IParserComponent& parser,
+                                                             const std::wstring& file);
+    /// Removes the errors of a file that there is no checking any more.
+    void DropErrorsUnlessOpen(const std::wstring& file);
 
     std::int32_t m_valid = 10;
     SDK::IApplication* m_application = nullptr;
@@ -93,9 +108,11 @@ private:
     SDK::IThreadObject* m_thread = nullptr; ///< set before it starts, null again once it has ended
     CCADocManager* m_docManager = nullptr;
     std::shared_ptr<CCACheckWorkers> m_workers;
-    bool m_projectWanted = false; ///< the next thread checks the whole project
-    bool m_checksProject = false; ///< the thread does, else only the queue; set before it starts
-    bool m_stopping = false;      ///< no thread follows the one that ends
+    TCancelFlag m_cancelled;           ///< of the thread that runs; set before it starts
+    bool m_projectWanted = false;      ///< the next thread checks the whole project
+    bool m_checksProject = false;      ///< the thread does, else only the queue; set before it starts
+    std::atomic<bool> m_hasRun{false}; ///< the last thread has begun its work
+    bool m_stopping = false;           ///< no thread follows the one that ends
     std::mutex m_queueMutex;
     std::deque<std::wstring> m_queue;          ///< files to be checked besides; guarded by the mutex
     std::vector<std::wstring> m_reopenedFiles; ///< while the project is away to come back at once

@@ -37,7 +37,7 @@ void CCssTreeBuilder::Build(SStretch part, ECssText kind)
     const CScanFence fence(m_text, part.end);
     m_scanner.SetPos(part.begin);
     m_blocks.assign(1, kind == ECssText::Sheet ? ECssBlock::Sheet : ECssBlock::Style);
-    for (;;) {
+    while (!m_text.IsCancelled()) {
         const SCssToken token = m_scanner.Next();
         switch (token.kind) {
         case ECssToken::End: return;

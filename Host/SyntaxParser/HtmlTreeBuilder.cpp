@@ -43,7 +43,7 @@ CHtmlTreeBuilder::CHtmlTreeBuilder(CMarkupText& text, CTreeWriter& html, CTreeWr
 
 void CHtmlTreeBuilder::Build()
 {
-    for (;;) {
+    while (!m_text.IsCancelled()) {
         switch (m_scanner.NextTag()) {
         case EHtmlToken::StartTag: OpenTag(); break;
         case EHtmlToken::EndTag: CloseTag(); break;

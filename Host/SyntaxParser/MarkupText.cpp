@@ -32,8 +32,9 @@ bool IsForScanners(wchar_t c)
 
 } // namespace
 
-CMarkupText::CMarkupText(std::wstring_view text, const std::vector<SIsland>& islands)
-    : m_text(text), m_scan(text)
+CMarkupText::CMarkupText(std::wstring_view text, const std::vector<SIsland>& islands,
+                         const std::atomic<bool>* cancelled)
+    : m_text(text), m_scan(text), m_cancelled(cancelled)
 {
     for (wchar_t& c : m_scan)
         c = IsForScanners(c) ? c : Replacement;

@@ -6,12 +6,13 @@
 
 namespace Kesh::SyntaxParser {
 
-SMarkupTrees BuildMarkupTrees(std::wstring_view text, EMarkup markup, const std::vector<SIsland>& islands)
+SMarkupTrees BuildMarkupTrees(std::wstring_view text, EMarkup markup, const std::vector<SIsland>& islands,
+                              const std::atomic<bool>* cancelled)
 {
     SMarkupTrees trees;
     CTreeWriter html(trees.html);
     CTreeWriter css(trees.css);
-    CMarkupText source(text, islands);
+    CMarkupText source(text, islands, cancelled);
     if (markup == EMarkup::Html)
         CHtmlTreeBuilder(source, html, css).Build();
     else

@@ -2,6 +2,7 @@
 
 #include "Kesh/SyntaxParser/SemanticTree.h"
 
+#include <atomic>
 #include <cstddef>
 #include <string_view>
 #include <vector>
@@ -27,7 +28,9 @@ struct SMarkupTrees
 };
 
 /// Builds both trees in one pass; survives any text in linear time. Lines end at "\n" alone. `islands` lie in
-/// order and do not overlap. Reentrant.
-SMarkupTrees BuildMarkupTrees(std::wstring_view text, EMarkup markup, const std::vector<SIsland>& islands);
+/// order and do not overlap. The trees are not complete once the flag, which may be null, has been set.
+/// Reentrant.
+SMarkupTrees BuildMarkupTrees(std::wstring_view text, EMarkup markup, const std::vector<SIsland>& islands,
+                              const std::atomic<bool>* cancelled = nullptr);
 
 } // namespace Kesh::SyntaxParser

@@ -3,6 +3,8 @@
 #include "SyntaxParser/PhpDefs.h"
 #include "SyntaxParser/SPDocument.h"
 
+#include <algorithm>
+
 namespace Kesh::SyntaxParser {
 
 using enum EPhpToken;
@@ -11,6 +13,9 @@ namespace {
 
 /// How far ahead of its use a text is asked for: it is read once, and then mostly not from a cache.
 constexpr std::ptrdiff_t ReadAhead = 256;
+
+/// How much is read between two looks at the cancel flag.
+constexpr std::ptrdiff_t LookInterval = 1 << 16;
 
 } // namespace
 
@@ -34,15 +39,22 @@ CPhpScanner::CPhpScanner(std::wstring_view text, const std::vector<IStateRegionH
         fix(token, m_php.TokenDefs[PhpText]);
 }
 
-void CPhpScanner::Run(std::vector<SIsland>* islands)
+bool CPhpScanner::Run(std::vector<SIsland>* islands, const std::atomic<bool>* cancelled)
 {
     m_islands = islands;
     const wchar_t* p = m_text;
+    const wchar_t* pause = p; // up to there nothing need be thought of but reading ahead
     for (;;) {
         if (m_lexer.IsInPhp() && CPhpLexer::IsBlank(*p))
             p = m_emitter.EmitWhile(m_php.TokenDefs[PhpText], p, &CPhpLexer::IsBlank);
-        if (m_lexer.Limit() - p > ReadAhead)
+        if (p < pause) {
             __builtin_prefetch(p + ReadAhead);
+        } else {
+            if (cancelled && cancelled->load(std::memory_order_relaxed))
+                return false;
+            if (const std::ptrdiff_t left = m_lexer.Limit() - p; left > ReadAhead)
+                pause = p + std::min(left - ReadAhead, LookInterval);
+        }
         const auto [end, token] = m_lexer.Next(p);
         if (token == End)
             break;
@@ -60,6 +72,7 @@ void CPhpScanner::Run(std::vector<SIsland>* islands)
     if (m_islands && m_islandBegin)
         m_islands->push_back({static_cast<std::size_t>(m_islandBegin - m_text),
                               static_cast<std::size_t>(m_lexer.Limit() - m_text)});
+    return true;
 }
 
 void CPhpScanner::Scan(EPhpToken token)

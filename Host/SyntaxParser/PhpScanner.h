@@ -6,6 +6,7 @@
 #include "SyntaxParser/RegionEmitter.h"
 
 #include <array>
+#include <atomic>
 #include <cstdint>
 #include <vector>
 
@@ -19,8 +20,9 @@ public:
     /// `text` must be followed by a NUL character and stay during Run().
     CPhpScanner(std::wstring_view text, const std::vector<IStateRegionHandler*>& handlers);
 
-    /// Delivers every region. Appends the stretches of PHP to `islands` unless it is null.
-    void Run(std::vector<SIsland>* islands);
+    /// Delivers every region. Appends the stretches of PHP to `islands` unless it is null. False when it has
+    /// stopped early because the flag, which may be null, has been set.
+    bool Run(std::vector<SIsland>* islands, const std::atomic<bool>* cancelled = nullptr);
 
 private:
     /// What stands between two brackets.

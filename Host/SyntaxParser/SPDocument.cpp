@@ -23,13 +23,59 @@ constexpr const wchar_t* CssFactory = L"CSSSPDocFactory";
 class CDocumentParser final : public IParser
 {
 public:
+    struct SHandler
+    {
+        IStateRegionHandler* handler;
+        std::wstring name; ///< tells people whose it is
+    };
+
+    explicit CDocumentParser(boost::shared_ptr<IReader> reader) : m_reader(std::move(reader)) {}
+
     void InitComponent(ISPDocument* /*document*/) override {}
     std::wstring GetComponentName() override { return L"IParser"; }
-    void AddStateRegionHandler(IStateRegionHandler* handler) override { m_handlers.push_back(handler); }
-    const std::vector<IStateRegionHandler*>& Handlers() const { return m_handlers; }
+    void AddStateRegionHandler(IStateRegionHandler* handler) override
+    {
+        handler->Init(m_reader);
+        m_handlers.push_back({handler, handler->GetSRName()});
+    }
+    const std::vector<SHandler>& Handlers() const { return m_handlers; }
 
 private:
-    std::vector<IStateRegionHandler*> m_handlers;
+    boost::shared_ptr<IReader> m_reader;
+    std::vector<SHandler> m_handlers;
+};
+
+/// Passes on to a handler the regions of the part of the document that it needs.
+class CPartOfDocument final : public IStateRegionHandler
+{
+public:
+    explicit CPartOfDocument(IStateRegionHandler* handler)
+        : m_handler(handler), m_start(handler->GetStartPos()), m_end(handler->GetEndPos())
+    {
+    }
+    bool IsWhole() const { return m_start <= CIterator{} && CIterator{Last, Last} <= m_end; }
+
+    void Init(boost::shared_ptr<IReader> reader) override { m_handler->Init(std::move(reader)); }
+    bool BeforeParse(const STextChange& change, boost::shared_ptr<IReader> reader) override
+    {
+        return m_handler->BeforeParse(change, std::move(reader));
+    }
+    void AfterParse() override { m_handler->AfterParse(); }
+    void SendRegsEnd() override { m_handler->SendRegsEnd(); }
+    int AddRegion(CRegion* region) override
+    {
+        return m_start < region->end && region->start < m_end ? m_handler->AddRegion(region) : 0;
+    }
+    std::wstring GetSRName() override { return m_handler->GetSRName(); }
+    CIterator GetStartPos() override { return m_start; }
+    CIterator GetEndPos() override { return m_end; }
+
+private:
+    static constexpr std::int64_t Last = 2147483647;
+
+    IStateRegionHandler* m_handler;
+    CIterator m_start;
+    CIterator m_end;
 };
 
 class CHtmlSemanticParser final : public ISemanticParser
@@ -46,7 +92,9 @@ class CSPDocument final : public ISPDocument
 {
 public:
     CSPDocument(boost::shared_ptr<IReader> reader, const SDocumentSource& source)
-        : m_reader(std::move(reader)), m_parser(boost::make_shared<CDocumentParser>()), m_source(source)
+        : m_reader(std::move(reader)),
+          m_parser(boost::make_shared<CDocumentParser>(m_reader)),
+          m_source(source)
     {
     }
 
@@ -90,38 +138,51 @@ public:
         else
             text = copy = m_reader->GetText();
         std::vector<SIsland> islands;
-        SendRegions(text, islands);
+        if (!SendRegions(text, islands))
+            return;
         if (m_semanticParser.IsEnabled()) {
             const EMarkup markup = m_source.factory == CssFactory ? EMarkup::Css : EMarkup::Html;
-            SMarkupTrees trees = BuildMarkupTrees(text, markup, islands);
+            SMarkupTrees trees = BuildMarkupTrees(text, markup, islands, m_cancelled);
             const std::lock_guard lock(m_semanticMutex);
             m_trees = std::move(trees);
             m_treesBuilt = true;
         }
-        m_endOfParse(this);
+        if (!IsCancelled())
+            m_endOfParse(this);
     }
 
+    void SetCancelFlag(const std::atomic<bool>* cancelled) override { m_cancelled = cancelled; }
+
 private:
-    /// Style sheets hold no PHP; everything else is scanned for it.
-    void SendRegions(std::wstring_view text, std::vector<SIsland>& islands)
+    bool IsCancelled() const { return m_cancelled && *m_cancelled; }
+
+    /// Style sheets hold no PHP; everything else is scanned for it. False when the parse has been given up.
+    bool SendRegions(std::wstring_view text, std::vector<SIsland>& islands)
     {
         const STextChange change;
         std::vector<IStateRegionHandler*> handlers;
-        for (IStateRegionHandler* handler : m_parser->Handlers()) {
-            if (handler->BeforeParse(change, m_reader))
-                handlers.push_back(handler);
+        std::vector<CPartOfDocument> parts;
+        parts.reserve(m_parser->Handlers().size());
+        for (const auto& [handler, name] : m_parser->Handlers()) {
+            if (!handler->BeforeParse(change, m_reader))
+                continue;
+            parts.emplace_back(handler);
+            handlers.push_back(parts.back().IsWhole() ? handler : &parts.back());
         }
-        if (m_source.factory != CssFactory)
-            CPhpScanner(text, handlers).Run(m_semanticParser.IsEnabled() ? &islands : nullptr);
+        if (m_source.factory != CssFactory &&
+            !CPhpScanner(text, handlers).Run(m_semanticParser.IsEnabled() ? &islands : nullptr, m_cancelled))
+            return false;
         for (IStateRegionHandler* handler : handlers) {
             handler->SendRegsEnd();
             handler->AfterParse();
         }
+        return true;
     }
 
     boost::shared_ptr<IReader> m_reader;
     boost::shared_ptr<CDocumentParser> m_parser;
     SDocumentSource m_source;
+    const std::atomic<bool>* m_cancelled = nullptr;
     CHtmlSemanticParser m_semanticParser;
     EndOfParseSignal m_endOfParse;
     DocDestroySignal m_docDestroy;

@@ -21,6 +21,8 @@ public:
     /// Checks begun, and the most that ran at once.
     int GetBegun() const { return m_begun; }
     int GetMostAtOnce() const { return m_most; }
+    /// Checks that have come to their end.
+    int GetEnded() const { return m_ended; }
 
     void Init(boost::shared_ptr<SyntaxParser::IReader>) override {}
     bool BeforeParse(const SyntaxParser::STextChange&, boost::shared_ptr<SyntaxParser::IReader>) override
@@ -41,6 +43,7 @@ public:
     {
         std::lock_guard lock(m_mutex);
         --m_running;
+        ++m_ended;
     }
     std::wstring GetSRName() override { return L"Gate"; }
     SyntaxParser::CIterator GetStartPos() override { return {-1, -1}; }
@@ -60,6 +63,7 @@ private:
     int m_running = 0;
     std::atomic<int> m_begun{0};
     std::atomic<int> m_most{0};
+    std::atomic<int> m_ended{0};
     std::atomic<int> m_failing{0};
 };
 

@@ -1,5 +1,6 @@
 #include "Components/CADocManager.h"
 #include "Components/CADocParser.h"
+#include "Kesh/Editor/IDocBuffer.h"
 #include "TestHost.h"
 #include "host/TempFolder.h"
 
@@ -189,6 +190,38 @@ TEST_F(DocumentChecksTest, TenDocumentsAreCheckedSideBySide)
     EXPECT_EQ(m_host->Bar().topLevelItemCount(), 55);
 }
 
+// A project that is closed or listed anew has the checks of open documents given up, not waited for.
+TEST_F(DocumentChecksTest, AProjectsEndGivesUpTheChecksThatRun)
+{
+    CTempFolder folder;
+    m_host->application.OpenProject(folder.Path(), {});
+    const std::wstring path = folder.Path(L"a.php");
+    Host::CDocument& document = m_host->Open(path, Faulty(2));
+    WaitForErrors(path, 2);
+    for (const bool reopens : {true, false}) {
+        const int begun = Gate().GetBegun();
+        const int ended = Gate().GetEnded();
+        Gate().Close();
+        Tests::CTestHost::Edit(document, WideFaulty(reopens ? 5 : 7));
+        WaitForChecks(begun + 1);
+        std::thread opener([this] {
+            std::this_thread::sleep_for(std::chrono::milliseconds(30));
+            Gate().Open();
+        });
+        if (reopens)
+            m_host->application.ReopenProject({});
+        else
+            m_host->application.Project().Close();
+        opener.join();
+        EXPECT_EQ(Gate().GetEnded(), ended);
+        EXPECT_EQ(Count(path), reopens ? 2u : 5u) << "the old errors, until there are new ones";
+        WaitForErrors(path, reopens ? 5 : 7);
+        Settle();
+        EXPECT_EQ(Gate().GetBegun(), begun + 2);
+        EXPECT_EQ(Gate().GetEnded(), ended + 1);
+    }
+}
+
 TEST_F(DocumentChecksTest, ShuttingDownWaitsForTheChecks)
 {
     Gate().Close();
@@ -295,6 +328,57 @@ TEST_F(DocumentChecksTest, ACheckerOutlivesItsDocumentWithoutHarm)
                       &keeper);
     EXPECT_EQ(none.GetFilePath(), L"");
     EXPECT_FALSE(none.IsDocument(static_cast<SyntaxParser::ISPDocument*>(nullptr)));
+}
+
+// As hosts do that keep their documents in their own way.
+TEST_F(DocumentChecksTest, ACheckerNeedsNoSharedPointers)
+{
+    Host::CDocument& host = m_host->application.Documents().OpenBytes(L"/a.txt", Faulty(3), L"");
+    struct CUnshared : SyntaxParser::ISPDocument
+    {
+        boost::weak_ptr<SDK::IComponent1<ISPDocument>> GetComponent(const std::wstring&) override
+        {
+            return {};
+        }
+        std::wstring GetFilePath() override { return L"/a.php"; }
+        std::wstring GetFactoryName() override { return L"PHPSPDocFactory"; }
+        SyntaxParser::CDefRegions* GetDefRegions() override { return nullptr; }
+        SDK::IDocument* GetDocument() override { return document; }
+        Editor::IDocBuffer* GetBuffer() override { return document->GetBuffer(); }
+        SyntaxParser::ISemanticParser* GetSemanticParser(const std::wstring&) override { return nullptr; }
+        void Parse(bool) override {}
+        EndOfParseSignal& GetEndOfParseSignal() override { return end; }
+        DocDestroySignal& GetDocDestroySignal() override { return destroy; }
+        void LockSemanticData() override {}
+        void UnlockSemanticData() override {}
+        const SyntaxParser::SSemanticTree* GetSemanticTree(const std::wstring&) override { return nullptr; }
+        SDK::IDocument* document = nullptr;
+        EndOfParseSignal end;
+        DocDestroySignal destroy;
+    } source, other;
+    source.document = &host;
+    CHtmlCustomItemsKeeper keeper;
+    {
+        CCADocParser checker(&m_host->application, &source, m_host->parser->GetDefRegions(),
+                             &m_host->Errors(), &keeper);
+        EXPECT_EQ(checker.GetFilePath(), L"/a.php");
+        EXPECT_TRUE(checker.IsDocument(static_cast<SyntaxParser::ISPDocument*>(&source)));
+        EXPECT_FALSE(checker.IsDocument(static_cast<SyntaxParser::ISPDocument*>(&other)));
+        EXPECT_TRUE(checker.IsDocument(static_cast<SDK::IDocument*>(&host)));
+        checker.OnTimer();
+        WaitForErrors(L"/a.php", 3);
+        Gate().Close();
+        checker.OnTimer();
+        WaitForChecks(2);
+        source.Valid = 0;
+        EXPECT_EQ(checker.GetFilePath(), L"");
+        std::thread opener([this] {
+            std::this_thread::sleep_for(std::chrono::milliseconds(50));
+            Gate().Open();
+        });
+        opener.detach();
+    } // waits for the check, which nothing else keeps alive
+    WaitForErrors(L"/a.php", 0);
 }
 
 TEST_F(DocumentChecksTest, WithoutACheckingDocumentTheCheckerIsInert)

@@ -1,4 +1,6 @@
+#include "Application/ThreadService.h"
 #include "Components/CAErrorsEvent.h"
+#include "Components/CAProjectHandler.h"
 #include "Components/CASavedErrors.h"
 #include "TestHost.h"
 #include "host/TempFolder.h"
@@ -6,7 +8,9 @@
 #include <QCoreApplication>
 #include <QTest>
 #include <QThread>
+#include <filesystem>
 #include <gtest/gtest.h>
+#include <map>
 #include <mutex>
 #include <random>
 #include <set>
@@ -78,9 +82,160 @@ TEST_F(ProjectHandlerTest, RestoredErrorsAreReplacedByFreshOnes)
     EXPECT_EQ(Count(faulty), 2u);
     EXPECT_EQ(Count(clean), 0u);
     EXPECT_EQ(Count(page), 2u) << "not checked, so it keeps what it has";
-    EXPECT_EQ(Count(gone), 1u) << "cannot be read, so it keeps what it has";
+    EXPECT_EQ(Count(gone), 0u) << "has left the disk";
     EXPECT_EQ(Count(L"/elsewhere.php"), 0u);
     EXPECT_TRUE(m_host.frame.GetBars()[0].shown);
+}
+
+TEST_F(ProjectHandlerTest, RestoredErrorsOfFilesThatCannotBeCheckedGo)
+{
+    struct SCase
+    {
+        const char* name;
+        bool exists;
+        std::size_t size;
+        bool open;
+        std::size_t left;
+    };
+    const SCase cases[] = {
+        {"gone.php", false, 0, false, 0},       {"gone.html", false, 0, false, 0},
+        {"large.php", true, 1000001, false, 0}, {"large.html", true, 1000001, false, 1},
+        {"open.php", false, 0, true, 1},
+    };
+    m_host.application.Timers().SetDelayOverride(60000);
+    std::vector<std::wstring> files;
+    std::vector<SSavedFileErrors> saved;
+    for (const SCase& c : cases) {
+        files.push_back(m_folder.Path(QString(c.name).toStdWString()));
+        saved.push_back({files.back(), {OldError}});
+        if (c.exists)
+            m_folder.Write(QString(c.name).toStdWString(), std::string(c.size, ' '));
+        if (c.open)
+            m_host.Open(files.back(), "");
+    }
+    Save(saved);
+    OpenAndCheck(files);
+    for (std::size_t i = 0; i < files.size(); ++i)
+        EXPECT_EQ(Count(files[i]), cases[i].left) << cases[i].name;
+}
+
+// As a host may that has no threads of its own to give, or wants the check done when the call returns.
+TEST_F(ProjectHandlerTest, RunChecksByItself)
+{
+    std::vector<std::wstring> files;
+    for (int i = 0; i < 200; ++i)
+        files.push_back(Write("f" + std::to_string(i) + ".php", i % 2));
+    OpenAndCheck(files);
+    Write("f0.php", 3);
+    struct CCounter : QObject
+    {
+        bool eventFilter(QObject*, QEvent* event) override
+        {
+            if (event->type() == CCAErrorsEvent::EventType)
+                ++counts[static_cast<CCAErrorsEvent*>(event)->GetType()];
+            return false;
+        }
+        std::map<int, int> counts;
+    } counter;
+    m_host.Bar().installEventFilter(&counter);
+    CCAProjectHandler handler;
+    handler.Init(&m_host.application, m_host.component.get(), &m_host.Errors());
+    handler.Run(); // without waiting for anybody to deliver
+    QCoreApplication::sendPostedEvents();
+    EXPECT_EQ(counter.counts, (std::map<int, int>{{CCAErrorsEvent::Add, 101},
+                                                  {CCAErrorsEvent::ProjectFinished, 1},
+                                                  {CCAErrorsEvent::Remove, 100}}))
+        << "removals are for files that had errors";
+    EXPECT_EQ(Count(files[0]), 3u);
+    EXPECT_EQ(Count(files[1]), 1u);
+    CCAProjectHandler lonely;
+    lonely.Init(&m_host.application, nullptr, &m_host.Errors());
+    lonely.Run();
+    QCoreApplication::sendPostedEvents();
+    EXPECT_EQ(counter.counts[CCAErrorsEvent::ProjectFinished], 1) << "nobody to tell";
+    EXPECT_EQ(Count(files[1]), 1u);
+}
+
+TEST_F(ProjectHandlerTest, AStopDuringTheLastFileLeavesTheCheckComplete)
+{
+    Open({Write("a.php", 1)});
+    m_host.Gate().Close();
+    m_host.application.ReopenProject({m_folder.Path(L"a.php")});
+    ASSERT_TRUE(QTest::qWaitFor([&] { return m_host.Gate().GetBegun() == 2; }, 20000));
+    EXPECT_FALSE(m_host.frame.GetBars()[0].shown);
+    std::thread opener([this] {
+        QThread::msleep(50);
+        m_host.Gate().Open();
+    });
+    m_host.application.Project().Close(true);
+    opener.join();
+    EXPECT_TRUE(m_host.frame.GetBars()[0].shown) << "the end of the check was announced";
+}
+
+/// Gives no thread, or the host's.
+class CMeanThreads : public SDK::IThreadService, SDK::IThreadObject
+{
+public:
+    SDK::IThreadObject* CreateThread(SDK::IThread* body, int flag) override
+    {
+        m_body = body;
+        ++m_asked;
+        return refuses ? this : m_real.CreateThread(body, flag);
+    }
+    void Start() override { m_body->Finished(); }
+    void Stop(ProjectManager::IProjectManager*) override {}
+    int IsStopRequested() override { return 0; }
+
+    bool refuses = true;
+    int m_asked = 0;
+    Host::CThreadService m_real;
+
+private:
+    SDK::IThread* m_body = nullptr;
+};
+
+/// The host with such threads.
+class CMeanApplication : public SDK::IApplication
+{
+public:
+    explicit CMeanApplication(Host::CApplication& host) : m_host(host) {}
+    boost::weak_ptr<SDK::IComponent1<IApplication>> GetComponent(const std::wstring& name) override
+    {
+        return m_host.GetComponent(name);
+    }
+    SDK::IMainFrame* GetMainFrame() override { return m_host.GetMainFrame(); }
+    SDK::IImageListService* GetImageListService() override { return m_host.GetImageListService(); }
+    SDK::ISettings* GetSettings() override { return m_host.GetSettings(); }
+    SDK::ITimerService* GetTimerService() override { return m_host.GetTimerService(); }
+    SDK::IThreadService* GetThreadService() override { return &threads; }
+    SDK::IDocumentService* GetDocumentService() override { return m_host.GetDocumentService(); }
+    double GetScaleFactor() override { return m_host.GetScaleFactor(); }
+    LangSupport::ILangSource* GetLangSource() override { return m_host.GetLangSource(); }
+
+    CMeanThreads threads;
+
+private:
+    Host::CApplication& m_host;
+};
+
+TEST_F(ProjectHandlerTest, ProjectsAreCheckedOnceThereAreThreadsAgain)
+{
+    m_host.component.reset();
+    CMeanApplication application(m_host.application);
+    CCAComponent component;
+    component.InitComponent(&application);
+    const std::wstring a = Write("a.php", 1);
+    Open({a});
+    component.DoCheck(1);
+    EXPECT_EQ(application.threads.m_asked, 2) << "once each, and not again and again";
+    application.threads.refuses = false;
+    component.DoCheck(1);
+    ASSERT_TRUE(QTest::qWaitFor([&] { return !application.threads.m_real.IsRunning(); }, 20000));
+    QCoreApplication::sendPostedEvents();
+    std::vector<SCAError> errors;
+    static_cast<CCAErrorsManager*>(component.GetErrorsManager())->GetErrors(a, errors);
+    EXPECT_EQ(errors.size(), 1u);
+    m_host.application.Project().Close();
 }
 
 TEST_F(ProjectHandlerTest, AFaultInRestoringLeavesTheCheck)
@@ -206,7 +361,8 @@ TEST_F(ProjectHandlerTest, ACheckThatEndsWhileTheProjectClosesLeavesNothingBehin
         lower.insert(QString::fromStdWString(file).toLower().toStdWString());
     const auto kept = ReadSavedErrors(QString::fromStdString(SavedText()).toStdWString(), lower);
     ASSERT_EQ(kept.size(), 2u);
-    EXPECT_EQ(kept[0].errors.size(), 3u) << "what the check has found is kept";
+    EXPECT_EQ(kept[0].errors.size(), 1u) << "its check was given up, so what was known is kept";
+    EXPECT_EQ(kept[1].errors.size(), 1u);
 
     Tests::CTestHost::Edit(*m_host.application.Documents().Find(open), L"<?php else; else; else; else;");
     ASSERT_TRUE(QTest::qWaitFor([&] { return Count(open) == 4; }, 20000)) << "an open document is checked on";
@@ -228,7 +384,7 @@ TEST_F(ProjectHandlerTest, ClosingAtAnyMomentLosesAndDoublesNothing)
         const int target = start + static_cast<int>(random() % files.size());
         Open(files);
         while (m_host.Gate().GetBegun() < target)
-            if (round % 2 || m_host.Gate().GetBegun() >= start + 32) // where the check waits
+            if (round % 2)
                 QCoreApplication::processEvents();
         m_host.application.Project().Close();
         EXPECT_FALSE(m_host.application.Threads().IsRunning());
@@ -258,8 +414,8 @@ TEST_F(ProjectHandlerTest, TheCheckWaitsForTheWindow)
         QThread::msleep(200);
         return m_host.Gate().GetBegun();
     };
-    const int first = settle(32);
-    EXPECT_LE(first, 34);
+    const int first = settle(64);
+    EXPECT_LE(first, 66);
     QCoreApplication::sendPostedEvents(&m_host.Bar(), CCAErrorsEvent::EventType);
     const int second = settle(2 * first);
     EXPECT_LE(second, 2 * first + 2);
@@ -410,17 +566,14 @@ TEST_F(ClosedFilesTest, AreFoundThoughTheyWereOpenDuringTheProjectsCheck)
     WaitForCount(a, 2);
 }
 
-TEST_F(ClosedFilesTest, AreOnlyCheckedWhenACheckWasDueAndTheProjectsCheckWouldDoIt)
+TEST_F(ClosedFilesTest, AreOnlyCheckedWhenACheckWasDue)
 {
     const std::wstring checked = Write("a.php", 1);
     const std::wstring outside = Write("outside.php", 1);
-    std::vector<std::wstring> others = {Write("b.inc", 1), Write("c.html", 0), Write("d.css", 0)};
-    OpenAndCheck({checked, others[0], others[1], others[2]});
-    others.push_back(outside);
+    OpenAndCheck({checked});
     std::vector<std::wstring> asked;
     m_host.application.Parser().SetFileHook([&](const std::wstring& file) { asked.push_back(file); });
-    for (const std::wstring& file : others)
-        m_host.Close(m_host.Open(file, "<?php else;"));
+    m_host.Close(m_host.Open(outside, "<?php else;"));
     Host::CDocument& document = OpenDocument(checked);
     m_host.component->DoCheck(0);
     m_host.Close(document);
@@ -431,6 +584,43 @@ TEST_F(ClosedFilesTest, AreOnlyCheckedWhenACheckWasDueAndTheProjectsCheckWouldDo
     QTest::qWait(100);
     WaitForCheck();
     EXPECT_EQ(asked, std::vector<std::wstring>{checked});
+}
+
+// Discarded edits take their errors along, and what they hid comes back.
+TEST_F(ClosedFilesTest, AreCheckedFromDiskWhenTheyWereEdited)
+{
+    const struct
+    {
+        const wchar_t* name;
+        const char* onDisk;
+        const wchar_t* edited;
+        std::size_t whileOpen, afterwards;
+    } cases[] = {
+        {L"a.php", "<?php else;", L"<?php else; else; else;", 3, 1},
+        {L"b.php", "<?php else; ?><nix>", L"<?php\n", 0, 2},
+        {L"c.html", "<p>", L"<nix>", 1, 0},
+        {L"d.css", "a { colr: red }", L"", 0, 1},
+        {L"e.inc", "<?php", L"<?php else;", 1, 0},
+        {L"gone.php", nullptr, L"<?php else;", 1, 0},
+    };
+    std::vector<std::wstring> files;
+    for (const auto& c : cases)
+        files.push_back(m_folder.Write(c.name, c.onDisk ? c.onDisk : ""));
+    OpenAndCheck(files);
+    for (std::size_t i = 0; i < std::size(cases); ++i) {
+        SCOPED_TRACE(QString::fromStdWString(files[i]).toStdString());
+        Host::CDocument& document = OpenDocument(files[i]);
+        Tests::CTestHost::Edit(document, cases[i].edited);
+        m_host.component->DoCheck(0);
+        QCoreApplication::sendPostedEvents();
+        EXPECT_EQ(Count(files[i]), cases[i].whileOpen);
+        if (!cases[i].onDisk)
+            std::filesystem::remove(Host::PathToBytes(files[i]));
+        m_host.Close(document);
+        WaitForCount(files[i], cases[i].afterwards);
+        WaitForCheck();
+        EXPECT_EQ(Count(files[i]), cases[i].afterwards);
+    }
 }
 
 TEST_F(ClosedFilesTest, ComeLastInAProjectsCheckThatRuns)

@@ -22,7 +22,7 @@ struct STextChange
 class IStateRegionHandler
 {
 public:
-    /// Attached to a reader.
+    /// When the handler is registered: the document's reader.
     virtual void Init(boost::shared_ptr<IReader> reader) = 0;
     /// Before the first region of a pass; true takes part in it.
     virtual bool BeforeParse(const STextChange& change, boost::shared_ptr<IReader> reader) = 0;
@@ -31,8 +31,10 @@ public:
     virtual void SendRegsEnd() = 0;
     /// One region, valid during the call. The status is 0; it is not looked at.
     virtual int AddRegion(CRegion* region) = 0;
+    /// Asked when the handler is registered.
     virtual std::wstring GetSRName() = 0;
-    /// The part of the document that the handler needs; (-1, -1) to (2147483647, 2147483647) is all of it.
+    /// Asked in each pass: the part of the document that the handler needs; (-1, -1) to (2147483647,
+    /// 2147483647) is all of it.
     virtual CIterator GetStartPos() = 0;
     virtual CIterator GetEndPos() = 0;
 

@@ -4,6 +4,7 @@
 #include "Kesh/SyntaxParser/IParser.h"
 #include "Kesh/SyntaxParser/SemanticTree.h"
 
+#include <atomic>
 #include <boost/enable_shared_from_this.hpp>
 #include <boost/signals2/signal.hpp>
 #include <boost/weak_ptr.hpp>
@@ -44,6 +45,10 @@ public:
     /// Runs one pass over the reader's text on the calling thread: region handlers first, then the semantic
     /// trees, then the end-of-parse signal. `full` is true: partial passes are reserved.
     virtual void Parse(bool full) = 0;
+    /// While a parse runs the flag may be set from any thread: Parse() then returns soon, with no
+    /// AfterParse() for the handlers and no end-of-parse signal. Null, as it is at first: nobody will. Not
+    /// owned. A host may leave it aside and parse to the end.
+    virtual void SetCancelFlag(const std::atomic<bool>* /*cancelled*/) {}
     /// Emitted at the end of Parse(), on its thread.
     virtual EndOfParseSignal& GetEndOfParseSignal() = 0;
     /// Emitted when the host document is about to end. GUI thread.

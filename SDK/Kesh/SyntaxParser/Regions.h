@@ -11,11 +11,9 @@ namespace Kesh::SyntaxParser {
 class ISynRegion
 {
 public:
+    virtual ~ISynRegion() = default;
     /// Name of the kind, for people who look at a region stream.
-    virtual std::wstring GetName() const = 0;
-
-protected:
-    ~ISynRegion() = default;
+    virtual std::wstring GetName() const { return {}; }
 };
 
 /// One piece of a document, valid only during the call that delivers it.
@@ -28,7 +26,7 @@ struct CRegion
     /// The same characters as IReader::GetText(start, end) when the source holds the document in one piece,
     /// so that they can be looked at without a copy. Those characters stay until the pass has ended. A null
     /// data() means: ask the reader.
-    std::wstring_view text;
+    std::wstring_view text{};
 };
 
 /// The PHP region kinds, each one distinct object, addressed by the numbers that the checker knows.
