@@ -1,18 +1,21 @@
-// Any bytes as a PHP document: its regions have no gaps, its errors lie in it, and an earlier state of it
-// changes nothing.
+// Any bytes as a PHP document: its regions are its text, its errors lie in it, and neither another text that
+// was checked before nor the reader changes anything.
 
 #include "Components/CAErrorsManager.h"
 #include "Parsers/PhpSyntaxParser.h"
 #include "Require.h"
+#include "SPBase/reader.h"
 #include "SyntaxParser/SPDocument.h"
 #include "SyntaxParser/SourceText.h"
 #include "SyntaxParser/TextReader.h"
 
+#include <algorithm>
 #include <boost/make_shared.hpp>
 #include <cstdint>
 #include <string_view>
 
 using namespace Kesh;
+using CodeAnalyzer::SCAError;
 using SyntaxParser::CIterator;
 
 namespace {
@@ -21,19 +24,20 @@ namespace {
 class CGaplessRegions final : public SyntaxParser::IStateRegionHandler
 {
 public:
-    void Init(boost::shared_ptr<SyntaxParser::IReader>) override {}
+    void Init(boost::shared_ptr<SyntaxParser::IReader> reader) override { m_reader = std::move(reader); }
     bool BeforeParse(const SyntaxParser::STextChange&, boost::shared_ptr<SyntaxParser::IReader>) override
     {
         m_end = {};
         m_next = nullptr;
         return true;
     }
-    void AfterParse() override {}
+    void AfterParse() override { Require(m_end == m_reader->GetEnd()); }
     void SendRegsEnd() override {}
     int AddRegion(SyntaxParser::CRegion* region) override
     {
         Require(region->start == m_end && region->start < region->end);
         Require(!m_next || region->text.data() == m_next);
+        Require(m_reader->GetText(region->start, region->end) == region->text);
         m_end = region->end;
         m_next = region->text.data() + region->text.size();
         return 0;
@@ -43,46 +47,82 @@ public:
     CIterator GetEndPos() override { return {2147483647, 2147483647}; }
 
 private:
+    boost::shared_ptr<SyntaxParser::IReader> m_reader;
     CIterator m_end;
     const wchar_t* m_next = nullptr;
 };
 
-/// A driver whose errors can be seen without a bar.
+/// A driver whose errors and warnings can be seen without a bar.
 class CDriver final : public CodeAnalyzer::CPhpSyntaxParser
 {
 public:
     using CPhpSyntaxParser::CPhpSyntaxParser;
     void OnStructureError(int code, SyntaxParser::CRegion* region, int skipToEnd) override
     {
-        errors.push_back({{region->start, region->end}, code, 1});
+        records.push_back({{region->start, region->end}, code, CodeAnalyzer::SeverityError});
         CPhpSyntaxParser::OnStructureError(code, region, skipToEnd);
     }
-    std::vector<CodeAnalyzer::SCAError> errors;
+    void AddErrors(const std::vector<SCAError>& errors) override
+    {
+        records.insert(records.end(), errors.begin(), errors.end());
+        CPhpSyntaxParser::AddErrors(errors);
+    }
+    std::vector<SCAError> records;
 };
+
+/// A document with its checker, over a reader of either kind.
+template <class TReader> class CChecked
+{
+public:
+    CChecked()
+        : m_reader(boost::make_shared<TReader>(std::wstring())),
+          m_document(SyntaxParser::MakeSPDocument(m_reader, {L"/fuzz.php", L"PHPSPDocFactory"})),
+          m_driver(m_document->GetDefRegions(), &s_manager)
+    {
+        m_driver.InitParser(m_document);
+        boost::dynamic_pointer_cast<SyntaxParser::IParser>(m_document->GetComponent(L"IParser").lock())
+            ->AddStateRegionHandler(&m_regions);
+    }
+    std::vector<SCAError> Check(const std::wstring& text)
+    {
+        m_reader->SetText(text);
+        m_driver.records.clear();
+        m_document->Parse(true);
+        const CIterator end = m_reader->GetEnd();
+        for (const SCAError& record : m_driver.records)
+            Require(CIterator{} <= record.pos.start && record.pos.start < record.pos.end &&
+                    record.pos.end <= end);
+        return m_driver.records;
+    }
+
+private:
+    static inline CodeAnalyzer::CCAErrorsManager s_manager;
+    boost::shared_ptr<TReader> m_reader;
+    boost::shared_ptr<SyntaxParser::ISPDocument> m_document;
+    CGaplessRegions m_regions;
+    CDriver m_driver;
+};
+
+void RequireSame(const std::vector<SCAError>& a, const std::vector<SCAError>& b)
+{
+    Require(std::equal(a.begin(), a.end(), b.begin(), b.end(), [](const SCAError& x, const SCAError& y) {
+        return x.pos == y.pos && x.code == y.code && x.type == y.type;
+    }));
+}
 
 } // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
 {
-    static CodeAnalyzer::CCAErrorsManager manager;
     const std::string_view bytes(reinterpret_cast<const char*>(data), size);
-    auto reader = boost::make_shared<SyntaxParser::CTextReader>(SyntaxParser::DecodeSource(bytes));
-    const auto document = SyntaxParser::MakeSPDocument(reader, {L"/fuzz.php", L"PHPSPDocFactory"});
+    std::wstring text = SyntaxParser::DecodeSource(bytes);
+    std::replace(text.begin(), text.end(), L'\0', L'\xFFFD'); // as a check of a document does
+    const std::wstring earlier = L"<?php " + text.substr(text.size() / 2);
 
-    CGaplessRegions regions;
-    CDriver driver(document->GetDefRegions(), &manager);
-    driver.InitParser(document);
-    boost::dynamic_pointer_cast<SyntaxParser::IParser>(document->GetComponent(L"IParser").lock())
-        ->AddStateRegionHandler(&regions);
-    document->Parse(true);
-    const auto first = std::exchange(driver.errors, {});
-    document->Parse(true);
-
-    Require(first.size() == driver.errors.size());
-    for (std::size_t i = 0; i < first.size(); ++i) {
-        const auto& [pos, code, type] = first[i];
-        Require(pos.start < pos.end && code == driver.errors[i].code &&
-                pos.start == driver.errors[i].pos.start);
-    }
+    CChecked<SyntaxParser::CSimpleReader> document;
+    const std::vector<SCAError> records = document.Check(text);
+    document.Check(earlier);
+    RequireSame(document.Check(text), records);
+    RequireSame(CChecked<SyntaxParser::CTextReader>().Check(text), records);
     return 0;
 }

@@ -22,7 +22,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         Require(again[i].file == read[i].file && again[i].errors.size() == read[i].errors.size());
         for (std::size_t j = 0; j < read[i].errors.size(); ++j)
             Require(again[i].errors[j].code == read[i].errors[j].code &&
-                    again[i].errors[j].pos.start == read[i].errors[j].pos.start);
+                    again[i].errors[j].type == read[i].errors[j].type &&
+                    again[i].errors[j].pos == read[i].errors[j].pos);
     }
     return 0;
 }

@@ -94,8 +94,11 @@ bool InvokeMethod(QObject* receiver, void* slot, Qt::ConnectionType type, void* 
 
 void StartThread(QThread* thread, QThread::Priority priority)
 {
-    // Called on the thread itself, as the last thing that it does.
+    // Called on the thread itself, as the last thing that it does, but before it may ask for its own end.
+    const bool deletesItself = QObject::disconnect(thread, &QThread::finished, thread, &QObject::deleteLater);
     QObject::connect(thread, &QThread::finished, [thread] { __tsan_release(thread); });
+    if (deletesItself)
+        QObject::connect(thread, &QThread::finished, thread, &QObject::deleteLater);
     static const auto real = OfQt(&StartThread, THREAD_START);
     real(thread, priority);
 }

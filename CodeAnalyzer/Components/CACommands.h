@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Kesh/Base/Export.h"
 #include "Kesh/SDK/ICommand.h"
 
 namespace Kesh::SDK {
@@ -7,7 +8,7 @@ namespace Kesh::SDK {
 class IApplication;
 
 /// A command that does nothing: the heading of a popup, and the base of real commands.
-class CEmptyCmd : public ICommand
+class KESH_EXPORT CEmptyCmd : public ICommand
 {
 public:
     /// `disabled` non-zero greys the menu entry.
@@ -39,8 +40,9 @@ namespace Kesh::CodeAnalyzer {
 
 class CCAComponent;
 
-/// Checks the document that the user works in. The component, here and below, outlives the command.
-class CCACheckNowCmd : public SDK::CEmptyCmd
+/// Checks the document that the user works in. The component, here and below, outlives the command. A host
+/// may make this one and the next itself, for menus and tool bars of its own.
+class KESH_EXPORT CCACheckNowCmd : public SDK::CEmptyCmd
 {
 public:
     explicit CCACheckNowCmd(CCAComponent* component);
@@ -52,7 +54,7 @@ private:
 };
 
 /// Checks all files of the open project.
-class CCACheckProjectCmd : public SDK::CEmptyCmd
+class KESH_EXPORT CCACheckProjectCmd : public SDK::CEmptyCmd
 {
 public:
     explicit CCACheckProjectCmd(CCAComponent* component);

@@ -98,8 +98,15 @@ void CCAErrorsBar::OnAddErrors(const std::wstring& file, const std::vector<SCAEr
         for (const SCAError& error : errors)
             items.append(new CCAErrorsBarItem(file, error.pos, error.type, error.code,
                                               m_errorsManager->GetErrorDescription(error), this));
+        const int added = items.size();
+        if (HasForeignRows()) {
+            addTopLevelItems(items);
+            SortItems();
+        } else {
+            InsertSorted(items);
+        }
         m_rowsOfFile[CCAErrorsBarItem::MakeFileKey(file)].insert(items.begin(), items.end());
-        InsertSorted(std::move(items));
+        m_rowCount += added;
 
         if (m_rememberedFile == file && m_rememberedRow >= 0 && m_rememberedRow < topLevelItemCount()) {
             QTreeWidgetItem* row = topLevelItem(m_rememberedRow);
@@ -118,11 +125,17 @@ void CCAErrorsBar::OnRemoveErrors(const std::wstring& file)
         m_rememberedRow = indexOfTopLevelItem(selected.first());
     }
 
-    const auto found = m_rowsOfFile.find(CCAErrorsBarItem::MakeFileKey(file));
+    const std::wstring key = CCAErrorsBarItem::MakeFileKey(file);
+    if (HasForeignRows()) {
+        RemoveRowsOneByOne(key);
+        return;
+    }
+    const auto found = m_rowsOfFile.find(key);
     if (found == m_rowsOfFile.end())
         return;
     const TRows items = std::move(found->second);
     m_rowsOfFile.erase(found);
+    m_rowCount -= static_cast<int>(items.size());
     const std::vector<int> rows = FindRows(items);
     for (std::size_t end = rows.size(); end > 0;) {
         std::size_t first = end - 1;
@@ -133,12 +146,21 @@ void CCAErrorsBar::OnRemoveErrors(const std::wstring& file)
     }
 }
 
+void CCAErrorsBar::RemoveRowsOneByOne(const std::wstring& fileKey)
+{
+    for (int row = topLevelItemCount() - 1; row >= 0; --row) {
+        const auto* item = dynamic_cast<CCAErrorsBarItem*>(topLevelItem(row));
+        if (item && item->GetFileKey() == fileKey)
+            delete item;
+    }
+}
+
 void CCAErrorsBar::ForgetRow(const CCAErrorsBarItem* item)
 {
     const auto found = m_rowsOfFile.find(item->GetFileKey());
     if (found == m_rowsOfFile.end())
         return;
-    found->second.erase(item);
+    m_rowCount -= static_cast<int>(found->second.erase(item));
     if (found->second.empty())
         m_rowsOfFile.erase(found);
 }

@@ -57,17 +57,21 @@ public:
     /// For a row that is about to die, whoever takes it away.
     void ForgetRow(const CCAErrorsBarItem* item);
 
+public slots:
+    /// Sorts by a column, or the other way round when it is sorted by it already.
+    void OnHeaderItemClicked(int nId);
+
 protected:
     /// Opens the file of the selected row and puts the caret at the error. Raises CCriticalError when the
     /// document has become too short for it.
     void mouseDoubleClickEvent(QMouseEvent* e) override;
 
-private slots:
-    void OnHeaderItemClicked(int nId);
-
 private:
     using TRows = std::unordered_set<const QTreeWidgetItem*>;
 
+    /// Whether somebody else has put rows in or taken some out, so that the order of the rows tells nothing.
+    bool HasForeignRows() const { return topLevelItemCount() != m_rowCount; }
+    void RemoveRowsOneByOne(const std::wstring& fileKey);
     /// In the current order.
     bool IsBefore(const QTreeWidgetItem* a, const QTreeWidgetItem* b) const;
     void InsertSorted(QList<QTreeWidgetItem*> items);
@@ -87,6 +91,7 @@ private:
     int m_sortOrder = TypeAscending;
     /// By the file with its case folded: most files that are checked have no rows, and need not look at any.
     std::unordered_map<std::wstring, TRows> m_rowsOfFile;
+    int m_rowCount = 0; ///< of m_rowsOfFile
 };
 
 } // namespace Kesh::CodeAnalyzer

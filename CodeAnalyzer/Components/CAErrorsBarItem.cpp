@@ -27,7 +27,8 @@ CCAErrorsBarItem::CCAErrorsBarItem(const std::wstring& file, const SyntaxParser:
 
 CCAErrorsBarItem::~CCAErrorsBarItem()
 {
-    m_bar->ForgetRow(this);
+    if (m_bar)
+        m_bar->ForgetRow(this);
 }
 
 std::wstring CCAErrorsBarItem::MakeFileKey(const std::wstring& file)
@@ -42,6 +43,8 @@ std::wstring CCAErrorsBarItem::MakeFileKey(const std::wstring& file)
 bool CCAErrorsBarItem::operator<(const QTreeWidgetItem& other) const
 {
     const auto& that = static_cast<const CCAErrorsBarItem&>(other);
+    if (!m_bar)
+        return false;
     const int order = m_bar->GetSortOrder();
     switch (order) {
     case CCAErrorsBar::TypeAscending:

@@ -14,7 +14,7 @@ class CCAErrorsBar;
 class CCAErrorsBarItem : public QTreeWidgetItem
 {
 public:
-    /// `bar` is asked for the sort order whenever rows are compared.
+    /// `bar` is asked for the sort order whenever rows are compared; a row without one has no order.
     CCAErrorsBarItem(const std::wstring& file, const SyntaxParser::SScheme& pos, std::int32_t type,
                      std::int32_t code, const std::wstring& description, CCAErrorsBar* bar);
     /// Has the bar forget the row.

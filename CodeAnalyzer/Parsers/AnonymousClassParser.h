@@ -19,7 +19,7 @@ protected:
     void HandleClassState(SyntaxParser::CRegion* region) override;
     void SendStructureEnd(SyntaxParser::CRegion* region, int redispatch) override;
 
-private:
+protected:
     enum EBodyState { InBodyState = 100, ParamsState = 101, AfterBodyState = 102 };
 
     void HandleAnonymosClassParamsState(SyntaxParser::CRegion* region);

@@ -19,7 +19,7 @@ protected:
     void HandleAfterParamsState(SyntaxParser::CRegion* region) override;
     void HandleAfterUseState(SyntaxParser::CRegion* region) override;
 
-private:
+protected:
     enum EBodyState { AfterBodyState = 100, InBodyState = 101 };
 
     void HandleAfterFunctionBodyState(SyntaxParser::CRegion* region);

@@ -35,7 +35,7 @@ protected:
 
     int m_state = ClassState;
 
-private:
+protected:
     void HandleClassNameState(SyntaxParser::CRegion* region);
     void HandleExtendsState(SyntaxParser::CRegion* region);
     void HandleExtendsNameState(SyntaxParser::CRegion* region);

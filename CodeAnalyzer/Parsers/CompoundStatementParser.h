@@ -15,7 +15,7 @@ public:
     int StatementStartRegion(SyntaxParser::CRegion* region) override;
     void BeforeParse(const SyntaxParser::STextChange& change) override;
 
-private:
+protected:
     std::vector<SyntaxParser::CIterator> m_blocks; ///< kept empty
     int m_braces = 0;                              ///< blocks started in this pass
 };

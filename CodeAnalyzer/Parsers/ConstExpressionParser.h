@@ -17,7 +17,7 @@ protected:
     void HandleAfterName(SyntaxParser::CRegion* region) override { HandleConstNameState(region); }
     bool NeedsValue() const override { return true; }
 
-private:
+protected:
     void HandleConstState(SyntaxParser::CRegion* region);
     void HandleConstNameState(SyntaxParser::CRegion* region);
 };

@@ -38,7 +38,7 @@ protected:
     /// Whether the region may be a part of a type: a name, `?`, `|`, `&`, `\` or a round bracket.
     bool IsTypePart(SyntaxParser::CRegion* region);
 
-private:
+protected:
     void HandleNameState(SyntaxParser::CRegion* region);
     void HandleAssignState(SyntaxParser::CRegion* region);
     void HandleExpressionState(SyntaxParser::CRegion* region);

@@ -53,6 +53,8 @@ void CExpressionStatementParser::OpenBrace(CRegion* region, EBracket kind)
 
 void CExpressionStatementParser::CloseSquare(CRegion* region)
 {
+    if (!AnyBracketOpen())
+        return;
     Close(region);
     --m_data.squareDepth;
     if (!m_data.squareMarks.empty() && m_data.squareMarks.back() == m_data.squareDepth) {
@@ -64,6 +66,8 @@ void CExpressionStatementParser::CloseSquare(CRegion* region)
 
 void CExpressionStatementParser::CloseRound(CRegion* region)
 {
+    if (!AnyBracketOpen()) // whoever set the state has opened none
+        return;
     m_data.matchHead = InnermostIs(EBracket::MatchHead);
     Close(region);
     --m_data.roundDepth;

@@ -152,6 +152,9 @@ int CExpressionStatementParser::StatementStartRegion(CRegion* region)
     } else if (IsPrefixOperator(region)) {
         state = UOperandState;
     } else if (IsWord(region)) {
+        // The word after a short opening tag, which is none of the statement's.
+        if (CCommonString::LowersTo(TrimmedText(region), L"php"))
+            return false;
         state = AfterWordStartState;
     } else if (IsSymbol(region, L"$")) {
         state = DollarState;
@@ -301,11 +304,14 @@ void CExpressionStatementParser::StartEmbedded(CRegion* region, int kind)
     }
 }
 
-// The copy is made when the body begins; what follows the body continues a complete operand.
+// The copy is made when the body begins; what follows the body of a closure or a class continues a complete
+// operand.
 void CExpressionStatementParser::SaveDataToStack()
 {
+    const bool isEmbedded = m_data.state == AnonymousFunctionState || m_data.state == AnonymousClassState;
     m_dataStack.push_back(std::move(m_data));
-    m_dataStack.back().state = ChainState;
+    if (isEmbedded)
+        m_dataStack.back().state = ChainState;
     const int embeddedState =
         m_dataStack.back().embeddedKind == 0 ? AnonymousFunctionState : AnonymousClassState;
     m_data = SExpressionData();

@@ -27,17 +27,10 @@ public:
     void OnStructureError(int code, SyntaxParser::CRegion* region, int skipToEnd) override;
     void AddErrors(const std::vector<SCAError>& errors) override;
 
-    /// The operations recorded for the last expression, in the order in which they were reduced.
-    const std::vector<SSubExpr>& GetSubExpressions() const { return m_data.subExpressions; }
-
-protected:
     /// Whether the expression ends at this region; asked while no bracket is open.
     virtual int IsTerminalRegion(SyntaxParser::CRegion* region);
     virtual void HandleBinarOpState(SyntaxParser::CRegion* region);
     virtual void HandleChainState(SyntaxParser::CRegion* region);
-
-    void DoExpressionEnd(SyntaxParser::CRegion* region);
-    void DoExpressionError(int code, SyntaxParser::CRegion* region, int skip);
 
     // The region tests.
     int IsBinaryOperator(SyntaxParser::CRegion* region);
@@ -53,6 +46,13 @@ protected:
     void AddOperator(SyntaxParser::CRegion* region);
     void AddOperator(std::wstring_view op);
 
+    /// The operations recorded for the last expression, in the order in which they were reduced.
+    const std::vector<SSubExpr>& GetSubExpressions() const { return m_data.subExpressions; }
+
+protected:
+    void DoExpressionEnd(SyntaxParser::CRegion* region);
+    void DoExpressionError(int code, SyntaxParser::CRegion* region, int skip);
+
     /// Opens `[` after an operand; the index follows.
     void OpenIndex(SyntaxParser::CRegion* region);
     bool AnyBracketOpen() const { return !m_data.brackets.empty(); }
@@ -62,7 +62,6 @@ protected:
 
     SExpressionData m_data;
 
-private:
     void HandleAssignExprState(SyntaxParser::CRegion* region);
     void HandleAfterWordStartState(SyntaxParser::CRegion* region);
     void HandleUOperandState(SyntaxParser::CRegion* region);

@@ -22,7 +22,7 @@ void CExpressionStatementParser::HandleAfterWordStartState(CRegion* region)
         return;
     }
     SetState(ChainState);
-    CExpressionStatementParser::HandleChainState(region);
+    HandleChainState(region);
 }
 
 // 2: an operand.

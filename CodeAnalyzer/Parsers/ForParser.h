@@ -19,7 +19,7 @@ public:
 
     void OnStructureEnd(SyntaxParser::CRegion* region, int redispatch) override;
 
-private:
+protected:
     enum EState {
         ForState = 0,
         FirstPartState = 1,

@@ -37,6 +37,8 @@ void CForeachParser::BeforeParse(const STextChange& change)
 void CForeachParser::OnError()
 {
     m_bodyStack.assign(1, {0, 0});
+    m_frames.clear();
+    m_handed = false;
     m_path.assign(1, 0);
     m_current = 0;
 }
@@ -142,6 +144,7 @@ void CForeachParser::HandlePartEnd(CRegion* region)
         m_data.valueSpan = {m_partStart, m_partEnd};
         m_partStart = m_partEnd = {};
         AddForeachTreeNode();
+        m_handed = false;
         m_state = AfterConditionState;
     } else if (!IsNonSignificantRegion(region)) {
         Error(region);
@@ -157,38 +160,71 @@ std::wstring CForeachParser::PartText(CRegion* end) const
     return std::wstring(CCommonString::Trim(m_reader->GetText(m_partStart, m_partEnd)));
 }
 
-// 7: after the header.
+// 7: after the header. What no parser takes, such as the `:`, comes back here, and the next region is handed
+// on in its place.
 void CForeachParser::HandleAfterConditionState(CRegion* region)
 {
+    const bool inBody = m_handed;
+    if (inBody)
+        m_frames.pop_back();
     if (IsToken(region, 10)) {
         WarnOddSemicolon(region);
         SetCurrent(m_bodyStack.back().loop);
         End(region, 0);
         return;
     }
-    m_bodyStack.push_back({m_current, IsSymbol(region, L":") ? 1 : 0});
+    if (!inBody)
+        m_bodyStack.push_back({m_current, IsSymbol(region, L":") ? 1 : 0});
+    HandOn(region, {m_current, m_bodyStack.size() - 1});
+}
+
+void CForeachParser::HandOn(CRegion* region, SFrame frame)
+{
+    m_frames.push_back(frame);
+    m_handed = true;
     m_parent->OnParsingContinue(region, 1);
 }
 
 void CForeachParser::RestoreForContinue()
 {
     m_state = AfterBodyState;
+    m_handed = false;
+    m_ended = {};
+    if (!m_frames.empty()) {
+        m_ended = m_frames.back();
+        m_frames.pop_back();
+    }
 }
 
 // 8: after a statement of the body.
 void CForeachParser::HandleAfterBodyState(CRegion* region)
 {
-    if (m_bodyStack.size() == 1) {
-        End(region, 1);
-    } else if (!m_bodyStack.back().alternative) {
-        PopBody();
-        End(region, 1);
-    } else if (!IsRegion(region, Php().TokenDefs[2], L"endforeach", 0)) { // in lower case only
-        m_parent->OnParsingContinue(region, 1);
-    } else {
-        PopBody();
-        End(region, 0);
+    if (m_handed) { // nobody has taken the last region of the body
+        m_frames.pop_back();
+        m_handed = false;
     }
+    const std::size_t place = m_ended.place;
+    const bool isOpen = place > 0 && place < m_bodyStack.size() && m_bodyStack[place].loop == m_ended.loop;
+    if (!isOpen) { // `endforeach` has closed the loop
+        End(region, 1);
+        return;
+    }
+    const bool isInnermost = place + 1 == m_bodyStack.size();
+    const bool isEnd = IsRegion(region, Php().TokenDefs[2], L"endforeach", 0); // in lower case only
+    const bool isAlternative = m_bodyStack.back().alternative;
+    if (isAlternative && !isEnd) {
+        if (isInnermost) // the statements that follow are parsed one by one until `endforeach`
+            End(region, 1);
+        else // the body is a loop with such a body
+            HandOn(region, m_ended);
+        return;
+    }
+    if (isAlternative)
+        PopBody();
+    // With the loop that was its body this one ends too.
+    while (m_bodyStack.size() > place && !m_bodyStack[place].alternative)
+        PopBody();
+    End(region, isAlternative ? 0 : 1);
 }
 
 // 9: the `;` after `endforeach`; no state leads here.

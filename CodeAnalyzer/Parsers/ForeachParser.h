@@ -24,7 +24,7 @@ public:
 
     void OnStructureEnd(SyntaxParser::CRegion* region, int redispatch) override;
 
-private:
+protected:
     enum EState {
         ForeachState = 0,
         ConditionStartState = 1,
@@ -56,6 +56,12 @@ private:
         std::size_t loop;
         int alternative; ///< 1 after `:`
     };
+    /// A suspension of this parser: for the body of which loop, and where that is in m_bodyStack.
+    struct SFrame
+    {
+        std::size_t loop = 0;
+        std::size_t place = 0;
+    };
     /// The loops of one name, in the order in which they began.
     using TNames = std::unordered_map<std::wstring, std::vector<std::size_t>>;
     using TSpan = std::tuple<std::int64_t, std::int64_t, std::int64_t, std::int64_t>;
@@ -75,6 +81,7 @@ private:
     std::size_t NearestAround(TNames& names, const std::wstring& name) const;
     void WarnSameName(const SyntaxParser::SScheme& outer, const SyntaxParser::SScheme& inner, int code);
     void Warn(const SyntaxParser::SScheme& span, int code);
+    void HandOn(SyntaxParser::CRegion* region, SFrame frame);
     void CloseAlternative(SyntaxParser::CRegion* region);
     void PopBody();
     void SetCurrent(std::size_t loop);
@@ -86,7 +93,10 @@ private:
     std::vector<std::size_t> m_path; ///< from the root to m_current
     TNames m_keys;
     TNames m_values;
-    std::vector<SBody> m_bodyStack;      ///< loops whose body is being parsed, above an entry for the root
+    std::vector<SBody> m_bodyStack; ///< loops whose body is being parsed, above an entry for the root
+    std::vector<SFrame> m_frames;   ///< innermost last
+    SFrame m_ended;                 ///< of the body that a statement has just ended in
+    bool m_handed = false; ///< the last region was handed on, and no parser is known to have taken it
     SyntaxParser::CIterator m_partStart; ///< of the key or value being read
     SyntaxParser::CIterator m_partEnd;
     const wchar_t* m_partText = nullptr; ///< the text at m_partStart, if the source holds it in one piece

@@ -43,7 +43,7 @@ protected:
     int m_depth = 0;     ///< open brackets of the list being read
     bool m_seen = false; ///< a parameter list has begun
 
-private:
+protected:
     void HandleList(SyntaxParser::CRegion* region, int next);
 };
 

@@ -14,7 +14,7 @@ public:
     int StatementStartRegion(SyntaxParser::CRegion* region) override;
     void BeforeParse(const SyntaxParser::STextChange& change) override;
 
-private:
+protected:
     enum EState { GlobalState = 0, VarNameState = 1, FigureBodyState = 2 };
 
     void HandleGlobalState(SyntaxParser::CRegion* region);

@@ -29,7 +29,12 @@ bool IsKnown(const SyntaxParser::TCompletionList& items, const std::wstring& nam
     const auto place = std::lower_bound(
         items.begin(), items.end(), name,
         [](const SyntaxParser::ICompletionItem* item, const std::wstring& n) { return item->GetName() < n; });
-    return place != items.end() && (*place)->GetName() == name;
+    if (place != items.end() && (*place)->GetName() == name)
+        return true;
+    // A host may give its list in another order. Unknown names are rare, so that the long way is too.
+    return std::any_of(items.begin(), items.end(), [&name](const SyntaxParser::ICompletionItem* item) {
+        return item->GetName() == name;
+    });
 }
 
 } // namespace

@@ -2,11 +2,11 @@
 
 #include "Base/CommonString.h"
 #include "Parsers/ErrorCodes.h"
+#include "Parsers/SwitchParser.h"
 
 #include <deque>
 #include <map>
 #include <set>
-#include <utility>
 
 namespace Kesh::CodeAnalyzer {
 
@@ -60,7 +60,6 @@ int CIfElseParser::StatementStartRegion(CRegion* region)
 
 void CIfElseParser::DispathRegion(CRegion* region)
 {
-    m_bodyEndsHere = std::exchange(m_resumed, false);
     switch (m_state) {
     case IfState: HandleIfState(region); break;
     case ConditionStartState: HandleConditionStartState(region); break;
@@ -159,7 +158,7 @@ void CIfElseParser::HandleContinueState(CRegion* region)
         m_state = IfState;
     } else if (IsKeyword(region, L"else")) {
         m_state = ElseState;
-    } else if (m_bodyEndsHere && IsOpening(region, L'{')) { // only the head of a `switch` has ended
+    } else if (m_switches && m_switches->OpensBody(region)) { // the body goes on
         m_resume.push_back({ContinueState, {}, nullptr});
         m_parent->OnParsingContinue(region, 1);
     } else if (IsKeyword(region, L"endif")) {
@@ -176,7 +175,6 @@ void CIfElseParser::HandleContinueState(CRegion* region)
 
 void CIfElseParser::RestoreForContinue()
 {
-    m_resumed = true;
     if (m_resume.empty()) { // suspended by an earlier pass that ended inside a branch
         m_state = ContinueState;
         return;

@@ -7,6 +7,8 @@
 
 namespace Kesh::CodeAnalyzer {
 
+class CSwitchParser;
+
 /// `if`, `elseif`, `else if`, `else` and `endif`, with braces, single statements or `:`. Warns of a `;` in
 /// place of a body and of equal conditions in one chain.
 class CIfElseParser : public CContainerParser
@@ -14,6 +16,10 @@ class CIfElseParser : public CContainerParser
 public:
     CIfElseParser(SyntaxParser::CDefRegions* defs, boost::shared_ptr<SyntaxParser::IReader> reader,
                   CParentParser* parent);
+
+    /// The parser of the `switch` statements that may be the body of a branch, whose block it does not take
+    /// with it. Not owned.
+    void SetSwitches(const CSwitchParser* switches) { m_switches = switches; }
 
     void DispathRegion(SyntaxParser::CRegion* region) override;
     int StatementStartRegion(SyntaxParser::CRegion* region) override;
@@ -26,7 +32,7 @@ public:
     void OnStructureError(int code, SyntaxParser::CRegion* region, int skipToEnd) override;
     void OnParsingContinue(SyntaxParser::CRegion* region, int offer) override;
 
-private:
+protected:
     enum EState {
         IfState = 0,
         ConditionStartState = 1,
@@ -73,9 +79,8 @@ private:
     SyntaxParser::CIterator m_condStart;  ///< the end of the `(` of the condition being read
     const wchar_t* m_condText = nullptr;  ///< the text there, if the source holds it in one piece
     int m_state = IfState;
-    std::vector<SResume> m_resume;        ///< one entry per suspension, innermost last
-    bool m_resumed = false;               ///< since the last region
-    bool m_bodyEndsHere = false;          ///< the region has ended the body that was suspended for
+    std::vector<SResume> m_resume; ///< one entry per suspension, innermost last
+    const CSwitchParser* m_switches = nullptr;
     SyntaxParser::CIterator m_lastHanded; ///< start of the region last handed on after `else`
 };
 

@@ -14,7 +14,7 @@ public:
     int StatementStartRegion(SyntaxParser::CRegion* region) override;
     void BeforeParse(const SyntaxParser::STextChange& change) override;
 
-private:
+protected:
     enum EState {
         NamespaceState = 0,
         NamespaceNameState = 1,

@@ -74,11 +74,11 @@ void CPhpSyntaxParser::InitParser(boost::shared_ptr<IParser> parser, boost::shar
 
     // The first that claims a region wins, so the expression parser, which claims nearly anything, is last.
     AddParser<CCompoundStatementParser>();
-    AddParser<CIfElseParser>();
-    AddParser<CSwitchParser>();
+    auto* ifElse = AddParser<CIfElseParser>();
+    const auto* switches = AddParser<CSwitchParser>();
     AddParser<CFunctionStatementParser>();
     AddParser<CForeachParser>();
-    AddParser<CWhileParser>();
+    auto* whiles = AddParser<CWhileParser>();
     AddParser<CForParser>();
     AddParser<CClassParser>();
     AddParser<CGlobalExpressionParser>();
@@ -87,15 +87,19 @@ void CPhpSyntaxParser::InitParser(boost::shared_ptr<IParser> parser, boost::shar
     AddParser<CTryCatchParser>();
     AddParser<CNamespaceParser>();
     AddParser<CExpressionStatementParser>();
+    ifElse->SetSwitches(switches);
+    whiles->SetSwitches(switches);
 }
 
-template <class TParser> void CPhpSyntaxParser::AddParser()
+template <class TParser> TParser* CPhpSyntaxParser::AddParser()
 {
-    m_parsers.push_back(new TParser(m_defs, m_reader, this));
+    auto* parser = new TParser(m_defs, m_reader, this);
+    m_parsers.push_back(parser);
     // Most parsers leave the base's empty handler as it is and need not be called.
     if (!std::is_same_v<decltype(&TParser::HandleBracketRegion),
                         decltype(&CStatementParser::HandleBracketRegion)>)
-        m_bracketParsers.push_back(m_parsers.back());
+        m_bracketParsers.push_back(parser);
+    return parser;
 }
 
 void CPhpSyntaxParser::SteFileName(const std::wstring& name)
@@ -129,6 +133,7 @@ bool CPhpSyntaxParser::BeforeParse(const STextChange& change, boost::shared_ptr<
     m_skipToEnd = 0;
     m_inPhp = 0;
     m_errors.clear();
+    m_redeliver = m_delivering = m_taken = false;
     for (CStatementParser* parser : m_parsers)
         parser->BeforeParse(change);
     return true;
@@ -138,6 +143,9 @@ void CPhpSyntaxParser::AfterParse()
 {
     for (CStatementParser* parser : m_parsers)
         parser->AfterParse();
+    // What the text has left unfinished is nothing to the next pass, which may see another text.
+    m_suspended.clear();
+    m_active = nullptr;
     if (!m_errors.empty())
         m_errorsManager->AddErrors(m_fileName, m_errors);
 }

@@ -58,7 +58,7 @@ private:
     void Offer(SyntaxParser::CRegion* region);
     void DispatchRegion(SyntaxParser::CRegion* region);
     void DispatchBracketRegion(SyntaxParser::CRegion* region);
-    template <class TParser> void AddParser();
+    template <class TParser> TParser* AddParser();
 
     std::vector<CStatementParser*> m_parsers; ///< owned, in the order in which they are offered a region
     std::vector<CStatementParser*> m_bracketParsers; ///< those that look at every bracket

@@ -16,7 +16,7 @@ protected:
     void HandleKeywordState(SyntaxParser::CRegion* region) override { HandleStaticState(region); }
     void HandleAfterName(SyntaxParser::CRegion* region) override { HandleVarNameState(region); }
 
-private:
+protected:
     void HandleStaticState(SyntaxParser::CRegion* region);
     void HandleVarNameState(SyntaxParser::CRegion* region);
     bool IsModifier(SyntaxParser::CRegion* region);

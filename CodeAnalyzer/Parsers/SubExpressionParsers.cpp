@@ -47,6 +47,14 @@ int CStaticOperandParser::StatementStartRegion(CRegion* region)
     return true;
 }
 
+void CStaticOperandParser::HandleChainState(CRegion* region)
+{
+    if (IsOpening(region, L'('))
+        CExpressionStatementParser::HandleChainState(region);
+    else
+        COperandParser::HandleChainState(region);
+}
+
 int CCaseExpressionParser::IsTerminalRegion(CRegion* region)
 {
     return IsToken(region, 10) || IsSymbol(region, L":");

@@ -14,7 +14,6 @@ public:
     /// Begins with a region that may only stand inside an expression, as that of a closure.
     void StartInside(SyntaxParser::CRegion* region);
 
-protected:
     void HandleBinarOpState(SyntaxParser::CRegion* region) override;
     void HandleChainState(SyntaxParser::CRegion* region) override;
 };
@@ -26,6 +25,8 @@ public:
     using COperandParser::COperandParser;
 
     int StatementStartRegion(SyntaxParser::CRegion* region) override;
+    /// A value may be a call, in young PHP.
+    void HandleChainState(SyntaxParser::CRegion* region) override;
 };
 
 /// The value after `case`: ends at `:` or `;`.
@@ -34,7 +35,6 @@ class CCaseExpressionParser : public CExpressionStatementParser
 public:
     using CExpressionStatementParser::CExpressionStatementParser;
 
-protected:
     int IsTerminalRegion(SyntaxParser::CRegion* region) override;
 };
 
@@ -44,7 +44,6 @@ class CForExpressionParser : public CExpressionStatementParser
 public:
     using CExpressionStatementParser::CExpressionStatementParser;
 
-protected:
     int IsTerminalRegion(SyntaxParser::CRegion* region) override;
 };
 
@@ -54,7 +53,6 @@ class CForeachConditionParser : public CExpressionStatementParser
 public:
     using CExpressionStatementParser::CExpressionStatementParser;
 
-protected:
     int IsTerminalRegion(SyntaxParser::CRegion* region) override;
 };
 
@@ -64,7 +62,6 @@ class CForeachValueParser : public CExpressionStatementParser
 public:
     using CExpressionStatementParser::CExpressionStatementParser;
 
-protected:
     int IsTerminalRegion(SyntaxParser::CRegion* region) override;
 };
 

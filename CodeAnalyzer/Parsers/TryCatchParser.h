@@ -14,7 +14,7 @@ public:
     int StatementStartRegion(SyntaxParser::CRegion* region) override;
     void BeforeParse(const SyntaxParser::STextChange& change) override;
 
-private:
+protected:
     enum EState { ThrowState = 0, CatchState = 1, CatchBrState = 2, CatchClassState = 3, CatchVarState = 4 };
 
     void HandleThrowState(SyntaxParser::CRegion* region);

@@ -1,8 +1,7 @@
 #include "Parsers/WhileParser.h"
 
 #include "Parsers/ErrorCodes.h"
-
-#include <utility>
+#include "Parsers/SwitchParser.h"
 
 namespace Kesh::CodeAnalyzer {
 
@@ -44,7 +43,6 @@ int CWhileParser::StatementStartRegion(CRegion* region)
 
 void CWhileParser::DispathRegion(CRegion* region)
 {
-    m_bodyEndsHere = std::exchange(m_resumed, false);
     if (m_state == ConditionState) {
         m_conditionParser.DispathRegion(region);
         return;
@@ -129,7 +127,7 @@ void CWhileParser::HandleAfterDoBodyState(CRegion* region)
     if (IsKeyword(region, L"while")) {
         m_doWhile = region->start;
         m_state = WhileState;
-    } else if (m_bodyEndsHere && IsOpening(region, L'{')) { // only the head of a `switch` has ended
+    } else if (m_switches && m_switches->OpensBody(region)) { // the body goes on
         HandBody(region);
     } else {
         Error(WhileError, region);
@@ -144,7 +142,6 @@ void CWhileParser::HandBody(CRegion* region)
 
 void CWhileParser::RestoreForContinue()
 {
-    m_resumed = true;
     m_isDo = 0;
     if (!m_doStack.empty()) {
         m_isDo = m_doStack.back();

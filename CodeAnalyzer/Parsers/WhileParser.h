@@ -5,12 +5,18 @@
 
 namespace Kesh::CodeAnalyzer {
 
+class CSwitchParser;
+
 /// `while` and `do ... while`.
 class CWhileParser : public CContainerParser
 {
 public:
     CWhileParser(SyntaxParser::CDefRegions* defs, boost::shared_ptr<SyntaxParser::IReader> reader,
                  CParentParser* parent);
+
+    /// The parser of the `switch` statements that may be the body of a `do`, whose block it does not take
+    /// with it. Not owned.
+    void SetSwitches(const CSwitchParser* switches) { m_switches = switches; }
 
     void DispathRegion(SyntaxParser::CRegion* region) override;
     int StatementStartRegion(SyntaxParser::CRegion* region) override;
@@ -19,7 +25,7 @@ public:
 
     void OnStructureEnd(SyntaxParser::CRegion* region, int redispatch) override;
 
-private:
+protected:
     enum EState {
         WhileState = 0,
         ConditionStartState = 1,
@@ -44,8 +50,7 @@ private:
     int m_state = WhileState;
     CExpressionStatementParser m_conditionParser;
     int m_isDo = 0;
-    bool m_resumed = false;            ///< since the last region
-    bool m_bodyEndsHere = false;       ///< the region has ended the body that was suspended for
+    const CSwitchParser* m_switches = nullptr;
     SyntaxParser::CIterator m_doWhile; ///< the `while` that ended the last `do`, which is offered again
     std::vector<int> m_doStack;        ///< the kind of each loop whose body is being parsed, innermost last
 };

@@ -17,11 +17,16 @@ std::wstring CPhpScanner::LowerWord(const wchar_t* begin, const wchar_t* end)
     return word;
 }
 
-// The word "php" is blank to the parsers, for the sake of short tags; a name must not be.
+// The word "php" is blank to the parsers, for the sake of short tags, and begins nothing; a name must do
+// both.
 int CPhpScanner::NameKind(const wchar_t* begin, const wchar_t* end) const
 {
     const bool isBlank = end - begin == 3 && m_prev != OpenTag && LowerWord(begin, end) == L"php";
-    return isBlank ? PhpConstantWord : PhpWord;
+    if (!isBlank)
+        return PhpWord;
+    const bool beginsValue =
+        m_prev == Case || m_prev == Assign || m_places.back().kind == EPlace::ControlHead;
+    return beginsValue ? PhpKeyword : PhpConstantWord;
 }
 
 void CPhpScanner::ScanWord(EPhpToken /*token*/)
@@ -33,10 +38,12 @@ void CPhpScanner::ScanWord(EPhpToken /*token*/)
     } else if (m_enumType) {
         m_enumType = false;
         Comment(PhpAnnotation);
-    } else if (IsEnumCase()) {
-        Token(PhpConstantWord);
+    } else if (const int kind = NameKind(m_lexer.Begin(), m_lexer.Cursor()); IsEnumCase()) {
+        Token(kind == PhpWord ? PhpConstantWord : kind);
+    } else if (kind != PhpWord && Peek() == L'(') {
+        Emit(m_php.ExtraDefs[PhpCalledWord]);
     } else {
-        Token(NameKind(m_lexer.Begin(), m_lexer.Cursor()));
+        Token(kind);
     }
 }
 

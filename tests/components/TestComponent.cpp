@@ -1,9 +1,12 @@
 #include "Base/Exception.h"
 #include "Components/CACommands.h"
+#include "Components/CCADocManager.h"
+#include "Components/CCAProjectHandler.h"
 #include "Kesh/CodeAnalyzer/Plugin.h"
 #include "TestHost.h"
 
 #include <QCoreApplication>
+#include <dlfcn.h>
 #include <gtest/gtest.h>
 
 namespace Kesh::CodeAnalyzer {
@@ -122,6 +125,16 @@ TEST(Commands, AreWhatMenusExpect)
         c.command.OnUpdateCommandUI(&ui);
         EXPECT_EQ(ui.enabled, c.enabled) << "locking changes nothing else";
     }
+}
+
+TEST(Plugin, ExportsTheCommandsThatHostsMake)
+{
+    void* library = ::dlopen(BUILD_DIR "/lib/libCodeAnalyzer.so.1", RTLD_NOW | RTLD_LOCAL);
+    ASSERT_NE(library, nullptr) << ::dlerror();
+    for (const char* name : {"_ZN4Kesh12CodeAnalyzer14CCACheckNowCmdC1EPNS0_12CCAComponentE",
+                             "_ZN4Kesh12CodeAnalyzer18CCACheckProjectCmdC1EPNS0_12CCAComponentE"})
+        EXPECT_NE(::dlsym(library, name), nullptr) << name;
+    ::dlclose(library);
 }
 
 TEST(Plugin, IsDrivenThroughItsFunctions)

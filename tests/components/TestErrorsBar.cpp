@@ -418,6 +418,30 @@ TEST_F(ErrorsBarClickTest, PositionsThatDoNotExistAreRaised)
     EXPECT_THROW(inOne < Base::CTextIterator(two.GetBuffer(), {0, 2}), Base::CCriticalError);
 }
 
+TEST_F(ErrorsBarTest, RowsOfOthersAreRemovedWithTheirFile)
+{
+    delete new CCAErrorsBarItem(L"/a.php", {}, 1, 101, L"without a bar", nullptr);
+    delete new CCAErrorsBarItem(L"/a.php", {}, 1, 101, L"in no list", &Bar());
+    const auto add = [&](const wchar_t* file) {
+        Bar().addTopLevelItem(new CCAErrorsBarItem(file, ErrorAt(0, 7).pos, 1, 101, L"of another", &Bar()));
+    };
+    Errors().AddErrorsFormBar(L"/b.php", {ErrorAt(0, 0), ErrorAt(0, 2)});
+    add(L"/A.php");
+    add(L"/b.PHP");
+    Errors().AddErrorsFormBar(L"/a.php", {ErrorAt(0, 1)});
+    EXPECT_EQ(Rows(), (Texts{"/a.php - 2", "/A.php - 8", "/b.php - 1", "/b.php - 3", "/b.PHP - 8"}));
+    Bar().OnHeaderItemClicked(1);
+    delete Bar().takeTopLevelItem(3); // the second one of /b.php
+    Errors().RemoveErrors(L"/b.php");
+    EXPECT_EQ(Rows(), (Texts{"/a.php - 2", "/A.php - 8"}));
+    Errors().RemoveErrors(L"/a.php");
+    EXPECT_EQ(Rows(), Texts());
+    Errors().AddErrorsFormBar(L"/a.php", {ErrorAt(0, 5), ErrorAt(0, 1)});
+    EXPECT_EQ(Rows(), (Texts{"/a.php - 2", "/a.php - 6"}));
+    Errors().RemoveErrors(L"/A.PHP");
+    EXPECT_EQ(Rows(), Texts());
+}
+
 } // namespace
 
 } // namespace Kesh::CodeAnalyzer

@@ -3,9 +3,11 @@
 
 #include <QApplication>
 #include <QObject>
+#include <QPointer>
 #include <QThread>
 #include <cstdlib>
 #include <gtest/gtest.h>
+#include <string>
 
 namespace {
 
@@ -41,6 +43,31 @@ void ChangeAfterHandingOver()
         QCoreApplication::processEvents();
     thread->wait();
     delete thread;
+}
+
+/// Writes on its own thread what is taken apart on the one that deletes it.
+class CSelfDeleting : public QThread
+{
+public:
+    CSelfDeleting() { connect(this, &QThread::finished, this, &QObject::deleteLater); }
+
+protected:
+    void run() override { m_text.assign(100, 'x'); }
+
+private:
+    std::string m_text;
+};
+
+TEST(ThreadSanitizer, SeesNoRaceWhereAThreadDeletesItself)
+{
+    for (int round = 0; round < 500; ++round) {
+        const QPointer<QThread> thread = new CSelfDeleting;
+        thread->start();
+        while (thread) {
+            QCoreApplication::processEvents();
+            QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+        }
+    }
 }
 
 TEST(ThreadSanitizerDeathTest, StillReportsARace)

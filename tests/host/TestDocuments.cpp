@@ -1,7 +1,9 @@
 #include "Base/Exception.h"
 #include "HostFixture.h"
 #include "Kesh/SyntaxParser/ISPDocument.h"
+#include "SyntaxParser/TextReader.h"
 
+#include <boost/make_shared.hpp>
 #include <filesystem>
 #include <fstream>
 
@@ -44,6 +46,72 @@ TEST_F(Documents, AnEditIsSavedInTheFilesOwnFormat)
         EXPECT_FALSE(document.IsStale());
         EXPECT_EQ(Bytes(path), c.after);
         Service().Close(document);
+    }
+}
+
+/// Notes what it is asked, and the regions that it gets.
+struct CHandler : SyntaxParser::IStateRegionHandler
+{
+    CHandler(SyntaxParser::CIterator start, SyntaxParser::CIterator end) : m_start(start), m_end(end) {}
+    void Init(boost::shared_ptr<SyntaxParser::IReader> reader) override
+    {
+        m_log += reader ? "init " : "null ";
+    }
+    bool BeforeParse(const SyntaxParser::STextChange&, boost::shared_ptr<SyntaxParser::IReader>) override
+    {
+        m_log += "before ";
+        return true;
+    }
+    int AddRegion(SyntaxParser::CRegion* region) override
+    {
+        m_regions += region->text;
+        return 0;
+    }
+    void SendRegsEnd() override { m_log += "end "; }
+    void AfterParse() override { m_log += "after "; }
+    std::wstring GetSRName() override
+    {
+        m_log += "name ";
+        return L"handler";
+    }
+    SyntaxParser::CIterator GetStartPos() override
+    {
+        m_log += "from ";
+        return m_start;
+    }
+    SyntaxParser::CIterator GetEndPos() override
+    {
+        m_log += "to ";
+        return m_end;
+    }
+    SyntaxParser::CIterator m_start, m_end;
+    std::string m_log;
+    std::wstring m_regions;
+};
+
+TEST_F(Documents, AHandlerIsAskedAndGetsWhatItNeeds)
+{
+    struct SCase
+    {
+        SyntaxParser::CIterator start, end;
+        const wchar_t* regions;
+    };
+    const SCase cases[] = {{{-1, -1}, {2147483647, 2147483647}, L"<?php f;g;"},
+                           {{0, 0}, {2147483647, 2147483647}, L"<?php f;g;"},
+                           {{7, 0}, {2147483647, 2147483647}, L";g;"},
+                           {{-1, -1}, {7, 0}, L"<?php f"},
+                           {{7, 0}, {8, 0}, L";"},
+                           {{0, 1}, {5, 1}, L""}};
+    for (const SCase& c : cases) {
+        auto reader = boost::make_shared<SyntaxParser::CTextReader>(L"<?php f;g;");
+        const auto document = m_host.Parser().CreateDocument(reader, L"/a.php", L"PHPSPDocFactory");
+        CHandler handler(c.start, c.end);
+        boost::dynamic_pointer_cast<SyntaxParser::IParser>(document->GetComponent(L"IParser").lock())
+            ->AddStateRegionHandler(&handler);
+        EXPECT_EQ(handler.m_log, "init name ");
+        document->Parse(true);
+        EXPECT_EQ(handler.m_log, "init name before from to end after ");
+        EXPECT_EQ(handler.m_regions, c.regions);
     }
 }
 

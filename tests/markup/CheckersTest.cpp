@@ -7,6 +7,7 @@
 #include "markup/FakeHost.h"
 #include "markup/MarkupTestText.h"
 
+#include <algorithm>
 #include <gtest/gtest.h>
 
 namespace Kesh::CodeAnalyzer {
@@ -134,6 +135,24 @@ TEST_F(Checkers, FollowOneDocumentWhileTheyLive)
         EXPECT_EQ(Check("<p>", EMarkup::Html), "");
     }
     EXPECT_EQ(Check("<foo>", EMarkup::Html), "");
+}
+
+TEST_F(Checkers, TakeAttributesInAnyOrder)
+{
+    const SyntaxParser::ICompletionData* data = SyntaxParser::GetBuiltInCompletionData();
+    struct CUnsorted : SyntaxParser::IAttributeSource
+    {
+        const SyntaxParser::TCompletionList& GetAttributes(const std::wstring&) const override
+        {
+            return list;
+        }
+        SyntaxParser::TCompletionList list;
+    } source;
+    source.list = data->GetAttributeSource()->GetAttributes(L"a");
+    std::reverse(source.list.begin(), source.list.end());
+    m_application.SetAttributeSource(&source);
+    CHtmlSyntaxChecker checker(nullptr, m_document, &m_application, &m_manager, &m_customItems);
+    EXPECT_EQ(Check("<a href=x class=y title=z nope=1 id=b>", EMarkup::Html), "2002@26,0-30,0");
 }
 
 TEST_F(Checkers, NeedTheParsingService)

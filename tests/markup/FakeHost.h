@@ -57,12 +57,23 @@ private:
     DocDestroySignal m_destroyed;
 };
 
-class CFakeParserComponent : public SyntaxParser::IParserComponent, public SyntaxParser::ICssSyntax
+class CFakeParserComponent : public SyntaxParser::IParserComponent,
+                             public SyntaxParser::ICssSyntax,
+                             public SyntaxParser::ICompletionData
 {
 public:
-    const SyntaxParser::ICompletionData* GetCompletionData() override
+    /// Instead of the host's own.
+    void SetAttributeSource(const SyntaxParser::IAttributeSource* source) { m_attributes = source; }
+
+    const SyntaxParser::ICompletionData* GetCompletionData() override { return this; }
+    const SyntaxParser::TCompletionList& GetTags() const override { return Data()->GetTags(); }
+    const SyntaxParser::TCompletionList& GetStyleProperties() const override
     {
-        return SyntaxParser::GetBuiltInCompletionData();
+        return Data()->GetStyleProperties();
+    }
+    const SyntaxParser::IAttributeSource* GetAttributeSource() const override
+    {
+        return m_attributes ? m_attributes : Data()->GetAttributeSource();
     }
     const SyntaxParser::ICssSyntax* GetCssSyntax() override { return this; }
     SyntaxParser::ISynRegion* GetPropertyNameKind() const override
@@ -93,6 +104,9 @@ public:
     FindErrorRegionsSignal& GetFindErrorRegionsSignal() override { return m_findRegions; }
 
 private:
+    static const SyntaxParser::ICompletionData* Data() { return SyntaxParser::GetBuiltInCompletionData(); }
+
+    const SyntaxParser::IAttributeSource* m_attributes = nullptr;
     DocCreatedSignal m_created;
     ProjectParsedSignal m_projectParsed;
     FindErrorRegionsSignal m_findRegions;
@@ -110,6 +124,10 @@ public:
     boost::weak_ptr<SDK::IComponent1<SDK::IApplication>> GetComponent(const std::wstring& name) override
     {
         return name == L"IParserComponent" ? m_parser : nullptr;
+    }
+    void SetAttributeSource(const SyntaxParser::IAttributeSource* source)
+    {
+        m_parser->SetAttributeSource(source);
     }
     SDK::IMainFrame* GetMainFrame() override { return nullptr; }
     SDK::IImageListService* GetImageListService() override { return nullptr; }

@@ -9,6 +9,16 @@ namespace {
 // Correct PHP of all ages; none of it may be reported.
 const char* const Accepted[] = {
     // expressions
+    "php(1); PHP('a')->b(); if ($a) php(); Php::f(); PHP; $a = php(2) + PHP; new Php(3); static $x = php(4);",
+    "switch (php) { case PHP: f(); case Php::A: g(); } if (php) f(); while (Php::b()) g(); for (php; PHP, "
+    "php; "
+    "php) f(); foreach (php as $b) {} const A = PHP; static $y = PHP; class Php extends PHP { public php $z "
+    "= "
+    "Php::A; function f(php $a, ?Php $b = PHP): php {} }",
+    "static $x = f(1), $y = [g()]; const Y = A; function h() { static $z = new A(1); }",
+    "if ($a) switch ($b) { case 1: f(); } else g(); if ($a) foreach ($b as $c) switch ($d) { case 1: f(); } "
+    "else g(); if ($a) if ($b) switch ($c) { default: f(); } else g(); else h();",
+    "do switch ($a) { case 1: f(); } while ($b); do while ($a) switch ($b) { case 1: f(); } while ($c);",
     "$a = 1; $b = $a + 2 * 3 ** 4; $c .= 'x'; $d <<= 1; $e ?\?= $f ?\? 2; $g = $a <=> $b;",
     "f(); f($a,); f(...$a); f(...); $x = f(...)($y); f(name: 1, array: 2, class: 3, default: $x ? 1 : 2);",
     "$a->b()->c['x'][0]->d(1)(2); $a?->b?->c(); A::b()::$c['x']::D; $o::class; $a->{'x' . $y}[1]; "

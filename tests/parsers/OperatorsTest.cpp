@@ -1,9 +1,10 @@
-#include "Parsers/ExpressionStatementParser.h"
+#include "Parsers/SubExpressionParsers.h"
 #include "SPBase/reader.h"
 #include "SyntaxParser/PhpScanner.h"
 #include "SyntaxParser/SPDocument.h"
 
 #include <boost/make_shared.hpp>
+#include <cwchar>
 #include <gtest/gtest.h>
 
 namespace Kesh::CodeAnalyzer {
@@ -82,6 +83,138 @@ TEST(Operators, OperationsAreRecordedAsTheyAreReduced)
     for (const auto& [text, operations] : cases)
         EXPECT_EQ(CExpressionRun(text).Operations(), operations)
             << QString::fromWCharArray(text).toStdString();
+}
+
+namespace {
+
+/// Takes what a parser that is driven by hand reports.
+struct CParent : CParentParser
+{
+    void OnStructureEnd(CRegion*, int redispatch) override
+    {
+        reports += L"end" + std::to_wstring(redispatch) + L' ';
+    }
+    void OnParsingContinue(CRegion*, int) override { reports += L"nest "; }
+    void OnStructureError(int code, CRegion*, int) override { reports += std::to_wstring(code) + L' '; }
+    void AddErrors(const std::vector<SCAError>&) override {}
+    std::wstring reports;
+};
+
+/// One line of text, cut by hand.
+class CByHand
+{
+public:
+    explicit CByHand(const std::wstring& text)
+        : reader(boost::make_shared<SyntaxParser::CSimpleReader>(text)), m_text(text)
+    {
+    }
+    /// The next piece of the text, which must follow the last one but for blanks.
+    CRegion Next(const std::wstring& piece, SyntaxParser::ISynRegion* kind)
+    {
+        const std::size_t at = m_text.find(piece, m_end);
+        m_end = at + piece.size();
+        return CRegion{{static_cast<std::int64_t>(at), 0}, {static_cast<std::int64_t>(m_end), 0}, kind};
+    }
+
+    SyntaxParser::CDefRegions* defs = SyntaxParser::GetDefRegions();
+    const SyntaxParser::SPhpRegionDefs& php = defs->Php;
+    boost::shared_ptr<SyntaxParser::IReader> reader;
+    CParent parent;
+
+private:
+    std::wstring m_text;
+    std::size_t m_end = 0;
+};
+
+} // namespace
+
+TEST(ByHand, RegionKindsCanBeMade)
+{
+    struct CKind : SyntaxParser::ISynRegion
+    {
+    } kind;
+    CByHand text(L"php");
+    CRegion region = text.Next(L"php", &kind);
+    CExpressionStatementParser parser(text.defs, text.reader, &text.parent);
+    EXPECT_FALSE(parser.StatementStartRegion(&region)) << "of a kind that nobody knows";
+    EXPECT_EQ(kind.GetName(), L"");
+    // The word after a short opening tag, whatever kind of word it is.
+    for (const int index : {17, 19}) {
+        region.definition = text.php.TokenDefs[index];
+        EXPECT_FALSE(parser.StatementStartRegion(&region)) << index;
+    }
+}
+
+TEST(ByHand, AnOperandEndsAtTheBracketAfterAWord)
+{
+    CByHand text(L"f (");
+    CRegion word = text.Next(L"f", text.php.TokenDefs[19]);
+    CRegion bracket = text.Next(L"(", text.php.TokenDefs[3]);
+    COperandParser operand(text.defs, text.reader, &text.parent);
+    ASSERT_TRUE(operand.StatementStartRegion(&word));
+    operand.DispathRegion(&bracket);
+    EXPECT_EQ(text.parent.reports, L"end0 ");
+}
+
+TEST(ByHand, AStateSetFromOutsideTakesWhatComes)
+{
+    for (int state = 0; state <= 35; ++state)
+        for (const wchar_t* bracket : {L"(", L"[", L"{", L")", L"]", L"}"}) {
+            CByHand text(bracket);
+            CRegion region = text.Next(bracket, text.php.TokenDefs[std::wcschr(L"([{", *bracket) ? 3 : 4]);
+            COperandParser operand(text.defs, text.reader, &text.parent);
+            operand.SetState(state);
+            operand.DispathRegion(&region);
+        }
+}
+
+TEST(ByHand, AStateComesBackAfterNestedStatements)
+{
+    CByHand text(L"$a + ;");
+    CRegion variable = text.Next(L"$a", text.php.VarDefs[3]);
+    CRegion plus = text.Next(L"+", text.php.TokenDefs[1]);
+    CRegion end = text.Next(L";", text.php.TokenDefs[10]);
+    CExpressionStatementParser parser(text.defs, text.reader, &text.parent);
+    ASSERT_TRUE(parser.StatementStartRegion(&variable));
+    parser.DispathRegion(&plus);
+    parser.OnParsingContinue(&plus, 0);
+    parser.OnStructureEnd(&plus, 0);
+    parser.DispathRegion(&end); // where an operand is still due
+    EXPECT_EQ(text.parent.reports, L"nest 101 ");
+}
+
+TEST(ByHand, OperatorsCanBeAskedAbout)
+{
+    struct SCase
+    {
+        const wchar_t* text;
+        int kind; ///< a TokenDefs index
+        const char* tests;
+        int priority;
+    };
+    const SCase cases[] = {{L"||", 1, "b", 5},     {L"**", 1, "a", -1},     {L"-", 1, "ap", 5},
+                           {L"++", 1, "ps", -1},   {L"clone", 19, "p", -1}, {L"Clone", 2, "", -1},
+                           {L"ISSET", 2, "f", -1}, {L"Print", 19, "n", -1}, {L"Int", 2, "t", -1},
+                           {L"XOR", 19, "b", -1},  {L".", 21, "ba", -1},    {L"&&", 1, "b", 6},
+                           {L"(", 3, "", 10}};
+    for (const SCase& c : cases) {
+        CByHand text(c.text);
+        CRegion region = text.Next(c.text, text.php.TokenDefs[c.kind]);
+        CExpressionStatementParser parser(text.defs, text.reader, &text.parent);
+        std::string yes;
+        yes += parser.IsBinaryOperator(&region) ? "b" : "";
+        yes += parser.IsBinaryOperatorCanBeAssign(&region) ? "a" : "";
+        yes += parser.IsPrefixOperator(&region) ? "p" : "";
+        yes += parser.IsSuffixOperator(&region) ? "s" : "";
+        yes += parser.IsFuncStyleKeyword(&region) ? "f" : "";
+        yes += parser.IsNoNeedParamsFuncKeyword(&region) ? "n" : "";
+        yes += parser.IsTypeRegion(&region) ? "t" : "";
+        EXPECT_EQ(yes, c.tests) << QString::fromWCharArray(c.text).toStdString();
+        EXPECT_EQ(parser.GetOperatorPriority(c.text), c.priority);
+        EXPECT_FALSE(parser.IsTerminalRegion(&region));
+        parser.AddOperator(&region);
+        parser.AddOperator(std::wstring(L")")); // nothing to close is no harm
+    }
 }
 
 } // namespace Kesh::CodeAnalyzer

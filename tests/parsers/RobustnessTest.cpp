@@ -135,12 +135,26 @@ TEST(Robustness, EarlierStatesOfTheTextLeaveNoTrace)
         EXPECT_EQ(php.CheckAfter({earlier, text}, text), expected) << earlier;
     }
 
+    // A statement that the earlier text left unfinished must not be taken up again.
+    const std::string_view states[] = {"<?php if($o): if($y) f",      "<?php if($o): if($y) f(); endif;",
+                                       "<?php foreach ($a as $b): f", "<?php while ($a) f(); endwhile; }",
+                                       "<?php f(function() { if ($a", "<?php do { f(); } while ($a); }"};
+    for (std::string_view earlier : states)
+        for (std::string_view later : states)
+            EXPECT_EQ(php.CheckAfter({earlier}, later), php.Check(later)) << earlier << " then " << later;
+
     std::mt19937 random(3);
-    for (int round = 0; round < 2000; ++round) {
-        std::string earlier = "<?php ";
+    const auto any = [&random] {
+        std::string any = "<?php ";
         for (std::size_t i = 0, length = 5 + random() % 60; i < length; ++i)
-            (earlier += Pieces[random() % std::size(Pieces)]) += ' ';
+            (any += Pieces[random() % std::size(Pieces)]) += ' ';
+        return any;
+    };
+    for (int round = 0; round < 2000; ++round) {
+        const std::string earlier = any();
         ASSERT_EQ(php.CheckAfter({earlier}, text), expected) << earlier;
+        const std::string later = any();
+        ASSERT_EQ(php.CheckAfter({earlier}, later), php.Check(later)) << earlier << " then " << later;
     }
 }
 
