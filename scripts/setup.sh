@@ -8,7 +8,7 @@ packages=(
 
 # Tests also compare with PHP itself, on PHP files that Debian ships.
 test_packages=(
-    clang-format php-cli php-mbstring python3
+    clang-format php-cli php-mbstring python3 xvfb openbox xdotool
     php-twig php-symfony-console php-symfony-dependency-injection php-symfony-http-foundation
 )
 

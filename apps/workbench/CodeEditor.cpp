@@ -2,14 +2,17 @@
 
 #include "Application/FilePath.h"
 #include "EditorTheme.h"
+#include "HtmlLexer.h"
 #include "SyntaxParser/SPDocument.h"
 
 #include <QHelpEvent>
 #include <QToolTip>
+#include <Qsci/qscicommandset.h>
 #include <Qsci/qscilexercss.h>
-#include <Qsci/qscilexerhtml.h>
 #include <Qsci/qscilexerjavascript.h>
 #include <algorithm>
+#include <cstring>
+#include <utility>
 
 namespace Kesh::Workbench {
 
@@ -17,7 +20,9 @@ namespace {
 
 enum EMargin { LineMargin = 0, ErrorMargin = 1, FoldMargin = 2 };
 constexpr int ErrorMarker = 2;
+constexpr int WarningMarker = 3;
 constexpr int ErrorIndicator = 8; // below are those of lexers
+constexpr int WarningIndicator = 9;
 /// Longer texts stay uncoloured: a lexer looks at all of the text up to the visible part.
 constexpr std::size_t MaxColouredLength = 8 << 20; // bytes
 
@@ -32,9 +37,7 @@ QsciLexer* MakeLexer(const std::wstring& path, QObject* parent)
     if (ends(".js"))
         return new QsciLexerJavaScript(parent);
     if (ends(".xml") || ends(".svg") || !SyntaxParser::FactoryForPath(path).empty()) {
-        auto* lexer = new QsciLexerHTML(parent);
-        lexer->setFoldCompact(false);
-        return lexer;
+        return new CHtmlLexer(parent);
     }
     return nullptr;
 }
@@ -47,16 +50,25 @@ CCodeEditor::CCodeEditor(QWidget* parent) : QsciScintilla(parent)
     setEolMode(EolUnix);
     setAutoIndent(true);
     setTabWidth(4);
-    setBraceMatching(SloppyBraceMatch);
+    setBraceMatching(NoBraceMatch); // the widget's own takes "<" and ">" for brackets
     setScrollWidth(1);
     setScrollWidthTracking(true);
     setMarginType(LineMargin, NumberMargin);
     setMarginType(ErrorMargin, SymbolMargin);
     setMarginWidth(ErrorMargin, fontMetrics().height() + 2);
-    setMarginMarkerMask(ErrorMargin, 1 << ErrorMarker);
+    setMarginMarkerMask(ErrorMargin, 1 << ErrorMarker | 1 << WarningMarker);
     setFolding(BoxedTreeFoldStyle, FoldMargin);
-    indicatorDefine(SquiggleIndicator, ErrorIndicator);
-    setIndicatorDrawUnder(true, ErrorIndicator);
+    for (const int indicator : {ErrorIndicator, WarningIndicator}) {
+        indicatorDefine(SquiggleIndicator, indicator);
+        setIndicatorDrawUnder(true, indicator);
+    }
+    const int side = fontMetrics().height();
+    markerDefine(IconOf(ESeverity::Warning).pixmap(side, side), WarningMarker);
+    // The menu has these, and does more.
+    for (const auto command : {QsciCommand::ZoomIn, QsciCommand::ZoomOut})
+        standardCommands()->find(command)->setKey(0);
+    // Keys that others know for what there is a key for already.
+    standardCommands()->find(QsciCommand::Redo)->setAlternateKey(Qt::CTRL | Qt::SHIFT | Qt::Key_Z);
     // Errors are asked for visible lines only, so other lines have to be noticed.
     connect(this, &QsciScintillaBase::SCN_UPDATEUI, this, [this](int) { OnUpdateUi(); });
     connect(this, &QsciScintilla::linesChanged, this, &CCodeEditor::UpdateMargins);
@@ -153,31 +165,63 @@ int CCodeEditor::GetEndVisibleLine() const
     return std::min(static_cast<int>(SendScintilla(SCI_DOCLINEFROMVISIBLE, last)) + 1, lines());
 }
 
-void CCodeEditor::ShowErrors(int first, int end, const std::vector<SyntaxParser::SScheme>& spans,
-                             const std::vector<int>& markedLines)
+void CCodeEditor::CenterCaret()
 {
-    SendScintilla(SCI_SETINDICATORCURRENT, ErrorIndicator);
+    const long line = SendScintilla(SCI_LINEFROMPOSITION, SendScintilla(SCI_GETCURRENTPOS));
+    SendScintilla(SCI_ENSUREVISIBLE, line);
+    const long shown = SendScintilla(SCI_VISIBLEFROMDOCLINE, line);
+    const long onScreen = SendScintilla(SCI_LINESONSCREEN);
+    const long place = shown - SendScintilla(SCI_GETFIRSTVISIBLELINE);
+    if (place < onScreen / 3 || place >= onScreen - onScreen / 3)
+        SendScintilla(SCI_SETFIRSTVISIBLELINE, std::max(0L, shown - onScreen / 2));
+    SendScintilla(SCI_SCROLLCARET); // sideways
+}
+
+void CCodeEditor::Underline(const SyntaxParser::SScheme& span)
+{
+    int start = PositionOf(span.start);
+    int stop = PositionOf(span.end);
+    // An error at the end of a line, or of no width, must be seen too.
+    if (stop <= start)
+        stop = static_cast<int>(SendScintilla(SCI_POSITIONAFTER, start));
+    if (stop <= start)
+        start = static_cast<int>(SendScintilla(SCI_POSITIONBEFORE, start));
+    SendScintilla(SCI_INDICATORFILLRANGE, start, stop - start);
+}
+
+void CCodeEditor::ShowLineMark(int line, ESeverity severity)
+{
+    const long shown = SendScintilla(SCI_MARKERGET, line);
+    for (const auto& [marker, of] :
+         {std::pair(ErrorMarker, ESeverity::Error), {WarningMarker, ESeverity::Warning}}) {
+        const bool marked = shown & (1 << marker);
+        if (marked && severity != of)
+            SendScintilla(SCI_MARKERDELETE, line, marker);
+        else if (!marked && severity == of)
+            SendScintilla(SCI_MARKERADD, line, marker);
+    }
+}
+
+void CCodeEditor::ShowMarks(int first, int end, const std::vector<SMark>& marks)
+{
     const int from = PositionOf({0, first});
     const int to = end >= lines() ? length() : PositionOf({0, end});
-    SendScintilla(SCI_INDICATORCLEARRANGE, from, to - from);
-    for (const SyntaxParser::SScheme& span : spans) {
-        int start = PositionOf(span.start);
-        int stop = PositionOf(span.end);
-        // An error at the end of a line, or of no width, must be seen too.
-        if (stop <= start)
-            stop = static_cast<int>(SendScintilla(SCI_POSITIONAFTER, start));
-        if (stop <= start)
-            start = static_cast<int>(SendScintilla(SCI_POSITIONBEFORE, start));
-        SendScintilla(SCI_INDICATORFILLRANGE, start, stop - start);
+    std::vector<ESeverity> severities(static_cast<std::size_t>(std::max(0, end - first)), ESeverity::None);
+    for (const auto& [indicator, severity] :
+         {std::pair(ErrorIndicator, ESeverity::Error), {WarningIndicator, ESeverity::Warning}}) {
+        SendScintilla(SCI_SETINDICATORCURRENT, indicator);
+        SendScintilla(SCI_INDICATORCLEARRANGE, from, to - from);
+        for (const SMark& mark : marks)
+            if (mark.severity == severity)
+                Underline(mark.span);
     }
-    for (int line = first; line < end; ++line) {
-        const bool marked = SendScintilla(SCI_MARKERGET, line) & (1 << ErrorMarker);
-        const bool wanted = std::binary_search(markedLines.begin(), markedLines.end(), line);
-        if (marked && !wanted)
-            SendScintilla(SCI_MARKERDELETE, line, ErrorMarker);
-        else if (wanted && !marked)
-            SendScintilla(SCI_MARKERADD, line, ErrorMarker);
-    }
+    for (const auto& [span, severity] : marks)
+        if (span.start.y >= first && span.start.y < end) {
+            ESeverity& worst = severities[static_cast<std::size_t>(span.start.y - first)];
+            worst = std::max(worst, severity);
+        }
+    for (int line = first; line < end; ++line)
+        ShowLineMark(line, severities[static_cast<std::size_t>(line - first)]);
 }
 
 void CCodeEditor::SetErrorIcon(const QIcon& icon)
@@ -189,9 +233,9 @@ void CCodeEditor::SetErrorIcon(const QIcon& icon)
         markerDefine(Circle, ErrorMarker);
 }
 
-void CCodeEditor::SetErrorColor(const QColor& color)
+void CCodeEditor::SetMarkColor(ESeverity severity, const QColor& color)
 {
-    setIndicatorForegroundColor(color, ErrorIndicator);
+    setIndicatorForegroundColor(color, severity == ESeverity::Error ? ErrorIndicator : WarningIndicator);
 }
 
 void CCodeEditor::UpdateMargins()
@@ -200,8 +244,32 @@ void CCodeEditor::UpdateMargins()
     setMarginWidth(LineMargin, QStringLiteral(" ") + widest);
 }
 
+void CCodeEditor::MatchBrackets()
+{
+    const auto isBracket = [this](long position) {
+        const int c = static_cast<int>(SendScintilla(SCI_GETCHARAT, position));
+        return c != 0 && std::strchr("()[]{}", c) != nullptr;
+    };
+    const long caret = SendScintilla(SCI_GETCURRENTPOS);
+    long bracket = -1;
+    if (caret > 0 && isBracket(caret - 1))
+        bracket = caret - 1;
+    else if (isBracket(caret))
+        bracket = caret;
+    if (bracket < 0) {
+        SendScintilla(SCI_BRACEHIGHLIGHT, ~0UL, -1L);
+        return;
+    }
+    const long partner = SendScintilla(SCI_BRACEMATCH, bracket, 0L);
+    if (partner < 0)
+        SendScintilla(SCI_BRACEBADLIGHT, bracket);
+    else
+        SendScintilla(SCI_BRACEHIGHLIGHT, static_cast<unsigned long>(bracket), partner);
+}
+
 void CCodeEditor::OnUpdateUi()
 {
+    MatchBrackets();
     const int first = GetFirstVisibleLine();
     const int end = GetEndVisibleLine();
     if (first == m_shownFirst && end == m_shownEnd)
@@ -211,13 +279,22 @@ void CCodeEditor::OnUpdateUi()
     emit visibleLinesChanged();
 }
 
+int CCodeEditor::LineAtHeight(int y) const
+{
+    const long height = SendScintilla(SCI_TEXTHEIGHT, 0UL);
+    const long shown = SendScintilla(SCI_GETFIRSTVISIBLELINE) + y / std::max(1L, height);
+    if (shown >= SendScintilla(SCI_VISIBLEFROMDOCLINE, lines() - 1) + 1)
+        return -1;
+    return static_cast<int>(SendScintilla(SCI_DOCLINEFROMVISIBLE, shown));
+}
+
 void CCodeEditor::ShowToolTip(const QPoint& point, const QPoint& globalPoint)
 {
     QString text;
     const int marginsWidth = marginWidth(LineMargin) + marginWidth(ErrorMargin) + marginWidth(FoldMargin);
     if (m_messages) {
         if (point.x() < marginsWidth) {
-            const int line = lineAt(point);
+            const int line = LineAtHeight(point.y());
             text = line >= 0 ? m_messages({0, line}, true) : QString();
         } else {
             const long position = SendScintilla(SCI_POSITIONFROMPOINTCLOSE, point.x(), point.y());

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Kesh/SyntaxParser/Position.h"
+#include "Severity.h"
 
 #include <QIcon>
 #include <QString>
@@ -31,17 +32,24 @@ public:
     /// Puts the caret there, as near as the text allows; ends the selection.
     void SetCaretPosition(const SyntaxParser::CIterator& pos);
     void ScrollToCaret(int margin);
+    /// Scrolls until the caret is in the middle third of what is seen.
+    void CenterCaret();
 
     /// The lines on screen, end exclusive.
     int GetFirstVisibleLine() const;
     int GetEndVisibleLine() const;
 
-    /// Shows the marks of errors: underlines in these spans, and the icon on these lines. Replaces what was
-    /// shown between the lines `first` and `end`.
-    void ShowErrors(int first, int end, const std::vector<SyntaxParser::SScheme>& spans,
-                    const std::vector<int>& markedLines);
+    struct SMark
+    {
+        SyntaxParser::SScheme span;
+        ESeverity severity;
+    };
+    /// Shows the marks of errors and warnings: underlines, and icons on the lines where they begin. Replaces
+    /// what was shown between the lines `first` and `end`.
+    void ShowMarks(int first, int end, const std::vector<SMark>& marks);
+    /// The icons of errors; the others are the window's own.
     void SetErrorIcon(const QIcon& icon);
-    void SetErrorColor(const QColor& color);
+    void SetMarkColor(ESeverity severity, const QColor& color);
     /// Answers the message for a place; the empty text means none. `wholeLine`: any place of the line.
     using TMessageSource = std::function<QString(const SyntaxParser::CIterator& pos, bool wholeLine)>;
     void SetMessageSource(TMessageSource source) { m_messages = std::move(source); }
@@ -60,7 +68,11 @@ protected:
 private:
     int PositionOf(const SyntaxParser::CIterator& pos) const;
     SyntaxParser::CIterator PlaceOf(int position) const;
+    void Underline(const SyntaxParser::SScheme& span);
+    void ShowLineMark(int line, ESeverity severity);
     void OnUpdateUi();
+    void MatchBrackets();
+    int LineAtHeight(int y) const;
     void ShowToolTip(const QPoint& point, const QPoint& globalPoint);
 
     TMessageSource m_messages;

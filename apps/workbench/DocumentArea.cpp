@@ -10,7 +10,6 @@
 #include "FindBar.h"
 #include "MessageStrip.h"
 #include "Prompts.h"
-#include "SyntaxParser/ParserComponent.h"
 #include "Texts.h"
 
 #include <QLabel>
@@ -48,6 +47,7 @@ CDocumentArea::CDocumentArea(Host::CApplication& application, IPrompts& prompts)
     m_tabs->setTabsClosable(true);
     m_tabs->setMovable(true);
     m_tabs->setUsesScrollButtons(true);
+    m_tabs->setAccessibleName(Tr("Open files"));
     m_stack->addWidget(m_welcome);
     m_stack->addWidget(m_tabs);
     auto* layout = new QVBoxLayout(this);
@@ -103,6 +103,16 @@ std::unique_ptr<Editor::ITextHolder> CDocumentArea::MakeHolder(Host::CDocument& 
     return holder;
 }
 
+bool CDocumentArea::OpenAt(const std::wstring& path, const SyntaxParser::CIterator& pos)
+{
+    if (!Open(path))
+        return false;
+    CCodeEditor* editor = GetCurrentEditor();
+    editor->SetCaretPosition(pos);
+    editor->CenterCaret();
+    return true;
+}
+
 bool CDocumentArea::Open(const std::wstring& path)
 {
     return m_application.Documents().Open(path, 0) != nullptr;
@@ -140,8 +150,10 @@ void CDocumentArea::OnTabChanged()
         m_stack->setCurrentWidget(m_welcome);
     m_findBar->SetEditor(GetCurrentEditor());
     m_application.Documents().SetCurrent(GetCurrent());
-    if (CCodeEditor* editor = GetCurrentEditor())
+    if (CCodeEditor* editor = GetCurrentEditor()) {
         ShowErrors(*editor);
+        ColorTab(*editor);
+    }
     emit currentChanged();
 }
 
@@ -167,20 +179,32 @@ void CDocumentArea::ShowErrors(CCodeEditor& editor)
     const std::wstring path = document->GetPath();
     const int first = editor.GetFirstVisibleLine();
     const int end = editor.GetEndVisibleLine();
-    std::vector<SyntaxParser::SScheme> spans;
-    m_application.Parser().GetFindErrorRegionsSignal()(path, {{0, first}, {0, end}}, spans);
-    std::vector<int> marked;
-    for (int line = first; line < end; ++line)
-        if (m_errors->GetManager().IsErrorOnLine(path, line))
-            marked.push_back(line);
-    editor.ShowErrors(first, end, spans, marked);
+    std::vector<CCodeEditor::SMark> marks;
+    for (const CodeAnalyzer::SCAError& error : m_errors->GetErrors(path))
+        if (error.pos.start.y < end && error.pos.end.y >= first)
+            marks.push_back({error.pos, SeverityOf(error)});
+    editor.ShowMarks(first, end, marks);
+}
+
+void CDocumentArea::ColorTab(const CCodeEditor& editor)
+{
+    Host::CDocument* document = DocumentOf(&editor);
+    const int index = m_tabs->indexOf(const_cast<CCodeEditor*>(&editor));
+    if (!document || index < 0)
+        return;
+    const ESeverity severity = m_errors ? m_errors->GetSeverity(document->GetPath()) : ESeverity::None;
+    m_tabs->tabBar()->setTabTextColor(
+        index, severity == ESeverity::None ? QColor() : ColorOf(severity, palette().color(QPalette::Window)));
 }
 
 void CDocumentArea::OnErrorsChanged(const std::set<std::wstring>& files)
 {
     for (const auto& [editor, document] : m_documents) {
         auto* changed = qobject_cast<CCodeEditor*>(const_cast<QWidget*>(editor));
-        if (changed && changed->isVisible() && files.count(document->GetPath()))
+        if (!changed || files.count(document->GetPath()) == 0)
+            continue;
+        ColorTab(*changed);
+        if (changed->isVisible())
             ShowErrors(*changed);
     }
 }
@@ -200,8 +224,10 @@ void CDocumentArea::ApplyChoices(const SChoices& choices)
 {
     m_choices = choices;
     for (int index = 0; index < m_tabs->count(); ++index)
-        if (auto* editor = qobject_cast<CCodeEditor*>(m_tabs->widget(index)))
+        if (auto* editor = qobject_cast<CCodeEditor*>(m_tabs->widget(index))) {
             ApplyTheme(*editor, choices.fontSize);
+            ColorTab(*editor);
+        }
 }
 
 bool CDocumentArea::WriteDocument(Host::CDocument& document)
@@ -257,6 +283,7 @@ bool CDocumentArea::SaveAs(Host::CDocument& document)
         m_application.Documents().SaveAs(document, path);
         m_watcher.addPath(Shown(path));
     } catch (const Base::CWorkError& fault) {
+        m_watcher.addPath(Shown(document.GetPath()));
         Report(path, fault.GetMessage());
         return false;
     }

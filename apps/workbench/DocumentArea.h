@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Application/FileIO.h"
+#include "Kesh/SyntaxParser/Position.h"
 #include "Preferences.h"
 
 #include <QFileSystemWatcher>
@@ -45,6 +46,8 @@ public:
 
     /// Opens or shows a file; a failure becomes a message above the editor.
     bool Open(const std::wstring& path);
+    /// The same, with the caret at a place in the middle of the view.
+    bool OpenAt(const std::wstring& path, const SyntaxParser::CIterator& pos);
     /// Null when no tab is open.
     Host::CDocument* GetCurrent() const;
     CCodeEditor* GetCurrentEditor() const;
@@ -87,6 +90,7 @@ private:
     void OnTabChanged();
     void UpdateTitle(const CCodeEditor* editor);
     void ShowErrors(CCodeEditor& editor);
+    void ColorTab(const CCodeEditor& editor);
     void OnErrorsChanged(const std::set<std::wstring>& files);
     bool WriteDocument(Host::CDocument& document);
     void Reload(Host::CDocument& document);

@@ -31,7 +31,7 @@ public:
 
     void Activate() override;
     Editor::ICaret* GetCaret() override { return this; }
-    void EnsureVisible(int margin) override { m_editor->ScrollToCaret(margin); }
+    void EnsureVisible(int /*margin*/) override { m_editor->CenterCaret(); }
     int GetLinesCount() override { return m_editor->lines(); }
     std::vector<Editor::SDocZone> GetZones() override;
 

@@ -50,7 +50,7 @@ QFont EditorFont(int size)
 /// text.
 QColor StyleColor(const QColor& color, const QPalette& palette)
 {
-    constexpr int DarkestColour = 32;
+    constexpr int DarkestColour = 64; // navy blue and its like carry no meaning that is missed
     return color.value() < DarkestColour ? palette.color(QPalette::Text)
                                          : MakeLegible(color, palette.color(QPalette::Base));
 }
@@ -147,7 +147,8 @@ void ApplyTheme(CCodeEditor& editor, int fontSize)
     editor.setMatchedBraceForegroundColor(text);
     editor.setUnmatchedBraceForegroundColor(MakeLegible(Qt::red, paper));
     editor.setUnmatchedBraceBackgroundColor(paper);
-    editor.SetErrorColor(MakeLegible(QColor(220, 30, 30), paper));
+    for (const ESeverity severity : {ESeverity::Error, ESeverity::Warning})
+        editor.SetMarkColor(severity, ColorOf(severity, paper));
     editor.UpdateMargins();
 }
 

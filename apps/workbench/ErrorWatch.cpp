@@ -13,6 +13,11 @@ constexpr int NoticeDelay = 30; // ms
 
 } // namespace
 
+ESeverity SeverityOf(const SCAError& error)
+{
+    return error.type == CodeAnalyzer::SeverityError ? ESeverity::Error : ESeverity::Warning;
+}
+
 CErrorWatch::CErrorWatch(CodeAnalyzer::IErrorsSource& source, CodeAnalyzer::IErrorsManager& manager)
     : m_source(source), m_manager(manager)
 {
@@ -45,6 +50,10 @@ void CErrorWatch::OnAdded(const std::wstring& file, const std::vector<SCAError>&
 
 void CErrorWatch::OnRemoved(const std::wstring& file)
 {
+    if (!m_hasChecked) { // a check drops what it is about to find anew
+        m_hasChecked = true;
+        NoteChange(file);
+    }
     const auto found = m_files.find(file);
     if (found == m_files.end())
         return;
@@ -62,16 +71,55 @@ void CErrorWatch::NoteChange(const std::wstring& file)
         m_notice.start();
 }
 
-QString CErrorWatch::GetMessages(const std::wstring& file, const SyntaxParser::CIterator& pos, bool wholeLine)
+void CErrorWatch::SetChecked(bool hasChecked)
+{
+    m_hasChecked = hasChecked;
+    NoteChange({});
+}
+
+ESeverity CErrorWatch::GetSeverity(const std::wstring& file) const
+{
+    const auto found = m_files.find(file);
+    if (found == m_files.end())
+        return ESeverity::None;
+    return found->second.errors > 0 ? ESeverity::Error : ESeverity::Warning;
+}
+
+std::vector<SCAError> CErrorWatch::GetErrors(const std::wstring& file)
 {
     std::vector<SCAError> errors;
     m_source.GetErrors(file, errors);
+    return errors;
+}
+
+QString CErrorWatch::GetMessage(const SCAError& error)
+{
+    return QString::fromStdWString(m_source.GetErrorDescription(error));
+}
+
+std::optional<SCAError> CErrorWatch::FindAt(const std::wstring& file, const SyntaxParser::CIterator& pos)
+{
+    std::optional<SCAError> covering, onLine;
+    if (m_files.count(file) == 0)
+        return {};
+    for (const SCAError& error : GetErrors(file)) {
+        const auto& [start, end] = error.pos;
+        if (start <= pos && (pos < end || pos == start) && (!covering || covering->pos.start <= start))
+            covering = error;
+        if (start.y == pos.y && !onLine)
+            onLine = error;
+    }
+    return covering ? covering : onLine;
+}
+
+QString CErrorWatch::GetMessages(const std::wstring& file, const SyntaxParser::CIterator& pos, bool wholeLine)
+{
     QStringList messages;
-    for (const SCAError& error : errors) {
+    for (const SCAError& error : GetErrors(file)) {
         const auto& [start, end] = error.pos;
         const bool covers = wholeLine ? start.y == pos.y : start <= pos && (pos < end || pos == start);
         if (covers)
-            messages.append(QString::fromStdWString(m_source.GetErrorDescription(error)));
+            messages.append(QStringLiteral("%1 [%2]").arg(GetMessage(error)).arg(error.code));
     }
     messages.removeDuplicates();
     return messages.join('\n');

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Kesh/CodeAnalyzer/Plugin.h"
+#include "Severity.h"
 
 #include <QObject>
 #include <QTimer>
@@ -8,6 +9,7 @@
 #include <optional>
 #include <set>
 #include <string>
+#include <vector>
 
 namespace Kesh::Workbench {
 
@@ -17,6 +19,8 @@ struct SErrorPlace
     std::wstring file;
     SyntaxParser::CIterator pos;
 };
+
+ESeverity SeverityOf(const CodeAnalyzer::SCAError& error);
 
 /// Follows the stored errors: counts them, and tells which files' errors have changed, once the store is
 /// free to be asked again. GUI thread only.
@@ -39,7 +43,17 @@ public:
     const std::map<std::wstring, SCounts>& GetFiles() const { return m_files; }
 
     CodeAnalyzer::IErrorsManager& GetManager() { return m_manager; }
-    /// The messages of the errors at a place, a line each; those of the whole line if asked.
+    /// The gravest of a file's errors.
+    ESeverity GetSeverity(const std::wstring& file) const;
+    std::vector<CodeAnalyzer::SCAError> GetErrors(const std::wstring& file);
+    QString GetMessage(const CodeAnalyzer::SCAError& error);
+    /// The error at a place: the one that begins last of those that cover it, or else that of its line.
+    std::optional<CodeAnalyzer::SCAError> FindAt(const std::wstring& file,
+                                                 const SyntaxParser::CIterator& pos);
+    /// Whether anything has been checked, so that no errors means that there are none.
+    bool HasChecked() const { return m_hasChecked; }
+    void SetChecked(bool hasChecked);
+    /// The messages and codes of the errors at a place, a line each; those of the whole line if asked.
     QString GetMessages(const std::wstring& file, const SyntaxParser::CIterator& pos, bool wholeLine);
     /// The start of the next error after a place, or the last one before it, going on in other files and
     /// round the end; empty when there are no errors.
@@ -57,6 +71,7 @@ private:
     CodeAnalyzer::IErrorsManager& m_manager;
     std::map<std::wstring, SCounts> m_files;
     SCounts m_total;
+    bool m_hasChecked = false;
     std::set<std::wstring> m_changed;
     QTimer m_notice;
     boost::signals2::scoped_connection m_added;

@@ -1,10 +1,11 @@
 #include "FileTree.h"
 
 #include "Application/FilePath.h"
-#include "EditorTheme.h"
 #include "ErrorWatch.h"
+#include "Texts.h"
 
 #include <QFileSystemModel>
+#include <QHash>
 #include <QHeaderView>
 
 namespace Kesh::Workbench {
@@ -20,12 +21,13 @@ public:
 
     QVariant data(const QModelIndex& index, int role) const override
     {
-        if (role == Qt::ForegroundRole && !m_marked.isEmpty() && m_marked.contains(filePath(index)))
-            return MakeLegible(QColor(220, 30, 30), m_tree.palette().color(QPalette::Base));
+        if (role == Qt::ForegroundRole && !m_marked.isEmpty())
+            if (const ESeverity severity = m_marked.value(filePath(index)); severity != ESeverity::None)
+                return ColorOf(severity, m_tree.palette().color(QPalette::Base));
         return QFileSystemModel::data(index, role);
     }
 
-    QSet<QString> m_marked;
+    QHash<QString, ESeverity> m_marked;
 
 private:
     CFileTree& m_tree;
@@ -34,6 +36,7 @@ private:
 CFileTree::CFileTree(QWidget* parent) : QTreeView(parent)
 {
     setObjectName(QStringLiteral("fileTree"));
+    setAccessibleName(Tr("Project"));
     setHeaderHidden(true);
     setUniformRowHeights(true);
     setEditTriggers(NoEditTriggers);
@@ -83,13 +86,14 @@ void CFileTree::UpdateErrors()
 {
     if (!m_model)
         return;
-    QSet<QString> marked;
+    QHash<QString, ESeverity> marked;
     if (m_watch) {
         for (const auto& [file, counts] : m_watch->GetFiles()) {
+            const ESeverity severity = counts.errors > 0 ? ESeverity::Error : ESeverity::Warning;
             QString path = Host::PathToQt(file);
-            // Up to the project's folder, or to what has been marked for another file.
-            while (path.size() > m_folder.size() && !marked.contains(path)) {
-                marked.insert(path);
+            // Up to the project's folder, or to what has been marked as gravely for another file.
+            while (path.size() > m_folder.size() && marked.value(path) < severity) {
+                marked.insert(path, severity);
                 path.truncate(path.lastIndexOf('/'));
             }
         }

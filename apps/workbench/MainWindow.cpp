@@ -6,6 +6,7 @@
 #include "CodeEditor.h"
 #include "DocumentArea.h"
 #include "EditorTheme.h"
+#include "ErrorPanel.h"
 #include "ErrorWatch.h"
 #include "FileTree.h"
 #include "FindBar.h"
@@ -26,7 +27,9 @@
 #include <QHeaderView>
 #include <QMenuBar>
 #include <QPointer>
+#include <QScreen>
 #include <QStatusBar>
+#include <QTreeWidget>
 #include <filesystem>
 
 namespace Kesh::Workbench {
@@ -82,7 +85,7 @@ CMainWindow::CMainWindow(Host::CFileSettings& settings, LangSupport::ILangSource
     m_treeDock->setWidget(m_tree);
     addDockWidget(Qt::LeftDockWidgetArea, m_treeDock);
     resizeDocks({m_treeDock}, {fontMetrics().averageCharWidth() * 36}, Qt::Horizontal);
-    resize(1200, 800);
+    resize(QSize(1200, 800).boundedTo(screen()->availableSize() * 0.95));
     m_status->setParent(this);
     MakeActions();
 
@@ -94,6 +97,8 @@ CMainWindow::CMainWindow(Host::CFileSettings& settings, LangSupport::ILangSource
             [this](const QString& link) { OpenProject(Host::PathFromQt(link)); });
     connect(&m_frame, &CMainFrame::progressTextChanged, this, [this](const QString& text) {
         m_status->ShowProgress(text.isEmpty() ? text : Tr(text.toUtf8().constData()));
+        if (text.isEmpty() && m_errors)
+            m_errors->SetChecked(true);
         text.isEmpty() ? m_progressTick.stop() : m_progressTick.start(ProgressInterval);
     });
     connect(&m_progressTick, &QTimer::timeout, this, &CMainWindow::OnProgressTick);
@@ -140,12 +145,12 @@ void CMainWindow::LoadValidator()
         return;
     }
     m_frame.AddBars();
+    m_errors = std::make_unique<CErrorWatch>(m_plugin->Errors(), m_plugin->ErrorsManager());
     ArrangeErrorList();
     ShowPluginMenu(m_frame.FillMenu(), *menuBar(), m_helpMenuAction);
     for (QDockWidget* dock : m_frame.GetDocks())
         m_viewMenu->addAction(dock->toggleViewAction());
     GiveCustomNames(m_preferences.GetChoices());
-    m_errors = std::make_unique<CErrorWatch>(m_plugin->Errors(), m_plugin->ErrorsManager());
     connect(m_errors.get(), &CErrorWatch::changed, this, &CMainWindow::OnErrorsChanged);
     m_area->SetErrorWatch(m_errors.get());
     m_tree->SetErrorWatch(m_errors.get());
@@ -156,6 +161,7 @@ void CMainWindow::UnloadValidator()
 {
     m_area->SetErrorWatch(nullptr);
     m_tree->SetErrorWatch(nullptr);
+    delete m_panel; // lets the list go, which is the validator's
     m_errors.reset();
     m_plugin.reset();
 }
@@ -227,10 +233,13 @@ void CMainWindow::OnListed(const std::wstring& folder, const std::vector<std::ws
     if (m_application->Project().GetFolder() == folder) {
         m_application->ReopenProject(files);
     } else {
+        if (m_errors)
+            m_errors->SetChecked(false);
         m_application->OpenProject(folder, files);
         m_tree->SetFolder(shown);
         m_preferences.AddRecentProject(shown);
     }
+    ShowWelcome();
     OnCurrentChanged();
 }
 
@@ -300,7 +309,7 @@ void CMainWindow::GoToLine()
     const auto line = static_cast<int>(editor->GetCaretPosition().y);
     if (const int wanted = m_prompts->AskLine(line + 1, editor->lines())) {
         editor->SetCaretPosition({0, wanted - 1});
-        editor->ScrollToCaret(0);
+        editor->CenterCaret();
         editor->setFocus();
     }
 }
@@ -314,15 +323,8 @@ void CMainWindow::GoToError(bool forward)
     if (Host::CDocument* document = m_area->GetCurrent())
         from = {document->GetPath(), m_area->GetCurrentEditor()->GetCaretPosition()};
     const std::optional<SErrorPlace> place = m_errors->FindNeighbour(from, forward);
-    if (!place) {
-        m_status->ShowMessage(Tr("No errors"));
+    if (!place || !m_area->OpenAt(place->file, place->pos))
         return;
-    }
-    if (!m_area->Open(place->file))
-        return;
-    CCodeEditor* editor = m_area->GetCurrentEditor();
-    editor->SetCaretPosition(place->pos);
-    editor->ScrollToCaret(3);
     m_status->ShowMessage(
         m_errors->GetMessages(place->file, place->pos, false).replace('\n', QStringLiteral(" / ")));
 }
@@ -358,7 +360,7 @@ void CMainWindow::ApplyChoices(const SChoices& choices)
 QTreeView* CMainWindow::GetErrorList() const
 {
     for (const QDockWidget* dock : m_frame.GetDocks())
-        if (auto* list = qobject_cast<QTreeView*>(dock->widget()))
+        if (QTreeView* list = dock->findChild<QTreeView*>())
             return list;
     return nullptr;
 }
@@ -368,6 +370,8 @@ void CMainWindow::ArrangeErrorList()
     QTreeView* list = GetErrorList();
     if (!list)
         return;
+    if (auto* rows = qobject_cast<QTreeWidget*>(list))
+        AddErrorPanel(*rows);
     list->setRootIsDecorated(false);
     list->setAllColumnsShowFocus(true);
     // The end of a path, with the line, tells more than its beginning.
@@ -376,6 +380,27 @@ void CMainWindow::ArrangeErrorList()
         const int character = list->fontMetrics().averageCharWidth();
         SetErrorColumnWidths({character * 12, character * 60, character * 40});
     }
+}
+
+void CMainWindow::AddErrorPanel(QTreeWidget& list)
+{
+    QDockWidget* dock = nullptr;
+    for (QDockWidget* candidate : m_frame.GetDocks())
+        if (candidate->widget() == &list)
+            dock = candidate;
+    if (!dock)
+        return;
+    m_panel = new CErrorPanel(list, *m_errors);
+    dock->setWidget(m_panel);
+    m_panel->SetFolder(Host::PathToQt(m_application->Project().GetFolder()));
+    m_panel->SetOpenFiles(
+        [this](const std::wstring& file) { return m_application->Documents().Find(file) != nullptr; });
+    connect(m_panel, &CErrorPanel::openRequested, m_area,
+            [this](const std::wstring& file, const SyntaxParser::CIterator& pos) {
+                if (m_area->OpenAt(file, pos))
+                    m_area->GetCurrentEditor()->setFocus();
+            });
+    OnCaretMoved();
 }
 
 std::vector<int> CMainWindow::GetErrorColumnWidths() const
@@ -408,6 +433,8 @@ void CMainWindow::OnCurrentChanged()
         action->setEnabled(document != nullptr);
     for (QAction* action : m_projectActions)
         action->setEnabled(!folder.empty());
+    if (m_panel)
+        m_panel->SetFolder(Host::PathToQt(folder));
     QString title = QStringLiteral("Code Analyzer");
     if (!folder.empty())
         title.prepend(Host::PathToQt(Host::FileName(folder)) + QStringLiteral(" - "));
@@ -436,11 +463,16 @@ void CMainWindow::OnCaretMoved()
     const SyntaxParser::CIterator caret =
         editor && m_area->GetCurrent() ? editor->GetCaretPosition() : SyntaxParser::CIterator{-1, -1};
     m_status->ShowCaret(caret.y, caret.x);
+    if (m_panel)
+        m_panel->SetCaret(caret.y < 0 ? std::wstring() : m_area->GetCurrent()->GetPath(), caret);
 }
 
 void CMainWindow::OnErrorsChanged()
 {
-    m_status->ShowCounts(m_errors->GetTotal().errors, m_errors->GetTotal().warnings);
+    const CErrorWatch::SCounts total = m_errors->GetTotal();
+    m_status->ShowCounts(total.errors, total.warnings, m_errors->HasChecked());
+    for (QAction* action : m_errorActions)
+        action->setEnabled(total.errors + total.warnings > 0);
 }
 
 void CMainWindow::OnProgressTick()

@@ -8,6 +8,7 @@
 #include "Prompts.h"
 
 #include <QMainWindow>
+#include <QPointer>
 #include <QTimer>
 #include <atomic>
 #include <memory>
@@ -17,10 +18,12 @@ class QAction;
 class QMenu;
 class QDockWidget;
 class QTreeView;
+class QTreeWidget;
 
 namespace Kesh::Workbench {
 
 class CDocumentArea;
+class CErrorPanel;
 class CErrorWatch;
 class CFileTree;
 class CStatusLine;
@@ -90,6 +93,7 @@ private:
     /// The bar of the validator, which is a list; null when there is none.
     QTreeView* GetErrorList() const;
     void ArrangeErrorList();
+    void AddErrorPanel(QTreeWidget& list);
     std::vector<int> GetErrorColumnWidths() const;
     void SetErrorColumnWidths(const std::vector<int>& widths);
     void SaveLayout();
@@ -117,6 +121,8 @@ private:
     QAction* m_helpMenuAction = nullptr;
     std::vector<QAction*> m_documentActions; ///< need an open document
     std::vector<QAction*> m_projectActions;  ///< need a project
+    std::vector<QAction*> m_errorActions;    ///< need an error
+    QPointer<CErrorPanel> m_panel;
 };
 
 } // namespace Kesh::Workbench

@@ -4,6 +4,7 @@
 #include "FileTree.h"
 #include "FindBar.h"
 #include "MainWindow.h"
+#include "ProjectManager/ProjectManager.h"
 #include "Texts.h"
 
 #include <QApplication>
@@ -76,7 +77,7 @@ void CMainWindow::MakeEditMenu()
         m_documentActions.back()->setShortcutContext(Qt::WidgetShortcut);
     };
     edit("&Undo", QKeySequence::Undo, &QsciScintilla::undo);
-    edit("&Redo", QKeySequence::Redo, &QsciScintilla::redo);
+    edit("&Redo", QKeySequence("Ctrl+Shift+Z"), &QsciScintilla::redo);
     menu.addSeparator();
     edit("Cu&t", QKeySequence::Cut, &QsciScintilla::cut);
     edit("&Copy", QKeySequence::Copy, &QsciScintilla::copy);
@@ -145,6 +146,9 @@ void CMainWindow::MakeCheckMenu()
     QAction* next = AddAction(menu, "&Next error", QKeySequence("F8"), [this] { GoToError(true); });
     QAction* previous =
         AddAction(menu, "&Previous error", QKeySequence("Shift+F8"), [this] { GoToError(false); });
+    m_errorActions = {next, previous};
+    for (QAction* action : m_errorActions)
+        action->setEnabled(false);
     m_documentActions.push_back(document);
     m_projectActions.push_back(project);
     m_projectActions.push_back(refresh);
@@ -177,6 +181,11 @@ void CMainWindow::FillRecentMenu()
 
 void CMainWindow::ShowWelcome()
 {
+    if (!m_application->Project().GetFolder().empty()) {
+        m_area->SetWelcomeText(
+            Tr("Choose a file in the project, or an error in the list below.").toHtmlEscaped());
+        return;
+    }
     QString html = QStringLiteral("<p>%1</p>")
                        .arg(Tr("Open a folder with Ctrl+Shift+O, or a file with Ctrl+O.").toHtmlEscaped());
     const QStringList recent = m_preferences.GetRecentProjects();

@@ -31,7 +31,7 @@ CStatusLine::CStatusLine(QStatusBar& bar)
          std::initializer_list<QWidget*>{m_progressText, m_progress, m_counts, m_format, m_caret})
         bar.addPermanentWidget(widget);
     ShowProgress({});
-    ShowCounts(0, 0);
+    ShowCounts(0, 0, false);
 }
 
 void CStatusLine::ShowProgress(const QString& text)
@@ -58,9 +58,10 @@ void CStatusLine::ShowFormat(const QString& format)
     m_format->setText(format);
 }
 
-void CStatusLine::ShowCounts(int errors, int warnings)
+void CStatusLine::ShowCounts(int errors, int warnings, bool checked)
 {
-    m_counts->setText(errors + warnings == 0 ? Tr("No errors")
+    const QString none = checked ? Tr("No errors") : QString();
+    m_counts->setText(errors + warnings == 0 ? none
                                              : Tr("Errors: %1, warnings: %2").arg(errors).arg(warnings));
 }
 

@@ -26,7 +26,8 @@ public:
     /// Counted from 0; a negative line means that there is no caret.
     void ShowCaret(long long line, long long column);
     void ShowFormat(const QString& format);
-    void ShowCounts(int errors, int warnings);
+    /// `checked`: whether no errors means that there are none.
+    void ShowCounts(int errors, int warnings, bool checked);
     void ShowMessage(const QString& text);
 
 private:

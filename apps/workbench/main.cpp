@@ -5,6 +5,7 @@
 #include "Languages.h"
 #include "MainWindow.h"
 #include "MessageStrip.h"
+#include "WindowStyle.h"
 
 #include <CLI/CLI.hpp>
 #include <iostream>
@@ -32,7 +33,7 @@ int main(int argc, char** argv)
     int qtArgc = 1; // the command line is ours
     Host::CGuiApplication application(qtArgc, argv);
     QApplication::setApplicationName(QStringLiteral("code-analyzer-workbench"));
-    QApplication::setStyle(QStringLiteral("Fusion"));
+    QApplication::setStyle(new Workbench::CWindowStyle);
 
     Host::CFileSettings settings(
         settingsFile.empty() ? std::wstring() : Host::AbsolutePath(Host::PathFromBytes(settingsFile)));

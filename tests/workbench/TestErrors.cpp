@@ -1,7 +1,10 @@
 #include "Preferences.h"
 #include "WorkbenchFixture.h"
 
+#include <QAction>
 #include <QHelpEvent>
+#include <QLabel>
+#include <QTabBar>
 #include <QTest>
 #include <QToolTip>
 #include <gmock/gmock.h>
@@ -158,6 +161,7 @@ TEST_F(Errors, NextAndPreviousErrorGoRoundAllFiles)
             .arg(caret.x)
             .toStdString();
     };
+    ASSERT_TRUE(WaitFor([&] { return Window().findChild<QAction*>("&Next error")->isEnabled(); }));
     std::vector<std::string> forward, backward;
     for (int i = 0; i < 4; ++i) {
         Trigger("&Next error");
@@ -175,24 +179,92 @@ TEST_F(Errors, TheMessageIsAToolTipInTextAndMargin)
 {
     CCodeEditor& editor = Open(m_folder.Write(L"page.html", Wrong));
     ASSERT_TRUE(WaitFor([&] { return Underlines(editor).size() == 2; }));
-    const auto pointOf = [&](int line, int column) {
-        const int position = editor.positionFromLineIndex(line, column);
-        return QPoint(
-            static_cast<int>(editor.SendScintilla(QsciScintillaBase::SCI_POINTXFROMPOSITION, 0L, position)),
-            static_cast<int>(editor.SendScintilla(QsciScintillaBase::SCI_POINTYFROMPOSITION, 0L, position)) +
-                3);
-    };
     const auto tipAt = [&](const QPoint& point) {
-        QToolTip::hideText();
+        QToolTip::showText({}, "nothing", &editor); // a tip stays for a while after it has been hidden
         QHelpEvent help(QEvent::ToolTip, point, editor.viewport()->mapToGlobal(point));
         QApplication::sendEvent(editor.viewport(), &help);
         return QToolTip::text();
     };
-    const QString message = Rows()[0].section('|', 2);
-    EXPECT_EQ(tipAt(pointOf(2, 1) + QPoint(1, 0)), message);
-    EXPECT_EQ(tipAt(QPoint(2, pointOf(2, 0).y())), message);
-    tipAt(pointOf(0, 1) + QPoint(1, 0));
-    EXPECT_TRUE(WaitFor([] { return QToolTip::text().isEmpty(); }));
+    const QString tag = Rows()[0].section('|', 2) + " [2001]";
+    const QString attribute = Rows()[1].section('|', 2) + " [2002]";
+    const int numbers = 2, icons = editor.marginWidth(0) + 2;
+    EXPECT_EQ(tipAt(PointOf(editor, 2, 1) + QPoint(1, 3)), tag);
+    EXPECT_EQ(tipAt(PointOf(editor, 3, 4) + QPoint(1, 3)), attribute);
+    for (const int x : {numbers, icons}) {
+        EXPECT_EQ(tipAt(QPoint(x, PointOf(editor, 2, 0).y() + 3)), tag);
+        EXPECT_EQ(tipAt(QPoint(x, PointOf(editor, 3, 0).y() + 3)), attribute);
+        tipAt(QPoint(x, PointOf(editor, 0, 0).y() + 3));
+        EXPECT_TRUE(WaitFor([] { return QToolTip::text().isEmpty(); }));
+        tipAt(QPoint(x, editor.viewport()->height() - 3)); // below the text
+        EXPECT_TRUE(WaitFor([] { return QToolTip::text().isEmpty(); }));
+    }
+}
+
+TEST_F(Errors, WarningsLookLikeWarnings)
+{
+    const std::wstring file =
+        m_folder.Write(L"project/sub/a.php", "<?php\nif ($a);\n\n\n$b = 1\n$c = 2; if ($d);\n");
+    const std::wstring mild = m_folder.Write(L"project/mild/b.php", "<?php\nif ($a);\n");
+    OpenProject(m_folder.Path(L"project"));
+    Open(mild);
+    CCodeEditor& editor = Open(file);
+    ASSERT_TRUE(WaitFor([&] { return Rows().size() == 4 && !Underlines(editor).isEmpty(); }));
+    EXPECT_EQ(Underlines(editor), QStringList{"5:0-5:2"});
+    EXPECT_EQ(Underlines(editor, true), (QStringList{"1:7-1:8", "5:15-5:16"}));
+    EXPECT_EQ(MarkedLines(editor), QList<int>{5}) << "the graver one";
+    EXPECT_EQ(MarkedLines(editor, true), QList<int>{1});
+    const QTabBar* tabs = Area().GetTabs().tabBar();
+    EXPECT_NE(tabs->tabTextColor(0), tabs->tabTextColor(1));
+    auto* tree = Window().findChild<QTreeView*>("fileTree");
+    const auto colorOf = [&](const char* path) {
+        const QAbstractItemModel* model = tree->model();
+        QModelIndex index = tree->rootIndex();
+        for (const QString& part : QString(path).split('/'))
+            for (int row = 0; row < model->rowCount(index); ++row)
+                if (model->index(row, 0, index).data().toString() == part) {
+                    index = model->index(row, 0, index);
+                    break;
+                }
+        return index.data(Qt::ForegroundRole).value<QColor>();
+    };
+    const QColor base = tree->palette().color(QPalette::Base);
+    const auto worst = [&](Workbench::ESeverity severity) { return Workbench::ColorOf(severity, base); };
+    EXPECT_TRUE(WaitFor([&] { return colorOf("sub") == worst(Workbench::ESeverity::Error); }));
+    EXPECT_TRUE(WaitFor([&] { return colorOf("mild") == worst(Workbench::ESeverity::Warning); }));
+    Shoot(Window(), "warnings");
+}
+
+TEST_F(Errors, AJumpPutsThePlaceInTheMiddle)
+{
+    std::string text(4000, '\n');
+    for (const int line : {3990, 2000, 30, 2})
+        text.insert(static_cast<std::size_t>(line), "<zz></zz>");
+    CCodeEditor& editor = Open(m_folder.Write(L"long.html", text));
+    ASSERT_TRUE(WaitForRows(4));
+    ASSERT_TRUE(WaitFor([&] { return Window().findChild<QAction*>("&Next error")->isEnabled(); }));
+    for (int i = 0; i < 4; ++i) {
+        Trigger("&Next error");
+        const int line = static_cast<int>(editor.GetCaretPosition().y);
+        const int height = editor.GetEndVisibleLine() - editor.GetFirstVisibleLine();
+        const int place = line - editor.GetFirstVisibleLine();
+        EXPECT_GE(place, line < height / 2 ? 0 : height / 3 - 1) << line;
+        EXPECT_LE(place, line > 3900 ? height : height - height / 3 + 1) << line;
+    }
+}
+
+TEST_F(Errors, NothingIsSaidOfWhatHasNotBeenChecked)
+{
+    auto* counts = Window().findChild<QLabel*>("errorCounts");
+    auto* next = Window().findChild<QAction*>("&Next error");
+    EXPECT_EQ(counts->text(), QString());
+    EXPECT_FALSE(next->isEnabled());
+    m_folder.Write(L"project/a.php", "<?php\n");
+    OpenProject(m_folder.Path(L"project"));
+    EXPECT_TRUE(WaitFor([&] { return counts->text() == "No errors"; }));
+    EXPECT_FALSE(next->isEnabled());
+    Open(m_folder.Write(L"project/b.php", "<?php\nelse;\n"));
+    EXPECT_TRUE(WaitFor([&] { return counts->text() == "Errors: 1, warnings: 0"; }));
+    EXPECT_TRUE(next->isEnabled());
 }
 
 TEST_F(Errors, UnderlinesAreDrawnForTheLinesThatComeIntoView)

@@ -101,6 +101,43 @@ TEST_F(Window, DarkColoursAreLegible)
     CWorkbenchTest::Window().ApplyChoices(choices);
 }
 
+TEST_F(Window, OnlyBracketsAreMatched)
+{
+    auto& editor = Open(m_folder.Write(L"a.php", "<?php f($a->b[1], {2}); // <\n"));
+    // The widget keeps what it highlights to itself; it tells only by its looks.
+    const auto lookOf = [&](int column, bool focused) {
+        editor.SetCaretPosition({focused ? column : 28, 0});
+        QTest::qWait(30);
+        editor.setCaretLineVisible(false);
+        return editor.grab(QRect(PointOf(editor, 0, column), QSize(8, 14))).toImage();
+    };
+    editor.setCaretWidth(0);
+    const struct
+    {
+        int column;
+        bool isBracket;
+    } cases[] = {{0, false}, {7, true},  {11, false}, {13, true},
+                 {15, true}, {18, true}, {20, true},  {21, true}};
+    for (const auto& [column, isBracket] : cases)
+        EXPECT_EQ(lookOf(column, true) != lookOf(column, false), isBracket) << column;
+}
+
+TEST_F(Window, TodaysWordsAreColoured)
+{
+    auto& editor = Open(m_folder.Write(
+        L"a.php",
+        "<?php\nnamespace A; final readonly class B { public const C = 1; } enum D {} match fn foo\n"));
+    editor.SendScintilla(QsciScintillaBase::SCI_COLOURISE, 0UL, -1L);
+    const auto styleOf = [&](const char* word) {
+        return editor.SendScintilla(QsciScintillaBase::SCI_GETSTYLEAT,
+                                    static_cast<unsigned long>(editor.text().indexOf(word)));
+    };
+    const long keyword = styleOf("class");
+    for (const char* word : {"namespace", "final", "readonly", "public", "const", "enum", "match", "fn"})
+        EXPECT_EQ(styleOf(word), keyword) << word;
+    EXPECT_NE(styleOf("foo"), keyword);
+}
+
 TEST(Theme, MadeLegibleColoursHaveContrast)
 {
     const auto luminance = [](const QColor& c) {

@@ -13,7 +13,7 @@ using Workbench::CCodeEditor;
 
 namespace {
 
-constexpr int ErrorIndicator = 8;
+constexpr int ErrorIndicator = 8; // that of warnings follows, here and below
 constexpr int ErrorMarker = 2;
 constexpr int CheckDelay = 60; // ms instead of the validator's own
 
@@ -64,7 +64,7 @@ CCodeEditor& CWorkbenchTest::Open(const std::wstring& path)
 QTreeWidget* CWorkbenchTest::Bar()
 {
     for (QDockWidget* dock : Window().GetFrame().GetDocks())
-        return qobject_cast<QTreeWidget*>(dock->widget());
+        return dock->findChild<QTreeWidget*>();
     return nullptr;
 }
 
@@ -88,8 +88,16 @@ bool CWorkbenchTest::WaitFor(const std::function<bool()>& condition)
     return QTest::qWaitFor(condition, 20000);
 }
 
-QStringList CWorkbenchTest::Underlines(CCodeEditor& editor)
+QPoint CWorkbenchTest::PointOf(CCodeEditor& editor, int line, int column)
 {
+    const int position = editor.positionFromLineIndex(line, column);
+    return {static_cast<int>(editor.SendScintilla(QsciScintillaBase::SCI_POINTXFROMPOSITION, 0L, position)),
+            static_cast<int>(editor.SendScintilla(QsciScintillaBase::SCI_POINTYFROMPOSITION, 0L, position))};
+}
+
+QStringList CWorkbenchTest::Underlines(CCodeEditor& editor, bool ofWarnings)
+{
+    const int indicator = ErrorIndicator + ofWarnings;
     QStringList spans;
     const auto place = [&](long position) {
         int line = 0, index = 0;
@@ -97,8 +105,8 @@ QStringList CWorkbenchTest::Underlines(CCodeEditor& editor)
         return QStringLiteral("%1:%2").arg(line).arg(index);
     };
     for (long at = 0; at < editor.length();) {
-        const long end = editor.SendScintilla(QsciScintillaBase::SCI_INDICATOREND, ErrorIndicator, at);
-        if (editor.SendScintilla(QsciScintillaBase::SCI_INDICATORVALUEAT, ErrorIndicator, at))
+        const long end = editor.SendScintilla(QsciScintillaBase::SCI_INDICATOREND, indicator, at);
+        if (editor.SendScintilla(QsciScintillaBase::SCI_INDICATORVALUEAT, indicator, at))
             spans.append(place(at) + '-' + place(end));
         if (end <= at)
             break;
@@ -107,11 +115,12 @@ QStringList CWorkbenchTest::Underlines(CCodeEditor& editor)
     return spans;
 }
 
-QList<int> CWorkbenchTest::MarkedLines(CCodeEditor& editor)
+QList<int> CWorkbenchTest::MarkedLines(CCodeEditor& editor, bool withWarnings)
 {
     QList<int> lines;
     for (int line = 0; line < editor.lines(); ++line)
-        if (editor.SendScintilla(QsciScintillaBase::SCI_MARKERGET, line) & (1 << ErrorMarker))
+        if (editor.SendScintilla(QsciScintillaBase::SCI_MARKERGET, line) &
+            (1 << (ErrorMarker + withWarnings)))
             lines.append(line);
     return lines;
 }

@@ -65,8 +65,10 @@ protected:
     bool WaitForRows(int count);
     bool WaitFor(const std::function<bool()>& condition);
     /// Underlined stretches as "line:column-line:column", counted from 0.
-    QStringList Underlines(Kesh::Workbench::CCodeEditor& editor);
-    QList<int> MarkedLines(Kesh::Workbench::CCodeEditor& editor);
+    QStringList Underlines(Kesh::Workbench::CCodeEditor& editor, bool ofWarnings = false);
+    QList<int> MarkedLines(Kesh::Workbench::CCodeEditor& editor, bool withWarnings = false);
+    /// Where the character at a place begins, in the editor's viewport.
+    QPoint PointOf(Kesh::Workbench::CCodeEditor& editor, int line, int column);
     void Trigger(const char* action);
     /// Puts a picture of a widget into the folder that SCREENSHOT_DIR names, if any.
     void Shoot(QWidget& widget, const char* name);

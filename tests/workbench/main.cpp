@@ -1,5 +1,6 @@
 #include "Application/FilePath.h"
 #include "Application/GuiApplication.h"
+#include "WindowStyle.h"
 
 #include <QLoggingCategory>
 #include <gtest/gtest.h>
@@ -13,7 +14,7 @@ int main(int argc, char** argv)
     Kesh::Host::CGuiApplication application(argc, argv);
     // The offscreen platform says of every window that it takes no size hints.
     QLoggingCategory::setFilterRules(QStringLiteral("qt.qpa.*=false\ndefault.warning=false"));
-    QApplication::setStyle(QStringLiteral("Fusion"));
+    QApplication::setStyle(new Kesh::Workbench::CWindowStyle);
     ::testing::InitGoogleTest(&argc, argv);
     return RUN_ALL_TESTS();
 }

@@ -1,0 +1,49 @@
+#include "ErrorRowDelegate.h"
+
+#include "Severity.h"
+#include "Texts.h"
+
+#include <QAbstractItemView>
+#include <QHelpEvent>
+#include <QToolTip>
+
+namespace Kesh::Workbench {
+
+void CErrorRowDelegate::SetFolder(const QString& folder)
+{
+    m_prefix = folder.isEmpty() || folder.endsWith('/') ? folder : folder + '/';
+}
+
+QString CErrorRowDelegate::Shorten(const QString& path) const
+{
+    return !m_prefix.isEmpty() && path.startsWith(m_prefix) ? path.mid(m_prefix.size()) : path;
+}
+
+QString CErrorRowDelegate::displayText(const QVariant& value, const QLocale& locale) const
+{
+    return Shorten(QStyledItemDelegate::displayText(value, locale));
+}
+
+bool CErrorRowDelegate::helpEvent(QHelpEvent* event, QAbstractItemView* view,
+                                  const QStyleOptionViewItem& option, const QModelIndex& index)
+{
+    if (event->type() != QEvent::ToolTip || !index.isValid())
+        return QStyledItemDelegate::helpEvent(event, view, option, index);
+    // The whole text, which may not fit into its column.
+    QToolTip::showText(event->globalPos(), index.data().toString(), view);
+    return true;
+}
+
+void CErrorRowDelegate::initStyleOption(QStyleOptionViewItem* option, const QModelIndex& index) const
+{
+    QStyledItemDelegate::initStyleOption(option, index);
+    if (index.column() != 0)
+        return;
+    static const QIcon error = IconOf(ESeverity::Error);
+    static const QIcon warning = IconOf(ESeverity::Warning);
+    option->features |= QStyleOptionViewItem::HasDecoration;
+    option->icon = index.data().toString() == Tr("Error") ? error : warning;
+    option->decorationSize = QSize(16, 16);
+}
+
+} // namespace Kesh::Workbench

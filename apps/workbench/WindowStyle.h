@@ -1,0 +1,19 @@
+#pragma once
+
+#include <QProxyStyle>
+
+namespace Kesh::Workbench {
+
+/// The style of the whole program. It draws the cross on tabs in the palette's text colour; Fusion's own
+/// picture is black on any ground.
+class CWindowStyle final : public QProxyStyle
+{
+    Q_OBJECT
+
+public:
+    CWindowStyle();
+    void drawPrimitive(PrimitiveElement element, const QStyleOption* option, QPainter* painter,
+                       const QWidget* widget) const override;
+};
+
+} // namespace Kesh::Workbench

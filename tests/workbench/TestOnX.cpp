@@ -1,0 +1,115 @@
+// On a real X server, with a window manager and real keys; run by on-x.sh.
+#include "WorkbenchFixture.h"
+
+#include <QAction>
+#include <QMenu>
+#include <QMenuBar>
+#include <QProcess>
+#include <QTest>
+#include <QToolTip>
+
+using namespace Kesh;
+using Workbench::CCodeEditor;
+
+namespace {
+
+class OnX : public CWorkbenchTest
+{
+protected:
+    void SetUp() override
+    {
+        ASSERT_EQ(QGuiApplication::platformName(), "xcb");
+        Window().activateWindow();
+        ASSERT_TRUE(WaitFor([&] { return Window().isActiveWindow(); }));
+    }
+    void Do(const QStringList& arguments)
+    {
+        ASSERT_EQ(QProcess::execute("xdotool", arguments), 0) << arguments.join(' ').toStdString();
+        QTest::qWait(30);
+    }
+    void Press(const QString& key) { Do({"key", "--clearmodifiers", key}); }
+    void PointAt(QWidget& widget, const QPoint& point)
+    {
+        const QPoint place = widget.mapToGlobal(point);
+        Do({"mousemove", QString::number(place.x()), QString::number(place.y())});
+    }
+};
+
+/// As xdotool names it.
+QString KeyName(const QKeySequence& sequence)
+{
+    QString name = sequence.toString(QKeySequence::PortableText);
+    name.replace("Ctrl+", "ctrl+").replace("Shift+", "shift+").replace("Alt+", "alt+");
+    const QString key = name.section('+', -1);
+    if (name.endsWith("++"))
+        return name.chopped(1) + "plus";
+    if (key == "-")
+        return name.chopped(1) + "minus";
+    if (key == ",")
+        return name.chopped(1) + "comma";
+    return key.size() == 1 ? name.chopped(1) + key.toLower() : name;
+}
+
+TEST_F(OnX, EveryShortcutOfTheMenusWorks)
+{
+    m_folder.Write(L"p/a.php", "<?php\nelse;\n");
+    OpenProject(m_folder.Path(L"p"));
+    Open(m_folder.Path(L"p/a.php"));
+    ASSERT_TRUE(WaitForRows(1));
+    QList<QAction*> actions;
+    for (QAction* action : Window().findChildren<QAction*>())
+        if (!action->shortcut().isEmpty() && action->shortcutContext() != Qt::WidgetShortcut)
+            actions.append(action);
+    EXPECT_GT(actions.size(), 20);
+    QAction* triggered = nullptr;
+    for (QAction* action : actions) {
+        action->disconnect(SIGNAL(triggered(bool)));
+        QObject::connect(action, &QAction::triggered, [&triggered, action] { triggered = action; });
+        action->setEnabled(true);
+    }
+    Area().GetCurrentEditor()->setFocus();
+    const QString before = Area().GetCurrentEditor()->text();
+    for (QAction* action : actions) {
+        triggered = nullptr;
+        Press(KeyName(action->shortcut()));
+        EXPECT_TRUE(QTest::qWaitFor([&] { return triggered == action; }, 2000))
+            << action->text().toStdString() << ' ' << KeyName(action->shortcut()).toStdString();
+    }
+    EXPECT_EQ(Area().GetCurrentEditor()->text(), before);
+}
+
+TEST_F(OnX, EditingKeysDoWhatTheMenuSays)
+{
+    CCodeEditor& editor = Open(m_folder.Write(L"a.php", "one"));
+    editor.setFocus();
+    const struct
+    {
+        const char* key;
+        const char* text;
+    } steps[] = {{"End", "one"},    {"x", "onex"},      {"ctrl+z", "one"},      {"ctrl+shift+z", "onex"},
+                 {"ctrl+z", "one"}, {"ctrl+y", "onex"}, {"shift+Home", "onex"}, {"ctrl+c", "onex"},
+                 {"ctrl+x", ""},    {"ctrl+v", "onex"}, {"ctrl+v", "onexonex"}};
+    for (const auto& [key, text] : steps) {
+        Press(key);
+        EXPECT_TRUE(QTest::qWaitFor([&] { return editor.text() == text; }, 2000))
+            << key << ": " << editor.text().toStdString();
+    }
+}
+
+TEST_F(OnX, TheMessageShowsUnderThePointer)
+{
+    CCodeEditor& editor = Open(m_folder.Write(L"page.html", "<html>\n<body>\n<pp>text</pp>\n"));
+    ASSERT_TRUE(WaitFor([&] { return !Underlines(editor).isEmpty(); }));
+    const int y = PointOf(editor, 2, 0).y() + 5;
+    for (const QPoint& point :
+         {PointOf(editor, 2, 1) + QPoint(2, 5), QPoint(3, y), QPoint(editor.marginWidth(0) + 4, y)}) {
+        PointAt(editor, {editor.width() / 2, editor.height() - 10});
+        ASSERT_TRUE(WaitFor([] { return !QToolTip::isVisible(); }));
+        PointAt(*editor.viewport(), point);
+        PointAt(*editor.viewport(), point + QPoint(1, 0));
+        EXPECT_TRUE(QTest::qWaitFor([] { return QToolTip::isVisible(); }, 5000)) << point.x();
+        EXPECT_EQ(QToolTip::text(), "Illegal HTML tag name [2001]");
+    }
+}
+
+} // namespace
