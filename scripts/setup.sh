@@ -10,7 +10,11 @@ packages=(
 test_packages=(
     clang-format php-cli php-mbstring python3 xvfb openbox xdotool
     php-twig php-symfony-console php-symfony-dependency-injection php-symfony-http-foundation
+    neovim libxml2-utils
 )
+# Node and its package manager come in many ways; those that are there will do.
+command -v node >/dev/null || test_packages+=(nodejs)
+command -v npm >/dev/null || test_packages+=(npm)
 
 say() {
     printf '\n== %s\n' "$*"
@@ -28,6 +32,15 @@ install_missing() {
     [ "$(id -u)" -eq 0 ] || as_root=(sudo)
     "${as_root[@]}" apt-get update -qq
     DEBIAN_FRONTEND=noninteractive "${as_root[@]}" apt-get install -y -qq --no-install-recommends "${missing[@]}"
+}
+
+# Installs the clients and schemas that tests hold the program against, at the versions of their lock file.
+install_clients() {
+    local folder=tests/editors
+    cmp -s "$folder/package-lock.json" "$folder/node_modules/installed-lock.json" && return
+    say "Installing the clients of the tests"
+    npm ci --prefix "$folder" --ignore-scripts --no-audit --no-fund --loglevel=error
+    cp "$folder/package-lock.json" "$folder/node_modules/installed-lock.json"
 }
 
 # Configures and builds a preset; the rest are targets, all of them when there are none.

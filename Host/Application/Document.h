@@ -49,6 +49,7 @@ private:
 
     std::wstring m_path;
     std::wstring m_resolvedPath;
+    std::wstring m_factory; ///< of its syntax document
     std::unique_ptr<Editor::ITextHolder> m_holder;
     SyntaxParser::SSourceFormat m_format;
     SFileStamp m_stamp;

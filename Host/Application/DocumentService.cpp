@@ -70,7 +70,8 @@ CDocument& CDocumentService::Add(std::unique_ptr<CDocument> document, const std:
     CDocument& added = *document;
     m_documents.push_back(std::move(document));
     m_current = &added;
-    m_parser.OpenDocument(&added, factory.empty() ? SyntaxParser::FactoryForPath(added.m_path) : factory);
+    added.m_factory = factory.empty() ? SyntaxParser::FactoryForPath(added.m_path) : factory;
+    m_parser.OpenDocument(&added, added.m_factory);
     return added;
 }
 
@@ -85,7 +86,8 @@ void CDocumentService::SaveAs(CDocument& document, const std::wstring& path)
     document.m_stamp = StampOf(absolute);
     document.m_holder->SetUnmodified();
     m_project.NoteFile(absolute);
-    m_parser.OpenDocument(&document, SyntaxParser::FactoryForPath(absolute));
+    document.m_factory = SyntaxParser::FactoryForPath(absolute);
+    m_parser.OpenDocument(&document, document.m_factory);
 }
 
 void CDocumentService::Close(CDocument& document)
@@ -109,7 +111,7 @@ void CDocumentService::Suspend()
 void CDocumentService::Resume()
 {
     for (const auto& document : m_documents)
-        m_parser.OpenDocument(document.get(), SyntaxParser::FactoryForPath(document->m_path));
+        m_parser.OpenDocument(document.get(), document->m_factory);
 }
 
 CDocument* CDocumentService::Find(const std::wstring& path) const

@@ -70,6 +70,23 @@ CodeAnalyzer::ICustomNames& CPlugin::CustomNames()
     return *Symbol<decltype(CodeAnalyzerGetCustomNames)>("CodeAnalyzerGetCustomNames")(m_component);
 }
 
+CodeAnalyzer::IErrorDetails* CPlugin::ErrorDetails() const
+{
+    return Offered<CodeAnalyzer::IErrorDetails>("CodeAnalyzerGetErrorDetails");
+}
+
+CodeAnalyzer::IGrammarCheck* CPlugin::GrammarCheck() const
+{
+    return Offered<CodeAnalyzer::IGrammarCheck>("CodeAnalyzerGetGrammarCheck");
+}
+
+template <class TInterface> TInterface* CPlugin::Offered(const char* name) const
+{
+    using TFunction = TInterface*(CodeAnalyzer::ICAComponent*);
+    void* address = ::dlsym(m_library, name);
+    return address ? reinterpret_cast<TFunction*>(address)(m_component) : nullptr;
+}
+
 void CPlugin::RunCommand(const char* className)
 {
     SDK::ICommand* command =

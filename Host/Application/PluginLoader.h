@@ -1,5 +1,7 @@
 #pragma once
 
+#include "Kesh/CodeAnalyzer/IErrorDetails.h"
+#include "Kesh/CodeAnalyzer/IGrammarCheck.h"
 #include "Kesh/CodeAnalyzer/Plugin.h"
 
 #include <memory>
@@ -26,6 +28,9 @@ public:
     CodeAnalyzer::IErrorsManager& ErrorsManager() { return *m_component->GetErrorsManager(); }
     CodeAnalyzer::IErrorsSource& Errors();
     CodeAnalyzer::ICustomNames& CustomNames();
+    /// Null when the plug-in offers none.
+    CodeAnalyzer::IErrorDetails* ErrorDetails() const;
+    CodeAnalyzer::IGrammarCheck* GrammarCheck() const;
     /// Runs a command of the plug-in by its class name.
     void RunCommand(const char* className);
     /// Where the library was found.
@@ -33,6 +38,7 @@ public:
 
 private:
     template <class TFunction> TFunction* Symbol(const char* name) const;
+    template <class TInterface> TInterface* Offered(const char* name) const;
 
     CApplication& m_application;
     std::string m_path;

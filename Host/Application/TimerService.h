@@ -22,8 +22,8 @@ public:
     void StartTimer(Base::ITimerHandler* handler) override;
     void StopTimer(Base::ITimerHandler* handler) override;
 
-    /// For tests: every later StartTimer() waits this many milliseconds instead of the handler's delay; -1
-    /// ends that.
+    /// For hosts with other habits, and tests: every later StartTimer() waits this many milliseconds instead
+    /// of the handler's delay; -1 ends that.
     void SetDelayOverride(int milliseconds) { m_delayOverride = milliseconds; }
 
 private:

@@ -12,7 +12,7 @@ std::string EncodeSource(std::wstring_view text, const SyntaxParser::SSourceForm
     const char* lineEnd = format.lineEnd == ELineEnd::CrLf ? "\r\n"
                           : format.lineEnd == ELineEnd::Cr ? "\r"
                                                            : "\n";
-    std::string file = format.byteOrderMark ? "\xEF\xBB\xBF" : "";
+    std::string file = format.byteOrderMark && !format.utf16 ? "\xEF\xBB\xBF" : "";
     file.reserve(file.size() + bytes.size());
     for (const char c : bytes) {
         if (c == '\n')
@@ -20,7 +20,7 @@ std::string EncodeSource(std::wstring_view text, const SyntaxParser::SSourceForm
         else
             file += c;
     }
-    return file;
+    return format.utf16 ? SyntaxParser::Utf16FromUtf8(file, *format.utf16) : file;
 }
 
 } // namespace Kesh::Editor

@@ -1,5 +1,6 @@
 #include "Findings/Describe.h"
 
+#include "Findings/Ignores.h"
 #include "Findings/NameErrors.h"
 
 #include <algorithm>
@@ -8,9 +9,30 @@ namespace Kesh::Findings {
 
 namespace {
 
-bool Precedes(const CodeAnalyzer::SCAError& a, const CodeAnalyzer::SCAError& b)
+using CodeAnalyzer::SCAError;
+
+bool Precedes(const SFinding& a, const SFinding& b)
 {
-    return a.pos.start == b.pos.start ? a.code < b.code : a.pos.start < b.pos.start;
+    return a.error.pos.start == b.error.pos.start ? a.error.code < b.error.code
+                                                  : a.error.pos.start < b.error.pos.start;
+}
+
+SFinding UnusedFinding(const CIgnores::SUnused& unused)
+{
+    SFinding finding;
+    finding.error = {unused.span, UnusedIgnore, CodeAnalyzer::SeverityWarning};
+    finding.message = L"Ignore comment ignores nothing";
+    const wchar_t* separator = L": ";
+    for (const std::int32_t code : unused.codes) {
+        finding.detail += separator + std::to_wstring(code);
+        separator = L", ";
+    }
+    return finding;
+}
+
+bool SameRecord(const SCAError& a, const SCAError& b)
+{
+    return a.pos == b.pos && a.code == b.code;
 }
 
 } // namespace
@@ -41,30 +63,93 @@ std::wstring TagAround(const CTextLines& lines, std::wstring_view text,
     return {};
 }
 
-SFileFindings CDescriber::Describe(const SCheckedFile& file, std::vector<CodeAnalyzer::SCAError> errors)
+SFileFindings CDescriber::Describe(const SCheckedFile& file, std::vector<SCAError> errors)
 {
-    SFileFindings described{file.shown, {}};
-    if (errors.empty())
+    SFileFindings described{file.shown, file.path, {}};
+    if (errors.empty() && !file.mayIgnore)
         return described;
-    std::stable_sort(errors.begin(), errors.end(), Precedes);
     const std::wstring text = file.text();
+    const bool ignores = CIgnores::MayHave(std::wstring_view(text));
+    if (errors.empty() && !ignores)
+        return described;
     const CTextLines lines(text);
-    for (const CodeAnalyzer::SCAError& error : errors) {
+    if (ignores)
+        Silence(errors, file, text, lines, described);
+    for (SCAError& error : errors) {
+        if (!ApplyLevel(error, file))
+            continue;
         SFinding& finding = described.findings.emplace_back();
         finding.error = error;
-        finding.message = m_errors.GetErrorDescription(error);
-        finding.line = lines.Excerpt(error.pos.start);
-        finding.text = lines.Span(error.pos).substr(0, MaxTextLength);
-        if (!IsNameError(error.code))
-            continue;
-        const std::wstring name = NameOf(finding);
-        const std::wstring tag =
-            error.code == UnknownAttribute ? TagAround(lines, text, error.pos.start) : std::wstring();
-        finding.detail = L" '" + name + L"'";
-        if (const std::wstring& nearest = m_nearest.Find(error.code, name, tag); !nearest.empty())
-            finding.detail += L", did you mean '" + nearest + L"'?";
+        finding.message = m_sources.messageOf(error);
     }
+    for (SFinding& finding : described.findings) {
+        finding.line = lines.Excerpt(finding.error.pos.start);
+        finding.text = lines.Span(finding.error.pos).substr(0, MaxTextLength);
+        if (IsNameError(finding.error.code))
+            AddNames(finding, text, lines);
+    }
+    std::stable_sort(described.findings.begin(), described.findings.end(), Precedes);
+    AddDetails(described, file, text);
     return described;
+}
+
+void CDescriber::Silence(std::vector<SCAError>& errors, const SCheckedFile& file, std::wstring_view text,
+                         const CTextLines& lines, SFileFindings& described) const
+{
+    CIgnores ignores(text, lines);
+    std::erase_if(errors, [&](const SCAError& error) { return ignores.Silences(error); });
+    for (const CIgnores::SUnused& unused : ignores.Unused()) {
+        SFinding finding = UnusedFinding(unused);
+        if (ApplyLevel(finding.error, file))
+            described.findings.push_back(std::move(finding));
+    }
+}
+
+bool CDescriber::ApplyLevel(SCAError& error, const SCheckedFile& file) const
+{
+    using Configuration::ELevel;
+    if (!m_sources.configuration)
+        return true;
+    const auto level = m_sources.configuration->LevelOf(error.code, file.path);
+    if (level && *level != ELevel::Off)
+        error.type = *level == ELevel::Error ? CodeAnalyzer::SeverityError : CodeAnalyzer::SeverityWarning;
+    return level != ELevel::Off;
+}
+
+void CDescriber::AddNames(SFinding& finding, std::wstring_view text, const CTextLines& lines)
+{
+    const std::wstring name = NameOf(finding);
+    const std::wstring tag = finding.error.code == UnknownAttribute
+                                 ? TagAround(lines, text, finding.error.pos.start)
+                                 : std::wstring();
+    finding.detail = L" '" + name + L"'";
+    finding.nearest = m_nearest.Find(finding.error.code, name, tag);
+    if (!finding.nearest.empty())
+        finding.detail += L", did you mean '" + finding.nearest + L"'?";
+}
+
+void CDescriber::AddDetails(SFileFindings& described, const SCheckedFile& file,
+                            const std::wstring& text) const
+{
+    const auto isPhp = [](const SFinding& finding) {
+        return !IsNameError(finding.error.code) && finding.error.code != UnusedIgnore;
+    };
+    if (!m_sources.details || std::none_of(described.findings.begin(), described.findings.end(), isPhp))
+        return;
+    std::vector<SCAError> errors;
+    for (const SFinding& finding : described.findings)
+        errors.push_back(finding.error);
+    auto details = m_sources.details->GetDetails(file.path, file.factory, text, errors);
+    for (CodeAnalyzer::SErrorDetails& found : details) {
+        const auto finding =
+            std::find_if(described.findings.begin(), described.findings.end(),
+                         [&](const SFinding& candidate) { return SameRecord(candidate.error, found.error); });
+        if (finding == described.findings.end())
+            continue;
+        if (!found.subject.empty())
+            finding->detail = L": " + found.subject;
+        finding->details = std::move(found);
+    }
 }
 
 } // namespace Kesh::Findings

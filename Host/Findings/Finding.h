@@ -1,8 +1,9 @@
 #pragma once
 
-#include "Kesh/CodeAnalyzer/SCAError.h"
+#include "Kesh/CodeAnalyzer/IErrorDetails.h"
 
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -24,7 +25,10 @@ struct SFinding
     /// What follows the message for a human reader (" 'strng', did you mean 'strong'?"); may be empty.
     std::wstring detail;
     SLineExcerpt line;
-    std::wstring text; ///< what the span holds, at most MaxTextLength characters of it
+    std::wstring text;    ///< what the span holds, at most MaxTextLength characters of it
+    std::wstring nearest; ///< the listed name that may be meant; empty: none
+    /// What the plug-in knows beyond the record, if it does.
+    std::optional<CodeAnalyzer::SErrorDetails> details;
 
     bool IsError() const { return error.type == CodeAnalyzer::SeverityError; }
 };
@@ -35,6 +39,7 @@ constexpr std::size_t MaxTextLength = 4096;
 struct SFileFindings
 {
     std::wstring file; ///< as the user knows it
+    std::wstring path; ///< absolute
     std::vector<SFinding> findings;
 };
 

@@ -103,7 +103,7 @@ boost::shared_ptr<const SProjectFilesCache> CProjectManager::GetFilesCache()
 
 std::wstring CProjectManager::GetData(const std::wstring& name)
 {
-    if (!IsOpened() || !IsDataName(name))
+    if (!m_keepsData || !IsOpened() || !IsDataName(name))
         return {};
     try {
         return Host::PathFromBytes(Host::ReadFileBytes(DataFolder() + L'/' + name));
@@ -114,7 +114,7 @@ std::wstring CProjectManager::GetData(const std::wstring& name)
 
 void CProjectManager::SetData(const std::wstring& name, const std::wstring& text)
 {
-    if (!IsOpened() || !IsDataName(name))
+    if (!m_keepsData || !IsOpened() || !IsDataName(name))
         return;
     try {
         const std::wstring folder = DataFolder();

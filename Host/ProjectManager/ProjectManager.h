@@ -34,6 +34,10 @@ public:
     /// Empty when no project is open. GUI thread.
     const std::wstring& GetFolder() const { return m_folder; }
 
+    /// Whether texts are kept with projects, as they are unless this says otherwise. GUI thread, before a
+    /// project is opened.
+    void SetKeepsData(bool keeps) { m_keepsData = keeps; }
+
     /// Told when a text could not be kept. GUI thread.
     boost::signals2::signal<void(const std::wstring& reason)>& GetDataErrorSignal() { return m_dataError; }
 
@@ -52,6 +56,7 @@ private:
 
     std::wstring m_folder;
     bool m_reopening = false;
+    bool m_keepsData = true;
     CloseProjectSignal m_closeProject;
     boost::signals2::signal<void(const std::wstring&)> m_dataError;
 

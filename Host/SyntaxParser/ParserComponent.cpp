@@ -21,7 +21,26 @@ CDefRegions* CParserComponent::GetDefRegions()
 
 const ICompletionData* CParserComponent::GetCompletionData()
 {
-    return GetBuiltInCompletionData();
+    const ICompletionData* widened = m_names;
+    return widened ? widened : GetBuiltInCompletionData();
+}
+
+void CParserComponent::SetParsedHook(TPathHook hook)
+{
+    m_parsedHook = hook ? std::make_shared<const TPathHook>(std::move(hook)) : nullptr;
+}
+
+void CParserComponent::SetOwnNames(const SOwnNames& names)
+{
+    if (names == m_ownNames)
+        return;
+    m_ownNames = names;
+    if (names.IsEmpty()) {
+        m_names = nullptr;
+        return;
+    }
+    m_widened.push_back(MakeWidenedData(*GetBuiltInCompletionData(), names));
+    m_names = m_widened.back().get();
 }
 
 ISynRegion* CParserComponent::GetPropertyNameKind() const
@@ -38,7 +57,10 @@ boost::shared_ptr<ISPDocument> CParserComponent::CreateDocument(boost::shared_pt
                                                                 const std::wstring& path,
                                                                 const std::wstring& factoryName)
 {
-    return MakeSPDocument(std::move(reader), {path, factoryName});
+    SDocumentSource source{path, factoryName};
+    if (m_parsedHook)
+        source.parsed = [hook = m_parsedHook, path] { (*hook)(path); };
+    return MakeSPDocument(std::move(reader), source);
 }
 
 boost::shared_ptr<ISPDocument> CParserComponent::GetParsedDocument(const std::wstring& path)

@@ -1,12 +1,16 @@
 #pragma once
 
 #include "Kesh/SyntaxParser/IParserComponent.h"
+#include "SyntaxParser/OwnNames.h"
 
+#include <atomic>
 #include <functional>
 #include <map>
+#include <memory>
 #include <mutex>
 #include <set>
 #include <string>
+#include <vector>
 
 namespace Kesh::SyntaxParser {
 
@@ -34,9 +38,18 @@ public:
     /// Announces the end of its syntax document and drops it. GUI thread.
     void CloseDocument(SDK::IDocument* document);
 
+    using TPathHook = std::function<void(const std::wstring& path)>;
+
     /// Called with each path that GetParsedDocument() is asked for, on the asking thread. Set it while no
     /// thread asks.
     void SetFileHook(std::function<void(const std::wstring&)> hook) { m_fileHook = std::move(hook); }
+
+    /// Widens the lists of names by a project's own, in place of those of the last call. Documents that are
+    /// open keep the lists they were opened with. GUI thread.
+    void SetOwnNames(const SOwnNames& names);
+    /// Told of each text that CreateDocument() was asked for once its parse has ended, on the parsing thread;
+    /// documents keep the hook that they were made with. Set it while no thread makes documents.
+    void SetParsedHook(TPathHook hook);
 
 private:
     struct SOpened
@@ -56,6 +69,11 @@ private:
     std::mutex m_pathsMutex;
     std::set<std::wstring> m_openPaths; ///< the same files, for any thread
     std::function<void(const std::wstring&)> m_fileHook;
+    std::shared_ptr<const TPathHook> m_parsedHook;
+    SOwnNames m_ownNames;
+    std::atomic<const ICompletionData*> m_names{nullptr};
+    /// Lists that were handed out are in use for as long as the component lives.
+    std::vector<std::shared_ptr<const ICompletionData>> m_widened;
 };
 
 } // namespace Kesh::SyntaxParser

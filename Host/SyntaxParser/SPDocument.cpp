@@ -5,6 +5,7 @@
 #include "SyntaxParser/PhpScanner.h"
 #include "SyntaxParser/TextReader.h"
 
+#include <QScopeGuard>
 #include <algorithm>
 #include <array>
 #include <boost/make_shared.hpp>
@@ -131,6 +132,10 @@ public:
 
     void Parse(bool /*full*/) override
     {
+        const auto atEnd = qScopeGuard([this] {
+            if (m_source.parsed)
+                m_source.parsed();
+        });
         std::wstring copy;
         std::wstring_view text;
         if (const auto* whole = dynamic_cast<const CTextReader*>(m_reader.get()))

@@ -3,6 +3,7 @@
 #include "Kesh/SyntaxParser/ISPDocument.h"
 
 #include <boost/shared_ptr.hpp>
+#include <functional>
 #include <memory>
 #include <string>
 
@@ -15,6 +16,8 @@ struct SDocumentSource
     std::wstring factory; ///< "PHPSPDocFactory", "HTMLSPDocFactory" or "CSSSPDocFactory"
     SDK::IDocument* document = nullptr;
     Editor::IDocBuffer* buffer = nullptr;
+    /// Called at the end of each Parse(), however it ends; may be unset.
+    std::function<void()> parsed = {};
 };
 
 /// The factory name for a path by its ending: PHP for .php .phtml .inc .tpl .ctp, HTML for .html .htm, CSS

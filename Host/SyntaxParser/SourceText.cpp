@@ -61,8 +61,20 @@ std::wstring DecodeSource(std::string_view bytes)
     return DecodeSource(bytes, format);
 }
 
+bool LooksBinary(std::string_view bytes)
+{
+    constexpr std::size_t Looked = 8000;
+    return !Utf16OrderOf(bytes) && bytes.substr(0, Looked).find('\0') != std::string_view::npos;
+}
+
 std::wstring DecodeSource(std::string_view bytes, SSourceFormat& format)
 {
+    if (const std::optional<EByteOrder> order = Utf16OrderOf(bytes)) {
+        std::wstring text = DecodeSource(Utf8FromUtf16(bytes, *order), format);
+        format.byteOrderMark = true;
+        format.utf16 = order;
+        return text;
+    }
     using ELineEnd = SSourceFormat::ELineEnd;
     const auto* p = reinterpret_cast<const unsigned char*>(bytes.data());
     const unsigned char* end = p + bytes.size();

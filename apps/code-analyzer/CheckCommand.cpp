@@ -1,17 +1,22 @@
 #include "Application/FileIO.h"
 #include "Application/FilePath.h"
 #include "Base/Exception.h"
+#include "BaselineUse.h"
 #include "Commands.h"
+#include "ConfigurationChoice.h"
+#include "Findings/Ignores.h"
 #include "Paths.h"
 #include "Progress.h"
 #include "Report/Report.h"
 #include "Session.h"
 #include "SyntaxParser/SPDocument.h"
+#include "SyntaxParser/SourceText.h"
 
 #include <QCoreApplication>
 #include <algorithm>
 #include <cerrno>
 #include <cstring>
+#include <optional>
 #include <unistd.h>
 
 namespace Kesh::CommandLine {
@@ -38,25 +43,29 @@ std::string ReadStandardInput()
     }
 }
 
-Host::CDocument& OpenInput(CSession& session, const SInput& input)
+/// Whatever the user names is checked; without a known ending it is taken for PHP.
+std::wstring FactoryOf(const SInput& input)
 {
-    // Whatever the user names is checked; without a known ending it is taken for PHP.
-    const std::wstring factory =
-        SyntaxParser::FactoryForPath(input.absolute).empty() ? L"PHPSPDocFactory" : std::wstring();
-    Host::CDocumentService& documents = session.Application().Documents();
-    return input.standardInput ? documents.OpenBytes(input.absolute, ReadStandardInput(), factory)
-                               : documents.OpenFile(input.absolute, factory);
+    const std::wstring factory = SyntaxParser::FactoryForPath(input.absolute);
+    return factory.empty() ? L"PHPSPDocFactory" : factory;
 }
 
-Findings::SFileFindings CheckInput(CSession& session, const SInput& input)
+std::optional<Findings::SFileFindings> CheckInput(CSession& session, const SInput& input)
 {
-    Host::CDocument& document = OpenInput(session, input);
+    const std::string bytes = input.standardInput ? ReadStandardInput() : Host::ReadFileBytes(input.absolute);
+    if (SyntaxParser::LooksBinary(bytes))
+        return {};
+    Host::CDocumentService& documents = session.Application().Documents();
+    Host::CDocument& document = documents.OpenBytes(input.absolute, bytes, FactoryOf(input));
     session.Plugin().RunCommand("CCACheckNowCmd");
     // The results travel as posted events; closing the document takes them away again.
     QCoreApplication::sendPostedEvents();
+    const bool mayIgnore =
+        SyntaxParser::Utf16OrderOf(bytes) || Findings::CIgnores::MayHave(std::string_view(bytes));
     Findings::SFileFindings findings = session.FindingsOf(
-        document.GetPath(), {input.shown, [&] { return document.GetBuffer()->GetText(L"\n"); }});
-    session.Application().Documents().Close(document);
+        document.GetPath(), {input.shown, document.GetPath(), FactoryOf(input),
+                             [&] { return document.GetBuffer()->GetText(L"\n"); }, mayIgnore});
+    documents.Close(document);
     QCoreApplication::sendPostedEvents();
     return findings;
 }
@@ -65,14 +74,16 @@ Findings::SFileFindings CheckInput(CSession& session, const SInput& input)
 
 int RunCheck(const SOptions& options)
 {
-    CSession session;
+    const Configuration::SConfiguration configuration = ConfigurationFor(options);
+    CSession session(configuration);
     CReport report(options);
+    CBaselineUse baseline(options, configuration);
     bool failed = false;
     const TPathError onError = [&](const std::wstring& path, const std::string& reason) {
         PrintProblem(path, reason);
         failed = true;
     };
-    std::vector<SInput> inputs = CollectInputs(options, onError);
+    std::vector<SInput> inputs = CollectInputs(options, configuration, onError);
     std::sort(inputs.begin(), inputs.end(),
               [](const SInput& a, const SInput& b) { return a.shown < b.shown; });
     CProgress progress(!options.quiet);
@@ -80,10 +91,16 @@ int RunCheck(const SOptions& options)
     for (const SInput& input : inputs) {
         progress.Show(checked, inputs.size(), input.shown);
         try {
-            const Findings::SFileFindings findings = CheckInput(session, input);
-            if (!findings.findings.empty())
+            std::optional<Findings::SFileFindings> findings = CheckInput(session, input);
+            if (!findings) {
                 progress.Clear();
-            report.Add(findings);
+                PrintProblem(input.shown, "skipped: a binary file");
+                continue;
+            }
+            baseline.Apply(*findings);
+            if (!findings->findings.empty())
+                progress.Clear();
+            report.Add(*findings);
             ++checked;
         } catch (const Base::CWorkError& fault) {
             progress.Clear();
@@ -92,6 +109,7 @@ int RunCheck(const SOptions& options)
     }
     progress.Clear();
     report.Finish(checked);
+    baseline.Finish();
     return failed ? ExitFailed : report.HasErrors() ? ExitErrors : ExitClean;
 }
 

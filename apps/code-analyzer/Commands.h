@@ -7,6 +7,8 @@ namespace Kesh::CommandLine {
 /// Each runs one command and answers the exit status. Base::CWorkError means that it could not be done.
 int RunCheck(const SOptions& options);
 int RunProject(const SOptions& options);
+int RunLanguageServer(const SOptions& options);
+int RunInit(const SOptions& options);
 int RunExplain(const SOptions& options);
 int RunRegions(const SOptions& options);
 int RunTree(const SOptions& options);

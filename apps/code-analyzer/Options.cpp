@@ -30,6 +30,40 @@ constexpr const char* CheckFooter =
     "PHP\n"
     "when its ending is none of these.\n";
 
+void AddProjectOptions(CLI::App& check, SOptions& options)
+{
+    check
+        .add_option(
+            "--config", options.configuration,
+            "The settings file; without it, the nearest code-analyzer.json upwards from the first PATH")
+        ->option_text("FILE");
+    check.add_flag("--no-config", options.noConfiguration, "No settings file at all")->excludes("--config");
+    check
+        .add_option("--baseline", options.baseline,
+                    "Be silent about the findings that FILE lists, and name those that are gone")
+        ->option_text("FILE");
+    check.add_flag("--generate-baseline", options.generateBaseline,
+                   "Write all findings to the baseline file (that of --baseline, of the settings, or "
+                   "code-analyzer-baseline.json) and report none");
+    check
+        .add_option_function<std::string>(
+            "--changed", [&options](const std::string& ref) { options.changedRef = ref; },
+            "Check only what git says has changed: since REF was left, or what is staged. After the PATHs")
+        ->option_text("[REF]")
+        ->expected(0, 1)
+        ->trigger_on_parse();
+}
+
+/// What the paths are when none are given.
+void CompletePaths(SOptions& options)
+{
+    if (!options.paths.empty())
+        return;
+    if (!options.changed)
+        throw CLI::RequiredError("PATH");
+    options.paths = {"."};
+}
+
 /// Whether an argument that was taken for an option looks like a file.
 bool NamesDashedPath(int argc, char** argv)
 {
@@ -50,7 +84,8 @@ bool ParseOptions(int argc, char** argv, SOptions& options, int& exitCode)
 
     CLI::App* check = app.add_subcommand("check", "Check files and folders");
     check->footer(CheckFooter + std::string(Footer));
-    check->add_option("PATH", options.paths, "Files and folders; - is standard input")->required();
+    check->add_option("PATH", options.paths,
+                      "Files and folders; - is standard input (with --changed: the current folder)");
     check
         ->add_option("--include", options.include,
                      "In folders, check the files that match GLOB instead of the usual ones (repeatable)")
@@ -66,6 +101,7 @@ bool ParseOptions(int argc, char** argv, SOptions& options, int& exitCode)
         ->add_option("--stdin-path", options.stdinPath,
                      "Name that standard input goes by; its ending tells the language (stdin.php)")
         ->option_text("NAME");
+    AddProjectOptions(*check, options);
     COutputOptions checkOutputs(*check, options);
 
     CLI::App* project = app.add_subcommand(
@@ -74,6 +110,12 @@ bool ParseOptions(int argc, char** argv, SOptions& options, int& exitCode)
     project->add_option("FOLDER", options.paths, "The project's folder")->required()->expected(1);
     COutputOptions projectOutputs(*project, options);
 
+    CLI::App* server = app.add_subcommand("language-server",
+                                          "Serve an editor: the Language Server Protocol on standard input "
+                                          "and output");
+    server->add_flag("--stdio", options.stdio, "Accepted, since editors pass it: there is no other way");
+    CLI::App* init = app.add_subcommand("init", "Write a commented code-analyzer.json to begin with");
+    init->add_option("FOLDER", options.paths, "Where to (the current folder)")->expected(0, 1);
     CLI::App* explain = app.add_subcommand("explain", "Say what an error means and how to mend it");
     explain->add_option("CODE", options.code, "The error's number, as it stands behind each message")
         ->required();
@@ -86,14 +128,18 @@ bool ParseOptions(int argc, char** argv, SOptions& options, int& exitCode)
 
     try {
         app.parse(argc, argv);
-        if (check->parsed())
+        if (check->parsed()) {
+            options.changed = check->count("--changed") != 0;
+            CompletePaths(options);
             checkOutputs.Resolve();
+        }
         if (project->parsed())
             projectOutputs.Resolve();
     } catch (const CLI::ParseError& error) {
         if (argc > 1 && argv[1][0] != '-' && app.get_subcommands().empty()) {
             std::cerr << "code-analyzer: unknown command \"" << argv[1]
-                      << "\"; the commands are check, project, explain, regions and tree (see --help)\n";
+                      << "\"; the commands are check, project, language-server, init, explain, regions and "
+                         "tree (see --help)\n";
             exitCode = ExitFailed;
             return false;
         }
@@ -104,6 +150,8 @@ bool ParseOptions(int argc, char** argv, SOptions& options, int& exitCode)
     }
     options.command = check->parsed()     ? ECommand::Check
                       : project->parsed() ? ECommand::Project
+                      : server->parsed()  ? ECommand::LanguageServer
+                      : init->parsed()    ? ECommand::Init
                       : explain->parsed() ? ECommand::Explain
                       : regions->parsed() ? ECommand::Regions
                                           : ECommand::Tree;

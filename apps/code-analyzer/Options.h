@@ -5,7 +5,7 @@
 
 namespace Kesh::CommandLine {
 
-enum class ECommand { Check, Project, Explain, Regions, Tree };
+enum class ECommand { Check, Project, LanguageServer, Init, Explain, Regions, Tree };
 enum class EFormat { Text, Json, Sarif, Checkstyle, Github, Gitlab, Junit };
 enum class EColor { Auto, Always, Never };
 
@@ -29,6 +29,14 @@ struct SOptions
     std::vector<std::string> exclude;
     std::string stdinPath = "stdin.php";
     std::string code; ///< to be explained
+
+    std::string configuration; ///< a file; empty: the one that is found upwards from the first path
+    bool noConfiguration = false;
+    std::string baseline; ///< empty: the one that the configuration names
+    bool generateBaseline = false;
+    bool stdio = true;      ///< the only way to talk to a language server
+    bool changed = false;   ///< only what git says has changed
+    std::string changedRef; ///< against this; empty: what is staged
 };
 
 /// Exit statuses.

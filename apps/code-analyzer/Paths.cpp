@@ -1,29 +1,20 @@
 #include "Paths.h"
 
 #include "Application/FilePath.h"
+#include "ChangedFiles.h"
 #include "ProjectManager/FileFinder.h"
 
 #include <algorithm>
 #include <array>
 #include <filesystem>
-#include <fnmatch.h>
 #include <unordered_set>
 
 namespace Kesh::CommandLine {
 
 namespace {
 
-bool MatchesAny(const std::vector<std::string>& globs, const std::wstring& path)
-{
-    if (globs.empty())
-        return false;
-    const std::string whole = Host::PathToBytes(path);
-    const std::string name = whole.substr(whole.rfind('/') + 1);
-    return std::any_of(globs.begin(), globs.end(), [&](const std::string& glob) {
-        const std::string& subject = glob.find('/') == std::string::npos ? name : whole;
-        return ::fnmatch(glob.c_str(), subject.c_str(), 0) == 0;
-    });
-}
+using Configuration::MatchesPath;
+using Configuration::MatchesPathOrFolder;
 
 bool HasUsualEnding(const std::wstring& path)
 {
@@ -36,25 +27,98 @@ bool HasUsualEnding(const std::wstring& path)
                        [&](const wchar_t* ending) { return lower.ends_with(ending); });
 }
 
-std::vector<std::wstring> FilesOf(const std::wstring& folder, const SOptions& options,
+/// Which files of folders are wanted, by the command line and by the project's settings.
+class CSelection
+{
+public:
+    CSelection(const SOptions& options, const Configuration::SConfiguration& configuration)
+        : m_options(options), m_configuration(configuration)
+    {
+    }
+
+    /// A file in a folder that is looked into; `below` is its path below that folder.
+    bool TakesFile(const std::wstring& below, const std::wstring& absolute) const
+    {
+        return IsIncluded(below, absolute) && !Excludes(below, absolute);
+    }
+    bool EntersFolder(const std::wstring& below, const std::wstring& absolute) const
+    {
+        return !ProjectManager::IsLeftOut(Host::FileName(below)) && !Excludes(below, absolute);
+    }
+    bool Excludes(const std::wstring& path, const std::wstring& absolute) const
+    {
+        return MatchesPath(m_options.exclude, Host::PathToBytes(path)) || m_configuration.Excludes(absolute);
+    }
+
+private:
+    bool IsIncluded(const std::wstring& below, const std::wstring& absolute) const
+    {
+        if (!m_options.include.empty())
+            return MatchesPath(m_options.include, Host::PathToBytes(below));
+        if (m_configuration.include.empty())
+            return HasUsualEnding(below);
+        // A folder that is named stands for the usual files in it.
+        const std::string path = m_configuration.Below(absolute);
+        return MatchesPath(m_configuration.include, path) ||
+               (HasUsualEnding(below) && MatchesPathOrFolder(m_configuration.include, path));
+    }
+
+    const SOptions& m_options;
+    const Configuration::SConfiguration& m_configuration;
+};
+
+std::vector<std::wstring> FilesOf(const std::wstring& folder, const CSelection& selection,
                                   const TPathError& onError)
 {
+    const std::wstring absolute = Host::AbsolutePath(folder);
+    const std::wstring prefix = absolute.ends_with(L'/') ? absolute : absolute + L'/';
     ProjectManager::SFileQuery query;
-    query.takesFile = [&](const std::wstring& path) {
-        return (options.include.empty() ? HasUsualEnding(path) : MatchesAny(options.include, path)) &&
-               !MatchesAny(options.exclude, path);
-    };
+    query.takesFile = [&](const std::wstring& path) { return selection.TakesFile(path, prefix + path); };
     query.entersFolder = [&](const std::wstring& path) {
-        return !ProjectManager::IsLeftOut(Host::FileName(path)) && !MatchesAny(options.exclude, path);
+        return selection.EntersFolder(path, prefix + path);
     };
     query.onError = onError;
     return ProjectManager::FindFiles(folder, query);
 }
 
+/// Whether the search in `folder` would find the file.
+bool IsFoundIn(const std::wstring& folder, const std::wstring& file, const CSelection& selection)
+{
+    const std::wstring prefix = folder.ends_with(L'/') ? folder : folder + L'/';
+    if (!file.starts_with(prefix))
+        return false;
+    for (std::size_t slash = file.find(L'/', prefix.size()); slash != std::wstring::npos;
+         slash = file.find(L'/', slash + 1))
+        if (!selection.EntersFolder(file.substr(prefix.size(), slash - prefix.size()), file.substr(0, slash)))
+            return false;
+    return selection.TakesFile(file.substr(prefix.size()), file);
+}
+
+/// Of the changed files, those that a check of `path` would have taken.
+std::vector<std::wstring> ChangedFilesOf(const std::wstring& path, bool isFolder, const SOptions& options,
+                                         const CSelection& selection)
+{
+    const std::wstring absolute = Host::AbsolutePath(path);
+    const std::wstring folder = isFolder ? absolute : absolute.substr(0, absolute.rfind(L'/') + 1);
+    std::vector<std::wstring> files;
+    for (const std::wstring& file : ChangedFiles(folder, options.changedRef)) {
+        if (!isFolder && file == absolute)
+            files.push_back(path);
+        else if (isFolder && IsFoundIn(absolute, file, selection))
+            files.push_back((path == L"."           ? L""
+                             : path.ends_with(L'/') ? path
+                                                    : path + L'/') +
+                            file.substr(absolute.size() + !absolute.ends_with(L'/')));
+    }
+    return files;
+}
+
 } // namespace
 
-std::vector<SInput> CollectInputs(const SOptions& options, const TPathError& onError)
+std::vector<SInput> CollectInputs(const SOptions& options, const Configuration::SConfiguration& configuration,
+                                  const TPathError& onError)
 {
+    const CSelection selection(options, configuration);
     std::vector<SInput> inputs;
     std::unordered_set<std::wstring> seen;
     const auto add = [&](const std::wstring& shown, bool standardInput) {
@@ -72,10 +136,13 @@ std::vector<SInput> CollectInputs(const SOptions& options, const TPathError& onE
         const bool isFolder = std::filesystem::is_directory(bytes, error);
         if (error) {
             onError(path, error.message());
-        } else if (isFolder) {
-            for (const std::wstring& file : FilesOf(path, options, onError))
+        } else if (options.changed) {
+            for (const std::wstring& file : ChangedFilesOf(path, isFolder, options, selection))
                 add(file, false);
-        } else if (!MatchesAny(options.exclude, path)) {
+        } else if (isFolder) {
+            for (const std::wstring& file : FilesOf(path, selection, onError))
+                add(file, false);
+        } else if (!selection.Excludes(path, Host::AbsolutePath(path))) {
             add(path, false);
         }
     }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Configuration/Configuration.h"
 #include "Options.h"
 
 #include <functional>
@@ -21,6 +22,7 @@ using TPathError = std::function<void(const std::wstring& path, const std::strin
 
 /// The files that the paths of a check stand for, each once, in the order of the command line and sorted
 /// within a folder.
-std::vector<SInput> CollectInputs(const SOptions& options, const TPathError& onError);
+std::vector<SInput> CollectInputs(const SOptions& options, const Configuration::SConfiguration& configuration,
+                                  const TPathError& onError);
 
 } // namespace Kesh::CommandLine

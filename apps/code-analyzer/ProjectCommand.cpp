@@ -3,11 +3,13 @@
 #include "Base/CommonString.h"
 #include "Base/Exception.h"
 #include "Commands.h"
+#include "ConfigurationChoice.h"
 #include "Progress.h"
 #include "ProjectManager/ProjectManager.h"
 #include "Report/Report.h"
 #include "Session.h"
 #include "SyntaxParser/ParserComponent.h"
+#include "SyntaxParser/SPDocument.h"
 #include "SyntaxParser/SourceText.h"
 
 #include <QCoreApplication>
@@ -32,7 +34,8 @@ std::wstring TextOf(const std::wstring& file)
 
 int RunProject(const SOptions& options)
 {
-    CSession session;
+    const Configuration::SConfiguration configuration = ConfigurationFor(options);
+    CSession session(configuration);
     Host::CApplication& application = session.Application();
     ProjectManager::CProjectManager& project = application.Project();
     const std::wstring given = Host::PathFromBytes(options.paths.front());
@@ -74,8 +77,11 @@ int RunProject(const SOptions& options)
     CReport report(options);
     const std::wstring prefix = given.ends_with(L'/') ? given : given + L'/';
     for (const std::wstring& file : files) {
+        if (configuration.Excludes(file))
+            continue;
         const std::wstring shown = prefix + file.substr(folder.size() + (folder == L"/" ? 0 : 1));
-        report.Add(session.FindingsOf(file, {shown, [&] { return TextOf(file); }}));
+        report.Add(session.FindingsOf(
+            file, {shown, file, SyntaxParser::FactoryForPath(file), [&] { return TextOf(file); }}));
     }
     report.Finish(files.size());
     project.Close();

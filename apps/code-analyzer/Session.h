@@ -17,7 +17,8 @@ namespace Kesh::CommandLine {
 class CSession
 {
 public:
-    CSession();
+    /// With the settings of a project, which outlive it.
+    explicit CSession(const Configuration::SConfiguration& configuration = NoConfiguration());
 
     Host::CApplication& Application() { return m_application; }
     Host::CPlugin& Plugin() { return *m_plugin; }
@@ -26,6 +27,8 @@ public:
     Findings::SFileFindings FindingsOf(const std::wstring& file, const Findings::SCheckedFile& checked);
 
 private:
+    static const Configuration::SConfiguration& NoConfiguration();
+
     Host::CHeadlessMainFrame m_frame;
     Host::CMemorySettings m_settings;
     LangSupport::CTranslations m_translations; ///< none: messages stay as programs expect them

@@ -25,6 +25,8 @@ int Run(const SOptions& options)
         switch (options.command) {
         case ECommand::Check: return RunCheck(options);
         case ECommand::Project: return RunProject(options);
+        case ECommand::LanguageServer: return RunLanguageServer(options);
+        case ECommand::Init: return RunInit(options);
         case ECommand::Explain: return RunExplain(options);
         case ECommand::Regions: return RunRegions(options);
         case ECommand::Tree: return RunTree(options);

@@ -1,12 +1,7 @@
+#include "CliFixture.h"
 #include "Limits.h"
-#include "TempFolder.h"
 
-#include <QProcess>
 #include <filesystem>
-#include <fstream>
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-#include <nlohmann/json.hpp>
 #include <signal.h>
 #include <sys/stat.h>
 #include <tuple>
@@ -19,36 +14,9 @@ using ::testing::StartsWith;
 
 namespace {
 
-struct SResult
-{
-    int exit = -1;
-    std::string out;
-    std::string err;
-};
-
-class CommandLine : public ::testing::Test
+class CommandLine : public CCliTest
 {
 protected:
-    /// Runs the program in the test's folder.
-    SResult Run(const QStringList& arguments, const std::string& input = {})
-    {
-        QProcess process;
-        process.setWorkingDirectory(Host::PathToQt(m_folder.Path()));
-        process.setProcessEnvironment(m_environment);
-        process.start(PROGRAM, arguments);
-        process.write(input.data(), static_cast<qint64>(input.size()));
-        process.closeWriteChannel();
-        EXPECT_TRUE(process.waitForFinished(120000));
-        EXPECT_EQ(process.exitStatus(), QProcess::NormalExit) << arguments.join(' ').toStdString();
-        return {process.exitCode(), process.readAllStandardOutput().toStdString(),
-                process.readAllStandardError().toStdString()};
-    }
-    json RunJson(QStringList arguments, int exit, const std::string& input = {})
-    {
-        const SResult result = Run(QStringList{"check", "--format", "json"} + arguments, input);
-        EXPECT_EQ(result.exit, exit) << result.err;
-        return json::parse(result.out);
-    }
     std::vector<std::string> FilesIn(const json& records)
     {
         std::vector<std::string> files;
@@ -57,9 +25,6 @@ protected:
                 files.push_back(record["file"]);
         return files;
     }
-
-    CTempFolder m_folder;
-    QProcessEnvironment m_environment = QProcessEnvironment::systemEnvironment();
 };
 
 const std::string Clean = "<?php\n$a = 1;\n";
@@ -239,6 +204,38 @@ TEST_F(CommandLine, EveryByteSequenceIsCheckedToTheEnd)
                 EXPECT_EQ(Run({command, Host::PathToQt(name)}).exit, 0);
         }
     }
+}
+
+TEST_F(CommandLine, Utf16IsReadAndBinaryFilesAreSkippedWithANote)
+{
+    const auto encoded = [](const std::wstring& text, bool little) {
+        std::string bytes = little ? "\xFF\xFE" : "\xFE\xFF";
+        for (const wchar_t c : text) {
+            bytes += static_cast<char>(little ? c & 0xFF : c >> 8);
+            bytes += static_cast<char>(little ? c >> 8 : c & 0xFF);
+        }
+        return bytes;
+    };
+    const std::wstring text = L"<?php\r\n$\u00E9 = '\xD83D\xDE00'  $b;\r\n"; // an emoji in two halves
+    for (const bool little : {true, false}) {
+        m_folder.Write(L"a.php", encoded(text, little));
+        const json records = RunJson({"a.php"}, 1);
+        ASSERT_EQ(records.size(), 1u);
+        EXPECT_EQ(records[0]["startLine"], 2);
+        EXPECT_EQ(records[0]["startColumn"], 11);
+        EXPECT_EQ(records[0]["text"], "$b");
+        m_folder.Write(L"a.php", encoded(L"<?php \xD83D '\xDE00", little) + "x");
+        EXPECT_EQ(Run({"check", "a.php"}).err, "");
+    }
+    m_folder.Write(L"a.php", std::string("\x7F"
+                                         "ELF\0\0",
+                                         6));
+    m_folder.Write(L"b.php", Clean);
+    const SResult alone = Run({"check", "a.php"});
+    EXPECT_EQ(alone.exit, 0);
+    EXPECT_EQ(alone.err, "code-analyzer: a.php: skipped: a binary file\n");
+    EXPECT_EQ(alone.out, "No files were checked.\n");
+    EXPECT_EQ(Run({"check", "a.php", "b.php"}).out, "No errors in 1 file.\n");
 }
 
 TEST_F(CommandLine, ColumnsCountCharacters)

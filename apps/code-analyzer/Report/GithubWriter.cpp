@@ -1,4 +1,4 @@
-#include "Application/FilePath.h"
+#include "Report/Printable.h"
 #include "Report/Writer.h"
 
 namespace Kesh::CommandLine {
@@ -9,7 +9,7 @@ namespace {
 std::string Escaped(const std::wstring& text, bool property)
 {
     std::string escaped;
-    for (const char c : Host::PathToBytes(text)) {
+    for (const char c : Printable(text)) {
         switch (c) {
         case '%': escaped += "%25"; break;
         case '\r': escaped += "%0D"; break;

@@ -1,0 +1,62 @@
+#pragma once
+
+#include "Configuration/Globs.h"
+
+#include <cstdint>
+#include <map>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace Kesh::Configuration {
+
+/// What becomes of the records of a code.
+enum class ELevel { Off, Warning, Error };
+
+/// What a project wants done with some codes, everywhere or in the places that `paths` matches.
+struct SCodeRule
+{
+    TGlobs paths; ///< empty: everywhere
+    std::map<std::int32_t, ELevel> codes;
+};
+
+/// A project's settings, from its file code-analyzer.json. Paths and names are bytes and wide strings as the
+/// rest of the host has them.
+struct SConfiguration
+{
+    std::wstring file; ///< absolute; empty: there is none, and all is as it is by default
+    std::wstring root; ///< the folder of the file, to which its globs and paths refer
+    TGlobs include;    ///< empty: the usual endings
+    TGlobs exclude;
+    std::optional<std::int32_t> phpVersion; ///< major * 100 + minor
+    std::optional<bool> grammar;
+    std::vector<SCodeRule> rules; ///< of those that name a code, the last one counts
+    std::vector<std::wstring> tags;
+    std::vector<std::wstring> attributes;
+    std::vector<std::wstring> properties;
+    std::wstring baseline; ///< absolute; empty: none
+
+    /// The path below the root; as it is when it does not lie there.
+    std::string Below(const std::wstring& absolute) const;
+    /// Whether `exclude` names the file or a folder that it lies in.
+    bool Excludes(const std::wstring& absolute) const;
+    /// What is wanted for a code in a file; nothing when no rule says.
+    std::optional<ELevel> LevelOf(std::int32_t code, const std::wstring& absolute) const;
+};
+
+constexpr const wchar_t* FileName = L"code-analyzer.json";
+
+/// The file that holds for `path`, a file or folder that need not exist: in its folder or the nearest one
+/// above. Empty: there is none. Any thread.
+std::wstring FindConfiguration(const std::wstring& path);
+/// Reads a configuration file. Throws Base::CWorkError "code-analyzer.json:LINE: what is wrong". Any thread.
+SConfiguration ReadConfiguration(const std::wstring& file);
+/// The same from its text.
+SConfiguration ParseConfiguration(const std::wstring& file, std::string_view text);
+/// "8.2" as 802; nothing when it is no version of PHP that is known.
+std::optional<std::int32_t> PhpVersionOf(std::string_view text);
+
+/// The commented file that new projects begin with.
+std::string_view InitialConfiguration();
+
+} // namespace Kesh::Configuration

@@ -1,0 +1,45 @@
+#include "Configuration/Configuration.h"
+
+namespace Kesh::Configuration {
+
+std::string_view InitialConfiguration()
+{
+    return R"({
+  // Settings of code-analyzer for this folder and what is below it. Whatever is left out stays as it is.
+
+  // Which files are checked in folders: names ("*.php") or paths from here ("src/*.module").
+  // "include": ["*.php", "*.phtml", "*.inc", "*.html", "*.htm", "*.css"],
+
+  // Files and folders that are left out, besides hidden ones, "vendor" and "node_modules".
+  "exclude": [],
+
+  // The PHP version to judge by. Without it, composer.json tells; without that, every version passes.
+  // "phpVersion": "8.2",
+
+  // Whether PHP is checked against its whole grammar.
+  "grammar": true,
+
+  // Errors by their codes: "off", "warning" or "error". "code-analyzer explain CODE" tells what they mean.
+  "codes": {
+    // "901": "error"
+  },
+
+  // The same for some places.
+  "overrides": [
+    // { "paths": ["templates", "*.phtml"], "codes": { "2002": "warning" } }
+  ],
+
+  // Names that HTML and CSS do not know, but this project does.
+  "ownNames": {
+    "tags": [],
+    "attributes": [],
+    "properties": []
+  }
+
+  // Old findings that are to be silent: code-analyzer check --generate-baseline writes the file.
+  // , "baseline": "code-analyzer-baseline.json"
+}
+)";
+}
+
+} // namespace Kesh::Configuration

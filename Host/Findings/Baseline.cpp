@@ -1,0 +1,112 @@
+#include "Findings/Baseline.h"
+
+#include "Application/FileIO.h"
+#include "Application/FilePath.h"
+#include "Base/CommonString.h"
+#include "Base/Exception.h"
+
+#include <nlohmann/json.hpp>
+
+namespace Kesh::Findings {
+
+namespace {
+
+using nlohmann::ordered_json;
+
+[[noreturn]] void Fail(const std::string& what)
+{
+    throw Base::CWorkError(Base::CCommonString::FromUtf8(what), __LINE__, "Host/Findings/Baseline");
+}
+
+std::wstring FolderOf(const std::wstring& file)
+{
+    const std::wstring absolute = Host::AbsolutePath(file);
+    return absolute.substr(0, absolute.rfind(L'/') + 1);
+}
+
+} // namespace
+
+CBaseline CBaseline::Read(const std::wstring& file)
+{
+    CBaseline baseline(FolderOf(file));
+    try {
+        const auto whole = nlohmann::json::parse(Host::ReadFileBytes(file));
+        if (whole.at("version") != 1)
+            Fail("a baseline of a version that is not known");
+        for (const auto& item : whole.at("findings"))
+            baseline.m_files[item.at("file").get<std::string>()]
+                            [{item.at("code").get<std::int32_t>(), item.at("line").get<std::string>()}] +=
+                item.value("count", std::size_t{1});
+    } catch (const nlohmann::json::exception& fault) {
+        Fail(std::string("no baseline: ") + fault.what());
+    }
+    return baseline;
+}
+
+std::string CBaseline::NameOf(const SFileFindings& file) const
+{
+    const std::wstring folder = m_folder.ends_with(L'/') ? m_folder : m_folder + L'/';
+    std::wstring name = file.path.starts_with(folder) ? file.path.substr(folder.size()) : file.path;
+    // JSON holds no bytes that are not UTF-8.
+    for (wchar_t& c : name)
+        if (c >= 0xDC80 && c <= 0xDCFF)
+            c = 0xFFFD;
+    return Host::PathToBytes(name);
+}
+
+CBaseline::TKey CBaseline::KeyOf(const SFinding& finding)
+{
+    return {finding.error.code, Host::PathToBytes(Base::CCommonString::Trim(finding.line.text))};
+}
+
+void CBaseline::Take(const SFileFindings& file)
+{
+    for (const SFinding& finding : file.findings)
+        ++m_files[NameOf(file)][KeyOf(finding)];
+}
+
+void CBaseline::Write(const std::wstring& file) const
+{
+    std::string text = "{\"version\": 1, \"findings\": [";
+    const char* separator = "\n";
+    for (const auto& [name, counts] : m_files) {
+        for (const auto& [key, count] : counts) {
+            ordered_json item = {{"file", name}, {"code", key.first}, {"line", key.second}};
+            if (count > 1)
+                item["count"] = count;
+            text += separator + item.dump(-1, ' ', false, ordered_json::error_handler_t::replace);
+            separator = ",\n";
+        }
+    }
+    Host::WriteFileBytes(file, text + "\n]}\n");
+}
+
+void CBaseline::Filter(SFileFindings& file)
+{
+    const auto known = m_files.find(NameOf(file));
+    if (known == m_files.end())
+        return;
+    TCounts& left = known->second;
+    std::erase_if(file.findings, [&](const SFinding& finding) {
+        const auto count = left.find(KeyOf(finding));
+        if (count == left.end() || count->second == 0)
+            return false;
+        --count->second;
+        return true;
+    });
+    for (const auto& [key, count] : left)
+        if (count)
+            m_gone.push_back({known->first, key.first, key.second, count});
+    m_files.erase(known);
+}
+
+std::size_t CBaseline::Size() const
+{
+    std::size_t size = 0;
+    for (const auto& [name, counts] : m_files)
+        for (const auto& [key, count] : counts)
+            size += count;
+    return size;
+}
+
+} // namespace Kesh::Findings

@@ -1,0 +1,54 @@
+#pragma once
+
+#include "Findings/Finding.h"
+
+#include <map>
+#include <set>
+#include <string>
+#include <tuple>
+#include <vector>
+
+namespace Kesh::Findings {
+
+/// Findings that were there before and are to be silent: known by file, code and the text of their line, so
+/// that they stay known when lines above them come and go.
+class CBaseline
+{
+public:
+    /// Paths in it are below `folder`, that of its file.
+    explicit CBaseline(std::wstring folder) : m_folder(std::move(folder)) {}
+
+    /// Reads a baseline file. Throws Base::CWorkError with a text for the user that does not name the path.
+    static CBaseline Read(const std::wstring& file);
+    /// Takes the findings of a file into the baseline.
+    void Take(const SFileFindings& file);
+    /// Replaces the file as a whole. Throws like Host::WriteFileBytes().
+    void Write(const std::wstring& file) const;
+
+    /// Leaves only the new findings of a file; what was known and is not there any more is noted.
+    void Filter(SFileFindings& file);
+    std::size_t Size() const;
+
+    /// A finding of a checked file that is not there any more.
+    struct SGone
+    {
+        std::string file;
+        std::int32_t code;
+        std::string line;
+        std::size_t count;
+    };
+    const std::vector<SGone>& Gone() const { return m_gone; }
+
+private:
+    using TKey = std::pair<std::int32_t, std::string>; ///< code and line
+    using TCounts = std::map<TKey, std::size_t>;
+
+    std::string NameOf(const SFileFindings& file) const;
+    static TKey KeyOf(const SFinding& finding);
+
+    std::wstring m_folder;
+    std::map<std::string, TCounts> m_files;
+    std::vector<SGone> m_gone;
+};
+
+} // namespace Kesh::Findings

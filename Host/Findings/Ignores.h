@@ -1,0 +1,51 @@
+#pragma once
+
+#include "Findings/TextLines.h"
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace Kesh::Findings {
+
+/// The comments of a text that silence findings: "code-analyzer-ignore CODE..." for its own line, or for the
+/// next one when it stands alone, and "-start" and "-end" for a stretch. Without a code they silence all.
+class CIgnores
+{
+public:
+    /// A cheap look whether there may be any. Bytes of a file, or its text.
+    static bool MayHave(std::string_view bytes);
+    static bool MayHave(std::wstring_view text);
+
+    CIgnores(std::wstring_view text, const CTextLines& lines);
+
+    /// Whether a comment silences the record; the comment then counts as needed.
+    bool Silences(const CodeAnalyzer::SCAError& error);
+
+    /// A comment that silences nothing, or codes of it that do not.
+    struct SUnused
+    {
+        SyntaxParser::SScheme span;
+        std::vector<std::int32_t> codes; ///< empty: the whole comment
+    };
+    /// Once every record has been shown to Silences().
+    std::vector<SUnused> Unused() const;
+
+private:
+    struct SIgnore
+    {
+        SyntaxParser::SScheme span;
+        std::int64_t first = 0; ///< lines
+        std::int64_t last = 0;
+        std::vector<std::int32_t> codes;
+        std::vector<bool> needed; ///< one for each code; a single one when there is none
+    };
+    void Read(std::wstring_view text, const CTextLines& lines, std::size_t at);
+
+    std::vector<SIgnore> m_ignores;
+    std::vector<std::size_t> m_open; ///< stretches without an end so far
+    std::int64_t m_lastLine;
+};
+
+} // namespace Kesh::Findings

@@ -1,0 +1,116 @@
+#include "LanguageServer/CodeActions.h"
+
+#include "Application/FileIO.h"
+#include "Application/FilePath.h"
+#include "Base/Exception.h"
+#include "Configuration/Edit.h"
+#include "LanguageServer/Diagnostic.h"
+#include "LanguageServer/Uri.h"
+#include "QuickFixes/QuickFix.h"
+
+#include <utility>
+
+namespace Kesh::LanguageServer {
+
+namespace {
+
+using QuickFixes::SQuickFix;
+
+using TPoint = std::pair<std::int64_t, std::int64_t>;
+
+TPoint PointOf(const json& position)
+{
+    return {position.at("line"), position.at("character")};
+}
+
+bool Touch(const json& a, const json& b)
+{
+    return PointOf(a.at("start")) <= PointOf(b.at("end")) && PointOf(b.at("start")) <= PointOf(a.at("end"));
+}
+
+bool WantsQuickFixes(const json& params)
+{
+    const json context = params.value("context", json::object());
+    const auto only = context.find("only");
+    if (only == context.end() || !only->is_array())
+        return true;
+    for (const json& kind : *only)
+        if (kind == "quickfix" || kind == "")
+            return true;
+    return false;
+}
+
+json ActionOf(const SQuickFix& fix, const SDescribed& known, const json& diagnostic, std::int64_t version,
+              CRangeMaker& ranges)
+{
+    json action = {{"title", Host::PathToBytes(fix.title)},
+                   {"kind", "quickfix"},
+                   {"diagnostics", json::array({diagnostic})}};
+    if (fix.kind == SQuickFix::EKind::Mend)
+        action["isPreferred"] = true;
+    if (!fix.edits.empty()) {
+        json edits = json::array();
+        for (const QuickFixes::SEdit& edit : fix.edits)
+            edits.push_back({{"range", ranges.Range(edit.span)}, {"newText", Host::PathToBytes(edit.text)}});
+        // An editor that has gone on meanwhile refuses edits of an older version.
+        action["edit"]["documentChanges"] =
+            json::array({{{"textDocument", {{"uri", known.order.uri}, {"version", version}}},
+                          {"edits", std::move(edits)}}});
+    } else if (fix.kind == SQuickFix::EKind::AddOwnName) {
+        action["command"] = {{"title", action["title"]},
+                             {"command", CCodeActions::AddOwnName},
+                             {"arguments", {fix.list, Host::PathToBytes(fix.name)}}};
+    } else {
+        action["command"] = {
+            {"title", action["title"]}, {"command", CCodeActions::IgnoreCode}, {"arguments", {fix.code}}};
+    }
+    return action;
+}
+
+} // namespace
+
+json CCodeActions::Offer(const json& params)
+{
+    json actions = json::array();
+    const std::wstring path = PathOfUri(params.at("textDocument").at("uri").get_ref<const std::string&>());
+    const SOpenDocument* open = m_documents.Find(path);
+    const SDescribed* known = m_diagnostics.Known(path);
+    if (!open || !known || known->order.version != open->revision || !WantsQuickFixes(params))
+        return actions;
+    const json& range = params.at("range");
+    const std::wstring& text = open->Text().Text();
+    CRangeMaker ranges(text, m_documents.Encoding());
+    const QuickFixes::SFileText file{text, ranges.Lines(), open->factory};
+    for (std::size_t i = 0; i < known->findings.findings.size(); ++i) {
+        const json& diagnostic = known->diagnostics[i];
+        if (!Touch(diagnostic.at("range"), range))
+            continue;
+        for (const SQuickFix& fix : QuickFixes::FixesFor(known->findings.findings[i], file))
+            actions.push_back(ActionOf(fix, *known, diagnostic, open->version, ranges));
+    }
+    return actions;
+}
+
+void CCodeActions::Execute(const json& params, const std::wstring& settings)
+{
+    const std::string command = params.at("command");
+    const json arguments = params.value("arguments", json::array());
+    std::string text;
+    if (Host::StampOf(settings).size >= 0)
+        text = Host::ReadFileBytes(settings);
+    try {
+        if (command == AddOwnName)
+            text = Configuration::WithOwnName(text, arguments.at(0),
+                                              Host::PathFromBytes(arguments.at(1).get<std::string>()));
+        else if (command == IgnoreCode)
+            text = Configuration::WithCodeOff(text, arguments.at(0));
+        else
+            throw SResponseError{InvalidParams, "unknown command " + command};
+        Host::WriteFileBytes(settings, text);
+    } catch (const Base::CWorkError& fault) {
+        throw SResponseError{InternalError,
+                             Host::PathToBytes(Host::FileName(settings)) + ": " + fault.what()};
+    }
+}
+
+} // namespace Kesh::LanguageServer

@@ -1,0 +1,89 @@
+#include "LanguageServer/DescribeWorker.h"
+
+#include "Application/Fault.h"
+#include "Application/FileIO.h"
+#include "Application/FilePath.h"
+#include "Base/Exception.h"
+#include "LanguageServer/Diagnostic.h"
+#include "SyntaxParser/SourceText.h"
+
+#include <algorithm>
+
+namespace Kesh::LanguageServer {
+
+CDescribeWorker::CDescribeWorker(const SSettings& settings, std::function<void(SDescribed)> done)
+    : m_settings(settings), m_done(std::move(done)), m_thread([this] { Run(); })
+{
+}
+
+CDescribeWorker::~CDescribeWorker()
+{
+    {
+        const std::lock_guard lock(m_mutex);
+        m_ending = true;
+        m_orders.clear();
+    }
+    m_changed.notify_all();
+    m_thread.join();
+}
+
+void CDescribeWorker::Add(SDescribeOrder order)
+{
+    {
+        const std::lock_guard lock(m_mutex);
+        const auto waiting = std::find_if(m_orders.begin(), m_orders.end(), [&](const SDescribeOrder& other) {
+            return other.path == order.path;
+        });
+        if (waiting != m_orders.end())
+            m_orders.erase(waiting);
+        // What somebody types in goes before what was found in files.
+        if (order.version >= 0)
+            m_orders.push_front(std::move(order));
+        else
+            m_orders.push_back(std::move(order));
+    }
+    m_changed.notify_all();
+}
+
+void CDescribeWorker::Run()
+{
+    for (;;) {
+        std::unique_lock lock(m_mutex);
+        m_changed.wait(lock, [this] { return m_ending || !m_orders.empty(); });
+        if (m_ending)
+            return;
+        SDescribeOrder order = std::move(m_orders.front());
+        m_orders.pop_front();
+        lock.unlock();
+        Host::Guard(L"describe", [&] {
+            auto described = std::make_shared<SDescribed>(Describe(std::move(order)));
+            QMetaObject::invokeMethod(
+                &m_context, [this, described] { m_done(std::move(*described)); }, Qt::QueuedConnection);
+        });
+    }
+}
+
+SDescribed CDescribeWorker::Describe(SDescribeOrder order)
+{
+    std::wstring text;
+    try {
+        text = order.text ? *order.text : SyntaxParser::DecodeSource(Host::ReadFileBytes(order.path));
+    } catch (const Base::CWorkError&) {
+        order.errors.clear(); // the file has gone meanwhile
+    }
+    SDescribed described{std::move(order), {}, nlohmann::json::array()};
+    const SDescribeOrder& done = described.order;
+    if (done.configuration && done.configuration->Excludes(done.path))
+        return described;
+    Findings::CDescriber describer(
+        {[this](const CodeAnalyzer::SCAError& error) { return m_settings.errors.GetErrorDescription(error); },
+         *done.names, m_settings.details, done.configuration.get()});
+    described.findings =
+        describer.Describe({done.path, done.path, done.factory, [&] { return text; }}, done.errors);
+    CDiagnosticMaker maker(text, done.uri, m_encoding, m_settings.documentation);
+    for (const Findings::SFinding& finding : described.findings.findings)
+        described.diagnostics.push_back(maker.Make(finding));
+    return described;
+}
+
+} // namespace Kesh::LanguageServer

@@ -1,0 +1,254 @@
+#include "LanguageServer/Diagnostics.h"
+
+#include "Application/Application.h"
+#include "Application/FilePath.h"
+#include "Application/PluginLoader.h"
+#include "LanguageServer/Uri.h"
+#include "ProjectManager/ProjectManager.h"
+#include "SyntaxParser/ParserComponent.h"
+#include "SyntaxParser/SPDocument.h"
+
+#include <QTimer>
+#include <algorithm>
+
+namespace Kesh::LanguageServer {
+
+namespace {
+
+/// Changes of files that nobody looks at are told together.
+constexpr int FlushDelay = 30;
+
+} // namespace
+
+CDiagnostics::CDiagnostics(const SParts& parts)
+    : m_parts(parts),
+      m_configuration(std::make_shared<Configuration::SConfiguration>()),
+      m_worker({parts.plugin.Errors(), parts.plugin.ErrorDetails(), parts.documentation},
+               [this](SDescribed described) { OnDescribed(std::move(described)); })
+{
+    CodeAnalyzer::IErrorsSource& errors = parts.plugin.Errors();
+    m_added = errors.GetAddedSignal().connect(
+        [this](const std::wstring& path, const std::vector<CodeAnalyzer::SCAError>&) {
+            OnErrorsChanged(path);
+        });
+    m_removed = errors.GetRemovedSignal().connect([this](const std::wstring& path) {
+        // A check begins: it has seen the text as it is now.
+        if (SOpenDocument* open = m_parts.documents.Find(path))
+            open->begun = open->revision;
+        OnErrorsChanged(path);
+    });
+    m_relay = std::make_shared<SRelay>();
+    m_relay->diagnostics = this;
+    parts.application.Parser().SetParsedHook([relay = m_relay](const std::wstring& path) {
+        const std::lock_guard lock(relay->mutex);
+        if (CDiagnostics* self = relay->diagnostics)
+            QMetaObject::invokeMethod(
+                &self->m_context, [self, path] { self->OnParsed(path); }, Qt::QueuedConnection);
+    });
+}
+
+CDiagnostics::~CDiagnostics()
+{
+    m_parts.application.Parser().SetParsedHook({});
+    const std::lock_guard lock(m_relay->mutex);
+    m_relay->diagnostics = nullptr;
+}
+
+void CDiagnostics::SetPulled(bool pulled, bool refreshable)
+{
+    m_pulled = pulled;
+    m_refreshable = refreshable;
+}
+
+void CDiagnostics::SetConfiguration(std::shared_ptr<const Configuration::SConfiguration> configuration)
+{
+    m_configuration = std::move(configuration);
+}
+
+const SDescribed* CDiagnostics::Known(const std::wstring& path) const
+{
+    const auto state = m_states.find(path);
+    return state == m_states.end() ? nullptr : &state->second.described;
+}
+
+/// Called while the store is locked.
+void CDiagnostics::OnErrorsChanged(const std::wstring& path)
+{
+    // An open document is told of when its check has ended.
+    if (m_parts.documents.Find(path))
+        return;
+    if (m_dirty.empty())
+        QTimer::singleShot(FlushDelay, &m_context, [this] { Flush(); });
+    m_dirty.insert(path);
+}
+
+void CDiagnostics::OnParsed(const std::wstring& path)
+{
+    m_parts.documents.EndHidden(path);
+    // A check may end after its document was closed.
+    if (m_parts.documents.Find(path) || IsMember(path))
+        Order(path);
+}
+
+void CDiagnostics::Flush()
+{
+    for (const std::wstring& path : std::exchange(m_dirty, {}))
+        if (!m_parts.documents.Find(path) && (IsMember(path) || m_states.contains(path)))
+            Order(path);
+}
+
+/// Whether the open project keeps what is known of the file.
+bool CDiagnostics::IsMember(const std::wstring& path) const
+{
+    return m_parts.application.Project().GetProjectManager()->BelongsToProject(path);
+}
+
+void CDiagnostics::Order(const std::wstring& path)
+{
+    SDescribeOrder order;
+    order.path = path;
+    m_parts.plugin.Errors().GetErrors(path, order.errors);
+    order.names = m_parts.application.Parser().GetCompletionData();
+    order.configuration = m_configuration;
+    if (const SOpenDocument* open = m_parts.documents.Find(path)) {
+        // What was found in an older text is not told: the check of the newer one follows.
+        if (open->begun != open->revision)
+            return;
+        order.uri = open->uri;
+        order.factory = open->factory;
+        order.version = open->revision;
+        order.text = std::make_shared<std::wstring>(open->Text().Text());
+    } else {
+        order.uri = UriOfPath(path);
+        order.factory = SyntaxParser::FactoryForPath(path);
+    }
+    m_worker.Add(std::move(order));
+}
+
+void CDiagnostics::OnDescribed(SDescribed described)
+{
+    const std::wstring path = described.order.path;
+    const SOpenDocument* open = m_parts.documents.Find(path);
+    // Opened, closed or edited meanwhile: what was found is not about this text any more.
+    if (open ? described.order.version != open->revision : described.order.version >= 0)
+        return;
+    SState& state = m_states[path];
+    const bool changed = state.resultId == 0 || state.described.diagnostics != described.diagnostics;
+    state.described = std::move(described);
+    if (changed)
+        state.resultId = m_nextResult++;
+    if (changed || open)
+        Publish(path, state);
+    AnswerWaiting(path);
+}
+
+void CDiagnostics::Publish(const std::wstring& path, SState& state)
+{
+    const SOpenDocument* open = m_parts.documents.Find(path);
+    if (m_pulled) {
+        // Open documents are asked for after each edit anyway.
+        if (!open && m_refreshable)
+            m_parts.connection.Request("workspace/diagnostic/refresh", nullptr);
+        return;
+    }
+    if (!open && state.described.diagnostics.empty() && !state.published)
+        return;
+    json params = {{"uri", state.described.order.uri}, {"diagnostics", state.described.diagnostics}};
+    if (open)
+        params["version"] = open->version;
+    state.published = !state.described.diagnostics.empty();
+    m_parts.connection.Notify("textDocument/publishDiagnostics", params);
+}
+
+void CDiagnostics::OnClosed(const std::wstring& path)
+{
+    const auto state = m_states.find(path);
+    if (state != m_states.end() && !IsMember(path)) {
+        if (state->second.published)
+            m_parts.connection.Notify(
+                "textDocument/publishDiagnostics",
+                {{"uri", state->second.described.order.uri}, {"diagnostics", json::array()}});
+        m_states.erase(state);
+    }
+    std::erase_if(m_waiting, [&](const SWaiting& waiting) {
+        if (waiting.path == path)
+            m_parts.connection.Respond(waiting.id, {{"kind", "full"}, {"items", json::array()}});
+        return waiting.path == path;
+    });
+}
+
+void CDiagnostics::DescribeAll()
+{
+    std::set<std::wstring> paths;
+    for (const auto& [path, state] : m_states)
+        paths.insert(path);
+    for (const std::wstring& path : paths)
+        Order(path);
+}
+
+bool CDiagnostics::IsFresh(const std::wstring& path) const
+{
+    const SOpenDocument* open = m_parts.documents.Find(path);
+    const SDescribed* known = Known(path);
+    return !open || open->factory.empty() || (known && known->order.version == open->revision);
+}
+
+json CDiagnostics::Report(const std::wstring& path, const std::string& previousId) const
+{
+    const auto state = m_states.find(path);
+    if (state == m_states.end())
+        return {{"kind", "full"}, {"items", json::array()}};
+    const std::string resultId = std::to_string(state->second.resultId);
+    if (resultId == previousId)
+        return {{"kind", "unchanged"}, {"resultId", resultId}};
+    return {{"kind", "full"}, {"resultId", resultId}, {"items", state->second.described.diagnostics}};
+}
+
+void CDiagnostics::AnswerDocument(const json& params, const json& id)
+{
+    const std::wstring path = PathOfUri(params.at("textDocument").at("uri").get_ref<const std::string&>());
+    const json previous = params.value("previousResultId", json());
+    const std::string previousId = previous.is_string() ? previous.get<std::string>() : std::string();
+    if (IsFresh(path))
+        m_parts.connection.Respond(id, Report(path, previousId));
+    else
+        m_waiting.push_back({path, id, previousId});
+}
+
+void CDiagnostics::AnswerWaiting(const std::wstring& path)
+{
+    if (!IsFresh(path))
+        return;
+    std::erase_if(m_waiting, [&](const SWaiting& waiting) {
+        if (waiting.path == path)
+            m_parts.connection.Respond(waiting.id, Report(path, waiting.previousId));
+        return waiting.path == path;
+    });
+}
+
+void CDiagnostics::AnswerWorkspace(const json& params, const json& id)
+{
+    std::map<std::string, std::string> previous;
+    for (const json& entry : params.value("previousResultIds", json::array()))
+        previous[entry.at("uri")] = entry.at("value");
+    json items = json::array();
+    for (const auto& [path, state] : m_states) {
+        json report = Report(path, previous[state.described.order.uri]);
+        report["uri"] = state.described.order.uri;
+        const SOpenDocument* open = m_parts.documents.Find(path);
+        report["version"] = open ? json(open->version) : json();
+        items.push_back(std::move(report));
+    }
+    m_parts.connection.Respond(id, {{"items", std::move(items)}});
+}
+
+bool CDiagnostics::Cancel(const json& id)
+{
+    return std::erase_if(m_waiting, [&](const SWaiting& waiting) {
+               if (waiting.id == id)
+                   m_parts.connection.RespondError(id, RequestCancelled, "cancelled");
+               return waiting.id == id;
+           }) != 0;
+}
+
+} // namespace Kesh::LanguageServer

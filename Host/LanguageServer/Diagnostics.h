@@ -1,0 +1,101 @@
+#pragma once
+
+#include "LanguageServer/Connection.h"
+#include "LanguageServer/DescribeWorker.h"
+#include "LanguageServer/Documents.h"
+
+#include <boost/signals2/connection.hpp>
+#include <map>
+#include <memory>
+#include <mutex>
+#include <set>
+
+namespace Kesh::Host {
+class CApplication;
+class CPlugin;
+} // namespace Kesh::Host
+
+namespace Kesh::LanguageServer {
+
+/// Follows the plug-in's errors and tells the editor: pushes diagnostics, or has them ready for a client that
+/// asks. GUI thread only.
+class CDiagnostics
+{
+public:
+    struct SParts
+    {
+        Host::CApplication& application;
+        Host::CPlugin& plugin;
+        CDocuments& documents;
+        CConnection& connection;
+        std::string documentation; ///< the URI of the list of errors; may be empty
+    };
+    explicit CDiagnostics(const SParts& parts);
+    ~CDiagnostics();
+
+    void SetEncoding(EPositionEncoding encoding) { m_worker.SetEncoding(encoding); }
+    /// Whether the client asks for diagnostics; then nothing is pushed.
+    void SetPulled(bool pulled, bool refreshable);
+    void SetConfiguration(std::shared_ptr<const Configuration::SConfiguration> configuration);
+
+    /// What is known of a file; null when it has never been checked.
+    const SDescribed* Known(const std::wstring& path) const;
+
+    /// Answers a request for the diagnostics of a document, at once or when its check has ended.
+    void AnswerDocument(const json& params, const json& id);
+    void AnswerWorkspace(const json& params, const json& id);
+    /// Answers a request that waits with an error; false when none has this id.
+    bool Cancel(const json& id);
+    /// The document is not open any more.
+    void OnClosed(const std::wstring& path);
+    /// Says again what is known of all files: their settings have changed.
+    void DescribeAll();
+
+private:
+    struct SState
+    {
+        SDescribed described;
+        std::int64_t resultId = 0;
+        bool published = false; ///< something that is not empty
+    };
+
+    void OnErrorsChanged(const std::wstring& path);
+    void OnParsed(const std::wstring& path);
+    void Flush();
+    void Order(const std::wstring& path);
+    void OnDescribed(SDescribed described);
+    void Publish(const std::wstring& path, SState& state);
+    bool IsMember(const std::wstring& path) const;
+    bool IsFresh(const std::wstring& path) const;
+    json Report(const std::wstring& path, const std::string& previousId) const;
+    void AnswerWaiting(const std::wstring& path);
+
+    /// Stands between threads that end a parse and this object, which may have gone.
+    struct SRelay
+    {
+        std::mutex mutex;
+        CDiagnostics* diagnostics;
+    };
+
+    SParts m_parts;
+    std::shared_ptr<SRelay> m_relay;
+    bool m_pulled = false;
+    bool m_refreshable = false;
+    std::shared_ptr<const Configuration::SConfiguration> m_configuration;
+    std::map<std::wstring, SState> m_states;
+    std::int64_t m_nextResult = 1;
+    struct SWaiting
+    {
+        std::wstring path;
+        json id;
+        std::string previousId;
+    };
+    std::vector<SWaiting> m_waiting;
+    std::set<std::wstring> m_dirty;
+    QObject m_context; ///< receives what other threads post, and ends it with itself
+    boost::signals2::scoped_connection m_added;
+    boost::signals2::scoped_connection m_removed;
+    CDescribeWorker m_worker;
+};
+
+} // namespace Kesh::LanguageServer

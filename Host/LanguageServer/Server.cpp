@@ -1,0 +1,309 @@
+#include "LanguageServer/Server.h"
+
+#include "Application/Application.h"
+#include "Application/FilePath.h"
+#include "Application/PluginLoader.h"
+#include "Base/Exception.h"
+#include "Configuration/Apply.h"
+#include "LanguageServer/Uri.h"
+#include "ProjectManager/ProjectManager.h"
+
+#include <algorithm>
+
+namespace Kesh::LanguageServer {
+
+namespace {
+
+constexpr int CheckDelay = 200; ///< milliseconds after the last edit
+/// More changed files than this are checked by a check of the whole project.
+constexpr std::size_t ManyFiles = 40;
+
+enum EMessageType : int { MessageError = 1 };
+enum EFileChange : int { FileDeleted = 3 };
+
+/// A member of a member; null when there is none on the way.
+json At(const json& object, std::initializer_list<const char*> path)
+{
+    const json* at = &object;
+    for (const char* key : path) {
+        if (!at->is_object() || !at->contains(key))
+            return {};
+        at = &(*at)[key];
+    }
+    return *at;
+}
+
+bool IsTrue(const json& value)
+{
+    return value.is_boolean() && value.get<bool>();
+}
+
+EPositionEncoding Negotiate(const json& offered)
+{
+    // The host's own counting needs no conversion; of the others the client's first choice counts.
+    for (const json& encoding : offered.is_array() ? offered : json::array()) {
+        if (encoding == "utf-32")
+            return EPositionEncoding::Utf32;
+        if (encoding == "utf-8")
+            return EPositionEncoding::Utf8;
+        if (encoding == "utf-16")
+            return EPositionEncoding::Utf16;
+    }
+    return EPositionEncoding::Utf16;
+}
+
+const char* NameOf(EPositionEncoding encoding)
+{
+    switch (encoding) {
+    case EPositionEncoding::Utf8: return "utf-8";
+    case EPositionEncoding::Utf16: return "utf-16";
+    case EPositionEncoding::Utf32: return "utf-32";
+    }
+    return "utf-16";
+}
+
+} // namespace
+
+CServer::CServer(const SParts& parts)
+    : m_parts(parts),
+      m_connection(parts.send),
+      m_documents(parts.application),
+      m_diagnostics({parts.application, parts.plugin, m_documents, m_connection, parts.documentation}),
+      m_workspace(parts.application, m_connection),
+      m_actions(m_documents, m_diagnostics)
+{
+    parts.application.Timers().SetDelayOverride(CheckDelay);
+    // An editor's folder is not the place for files of ours.
+    parts.application.Project().SetKeepsData(false);
+    AddLifecycle();
+    AddDocuments();
+    AddWorkspace();
+}
+
+void CServer::AddLifecycle()
+{
+    m_connection.SetGate([this](const std::string& method, bool isRequest) {
+        if (method == "exit")
+            return;
+        if (m_state == EState::Fresh && method != "initialize")
+            throw SResponseError{isRequest ? ServerNotInitialized : InvalidRequest, "not initialized"};
+        if (m_state != EState::Fresh && method == "initialize")
+            throw SResponseError{InvalidRequest, "initialized already"};
+        if (m_state == EState::ShutDown)
+            throw SResponseError{InvalidRequest, "shut down already"};
+    });
+    m_connection.On("initialize", [this](const json& params) { return Initialize(params); });
+    m_connection.OnNotification("initialized", [this](const json&) { OnInitialized(); });
+    m_connection.On("shutdown", [this](const json&) {
+        m_state = EState::ShutDown;
+        return json();
+    });
+    m_connection.OnNotification("exit", [this](const json&) { m_parts.end(); });
+    m_connection.OnNotification("$/setTrace", [](const json&) {});
+    m_connection.OnNotification("$/cancelRequest",
+                                [this](const json& params) { m_diagnostics.Cancel(params.at("id")); });
+}
+
+json CServer::Initialize(const json& params)
+{
+    const json capabilities = params.value("capabilities", json::object());
+    const EPositionEncoding encoding = Negotiate(At(capabilities, {"general", "positionEncodings"}));
+    m_documents.SetEncoding(encoding);
+    m_diagnostics.SetEncoding(encoding);
+    const bool pulls = At(capabilities, {"textDocument", "diagnostic"}).is_object();
+    m_diagnostics.SetPulled(pulls, IsTrue(At(capabilities, {"workspace", "diagnostics", "refreshSupport"})));
+    m_workspace.SetProgressWanted(IsTrue(At(capabilities, {"window", "workDoneProgress"})));
+    m_watches = IsTrue(At(capabilities, {"workspace", "didChangeWatchedFiles", "dynamicRegistration"}));
+
+    const json folders = params.value("workspaceFolders", json());
+    for (const json& folder : folders.is_array() ? folders : json::array())
+        m_workspace.AddFolder(PathOfUri(folder.at("uri").get_ref<const std::string&>()));
+    const json root = params.value("rootUri", json());
+    if (m_workspace.Folders().empty() && root.is_string())
+        m_workspace.AddFolder(PathOfUri(root.get_ref<const std::string&>()));
+    ReadSettings(params.value("initializationOptions", json()));
+    m_state = EState::Running;
+
+    json result = {
+        {"positionEncoding", NameOf(encoding)},
+        {"textDocumentSync", {{"openClose", true}, {"change", 2}, {"save", true}}},
+        {"codeActionProvider", {{"codeActionKinds", {"quickfix"}}}},
+        {"executeCommandProvider", {{"commands", {CCodeActions::AddOwnName, CCodeActions::IgnoreCode}}}},
+        {"workspace", {{"workspaceFolders", {{"supported", true}, {"changeNotifications", true}}}}}};
+    if (pulls)
+        result["diagnosticProvider"] = {{"identifier", "code-analyzer"},
+                                        {"interFileDependencies", false},
+                                        {"workspaceDiagnostics", true}};
+    return {{"capabilities", result},
+            {"serverInfo", {{"name", "code-analyzer"}, {"version", m_parts.version}}}};
+}
+
+void CServer::OnInitialized()
+{
+    if (m_watches)
+        WatchSettings();
+    LoadConfiguration();
+    if (m_checkProject)
+        m_workspace.CheckAll();
+}
+
+void CServer::WatchSettings()
+{
+    const json watchers = {{{"globPattern", "**/code-analyzer.json"}},
+                           {{"globPattern", "**/*.{php,phtml,inc,html,htm,css}"}}};
+    m_connection.Request("client/registerCapability", {{"registrations",
+                                                        {{{"id", "files"},
+                                                          {"method", "workspace/didChangeWatchedFiles"},
+                                                          {"registerOptions", {{"watchers", watchers}}}}}}});
+}
+
+void CServer::AddDocuments()
+{
+    m_connection.OnNotification("textDocument/didOpen",
+                                [this](const json& params) { m_documents.Open(params.at("textDocument")); });
+    m_connection.OnNotification("textDocument/didChange",
+                                [this](const json& params) { m_documents.Change(params); });
+    m_connection.OnNotification("textDocument/didSave", [this](const json& params) {
+        const std::wstring path =
+            PathOfUri(params.at("textDocument").at("uri").get_ref<const std::string&>());
+        if (SOpenDocument* open = m_documents.Find(path))
+            open->edited = false;
+        if (path == ConfigurationFile())
+            Recheck();
+    });
+    m_connection.OnNotification("textDocument/didClose", [this](const json& params) {
+        const std::string uri = params.at("textDocument").at("uri");
+        const SOpenDocument* open = m_documents.Find(PathOfUri(uri));
+        const bool edited = open && open->edited;
+        const std::wstring path = m_documents.Close(uri);
+        if (path.empty())
+            return;
+        m_diagnostics.OnClosed(path);
+        // What was typed is given up; the project goes on with the file as it is.
+        if (edited && m_parts.application.Project().GetProjectManager()->BelongsToProject(path))
+            CheckFile(path);
+    });
+    m_connection.OnDeferred("textDocument/diagnostic", [this](const json& params, const json& id) {
+        m_diagnostics.AnswerDocument(params, id);
+    });
+    m_connection.On("textDocument/codeAction",
+                    [this](const json& params) { return m_actions.Offer(params); });
+}
+
+void CServer::AddWorkspace()
+{
+    m_connection.OnDeferred("workspace/diagnostic", [this](const json& params, const json& id) {
+        m_diagnostics.AnswerWorkspace(params, id);
+    });
+    m_connection.On("workspace/executeCommand", [this](const json& params) {
+        std::wstring file = ConfigurationFile();
+        if (file.empty() && m_workspace.Folders().empty())
+            throw SResponseError{InvalidRequest, "no folder is open that could have a code-analyzer.json"};
+        if (file.empty())
+            file = m_workspace.Folders().front() + L'/' + Configuration::FileName;
+        CCodeActions::Execute(params, file);
+        Recheck();
+        return json();
+    });
+    m_connection.OnNotification("workspace/didChangeConfiguration", [this](const json& params) {
+        ReadSettings(At(params, {"settings", "codeAnalyzer"}));
+        Recheck();
+    });
+    m_connection.OnNotification("workspace/didChangeWatchedFiles",
+                                [this](const json& params) { OnFilesChanged(params.at("changes")); });
+    m_connection.OnNotification("workspace/didChangeWorkspaceFolders", [this](const json& params) {
+        const json& event = params.at("event");
+        for (const json& folder : event.value("removed", json::array()))
+            m_workspace.RemoveFolder(PathOfUri(folder.at("uri").get_ref<const std::string&>()));
+        for (const json& folder : event.value("added", json::array()))
+            m_workspace.AddFolder(PathOfUri(folder.at("uri").get_ref<const std::string&>()));
+        Recheck();
+    });
+}
+
+void CServer::ReadSettings(const json& settings)
+{
+    if (!settings.is_object())
+        return;
+    if (const json check = At(settings, {"checkProject"}); check.is_boolean())
+        m_checkProject = check;
+    if (const json file = At(settings, {"configuration"}); file.is_string())
+        m_configuration = file;
+    if (const json delay = At(settings, {"delay"}); delay.is_number_integer())
+        m_parts.application.Timers().SetDelayOverride(
+            static_cast<int>(std::clamp<std::int64_t>(delay, 0, 10000)));
+}
+
+std::wstring CServer::ConfigurationFile() const
+{
+    if (!m_configuration.empty())
+        return Host::AbsolutePath(Host::PathFromBytes(m_configuration));
+    if (!m_workspace.Folders().empty())
+        return Configuration::FindConfiguration(m_workspace.Folders().front());
+    const auto& open = m_documents.All();
+    return open.empty() ? std::wstring() : Configuration::FindConfiguration(open.begin()->first);
+}
+
+void CServer::LoadConfiguration()
+{
+    auto configuration = std::make_shared<Configuration::SConfiguration>();
+    try {
+        if (const std::wstring file = ConfigurationFile(); !file.empty())
+            *configuration = Configuration::ReadConfiguration(file);
+    } catch (const Base::CWorkError& fault) {
+        // What was set before goes on; the user is in the middle of changing it.
+        Show(MessageError, fault.what());
+        return;
+    }
+    m_diagnostics.SetConfiguration(configuration);
+    m_parts.application.Documents().Suspend();
+    Configuration::Apply(*configuration, m_parts.application.Parser(), m_parts.plugin.GrammarCheck());
+    m_parts.application.Documents().Resume();
+}
+
+void CServer::Recheck()
+{
+    LoadConfiguration();
+    m_diagnostics.DescribeAll();
+    if (m_checkProject)
+        m_workspace.CheckAllSoon();
+}
+
+void CServer::OnFilesChanged(const json& changes)
+{
+    const std::wstring settings = ConfigurationFile();
+    std::vector<std::wstring> changed;
+    bool all = changes.size() > ManyFiles;
+    for (const json& change : changes) {
+        const std::wstring path = PathOfUri(change.at("uri").get_ref<const std::string&>());
+        if (path == settings || Host::FileName(path) == Configuration::FileName) {
+            Recheck();
+            return;
+        }
+        all = all || change.at("type") == FileDeleted;
+        changed.push_back(path);
+    }
+    if (all && m_checkProject) {
+        m_workspace.CheckAllSoon();
+        return;
+    }
+    for (const std::wstring& path : changed)
+        CheckFile(path);
+}
+
+void CServer::CheckFile(const std::wstring& path)
+{
+    try {
+        m_documents.CheckHidden(path);
+    } catch (const Base::CWorkError&) {
+        // Gone again, or not to be read: the next check of the project finds out.
+        m_workspace.CheckAllSoon();
+    }
+}
+
+void CServer::Show(int type, const std::string& message)
+{
+    m_connection.Notify("window/showMessage", {{"type", type}, {"message", message}});
+}
+
+} // namespace Kesh::LanguageServer

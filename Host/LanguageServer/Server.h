@@ -1,0 +1,65 @@
+#pragma once
+
+#include "LanguageServer/CodeActions.h"
+#include "LanguageServer/Connection.h"
+#include "LanguageServer/Diagnostics.h"
+#include "LanguageServer/Documents.h"
+#include "LanguageServer/Workspace.h"
+
+#include <functional>
+#include <string>
+#include <string_view>
+
+namespace Kesh::LanguageServer {
+
+/// A language server over a host that has loaded the code validator. It is given message by message what the
+/// client says, and runs with the thread's event loop. GUI thread only.
+class CServer
+{
+public:
+    struct SParts
+    {
+        Host::CApplication& application;
+        Host::CPlugin& plugin;
+        CConnection::TSink send;   ///< gets each message without its framing
+        std::function<void()> end; ///< the client wants the program to end
+        std::string documentation; ///< the URI of the list of errors; may be empty
+        std::string version;
+    };
+    explicit CServer(const SParts& parts);
+
+    void Receive(std::string_view body) { m_connection.Receive(body); }
+    void ReceiveFault(const std::string& what) { m_connection.ReceiveFault(what); }
+    /// 0 when the client has asked for the shutdown before the end, else 1.
+    int ExitStatus() const { return m_state == EState::ShutDown ? 0 : 1; }
+
+private:
+    enum class EState { Fresh, Running, ShutDown };
+
+    void AddLifecycle();
+    void AddDocuments();
+    void AddWorkspace();
+    json Initialize(const json& params);
+    void OnInitialized();
+    void WatchSettings();
+    void ReadSettings(const json& settings);
+    void LoadConfiguration();
+    void Recheck();
+    void OnFilesChanged(const json& changes);
+    void CheckFile(const std::wstring& path);
+    std::wstring ConfigurationFile() const;
+    void Show(int type, const std::string& message);
+
+    SParts m_parts;
+    EState m_state = EState::Fresh;
+    CConnection m_connection;
+    CDocuments m_documents;
+    CDiagnostics m_diagnostics;
+    CWorkspace m_workspace;
+    CCodeActions m_actions;
+    bool m_watches = false;      ///< the client takes registrations for watched files
+    bool m_checkProject = true;  ///< a wish of the user
+    std::string m_configuration; ///< a file that the user names; empty: the one in or above the first folder
+};
+
+} // namespace Kesh::LanguageServer

@@ -1,0 +1,59 @@
+#pragma once
+
+#include "LanguageServer/Connection.h"
+
+#include <QObject>
+#include <QTimer>
+#include <atomic>
+#include <functional>
+#include <memory>
+#include <string>
+#include <thread>
+#include <vector>
+
+namespace Kesh::Host {
+class CApplication;
+}
+
+namespace Kesh::LanguageServer {
+
+/// The editor's folders as the host's project, and the check of all their files. GUI thread only.
+class CWorkspace
+{
+public:
+    CWorkspace(Host::CApplication& application, CConnection& connection);
+    ~CWorkspace();
+
+    void SetProgressWanted(bool wanted) { m_progressWanted = wanted; }
+    void AddFolder(const std::wstring& path);
+    void RemoveFolder(const std::wstring& path);
+    const std::vector<std::wstring>& Folders() const { return m_folders; }
+
+    /// Finds the files of all folders, in a thread, then has them checked; a search that runs is given up.
+    void CheckAll();
+    /// The same a little later, once for all wishes that come until then.
+    void CheckAllSoon() { m_soon.start(); }
+
+private:
+    void EndSearch();
+    void OnFound(std::vector<std::wstring> files);
+    void BeginProgress(std::size_t total);
+    void ShowProgress();
+
+    Host::CApplication& m_application;
+    CConnection& m_connection;
+    std::vector<std::wstring> m_folders;
+    QTimer m_soon;
+    std::thread m_search;
+    std::atomic<bool> m_cancelled{false};
+    QObject m_context;
+
+    bool m_progressWanted = false;
+    QTimer m_progress;
+    json m_token; ///< null: no progress is shown
+    int m_nextToken = 1;
+    std::size_t m_total = 0;
+    std::atomic<std::size_t> m_asked{0};
+};
+
+} // namespace Kesh::LanguageServer

@@ -1,0 +1,13 @@
+#pragma once
+
+#include "QuickFixes/QuickFix.h"
+
+#include <optional>
+
+namespace Kesh::QuickFixes {
+
+/// The comment above the finding's line that makes it silent, in the language that the line begins in.
+/// Nothing when no comment can stand there: inside a string, a tag or another comment.
+std::optional<SEdit> IgnoreComment(const Findings::SFinding& finding, const SFileText& file);
+
+} // namespace Kesh::QuickFixes

@@ -1,0 +1,48 @@
+#pragma once
+
+#include "Findings/Finding.h"
+#include "Findings/TextLines.h"
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace Kesh::QuickFixes {
+
+/// A place in a file and what is to stand there instead.
+struct SEdit
+{
+    SyntaxParser::SScheme span;
+    std::wstring text;
+};
+
+/// Something that a user can do about a finding at the press of a button.
+struct SQuickFix
+{
+    enum class EKind {
+        Mend,       ///< changes the file: `edits`
+        IgnoreHere, ///< the same, by a comment
+        AddOwnName, ///< adds `name` to the project's own names: to `list` of them
+        IgnoreCode, ///< turns the finding's code off in the project
+    };
+
+    EKind kind = EKind::Mend;
+    std::wstring title;
+    std::vector<SEdit> edits;
+    std::wstring name;
+    std::string list; ///< "tags", "attributes" or "properties"
+    std::int32_t code = 0;
+};
+
+/// The text of the file that a finding is in, as it was checked.
+struct SFileText
+{
+    std::wstring_view text;
+    const Findings::CTextLines& lines;
+    std::wstring factory; ///< tells the language
+};
+
+/// What can be done about a finding, the likeliest first. Any thread.
+std::vector<SQuickFix> FixesFor(const Findings::SFinding& finding, const SFileText& file);
+
+} // namespace Kesh::QuickFixes

@@ -1,0 +1,46 @@
+#include "ConfigurationChoice.h"
+
+#include "Application/FileIO.h"
+#include "Application/FilePath.h"
+#include "Base/Exception.h"
+#include "Commands.h"
+
+#include <filesystem>
+
+namespace Kesh::CommandLine {
+
+Configuration::SConfiguration ConfigurationFor(const SOptions& options)
+{
+    if (options.noConfiguration)
+        return {};
+    if (!options.configuration.empty())
+        return Configuration::ReadConfiguration(Host::PathFromBytes(options.configuration));
+    const std::string& first = options.paths.front();
+    const std::wstring file =
+        Configuration::FindConfiguration(Host::PathFromBytes(first == "-" ? options.stdinPath : first));
+    return file.empty() ? Configuration::SConfiguration() : Configuration::ReadConfiguration(file);
+}
+
+int RunInit(const SOptions& options)
+{
+    const std::wstring folder = Host::PathFromBytes(options.paths.empty() ? "." : options.paths.front());
+    const std::wstring file = (options.paths.empty() ? L"" : folder + L'/') + Configuration::FileName;
+    if (!std::filesystem::is_directory(Host::PathToBytes(folder))) {
+        PrintProblem(folder, "not a folder");
+        return ExitFailed;
+    }
+    if (std::filesystem::exists(Host::PathToBytes(file))) {
+        PrintProblem(file, "is there already; it has been left alone");
+        return ExitFailed;
+    }
+    try {
+        Host::WriteFileBytes(file, Configuration::InitialConfiguration());
+    } catch (const Base::CWorkError& fault) {
+        PrintProblem(file, fault.what());
+        return ExitFailed;
+    }
+    std::printf("%s written; its comments say what can be set.\n", Host::PathToBytes(file).c_str());
+    return ExitClean;
+}
+
+} // namespace Kesh::CommandLine

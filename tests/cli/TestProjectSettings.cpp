@@ -1,0 +1,235 @@
+// What a project says about its check: settings, comments that ignore, baseline, changes.
+
+#include "CliFixture.h"
+
+using nlohmann::json;
+using ::testing::ElementsAre;
+using ::testing::HasSubstr;
+using ::testing::IsEmpty;
+
+namespace {
+
+using TBrief = std::vector<std::string>;
+
+const std::string Wrong = "<?php\n$a = 1\n$b = 2;\n";
+const std::string Warned = "<?php\nif ($a);\n";
+
+class Settings : public CCliTest
+{
+};
+
+TEST_F(Settings, EachKeyDoesWhatItSays)
+{
+    m_folder.Write(L"a.php", Wrong);
+    m_folder.Write(L"t/b.php", Warned);
+    m_folder.Write(L"t/c.html", "<xy zoo='1'>a</xy><p zoo='1' boo='2'>b</p>\n");
+    m_folder.Write(L"t/d.css", "xy { -own: 1; colr: red }\n");
+    m_folder.Write(L"gen/e.php", Wrong);
+    m_folder.Write(L"m.module", Wrong);
+    struct SCase
+    {
+        const char* settings;
+        TBrief found;
+    };
+    const std::string a = "./a.php:3 102 error";
+    const std::string b = "./t/b.php:2 901 warning";
+    const TBrief c{"./t/c.html:1 2001 error", "./t/c.html:1 2002 error", "./t/c.html:1 2002 error"};
+    const TBrief d{"./t/d.css:1 2501 error", "./t/d.css:1 2502 error", "./t/d.css:1 2502 error"};
+    const std::string e = "./gen/e.php:3 102 error";
+    const SCase cases[] = {
+        {"{}", {a, e, c[0], c[1], c[2], d[0], d[1], d[2], b}},
+        {R"({"exclude": ["gen/", "*.html", "t/*.css"]})", {a, b}},
+        {R"({"include": ["*.module", "gen"]})", {e, "./m.module:3 102 error"}},
+        {R"({"exclude": ["t"], "codes": {"102": "warning"}})",
+         {"./a.php:3 102 warning", "./gen/e.php:3 102 warning"}},
+        {R"({"exclude": ["*.css", "*.html"], "codes": {"901": "error"},
+             "overrides": [{"paths": ["gen"], "codes": {"102": "off"}}]})",
+         {a, "./t/b.php:2 901 error"}},
+        {R"({"exclude": ["*.php"], "ownNames": {"tags": ["XY"], "attributes": ["zoo"], "properties": ["-own"]}})",
+         {c[1], d[1]}},
+        {"// with comments\n{ /* here */ \"exclude\": [\"**/*.html\", \"**/*.css\", \"gen\", \"b.php\"] }",
+         {a}},
+    };
+    for (const SCase& test : cases) {
+        SCOPED_TRACE(test.settings);
+        m_folder.Write(L"code-analyzer.json", test.settings);
+        TBrief found = Brief(RunJson({"."}, AnyExit));
+        std::sort(found.begin(), found.end());
+        TBrief expected = test.found;
+        std::sort(expected.begin(), expected.end());
+        EXPECT_EQ(found, expected);
+    }
+}
+
+TEST_F(Settings, FaultsAreShownWithTheirLine)
+{
+    m_folder.Write(L"a.php", Wrong);
+    struct SCase
+    {
+        const char* settings;
+        const char* message;
+    };
+    const SCase cases[] = {
+        {"{\n  \"exlude\": []\n}",
+         "code-analyzer.json:2: unknown key \"exlude\"; those known here are include"},
+        {"{\n\n \"ownNames\": {\n \"tag\": []}}", "code-analyzer.json:4: unknown key \"tag\""},
+        {"{\"codes\": {\n\"102\": \"of\"}}",
+         "code-analyzer.json:2: a code is \"off\", \"warning\" or \"error\""},
+        {"{\"codes\": {\"x\": \"off\"}}", "code-analyzer.json:1: \"x\" is no code"},
+        {"{\n\"phpVersion\": \"4.4\"}", "code-analyzer.json:2: \"phpVersion\" must be a version of PHP"},
+        {"{\"exclude\": \"a\"}", "code-analyzer.json:1: \"exclude\" must be an array"},
+        {"{\"grammar\": 1}", "code-analyzer.json:1: \"grammar\" must be true or false"},
+        {"{\"overrides\": [{\"codes\": {}}]}",
+         "code-analyzer.json:1: an entry of \"overrides\" needs \"paths\""},
+        {"{\n\"exclude\": [],\n\"exclude\": []}",
+         "code-analyzer.json:3: the key \"exclude\" stands there twice"},
+        {"{\n\"exclude\": [}", "code-analyzer.json:2: no valid JSON"},
+        {"{}\n}", "code-analyzer.json:2: no valid JSON"},
+        {"", "code-analyzer.json:1: no valid JSON"},
+        {"[]", "code-analyzer.json:1: \"the whole\" must be an object"},
+    };
+    for (const SCase& test : cases) {
+        m_folder.Write(L"code-analyzer.json", test.settings);
+        const SResult result = Run({"check", "a.php"});
+        EXPECT_EQ(result.exit, 2);
+        EXPECT_EQ(result.out, "");
+        EXPECT_THAT(result.err, HasSubstr(test.message));
+    }
+}
+
+TEST_F(Settings, TheNearestFileUpwardsCountsUnlessToldOtherwise)
+{
+    m_folder.Write(L"code-analyzer.json", R"({"codes": {"102": "off"}})");
+    m_folder.Write(L"other.json", R"({"codes": {"102": "warning"}})");
+    m_folder.Write(L"p/q/a.php", Wrong);
+    EXPECT_THAT(RunJson({"p/q/a.php"}, 0), IsEmpty());
+    EXPECT_THAT(RunJson({"p"}, 0), IsEmpty());
+    EXPECT_THAT(RunJson({"--stdin-path", "p/x.php", "-"}, 0, Wrong), IsEmpty());
+    EXPECT_EQ(RunJson({"--no-config", "p"}, 1).size(), 1u);
+    EXPECT_THAT(Brief(RunJson({"--config", "other.json", "p"}, 0)), ElementsAre("p/q/a.php:3 102 warning"));
+    m_folder.Write(L"p/code-analyzer.json", "{}");
+    EXPECT_EQ(RunJson({"p/q"}, 1).size(), 1u);
+    EXPECT_THAT(Run({"check", "--config", "none.json", "p"}).err, HasSubstr("none.json: No such file"));
+}
+
+TEST_F(Settings, InitWritesAFileThatIsUnderstoodAndKeepsOneThatIsThere)
+{
+    m_folder.Write(L"a.php", Wrong);
+    EXPECT_EQ(Run({"init"}).exit, 0);
+    EXPECT_EQ(RunJson({"a.php"}, 1).size(), 1u);
+    EXPECT_THAT(Run({"project", "."}).out, HasSubstr("1 error and 0 warnings in 1 of 1 file."));
+    m_folder.Write(L"sub/code-analyzer.json", R"({"exclude": ["a.php"], "codes": {"102": "warning"}})");
+    m_folder.Write(L"sub/a.php", Wrong);
+    m_folder.Write(L"sub/b.php", Wrong);
+    EXPECT_THAT(Run({"project", "sub"}).out,
+                HasSubstr("sub/b.php:3:1: warning: Missing ';' [102]\n0 errors"));
+    const SResult again = Run({"init"});
+    EXPECT_EQ(again.exit, 2);
+    EXPECT_THAT(again.err, HasSubstr("is there already"));
+}
+
+TEST_F(Settings, CommentsIgnore)
+{
+    struct SCase
+    {
+        const char* name;
+        std::string text;
+        TBrief found;
+    };
+    const SCase cases[] = {
+        {"a.php", "<?php\n$a = 1\n$b = 2; // code-analyzer-ignore 102\n", {}},
+        {"a.php",
+         "<?php\n$a = 1\n// code-analyzer-ignore 102, 101 -- old\n$b = 2;\n",
+         {"a.php:3 9001 warning"}},
+        {"a.php", "<?php\n$a = 1\n/* code-analyzer-ignore */\n$b = 2;\n", {}},
+        {"a.php",
+         "<?php\n$a = 1\n # code-analyzer-ignore 101\n # code-analyzer-ignore 102\n$b = 2;\n",
+         {"a.php:3 9001 warning"}},
+        {"a.php",
+         "<?php\n$a = 1\n$b = 2; // code-analyzer-ignore 901\n",
+         {"a.php:3 102 error", "a.php:3 9001 warning"}},
+        {"a.php",
+         "<?php // code-analyzer-ignore-start 102\n$a = 1\n$b = 1\n$c = 2; // code-analyzer-ignore-end\n$d = "
+         "1\n$e = 2;\n",
+         {"a.php:6 102 error"}},
+        {"a.php", "<?php // code-analyzer-ignore-start\n$a = 1\n$b = 1\n$c = 2;\n", {}},
+        {"a.php", "<?php\n// code-analyzer-ignore-end\n$a = 1;\n", {"a.php:2 9001 warning"}},
+        {"a.php",
+         "<?php\n$x = 'code-analyzer-ignore';\n$a = 1\n$b; // code-analyzer-ignored\n",
+         {"a.php:4 102 error"}},
+        {"a.html",
+         "<!-- code-analyzer-ignore 2001 -->\n<strng>x</strng>\n<strng>y</strng>\n",
+         {"a.html:3 2001 error"}},
+        {"a.css", "a { colr: red; /* code-analyzer-ignore 2502*/\nwidht: 1px }\n", {"a.css:2 2502 error"}},
+    };
+    for (const SCase& test : cases) {
+        SCOPED_TRACE(test.text);
+        m_folder.Write(Kesh::Host::PathFromBytes(test.name), test.text);
+        EXPECT_EQ(Brief(RunJson({test.name}, AnyExit)), test.found);
+    }
+    m_folder.Write(L"code-analyzer.json", R"({"codes": {"9001": "off"}})");
+    m_folder.Write(L"a.php", "<?php // code-analyzer-ignore 102\n");
+    EXPECT_THAT(RunJson({"a.php"}, 0), IsEmpty());
+}
+
+TEST_F(Settings, ABaselineSilencesWhatWasThereAndNothingElse)
+{
+    m_folder.Write(L"p/a.php", Wrong + Wrong.substr(6));
+    m_folder.Write(L"p/b.php", Warned);
+    const SResult made = Run({"check", "--generate-baseline", "p"});
+    EXPECT_EQ(made.exit, 0);
+    EXPECT_THAT(made.err, HasSubstr("3 findings written"));
+    const QStringList check{"--baseline", "code-analyzer-baseline.json", "p"};
+    EXPECT_THAT(RunJson(check, 0), IsEmpty());
+    // Lines move; a third finding on a line like the old two is new; other text is new.
+    m_folder.Write(L"p/a.php",
+                   "<?php\n\n\n" + Wrong.substr(6) + Wrong.substr(6) + Wrong.substr(6) + "$c = 1\n$d = 2;\n");
+    EXPECT_EQ(RunJson(check, 1).size(), 2u);
+    m_folder.Write(L"p/b.php", "<?php\n");
+    const SResult gone = Run(QStringList{"check"} + check);
+    EXPECT_THAT(gone.err, HasSubstr("p/b.php: gone from the baseline's findings: [901] if ($a);"));
+    // What was not checked is not gone.
+    EXPECT_EQ(Run({"check", "--baseline", "code-analyzer-baseline.json", "p/a.php"}).err, "");
+    m_folder.Write(L"code-analyzer.json", R"({"baseline": "code-analyzer-baseline.json"})");
+    EXPECT_EQ(RunJson({"p"}, 1).size(), 2u);
+    m_folder.Write(L"code-analyzer-baseline.json", "{\"version\": 1, \"findings\": [{}]}");
+    EXPECT_THAT(Run({"check", "p"}).err, HasSubstr("code-analyzer-baseline.json: no baseline"));
+}
+
+TEST_F(Settings, OnlyWhatGitSaysHasChanged)
+{
+    const auto git = [&](const QStringList& arguments) {
+        QProcess process;
+        process.setWorkingDirectory(Kesh::Host::PathToQt(m_folder.Path(L"r")));
+        process.start(
+            "git", QStringList{"-c", "user.name=a", "-c", "user.email=a@b", "-c", "init.defaultBranch=main"} +
+                       arguments);
+        EXPECT_TRUE(process.waitForFinished());
+        EXPECT_EQ(process.exitCode(), 0) << process.readAllStandardError().toStdString();
+    };
+    for (const wchar_t* name : {L"r/old.php", L"r/s/edited.php", L"r/gone.php", L"r/vendor/v.php"})
+        m_folder.Write(name, Wrong);
+    git({"init", "-q"});
+    git({"add", "."});
+    git({"commit", "-qm", "a"});
+    git({"branch", "base"});
+    m_folder.Write(L"r/s/edited.php", Wrong + "\n");
+    m_folder.Write(L"r/vendor/v.php", Wrong + "\n");
+    m_folder.Write(L"r/s/\u00E4 new.php", Wrong);
+    m_folder.Write(L"r/notes.txt", Wrong);
+    git({"rm", "-q", "gone.php"});
+    git({"add", "."});
+    const TBrief both{"r/s/edited.php:3 102 error", "r/s/\xC3\xA4 new.php:3 102 error"};
+    EXPECT_EQ(Brief(RunJson({"r", "--changed"}, 1)), both);
+    EXPECT_EQ(Brief(RunJson({"r/s", "--changed"}, 1)), both);
+    EXPECT_EQ(RunJson({"r/old.php", "--changed"}, 0), json::array());
+    git({"commit", "-qm", "b"});
+    EXPECT_EQ(RunJson({"r", "--changed"}, 0), json::array());
+    EXPECT_EQ(Brief(RunJson({"r", "--changed=base"}, 1)), both);
+    const SResult wrong = Run({"check", "r", "--changed", "nowhere"});
+    EXPECT_EQ(wrong.exit, 2);
+    EXPECT_THAT(wrong.err, HasSubstr("--changed: "));
+    EXPECT_EQ(Run({"check", "--changed"}).exit, 2) << "outside a repository";
+}
+
+} // namespace

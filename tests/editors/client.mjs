@@ -1,0 +1,128 @@
+// A client of the language server, on the libraries that VS Code's own client is built on.
+
+import { spawn } from 'node:child_process'
+import { mkdtempSync, mkdirSync, rmSync, writeFileSync } from 'node:fs'
+import { tmpdir } from 'node:os'
+import { dirname, join } from 'node:path'
+import { pathToFileURL } from 'node:url'
+import rpc from 'vscode-languageserver-protocol/node.js'
+
+export const program = process.argv[2]
+
+/** Waits for a condition; fails loudly instead of hanging. */
+export async function until(what, condition, milliseconds = 30000) {
+  const end = Date.now() + milliseconds
+  for (;;) {
+    const value = condition()
+    if (value) return value
+    if (Date.now() > end) throw new Error(`waited in vain for ${what}`)
+    await new Promise((resolve) => setTimeout(resolve, 5))
+  }
+}
+
+export class Folder {
+  path = mkdtempSync(join(tmpdir(), 'code-analyzer-'))
+  write(name, text) {
+    const file = join(this.path, name)
+    mkdirSync(dirname(file), { recursive: true })
+    writeFileSync(file, text)
+    return pathToFileURL(file).href
+  }
+  uri(name) {
+    return pathToFileURL(join(this.path, name)).href
+  }
+  remove() {
+    rmSync(this.path, { recursive: true, force: true })
+  }
+}
+
+export class Client {
+  published = new Map() // URI: the last parameters
+  history = []
+  progress = []
+  messages = []
+  registrations = []
+
+  constructor() {
+    this.process = spawn(program, ['language-server'], { stdio: ['pipe', 'pipe', 'inherit'] })
+    this.exited = new Promise((resolve) => this.process.on('exit', (code) => resolve(code)))
+    this.connection = rpc.createProtocolConnection(
+      new rpc.StreamMessageReader(this.process.stdout),
+      new rpc.StreamMessageWriter(this.process.stdin),
+    )
+    this.connection.onNotification('textDocument/publishDiagnostics', (params) => {
+      const last = this.published.get(params.uri)
+      if (last?.version > params.version) throw new Error('an older version was published over a newer one')
+      this.published.set(params.uri, params)
+      this.history.push(params)
+    })
+    this.connection.onNotification('$/progress', (params) => this.progress.push(params.value))
+    this.connection.onNotification('window/showMessage', (params) => this.messages.push(params.message))
+    this.connection.onNotification('window/logMessage', (params) => this.messages.push(params.message))
+    this.connection.onRequest('window/workDoneProgress/create', () => null)
+    this.connection.onRequest('workspace/diagnostic/refresh', () => null)
+    this.connection.onRequest('client/registerCapability', (params) => {
+      this.registrations.push(...params.registrations)
+      return null
+    })
+    this.connection.listen()
+  }
+
+  async start(folder, capabilities = {}, options = {}) {
+    const result = await this.request('initialize', {
+      processId: process.pid,
+      rootUri: null,
+      workspaceFolders: folder ? [{ uri: pathToFileURL(folder.path).href, name: 'test' }] : null,
+      capabilities,
+      initializationOptions: options,
+    })
+    await this.notify('initialized', {})
+    return result
+  }
+
+  request(method, params) {
+    return this.connection.sendRequest(method, params)
+  }
+  notify(method, params) {
+    return this.connection.sendNotification(method, params)
+  }
+  open(uri, text, languageId = 'php', version = 1) {
+    return this.notify('textDocument/didOpen', { textDocument: { uri, languageId, version, text } })
+  }
+  change(uri, version, ...contentChanges) {
+    return this.notify('textDocument/didChange', { textDocument: { uri, version }, contentChanges })
+  }
+  close(uri) {
+    return this.notify('textDocument/didClose', { textDocument: { uri } })
+  }
+  /** The diagnostics of a version, as "LINE:COLUMN-LINE:COLUMN CODE". */
+  async diagnostics(uri, version) {
+    const params = await until(`diagnostics of version ${version}`, () => {
+      const last = this.published.get(uri)
+      return last?.version === version && last
+    })
+    return params.diagnostics.map(brief)
+  }
+  async stop() {
+    await this.request('shutdown')
+    await this.notify('exit')
+    return await this.exited
+  }
+}
+
+export function brief({ range: { start, end }, code }) {
+  return `${start.line}:${start.character}-${end.line}:${end.character} ${code}`
+}
+
+/** The text after edits whose positions count UTF-16 units. */
+export function applyEdits(text, edits) {
+  const offset = ({ line, character }) => {
+    let at = 0
+    for (; line > 0; --line) at = text.indexOf('\n', at) + 1
+    return at + character
+  }
+  const sorted = edits.map((edit) => ({ ...edit, from: offset(edit.range.start), to: offset(edit.range.end) }))
+  sorted.sort((a, b) => b.from - a.from)
+  for (const { from, to, newText } of sorted) text = text.slice(0, from) + newText + text.slice(to)
+  return text
+}
