@@ -30,6 +30,16 @@ SFinding UnusedFinding(const CIgnores::SUnused& unused)
     return finding;
 }
 
+/// What was found, unless the message names it already.
+std::wstring DetailOf(const CodeAnalyzer::SErrorDetails& details, const std::wstring& message)
+{
+    constexpr std::size_t Longest = 60;
+    const std::wstring& subject = details.subject;
+    if (subject.empty() || message.find(subject) != std::wstring::npos)
+        return {};
+    return L": '" + (subject.size() > Longest ? subject.substr(0, Longest) + L"..." : subject) + L"'";
+}
+
 bool SameRecord(const SCAError& a, const SCAError& b)
 {
     return a.pos == b.pos && a.code == b.code;
@@ -146,8 +156,7 @@ void CDescriber::AddDetails(SFileFindings& described, const SCheckedFile& file,
                          [&](const SFinding& candidate) { return SameRecord(candidate.error, found.error); });
         if (finding == described.findings.end())
             continue;
-        if (!found.subject.empty())
-            finding->detail = L": " + found.subject;
+        finding->detail = DetailOf(found, finding->message);
         finding->details = std::move(found);
     }
 }

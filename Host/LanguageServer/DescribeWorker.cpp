@@ -11,6 +11,17 @@
 
 namespace Kesh::LanguageServer {
 
+namespace {
+
+thread_local bool isDescribing = false;
+
+} // namespace
+
+bool CDescribeWorker::IsThisThread()
+{
+    return isDescribing;
+}
+
 CDescribeWorker::CDescribeWorker(const SSettings& settings, std::function<void(SDescribed)> done)
     : m_settings(settings), m_done(std::move(done)), m_thread([this] { Run(); })
 {
@@ -47,6 +58,7 @@ void CDescribeWorker::Add(SDescribeOrder order)
 
 void CDescribeWorker::Run()
 {
+    isDescribing = true;
     for (;;) {
         std::unique_lock lock(m_mutex);
         m_changed.wait(lock, [this] { return m_ending || !m_orders.empty(); });

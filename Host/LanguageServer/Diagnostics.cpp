@@ -40,6 +40,8 @@ CDiagnostics::CDiagnostics(const SParts& parts)
     m_relay = std::make_shared<SRelay>();
     m_relay->diagnostics = this;
     parts.application.Parser().SetParsedHook([relay = m_relay](const std::wstring& path) {
+        if (CDescribeWorker::IsThisThread())
+            return;
         const std::lock_guard lock(relay->mutex);
         if (CDiagnostics* self = relay->diagnostics)
             QMetaObject::invokeMethod(

@@ -23,6 +23,19 @@ std::string Uri(const std::wstring& path)
     return uri;
 }
 
+ordered_json Location(const std::string& uri, const SyntaxParser::SScheme& span)
+{
+    ordered_json region;
+    region["startLine"] = span.start.y + 1;
+    region["startColumn"] = span.start.x + 1;
+    region["endLine"] = span.end.y + 1;
+    region["endColumn"] = span.end.x + 1;
+    ordered_json location;
+    location["physicalLocation"]["artifactLocation"]["uri"] = uri;
+    location["physicalLocation"]["region"] = region;
+    return location;
+}
+
 class CSarifWriter final : public IReportWriter
 {
 public:
@@ -42,21 +55,17 @@ public:
         for (const Findings::SFinding& finding : file.findings) {
             const std::string code = std::to_string(finding.error.code);
             m_rules.try_emplace(code, Host::PathToBytes(finding.message));
-            const auto& [start, end] = finding.error.pos;
-            ordered_json region;
-            region["startLine"] = start.y + 1;
-            region["startColumn"] = start.x + 1;
-            region["endLine"] = end.y + 1;
-            region["endColumn"] = end.x + 1;
-            ordered_json location;
-            location["physicalLocation"]["artifactLocation"]["uri"] = uri;
-            location["physicalLocation"]["region"] = region;
             ordered_json result;
             result["ruleId"] = code;
             result["level"] = SeverityName(finding);
             result["message"]["text"] = Host::PathToBytes(FullMessage(finding));
-            result["locations"] = ordered_json::array({location});
+            result["locations"] = ordered_json::array({Location(uri, finding.error.pos)});
             result["partialFingerprints"]["lineAndCode/v1"] = fingerprints.Next(finding);
+            if (finding.details && finding.details->related) {
+                ordered_json related = Location(uri, *finding.details->related);
+                related["message"]["text"] = finding.details->relatedKey;
+                result["relatedLocations"] = ordered_json::array({related});
+            }
             m_output.Write((m_any ? ",\n" : "\n") + JsonText(result));
             m_any = true;
         }

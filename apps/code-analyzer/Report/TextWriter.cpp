@@ -39,8 +39,10 @@ public:
         const std::string name = Printable(file.file);
         for (const SFinding& finding : file.findings) {
             AddRecord(name, finding);
-            if (m_style.snippets)
+            if (m_style.snippets) {
                 AddSnippet(finding);
+                AddRelated(name, finding);
+            }
         }
         // People see the findings of a file as soon as they are there.
         if (m_output.Stream() && !file.findings.empty())
@@ -100,6 +102,17 @@ private:
         const std::string margin(number.size() + 1, ' ');
         m_output.Write(' ' + number + " | " + line + "\n" + margin + " | " + carets + Tint(finding) +
                        std::string(std::max<std::size_t>(1, marks), '^') + Style(Plain) + "\n");
+    }
+
+    /// A second place that explains the first.
+    void AddRelated(const std::string& file, const SFinding& finding)
+    {
+        if (!finding.details || !finding.details->related)
+            return;
+        const auto& start = finding.details->related->start;
+        m_output.Write(Style(Bold) + file + ':' + std::to_string(start.y + 1) + ':' +
+                       std::to_string(start.x + 1) + ": " + Style(Plain) +
+                       "note: " + finding.details->relatedKey + '\n');
     }
 
     COutput& m_output;
