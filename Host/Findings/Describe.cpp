@@ -37,7 +37,7 @@ std::wstring DetailOf(const CodeAnalyzer::SErrorDetails& details, const std::wst
     const std::wstring& subject = details.subject;
     if (subject.empty() || message.find(subject) != std::wstring::npos)
         return {};
-    return L": '" + (subject.size() > Longest ? subject.substr(0, Longest) + L"..." : subject) + L"'";
+    return L": " + (subject.size() > Longest ? subject.substr(0, Longest) + L"..." : subject);
 }
 
 bool SameRecord(const SCAError& a, const SCAError& b)
