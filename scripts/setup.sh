@@ -1,7 +1,7 @@
 # Sourced by ./run and ./test: installs what is missing.
 
 packages=(
-    g++ cmake ninja-build ccache re2c git
+    g++ cmake ninja-build ccache re2c bison git
     qtbase5-dev libqt5xmlpatterns5-dev libqscintilla2-qt5-dev fonts-dejavu-core
     libboost-dev libcli11-dev nlohmann-json3-dev libbenchmark-dev libgtest-dev libgmock-dev
 )

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Kesh/SyntaxParser/ITokenSource.h"
 #include "SyntaxParser/PhpToken.h"
 
 #include <array>
@@ -18,11 +19,13 @@ public:
     /// The next token; End at the end of the text.
     EPhpToken Next();
 
-    /// A token, by its kind and its end.
+    /// A token, by its end, what it is to the scanner, and its kind in the grammar. The kind is finer, but
+    /// says nothing of what the scanner cuts itself: Count stands for that.
     struct SCut
     {
         const wchar_t* end;
         EPhpToken token;
+        EPhpTokenKind kind;
     };
     /// The same for a caller that keeps the place itself: the token at `begin`.
     SCut Next(const wchar_t* begin)
@@ -30,8 +33,8 @@ public:
         if (!m_inPhp)
             return NextInHtml(begin);
         const auto code = static_cast<char32_t>(*begin);
-        const EPhpToken lone = code < LoneTokens.size() ? LoneTokens[code] : EPhpToken::End;
-        return lone != EPhpToken::End ? SCut{begin + 1, lone} : NextInPhp(begin);
+        const SLone lone = code < LoneTokens.size() ? LoneTokens[code] : SLone{};
+        return lone.token != EPhpToken::End ? SCut{begin + 1, lone.token, lone.kind} : NextInPhp(begin);
     }
     /// Takes the token from `begin` to `end` for the last one.
     void Take(const wchar_t* begin, const wchar_t* end)
@@ -40,6 +43,8 @@ public:
         m_cursor = end;
     }
     bool IsInPhp() const { return m_inPhp; }
+    /// Takes what comes next for PHP, whatever came before.
+    void EnterPhp() { m_inPhp = true; }
 
     const wchar_t* Begin() const { return m_begin; }   ///< of the last token
     const wchar_t* Cursor() const { return m_cursor; } ///< its end
@@ -88,21 +93,50 @@ private:
         return chars;
     }();
 
+    struct SLone
+    {
+        EPhpToken token;
+        EPhpTokenKind kind;
+    };
     /// The tokens of one character that begin no other token: about half of all.
     static constexpr auto LoneTokens = [] {
-        using enum EPhpToken;
-        std::array<EPhpToken, 0x80> tokens{};
-        tokens.fill(End);
-        tokens['('] = OpenRound;
-        tokens[')'] = CloseRound;
-        tokens['['] = OpenSquare;
-        tokens[']'] = CloseSquare;
-        tokens['{'] = OpenBrace;
-        tokens['}'] = CloseBrace;
-        tokens[','] = Comma;
-        tokens[';'] = Semicolon;
+        using T = EPhpToken;
+        using K = EPhpTokenKind;
+        std::array<SLone, 0x80> tokens{};
+        tokens['('] = {T::OpenRound, K::OpenRound};
+        tokens[')'] = {T::CloseRound, K::CloseRound};
+        tokens['['] = {T::OpenSquare, K::OpenSquare};
+        tokens[']'] = {T::CloseSquare, K::CloseSquare};
+        tokens['{'] = {T::OpenBrace, K::OpenBrace};
+        tokens['}'] = {T::CloseBrace, K::CloseBrace};
+        tokens[','] = {T::Comma, K::Comma};
+        tokens[';'] = {T::Semicolon, K::Semicolon};
         return tokens;
     }();
+    /// The kinds of the other characters that stand alone.
+    static constexpr auto SymbolKinds = [] {
+        using K = EPhpTokenKind;
+        std::array<EPhpTokenKind, 0x80> kinds{};
+        kinds.fill(K::BadCharacter);
+        kinds['+'] = K::Plus;
+        kinds['-'] = K::Minus;
+        kinds['*'] = K::Times;
+        kinds['/'] = K::Divide;
+        kinds['%'] = K::Modulo;
+        kinds['|'] = K::BitOr;
+        kinds['^'] = K::BitXor;
+        kinds['~'] = K::Complement;
+        kinds['!'] = K::Not;
+        kinds['@'] = K::At;
+        kinds['<'] = K::Less;
+        kinds['>'] = K::Greater;
+        return kinds;
+    }();
+    static EPhpTokenKind SymbolKind(wchar_t c)
+    {
+        const auto code = static_cast<char32_t>(c);
+        return code < SymbolKinds.size() ? SymbolKinds[code] : EPhpTokenKind::BadCharacter;
+    }
 
     SCut NextInHtml(const wchar_t* begin);
     SCut NextInPhp(const wchar_t* begin);

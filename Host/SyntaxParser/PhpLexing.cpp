@@ -58,15 +58,15 @@ CPhpLexer::SCut CPhpLexer::NextInHtml(const wchar_t* begin)
             break;
     }
     if (p > begin)
-        return {p, EPhpToken::Html};
+        return {p, EPhpToken::Html, EPhpTokenKind::InlineHtml};
     if (p == m_limit)
-        return {p, EPhpToken::End};
+        return {p, EPhpToken::End, EPhpTokenKind::End};
 
     m_inPhp = true;
     if (p[2] == L'=' && p + 2 < m_limit)
-        return {p + 3, EPhpToken::OpenTagEcho};
+        return {p + 3, EPhpToken::OpenTagEcho, EPhpTokenKind::OpenTagEcho};
     const bool isLong = StartsAt(p + 2, "php") && (p + 5 == m_limit || IsBlank(p[5]));
-    return {p + (isLong ? 5 : 2), EPhpToken::OpenTag};
+    return {p + (isLong ? 5 : 2), EPhpToken::OpenTag, EPhpTokenKind::OpenTag};
 }
 
 const wchar_t* CPhpLexer::FindLineCommentEnd(const wchar_t* p) const
@@ -90,13 +90,13 @@ const wchar_t* CPhpLexer::FindCommentEnd(const wchar_t* p) const
 
 CPhpLexer::SCut CPhpLexer::LexLineComment(const wchar_t* p, EPhpToken token) const
 {
-    return {FindLineCommentEnd(p), token};
+    return {FindLineCommentEnd(p), token, EPhpTokenKind::Count};
 }
 
 CPhpLexer::SCut CPhpLexer::LexBlockComment(const wchar_t* p) const
 {
     const bool isDoc = *p == L'*' && IsBlank(p[1]);
-    return {FindCommentEnd(p), isDoc ? EPhpToken::DocComment : EPhpToken::BlockComment};
+    return {FindCommentEnd(p), isDoc ? EPhpToken::DocComment : EPhpToken::BlockComment, EPhpTokenKind::Count};
 }
 
 CPhpLexer::SCut CPhpLexer::LexHash(const wchar_t* p)
@@ -108,7 +108,7 @@ CPhpLexer::SCut CPhpLexer::LexHash(const wchar_t* p)
         m_openAttribute = true;
         return LexLineComment(p, EPhpToken::HashComment);
     }
-    return {end, EPhpToken::Attribute};
+    return {end, EPhpToken::Attribute, EPhpTokenKind::Count};
 }
 
 // After the `]` that closes `#[`; null when there is none.

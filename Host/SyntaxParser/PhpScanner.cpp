@@ -19,9 +19,11 @@ constexpr std::ptrdiff_t LookInterval = 1 << 16;
 
 } // namespace
 
-CPhpScanner::CPhpScanner(std::wstring_view text, const std::vector<IStateRegionHandler*>& handlers)
+CPhpScanner::CPhpScanner(std::wstring_view text, const std::vector<IStateRegionHandler*>& handlers,
+                         const std::vector<ITokenHandler*>& tokenHandlers)
     : m_lexer(text),
       m_emitter(text.data(), handlers),
+      m_tokens(text, tokenHandlers),
       m_php(GetDefRegions()->Php),
       m_text(text.data()),
       m_places(1)
@@ -55,9 +57,12 @@ bool CPhpScanner::Run(std::vector<SIsland>* islands, const std::atomic<bool>* ca
             if (const std::ptrdiff_t left = m_lexer.Limit() - p; left > ReadAhead)
                 pause = p + std::min(left - ReadAhead, LookInterval);
         }
-        const auto [end, token] = m_lexer.Next(p);
+        const auto [end, token, kind] = m_lexer.Next(p);
         if (token == End)
             break;
+        // Tokens go ahead of their regions, so that the emitter's line is still the one where they begin.
+        if (m_tokens.IsWanted() && kind != EPhpTokenKind::Count)
+            TokensHere().Write(kind, p, end);
         if (ISynRegion* kind = m_fixedKinds[static_cast<std::size_t>(token)]) {
             m_emitter.Emit(Kind(kind), p, end);
             m_prev = token;
@@ -69,10 +74,18 @@ bool CPhpScanner::Run(std::vector<SIsland>* islands, const std::atomic<bool>* ca
             p = m_lexer.Cursor();
         }
     }
+    if (m_tokens.IsWanted())
+        m_tokens.Finish();
     if (m_islands && m_islandBegin)
         m_islands->push_back({static_cast<std::size_t>(m_islandBegin - m_text),
                               static_cast<std::size_t>(m_lexer.Limit() - m_text)});
     return true;
+}
+
+CPhpTokenWriter& CPhpScanner::TokensHere()
+{
+    m_tokens.Seek(m_emitter.Line(), m_emitter.LineStart());
+    return m_tokens;
 }
 
 void CPhpScanner::Scan(EPhpToken token)
@@ -137,6 +150,12 @@ void CPhpScanner::Scan(EPhpToken token)
 
 void CPhpScanner::ScanComment(EPhpToken token)
 {
+    if (m_tokens.IsWanted()) {
+        if (token == Attribute)
+            TokensHere().WriteAttribute(m_lexer.Begin(), m_lexer.Cursor());
+        else if (token != LineComment)
+            TokensHere().WriteComment(m_lexer.Begin(), m_lexer.Cursor());
+    }
     switch (token) {
     case LineComment: Comment(PhpLineComment); break;
     case HashComment: Comment(PhpHashComment); break;
@@ -241,6 +260,8 @@ void CPhpScanner::ScanReturnType()
     if (end == begin)
         return;
     m_lexer.SetCursor(end);
+    if (m_tokens.IsWanted())
+        TokensHere().WriteStretch(begin, end);
     EmitPiece(Kind(m_php.TokenDefs[NameKind(begin, end)]), begin, end);
     m_actual = ReturnType;
 }
@@ -284,6 +305,8 @@ void CPhpScanner::ScanString(wchar_t quote)
 
     const wchar_t* begin = m_lexer.Cursor();
     auto [close, mayHoldLines] = m_lexer.FindQuote(begin, quote);
+    if (m_tokens.IsWanted())
+        TokensHere().WriteString(m_lexer.Begin(), begin, close);
     m_emitter.Emit(start, m_lexer.Begin(), begin);
     if (mayHoldLines)
         m_emitter.EmitLines(content, begin, close);
@@ -300,9 +323,11 @@ void CPhpScanner::ScanHeredoc()
 {
     const bool leads = LeadsControl();
     const wchar_t* arrows = m_lexer.Cursor() - 3;
+    const CPhpLexer::SHeredoc heredoc = m_lexer.FindHeredoc(m_lexer.Cursor());
+    if (m_tokens.IsWanted())
+        TokensHere().WriteHeredoc(m_lexer.Begin(), heredoc);
     if (arrows > m_lexer.Begin()) // the prefix of a binary string
         m_emitter.Emit(m_php.CommentDefs[PhpAnnotation], m_lexer.Begin(), arrows);
-    const CPhpLexer::SHeredoc heredoc = m_lexer.FindHeredoc(m_lexer.Cursor());
     m_lexer.Take(arrows, heredoc.end);
     const auto send = [this](int kind, const wchar_t* begin, const wchar_t* end) {
         EmitPiece(Kind(m_php.TokenDefs[kind]), begin, end);

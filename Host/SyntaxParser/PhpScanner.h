@@ -3,6 +3,7 @@
 #include "SyntaxParser/MarkupTrees.h"
 #include "SyntaxParser/PhpDefs.h"
 #include "SyntaxParser/PhpLexer.h"
+#include "SyntaxParser/PhpTokenWriter.h"
 #include "SyntaxParser/RegionEmitter.h"
 
 #include <array>
@@ -18,7 +19,8 @@ class CPhpScanner
 {
 public:
     /// `text` must be followed by a NUL character and stay during Run().
-    CPhpScanner(std::wstring_view text, const std::vector<IStateRegionHandler*>& handlers);
+    CPhpScanner(std::wstring_view text, const std::vector<IStateRegionHandler*>& handlers,
+                const std::vector<ITokenHandler*>& tokenHandlers = {});
 
     /// Delivers every region. Appends the stretches of PHP to `islands` unless it is null. False when it has
     /// stopped early because the flag, which may be null, has been set.
@@ -57,6 +59,7 @@ private:
     };
 
     void Scan(EPhpToken token);
+    CPhpTokenWriter& TokensHere();
     void ScanComment(EPhpToken token);
     void ScanOperator(EPhpToken token);
     void ScanBracket(EPhpToken token);
@@ -123,6 +126,7 @@ private:
 
     CPhpLexer m_lexer;
     CRegionEmitter m_emitter;
+    CPhpTokenWriter m_tokens;
     const SPhpRegionDefs& m_php;
     /// The kinds of the tokens that are the same everywhere; null for those that their place decides.
     std::array<ISynRegion*, static_cast<std::size_t>(EPhpToken::ReturnType) + 1> m_fixedKinds{};

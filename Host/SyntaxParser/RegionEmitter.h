@@ -19,6 +19,10 @@ public:
     {
     }
 
+    /// The line of what is emitted next, and where its characters begin.
+    std::int64_t Line() const { return m_line; }
+    const wchar_t* LineStart() const { return m_lineStart; }
+
     /// A piece without a line break.
     void Emit(ISynRegion* definition, const wchar_t* begin, const wchar_t* end)
     {

@@ -1,6 +1,7 @@
 #include "SyntaxParser/SPDocument.h"
 
 #include "Kesh/SyntaxParser/IParser.h"
+#include "Kesh/SyntaxParser/ITokenSource.h"
 #include "SyntaxParser/MarkupTrees.h"
 #include "SyntaxParser/PhpScanner.h"
 #include "SyntaxParser/TextReader.h"
@@ -79,6 +80,18 @@ private:
     CIterator m_end;
 };
 
+class CTokenSource final : public ITokenSource
+{
+public:
+    void InitComponent(ISPDocument* /*document*/) override {}
+    std::wstring GetComponentName() override { return L"ITokenSource"; }
+    void AddTokenHandler(ITokenHandler* handler) override { m_handlers.push_back(handler); }
+    const std::vector<ITokenHandler*>& Handlers() const { return m_handlers; }
+
+private:
+    std::vector<ITokenHandler*> m_handlers;
+};
+
 class CHtmlSemanticParser final : public ISemanticParser
 {
 public:
@@ -94,7 +107,12 @@ class CSPDocument final : public ISPDocument
 public:
     CSPDocument(boost::shared_ptr<IReader> reader, const SDocumentSource& source)
         : m_reader(std::move(reader)),
+<<<<<<< HEAD
           m_parser(boost::make_shared<CDocumentParser>(m_reader)),
+=======
+          m_parser(boost::make_shared<CDocumentParser>()),
+          m_tokenSource(boost::make_shared<CTokenSource>()),
+>>>>>>> 3224095 (Hand PHP's tokens on beside the regions, and check them against the whole grammar)
           m_source(source)
     {
     }
@@ -105,6 +123,8 @@ public:
             return m_reader;
         if (name == L"IParser")
             return m_parser;
+        if (name == L"ITokenSource")
+            return m_tokenSource;
         return {};
     }
     std::wstring GetFilePath() override { return m_source.path; }
@@ -174,9 +194,15 @@ private:
             parts.emplace_back(handler);
             handlers.push_back(parts.back().IsWhole() ? handler : &parts.back());
         }
+<<<<<<< HEAD
         if (m_source.factory != CssFactory &&
             !CPhpScanner(text, handlers).Run(m_semanticParser.IsEnabled() ? &islands : nullptr, m_cancelled))
             return false;
+=======
+        if (m_source.factory != CssFactory)
+            CPhpScanner(text, handlers, m_tokenSource->Handlers())
+                .Run(m_semanticParser.IsEnabled() ? &islands : nullptr);
+>>>>>>> 3224095 (Hand PHP's tokens on beside the regions, and check them against the whole grammar)
         for (IStateRegionHandler* handler : handlers) {
             handler->SendRegsEnd();
             handler->AfterParse();
@@ -186,6 +212,7 @@ private:
 
     boost::shared_ptr<IReader> m_reader;
     boost::shared_ptr<CDocumentParser> m_parser;
+    boost::shared_ptr<CTokenSource> m_tokenSource;
     SDocumentSource m_source;
     const std::atomic<bool>* m_cancelled = nullptr;
     CHtmlSemanticParser m_semanticParser;

@@ -1,0 +1,224 @@
+#include "Grammar/PhpRules.h"
+
+#include <cwchar>
+
+namespace Kesh::CodeAnalyzer {
+
+void CPhpRules::OpenBlock(SBlock::EKind kind)
+{
+    SFunctionScope& scope = Function();
+    scope.blocks.push_back({kind, scope.block});
+    scope.block = static_cast<std::uint32_t>(scope.blocks.size() - 1);
+}
+
+void CPhpRules::CloseBlock()
+{
+    SFunctionScope& scope = Function();
+    scope.block = scope.blocks[scope.block].parent;
+}
+
+void CPhpRules::DefaultCase(const SGrammarValue& word)
+{
+    SBlock& block = Function().blocks[Function().block];
+    if (block.kind == SBlock::Switch && block.hasDefault && (m_version == 0 || m_version >= 700))
+        Report(Code::DefaultTwice, word);
+    block.hasDefault = true;
+}
+
+void CPhpRules::Leave(const SGrammarValue& word)
+{
+    Leave(word, {word.first, 0, 0, 0, EValue::Nop, EValue::Other});
+}
+
+// `break` and `continue`, with how many loops they leave.
+void CPhpRules::Leave(const SGrammarValue& word, const SGrammarValue& depth)
+{
+    std::uint64_t levels = 1;
+    if (depth.kind == EValue::Literal || depth.kind == EValue::Group) {
+        const std::uint32_t token = depth.kind == EValue::Group ? depth.extra : depth.first;
+        levels = token < m_tokens.Count() ? std::wcstoull(std::wstring(Text(token)).c_str(), nullptr, 0) : 0;
+    } else if (depth.kind != EValue::Nop) {
+        levels = 0;
+    }
+    if (levels == 0) {
+        if (m_version == 0 || m_version >= 504)
+            Report(Code::LeaveDepth, depth);
+        return;
+    }
+    const SFunctionScope& scope = Function();
+    std::uint64_t found = 0;
+    for (std::uint32_t block = scope.block; scope.blocks[block].kind != SBlock::Function;
+         block = scope.blocks[block].parent) {
+        if (scope.blocks[block].kind == SBlock::Finally) {
+            Report(found == 0 && IsOutermostLoopless(block) ? Code::LeaveOutsideLoop : Code::LeaveFinally,
+                   word);
+            return;
+        }
+        if (++found == levels)
+            return;
+    }
+    Report(found == 0 ? Code::LeaveOutsideLoop : Code::LeaveDepth, word);
+}
+
+// Whether no loop and no switch surrounds the block.
+bool CPhpRules::IsOutermostLoopless(std::uint32_t block)
+{
+    const SFunctionScope& scope = Function();
+    for (; scope.blocks[block].kind != SBlock::Function; block = scope.blocks[block].parent) {
+        if (scope.blocks[block].kind != SBlock::Finally)
+            return false;
+    }
+    return true;
+}
+
+void CPhpRules::Goto(const SGrammarValue& label)
+{
+    Function().jumps.push_back({label.first, Function().block});
+}
+
+void CPhpRules::Label(const SGrammarValue& label)
+{
+    const auto [at, isNew] =
+        Function().labels.try_emplace(std::wstring(Text(label.first)), SJump{label.first, Function().block});
+    if (!isNew)
+        Report(Code::LabelTwice, label.first, at->second.token);
+}
+
+bool CPhpRules::IsWithin(const SFunctionScope& scope, std::uint32_t block, std::uint32_t outer) const
+{
+    // A block has a higher number than what surrounds it.
+    while (block > outer)
+        block = scope.blocks[block].parent;
+    return block == outer;
+}
+
+void CPhpRules::ResolveJumps(const SFunctionScope& scope)
+{
+    for (const SJump& jump : scope.jumps) {
+        const auto label = scope.labels.find(std::wstring(Text(jump.token)));
+        if (label == scope.labels.end()) {
+            Report(Code::LabelMissing, jump.token);
+            continue;
+        }
+        const std::uint32_t target = label->second.block;
+        if (!IsWithin(scope, jump.block, target)) {
+            Report(Code::GotoIntoBlock, jump.token, label->second.token);
+            continue;
+        }
+        for (std::uint32_t block = jump.block; block != target; block = scope.blocks[block].parent) {
+            if (scope.blocks[block].kind == SBlock::Finally) {
+                Report(Code::LeaveFinally, jump.token);
+                break;
+            }
+        }
+    }
+}
+
+void CPhpRules::Return(const SGrammarValue& word)
+{
+    SFunctionScope& scope = Function();
+    if (scope.hasReturnType)
+        scope.emptyReturns.push_back(word.first);
+}
+
+void CPhpRules::Return(const SGrammarValue& word, const SGrammarValue& value)
+{
+    const SFunctionScope& scope = Function();
+    if (scope.returnType == TypeVoid || scope.returnType == TypeNever)
+        Report(Code::ReturnValue, word);
+    if (scope.byReference && !m_pending.empty())
+        Consume(value.first);
+}
+
+// At the end of a function: only now it is known whether it is a generator, where `return;` is right.
+void CPhpRules::CheckReturns(const SFunctionScope& scope)
+{
+    if (!scope.hasReturnType)
+        return;
+    if (scope.yield) {
+        constexpr std::uint32_t generators = TypeMixed | TypeObject | TypeIterable | TypeTraversable;
+        if (!(scope.returnType & generators))
+            Report(Code::ReturnValue, scope.yield);
+        return;
+    }
+    if (scope.returnType == TypeVoid)
+        return;
+    for (const std::uint32_t word : scope.emptyReturns)
+        Report(Code::ReturnValue, word);
+}
+
+void CPhpRules::YieldHere(const SGrammarValue& word)
+{
+    SFunctionScope& scope = Function();
+    if (!scope.inBody)
+        return; // a default value: not constant anyway
+    if (scope.kind == SFunctionScope::File)
+        Report(Code::YieldOutside, word);
+    else if (!scope.yield)
+        scope.yield = word.first;
+}
+
+// Before 8.0 it was a statement.
+void CPhpRules::ThrowHere(const SGrammarValue& word)
+{
+    using K = SyntaxParser::EPhpTokenKind;
+    if (m_version == 0 || m_version >= 800 || word.first == 0)
+        return;
+    switch (m_tokens[word.first - 1].kind) {
+    case K::Semicolon:
+    case K::OpenBrace:
+    case K::CloseBrace:
+    case K::CloseRound:
+    case K::Colon:
+    case K::Else:
+    case K::Do:
+    case K::OpenTag:
+    case K::CloseTag:
+    case K::InlineHtml: return;
+    default: Report(Code::TooNew, word);
+    }
+}
+
+void CPhpRules::TryAlone(const SGrammarValue& word, const SGrammarValue& catches)
+{
+    if (catches.kind == EValue::Nop)
+        Report(Code::TryAlone, word);
+}
+
+void CPhpRules::CatchType(const SGrammarValue& name)
+{
+    if (IsWord(name.first, L"self") || IsWord(name.first, L"parent") || IsWord(name.first, L"static"))
+        Report(Code::ReservedName, name);
+}
+
+void CPhpRules::CatchVariable(const SGrammarValue& variable)
+{
+    if (IsThis(variable.first))
+        Report(Code::ReservedVariable, variable);
+}
+
+void CPhpRules::MatchHead(const SGrammarValue& word, const SGrammarValue& arguments)
+{
+    Needs(800, word);
+    // What it takes looks like the arguments of a call to the grammar, and is one expression.
+    if (arguments.flags & (Named | Unpacked | Several | NoneGiven | AsCallable))
+        Report(Code::OutOfPlace, arguments.flags & Several ? arguments.extra : arguments.first);
+    m_matchDefaults.push_back(NoToken);
+}
+
+void CPhpRules::DefaultArm(const SGrammarValue& word)
+{
+    if (m_matchDefaults.empty())
+        return;
+    if (m_matchDefaults.back() != NoToken)
+        Report(Code::DefaultTwice, word.first, m_matchDefaults.back());
+    m_matchDefaults.back() = word.first;
+}
+
+void CPhpRules::EndMatch()
+{
+    if (!m_matchDefaults.empty())
+        m_matchDefaults.pop_back();
+}
+
+} // namespace Kesh::CodeAnalyzer

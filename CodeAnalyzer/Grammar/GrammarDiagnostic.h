@@ -1,0 +1,26 @@
+#pragma once
+
+#include "Kesh/CodeAnalyzer/SCAError.h"
+
+#include <optional>
+#include <string>
+
+namespace Kesh::CodeAnalyzer {
+
+/// What the grammar check has found, with what there is to say beyond the record.
+struct SGrammarDiagnostic
+{
+    SCAError error;
+    /// The first token with which no correct program goes on; it may lie behind the place of the error.
+    SyntaxParser::CIterator stop;
+    /// Where the check has found its feet again: what lies between is about the same mistake.
+    SyntaxParser::CIterator resumed;
+    std::wstring subject;
+    std::optional<SyntaxParser::SScheme> related;
+    const char* relatedKey = "";
+    std::wstring insertion;
+    SyntaxParser::CIterator insertAt;
+    bool removable = false;
+};
+
+} // namespace Kesh::CodeAnalyzer

@@ -1,0 +1,155 @@
+#include "Grammar/PhpRules.h"
+
+#include <array>
+
+namespace Kesh::CodeAnalyzer {
+
+namespace {
+
+struct STypeName
+{
+    std::wstring_view name;
+    std::uint32_t type;
+    std::int32_t since;
+};
+constexpr std::array<STypeName, 18> TypeNames{{{L"int", TypeInt, 700},
+                                               {L"float", TypeFloat, 700},
+                                               {L"string", TypeString, 700},
+                                               {L"bool", TypeBool, 700},
+                                               {L"false", TypeFalse, 800},
+                                               {L"true", TypeTrue, 802},
+                                               {L"null", TypeNull, 800},
+                                               {L"array", TypeArray, 0},
+                                               {L"callable", TypeCallable, 504},
+                                               {L"iterable", TypeIterable, 701},
+                                               {L"object", TypeObject, 702},
+                                               {L"mixed", TypeMixed, 800},
+                                               {L"void", TypeVoid, 701},
+                                               {L"never", TypeNever, 801},
+                                               {L"static", TypeStatic, 800},
+                                               {L"traversable", TypeClass | TypeTraversable, 0},
+                                               {L"iterator", TypeClass | TypeTraversable, 0},
+                                               {L"generator", TypeClass | TypeTraversable, 0}}};
+
+constexpr std::uint32_t Standalone = TypeMixed | TypeVoid | TypeNever;
+
+} // namespace
+
+SGrammarValue CPhpRules::TypeName(const SGrammarValue& name)
+{
+    std::wstring lower = m_tokens.Lower(name.first);
+    std::uint32_t type = TypeClass;
+    if (lower.starts_with(L'\\'))
+        lower.erase(0, 1);
+    for (const STypeName& known : TypeNames) {
+        // A name of an older version is a class there.
+        if (known.name == lower && (m_version == 0 || m_version >= known.since)) {
+            type = known.type;
+            break;
+        }
+    }
+    if (type == TypeClass || type == TypeStatic)
+        CheckClassWord(name.first);
+    m_typeNames.push_back(name.first);
+    return {name.first,   static_cast<std::uint32_t>(m_typeNames.size() - 1), type, 0, EValue::Type,
+            EValue::Other};
+}
+
+SGrammarValue CPhpRules::Nullable(const SGrammarValue& mark, const SGrammarValue& type)
+{
+    if (type.extra & (Standalone | TypeNull))
+        Report(Code::TypeNotAllowed, type);
+    SGrammarValue result = type;
+    result.first = mark.first;
+    result.extra |= TypeNull;
+    result.flags |= NullMark;
+    return result;
+}
+
+// Classes that both have.
+void CPhpRules::CheckTypeNames(const SGrammarValue& a, const SGrammarValue& b)
+{
+    for (std::uint32_t i = a.bad; i < b.bad; ++i)
+        for (std::size_t k = b.bad; k < m_typeNames.size(); ++k)
+            if (m_tokens.Lower(m_typeNames[i]) == m_tokens.Lower(m_typeNames[k]))
+                Report(Code::TypeRedundant, m_typeNames[k], m_typeNames[i]);
+}
+
+SGrammarValue CPhpRules::Union(const SGrammarValue& a, const SGrammarValue& b)
+{
+    constexpr std::uint32_t classes = TypeClass | TypeStatic;
+    const std::uint32_t both = a.extra & b.extra & ~classes & ~TypeTraversable;
+    const std::uint32_t all = a.extra | b.extra;
+    if ((a.extra | b.extra) & Standalone)
+        Report(Code::TypeNotAllowed, a.extra & Standalone ? a : b);
+    else if (both != 0 || ((all & TypeBool) == TypeBool && (a.extra & TypeBool) && (b.extra & TypeBool)))
+        Report(Code::TypeRedundant, b.first, a.first);
+    else if ((all & TypeObject) && (all & classes))
+        Report(Code::TypeRedundant, b.first, a.first);
+    else if ((all & TypeIterable) && (all & (TypeArray)))
+        Report(Code::TypeRedundant, b.first, a.first);
+    else if ((a.extra & b.extra & classes) && !((a.flags | b.flags) & IsIntersection))
+        CheckTypeNames(a, b);
+    SGrammarValue result = a;
+    result.extra = all;
+    result.flags = static_cast<std::uint16_t>((a.flags | b.flags) | IsUnion);
+    return result;
+}
+
+SGrammarValue CPhpRules::Intersection(const SGrammarValue& a, const SGrammarValue& b)
+{
+    for (const SGrammarValue* part : {&a, &b})
+        if (!(part->extra & TypeClass))
+            Report(Code::TypeNotAllowed, *part);
+    CheckTypeNames(a, b);
+    SGrammarValue result = a;
+    result.extra = a.extra & b.extra & TypeTraversable ? a.extra : TypeClass;
+    result.flags = IsIntersection;
+    return result;
+}
+
+void CPhpRules::ParameterType(const SGrammarValue& type)
+{
+    SFunctionScope& scope = Function();
+    scope.hasParameterType = true;
+    scope.parameterType = type.extra;
+    if (type.extra & (TypeVoid | TypeNever))
+        Report(Code::TypeNotAllowed, type);
+    if (scope.promoting && (type.extra & TypeCallable))
+        Report(Code::TypeNotAllowed, type);
+    m_typeNames.clear();
+}
+
+void CPhpRules::ReturnType(const SGrammarValue& type)
+{
+    SFunctionScope& scope = Function();
+    scope.hasReturnType = true;
+    scope.returnType = type.extra;
+    m_typeNames.clear();
+}
+
+// The type of a property or a class constant.
+void CPhpRules::CheckPropertyType(std::uint32_t type, std::uint32_t token)
+{
+    if (type & (TypeVoid | TypeNever | TypeCallable))
+        Report(Code::TypeNotAllowed, token);
+    m_typeNames.clear();
+}
+
+// A literal must be of its variable's type; whatever else is constant is looked at when the program runs.
+void CPhpRules::CheckDefault(std::uint32_t type, const SGrammarValue& value, bool nullAllowed)
+{
+    const bool isLiteral = value.kind == EValue::Literal || value.kind == EValue::Text ||
+                           value.kind == EValue::ArrayLiteral || value.kind == EValue::Name ||
+                           value.kind == EValue::SignedNumber;
+    const std::uint32_t given = value.kind == EValue::ArrayLiteral ? TypeArray : value.extra;
+    if (!isLiteral || given == 0 || (value.flags & (NotConstant | HasNew)) || (type & TypeMixed))
+        return;
+    if ((given & type) || (given == TypeNull && nullAllowed))
+        return;
+    if ((given == TypeInt && (type & TypeFloat)) || (given == TypeArray && (type & TypeIterable)))
+        return;
+    Report(Code::DefaultOfOtherType, value);
+}
+
+} // namespace Kesh::CodeAnalyzer

@@ -1,0 +1,306 @@
+#include "Grammar/PhpRules.h"
+
+namespace Kesh::CodeAnalyzer {
+
+using K = SyntaxParser::EPhpTokenKind;
+
+SGrammarValue CPhpRules::VariableValue(const SGrammarValue& variable) const
+{
+    SGrammarValue value = variable;
+    value.flags = NotConstant;
+    value.kind = IsThis(variable.first) ? EValue::This : EValue::Variable;
+    return value;
+}
+
+SGrammarValue CPhpRules::NumberValue(const SGrammarValue& number) const
+{
+    SGrammarValue value = number;
+    value.kind = EValue::Literal;
+    const std::wstring_view text = Text(number.first);
+    const bool hex = text.size() > 1 && (text[1] | 0x20) == L'x';
+    value.extra = !hex && text.find_first_of(L".eE") != std::wstring_view::npos ? TypeFloat : TypeInt;
+    return value;
+}
+
+SGrammarValue CPhpRules::NameValue(const SGrammarValue& name) const
+{
+    SGrammarValue value = name;
+    value.kind = EValue::Name;
+    const std::size_t size = Text(name.first).size();
+    if (size == 4 && IsWord(name.first, L"null"))
+        value.extra = TypeNull;
+    else if (size == 4 && IsWord(name.first, L"true"))
+        value.extra = TypeTrue;
+    else if (size == 5 && IsWord(name.first, L"false"))
+        value.extra = TypeFalse;
+    return value;
+}
+
+SGrammarValue CPhpRules::TextValue(const SGrammarValue& text) const
+{
+    SGrammarValue value = text;
+    value.kind = EValue::Text;
+    value.extra = TypeString;
+    return value;
+}
+
+SGrammarValue CPhpRules::Unary(const SGrammarValue& op, const SGrammarValue& operand) const
+{
+    SGrammarValue value = operand;
+    const bool isNumber = operand.kind == EValue::Literal && (operand.extra & (TypeInt | TypeFloat)) &&
+                          (m_tokens[op.first].kind == K::Minus || m_tokens[op.first].kind == K::Plus);
+    value.first = op.first;
+    value.kind = isNumber ? EValue::SignedNumber : EValue::Other;
+    value.flags &= NotConstant | HasNew;
+    return value;
+}
+
+// Since 8.5 a cast may be part of a constant.
+SGrammarValue CPhpRules::CastValue(const SGrammarValue& cast, const SGrammarValue& operand) const
+{
+    SGrammarValue value = operand;
+    value.first = cast.first;
+    value.kind = EValue::Other;
+    value.flags &= NotConstant | HasNew;
+    if (m_version != 0 && m_version < 805) {
+        value.flags |= NotConstant;
+        value.bad = cast.first;
+    }
+    return value;
+}
+
+// Since 8.5 a closure may be a constant.
+SGrammarValue CPhpRules::ClosureValue(const SGrammarValue& first) const
+{
+    SGrammarValue value = Computed(first);
+    value.kind = EValue::Closure;
+    if (m_version == 0 || m_version >= 805)
+        value.flags = 0;
+    return value;
+}
+
+// Nested without brackets, it was read from the left once and must not be nested now.
+SGrammarValue CPhpRules::Ternary(const SGrammarValue& condition, const SGrammarValue& mark,
+                                 const SGrammarValue& then, const SGrammarValue& otherwise)
+{
+    if (condition.kind == EValue::Ternary || condition.kind == EValue::ShortTernary)
+        Gone(800, mark);
+    SGrammarValue value = Binary(Binary(condition, then), otherwise);
+    value.kind = EValue::Ternary;
+    return value;
+}
+
+SGrammarValue CPhpRules::ShortTernary(const SGrammarValue& condition, const SGrammarValue& mark,
+                                      const SGrammarValue& otherwise)
+{
+    if (condition.kind == EValue::Ternary)
+        Gone(800, mark);
+    SGrammarValue value = Binary(condition, otherwise);
+    value.kind = EValue::ShortTernary;
+    return value;
+}
+
+SGrammarValue CPhpRules::InstanceOf(const SGrammarValue& value, const SGrammarValue& /*word*/)
+{
+    return Computed(value);
+}
+
+SGrammarValue CPhpRules::Grouped(const SGrammarValue& bracket, const SGrammarValue& value) const
+{
+    SGrammarValue group = value;
+    group.extra = value.kind == EValue::Literal ? value.first : NoToken;
+    group.first = bracket.first;
+    group.inner = value.kind;
+    group.kind = EValue::Group;
+    return group;
+}
+
+SGrammarValue CPhpRules::Joined(const SGrammarValue& quote, const SGrammarValue& parts) const
+{
+    SGrammarValue value = quote;
+    value.kind = EValue::Literal;
+    value.flags = parts.flags & NotConstant;
+    value.bad = parts.bad;
+    if (!value.flags)
+        value.extra = TypeString;
+    return value;
+}
+
+SGrammarValue CPhpRules::StringParts(const SGrammarValue& a, const SGrammarValue& b) const
+{
+    SGrammarValue value = a;
+    if (!(a.flags & NotConstant)) {
+        value.flags = b.flags;
+        value.bad = b.bad;
+    }
+    return value;
+}
+
+// `{` and `$` in a string hold a variable and what belongs to it, no other expression.
+void CPhpRules::InBraces(const SGrammarValue& value)
+{
+    switch (value.kind) {
+    case EValue::Variable:
+    case EValue::This:
+    case EValue::VariableVariable:
+    case EValue::Element:
+    case EValue::Property:
+    case EValue::StaticProperty:
+    case EValue::Call: return;
+    default: Report(Code::OutOfPlace, value);
+    }
+}
+
+SGrammarValue CPhpRules::Dim(const SGrammarValue& base, const SGrammarValue& bracket)
+{
+    SGrammarValue value = Dim(base, bracket, base);
+    value.flags |= NotConstant;
+    return value;
+}
+
+// What can be looked into. `new` could not before 8.4, a magic constant can by its offset only.
+void CPhpRules::CheckBase(const SGrammarValue& base, const SGrammarValue& op, bool looksUp)
+{
+    if (base.kind == EValue::NewObject)
+        Needs(804, op);
+    else if (base.kind == EValue::Magic && !looksUp)
+        Report(Code::OutOfPlace, op);
+}
+
+SGrammarValue CPhpRules::Dim(const SGrammarValue& base, const SGrammarValue& bracket,
+                             const SGrammarValue& index)
+{
+    CheckBase(base, bracket, true);
+    SGrammarValue value = Binary(base, index);
+    value.kind = EValue::Element;
+    value.flags |= base.flags & Nullsafe;
+    value.inner = RootOf(base);
+    return value;
+}
+
+// Whether writing to what is reached through `base` writes to something that stays.
+EValue CPhpRules::RootOf(const SGrammarValue& base) const
+{
+    switch (base.kind) {
+    case EValue::Element:
+    case EValue::Property: return base.inner;
+    case EValue::Group:
+        return base.inner == EValue::Name || base.inner == EValue::Literal || base.inner == EValue::Text
+                   ? EValue::Name
+                   : EValue::Group;
+    default: return base.kind;
+    }
+}
+
+SGrammarValue CPhpRules::Property(const SGrammarValue& base, const SGrammarValue& arrow,
+                                  const SGrammarValue& name)
+{
+    CheckBase(base, arrow, true);
+    SGrammarValue value = base;
+    value.kind = EValue::Property;
+    value.inner = RootOf(base);
+    value.flags &= NotConstant | HasNew | Nullsafe;
+    value.extra = 0;
+    if (m_tokens[arrow.first].kind == K::NullsafeArrow)
+        value.flags |= Nullsafe;
+    if (!(value.flags & NotConstant) && (name.flags & NotConstant)) {
+        value.flags |= NotConstant;
+        value.bad = name.bad;
+    }
+    return value;
+}
+
+SGrammarValue CPhpRules::Call(const SGrammarValue& base, const SGrammarValue& arguments)
+{
+    CheckBase(base, arguments, false);
+    if (base.kind == EValue::DynamicMember && !m_pending.empty() && m_pending.back().code == Code::TooNew)
+        m_pending.pop_back();
+    SGrammarValue value = Computed(base);
+    value.kind = EValue::Call;
+    value.bad = arguments.first;
+    value.flags |= base.flags & Nullsafe;
+    if (arguments.flags & AsCallable) {
+        if ((base.flags & Nullsafe) && base.kind == EValue::Property)
+            Report(Code::ClosureOfNew, arguments);
+        if (m_version == 0 || m_version >= 805)
+            value.flags &= ~NotConstant;
+    }
+    return value;
+}
+
+SGrammarValue CPhpRules::NewValue(const SGrammarValue& word, const SGrammarValue& type) const
+{
+    SGrammarValue value = word;
+    value.kind = EValue::Other;
+    const bool constant = type.kind == EValue::Name && (m_version == 0 || m_version >= 801);
+    value.flags = static_cast<std::uint16_t>(constant ? HasNew : NotConstant);
+    return value;
+}
+
+SGrammarValue CPhpRules::NewValue(const SGrammarValue& word, const SGrammarValue& type,
+                                  const SGrammarValue& arguments)
+{
+    SGrammarValue value = NewValue(word, type);
+    value.kind = EValue::NewObject;
+    if (arguments.flags & AsCallable)
+        Report(Code::ClosureOfNew, arguments);
+    if (arguments.flags & (NotConstant | Unpacked)) {
+        value.flags |= NotConstant;
+        value.bad = arguments.bad;
+    }
+    return value;
+}
+
+SGrammarValue CPhpRules::ClassConstant(const SGrammarValue& base, const SGrammarValue& colons,
+                                       const SGrammarValue& name)
+{
+    CheckBase(base, colons, false);
+    SGrammarValue value = base;
+    value.kind = EValue::ClassConstant;
+    value.extra = 0;
+    value.flags &= NotConstant | HasNew;
+    const bool isStatic = m_tokens[base.first].kind == K::Static && base.first + 1 == colons.first;
+    // A value that is worked out later asks for its class later.
+    const bool inClassBody = Class() && Class()->depth == m_functions.size();
+    if ((base.kind == EValue::Name || isStatic) && Function().inBody && !inClassBody)
+        CheckClassWord(base.first);
+    if (isStatic) {
+        value.flags |= NotConstant;
+        value.bad = base.first;
+    } else if (base.kind != EValue::Name) {
+        value.flags |= NotConstant;
+        value.bad = colons.first;
+        if (IsWord(name.first, L"class"))
+            Needs(800, name);
+    }
+    return value;
+}
+
+SGrammarValue CPhpRules::StaticProperty(const SGrammarValue& base, const SGrammarValue& colons,
+                                        const SGrammarValue& /*name*/)
+{
+    CheckBase(base, colons, false);
+    if (base.kind == EValue::Name || m_tokens[base.first].kind == K::Static)
+        CheckClassWord(base.first);
+    SGrammarValue value = Computed(base);
+    value.kind = EValue::StaticProperty;
+    value.bad = colons.first;
+    return value;
+}
+
+SGrammarValue CPhpRules::DynamicMember(const SGrammarValue& base, const SGrammarValue& colons)
+{
+    SGrammarValue value = StaticProperty(base, colons, base);
+    value.kind = EValue::DynamicMember;
+    // A method could always be called so; a constant has a name of its own before 8.3.
+    if (m_version != 0 && m_version < 803)
+        m_pending.push_back({Code::TooNew, colons.first});
+    return value;
+}
+
+void CPhpRules::ClassReference(const SGrammarValue& name)
+{
+    CheckClassWord(name.first);
+}
+
+} // namespace Kesh::CodeAnalyzer

@@ -1,0 +1,90 @@
+#pragma once
+
+#include "Kesh/SyntaxParser/ITokenSource.h"
+#include "SyntaxParser/PhpLexer.h"
+
+#include <cstdint>
+#include <vector>
+
+namespace Kesh::SyntaxParser {
+
+/// Hands on the tokens that the lexer cuts, as PHP's grammar knows them: compound operators and casts in one
+/// piece, the code inside strings and attributes cut as well. Linear in the text.
+class CPhpTokenWriter
+{
+public:
+    /// With no handlers nothing is to be called but IsWanted().
+    CPhpTokenWriter(std::wstring_view text, std::vector<ITokenHandler*> handlers);
+
+    bool IsWanted() const { return !m_handlers.empty(); }
+
+    /// The place of what is written next: a line and where its characters begin.
+    void Seek(std::int64_t line, const wchar_t* lineStart)
+    {
+        m_line = line;
+        m_lineStart = lineStart;
+    }
+    /// A token that the lexer has cut, of a kind other than Count.
+    void Write(EPhpTokenKind kind, const wchar_t* begin, const wchar_t* end);
+    /// The tokens of a stretch of code without strings, which the scanner has cut as one.
+    void WriteStretch(const wchar_t* begin, const wchar_t* end);
+    /// A string from its prefix on; its content ends at `close`, the limit when there is no closing quote.
+    void WriteString(const wchar_t* begin, const wchar_t* content, const wchar_t* close);
+    /// `begin` is its prefix or `<<<`.
+    void WriteHeredoc(const wchar_t* begin, const CPhpLexer::SHeredoc& heredoc);
+    /// Only a comment that does not end, or that begins with `#[`, is anything to the grammar.
+    void WriteComment(const wchar_t* begin, const wchar_t* end);
+    /// From `#[` to its `]`.
+    void WriteAttribute(const wchar_t* begin, const wchar_t* end);
+    void Finish();
+
+private:
+    /// What surrounds a place inside of a string or an attribute.
+    struct SMode
+    {
+        enum EKind : std::uint8_t { Code, Quoted, Heredoc } kind = Code;
+        wchar_t closing = L'\0';            ///< the quote, or the bracket that ends the code
+        std::uint32_t open = 0;             ///< brackets of that kind open in the code
+        CPhpLexer::SHeredoc heredoc{};      ///< body and closing label
+        const wchar_t* indentEnd = nullptr; ///< where the closing label's indentation ends, after `indent`
+        const wchar_t* indent = nullptr;    ///< null: lines need no indentation
+        bool plain = false;                 ///< a here-document without code
+    };
+
+    void Put(EPhpTokenKind kind, const wchar_t* begin, const wchar_t* end);
+    void PutLines(EPhpTokenKind kind, const wchar_t* begin, const wchar_t* end);
+    void PutText(EPhpTokenKind kind, const wchar_t* begin, const wchar_t* end);
+    void Pass(const wchar_t* begin, const wchar_t* end);
+    void WriteOne(EPhpTokenKind kind, const wchar_t* begin, const wchar_t* end);
+    void WriteHtml(const wchar_t* begin, const wchar_t* end);
+    void CountHalt(EPhpTokenKind kind);
+
+    const wchar_t* CastEnd(const wchar_t* begin, EPhpTokenKind& kind) const;
+    bool BeginsEnum(const wchar_t* p) const;
+    bool LimitsWriting(const wchar_t* p) const;
+    bool PrecedesVariable(const wchar_t* p) const;
+
+    void WriteMixed(SMode mode, const wchar_t* p, const wchar_t* end);
+    const wchar_t* StepCode(const wchar_t* p, const wchar_t* end);
+    const wchar_t* StepText(const wchar_t* p, const wchar_t* end);
+    const wchar_t* OpenString(const wchar_t* p, const wchar_t* content, const wchar_t* end);
+    const wchar_t* OpenHeredoc(const wchar_t* p, const wchar_t* after);
+    SMode BeginHeredoc(const wchar_t* begin, const CPhpLexer::SHeredoc& heredoc);
+    const wchar_t* CheckIndent(const SMode& mode, const wchar_t* line);
+    const wchar_t* WriteCode(const wchar_t* p, const wchar_t* end);
+    const wchar_t* WriteOffset(const wchar_t* p, const wchar_t* end);
+
+    std::vector<ITokenHandler*> m_handlers;
+    CPhpLexer m_lexer; ///< cuts what lies inside of strings
+    const wchar_t* m_text;
+    const wchar_t* m_limit;
+    const wchar_t* m_lineStart;
+    std::int64_t m_line = 0;
+    const wchar_t* m_written; ///< what begins before has been written
+    EPhpTokenKind m_last = EPhpTokenKind::End;
+    std::vector<SMode> m_modes;
+    int m_halt = 0;            ///< tokens still due after __halt_compiler; -1: what follows is data
+    bool m_badHeredoc = false; ///< one inside of a string did not end: nor does the next
+};
+
+} // namespace Kesh::SyntaxParser
