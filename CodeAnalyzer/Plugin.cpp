@@ -41,6 +41,16 @@ IErrorsSource* CodeAnalyzerGetErrorsSource(ICAComponent* component)
     return Own(component)->GetErrorsSource();
 }
 
+IGrammarCheck* CodeAnalyzerGetGrammarCheck(ICAComponent* component)
+{
+    return Own(component)->GetGrammarCheck();
+}
+
+IErrorDetails* CodeAnalyzerGetErrorDetails(ICAComponent* component)
+{
+    return Own(component)->GetErrorDetails();
+}
+
 ICustomNames* CodeAnalyzerGetCustomNames(ICAComponent* component)
 {
     return Own(component)->GetHtmlCustomItemsKeeper();

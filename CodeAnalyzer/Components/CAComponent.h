@@ -1,8 +1,10 @@
 #pragma once
 
 #include "Components/CADocManager.h"
+#include "Components/CAErrorDetails.h"
 #include "Components/CAErrorsManager.h"
 #include "Components/CAErrorsSource.h"
+#include "Components/CAGrammarCheck.h"
 #include "Components/CAParserHelper.h"
 #include "Components/CAProjectHandler.h"
 #include "Kesh/CodeAnalyzer/ICAComponent.h"
@@ -40,6 +42,8 @@ public:
 
     /// Null before InitComponent().
     CCAErrorsBar* GetErrorsBar() { return m_errorsBar; }
+    IGrammarCheck* GetGrammarCheck() { return &m_grammarCheck; }
+    IErrorDetails* GetErrorDetails() { return &m_errorDetails; }
     IErrorsSource* GetErrorsSource() { return &m_errorsSource; }
     /// The open project when `project` is non-zero, else the document that the user works in.
     void DoCheck(int project);
@@ -55,11 +59,13 @@ private:
     CParserHelper m_parserHelper;
     std::int64_t m_errorsBarHandle = 0;
     CCAErrorsBar* m_errorsBar = nullptr;
+    CCAGrammarCheck m_grammarCheck; ///< outlives those that check
     CCADocManager m_docManager;
     CCAProjectHandler m_projectHandler;
     SDK::IImageList* m_imageList = nullptr;
     CHtmlCustomItemsKeeper m_customItems;
     CErrorsSource m_errorsSource{m_errorsManager};
+    CErrorDetails m_errorDetails{m_grammarCheck};
 };
 
 } // namespace Kesh::CodeAnalyzer

@@ -15,6 +15,7 @@
 namespace Kesh::CodeAnalyzer {
 
 class CCACheckWorkers;
+class CCAGrammarCheck;
 
 /// Gives each open document of a checkable kind its checker. GUI thread.
 class CCADocManager : public boost::signals2::trackable
@@ -51,6 +52,9 @@ public:
     void CheckCancelledLater();
     /// Checks all documents again after the usual delay.
     void CheckAllLater();
+    /// What the host wants of the grammar check; for documents that are created afterwards. Null: nothing.
+    void SetGrammarCheck(const CCAGrammarCheck* grammarCheck) { m_grammarCheck = grammarCheck; }
+    const CCAGrammarCheck* GetGrammarCheck() const { return m_grammarCheck; }
     SyntaxParser::CDefRegions* GetDefRegions() const { return m_defs; }
     /// The checks that run, whoever has started them.
     const std::shared_ptr<CCACheckWorkers>& GetWorkers() const { return m_workers; }
@@ -61,6 +65,7 @@ private:
     std::vector<boost::shared_ptr<CCADocParser>> m_checkers;
     CCAErrorsManager* m_errorsManager = nullptr;
     CHtmlCustomItemsKeeper* m_customItems = nullptr;
+    const CCAGrammarCheck* m_grammarCheck = nullptr;
     std::shared_ptr<CCACheckWorkers> m_workers;
     std::function<void(const std::wstring&)> m_closedHandler;
 };

@@ -91,6 +91,12 @@ void CCADocParser::DestroyPtr()
     m_closed = true;
 }
 
+void CCADocParser::FollowGrammar(const CCAGrammarCheck* wanted)
+{
+    if (m_check)
+        m_check->FollowGrammar(wanted);
+}
+
 void CCADocParser::SetWorkers(std::shared_ptr<CCACheckWorkers> workers)
 {
     m_workers = std::move(workers);

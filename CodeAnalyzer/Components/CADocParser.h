@@ -18,6 +18,7 @@ namespace Kesh::CodeAnalyzer {
 
 class CCACheckWorkers;
 class CCADocumentCheck;
+class CCAGrammarCheck;
 class CCAErrorsManager;
 class CHtmlCustomItemsKeeper;
 
@@ -44,6 +45,9 @@ public:
     void DestroyPtr();
     /// Shares the register of running checks; without it the checker keeps one for itself.
     void SetWorkers(std::shared_ptr<CCACheckWorkers> workers);
+
+    /// Has the grammar check take part when the host wants it. Once, before the first check.
+    void FollowGrammar(const CCAGrammarCheck* wanted);
 
     void OnTextChange(Editor::IDocBuffer::IChangeContext* context);
     void OnTimer() override;

@@ -74,6 +74,12 @@ void CCADocumentCheck::AddCheckers(SDK::IApplication* application, SyntaxParser:
         semantic->SetEnabled(true);
 }
 
+void CCADocumentCheck::FollowGrammar(const CCAGrammarCheck* wanted)
+{
+    if (m_phpParser)
+        m_phpParser->FollowGrammar(*m_document, wanted);
+}
+
 void CCADocumentCheck::SetCancelFlag(TCancelFlag cancelled)
 {
     m_cancelled = std::move(cancelled);

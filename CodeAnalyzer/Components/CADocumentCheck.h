@@ -15,6 +15,7 @@ class CSimpleReader;
 namespace Kesh::CodeAnalyzer {
 
 class CCADocParser;
+class CCAGrammarCheck;
 class CCAErrorsManager;
 class CCssSyntaxChecker;
 class CHtmlCustomItemsKeeper;
@@ -39,6 +40,8 @@ public:
                                                         CHtmlCustomItemsKeeper* customItems);
     ~CCADocumentCheck();
 
+    /// Has the grammar check take part when the host wants it; `wanted` may be null. Once.
+    void FollowGrammar(const CCAGrammarCheck* wanted);
     /// Takes the source's text as it is now; errors will be reported under `path`. GUI thread.
     void TakeSnapshot(SyntaxParser::ISPDocument& source, const std::wstring& path);
     /// Checks the last snapshot; the results are posted to the errors manager. False when the check was given

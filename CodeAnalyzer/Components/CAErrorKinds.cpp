@@ -1,5 +1,7 @@
 #include "Components/CAErrorKinds.h"
 
+#include "Grammar/GrammarMessages.h"
+
 namespace Kesh::CodeAnalyzer {
 
 const char* ErrorMessageKey(std::int32_t code)
@@ -30,8 +32,10 @@ const char* ErrorMessageKey(std::int32_t code)
     case 2002: return "Illegal HTML tag attribute name";
     case 2501: return "Illegal HTML tag name"; // an element name is a tag name in a style sheet too
     case 2502: return "Illegal CSS style attribute name";
-    default: return "Udefined error";
+    default: break;
     }
+    const char* key = GrammarMessageKey(code);
+    return key ? key : "Udefined error";
 }
 
 } // namespace Kesh::CodeAnalyzer

@@ -41,6 +41,7 @@ void CParserHelper::ParsecurrentDoc()
     const CCACheckWorkers::CCheck turn(*workers, path);
     if (!check || !turn)
         return;
+    check->FollowGrammar(m_docManager ? m_docManager->GetGrammarCheck() : nullptr);
     m_errorsManager->DeliverPosted();
     m_errorsManager->RemoveErrors(path);
     check->TakeSnapshot(*source, path);

@@ -364,6 +364,7 @@ bool CCAProjectHandler::CheckFile(IParserComponent& parser, const std::wstring& 
     CPhpSyntaxParser phpParser(document->GetDefRegions(), m_errorsManager);
     phpParser.SteFileName(file);
     phpParser.InitParser(document);
+    phpParser.FollowGrammar(*document, m_docManager ? m_docManager->GetGrammarCheck() : nullptr);
     document->Parse(true);
     return true;
 }
@@ -378,6 +379,7 @@ bool CCAProjectHandler::CheckClosed(IParserComponent& parser, const std::wstring
         return true;
     const auto complete = CCADocumentCheck::CreateOver(m_application, document, m_errorsManager,
                                                        m_component->GetHtmlCustomItemsKeeper());
+    complete->FollowGrammar(m_docManager ? m_docManager->GetGrammarCheck() : nullptr);
     complete->SetCancelFlag(m_cancelled);
     complete->Run();
     return true;

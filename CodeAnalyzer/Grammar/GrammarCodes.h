@@ -87,7 +87,6 @@ enum ECode : std::int32_t {
     PropertyTwice = 1157,
     ConstantTwice = 1158,
     FunctionTwice = 1159,
-    ClassTwice = 1160,
     ReservedName = 1161,
     ParameterTwice = 1162,
     ReservedVariable = 1163,

@@ -11,6 +11,7 @@ namespace Kesh::CodeAnalyzer {
 struct SGrammarDiagnostic
 {
     SCAError error;
+    bool stopsParse = true; ///< false: a rule is broken that the grammar does not know
     /// The first token with which no correct program goes on; it may lie behind the place of the error.
     SyntaxParser::CIterator stop;
     /// Where the check has found its feet again: what lies between is about the same mistake.

@@ -275,6 +275,7 @@ void CPhpGrammarChecker::AddRuleReports()
         const std::uint32_t token = std::min(report.token, m_tokens.Count() - 1);
         Add(report.code, m_tokens.Span(token), token);
         SGrammarDiagnostic& diagnostic = m_diagnostics.back();
+        diagnostic.stopsParse = false;
         diagnostic.resumed = m_tokens.Span(token).end;
         if (report.related != NoToken) {
             diagnostic.related = m_tokens.Span(report.related);

@@ -44,6 +44,13 @@ bool CPhpGrammarChecker::Follow(SyntaxParser::ISPDocument& document)
     return source != nullptr;
 }
 
+void CPhpGrammarChecker::Expect(bool wanted, std::int32_t version)
+{
+    m_wanted = wanted;
+    m_version = version;
+    m_complete = false;
+}
+
 void CPhpGrammarChecker::BeginTokens()
 {
     m_tokens.Clear();
@@ -54,7 +61,8 @@ void CPhpGrammarChecker::BeginTokens()
     m_skip = {};
     m_next = m_resumed = 0;
     m_stops = m_trials = 0;
-    m_stalled = m_dead = m_ended = false;
+    m_stalled = m_ended = m_complete = false;
+    m_dead = !m_wanted;
 }
 
 void CPhpGrammarChecker::AddToken(const SPhpToken& token)
@@ -71,6 +79,9 @@ void CPhpGrammarChecker::AddToken(const SPhpToken& token)
 
 void CPhpGrammarChecker::EndTokens(CIterator end)
 {
+    if (!m_wanted)
+        return;
+    m_complete = true;
     if (!m_dead) {
         SPhpToken token;
         token.start = token.end = end;

@@ -31,10 +31,13 @@ public:
     /// Follows the document's tokens from now on; false when its host hands none on. Lives as long as the
     /// document is parsed.
     bool Follow(SyntaxParser::ISPDocument& document);
-    /// As IGrammarCheck::SetPhpVersion(), for passes that begin afterwards.
-    void SetPhpVersion(std::int32_t version) { m_version = version; }
+    /// Before each pass: whether to check it, and for which version, as IGrammarCheck::SetPhpVersion() takes
+    /// it.
+    void Expect(bool wanted, std::int32_t version);
+    /// Whether the expected pass has been checked to its end.
+    bool HasVerdict() const { return m_wanted && m_complete; }
 
-    /// What the last pass has found, in document order.
+    /// What that pass has found, in document order.
     const std::vector<SGrammarDiagnostic>& Diagnostics() const { return m_diagnostics; }
 
     void BeginTokens() override;
@@ -97,6 +100,8 @@ private:
     void AddRuleReports();
 
     std::int32_t m_version = 0;
+    bool m_wanted = false;
+    bool m_complete = false;
     CGrammarTokens m_tokens;
     std::unique_ptr<SParse> m_parse;
     std::unique_ptr<SParse> m_trial;

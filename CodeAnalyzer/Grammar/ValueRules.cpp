@@ -83,8 +83,8 @@ SGrammarValue CPhpRules::ClosureValue(const SGrammarValue& first) const
 SGrammarValue CPhpRules::Ternary(const SGrammarValue& condition, const SGrammarValue& mark,
                                  const SGrammarValue& then, const SGrammarValue& otherwise)
 {
-    if (condition.kind == EValue::Ternary || condition.kind == EValue::ShortTernary)
-        Gone(800, mark);
+    if (m_version >= 800 && (condition.kind == EValue::Ternary || condition.kind == EValue::ShortTernary))
+        Report(Code::NestedTernary, mark);
     SGrammarValue value = Binary(Binary(condition, then), otherwise);
     value.kind = EValue::Ternary;
     return value;
@@ -93,8 +93,8 @@ SGrammarValue CPhpRules::Ternary(const SGrammarValue& condition, const SGrammarV
 SGrammarValue CPhpRules::ShortTernary(const SGrammarValue& condition, const SGrammarValue& mark,
                                       const SGrammarValue& otherwise)
 {
-    if (condition.kind == EValue::Ternary)
-        Gone(800, mark);
+    if (m_version >= 800 && condition.kind == EValue::Ternary)
+        Report(Code::NestedTernary, mark);
     SGrammarValue value = Binary(condition, otherwise);
     value.kind = EValue::ShortTernary;
     return value;

@@ -1,6 +1,9 @@
 #include "Parsers/PhpSyntaxParser.h"
 
 #include "Components/CAErrorsManager.h"
+#include "Components/CAGrammarCheck.h"
+#include "Grammar/PhpGrammarChecker.h"
+#include "Grammar/RecordMerge.h"
 #include "Parsers/ClassParser.h"
 #include "Parsers/CompoundStatementParser.h"
 #include "Parsers/ConstExpressionParser.h"
@@ -102,6 +105,17 @@ template <class TParser> TParser* CPhpSyntaxParser::AddParser()
     return parser;
 }
 
+void CPhpSyntaxParser::FollowGrammar(ISPDocument& document, const CCAGrammarCheck* wanted)
+{
+    if (!wanted)
+        return;
+    auto grammar = std::make_unique<CPhpGrammarChecker>();
+    if (!grammar->Follow(document))
+        return;
+    m_grammar = std::move(grammar);
+    m_grammarWanted = wanted;
+}
+
 void CPhpSyntaxParser::SteFileName(const std::wstring& name)
 {
     m_fileName = name;
@@ -136,6 +150,8 @@ bool CPhpSyntaxParser::BeforeParse(const STextChange& change, boost::shared_ptr<
     m_redeliver = m_delivering = m_taken = false;
     for (CStatementParser* parser : m_parsers)
         parser->BeforeParse(change);
+    if (m_grammar)
+        m_grammar->Expect(m_grammarWanted->IsEnabled(), m_grammarWanted->GetPhpVersion());
     return true;
 }
 
@@ -146,6 +162,8 @@ void CPhpSyntaxParser::AfterParse()
     // What the text has left unfinished is nothing to the next pass, which may see another text.
     m_suspended.clear();
     m_active = nullptr;
+    if (m_grammar && m_grammar->HasVerdict())
+        MergeRecords(m_errors, m_grammar->Diagnostics());
     if (!m_errors.empty())
         m_errorsManager->AddErrors(m_fileName, m_errors);
 }

@@ -13,6 +13,8 @@
 namespace Kesh::CodeAnalyzer {
 
 class CCAErrorsManager;
+class CCAGrammarCheck;
+class CPhpGrammarChecker;
 class CStatementParser;
 
 /// The PHP checker of one document: gives each region to the statement parser that owns the current
@@ -51,6 +53,9 @@ public:
     void InitParser(boost::shared_ptr<SyntaxParser::ISPDocument> document);
     void InitParser(boost::shared_ptr<SyntaxParser::IParser> parser,
                     boost::shared_ptr<SyntaxParser::IReader> reader);
+    /// Lets the grammar check of the document take part in each pass for which the host asks for it. `wanted`
+    /// is not owned. Call once, after InitParser(), if the document's host hands its tokens on.
+    void FollowGrammar(SyntaxParser::ISPDocument& document, const CCAGrammarCheck* wanted);
     /// The file under whose name errors are reported.
     void SteFileName(const std::wstring& name);
 
@@ -71,9 +76,11 @@ private:
     int m_skipToEnd = 0;
     int m_inPhp = 0;
     std::vector<CStatementParser*> m_suspended;
-    bool m_redeliver = false;  ///< the ending region still has to reach what was resumed
-    bool m_delivering = false; ///< a loop that does so runs further down the stack
-    bool m_taken = false;      ///< what was resumed has offered the region, or has ended with it
+    bool m_redeliver = false;                      ///< the ending region still has to reach what was resumed
+    bool m_delivering = false;                     ///< a loop that does so runs further down the stack
+    std::unique_ptr<CPhpGrammarChecker> m_grammar; ///< null: there is none
+    const CCAGrammarCheck* m_grammarWanted = nullptr;
+    bool m_taken = false; ///< what was resumed has offered the region, or has ended with it
 };
 
 } // namespace Kesh::CodeAnalyzer

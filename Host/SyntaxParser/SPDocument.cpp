@@ -107,12 +107,8 @@ class CSPDocument final : public ISPDocument
 public:
     CSPDocument(boost::shared_ptr<IReader> reader, const SDocumentSource& source)
         : m_reader(std::move(reader)),
-<<<<<<< HEAD
           m_parser(boost::make_shared<CDocumentParser>(m_reader)),
-=======
-          m_parser(boost::make_shared<CDocumentParser>()),
           m_tokenSource(boost::make_shared<CTokenSource>()),
->>>>>>> 3224095 (Hand PHP's tokens on beside the regions, and check them against the whole grammar)
           m_source(source)
     {
     }
@@ -194,15 +190,10 @@ private:
             parts.emplace_back(handler);
             handlers.push_back(parts.back().IsWhole() ? handler : &parts.back());
         }
-<<<<<<< HEAD
         if (m_source.factory != CssFactory &&
-            !CPhpScanner(text, handlers).Run(m_semanticParser.IsEnabled() ? &islands : nullptr, m_cancelled))
+            !CPhpScanner(text, handlers, m_tokenSource->Handlers())
+                 .Run(m_semanticParser.IsEnabled() ? &islands : nullptr, m_cancelled))
             return false;
-=======
-        if (m_source.factory != CssFactory)
-            CPhpScanner(text, handlers, m_tokenSource->Handlers())
-                .Run(m_semanticParser.IsEnabled() ? &islands : nullptr);
->>>>>>> 3224095 (Hand PHP's tokens on beside the regions, and check them against the whole grammar)
         for (IStateRegionHandler* handler : handlers) {
             handler->SendRegsEnd();
             handler->AfterParse();

@@ -3,6 +3,8 @@
 #include "Kesh/Base/Export.h"
 #include "Kesh/CodeAnalyzer/ICAComponent.h"
 #include "Kesh/CodeAnalyzer/ICustomNames.h"
+#include "Kesh/CodeAnalyzer/IErrorDetails.h"
+#include "Kesh/CodeAnalyzer/IGrammarCheck.h"
 #include "Kesh/CodeAnalyzer/SCAError.h"
 #include "Kesh/SDK/ICommand.h"
 
@@ -45,9 +47,13 @@ KESH_EXPORT void CodeAnalyzerDestroy(Kesh::CodeAnalyzer::ICAComponent* component
 /// name.
 KESH_EXPORT Kesh::SDK::ICommand* CodeAnalyzerCreateCommand(Kesh::CodeAnalyzer::ICAComponent* component,
                                                            const char* className);
-/// Both owned by the component.
+/// All owned by the component.
 KESH_EXPORT Kesh::CodeAnalyzer::IErrorsSource*
 CodeAnalyzerGetErrorsSource(Kesh::CodeAnalyzer::ICAComponent* component);
 KESH_EXPORT Kesh::CodeAnalyzer::ICustomNames*
 CodeAnalyzerGetCustomNames(Kesh::CodeAnalyzer::ICAComponent* component);
+KESH_EXPORT Kesh::CodeAnalyzer::IGrammarCheck*
+CodeAnalyzerGetGrammarCheck(Kesh::CodeAnalyzer::ICAComponent* component);
+KESH_EXPORT Kesh::CodeAnalyzer::IErrorDetails*
+CodeAnalyzerGetErrorDetails(Kesh::CodeAnalyzer::ICAComponent* component);
 }

@@ -1,0 +1,90 @@
+#include "Components/CAErrorDetails.h"
+
+#include "Base/HostComponent.h"
+#include "Grammar/PhpGrammarChecker.h"
+#include "Kesh/SyntaxParser/IParserComponent.h"
+#include "Parsers/ErrorCodes.h"
+#include "SPBase/reader.h"
+
+#include <algorithm>
+#include <boost/make_shared.hpp>
+#include <boost/pointer_cast.hpp>
+
+namespace Kesh::CodeAnalyzer {
+
+using SyntaxParser::CIterator;
+using SyntaxParser::ITokenSource;
+
+namespace {
+
+/// Follows where each token ends, to find the end of what stands before an error.
+class CTokenEnds final : public SyntaxParser::ITokenHandler
+{
+public:
+    void BeginTokens() override { m_ends.clear(); }
+    void AddToken(const SyntaxParser::SPhpToken& token) override { m_ends.push_back(token.end); }
+    void EndTokens(CIterator /*end*/) override {}
+
+    /// The end of the last token before a place; the place itself when there is none.
+    CIterator Before(CIterator place) const
+    {
+        const auto after = std::upper_bound(m_ends.begin(), m_ends.end(), place);
+        return after == m_ends.begin() ? place : *(after - 1);
+    }
+
+private:
+    std::vector<CIterator> m_ends;
+};
+
+/// What the statement parsers find missing before the place of their error.
+const wchar_t* MissingText(std::int32_t code)
+{
+    switch (code) {
+    case MissingSemicolon: return L";";
+    case MissingBrace: return L"{";
+    default: return nullptr;
+    }
+}
+
+bool IsSame(const SCAError& a, const SCAError& b)
+{
+    return a.code == b.code && a.pos == b.pos;
+}
+
+} // namespace
+
+std::vector<SErrorDetails> CErrorDetails::GetDetails(const std::wstring& path,
+                                                     const std::wstring& factoryName,
+                                                     const std::wstring& text,
+                                                     const std::vector<SCAError>& errors)
+{
+    std::vector<SErrorDetails> details;
+    if (!m_application || errors.empty())
+        return details;
+    auto parser = Base::GetHostComponent<SyntaxParser::IParserComponent>(m_application, L"IParserComponent");
+    const auto document =
+        parser->CreateDocument(boost::make_shared<SyntaxParser::CSimpleReader>(text), path, factoryName);
+    CPhpGrammarChecker grammar;
+    CTokenEnds ends;
+    if (!document || !grammar.Follow(*document))
+        return details;
+    boost::dynamic_pointer_cast<ITokenSource>(document->GetComponent(L"ITokenSource").lock())
+        ->AddTokenHandler(&ends);
+    grammar.Expect(true, m_grammarCheck.GetPhpVersion());
+    document->Parse(true);
+
+    for (const SCAError& error : errors) {
+        const auto found = std::find_if(grammar.Diagnostics().begin(), grammar.Diagnostics().end(),
+                                        [&](const SGrammarDiagnostic& d) { return IsSame(d.error, error); });
+        if (found != grammar.Diagnostics().end())
+            details.push_back({error, found->subject, found->related, found->relatedKey, found->insertion,
+                               found->insertAt, found->removable});
+        else if (const wchar_t* missing = MissingText(error.code))
+            details.push_back({error, {}, {}, {}, missing, ends.Before(error.pos.start), false});
+        else if (error.code == OddSemicolon)
+            details.push_back({error, {}, {}, {}, {}, {}, true});
+    }
+    return details;
+}
+
+} // namespace Kesh::CodeAnalyzer
