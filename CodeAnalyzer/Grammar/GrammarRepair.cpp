@@ -18,7 +18,7 @@ struct SInsertable
 constexpr std::array<SInsertable, 31> Insertables{{
     {K::Semicolon, 20},  {K::CloseRound, 20},  {K::CloseSquare, 20}, {K::Comma, 22},
     {K::CloseBrace, 26}, {K::OpenBrace, 24},   {K::OpenRound, 24},   {K::OpenSquare, 32},
-    {K::Colon, 26},      {K::DoubleArrow, 28}, {K::Assign, 28},      {K::Dot, 30},
+    {K::Colon, 26},      {K::DoubleArrow, 28}, {K::Assign, 28},      {K::Dot, 26},
     {K::Variable, 30},   {K::Identifier, 32},  {K::Arrow, 34},       {K::DoubleColon, 34},
     {K::Question, 34},   {K::As, 30},          {K::While, 30},       {K::Function, 34},
     {K::Class, 36},      {K::Quote, 40},       {K::Catch, 40},       {K::Case, 40},
@@ -27,9 +27,10 @@ constexpr std::array<SInsertable, 31> Insertables{{
 }};
 constexpr int DropCost = 27;
 constexpr int DoubledCost = 10;
-constexpr int ReplaceCost = 18; // on top of what is inserted
-constexpr int CloserCost = 4;   // for each further one
-constexpr int LineCost = 12;    // what a line break makes likelier or less likely
+constexpr int ReplaceCost = 22; // on top of what is inserted
+constexpr int PairCost = 46;
+constexpr int CloserCost = 4; // for each further one
+constexpr int LineCost = 12;  // what a line break makes likelier or less likely
 
 bool ClosesSomething(K kind)
 {
@@ -53,7 +54,10 @@ public:
         Try({}, 1, m_stop.sameAsBefore ? DoubledCost : DropCost);
         Try({}, 2, DropCost + DropCost / 2);
         for (const auto& [kind, cost] : Insertables)
-            Try({kind}, 1, cost + ReplaceCost);
+            Try({kind}, 1, cost + ReplaceCost + LineBreak(kind));
+        Try({K::Colon, K::Variable}, 0, PairCost);
+        for (const K end : {K::Endif, K::Endforeach, K::Endwhile, K::Endfor, K::Endswitch})
+            Try({end, K::Semicolon}, 0, PairCost);
         return m_best;
     }
 

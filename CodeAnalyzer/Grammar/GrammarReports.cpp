@@ -130,7 +130,7 @@ void CPhpGrammarChecker::ReportRepair(std::uint32_t stop, const SGrammarRepair& 
         Add(Code::StringWithoutEnd, m_tokens.Span(stop - 1), stop);
         return;
     }
-    if (repair.inserted.empty())
+    if (repair.inserted.empty() || repair.dropped > 0)
         ReportOdd(stop);
     else
         ReportMissing(repair.inserted.front(), stop, open);

@@ -26,6 +26,11 @@ bool IsWord(EPhpTokenKind kind)
            kind == EPhpTokenKind::MagicConstant;
 }
 
+bool BeginsSomething(EPhpTokenKind kind)
+{
+    return IsWord(kind) || kind == EPhpTokenKind::Variable || kind == EPhpTokenKind::Identifier;
+}
+
 } // namespace
 
 CPhpGrammarChecker::CPhpGrammarChecker()
@@ -185,8 +190,10 @@ bool CPhpGrammarChecker::Feed(SParse& parse, std::uint32_t token)
 // What no PHP holds is told, and taken for what it was meant to be.
 bool CPhpGrammarChecker::PushBad(SParse& parse, std::uint32_t token)
 {
-    if (&parse == m_parse.get() && token >= m_resumed)
+    if (&parse == m_parse.get() && token >= m_resumed) {
         ReportLexical(token);
+        m_resumed = token + 1;
+    }
     const K kind = m_tokens[token].kind;
     switch (kind) {
     case K::BadNumber: PushKind(parse, K::Number, token); break;
@@ -303,9 +310,9 @@ SGrammarStop CPhpGrammarChecker::DescribeStop(std::uint32_t stop,
         case K::OpenSquare:
         case K::AttributeStart: result.closers.push_back(K::CloseSquare); break;
         default:
-            // What is indented deeper than the block still belongs to it.
-            if (result.leadsLine && m_tokens[stop].kind != K::End &&
-                m_tokens[stop].column > IndentOf(m_tokens, *bracket))
+            // What stands on a line of the block, or is indented deeper than it, still belongs to it.
+            if (BeginsSomething(m_tokens[stop].kind) &&
+                (!result.leadsLine || m_tokens[stop].column > IndentOf(m_tokens, *bracket)))
                 return result;
             result.closers.push_back(K::CloseBrace);
             break;
@@ -319,7 +326,11 @@ void CPhpGrammarChecker::ResolveByRepair(std::uint32_t stop)
     const std::vector<std::uint32_t> open = OpenBrackets(m_tokens, stop);
     const SGrammarRepair repair = FindRepair(m_parse->parser.Probe(), DescribeStop(stop, open));
     constexpr std::uint32_t settled = 4;
-    const bool follows = m_stops > 1 && stop < m_resumed + settled;
+    // What comes so soon is about the same mistake; so is what is missing where __halt_compiler stands too
+    // early.
+    const bool halted =
+        m_tokens[stop].kind == K::End && stop >= 4 && m_tokens[stop - 4].kind == K::HaltCompiler;
+    const bool follows = halted || (m_resumed > 0 && stop < m_resumed + settled);
     if (repair.accepted == 0) {
         if (!follows)
             ReportUnrepaired(stop, open);

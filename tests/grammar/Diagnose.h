@@ -1,0 +1,30 @@
+#pragma once
+
+#include "Grammar/GrammarDiagnostic.h"
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace Kesh::Tests {
+
+/// What the grammar check says of a text in UTF-8, through the real lexer. Version as IGrammarCheck takes it.
+std::vector<CodeAnalyzer::SGrammarDiagnostic> Diagnose(std::string_view text, int version = 0);
+/// The same as "code line:column-line:column", 0-based, joined by blanks; "<?php " is put before a text that
+/// has no tag, and does not count.
+std::string Describe(std::string_view text, int version = 0);
+
+/// What `php -l` says of a file.
+struct SPhpVerdict
+{
+    bool accepts = false;
+    bool parses = false; ///< rejected by PHP's parser, not by a rule of its compiler
+    int line = 0;        ///< of the first error, from 1
+};
+/// Of each file, in order; several at a time.
+std::vector<SPhpVerdict> AskPhp(const std::vector<std::string>& files);
+
+std::string ReadBytes(const std::string& path);
+void WriteBytes(const std::string& path, std::string_view bytes);
+
+} // namespace Kesh::Tests

@@ -1,0 +1,175 @@
+#include "Diagnose.h"
+
+#include <gtest/gtest.h>
+#include <random>
+
+namespace Kesh::Tests {
+
+namespace {
+
+struct SCase
+{
+    const char* text;
+    const char* expected; ///< code and span, 0-based
+};
+
+std::string Repeated(std::string_view piece, std::size_t times)
+{
+    std::string text;
+    text.reserve(piece.size() * times);
+    for (; times > 0; --times)
+        text += piece;
+    return text;
+}
+
+} // namespace
+
+// Where the mistake is and what it is called, each beside something correct that looks like it.
+TEST(Grammar, NamesWhatIsMissingOrTooMuch)
+{
+    static constexpr SCase Cases[]{
+        {"$a = 1\n$b = 2;", "1001 0:5-0:6"},
+        {"$a = 1 ?>x<?php $b = 2;", ""},
+        {"f(1, g(2);\n$b = 3;", "1002 0:8-0:9"},
+        {"if ($a { f(); }", "1002 0:5-0:6"},
+        {"$a = [1, [2];", "1003 0:11-0:12"},
+        {"foreach ($a as $b { }", "1002 0:16-0:17"},
+        {"function f() return 1; }", "1006 0:11-0:12"},
+        {"f($a, , $b);", "1024 0:6-0:7"},
+        {"f($a, $b,);", ""},
+        {"$a = $b +;", "1011 0:9-0:10"},
+        {"$a = $b $c;", "1012 0:6-0:7"},
+        {"$a = 'x' 'y';", "1012 0:7-0:8"},
+        {"class { }", "1013 0:6-0:7"},
+        {"try { } catch (E $) { }", "1014 0:18-0:19"},
+        {"do { } ($a);", "1015 0:5-0:6"},
+        {"f());", "1021 0:3-0:4"},
+        {"$a = 1];", "1022 0:6-0:7"},
+        {"else { }", "1032 0:0-0:4"},
+        {"public $a;", "1033 0:0-0:6"},
+        {"$a = 'abc", "1051 0:5-0:9"},
+        {"f('abc\n$a = 'def';\n", "1051 0:2-1:6"},
+        {"$a = \"x $b[0 y\";", "1056 0:12-0:13"},
+        {"$a = 1__0;", "1055 0:6-0:9"},
+    };
+    for (const auto& [text, expected] : Cases)
+        EXPECT_EQ(Describe(text), expected) << text;
+}
+
+// An unclosed or odd brace is where the indentation says, not where PHP notices.
+TEST(Grammar, FindsBracesByIndentation)
+{
+    static constexpr SCase Cases[]{
+        {"<?php\nfunction f()\n{\n    if ($a) {\n        g();\n    h();\n}\n", "1004 4:11-4:12"},
+        {"<?php\nclass A\n{\n    function f()\n    {\n        g();\n\n    function h()\n    {\n    }\n}\n",
+         "1004 6:4-6:5"},
+        {"<?php\nclass A\n{\n    function f()\n    {\n        g();\n        }\n        h();\n    }\n"
+         "    public function i()\n    {\n    }\n}\n",
+         "1023 6:8-6:9"},
+        {"<?php\nif ($a) {\n  f();\n", "1004 2:5-2:6"},
+    };
+    for (const auto& [text, expected] : Cases)
+        EXPECT_EQ(Describe(text), expected) << text;
+    const auto unclosed = Diagnose(Cases[0].text);
+    ASSERT_EQ(unclosed.size(), 1U);
+    ASSERT_TRUE(unclosed[0].related);
+    EXPECT_EQ(unclosed[0].related->start, (SyntaxParser::CIterator{12, 3}));
+    EXPECT_EQ(unclosed[0].insertion, L"}");
+}
+
+// A second slip is found, and nothing that follows from the first.
+TEST(Grammar, GoesOnAfterAnError)
+{
+    static constexpr SCase Cases[]{
+        {"f(1;\ng();\nh(2;\n", "1002 0:2-0:3 1002 2:2-2:3"},
+        {"$a = ;\n$b = 1;\nif () { f(); }\n", "1011 0:5-0:6 1011 2:4-2:5"},
+        {"foo bar baz quux;\n$a = 1;\n$b = = 2;\n", "1001 0:2-0:3 1025 2:5-2:6"},
+        {"<?php\nclass A {\n  function f( { g(); }\n  function h() { return 1 }\n}\n",
+         "1002 2:12-2:13 1001 3:24-3:25"},
+    };
+    for (const auto& [text, expected] : Cases)
+        EXPECT_EQ(Describe(text), expected) << text;
+}
+
+// Without a version all of them pass; what Debian's PHP cannot judge is judged here.
+TEST(Grammar, KnowsVersions)
+{
+    struct SVersionCase
+    {
+        const char* text;
+        int since; ///< the first version that takes it; 0: the oldest
+        int until; ///< the first that does not any more; 0: none
+    };
+    static constexpr SVersionCase Cases[]{
+        {"class A { const int B = 1; }", 803, 0},
+        {"$a = A::{$b};", 803, 0},
+        {"new readonly class { };", 803, 0},
+        {"function f() { static $a = g(); }", 803, 0},
+        {"class A { public string $b { get => 'x'; set(string $v) { $this->b = $v; } } }", 804, 0},
+        {"class A { public private(set) string $b; }", 804, 0},
+        {"interface A { public string $b { get; } }", 804, 0},
+        {"abstract class A { abstract public string $b { get; } }", 804, 0},
+        {"class A { function __construct(public string $b { get => 'x'; }) { } }", 804, 0},
+        {"$a = new A()->b();", 804, 0},
+        {"$a = new class { }->b;", 804, 0},
+        {"final class A { final public $b = 1; }", 804, 0},
+        {"$a = $b |> strlen(...) |> g(...);", 805, 0},
+        {"(void) f();", 805, 0},
+        {"#[A] const B = 1;", 805, 0},
+        {"class A { const B = static function () { return 1; }; const C = f(...); const D = (int) '1'; }",
+         805, 0},
+        {"$a = clone($b, ['c' => 1]);", 805, 0},
+        {"class A { function __construct(final public $b) { } }", 805, 0},
+        {"enum A: string { case B = 'b'; const C = self::B; }", 801, 0},
+        {"$a = match (true) { $b, $c => 1, default => 2 };", 800, 0},
+        {"$a = $b?->c;", 800, 0},
+        {"function f(int|string $a) { }", 800, 0},
+        {"try { } catch (A) { }", 800, 0},
+        {"$a = fn($x) => $x;", 704, 0},
+        {"[$a, $b] = f();", 701, 0},
+        {"$a = $b ?? $c;", 700, 0},
+        {"use A\\{B, C};", 700, 0},
+        {"$a = [1];", 504, 0},
+        {"$a = $b{0};", 0, 800},
+        {"$a = (real) $b;", 0, 800},
+        {"$a = $b ? 1 : $c ? 2 : 3;", 0, 800},
+        {"class Match { function match() { return match(1); } }", 0, 800},
+        {"$a = & new B;", 0, 700},
+        {"f(&$a);", 0, 504},
+    };
+    for (const auto& [text, since, until] : Cases) {
+        EXPECT_EQ(Describe(text), "") << text;
+        for (const int version : {503, 504, 700, 701, 704, 800, 801, 802, 803, 804, 805}) {
+            const bool valid = version >= since && (until == 0 || version < until);
+            EXPECT_EQ(Describe(text, version).empty(), valid)
+                << version << ": " << text << Describe(text, version);
+        }
+    }
+}
+
+// Any nesting and any bytes: an answer in linear time, on the heap.
+TEST(Grammar, StandsWhateverItIsGiven)
+{
+    constexpr std::size_t many = 1000000;
+    for (const char* piece :
+         {"(",          "[", "{",  "f(",      "\"{$a[",   "if ($a) {", "#[",  "$a = function () {",
+          "<<<A\n{$a[", "}", ")",  "match (", "fn() => ", "class {",   "? :", "/*",
+          "'",          "`", "&$", "new ",    "${"})
+        Diagnose("<?php " + Repeated(piece, many / std::string_view(piece).size()));
+    EXPECT_TRUE(Diagnose("<?php $a = " + Repeated("(", many) + "1" + Repeated(")", many) + ";").empty());
+
+    std::mt19937 random(7);
+    for (int round = 0; round < 300; ++round) {
+        std::string text = "<?php ";
+        static constexpr const char* pieces[]{
+            "$a", "f",  "(",      ")",      "{",  "}",     "[",   "]",    ";",  ",",
+            "=",  "=>", "class",  "public", "if", "else",  "\"",  "'x'",  "{$", "${",
+            "?>", "<?", "<<<X\n", "X\n",    "fn", "match", "use", "case", "::", "->"};
+        for (int i = 0; i < 200; ++i)
+            text += std::string(pieces[random() % std::size(pieces)]) + (random() % 3 ? " " : "\n");
+        for (const auto& diagnostic : Diagnose(text))
+            EXPECT_LE(diagnostic.error.pos.start, diagnostic.error.pos.end) << text;
+    }
+}
+
+} // namespace Kesh::Tests
