@@ -130,7 +130,9 @@ void CPhpGrammarChecker::ReportRepair(std::uint32_t stop, const SGrammarRepair& 
         Add(Code::StringWithoutEnd, m_tokens.Span(stop - 1), stop);
         return;
     }
-    if (repair.inserted.empty() || repair.dropped > 0)
+    if (EndsNumber(stop))
+        Add(Code::BadNumber, {m_tokens.Span(stop - 1).start, m_tokens.Span(stop).end}, stop);
+    else if (repair.inserted.empty() || repair.dropped > 0)
         ReportOdd(stop);
     else
         ReportMissing(repair.inserted.front(), stop, open);
@@ -146,6 +148,13 @@ bool CPhpGrammarChecker::EndsLateString(std::uint32_t stop) const
     const bool isString = before.kind == K::String || before.kind == K::BadEscape;
     return isString && before.text + before.size == m_tokens[stop].text &&
            before.View().find(L'\n') != std::wstring_view::npos;
+}
+
+// Whether the wrong token is what a number was to go on with.
+bool CPhpGrammarChecker::EndsNumber(std::uint32_t stop) const
+{
+    return stop > 0 && m_tokens[stop - 1].kind == K::Number && m_tokens[stop].kind == K::Identifier &&
+           m_tokens[stop - 1].text + m_tokens[stop - 1].size == m_tokens[stop].text;
 }
 
 void CPhpGrammarChecker::ReportMissing(K kind, std::uint32_t stop, const std::vector<std::uint32_t>& open)

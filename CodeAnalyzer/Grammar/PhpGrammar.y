@@ -688,8 +688,8 @@ expr:
 |   expr Shift expr             { $$ = rules.Binary($1, $3); }
 |   expr Additive expr          { $$ = rules.Binary($1, $3); }
 |   expr Multiplicative expr    { $$ = rules.Binary($1, $3); }
-|   expr Power expr             { $$ = rules.Binary($1, $3); }
-|   expr Coalesce expr          { $$ = rules.Binary($1, $3); }
+|   expr Power expr             { rules.Needs(506, $2); $$ = rules.Binary($1, $3); }
+|   expr Coalesce expr          { rules.Needs(700, $2); $$ = rules.Binary($1, $3); }
 |   Additive expr %prec Complement { $$ = rules.Unary($1, $2); }
 |   Not expr                    { $$ = rules.Unary($1, $2); }
 |   Complement expr             { $$ = rules.Unary($1, $2); }

@@ -141,6 +141,10 @@ EPhpTokenKind CPhpGrammarChecker::KindInPlace(const SParse& parse, std::uint32_t
         if (m_version >= 800 || (before != K::Variable && before != K::CloseSquare &&
                                  before != K::CloseBrace && before != K::Identifier && before != K::String))
             return kind;
+        // People write it without a blank; with one it is mostly a body behind a head that was not closed.
+        const SGrammarToken& last = m_tokens[token - 1];
+        if (last.text + last.size != m_tokens[token].text)
+            return kind;
         const CPhpGrammarParser& parser = parse.parser;
         return !parser.Accepts(GrammarSymbol(kind)) && parser.Accepts(OffsetBraceSymbol()) ? K::Count : kind;
     }
@@ -182,6 +186,8 @@ bool CPhpGrammarChecker::Feed(SParse& parse, std::uint32_t token)
             return PushBad(parse, token);
         if (kind == K::OldCast && m_version >= 800)
             parse.rules.Report(Code::TooOld, token);
+        else if (kind == K::Spaceship && m_version != 0 && m_version < 700)
+            parse.rules.Report(Code::TooNew, token);
         return PushKind(parse, kind, token);
     }
     return PushKind(parse, KindInPlace(parse, token), token);

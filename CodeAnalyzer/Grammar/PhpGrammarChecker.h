@@ -95,6 +95,7 @@ private:
     void ReportMissing(K kind, std::uint32_t stop, const std::vector<std::uint32_t>& open);
     void ReportOdd(std::uint32_t stop);
     void ReportLexical(std::uint32_t token);
+    bool EndsNumber(std::uint32_t stop) const;
     bool EndsLateString(std::uint32_t stop) const;
     std::int32_t OddCode(std::uint32_t token) const;
     void AddRuleReports();

@@ -4,12 +4,15 @@
 #include "Application/FilePath.h"
 #include "Base/Exception.h"
 #include "Commands.h"
+#include "Configuration/Composer.h"
 
 #include <filesystem>
 
 namespace Kesh::CommandLine {
 
-Configuration::SConfiguration ConfigurationFor(const SOptions& options)
+namespace {
+
+Configuration::SConfiguration FileFor(const SOptions& options)
 {
     if (options.noConfiguration)
         return {};
@@ -19,6 +22,22 @@ Configuration::SConfiguration ConfigurationFor(const SOptions& options)
     const std::wstring file =
         Configuration::FindConfiguration(Host::PathFromBytes(first == "-" ? options.stdinPath : first));
     return file.empty() ? Configuration::SConfiguration() : Configuration::ReadConfiguration(file);
+}
+
+} // namespace
+
+// What the command line says goes before the settings, and these before what composer.json says.
+Configuration::SConfiguration ConfigurationFor(const SOptions& options)
+{
+    Configuration::SConfiguration configuration = FileFor(options);
+    if (options.noGrammar)
+        configuration.grammar = false;
+    if (options.phpVersion != 0)
+        configuration.phpVersion = options.phpVersion;
+    const std::string& first = options.paths.front();
+    if (!configuration.phpVersion && first != "-")
+        configuration.phpVersion = Configuration::ComposerPhpVersion(Host::PathFromBytes(first));
+    return configuration;
 }
 
 int RunInit(const SOptions& options)

@@ -1,5 +1,7 @@
 #include "Options.h"
 
+#include "Configuration/Configuration.h"
+
 #include "OutputOptions.h"
 
 #include <CLI/CLI.hpp>
@@ -29,6 +31,27 @@ constexpr const char* CheckFooter =
     "\"vendor\" and \"node_modules\" are left out unless named as a PATH. A named file is always checked, as "
     "PHP\n"
     "when its ending is none of these.\n";
+
+/// How PHP is checked.
+void AddPhpOptions(CLI::App& command, SOptions& options)
+{
+    command.add_flag("--no-grammar", options.noGrammar,
+                     "Do not check PHP against its whole grammar, only statement by statement");
+    command
+        .add_option_function<std::string>(
+            "--php-version",
+            [&options](const std::string& text) {
+                const auto version = Configuration::PhpVersionOf(text);
+                if (!version)
+                    throw CLI::ValidationError(
+                        "--php-version", "\"" + text + "\" is no version of PHP from 5.3 on, such as 8.2");
+                options.phpVersion = *version;
+            },
+            "What PHP has to take the files: 8.2 for example. Without it, the version in code-analyzer.json "
+            "or in "
+            "composer.json; else whatever any version takes passes")
+        ->option_text("VERSION");
+}
 
 void AddProjectOptions(CLI::App& check, SOptions& options)
 {
@@ -101,6 +124,7 @@ bool ParseOptions(int argc, char** argv, SOptions& options, int& exitCode)
         ->add_option("--stdin-path", options.stdinPath,
                      "Name that standard input goes by; its ending tells the language (stdin.php)")
         ->option_text("NAME");
+    AddPhpOptions(*check, options);
     AddProjectOptions(*check, options);
     COutputOptions checkOutputs(*check, options);
 
@@ -108,6 +132,7 @@ bool ParseOptions(int argc, char** argv, SOptions& options, int& exitCode)
         "project",
         "Open a folder as a project, check its PHP files, and keep the errors in its .code-analyzer/");
     project->add_option("FOLDER", options.paths, "The project's folder")->required()->expected(1);
+    AddPhpOptions(*project, options);
     COutputOptions projectOutputs(*project, options);
 
     CLI::App* server = app.add_subcommand("language-server",

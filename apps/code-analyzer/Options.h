@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <string>
 #include <vector>
 
@@ -32,7 +33,9 @@ struct SOptions
 
     std::string configuration; ///< a file; empty: the one that is found upwards from the first path
     bool noConfiguration = false;
-    std::string baseline; ///< empty: the one that the configuration names
+    bool noGrammar = false;
+    std::int32_t phpVersion = 0; ///< major * 100 + minor; 0: the project's
+    std::string baseline;        ///< empty: the one that the configuration names
     bool generateBaseline = false;
     bool stdio = true;      ///< the only way to talk to a language server
     bool changed = false;   ///< only what git says has changed

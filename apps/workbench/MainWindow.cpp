@@ -10,6 +10,7 @@
 #include "ErrorWatch.h"
 #include "FileTree.h"
 #include "FindBar.h"
+#include "GrammarChoice.h"
 #include "Languages.h"
 #include "MenuBuilder.h"
 #include "MessageStrip.h"
@@ -144,6 +145,7 @@ void CMainWindow::LoadValidator()
         m_area->GetMessageStrip().Show(QString::fromStdWString(fault.GetMessage()));
         return;
     }
+    ChooseGrammarFor(m_application->Project().GetFolder());
     m_frame.AddBars();
     m_errors = std::make_unique<CErrorWatch>(m_plugin->Errors(), m_plugin->ErrorsManager());
     ArrangeErrorList();
@@ -183,6 +185,18 @@ void CMainWindow::RestartValidator()
     if (hadProject)
         m_application->OpenProject(folder, files);
     m_application->Documents().Resume();
+}
+
+void CMainWindow::ChooseGrammarFor(const std::wstring& folder)
+{
+    CodeAnalyzer::IGrammarCheck* grammar = m_plugin ? m_plugin->GrammarCheck() : nullptr;
+    if (!grammar)
+        return;
+    try {
+        ChooseGrammar(*grammar, m_preferences.GetChoices().grammar, folder);
+    } catch (const Base::CWorkError& fault) {
+        m_area->GetMessageStrip().Show(QString::fromStdWString(fault.GetMessage()));
+    }
 }
 
 void CMainWindow::GiveCustomNames(const SChoices& choices)
@@ -235,6 +249,7 @@ void CMainWindow::OnListed(const std::wstring& folder, const std::vector<std::ws
     } else {
         if (m_errors)
             m_errors->SetChecked(false);
+        ChooseGrammarFor(folder);
         m_application->OpenProject(folder, files);
         m_tree->SetFolder(shown);
         m_preferences.AddRecentProject(shown);
@@ -352,8 +367,8 @@ void CMainWindow::ApplyChoices(const SChoices& choices)
     QApplication::setPalette(MakePalette(choices.appearance, SystemPalette()));
     m_area->ApplyChoices(choices);
     SetErrorColumnWidths(choices.columnWidths);
-    if (m_plugin &&
-        (choices.customTags != old.customTags || choices.customAttributes != old.customAttributes))
+    if (m_plugin && (choices.customTags != old.customTags ||
+                     choices.customAttributes != old.customAttributes || choices.grammar != old.grammar))
         RestartValidator();
 }
 

@@ -72,6 +72,8 @@ private:
     void LoadValidator();
     void UnloadValidator();
     void RestartValidator();
+    /// Also at the start, with an empty folder.
+    void ChooseGrammarFor(const std::wstring& folder);
     void GiveCustomNames(const SChoices& choices);
 
     void NewFile();

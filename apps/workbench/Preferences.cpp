@@ -30,6 +30,7 @@ SChoices CPreferences::GetChoices() const
     choices.appearance = static_cast<EAppearance>(
         std::clamp(store.value("Workbench/appearance").toInt(), 0, static_cast<int>(EAppearance::Dark)));
     choices.fontSize = std::clamp(store.value("Workbench/fontSize", choices.fontSize).toInt(), 6, 72);
+    choices.grammar = store.value("Workbench/grammar", choices.grammar).toBool();
     choices.customTags = SplitNames(store.value("CustomNames/tags").toStringList().join(' '));
     choices.customAttributes = SplitNames(store.value("CustomNames/attributes").toStringList().join(' '));
     choices.columnWidths = GetColumnWidths();
@@ -42,6 +43,7 @@ void CPreferences::SetChoices(const SChoices& choices)
     store.setValue("Workbench/language", choices.language);
     store.setValue("Workbench/appearance", static_cast<int>(choices.appearance));
     store.setValue("Workbench/fontSize", choices.fontSize);
+    store.setValue("Workbench/grammar", choices.grammar);
     store.setValue("CustomNames/tags", choices.customTags.join(' '));
     store.setValue("CustomNames/attributes", choices.customAttributes.join(' '));
     SetColumnWidths(choices.columnWidths);

@@ -17,7 +17,8 @@ struct SChoices
 {
     QString language; ///< "" is English, else the name of a translation such as "de"
     EAppearance appearance = EAppearance::System;
-    int fontSize = 10; ///< points
+    int fontSize = 10;   ///< points
+    bool grammar = true; ///< check PHP against its whole grammar
     QStringList customTags;
     QStringList customAttributes;
     std::vector<int> columnWidths; ///< of the errors bar, pixels; empty: the bar's own

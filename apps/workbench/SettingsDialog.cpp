@@ -2,6 +2,7 @@
 
 #include "Texts.h"
 
+#include <QCheckBox>
 #include <QComboBox>
 #include <QDialogButtonBox>
 #include <QFormLayout>
@@ -45,6 +46,7 @@ CSettingsDialog::CSettingsDialog(const SChoices& choices, const std::vector<SLan
       m_language(new QComboBox),
       m_appearance(new QComboBox),
       m_fontSize(new QSpinBox),
+      m_grammar(new QCheckBox(Tr("Check PHP against its whole &grammar"))),
       m_tags(MakeNameEdit(choices.customTags, "customTags")),
       m_attributes(MakeNameEdit(choices.customAttributes, "customAttributes"))
 {
@@ -59,6 +61,9 @@ CSettingsDialog::CSettingsDialog(const SChoices& choices, const std::vector<SLan
     m_fontSize->setRange(6, 72);
     m_fontSize->setValue(choices.fontSize);
     m_fontSize->setSuffix(QStringLiteral(" pt"));
+
+    m_grammar->setObjectName(QStringLiteral("grammar"));
+    m_grammar->setChecked(choices.grammar);
 
     auto* widths = new QHBoxLayout;
     for (std::size_t column = 0; column < 3; ++column) {
@@ -75,6 +80,7 @@ CSettingsDialog::CSettingsDialog(const SChoices& choices, const std::vector<SLan
     form->addRow(QString(), MakeNote("The language changes when the program is started again."));
     form->addRow(Tr("&Appearance:"), m_appearance);
     form->addRow(Tr("&Font size:"), m_fontSize);
+    form->addRow(QString(), m_grammar);
     form->addRow(Tr("Your own HTML &tags:"), m_tags);
     form->addRow(Tr("Your own HTML attri&butes:"), m_attributes);
     form->addRow(QString(),
@@ -98,6 +104,7 @@ SChoices CSettingsDialog::GetChoices() const
     choices.language = m_language->currentData().toString();
     choices.appearance = static_cast<EAppearance>(m_appearance->currentIndex());
     choices.fontSize = m_fontSize->value();
+    choices.grammar = m_grammar->isChecked();
     choices.customTags = SplitNames(m_tags->toPlainText());
     choices.customAttributes = SplitNames(m_attributes->toPlainText());
     for (const QSpinBox* width : m_widths)

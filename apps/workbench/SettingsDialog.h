@@ -6,6 +6,7 @@
 #include <QDialog>
 #include <vector>
 
+class QCheckBox;
 class QComboBox;
 class QPlainTextEdit;
 class QSpinBox;
@@ -27,6 +28,7 @@ private:
     QComboBox* m_language;
     QComboBox* m_appearance;
     QSpinBox* m_fontSize;
+    QCheckBox* m_grammar;
     QPlainTextEdit* m_tags;
     QPlainTextEdit* m_attributes;
     std::vector<QSpinBox*> m_widths;

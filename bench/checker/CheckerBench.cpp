@@ -2,6 +2,8 @@
 // example site. MB are those of the files; the texts are in memory.
 
 #include "Components/CAErrorsManager.h"
+#include "Components/CAGrammarCheck.h"
+#include "Grammar/PhpGrammarChecker.h"
 #include "Parsers/PhpSyntaxParser.h"
 #include "SyntaxParser/PhpScanner.h"
 #include "SyntaxParser/SPDocument.h"
@@ -108,9 +110,48 @@ void FullCheck(benchmark::State& state)
     SetSpeed(state);
 }
 
+// The whole grammar and the rules of the language, without the statement parsers; to be compared with PHP's
+// own parse.
+void GrammarCheck(benchmark::State& state)
+{
+    CodeAnalyzer::CPhpGrammarChecker grammar;
+    for (auto _ : state) {
+        for (const std::string& file : Corpus().files) {
+            auto reader = boost::make_shared<SyntaxParser::CTextReader>(SyntaxParser::DecodeSource(file));
+            const auto document = SyntaxParser::MakeSPDocument(reader, {L"/checked.php", L"PHPSPDocFactory"});
+            grammar.Follow(*document);
+            grammar.Expect(true, 0);
+            document->Parse(true);
+        }
+    }
+    SetSpeed(state);
+}
+
+// Both together, joined to one list, as our hosts check.
+void FullCheckWithGrammar(benchmark::State& state)
+{
+    CodeAnalyzer::CCAErrorsManager errors;
+    CodeAnalyzer::CCAGrammarCheck wanted;
+    wanted.SetEnabled(true);
+    for (auto _ : state) {
+        for (const std::string& file : Corpus().files) {
+            auto reader = boost::make_shared<SyntaxParser::CTextReader>(SyntaxParser::DecodeSource(file));
+            const auto document = SyntaxParser::MakeSPDocument(reader, {L"/checked.php", L"PHPSPDocFactory"});
+            CodeAnalyzer::CPhpSyntaxParser parser(document->GetDefRegions(), &errors);
+            parser.SteFileName(L"/checked.php");
+            parser.InitParser(document);
+            parser.FollowGrammar(*document, &wanted);
+            document->Parse(true);
+        }
+    }
+    SetSpeed(state);
+}
+
 BENCHMARK(Decode)->Unit(benchmark::kMillisecond);
 BENCHMARK(RegionSource)->Unit(benchmark::kMillisecond);
 BENCHMARK(FullCheck)->Unit(benchmark::kMillisecond);
+BENCHMARK(GrammarCheck)->Unit(benchmark::kMillisecond);
+BENCHMARK(FullCheckWithGrammar)->Unit(benchmark::kMillisecond);
 
 } // namespace
 

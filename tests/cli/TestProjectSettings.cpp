@@ -61,6 +61,44 @@ TEST_F(Settings, EachKeyDoesWhatItSays)
     }
 }
 
+TEST_F(Settings, PhpIsJudgedByTheVersionThatTheProjectIsFor)
+{
+    struct SCase
+    {
+        const char* settings;
+        const char* composer;
+        QStringList options;
+        TBrief found;
+    };
+    const TBrief tooNew{"./a.php:2 1091 error"};
+    const TBrief tooOld{"./a.php:3 1092 error"};
+    const SCase cases[] = {
+        {"", "", {}, {}},
+        {"", "", {"--php-version", "7.4"}, tooNew},
+        {"", "", {"--php-version", "8.2"}, tooOld},
+        {R"({"phpVersion": "7.4"})", "", {}, tooNew},
+        {R"({"phpVersion": "7.4"})", "", {"--php-version", "8.2"}, tooOld},
+        {R"({"phpVersion": "7.4", "grammar": false})", "", {}, {}},
+        {"", R"({"require": {"php": "^7.3 || ~8.1.0"}})", {}, tooNew},
+        {"", R"({"require": {"php": ">=8.0 <8.5"}})", {}, tooOld},
+        {"", R"({"require": {"php": "<8"}})", {}, {}},
+        {"", R"({"require": {"php": "7.1 - 8.4"}})", {}, tooNew},
+        {"", R"({"require": {"php": ">=7.1"}, "config": {"platform": {"php": "8.1.3"}}})", {}, tooOld},
+        {"", R"({"require": {"php": ">=7.1"}})", {"--no-grammar"}, {}},
+        {"", "no JSON", {}, {}},
+    };
+    m_folder.Write(L"a.php", "<?php\n$a?->b;\n$a{0};\n");
+    for (const auto& [settings, composer, options, found] : cases) {
+        SCOPED_TRACE(std::string(settings) + composer + options.join(' ').toStdString());
+        m_folder.Write(L"code-analyzer.json", *settings ? settings : "{}");
+        m_folder.Write(L"composer.json", *composer ? composer : "{}");
+        EXPECT_EQ(Brief(RunJson(QStringList{"."} + options, AnyExit)), found);
+    }
+    const SResult wrong = Run({"check", "--php-version", "4", "."});
+    EXPECT_EQ(wrong.exit, 2);
+    EXPECT_THAT(wrong.err, HasSubstr("no version of PHP"));
+}
+
 TEST_F(Settings, FaultsAreShownWithTheirLine)
 {
     m_folder.Write(L"a.php", Wrong);

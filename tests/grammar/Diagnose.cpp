@@ -48,8 +48,10 @@ std::vector<SPhpVerdict> AskPhp(const std::vector<std::string>& files)
 {
     QProcess php;
     php.setProcessChannelMode(QProcess::MergedChannels);
-    php.start("xargs", {"-d", "\\n", "-P", "2", "-n", "1", "php", "-n", "-d", "short_open_tag=1", "-d",
-                        "display_errors=1", "-d", "log_errors=0", "-l"});
+    // A status of 255, which PHP ends with, would end xargs too.
+    php.start("xargs",
+              {"-d", "\\n", "-P", "2", "-n", "1", "sh", "-c",
+               "php -n -d short_open_tag=1 -d display_errors=1 -d log_errors=0 -l \"$1\" || :", "sh"});
     for (const std::string& file : files)
         php.write((file + "\n").c_str());
     php.closeWriteChannel();

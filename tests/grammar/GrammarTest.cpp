@@ -41,7 +41,7 @@ TEST(Grammar, NamesWhatIsMissingOrTooMuch)
         {"$a = $b $c;", "1012 0:6-0:7"},
         {"$a = 'x' 'y';", "1012 0:7-0:8"},
         {"class { }", "1013 0:6-0:7"},
-        {"try { } catch (E $) { }", "1014 0:18-0:19"},
+        {"try { } catch (E $) { }", "1035 0:17-0:18"},
         {"do { } ($a);", "1015 0:5-0:6"},
         {"f());", "1021 0:3-0:4"},
         {"$a = 1];", "1022 0:6-0:7"},
@@ -50,7 +50,7 @@ TEST(Grammar, NamesWhatIsMissingOrTooMuch)
         {"$a = 'abc", "1051 0:5-0:9"},
         {"f('abc\n$a = 'def';\n", "1051 0:2-1:6"},
         {"$a = \"x $b[0 y\";", "1056 0:12-0:13"},
-        {"$a = 1__0;", "1055 0:6-0:9"},
+        {"$a = 1__0;", "1055 0:5-0:9"},
     };
     for (const auto& [text, expected] : Cases)
         EXPECT_EQ(Describe(text), expected) << text;
@@ -83,7 +83,7 @@ TEST(Grammar, GoesOnAfterAnError)
     static constexpr SCase Cases[]{
         {"f(1;\ng();\nh(2;\n", "1002 0:2-0:3 1002 2:2-2:3"},
         {"$a = ;\n$b = 1;\nif () { f(); }\n", "1011 0:5-0:6 1011 2:4-2:5"},
-        {"foo bar baz quux;\n$a = 1;\n$b = = 2;\n", "1001 0:2-0:3 1025 2:5-2:6"},
+        {"foo bar baz quux;\n$a = 1;\n$b = = 2;\n", "1035 0:4-0:7 1025 2:5-2:6"},
         {"<?php\nclass A {\n  function f( { g(); }\n  function h() { return 1 }\n}\n",
          "1002 2:12-2:13 1001 3:24-3:25"},
     };

@@ -47,6 +47,7 @@ struct SSlip
 {
     std::string text;
     int line = 0; ///< from 1
+    std::string source{};
 };
 
 SSlip MakeSlip(const std::string& source, std::mt19937& random)
@@ -124,7 +125,7 @@ TEST(GrammarOracle, JudgesSnippetsAsPhpDoes)
     const std::vector<SPhpVerdict> verdicts = AskPhp(files);
     for (std::size_t i = 0; i < files.size(); ++i) {
         const std::string ours = Describe("<?php\n" + snippets[i], OracleVersion);
-        EXPECT_EQ(ours.empty(), verdicts[i].accepts) << snippets[i] << ours;
+        EXPECT_EQ(ours.empty(), verdicts[i].accepts) << snippets[i] << ours << verdicts[i].line;
     }
 }
 
@@ -138,7 +139,8 @@ TEST(GrammarOracle, JudgesSlipsAsPhpDoes)
     std::vector<std::string> files;
     std::vector<SSlip> made;
     while (files.size() < slips) {
-        const std::string source = ReadBytes(sources[random() % sources.size()]);
+        const std::string& path = sources[random() % sources.size()];
+        const std::string source = ReadBytes(path);
         if (source.size() < 1000 || source.size() > 40000)
             continue;
         const SSlip slip = MakeSlip(source, random);
@@ -147,6 +149,7 @@ TEST(GrammarOracle, JudgesSlipsAsPhpDoes)
         files.push_back(folder.filePath(QString::number(files.size()) + ".php").toStdString());
         WriteBytes(files.back(), slip.text);
         made.push_back(slip);
+        made.back().source = path;
     }
     const std::vector<SPhpVerdict> verdicts = AskPhp(files);
     int parseErrors = 0;
@@ -154,12 +157,17 @@ TEST(GrammarOracle, JudgesSlipsAsPhpDoes)
     int near = 0;
     for (std::size_t i = 0; i < files.size(); ++i) {
         const auto ours = Diagnose(made[i].text, OracleVersion);
-        EXPECT_EQ(ours.empty(), verdicts[i].accepts) << "slip in line " << made[i].line << " of\n"
-                                                     << made[i].text;
+        EXPECT_EQ(ours.empty(), verdicts[i].accepts)
+            << "slip in line " << made[i].line << " of\n"
+            << " of " << made[i].source << ": " << Describe(made[i].text, OracleVersion);
         if (verdicts[i].accepts || verdicts[i].parses || ours.empty())
             continue;
         ++parseErrors;
         const auto line = static_cast<int>(ours.front().error.pos.start.y) + 1;
+        if (line < std::min(made[i].line, verdicts[i].line) ||
+            line > std::max(made[i].line, verdicts[i].line))
+            std::cout << made[i].source << " slip " << made[i].line << " php " << verdicts[i].line << " ours "
+                      << Describe(made[i].text, OracleVersion) << "\n";
         placed += std::min(made[i].line, verdicts[i].line) <= line &&
                   line <= std::max(made[i].line, verdicts[i].line);
         near += std::abs(line - made[i].line) <= 1;

@@ -39,6 +39,7 @@ std::vector<SCAError> CPhpCheck::ErrorsAfter(const std::vector<std::string_view>
     CodeAnalyzer::CPhpSyntaxParser parser(document->GetDefRegions(), &m_manager);
     parser.SteFileName(File);
     parser.InitParser(document);
+    parser.FollowGrammar(*document, &m_grammarCheck);
     const auto pass = [&](std::string_view state) {
         reader->SetString(SyntaxParser::DecodeSource(state));
         document->Parse(true);

@@ -5,6 +5,7 @@
 #include "Application/Settings.h"
 #include "Components/CAErrorsBar.h"
 #include "Components/CAErrorsManager.h"
+#include "Components/CAGrammarCheck.h"
 #include "LangSupport/Translations.h"
 
 #include <string>
@@ -30,11 +31,15 @@ public:
     std::string Check(std::string_view text) { return CheckAfter({}, text); }
     std::string CheckAfter(const std::vector<std::string_view>& earlier, std::string_view text);
 
+    /// Whether the grammar check takes part from now on; it does not at first.
+    void SetGrammar(bool wanted) { m_grammarCheck.SetEnabled(wanted); }
+
 private:
     Host::CHeadlessMainFrame m_frame;
     Host::CMemorySettings m_settings;
     LangSupport::CTranslations m_translations;
     Host::CApplication m_application{{m_frame, m_settings, m_translations}};
+    CodeAnalyzer::CCAGrammarCheck m_grammarCheck;
     CodeAnalyzer::CCAErrorsManager m_manager;
     CodeAnalyzer::CCAErrorsBar m_bar{&m_application, nullptr, &m_manager};
 };

@@ -1,0 +1,72 @@
+#include "Configuration/Composer.h"
+
+#include "Application/FileIO.h"
+#include "Application/FilePath.h"
+#include "Base/Exception.h"
+
+#include <filesystem>
+#include <nlohmann/json.hpp>
+#include <regex>
+
+namespace Kesh::Configuration {
+
+namespace {
+
+using nlohmann::json;
+
+/// The text at a path of names; empty when there is none.
+std::string TextAt(const json& document, const std::initializer_list<const char*> names)
+{
+    const json* at = &document;
+    for (const char* name : names) {
+        if (!at->is_object() || !at->contains(name))
+            return {};
+        at = &(*at)[name];
+    }
+    return at->is_string() ? at->get<std::string>() : std::string();
+}
+
+std::optional<std::int32_t> VersionIn(const std::wstring& file)
+{
+    try {
+        const json document = json::parse(Host::ReadFileBytes(file), nullptr, false);
+        const std::string platform = TextAt(document, {"config", "platform", "php"});
+        return LowestPhpVersion(platform.empty() ? TextAt(document, {"require", "php"}) : platform);
+    } catch (const Base::CWorkError&) {
+        return {};
+    }
+}
+
+} // namespace
+
+std::optional<std::int32_t> LowestPhpVersion(const std::string& constraint)
+{
+    // A hyphen between two versions makes the second an upper bound.
+    static const std::regex bound(R"((<=?|!=|- )?\s*[v>=^~ ]*(\d+)(?:\.(\d+))?[\d.*x]*)");
+    std::optional<std::int32_t> lowest;
+    for (std::sregex_iterator at(constraint.begin(), constraint.end(), bound), end; at != end; ++at) {
+        const std::smatch& match = *at;
+        if (match[1].length() > 0 || match[2].length() > 2 || match[3].length() > 2)
+            continue;
+        const int version = std::stoi(match[2]) * 100 + (match[3].matched ? std::stoi(match[3]) : 0);
+        if (!lowest || version < *lowest)
+            lowest = version;
+    }
+    return lowest;
+}
+
+std::optional<std::int32_t> ComposerPhpVersion(const std::wstring& path)
+{
+    std::error_code ignored;
+    std::filesystem::path folder = Host::PathToBytes(Host::AbsolutePath(path));
+    if (!std::filesystem::is_directory(folder, ignored))
+        folder = folder.parent_path();
+    for (;; folder = folder.parent_path()) {
+        if (std::filesystem::is_regular_file(folder / "composer.json", ignored))
+            return VersionIn(Host::PathFromBytes((folder / "composer.json").string()));
+        if (folder == folder.parent_path())
+            return {};
+    }
+}
+
+} // namespace Kesh::Configuration
