@@ -103,7 +103,9 @@ private:
         }
         const bool whole = dropped + accepted == m_stop.ahead.size();
         // A repair that the rest of the window contradicts must be worth something all the same.
-        constexpr std::uint32_t enough = 4;
+        const bool likely =
+            m_stop.leadsLine && dropped == 0 && inserted.size() == 1 && inserted[0] == K::Semicolon;
+        const std::uint32_t enough = likely ? 2 : 4;
         if (!whole && accepted < enough)
             return;
         const int score = cost + (whole ? 0 : 100) - (whole ? 0 : static_cast<int>(accepted) * 3);

@@ -174,8 +174,9 @@ void CPhpGrammarChecker::ReportMissing(K kind, std::uint32_t stop, const std::ve
         Add(code, m_tokens.Span(stop), stop);
         return;
     }
-    const bool atToken = kind == K::As || kind == K::Function || kind == K::Class || kind == K::Try ||
-                         kind == K::If || kind == K::Case || kind == K::Catch;
+    const bool atToken = code == Code::MissingOperator || kind == K::As || kind == K::Function ||
+                         kind == K::Class || kind == K::Try || kind == K::If || kind == K::Case ||
+                         kind == K::Catch;
     Add(code,
         atToken || (KeepsCompany(m_tokens[stop].kind) && LeadsLine(stop)) ? m_tokens.Span(stop)
                                                                           : GapBehind(stop - 1),
@@ -188,7 +189,7 @@ void CPhpGrammarChecker::ReportMissing(K kind, std::uint32_t stop, const std::ve
             diagnostic.related = m_tokens.Span(open.back());
             diagnostic.relatedKey = "The bracket is opened here";
         }
-    } else {
+    } else if (code == Code::MissingWord || code == Code::MissingEndWord) {
         diagnostic.subject = diagnostic.insertion;
     }
 }
@@ -231,8 +232,8 @@ std::int32_t CPhpGrammarChecker::OddCode(std::uint32_t token) const
     case K::PrivateSet: return Code::MemberOutsideClass;
     default: break;
     }
-    const bool inClass = parser.Accepts(GrammarSymbol(K::Public)) &&
-                         !parser.Accepts(GrammarSymbol(K::Echo)) &&
+    const bool inClass = parser.Accepts(GrammarSymbol(MemberMark)) &&
+                         !parser.Accepts(GrammarSymbol(StatementMark)) &&
                          parser.Accepts(GrammarSymbol(K::CloseBrace));
     if (inClass)
         return Code::StatementInClass;

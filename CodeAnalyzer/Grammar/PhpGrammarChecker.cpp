@@ -17,6 +17,9 @@ namespace {
 
 /// How many tokens from a wrong one on are looked at to put it right.
 constexpr std::uint32_t Window = 9;
+/// So many tokens after one error another one is its own: fewer where a statement has been left for the next.
+constexpr std::uint32_t SettledInStatement = 4;
+constexpr std::uint32_t SettledAtStatement = 2;
 /// After so many errors nobody reads on.
 constexpr std::size_t MostStops = 100;
 
@@ -138,8 +141,8 @@ EPhpTokenKind CPhpGrammarChecker::KindInPlace(const SParse& parse, std::uint32_t
     const K kind = m_tokens[token].kind;
     const K before = token > 0 ? m_tokens[token - 1].kind : K::End;
     if (kind == K::OpenBrace) {
-        if (m_version >= 800 || (before != K::Variable && before != K::CloseSquare &&
-                                 before != K::CloseBrace && before != K::Identifier && before != K::String))
+        if ((before != K::Variable && before != K::CloseSquare && before != K::CloseBrace &&
+             before != K::Identifier && before != K::String))
             return kind;
         // People write it without a blank; with one it is mostly a body behind a head that was not closed.
         const SGrammarToken& last = m_tokens[token - 1];
@@ -199,6 +202,7 @@ bool CPhpGrammarChecker::PushBad(SParse& parse, std::uint32_t token)
     if (&parse == m_parse.get() && token >= m_resumed) {
         ReportLexical(token);
         m_resumed = token + 1;
+        m_settled = SettledInStatement;
     }
     const K kind = m_tokens[token].kind;
     switch (kind) {
@@ -331,12 +335,11 @@ void CPhpGrammarChecker::ResolveByRepair(std::uint32_t stop)
 {
     const std::vector<std::uint32_t> open = OpenBrackets(m_tokens, stop);
     const SGrammarRepair repair = FindRepair(m_parse->parser.Probe(), DescribeStop(stop, open));
-    constexpr std::uint32_t settled = 4;
     // What comes so soon is about the same mistake; so is what is missing where __halt_compiler stands too
     // early.
     const bool halted =
         m_tokens[stop].kind == K::End && stop >= 4 && m_tokens[stop - 4].kind == K::HaltCompiler;
-    const bool follows = halted || (m_resumed > 0 && stop < m_resumed + settled);
+    const bool follows = halted || (m_resumed > 0 && stop < m_resumed + m_settled);
     if (repair.accepted == 0) {
         if (!follows)
             ReportUnrepaired(stop, open);
@@ -349,6 +352,7 @@ void CPhpGrammarChecker::ResolveByRepair(std::uint32_t stop)
         PushKind(*m_parse, kind, stop);
     m_next = stop + repair.dropped;
     m_resumed = m_next;
+    m_settled = SettledInStatement;
     if (!follows && !m_diagnostics.empty() && m_next > 0)
         m_diagnostics.back().resumed = m_tokens.Span(m_next - (repair.dropped ? 1 : 0)).start;
 }
@@ -357,8 +361,8 @@ void CPhpGrammarChecker::ResolveByRepair(std::uint32_t stop)
 void CPhpGrammarChecker::GiveUpStatement(std::uint32_t stop)
 {
     CPhpGrammarParser& parser = m_parse->parser;
-    static const TGrammarSymbol statement = GrammarSymbol(K::Echo);
-    static const TGrammarSymbol member = GrammarSymbol(K::Public);
+    static const TGrammarSymbol statement = GrammarSymbol(StatementMark);
+    static const TGrammarSymbol member = GrammarSymbol(MemberMark);
     std::size_t depth = parser.Depth();
     m_skip = {true, stop, 0, 0, false};
     for (;; --depth) {
@@ -382,6 +386,7 @@ void CPhpGrammarChecker::Skip(std::uint32_t token)
     const auto resume = [&](std::uint32_t at) {
         m_skip.active = false;
         m_next = m_resumed = at;
+        m_settled = at > token ? SettledAtStatement : SettledInStatement;
         // What cannot stand here either must not be met for ever.
         if (at == m_skip.from && at < m_tokens.Count() && m_tokens[at].kind != K::End &&
             !m_parse->parser.Accepts(GrammarSymbol(m_tokens[at].kind)))

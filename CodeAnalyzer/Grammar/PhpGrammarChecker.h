@@ -113,6 +113,7 @@ private:
     bool m_ended = false;
     SSkip m_skip;
     std::uint32_t m_resumed = 0; ///< the token at which the parse last went on after an error
+    std::uint32_t m_settled = 0; ///< tokens from there within which nothing new is told
     std::size_t m_stops = 0;
     std::size_t m_trials = 0;
     std::vector<SGrammarDiagnostic> m_diagnostics;

@@ -15,6 +15,10 @@ class CPhpRules;
 /// A terminal symbol of the grammar.
 using TGrammarSymbol = std::int16_t;
 
+/// Kinds with which only a statement or a member can begin: words may also name arguments.
+constexpr auto StatementMark = SyntaxParser::EPhpTokenKind::InlineHtml;
+constexpr auto MemberMark = SyntaxParser::EPhpTokenKind::PublicSet;
+
 /// The symbol for a kind of token; -1 for one that the grammar never sees.
 TGrammarSymbol GrammarSymbol(SyntaxParser::EPhpTokenKind kind);
 /// The symbol for `$a{0}`, which only its place tells from other braces.

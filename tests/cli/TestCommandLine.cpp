@@ -28,7 +28,7 @@ protected:
 };
 
 const std::string Clean = "<?php\n$a = 1;\n";
-const std::string Wrong = "<?php\n$a = 1\n$b = 2;\n"; // misses a semicolon, noticed at $b
+const std::string Wrong = "<?php\n$a = 1;\n$b = = 2;\n"; // misses a semicolon, noticed at $b
 const std::string Warned = "<?php\nif ($a);\n";
 
 TEST_F(CommandLine, ExitStatusAndMessages)
@@ -50,14 +50,14 @@ TEST_F(CommandLine, ExitStatusAndMessages)
         {{"check", "clean.php"}, 0, "No errors in 1 file.\n", ""},
         {{"check", "wrong.php"},
          1,
-         "wrong.php:3:1: error: Missing ';' [102]\n1 error and 0 warnings in 1 of 1 file.\n",
+         "wrong.php:3:6: error: Odd operator: = [1025]\n1 error and 0 warnings in 1 of 1 file.\n",
          ""},
         {{"check", "warned.php"}, 0, "warned.php:2:8: warning: Odd semicolon [901]\n", ""},
         {{"check", "none.php"},
          2,
          "No files were checked.\n",
          "code-analyzer: none.php: No such file or directory\n"},
-        {{"check", "none.php", "wrong.php"}, 2, "wrong.php:3:1: error:", "none.php"},
+        {{"check", "none.php", "wrong.php"}, 2, "wrong.php:3:6: error:", "none.php"},
         {{"check", "huge.php"}, 2, "", "huge.php: larger than 64 MiB"},
         {{"check", "pipe.php"}, 2, "", "pipe.php: not a regular file"},
         {{"check", "--quiet", "clean.php"}, 0, "", ""},
@@ -100,8 +100,8 @@ TEST_F(CommandLine, JsonHasTheAgreedShape)
     const json expected = json::parse(R"([
         {"file": "a.php", "startLine": 2, "startColumn": 8, "endLine": 2, "endColumn": 9, "code": 901,
          "severity": "warning", "message": "Odd semicolon", "text": ";"},
-        {"file": "b.php", "startLine": 3, "startColumn": 1, "endLine": 3, "endColumn": 3, "code": 102,
-         "severity": "error", "message": "Missing ';'", "text": "$b"}])");
+        {"file": "b.php", "startLine": 3, "startColumn": 6, "endLine": 3, "endColumn": 7, "code": 1025,
+         "severity": "error", "message": "Odd operator", "text": "="}])");
     EXPECT_EQ(records, expected);
     m_folder.Write(L"c.php", Clean);
     EXPECT_EQ(Run({"check", "--format", "json", "c.php"}).out, "[]\n");
@@ -113,7 +113,7 @@ TEST_F(CommandLine, FoldersAreSearchedForTheUsualFiles)
     for (const wchar_t* name :
          {L"s/a.php", L"s/b.PHTML", L"s/c.inc", L"s/e.html", L"s/f.htm", L"s/sub/g.php", L"s/note.txt",
           L"s/tpl.tpl", L"s/.git/h.php", L"s/vendor/i.php", L"s/sub/node_modules/j.php"})
-        m_folder.Write(name, "<?php\n$a = 1\n$b = 2; ?>\n");
+        m_folder.Write(name, "<?php\n$a = 1;\n$b = = 2; ?>\n");
     m_folder.Write(L"s/d.css", "a { colr: red; }\n");
     struct SCase
     {
@@ -164,7 +164,7 @@ TEST_F(CommandLine, FileNamesNeedNotBeUtf8)
     const json records = RunJson({"."}, 1);
     ASSERT_EQ(records.size(), 1u);
     EXPECT_EQ(records[0]["file"], "./d\xEF\xBF\xBD/b\xEF\xBF\xBD.php");
-    EXPECT_THAT(Run({"check", "."}).out, StartsWith("./d\\xFF/b\\xE9.php:3:1: error"));
+    EXPECT_THAT(Run({"check", "."}).out, StartsWith("./d\\xFF/b\\xE9.php:3:6: error"));
 }
 
 TEST_F(CommandLine, EveryByteSequenceIsCheckedToTheEnd)
@@ -278,12 +278,12 @@ TEST_F(CommandLine, AProjectIsCheckedAndItsErrorsKept)
         const SResult result = Run({"project", "p"});
         EXPECT_EQ(result.exit, 1);
         EXPECT_EQ(result.out, "p/a.php:2:8: warning: Odd semicolon [901]\n"
-                              "p/b.php:3:1: error: Missing ';' [102]\n"
+                              "p/b.php:3:6: error: Odd operator: = [1025]\n"
                               "1 error and 1 warning in 2 of 2 files.\n");
         EXPECT_EQ(result.err, "");
     }
     EXPECT_THAT(Host::ReadFileBytes(m_folder.Path(L"p/.code-analyzer/errors")),
-                HasSubstr("val=\"0;2;2;2;102;1;\""));
+                HasSubstr("val=\"5;2;6;2;1025;1;\""));
     m_folder.Write(L"p/b.php", Clean);
     m_folder.Write(L"p/a.php", Clean);
     const SResult mended = Run({"project", "--format", "json", "p"});
@@ -307,7 +307,7 @@ TEST_F(CommandLine, ErrorsThatCannotBeKeptAreAFailure)
         result = Run({"project", "p"});
     }
     EXPECT_EQ(result.exit, 2);
-    EXPECT_THAT(result.out, HasSubstr("p/a.php:3:1: error: Missing ';' [102]"));
+    EXPECT_THAT(result.out, HasSubstr("p/a.php:3:6: error: Odd operator: = [1025]"));
     EXPECT_THAT(result.err, HasSubstr("p: the errors could not be kept: File too large"));
     EXPECT_EQ(Host::ReadFileBytes(m_folder.Path(L"p/.code-analyzer/errors")), kept);
 }
@@ -389,7 +389,7 @@ TEST_F(CommandLine, TheUsersSettingsAreLeftAlone)
     m_folder.Write(L"home/.config/code-analyzer/workbench.ini", "[Workbench]\nlanguage=de\n");
     m_environment.insert("HOME", Host::PathToQt(m_folder.Path(L"home")));
     m_environment.remove("XDG_CONFIG_HOME");
-    EXPECT_THAT(Run({"check", "a.php"}).out, HasSubstr("Missing ';'"));
+    EXPECT_THAT(Run({"check", "a.php"}).out, HasSubstr("Odd operator"));
     EXPECT_EQ(std::distance(
                   std::filesystem::recursive_directory_iterator(Host::PathToBytes(m_folder.Path(L"home"))),
                   std::filesystem::recursive_directory_iterator()),

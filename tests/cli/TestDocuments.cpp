@@ -78,7 +78,8 @@ TEST(Documents, WhatOnlyTheStatementParsersReportIsListedAsItIs)
     for (auto rows = RowsOfErrors("^\\| (\\d+) \\| `(.*)` \\| [^|]* \\|$"); rows.hasNext(); ++count) {
         const auto match = rows.next();
         const QString example = match.captured(2).replace("\\|", "|");
-        EXPECT_TRUE(CheckExample(example, {}).empty()) << example.toStdString();
+        for (const json& record : CheckExample(example, {}))
+            EXPECT_EQ(record["severity"], "warning") << example.toStdString();
         const json records = CheckExample(example, {"--no-grammar"});
         ASSERT_FALSE(records.empty()) << example.toStdString();
         EXPECT_EQ(records[0]["code"], match.captured(1).toInt()) << example.toStdString();
@@ -95,22 +96,13 @@ TEST(Documents, WhatOnlyTheStatementParsersReportIsListedAsItIs)
 
 TEST(Documents, TheExampleSiteHasItsPlantedMistakesAndNoOthers)
 {
-    const std::set<std::string> planted{"config.php:6 101",
-                                        "public/about.html:11 2002",
-                                        "public/shop.css:12 2502",
-                                        "public/shop.css:16 2501",
-                                        "src/Cart.php:18 102",
-                                        "src/Cart.php:26 254",
-                                        "src/Cart.php:30 254",
-                                        "src/Cart.php:38 901",
-                                        "src/Catalogue.php:6 551",
-                                        "src/Log.php:11 501",
-                                        "src/Mailer.php:11 101",
-                                        "src/helpers.php:11 451",
-                                        "src/helpers.php:20 302",
-                                        "src/helpers.php:21 302",
-                                        "templates/list.phtml:3 2002",
-                                        "templates/list.phtml:10 2001"};
+    const std::set<std::string> planted{
+        "config.php:6 1035",           "public/about.html:11 2002", "public/shop.css:12 2502",
+        "public/shop.css:16 2501",     "src/Cart.php:17 1001",      "src/Cart.php:26 254",
+        "src/Cart.php:30 254",         "src/Cart.php:38 901",       "src/Catalogue.php:6 1013",
+        "src/Log.php:11 1013",         "src/Mailer.php:11 1002",    "src/helpers.php:11 1002",
+        "src/helpers.php:20 302",      "src/helpers.php:21 302",    "templates/list.phtml:3 2002",
+        "templates/list.phtml:10 2001"};
     std::set<std::string> found;
     for (const json& record : Check({"examples"})) {
         const std::string path = record["file"];

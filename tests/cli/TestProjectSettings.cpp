@@ -11,7 +11,7 @@ namespace {
 
 using TBrief = std::vector<std::string>;
 
-const std::string Wrong = "<?php\n$a = 1\n$b = 2;\n";
+const std::string Wrong = "<?php\n$a = 1;\n$b = = 2;\n";
 const std::string Warned = "<?php\nif ($a);\n";
 
 class Settings : public CCliTest
@@ -31,19 +31,19 @@ TEST_F(Settings, EachKeyDoesWhatItSays)
         const char* settings;
         TBrief found;
     };
-    const std::string a = "./a.php:3 102 error";
+    const std::string a = "./a.php:3 1025 error";
     const std::string b = "./t/b.php:2 901 warning";
     const TBrief c{"./t/c.html:1 2001 error", "./t/c.html:1 2002 error", "./t/c.html:1 2002 error"};
     const TBrief d{"./t/d.css:1 2501 error", "./t/d.css:1 2502 error", "./t/d.css:1 2502 error"};
-    const std::string e = "./gen/e.php:3 102 error";
+    const std::string e = "./gen/e.php:3 1025 error";
     const SCase cases[] = {
         {"{}", {a, e, c[0], c[1], c[2], d[0], d[1], d[2], b}},
         {R"({"exclude": ["gen/", "*.html", "t/*.css"]})", {a, b}},
-        {R"({"include": ["*.module", "gen"]})", {e, "./m.module:3 102 error"}},
-        {R"({"exclude": ["t"], "codes": {"102": "warning"}})",
-         {"./a.php:3 102 warning", "./gen/e.php:3 102 warning"}},
+        {R"({"include": ["*.module", "gen"]})", {e, "./m.module:3 1025 error"}},
+        {R"({"exclude": ["t"], "codes": {"1025": "warning"}})",
+         {"./a.php:3 1025 warning", "./gen/e.php:3 1025 warning"}},
         {R"({"exclude": ["*.css", "*.html"], "codes": {"901": "error"},
-             "overrides": [{"paths": ["gen"], "codes": {"102": "off"}}]})",
+             "overrides": [{"paths": ["gen"], "codes": {"1025": "off"}}]})",
          {a, "./t/b.php:2 901 error"}},
         {R"({"exclude": ["*.php"], "ownNames": {"tags": ["XY"], "attributes": ["zoo"], "properties": ["-own"]}})",
          {c[1], d[1]}},
@@ -111,7 +111,7 @@ TEST_F(Settings, FaultsAreShownWithTheirLine)
         {"{\n  \"exlude\": []\n}",
          "code-analyzer.json:2: unknown key \"exlude\"; those known here are include"},
         {"{\n\n \"ownNames\": {\n \"tag\": []}}", "code-analyzer.json:4: unknown key \"tag\""},
-        {"{\"codes\": {\n\"102\": \"of\"}}",
+        {"{\"codes\": {\n\"1025\": \"of\"}}",
          "code-analyzer.json:2: a code is \"off\", \"warning\" or \"error\""},
         {"{\"codes\": {\"x\": \"off\"}}", "code-analyzer.json:1: \"x\" is no code"},
         {"{\n\"phpVersion\": \"4.4\"}", "code-analyzer.json:2: \"phpVersion\" must be a version of PHP"},
@@ -137,14 +137,14 @@ TEST_F(Settings, FaultsAreShownWithTheirLine)
 
 TEST_F(Settings, TheNearestFileUpwardsCountsUnlessToldOtherwise)
 {
-    m_folder.Write(L"code-analyzer.json", R"({"codes": {"102": "off"}})");
-    m_folder.Write(L"other.json", R"({"codes": {"102": "warning"}})");
+    m_folder.Write(L"code-analyzer.json", R"({"codes": {"1025": "off"}})");
+    m_folder.Write(L"other.json", R"({"codes": {"1025": "warning"}})");
     m_folder.Write(L"p/q/a.php", Wrong);
     EXPECT_THAT(RunJson({"p/q/a.php"}, 0), IsEmpty());
     EXPECT_THAT(RunJson({"p"}, 0), IsEmpty());
     EXPECT_THAT(RunJson({"--stdin-path", "p/x.php", "-"}, 0, Wrong), IsEmpty());
     EXPECT_EQ(RunJson({"--no-config", "p"}, 1).size(), 1u);
-    EXPECT_THAT(Brief(RunJson({"--config", "other.json", "p"}, 0)), ElementsAre("p/q/a.php:3 102 warning"));
+    EXPECT_THAT(Brief(RunJson({"--config", "other.json", "p"}, 0)), ElementsAre("p/q/a.php:3 1025 warning"));
     m_folder.Write(L"p/code-analyzer.json", "{}");
     EXPECT_EQ(RunJson({"p/q"}, 1).size(), 1u);
     EXPECT_THAT(Run({"check", "--config", "none.json", "p"}).err, HasSubstr("none.json: No such file"));
@@ -156,11 +156,11 @@ TEST_F(Settings, InitWritesAFileThatIsUnderstoodAndKeepsOneThatIsThere)
     EXPECT_EQ(Run({"init"}).exit, 0);
     EXPECT_EQ(RunJson({"a.php"}, 1).size(), 1u);
     EXPECT_THAT(Run({"project", "."}).out, HasSubstr("1 error and 0 warnings in 1 of 1 file."));
-    m_folder.Write(L"sub/code-analyzer.json", R"({"exclude": ["a.php"], "codes": {"102": "warning"}})");
+    m_folder.Write(L"sub/code-analyzer.json", R"({"exclude": ["a.php"], "codes": {"1025": "warning"}})");
     m_folder.Write(L"sub/a.php", Wrong);
     m_folder.Write(L"sub/b.php", Wrong);
     EXPECT_THAT(Run({"project", "sub"}).out,
-                HasSubstr("sub/b.php:3:1: warning: Missing ';' [102]\n0 errors"));
+                HasSubstr("sub/b.php:3:6: warning: Odd operator: = [1025]\n0 errors"));
     const SResult again = Run({"init"});
     EXPECT_EQ(again.exit, 2);
     EXPECT_THAT(again.err, HasSubstr("is there already"));
@@ -175,26 +175,27 @@ TEST_F(Settings, CommentsIgnore)
         TBrief found;
     };
     const SCase cases[] = {
-        {"a.php", "<?php\n$a = 1\n$b = 2; // code-analyzer-ignore 102\n", {}},
+        {"a.php", "<?php\n$a = 1;\n$b = = 2; // code-analyzer-ignore 1025\n", {}},
         {"a.php",
-         "<?php\n$a = 1\n// code-analyzer-ignore 102, 101 -- old\n$b = 2;\n",
+         "<?php\n$a = 1;\n// code-analyzer-ignore 1025, 101 -- old\n$b = = 2;\n",
          {"a.php:3 9001 warning"}},
-        {"a.php", "<?php\n$a = 1\n/* code-analyzer-ignore */\n$b = 2;\n", {}},
+        {"a.php", "<?php\n$a = 1;\n/* code-analyzer-ignore */\n$b = = 2;\n", {}},
         {"a.php",
-         "<?php\n$a = 1\n # code-analyzer-ignore 101\n # code-analyzer-ignore 102\n$b = 2;\n",
+         "<?php\n$a = 1;\n # code-analyzer-ignore 101\n # code-analyzer-ignore 1025\n$b = = 2;\n",
          {"a.php:3 9001 warning"}},
         {"a.php",
-         "<?php\n$a = 1\n$b = 2; // code-analyzer-ignore 901\n",
-         {"a.php:3 102 error", "a.php:3 9001 warning"}},
+         "<?php\n$a = 1;\n$b = = 2; // code-analyzer-ignore 901\n",
+         {"a.php:3 1025 error", "a.php:3 9001 warning"}},
         {"a.php",
-         "<?php // code-analyzer-ignore-start 102\n$a = 1\n$b = 1\n$c = 2; // code-analyzer-ignore-end\n$d = "
-         "1\n$e = 2;\n",
-         {"a.php:6 102 error"}},
+         "<?php // code-analyzer-ignore-start 1025\n$a = = 1;\n$b = 1;\n$c = = 2; // "
+         "code-analyzer-ignore-end\n$d = "
+         "1;\n$e = = 2;\n",
+         {"a.php:6 1025 error"}},
         {"a.php", "<?php // code-analyzer-ignore-start\n$a = 1\n$b = 1\n$c = 2;\n", {}},
         {"a.php", "<?php\n// code-analyzer-ignore-end\n$a = 1;\n", {"a.php:2 9001 warning"}},
         {"a.php",
-         "<?php\n$x = 'code-analyzer-ignore';\n$a = 1\n$b; // code-analyzer-ignored\n",
-         {"a.php:4 102 error"}},
+         "<?php\n$x = 'code-analyzer-ignore';\n$a = 1;\n$b = = 1; // code-analyzer-ignored\n",
+         {"a.php:4 1025 error"}},
         {"a.html",
          "<!-- code-analyzer-ignore 2001 -->\n<strng>x</strng>\n<strng>y</strng>\n",
          {"a.html:3 2001 error"}},
@@ -206,7 +207,7 @@ TEST_F(Settings, CommentsIgnore)
         EXPECT_EQ(Brief(RunJson({test.name}, AnyExit)), test.found);
     }
     m_folder.Write(L"code-analyzer.json", R"({"codes": {"9001": "off"}})");
-    m_folder.Write(L"a.php", "<?php // code-analyzer-ignore 102\n");
+    m_folder.Write(L"a.php", "<?php // code-analyzer-ignore 1025\n");
     EXPECT_THAT(RunJson({"a.php"}, 0), IsEmpty());
 }
 
@@ -257,7 +258,7 @@ TEST_F(Settings, OnlyWhatGitSaysHasChanged)
     m_folder.Write(L"r/notes.txt", Wrong);
     git({"rm", "-q", "gone.php"});
     git({"add", "."});
-    const TBrief both{"r/s/edited.php:3 102 error", "r/s/\xC3\xA4 new.php:3 102 error"};
+    const TBrief both{"r/s/edited.php:3 1025 error", "r/s/\xC3\xA4 new.php:3 1025 error"};
     EXPECT_EQ(Brief(RunJson({"r", "--changed"}, 1)), both);
     EXPECT_EQ(Brief(RunJson({"r/s", "--changed"}, 1)), both);
     EXPECT_EQ(RunJson({"r/old.php", "--changed"}, 0), json::array());

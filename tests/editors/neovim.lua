@@ -26,7 +26,7 @@ local ok, fault = pcall(function()
   local found = vim.diagnostic.get(0)
   table.sort(found, function(a, b) return a.lnum < b.lnum end)
   -- Neovim counts bytes: the emoji takes four.
-  assert(found[1].lnum == 1 and found[1].col == 13 and found[1].code == 101, vim.inspect(found[1]))
+  assert(found[1].lnum == 1 and found[1].col == 13 and found[1].code == 1012, vim.inspect(found[1]))
   assert(found[2].lnum == 2 and found[2].col == 2 and found[2].code == 2001, vim.inspect(found[2]))
 
   -- Typed as a user would: the mistake goes.

@@ -12,7 +12,7 @@ const page = readFileSync(join(dirname(fileURLToPath(import.meta.url)), '../../d
 const blocks = [...page.matchAll(/```(\w+)\n([^]*?)```/g)].map(([, language, text]) => ({ language, text }))
 const block = (language, mark) => blocks.find((b) => b.language === language && b.text.includes(mark)).text
 const env = { ...process.env, PATH: `${dirname(program)}:${process.env.PATH}`, GIT_CONFIG_GLOBAL: '/dev/null' }
-const wrong = '<?php\n$a = 1\n$b = 2;\n'
+const wrong = '<?php\n$a = 1;\n$b = = 2;\n'
 
 test('the hook stops a commit with an error, and only that', () => {
   const folder = new Folder()
@@ -25,7 +25,7 @@ test('the hook stops a commit with an error, and only that', () => {
   git('add', '.')
   const stopped = git('commit', '-qm', 'a')
   assert.notEqual(stopped.status, 0)
-  assert.match(stopped.stdout + stopped.stderr, /a\.php:3:1: error: Missing ';' \[102\]/)
+  assert.match(stopped.stdout + stopped.stderr, /a\.php:3:6: error: Odd operator: = \[1025\]/)
   folder.write('a.php', '<?php\n$a = 1;\n')
   git('add', '.')
   folder.write('untracked.php', wrong)

@@ -18,7 +18,7 @@ afterEach(() => {
 })
 
 const position = (line, character) => ({ line, character })
-const wrong = '<?php\n$a = 1\n$b = 2;\n'
+const wrong = '<?php\n$a = 1;\n$b = = 2;\n'
 
 test('a mistake behind an emoji and CR LF is shown in the columns that were agreed on, and goes when mended', async () => {
   const text = "<?php\r\n$é = '😀'  $b;\r\n"
@@ -28,11 +28,11 @@ test('a mistake behind an emoji and CR LF is shown in the columns that were agre
     assert.equal(result.capabilities.positionEncoding, encoding ?? 'utf-16')
     const uri = folder.uri('a.php')
     await each.open(uri, text)
-    assert.deepEqual(await each.diagnostics(uri, 1), [`1:${column}-1:${column + 2} 101`])
+    assert.deepEqual(await each.diagnostics(uri, 1), [`1:${column}-1:${column + 2} 1012`])
     const [diagnostic] = each.published.get(uri).diagnostics
     assert.equal(diagnostic.source, 'code-analyzer')
     assert.equal(diagnostic.severity, 1)
-    assert.match(diagnostic.codeDescription.href, /errors\.md#101$/)
+    assert.match(diagnostic.codeDescription.href, /errors\.md#1012$/)
     const at = position(1, column)
     await each.change(uri, 2, { range: { start: at, end: at }, text: '. ' })
     assert.deepEqual(await each.diagnostics(uri, 2), [])
@@ -64,9 +64,9 @@ test('every code action leaves the text that it promises', async () => {
     ['b.html', 'html', '<img widht="1">', "Replace by 'width'", '<img width="1">'],
     ['c.css', 'css', 'stong { color: red }', "Replace by 'strong'", 'strong { color: red }'],
     ['d.css', 'css', 'a { colr: red }', "Replace by 'color'", 'a { color: red }'],
-    ['e.php', 'php', wrong, 'Ignore error 102 here', '<?php\n$a = 1\n// code-analyzer-ignore 102\n$b = 2;\n'],
-    ['f.php', 'php', '<?php $a $b;\n', 'Ignore error 101 here', '<?php $a /* code-analyzer-ignore 101 */ $b;\n'],
-    ['g.php', 'php', "<?php\n$a = '\n' $b;\n", 'Ignore error 101 here', "<?php\n$a = '\n' /* code-analyzer-ignore 101 */ $b;\n"],
+    ['e.php', 'php', wrong, 'Ignore error 1025 here', '<?php\n$a = 1;\n// code-analyzer-ignore 1025\n$b = = 2;\n'],
+    ['f.php', 'php', '<?php $a $b;\n', 'Ignore error 1012 here', '<?php $a /* code-analyzer-ignore 1012 */ $b;\n'],
+    ['g.php', 'php', "<?php\n$a = '\n' $b;\n", 'Ignore error 1012 here', "<?php\n$a = '\n' /* code-analyzer-ignore 1012 */ $b;\n"],
     ['h.html', 'html', '<p>\n  <strng>x</strng>\n', 'Ignore error 2001 here', '<p>\n  <!-- code-analyzer-ignore 2001 -->\n  <strng>x</strng>\n'],
     ['i.css', 'css', 'a {\n\tcolr: red }', 'Ignore error 2502 here', 'a {\n\t/* code-analyzer-ignore 2502 */\n\tcolr: red }'],
     ['j.html', 'html', '<style>\na { colr: red }</style>', 'Ignore error 2502 here', '<style>\n/* code-analyzer-ignore 2502 */\na { colr: red }</style>'],
@@ -172,7 +172,7 @@ test('diagnostics are there for clients that ask', async () => {
     client.request('textDocument/diagnostic', { textDocument: { uri }, previousResultId })
   await client.open(uri, wrong)
   const first = await ask()
-  assert.deepEqual(first.items.map(brief), ['2:0-2:2 102'])
+  assert.deepEqual(first.items.map(brief), ['2:5-2:6 1025'])
   assert.equal((await ask(first.resultId)).kind, 'unchanged')
   await client.change(uri, 2, { text: '<?php\n$a = 1;\n' })
   assert.deepEqual((await ask(first.resultId)).items, [])
@@ -182,7 +182,7 @@ test('diagnostics are there for clients that ask', async () => {
     await new Promise((resolve) => setTimeout(resolve, 20))
   }
   const other = workspace.items.find((item) => item.uri === folder.uri('other.php'))
-  assert.deepEqual(other.items.map(brief), ['2:0-2:2 102'])
+  assert.deepEqual(other.items.map(brief), ['2:5-2:6 1025'])
   assert.equal(client.history.length, 0)
 })
 
@@ -210,7 +210,7 @@ test('whatever comes is answered, and the server goes on', async () => {
   await client.open(uri, wrong)
   await client.change(uri, 2, { range: { start: position(99, 5), end: position(-1, 1e9) }, text: '' })
   await client.change(uri, 3, { text: wrong })
-  assert.deepEqual(await client.diagnostics(uri, 3), ['2:0-2:2 102'])
+  assert.deepEqual(await client.diagnostics(uri, 3), ['2:5-2:6 1025'])
   assert.equal(await client.stop(), 0)
 })
 
@@ -225,7 +225,7 @@ test('an end without a shutdown is not a success', async () => {
 })
 
 test('faulty settings are shown, and those from before go on', async () => {
-  folder.write('code-analyzer.json', '{ "codes": { "102": "off" } }')
+  folder.write('code-analyzer.json', '{ "codes": { "1025": "off" } }')
   await client.start(folder)
   const uri = folder.uri('a.php')
   await client.open(uri, wrong)
