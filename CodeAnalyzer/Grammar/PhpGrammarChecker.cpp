@@ -225,7 +225,8 @@ bool CPhpGrammarChecker::PushBad(SParse& parse, std::uint32_t token)
 
 bool CPhpGrammarChecker::LeadsLine(std::uint32_t token) const
 {
-    return token == 0 || m_tokens[token - 1].line != m_tokens[token].line;
+    return token == 0 || (m_tokens[token - 1].line != m_tokens[token].line &&
+                          m_tokens.Span(token - 1).end.y != m_tokens[token].line);
 }
 
 // The parse stands before a token that cannot follow.

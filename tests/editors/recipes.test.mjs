@@ -49,7 +49,7 @@ test('Neovim shows what it is told', () => {
     ['--headless', '-i', 'NONE', '-n', '-u', join(folder.path, 'init.lua'), '-c', 'filetype on', '-c', 'edit a.php', '-c', 'luafile look.lua'],
     { cwd: folder.path, env, encoding: 'utf8', timeout: 60000 },
   )
-  assert.equal(stdout, "2 Missing ';'")
+  assert.equal(stdout, '2 Odd operator: =')
   folder.remove()
 })
 
@@ -67,7 +67,7 @@ test('the jobs’ commands write what the services collect', () => {
     assert.equal(status, 1)
   }
   for (const file of ['code-analyzer.sarif', 'gl-code-quality-report.json'])
-    assert.match(readFileSync(join(folder.path, file), 'utf8'), /Missing ';'/)
+    assert.match(readFileSync(join(folder.path, file), 'utf8'), /Odd operator/)
   assert.match(readFileSync(join(folder.path, 'junit.xml'), 'utf8'), /<failure/)
   folder.remove()
 })

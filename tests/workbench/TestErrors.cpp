@@ -54,6 +54,26 @@ TEST_F(Errors, APhpMistakeIsFoundInTheProjectAndInTheEditor)
     EXPECT_EQ(Underlines(editor), QStringList{"2:0-2:2"});
 }
 
+TEST_F(Errors, PhpIsCheckedAgainstItsGrammarAsUserAndProjectWant)
+{
+    m_folder.Write(L"project/a.php", "<?php\nclass A {\n  function f();\n}\n$a?->b();\n");
+    OpenProject(m_folder.Path(L"project"));
+    EXPECT_EQ(Rows().size(), 0);
+    Workbench::SChoices choices = Workbench::CPreferences(*m_settings).GetChoices();
+    choices.grammar = true;
+    Window().ApplyChoices(choices);
+    ASSERT_TRUE(WaitForRows(1));
+    EXPECT_EQ(Rows()[0].toStdString(), "Error|a.php - 3|Method without a body");
+    m_folder.Write(L"project/composer.json", R"({"require": {"php": "^7.4"}})");
+    ASSERT_TRUE(Window().CloseProject());
+    OpenProject(m_folder.Path(L"project"));
+    ASSERT_TRUE(WaitForRows(2));
+    m_folder.Write(L"project/code-analyzer.json", R"({"grammar": false})");
+    ASSERT_TRUE(Window().CloseProject());
+    OpenProject(m_folder.Path(L"project"));
+    EXPECT_TRUE(WaitForRows(0));
+}
+
 TEST_F(Errors, ADoubleClickOpensTheFileAtTheError)
 {
     const std::wstring file = m_folder.Write(L"project/page.html", Wrong);
