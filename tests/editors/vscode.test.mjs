@@ -70,6 +70,10 @@ test('every code action leaves the text that it promises', async () => {
     ['h.html', 'html', '<p>\n  <strng>x</strng>\n', 'Ignore error 2001 here', '<p>\n  <!-- code-analyzer-ignore 2001 -->\n  <strng>x</strng>\n'],
     ['i.css', 'css', 'a {\n\tcolr: red }', 'Ignore error 2502 here', 'a {\n\t/* code-analyzer-ignore 2502 */\n\tcolr: red }'],
     ['j.html', 'html', '<style>\na { colr: red }</style>', 'Ignore error 2502 here', '<style>\n/* code-analyzer-ignore 2502 */\na { colr: red }</style>'],
+    ['l.php', 'php', '<?php\nf(1;\n', "Insert ')'", '<?php\nf(1);\n'],
+    ['m.php', 'php', '<?php\nf(1));\n', "Remove ')'", '<?php\nf(1);\n'],
+    ['n.php', 'php', '<?php\n$a = 1 // one\n$b = 2;\n', "Insert ';'", '<?php\n$a = 1; // one\n$b = 2;\n'],
+    ['o.php', 'php', '<?php\nif ($a);\nf();\n', "Remove ';'", '<?php\nif ($a)\nf();\n'],
     ['k.html', 'html', '<img\nwidht="1">', 'Ignore error 2002 here', undefined], // no comment can stand inside a tag
   ]
   for (const [name, language, text, title, expected] of cases) {
@@ -89,6 +93,17 @@ test('every code action leaves the text that it promises', async () => {
     await client.change(uri, 2, { text: mended })
     assert.deepEqual(await client.diagnostics(uri, 2), [], `${name}: ${mended}`)
   }
+})
+
+test('an error says where the bracket that it is about was opened', async () => {
+  await client.start(null)
+  const uri = folder.uri('a.php')
+  await client.open(uri, "<?php\n$a = '😀' . f(1;\n")
+  await client.diagnostics(uri, 1)
+  const [{ relatedInformation }] = client.published.get(uri).diagnostics
+  assert.equal(relatedInformation.length, 1)
+  assert.equal(relatedInformation[0].location.uri, uri)
+  assert.deepEqual(relatedInformation[0].location.range, { start: position(1, 13), end: position(1, 14) })
 })
 
 test('names and codes are added to the settings, whose comments stay', async () => {
