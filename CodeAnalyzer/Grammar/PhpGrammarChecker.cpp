@@ -344,6 +344,8 @@ void CPhpGrammarChecker::ResolveByRepair(std::uint32_t stop)
     if (repair.accepted == 0) {
         if (!follows)
             ReportUnrepaired(stop, open);
+        if (!m_diagnostics.empty())
+            m_diagnostics.back().repaired = false;
         GiveUpStatement(stop);
         return;
     }

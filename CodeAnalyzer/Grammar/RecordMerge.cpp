@@ -16,18 +16,25 @@ bool IsAbout(const SCAError& error, const SGrammarDiagnostic& diagnostic)
     return begin <= error.pos.start && error.pos.start <= end;
 }
 
+/// Where the parse last stopped up to a place; null: nowhere yet.
+const SGrammarDiagnostic* LastStop(const std::vector<SGrammarDiagnostic>& diagnostics, CIterator place)
+{
+    const SGrammarDiagnostic* last = nullptr;
+    for (const SGrammarDiagnostic& diagnostic : diagnostics)
+        if (diagnostic.stopsParse && diagnostic.stop <= place && (!last || last->stop <= diagnostic.stop))
+            last = &diagnostic;
+    return last;
+}
+
 } // namespace
 
 void MergeRecords(std::vector<SCAError>& errors, const std::vector<SGrammarDiagnostic>& diagnostics)
 {
-    const SGrammarDiagnostic* first = nullptr;
-    for (const SGrammarDiagnostic& diagnostic : diagnostics)
-        if (diagnostic.stopsParse && (!first || diagnostic.stop < first->stop))
-            first = &diagnostic;
     std::erase_if(errors, [&](const SCAError& error) {
         if (error.type != SeverityError)
             return false;
-        return !first || error.pos.start < first->stop ||
+        const SGrammarDiagnostic* before = LastStop(diagnostics, error.pos.start);
+        return !before || before->repaired ||
                std::any_of(diagnostics.begin(), diagnostics.end(),
                            [&](const SGrammarDiagnostic& diagnostic) { return IsAbout(error, diagnostic); });
     });

@@ -9,8 +9,9 @@ namespace Kesh::CodeAnalyzer {
 
 /// Makes one list of what the statement parsers and the grammar check say of a document. The grammar passes
 /// nothing wrong, so an error of the statement parsers before its first one is false, all of them where it
-/// finds none; where both speak of the same statement the grammar does it better; behind it both may speak.
-/// Warnings stay.
+/// finds none; where both speak of the same statement the grammar does it better. Behind an error that a
+/// small repair put right the grammar is as sure as before it; behind a statement that it gave up both may
+/// speak. Warnings stay.
 void MergeRecords(std::vector<SCAError>& errors, const std::vector<SGrammarDiagnostic>& diagnostics);
 
 } // namespace Kesh::CodeAnalyzer
