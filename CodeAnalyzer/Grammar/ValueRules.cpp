@@ -139,16 +139,8 @@ SGrammarValue CPhpRules::StringParts(const SGrammarValue& a, const SGrammarValue
 // `{` and `$` in a string hold a variable and what belongs to it, no other expression.
 void CPhpRules::InBraces(const SGrammarValue& value)
 {
-    switch (value.kind) {
-    case EValue::Variable:
-    case EValue::This:
-    case EValue::VariableVariable:
-    case EValue::Element:
-    case EValue::Property:
-    case EValue::StaticProperty:
-    case EValue::Call: return;
-    default: Report(Code::OutOfPlace, value);
-    }
+    if (!IsPlace(value))
+        Report(Code::OutOfPlace, value);
 }
 
 SGrammarValue CPhpRules::Dim(const SGrammarValue& base, const SGrammarValue& bracket)

@@ -53,6 +53,8 @@ private:
 
     void Put(EPhpTokenKind kind, const wchar_t* begin, const wchar_t* end);
     void PutLines(EPhpTokenKind kind, const wchar_t* begin, const wchar_t* end);
+    void Send(EPhpTokenKind kind, const wchar_t* begin, const wchar_t* end, CIterator start,
+              CIterator endPlace);
     void PutText(EPhpTokenKind kind, const wchar_t* begin, const wchar_t* end);
     void Pass(const wchar_t* begin, const wchar_t* end);
     void WriteOne(EPhpTokenKind kind, const wchar_t* begin, const wchar_t* end);

@@ -94,9 +94,11 @@ void RegionSource(benchmark::State& state)
 }
 
 // From the bytes of a file to its list of errors, with a document and a parser of its own for each.
-void FullCheck(benchmark::State& state)
+void CheckAll(benchmark::State& state, bool withGrammar)
 {
     CodeAnalyzer::CCAErrorsManager errors;
+    CodeAnalyzer::CCAGrammarCheck wanted;
+    wanted.SetEnabled(withGrammar);
     for (auto _ : state) {
         for (const std::string& file : Corpus().files) {
             auto reader = boost::make_shared<SyntaxParser::CTextReader>(SyntaxParser::DecodeSource(file));
@@ -104,10 +106,17 @@ void FullCheck(benchmark::State& state)
             CodeAnalyzer::CPhpSyntaxParser parser(document->GetDefRegions(), &errors);
             parser.SteFileName(L"/checked.php");
             parser.InitParser(document);
+            if (withGrammar)
+                parser.FollowGrammar(*document, &wanted);
             document->Parse(true);
         }
     }
     SetSpeed(state);
+}
+
+void FullCheck(benchmark::State& state)
+{
+    CheckAll(state, false);
 }
 
 // The whole grammar and the rules of the language, without the statement parsers; to be compared with PHP's
@@ -130,21 +139,7 @@ void GrammarCheck(benchmark::State& state)
 // Both together, joined to one list, as our hosts check.
 void FullCheckWithGrammar(benchmark::State& state)
 {
-    CodeAnalyzer::CCAErrorsManager errors;
-    CodeAnalyzer::CCAGrammarCheck wanted;
-    wanted.SetEnabled(true);
-    for (auto _ : state) {
-        for (const std::string& file : Corpus().files) {
-            auto reader = boost::make_shared<SyntaxParser::CTextReader>(SyntaxParser::DecodeSource(file));
-            const auto document = SyntaxParser::MakeSPDocument(reader, {L"/checked.php", L"PHPSPDocFactory"});
-            CodeAnalyzer::CPhpSyntaxParser parser(document->GetDefRegions(), &errors);
-            parser.SteFileName(L"/checked.php");
-            parser.InitParser(document);
-            parser.FollowGrammar(*document, &wanted);
-            document->Parse(true);
-        }
-    }
-    SetSpeed(state);
+    CheckAll(state, true);
 }
 
 BENCHMARK(Decode)->Unit(benchmark::kMillisecond);
