@@ -281,7 +281,9 @@ void CPhpGrammarChecker::ReportLexical(std::uint32_t token)
 
 void CPhpGrammarChecker::AddRuleReports()
 {
-    for (const SRuleReport& report : m_parse->rules.Reports()) {
+    const auto& reports = m_parse->rules.Reports();
+    m_keptReports.insert(m_keptReports.end(), reports.begin(), reports.end());
+    for (const SRuleReport& report : m_keptReports) {
         const std::uint32_t token = std::min(report.token, m_tokens.Count() - 1);
         Add(report.code, m_tokens.Span(token), token);
         SGrammarDiagnostic& diagnostic = m_diagnostics.back();

@@ -65,6 +65,8 @@ void CPhpGrammarChecker::BeginTokens()
     m_parse->rules.Begin(m_version);
     m_parse->parser.Begin();
     m_edits.clear();
+    m_keptReports.clear();
+    m_gaveUp = false;
     m_diagnostics.clear();
     m_skip = {};
     m_next = m_resumed = 0;
@@ -171,18 +173,36 @@ bool CPhpGrammarChecker::PushKind(SParse& parse, K kind, std::uint32_t token)
     return parse.parser.Push(symbol, {token, token, 0, 0, EValue::Other, EValue::Other});
 }
 
+bool CPhpGrammarChecker::ApplyEdit(SParse& parse, std::uint32_t token, bool& dropped)
+{
+    const auto after = std::upper_bound(m_edits.begin(), m_edits.end(), token,
+                                        [](std::uint32_t t, const SEdit& edit) { return t < edit.token; });
+    if (after == m_edits.begin())
+        return true;
+    const SEdit& edit = *(after - 1);
+    if (edit.token == token) {
+        for (const K kind : edit.inserted)
+            if (!PushKind(parse, kind, token))
+                return false;
+    }
+    dropped = token < edit.token + edit.dropped;
+    return true;
+}
+
+void CPhpGrammarChecker::AddEdit(const SEdit& edit)
+{
+    m_edits.insert(std::upper_bound(m_edits.begin(), m_edits.end(), edit.token,
+                                    [](std::uint32_t t, const SEdit& other) { return t < other.token; }),
+                   edit);
+}
+
 bool CPhpGrammarChecker::Feed(SParse& parse, std::uint32_t token)
 {
-    if (!m_edits.empty()) {
-        const auto edit = std::find_if(m_edits.begin(), m_edits.end(),
-                                       [token](const SEdit& e) { return e.token == token; });
-        if (edit != m_edits.end()) {
-            if (!edit->insert)
-                return true;
-            if (!PushKind(parse, K::CloseBrace, token))
-                return false;
-        }
-    }
+    bool dropped = false;
+    if (!m_edits.empty() && !ApplyEdit(parse, token, dropped))
+        return false;
+    if (dropped)
+        return true;
     const K kind = m_tokens[token].kind;
     if (kind < K::Abstract && kind != K::OpenBrace && kind != K::MagicConstant) {
         if (kind >= K::BadCharacter && kind <= K::BadIndent)
@@ -248,18 +268,17 @@ bool CPhpGrammarChecker::ResolveByBraces(std::uint32_t stop)
 {
     constexpr std::size_t mostGuesses = 6;
     constexpr std::size_t mostTrials = 24;
-    if (m_trials >= mostTrials)
+    if (m_gaveUp)
         return false;
     for (const SBraceGuess& guess : GuessBraces(m_tokens, stop + 1, mostGuesses)) {
-        if (++m_trials > mostTrials)
-            return false;
         const bool known = std::any_of(m_edits.begin(), m_edits.end(),
                                        [&](const SEdit& edit) { return edit.token == guess.token; });
         if (known || guess.token > stop || guess.token < m_resumed)
             continue;
-        std::vector<SEdit> edits = m_edits;
-        edits.push_back({guess.token, guess.missing});
-        if (!TryEdits(edits, stop))
+        if (++m_trials > mostTrials)
+            return false;
+        if (!TryEdit(guess.missing ? SEdit{guess.token, {K::CloseBrace}, 0} : SEdit{guess.token, {}, 1},
+                     stop))
             continue;
         if (guess.missing) {
             Add(Code::MissingCloseBrace, GapBehind(guess.token - 1), stop);
@@ -282,10 +301,11 @@ bool CPhpGrammarChecker::ResolveByBraces(std::uint32_t stop)
     return false;
 }
 
-// Parses all anew with the edits; takes the result over when that leads beyond the wrong token for good.
-bool CPhpGrammarChecker::TryEdits(const std::vector<SEdit>& edits, std::uint32_t stop)
+// Parses all anew with one more edit; takes the result over when that leads beyond the wrong token for good.
+bool CPhpGrammarChecker::TryEdit(const SEdit& edit, std::uint32_t stop)
 {
-    const std::vector<SEdit> before = std::exchange(m_edits, edits);
+    const std::vector<SEdit> before = m_edits;
+    AddEdit(edit);
     m_trial->rules.Begin(m_version);
     m_trial->parser.Begin();
     m_trial->rules.Distrust();
@@ -297,6 +317,8 @@ bool CPhpGrammarChecker::TryEdits(const std::vector<SEdit>& edits, std::uint32_t
         m_edits = before;
         return false;
     }
+    const auto& reports = m_parse->rules.Reports();
+    m_keptReports.insert(m_keptReports.end(), reports.begin(), reports.end());
     std::swap(m_parse, m_trial);
     m_next = token;
     return true;
@@ -351,13 +373,11 @@ void CPhpGrammarChecker::ResolveByRepair(std::uint32_t stop)
     }
     if (!follows)
         ReportRepair(stop, repair, open);
-    for (const K kind : repair.inserted)
-        PushKind(*m_parse, kind, stop);
-    m_next = stop + repair.dropped;
-    m_resumed = m_next;
+    AddEdit({stop, repair.inserted, repair.dropped});
+    m_resumed = stop + repair.dropped;
     m_settled = SettledInStatement;
-    if (!follows && !m_diagnostics.empty() && m_next > 0)
-        m_diagnostics.back().resumed = m_tokens.Span(m_next - (repair.dropped ? 1 : 0)).start;
+    if (!follows && !m_diagnostics.empty())
+        m_diagnostics.back().resumed = m_tokens.Span(m_resumed - (repair.dropped ? 1 : 0)).start;
 }
 
 // Nothing small helps: the statement is given up.
@@ -367,6 +387,7 @@ void CPhpGrammarChecker::GiveUpStatement(std::uint32_t stop)
     static const TGrammarSymbol statement = GrammarSymbol(StatementMark);
     static const TGrammarSymbol member = GrammarSymbol(MemberMark);
     std::size_t depth = parser.Depth();
+    m_gaveUp = true;
     m_skip = {true, stop, 0, 0, false};
     for (;; --depth) {
         m_skip.inClass = parser.ShiftsAt(depth, member) && !parser.ShiftsAt(depth, statement);

@@ -47,11 +47,13 @@ public:
 private:
     using K = SyntaxParser::EPhpTokenKind;
 
-    /// A change of the text that the parse goes by: a `}` before a token, or none where one stands.
+    /// A change of the text that the parse goes by: what it takes to stand before a token, and how many
+    /// tokens from that one on it takes not to stand there.
     struct SEdit
     {
         std::uint32_t token;
-        bool insert;
+        std::vector<K> inserted;
+        std::uint32_t dropped;
     };
     /// Rules and parser, which change together.
     struct SParse
@@ -74,13 +76,15 @@ private:
     void Pump(bool ended);
     bool Feed(SParse& parse, std::uint32_t token);
     bool PushKind(SParse& parse, K kind, std::uint32_t token);
+    bool ApplyEdit(SParse& parse, std::uint32_t token, bool& dropped);
     bool PushBad(SParse& parse, std::uint32_t token);
     K KindInPlace(const SParse& parse, std::uint32_t token) const;
     wchar_t NextCharacter(std::uint32_t token) const;
 
     void Resolve();
     bool ResolveByBraces(std::uint32_t stop);
-    bool TryEdits(const std::vector<SEdit>& edits, std::uint32_t stop);
+    bool TryEdit(const SEdit& edit, std::uint32_t stop);
+    void AddEdit(const SEdit& edit);
     void ResolveByRepair(std::uint32_t stop);
     void GiveUpStatement(std::uint32_t stop);
     void Skip(std::uint32_t token);
@@ -106,10 +110,12 @@ private:
     CGrammarTokens m_tokens;
     std::unique_ptr<SParse> m_parse;
     std::unique_ptr<SParse> m_trial;
-    std::vector<SEdit> m_edits; ///< by token
-    std::uint32_t m_next = 0;   ///< the token to feed next
-    bool m_stalled = false;     ///< it cannot be fed; more tokens are awaited
-    bool m_dead = false;        ///< too many errors: nothing more is looked at
+    std::vector<SEdit> m_edits;             ///< in the order of their tokens
+    std::vector<SRuleReport> m_keptReports; ///< of rules, from a parse that another has replaced
+    bool m_gaveUp = false;                  ///< a statement: the parse cannot be done again
+    std::uint32_t m_next = 0;               ///< the token to feed next
+    bool m_stalled = false;                 ///< it cannot be fed; more tokens are awaited
+    bool m_dead = false;                    ///< too many errors: nothing more is looked at
     bool m_ended = false;
     SSkip m_skip;
     std::uint32_t m_resumed = 0; ///< the token at which the parse last went on after an error

@@ -67,6 +67,10 @@ TEST(Grammar, FindsBracesByIndentation)
          "    public function i()\n    {\n    }\n}\n",
          "1023 6:8-6:9"},
         {"<?php\nif ($a) {\n  f();\n", "1004 2:5-2:6"},
+        // Also behind an error of another kind.
+        {"<?php\nclass A\n{\n    function f()\n    {\n        g(1;\n    }\n    function h($a, $a)\n    {\n"
+         "        if (1) {\n            i();\n        j();\n    }\n    function k()\n    {\n    }\n}\n",
+         "1002 5:10-5:11 1004 10:15-10:16"},
     };
     for (const auto& [text, expected] : Cases)
         EXPECT_EQ(Describe(text), expected) << text;
