@@ -5,6 +5,7 @@
 #include "Application/PluginLoader.h"
 #include "Base/Exception.h"
 #include "Configuration/Apply.h"
+#include "Configuration/Composer.h"
 #include "LanguageServer/Uri.h"
 #include "ProjectManager/ProjectManager.h"
 
@@ -255,6 +256,8 @@ void CServer::LoadConfiguration()
         Show(MessageError, fault.what());
         return;
     }
+    if (!configuration->phpVersion && !m_workspace.Folders().empty())
+        configuration->phpVersion = Configuration::ComposerPhpVersion(m_workspace.Folders().front());
     m_diagnostics.SetConfiguration(configuration);
     m_parts.application.Documents().Suspend();
     Configuration::Apply(*configuration, m_parts.application.Parser(), m_parts.plugin.GrammarCheck());

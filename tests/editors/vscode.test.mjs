@@ -106,6 +106,17 @@ test('an error says where the bracket that it is about was opened', async () => 
   assert.deepEqual(relatedInformation[0].location.range, { start: position(1, 13), end: position(1, 14) })
 })
 
+test('PHP is judged by the version that composer.json asks for', async () => {
+  folder.write('composer.json', '{ "require": { "php": "^7.4" } }')
+  await client.start(folder)
+  const uri = folder.uri('a.php')
+  await client.open(uri, '<?php\n$a = match (1) { default => 2 };\n')
+  assert.equal((await client.diagnostics(uri, 1)).length, 1)
+  folder.write('code-analyzer.json', '{ "phpVersion": "8.1" }')
+  await client.notify('workspace/didChangeConfiguration', { settings: {} })
+  await until('the error to go', () => client.published.get(uri).diagnostics.length === 0)
+})
+
 test('names and codes are added to the settings, whose comments stay', async () => {
   const settings = join(folder.path, 'code-analyzer.json')
   await client.start(folder)
