@@ -9,7 +9,7 @@ import { htmlTagNames } from 'html-tag-names';
 import { mathmlTagNames } from 'mathml-tag-names';
 import { svgElementAttributes } from 'svg-element-attributes';
 import { svgTagNames } from 'svg-tag-names';
-import properties from 'known-css-properties';
+import knownProperties from 'known-css-properties';
 
 // An attribute on so many SVG elements is taken for one of every SVG element: the package lists presentation
 // attributes for some elements only, while the standard allows them on all.
@@ -26,14 +26,14 @@ function add(list, names) {
 }
 
 function addGaps(text) {
-    let list;
+    let current;
     for (const line of text.split('\n')) {
         if (line.startsWith('#') || line.trim() === '')
             continue;
         if (line.startsWith(' '))
-            add(list, line.trim().split(/ +/));
+            add(current, line.trim().split(/ +/));
         else
-            list = line;
+            current = line;
     }
 }
 
@@ -56,20 +56,24 @@ function addSvgAttributes() {
     }
 }
 
-function wrap(names) {
+// Lines of C++ that hold `items`, separated by commas.
+function wrap(items) {
     const lines = [];
-    for (const name of names) {
-        if (lines.length === 0 || lines.at(-1).length + name.length + 1 > 108)
-            lines.push(' ');
-        lines[lines.length - 1] += ` ${name}`;
+    for (const item of items) {
+        if (lines.length === 0 || lines.at(-1).length + item.length + 2 > 110)
+            lines.push('   ');
+        lines[lines.length - 1] += ` ${item},`;
     }
     return lines.join('\n');
 }
 
+const sorted = (names) => [...new Set(names)].sort();
+const list = (name) => lists.get(name) ?? new Set();
+
 add('html-tags', htmlTagNames);
 add('svg-tags', svgTagNames);
 add('math-tags', mathmlTagNames);
-add('style-properties', properties.all);
+add('style-properties', knownProperties.all);
 addSvgAttributes();
 for (const [tag, attributes] of Object.entries(htmlElementAttributes))
     add(`attributes ${tag}`, attributes);
@@ -77,9 +81,29 @@ add('attributes *', htmlEventAttributes);
 add('attributes *', ariaAttributes);
 addGaps(readFileSync(resource('name-gaps.txt'), 'utf8'));
 
-const text = [...lists]
-    .filter(([, names]) => names.size > 0)
-    .sort(([a], [b]) => (a < b ? -1 : 1))
-    .map(([list, names]) => `${list}\n${wrap([...names].sort())}\n`)
-    .join('');
-writeFileSync(resource('markup-names.inc'), `R"names(${text})names"\n`);
+const tags = sorted(['html-tags', 'svg-tags', 'math-tags'].flatMap((name) => [...list(name)]));
+const owns = tags.map((tag) => sorted(list(`attributes ${tag}`)));
+const shared = [
+    ['StylePropertyList', 'style-properties'],
+    ['GlobalAttributeList', 'attributes *'],
+    ['SvgTags', 'svg-tags'],
+    ['SvgAttributes', 'attributes @svg'],
+    ['MathTags', 'math-tags'],
+    ['MathAttributes', 'attributes @math'],
+].map(([array, name]) => [array, sorted(list(name))]);
+const names = sorted([...tags, ...owns.flat(), ...shared.flatMap(([, items]) => items)]);
+const indexes = new Map(names.map((name, index) => [name, index]));
+
+const array = (type, name, items) => `constexpr ${type} ${name}[] = {\n${wrap(items)}\n};\n`;
+const indexArray = (name, items) => array('TNameIndex', name, items.map((item) => `${indexes.get(item)}`));
+let end = 0;
+writeFileSync(
+    resource('markup-names.inc'),
+    '// Written by scripts/make-name-lists.mjs. All names are ASCII; names and indexes are sorted.\n' +
+        array('std::string_view', 'Names', names.map((name) => `"${name}"`)) +
+        indexArray('TagList', tags) +
+        shared.map(([name, items]) => indexArray(name, items)).join('') +
+        '// The attributes of each tag that are listed for it alone, one tag after another, and where its part ends.\n' +
+        indexArray('OwnAttributes', owns.flat()) +
+        array('std::uint16_t', 'OwnEnds', owns.map((own) => `${(end += own.length)}`)),
+);

@@ -5,9 +5,10 @@
 #include "Components/CADocParser.h"
 #include "Components/CAErrorsManager.h"
 
+#include <algorithm>
+
 namespace Kesh::CodeAnalyzer {
 
-using Base::CCommonString;
 using SyntaxParser::SSemanticTree;
 using SyntaxParser::SSemanticTreeNode;
 using SyntaxParser::TSemanticIndex;
@@ -16,6 +17,11 @@ namespace {
 
 constexpr std::int32_t UnknownElement = 2501;
 constexpr std::int32_t UnknownProperty = 2502;
+
+bool Contains(const std::vector<std::wstring_view>& names, std::wstring_view name)
+{
+    return std::find(names.begin(), names.end(), name) != names.end();
+}
 
 } // namespace
 
@@ -27,25 +33,21 @@ CCssSyntaxChecker::CCssSyntaxChecker(CCADocParser* owner,
     const auto parser =
         Base::GetHostComponent<SyntaxParser::IParserComponent>(m_application, L"IParserComponent");
     m_cssSyntax = parser->GetCssSyntax();
-    FillTags(*parser->GetCompletionData());
-    FillAttributes(*parser->GetCompletionData());
+    m_names = CMarkupNames::Of(parser);
+    FillTags();
+    FillAttributes();
     m_connection = document->GetEndOfParseSignal().connect(
         [this](SyntaxParser::ISPDocument* parsed) { OnDocumentParsed(parsed); });
 }
 
-void CCssSyntaxChecker::FillTags(const SyntaxParser::ICompletionData& data)
+void CCssSyntaxChecker::FillTags()
 {
-    m_tags = MakeNameSet(data.GetTags());
-    // Keyframes stand where elements do.
-    m_tags.insert(L"from");
-    m_tags.insert(L"to");
+    m_tags = {L"from", L"to"}; // keyframes stand where elements do
 }
 
-void CCssSyntaxChecker::FillAttributes(const SyntaxParser::ICompletionData& data)
+void CCssSyntaxChecker::FillAttributes()
 {
-    m_attributes = MakeNameSet(data.GetStyleProperties());
-    // Of page rules only.
-    m_attributes.insert(L"size");
+    m_attributes = {L"size"}; // of page rules only
 }
 
 void CCssSyntaxChecker::OnDocumentParsed(SyntaxParser::ISPDocument* document)
@@ -81,10 +83,12 @@ void CCssSyntaxChecker::CheckCss(const SSemanticTree& tree, TSemanticIndex top)
 void CCssSyntaxChecker::CheckName(const SSemanticTreeNode& node)
 {
     if (node.regionKind == m_cssSyntax->GetPropertyNameKind()) {
-        if (!m_attributes.contains(CCommonString::LowerCaseFast(node.name)))
+        const Base::CLowerCase name(node.name);
+        if (!m_names->HasStyleProperty(name.View()) && !Contains(m_attributes, name.View()))
             m_errors.push_back({node.span, UnknownProperty, SeverityError});
     } else if (node.regionKind == m_cssSyntax->GetElementNameKind()) {
-        if (!m_tags.contains(CCommonString::LowerCaseFast(node.name)))
+        const Base::CLowerCase name(node.name);
+        if (!m_names->HasTag(name.View()) && !Contains(m_tags, name.View()))
             m_errors.push_back({node.span, UnknownElement, SeverityError});
     }
 }

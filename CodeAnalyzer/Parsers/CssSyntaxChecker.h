@@ -8,6 +8,8 @@
 
 #include <boost/shared_ptr.hpp>
 #include <boost/signals2/connection.hpp>
+#include <memory>
+#include <string_view>
 #include <vector>
 
 namespace Kesh::CodeAnalyzer {
@@ -29,8 +31,8 @@ public:
     void OnDocumentParsed(SyntaxParser::ISPDocument* document);
 
 private:
-    void FillTags(const SyntaxParser::ICompletionData& data);
-    void FillAttributes(const SyntaxParser::ICompletionData& data);
+    void FillTags();
+    void FillAttributes();
     void CheckCss(const SyntaxParser::SSemanticTree& tree, SyntaxParser::TSemanticIndex top);
     void CheckName(const SyntaxParser::SSemanticTreeNode& node);
 
@@ -39,8 +41,9 @@ private:
     std::vector<SCAError> m_errors; ///< of the last run
     CCADocParser* m_owner;
     const SyntaxParser::ICssSyntax* m_cssSyntax;
-    TNameSet m_tags;
-    TNameSet m_attributes;
+    std::shared_ptr<const CMarkupNames> m_names;
+    std::vector<std::wstring_view> m_tags;       ///< known beside the host's
+    std::vector<std::wstring_view> m_attributes; ///< likewise
     boost::signals2::scoped_connection m_connection;
 };
 

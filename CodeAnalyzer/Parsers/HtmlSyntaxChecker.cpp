@@ -8,10 +8,10 @@
 #include "Parsers/HtmlCustomItemsKeeper.h"
 
 #include <algorithm>
+#include <array>
 
 namespace Kesh::CodeAnalyzer {
 
-using Base::CCommonString;
 using SyntaxParser::SSemanticTree;
 using SyntaxParser::SSemanticTreeNode;
 using SyntaxParser::TSemanticIndex;
@@ -24,18 +24,7 @@ constexpr std::int32_t UnknownAttribute = 2002;
 /// The tag by which templates of one content management system include modules.
 constexpr std::wstring_view JdocTag = L"jdoc:include";
 
-bool IsKnown(const SyntaxParser::TCompletionList& items, const std::wstring& name)
-{
-    const auto place = std::lower_bound(
-        items.begin(), items.end(), name,
-        [](const SyntaxParser::ICompletionItem* item, const std::wstring& n) { return item->GetName() < n; });
-    if (place != items.end() && (*place)->GetName() == name)
-        return true;
-    // A host may give its list in another order. Unknown names are rare, so that the long way is too.
-    return std::any_of(items.begin(), items.end(), [&name](const SyntaxParser::ICompletionItem* item) {
-        return item->GetName() == name;
-    });
-}
+constexpr std::array<std::wstring_view, 4> JdocAttributes{L"name", L"style", L"title", L"type"};
 
 } // namespace
 
@@ -47,14 +36,9 @@ CHtmlSyntaxChecker::CHtmlSyntaxChecker(CCADocParser* owner,
       m_errorsManager(errorsManager),
       m_customItems(customItems),
       m_owner(owner),
-      m_jdocAttributes({L"name", L"style", L"title", L"type"})
+      m_names(CMarkupNames::Of(
+          Base::GetHostComponent<SyntaxParser::IParserComponent>(application, L"IParserComponent")))
 {
-    const auto parser =
-        Base::GetHostComponent<SyntaxParser::IParserComponent>(m_application, L"IParserComponent");
-    const SyntaxParser::ICompletionData* data = parser->GetCompletionData();
-    m_attributeSource = data->GetAttributeSource();
-    m_tags = MakeNameSet(data->GetTags());
-    m_tags.insert(JdocTag);
     m_connection = document->GetEndOfParseSignal().connect(
         [this](SyntaxParser::ISPDocument* parsed) { OnDocumentParsed(parsed); });
 }
@@ -99,8 +83,8 @@ void CHtmlSyntaxChecker::CheckHtml(const SSemanticTree& tree, TSemanticIndex top
 
 bool CHtmlSyntaxChecker::CheckTag(const SSemanticTreeNode& tag)
 {
-    const std::wstring name = CCommonString::LowerCaseFast(tag.name);
-    if (m_tags.contains(name) || m_customItems->HaveTag(name))
+    const Base::CLowerCase name(tag.name);
+    if (m_names->HasTag(name.View()) || name.View() == JdocTag || m_customItems->HaveTag(tag.name))
         return true;
     UnknownTagError(tag);
     return false;
@@ -108,10 +92,10 @@ bool CHtmlSyntaxChecker::CheckTag(const SSemanticTreeNode& tag)
 
 void CHtmlSyntaxChecker::CheckAttribute(const SSemanticTreeNode& tag, const SSemanticTreeNode& attribute)
 {
-    const std::wstring name = CCommonString::LowerCaseFast(attribute.name);
-    if (IsKnown(m_attributeSource->GetAttributes(tag.name), name) ||
-        (tag.name == JdocTag && m_jdocAttributes.contains(attribute.name)) ||
-        m_customItems->HaveAttribute(name) || name.starts_with(L"data-"))
+    const Base::CLowerCase name(attribute.name);
+    if (m_names->HasAttribute(tag.name, name.View()) ||
+        (tag.name == JdocTag && std::ranges::find(JdocAttributes, attribute.name) != JdocAttributes.end()) ||
+        m_customItems->HaveAttribute(attribute.name) || name.View().starts_with(L"data-"))
         return;
     UnknownAttributeError(attribute);
 }

@@ -7,6 +7,7 @@
 
 #include <boost/shared_ptr.hpp>
 #include <boost/signals2/connection.hpp>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -43,9 +44,7 @@ private:
     CHtmlCustomItemsKeeper* m_customItems;
     std::vector<SCAError> m_errors; ///< of the last run
     CCADocParser* m_owner;
-    TNameSet m_tags;
-    TNameSet m_jdocAttributes;
-    const SyntaxParser::IAttributeSource* m_attributeSource;
+    std::shared_ptr<const CMarkupNames> m_names;
     boost::signals2::scoped_connection m_connection;
 };
 

@@ -1,12 +1,12 @@
 #include "SyntaxParser/CompletionData.h"
 
 #include "Base/CommonString.h"
+#include "Kesh/SyntaxParser/INameLookup.h"
+#include "SyntaxParser/NameTables.h"
 
 #include <algorithm>
-#include <map>
-#include <set>
+#include <iterator>
 #include <string>
-#include <string_view>
 #include <unordered_map>
 #include <utility>
 
@@ -14,99 +14,110 @@ namespace Kesh::SyntaxParser {
 
 namespace {
 
-// Lists of names: a line with the list's name, then indented lines with names.
-constexpr std::string_view NameLists =
-#include "markup-names.inc"
-    ;
-
-using TNames = std::set<std::wstring, std::less<>>;
-
-std::map<std::string_view, TNames> ReadNameLists()
-{
-    std::map<std::string_view, TNames> lists;
-    TNames* list = &lists[{}];
-    for (std::size_t begin = 0; begin < NameLists.size();) {
-        const std::size_t lineEnd = NameLists.find('\n', begin);
-        if (NameLists[begin] != ' ') {
-            list = &lists[NameLists.substr(begin, lineEnd - begin)];
-            begin = lineEnd + 1;
-            continue;
-        }
-        const std::size_t name = NameLists.find_first_not_of(' ', begin);
-        const std::size_t end = NameLists.find_first_of(" \n", name);
-        list->emplace(NameLists.begin() + name, NameLists.begin() + end);
-        begin = NameLists[end] == '\n' ? end + 1 : end;
-    }
-    return lists;
-}
-
 class CItem final : public ICompletionItem
 {
 public:
-    explicit CItem(std::wstring name) : m_name(std::move(name)) {}
+    explicit CItem(std::string_view name) : m_name(name.begin(), name.end()) {}
     const std::wstring& GetName() const override { return m_name; }
 
 private:
     std::wstring m_name;
 };
 
-class CBuiltInData final : public ICompletionData, public IAttributeSource
+/// The tables in the shape of lists, for those who want all names.
+class CNameLists
 {
 public:
-    CBuiltInData()
+    CNameLists()
+        : m_items(NameTables::All().begin(), NameTables::All().end()),
+          m_tags(List(NameTables::Tags())),
+          m_styleProperties(List(NameTables::StyleProperties())),
+          m_globalAttributes(List(NameTables::GlobalAttributes()))
     {
-        auto lists = ReadNameLists();
-        m_styleProperties = Items(lists["style-properties"]);
-        m_globalAttributes = Items(lists["attributes *"]);
-        std::map<std::string, TNames> attributes;
-        TNames tags;
-        const auto addTags = [&](std::string_view list, const TNames& common) {
-            for (const std::wstring& tag : lists[list]) {
-                tags.insert(tag);
-                TNames& names = attributes[Base::CCommonString::ToUtf8(tag)];
-                names.insert(common.begin(), common.end());
-            }
-        };
-        addTags("html-tags", {});
-        addTags("svg-tags", lists["attributes @svg"]);
-        addTags("math-tags", lists["attributes @math"]);
-        m_tags = Items(tags);
-        for (auto& [tag, names] : attributes) {
-            if (const auto own = lists.find("attributes " + tag); own != lists.end())
-                names.insert(own->second.begin(), own->second.end());
-            if (names.empty())
-                continue; // the global ones
-            const TNames& global = lists["attributes *"];
-            names.insert(global.begin(), global.end());
-            m_attributes.emplace(Base::CCommonString::FromUtf8(tag), Items(names));
-        }
+        for (const TNameIndex tag : NameTables::Tags())
+            if (const auto attributes = NameTables::AttributesOf(tag); !attributes.IsEmpty())
+                m_attributes.emplace(m_items[tag].GetName(), List(Union(attributes)));
     }
 
-    const TCompletionList& GetTags() const override { return m_tags; }
-    const TCompletionList& GetStyleProperties() const override { return m_styleProperties; }
-    const IAttributeSource* GetAttributeSource() const override { return this; }
-
-    const TCompletionList& GetAttributes(const std::wstring& tag) const override
+    const TCompletionList& Tags() const { return m_tags; }
+    const TCompletionList& StyleProperties() const { return m_styleProperties; }
+    const TCompletionList& Attributes(const std::wstring& tag) const
     {
         const auto own = m_attributes.find(Base::CCommonString::LowerCaseFast(tag));
         return own == m_attributes.end() ? m_globalAttributes : own->second;
     }
 
 private:
-    TCompletionList Items(const TNames& names)
+    static std::vector<TNameIndex> Union(const NameTables::STagAttributes& attributes)
+    {
+        std::vector<TNameIndex> names(NameTables::GlobalAttributes().begin(),
+                                      NameTables::GlobalAttributes().end());
+        for (const TNameIndexes part : {attributes.own, attributes.svg, attributes.math})
+            names.insert(names.end(), part.begin(), part.end());
+        std::sort(names.begin(), names.end());
+        names.erase(std::unique(names.begin(), names.end()), names.end());
+        return names;
+    }
+
+    TCompletionList List(TNameIndexes names) const
     {
         TCompletionList list;
         list.reserve(names.size());
-        for (const std::wstring& name : names)
-            list.push_back(&m_items.try_emplace(name, name).first->second);
+        for (const TNameIndex name : names)
+            list.push_back(&m_items[name]);
         return list;
     }
 
-    std::unordered_map<std::wstring, CItem> m_items; ///< one for all lists that hold the name
+    std::vector<CItem> m_items; ///< one for all lists that hold the name
     TCompletionList m_tags;
     TCompletionList m_styleProperties;
     TCompletionList m_globalAttributes;
     std::unordered_map<std::wstring, TCompletionList> m_attributes;
+};
+
+const CNameLists& Lists()
+{
+    static const CNameLists lists;
+    return lists;
+}
+
+class CBuiltInData final : public ICompletionData, public IAttributeSource, public INameLookup
+{
+public:
+    const TCompletionList& GetTags() const override { return Lists().Tags(); }
+    const TCompletionList& GetStyleProperties() const override { return Lists().StyleProperties(); }
+    const IAttributeSource* GetAttributeSource() const override { return this; }
+    const TCompletionList& GetAttributes(const std::wstring& tag) const override
+    {
+        return Lists().Attributes(tag);
+    }
+
+    bool HasTag(std::wstring_view name) const override { return Has(NameTables::Tags(), name); }
+    bool HasStyleProperty(std::wstring_view name) const override
+    {
+        return Has(NameTables::StyleProperties(), name);
+    }
+    bool HasAttribute(std::wstring_view tag, std::wstring_view name) const override
+    {
+        const auto attribute = NameTables::Find(name);
+        if (!attribute)
+            return false;
+        if (NameTables::Has(NameTables::GlobalAttributes(), *attribute))
+            return true;
+        const auto element = NameTables::Find(Base::CLowerCase(tag).View());
+        if (!element)
+            return false;
+        const auto [own, svg, math] = NameTables::AttributesOf(*element);
+        return NameTables::Has(own, *attribute) || NameTables::Has(svg, *attribute) ||
+               NameTables::Has(math, *attribute);
+    }
+
+private:
+    static bool Has(TNameIndexes list, std::wstring_view name)
+    {
+        const auto found = NameTables::Find(name);
+        return found && NameTables::Has(list, *found);
+    }
 };
 
 } // namespace

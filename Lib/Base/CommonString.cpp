@@ -5,15 +5,6 @@
 
 namespace Kesh::Base {
 
-namespace {
-
-bool IsAscii(std::wstring_view text)
-{
-    return std::all_of(text.begin(), text.end(), [](wchar_t c) { return static_cast<char32_t>(c) < 0x80; });
-}
-
-} // namespace
-
 std::wstring CCommonString::LowerCaseFast(std::wstring_view text)
 {
     if (IsAscii(text)) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <array>
 #include <string>
 #include <string_view>
 
@@ -44,9 +45,43 @@ public:
     static std::wstring FromUtf8(std::string_view text);
     static std::string ToUtf8(std::wstring_view text);
 
+    static bool IsAscii(std::wstring_view text)
+    {
+        for (const wchar_t c : text)
+            if (static_cast<char32_t>(c) >= 0x80)
+                return false;
+        return true;
+    }
+    static wchar_t AsciiLower(wchar_t c) { return c >= L'A' && c <= L'Z' ? c + (L'a' - L'A') : c; }
+
 private:
     static bool IsClassicSpace(wchar_t c) { return c == L' ' || (c >= L'\t' && c <= L'\r'); }
-    static wchar_t AsciiLower(wchar_t c) { return c >= L'A' && c <= L'Z' ? c + (L'a' - L'A') : c; }
+};
+
+/// A name as LowerCaseFast() gives it, looked at without a copy on the heap: most names are short and ASCII.
+class CLowerCase
+{
+public:
+    explicit CLowerCase(std::wstring_view text)
+    {
+        if (text.size() > m_short.size() || !CCommonString::IsAscii(text)) {
+            m_long = CCommonString::LowerCaseFast(text);
+            m_view = m_long;
+            return;
+        }
+        for (std::size_t i = 0; i < text.size(); ++i)
+            m_short[i] = CCommonString::AsciiLower(text[i]);
+        m_view = {m_short.data(), text.size()};
+    }
+    CLowerCase(const CLowerCase&) = delete;
+    CLowerCase& operator=(const CLowerCase&) = delete;
+
+    std::wstring_view View() const { return m_view; }
+
+private:
+    std::array<wchar_t, 48> m_short;
+    std::wstring m_long;
+    std::wstring_view m_view;
 };
 
 } // namespace Kesh::Base

@@ -113,6 +113,28 @@ TEST_F(Checkers, CssFindsUnknownNames)
               "2502@12,0-15,0 2501@26,0-29,0");
 }
 
+TEST_F(Checkers, TakeTheNamesThatTheHostHasNow)
+{
+    const char* markup = "<Zed mine=1><own yours=1 mine=2><late><p>";
+    const auto check = [&](const SyntaxParser::ICompletionData* names, const char* text, EMarkup kind) {
+        m_application.Parser().SetNames(names);
+        CHtmlSyntaxChecker html(nullptr, m_document, &m_application, &m_manager, &m_customItems);
+        CCssSyntaxChecker css(nullptr, m_document, &m_application, &m_manager);
+        return Check(text, kind);
+    };
+    CFakeNames names({L"zed", L"own"}, {L"mine", L"our"});
+    EXPECT_EQ(check(&names, markup, EMarkup::Html), "2002@17,0-22,0 2001@32,0-37,0");
+    EXPECT_EQ(check(&names, "zed, p, from { OUR:0; size:0; color:0 }", EMarkup::Css),
+              "2501@5,0-6,0 2502@30,0-35,0");
+    names.AddTag(L"late");
+    EXPECT_EQ(check(&names, markup, EMarkup::Html), "2002@17,0-22,0 2001@38,0-40,0");
+    {
+        const CFakeNames others({L"p"}, {});
+        EXPECT_EQ(check(&others, "<p><zed>", EMarkup::Html), "2001@3,0-7,0");
+    }
+    EXPECT_EQ(check(nullptr, "<p mine><zed>", EMarkup::Html), "2002@3,0-7,0 2001@8,0-12,0");
+}
+
 TEST_F(Checkers, CssReportsAChildBeforeItsParent)
 {
     SyntaxParser::SMarkupTrees trees = BuildTrees("foo bar baz{}", EMarkup::Css);

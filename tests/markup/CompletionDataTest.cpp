@@ -1,9 +1,11 @@
 #include "SyntaxParser/CompletionData.h"
 
 #include "Base/CommonString.h"
+#include "Kesh/SyntaxParser/INameLookup.h"
 
 #include <algorithm>
 #include <gtest/gtest.h>
+#include <set>
 #include <sstream>
 
 namespace Kesh::SyntaxParser {
@@ -101,6 +103,32 @@ TEST(CompletionData, KnowsAttributesOfEachTag)
             EXPECT_FALSE(Has(Attributes(c.tag), name)) << CCommonString::ToUtf8(c.tag) << " " << name;
     }
     EXPECT_EQ(&Attributes(L"unlisted"), &Attributes(L"abbr"));
+}
+
+TEST(CompletionData, LooksUpWhatItLists)
+{
+    const ICompletionData* data = GetBuiltInCompletionData();
+    const auto* lookup = dynamic_cast<const INameLookup*>(data);
+    ASSERT_NE(lookup, nullptr);
+    std::set<std::wstring> names{
+        L"", L"a", L"unlisted", L"\x212A", L"div\x130", L"A", std::wstring(L"a\0b", 3)};
+    for (const TCompletionList* list : {&data->GetTags(), &data->GetStyleProperties(), &Attributes(L"*"),
+                                        &Attributes(L"input"), &Attributes(L"svg"), &Attributes(L"mi")})
+        for (const ICompletionItem* item : *list)
+            names.insert({item->GetName(), item->GetName() + L"x", item->GetName().substr(1)});
+    const auto lists = [](const TCompletionList& list, const std::wstring& name) {
+        return std::any_of(list.begin(), list.end(),
+                           [&](const ICompletionItem* item) { return item->GetName() == name; });
+    };
+    for (const std::wstring& name : names) {
+        SCOPED_TRACE(CCommonString::ToUtf8(name));
+        EXPECT_EQ(lookup->HasTag(name), lists(data->GetTags(), name));
+        EXPECT_EQ(lookup->HasStyleProperty(name), lists(data->GetStyleProperties(), name));
+        for (const wchar_t* tag : {L"a", L"INPUT", L"Script", L"svg", L"fePointLight", L"math", L"mi",
+                                   L"unlisted", L"lin\x212A", L""})
+            EXPECT_EQ(lookup->HasAttribute(tag, name), lists(Attributes(tag), name))
+                << CCommonString::ToUtf8(tag);
+    }
 }
 
 TEST(CompletionData, KnowsStyleProperties)

@@ -9,9 +9,11 @@
 #include "SyntaxParser/SPDocument.h"
 
 #include <boost/make_shared.hpp>
+#include <deque>
 #include <stdexcept>
 #include <string>
 #include <utility>
+#include <vector>
 
 namespace Kesh::CodeAnalyzer {
 
@@ -57,6 +59,40 @@ private:
     DocDestroySignal m_destroyed;
 };
 
+/// The lists of a host with names of its own, in any order.
+class CFakeNames : public SyntaxParser::ICompletionData, private SyntaxParser::IAttributeSource
+{
+public:
+    CFakeNames(const std::vector<std::wstring>& tags, const std::vector<std::wstring>& others)
+    {
+        for (const std::wstring& name : tags)
+            m_tags.push_back(&m_items.emplace_back(name));
+        for (const std::wstring& name : others)
+            m_others.push_back(&m_items.emplace_back(name));
+    }
+    void AddTag(const std::wstring& name) { m_tags.push_back(&m_items.emplace_back(name)); }
+
+    const SyntaxParser::TCompletionList& GetTags() const override { return m_tags; }
+    const SyntaxParser::TCompletionList& GetStyleProperties() const override { return m_others; }
+    const SyntaxParser::IAttributeSource* GetAttributeSource() const override { return this; }
+
+private:
+    struct SItem : SyntaxParser::ICompletionItem
+    {
+        explicit SItem(const std::wstring& text) : name(text) {}
+        const std::wstring& GetName() const override { return name; }
+        std::wstring name;
+    };
+    const SyntaxParser::TCompletionList& GetAttributes(const std::wstring&) const override
+    {
+        return m_others;
+    }
+
+    std::deque<SItem> m_items;
+    SyntaxParser::TCompletionList m_tags;
+    SyntaxParser::TCompletionList m_others;
+};
+
 class CFakeParserComponent : public SyntaxParser::IParserComponent,
                              public SyntaxParser::ICssSyntax,
                              public SyntaxParser::ICompletionData
@@ -65,7 +101,12 @@ public:
     /// Instead of the host's own.
     void SetAttributeSource(const SyntaxParser::IAttributeSource* source) { m_attributes = source; }
 
-    const SyntaxParser::ICompletionData* GetCompletionData() override { return this; }
+    const SyntaxParser::ICompletionData* GetCompletionData() override
+    {
+        if (m_names)
+            return m_names;
+        return m_attributes ? this : Data();
+    }
     const SyntaxParser::TCompletionList& GetTags() const override { return Data()->GetTags(); }
     const SyntaxParser::TCompletionList& GetStyleProperties() const override
     {
@@ -75,6 +116,8 @@ public:
     {
         return m_attributes ? m_attributes : Data()->GetAttributeSource();
     }
+    /// Knows these names instead of the built-in ones.
+    void SetNames(const SyntaxParser::ICompletionData* names) { m_names = names; }
     const SyntaxParser::ICssSyntax* GetCssSyntax() override { return this; }
     SyntaxParser::ISynRegion* GetPropertyNameKind() const override
     {
@@ -107,6 +150,7 @@ private:
     static const SyntaxParser::ICompletionData* Data() { return SyntaxParser::GetBuiltInCompletionData(); }
 
     const SyntaxParser::IAttributeSource* m_attributes = nullptr;
+    const SyntaxParser::ICompletionData* m_names = nullptr;
     DocCreatedSignal m_created;
     ProjectParsedSignal m_projectParsed;
     FindErrorRegionsSignal m_findRegions;
@@ -129,6 +173,7 @@ public:
     {
         m_parser->SetAttributeSource(source);
     }
+    CFakeParserComponent& Parser() { return *m_parser; }
     SDK::IMainFrame* GetMainFrame() override { return nullptr; }
     SDK::IImageListService* GetImageListService() override { return nullptr; }
     SDK::ISettings* GetSettings() override { return &m_settings; }
