@@ -2,6 +2,7 @@
 
 #include "Base/HostComponent.h"
 #include "Components/CACheckWorkers.h"
+#include "Components/CACheckable.h"
 #include "Kesh/SyntaxParser/IParserComponent.h"
 
 #include <algorithm>
@@ -69,12 +70,7 @@ void CCADocManager::OnSPDocDestroy(SDK::IDocument* document)
 
 bool CCADocManager::IsCheckable(SyntaxParser::ISPDocument& document)
 {
-    const std::wstring factory = document.GetFactoryName();
-    if (factory != L"PHPSPDocFactory" && factory != L"HTMLSPDocFactory" && factory != L"CSSSPDocFactory")
-        return false;
-    // Templates are full of what only their engine understands.
-    const std::wstring path = document.GetFilePath();
-    return path.size() <= 4 || !(path.ends_with(L".tpl") || path.ends_with(L".ctp"));
+    return CodeAnalyzer::IsCheckable(document.GetFactoryName(), document.GetFilePath());
 }
 
 boost::shared_ptr<CCADocParser> CCADocManager::FindChecker(SyntaxParser::ISPDocument* document) const

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Components/CAErrorsReceiver.h"
 #include "Kesh/Base/ITimerHandler.h"
 #include "Kesh/CodeAnalyzer/SCAError.h"
 #include "Kesh/Editor/IDocBuffer.h"
@@ -25,7 +26,7 @@ class CHtmlCustomItemsKeeper;
 /// Checks one open document again when the user has stopped typing, in a thread of its own. Held by shared
 /// pointers of the document manager and of a running check; when the document is closed during a check, the
 /// checker dies in the worker thread at its end. GUI thread, unless said otherwise.
-class CCADocParser : public Base::ITimerHandler
+class CCADocParser : public Base::ITimerHandler, public ICheckOwner
 {
 public:
     /// Nothing is owned. Stays inert when the host makes no checking document. Raises CCriticalError "Bad
@@ -72,7 +73,7 @@ public:
     bool IsDocument(SyntaxParser::ISPDocument* document) const;
     bool IsDocument(SDK::IDocument* document) const;
     /// The source document's path; empty when the document is gone. Any thread.
-    std::wstring GetFilePath() const;
+    std::wstring GetFilePath() const override;
 
 private:
     class CChangeReceiver;

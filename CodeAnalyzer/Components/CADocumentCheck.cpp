@@ -31,8 +31,8 @@ CCADocumentCheck::~CCADocumentCheck() = default;
 
 std::unique_ptr<CCADocumentCheck>
 CCADocumentCheck::Create(SDK::IApplication* application, SyntaxParser::ISPDocument& source,
-                         SyntaxParser::CDefRegions* defs, CCAErrorsManager* errorsManager,
-                         CHtmlCustomItemsKeeper* customItems, CCADocParser* owner)
+                         SyntaxParser::CDefRegions* defs, IErrorsReceiver* receiver,
+                         CHtmlCustomItemsKeeper* customItems, ICheckOwner* owner)
 {
     std::unique_ptr<CCADocumentCheck> check(new CCADocumentCheck);
     check->m_reader = boost::make_shared<SyntaxParser::CSimpleReader>(WholeText(source));
@@ -41,35 +41,35 @@ CCADocumentCheck::Create(SDK::IApplication* application, SyntaxParser::ISPDocume
     if (!document)
         return nullptr;
     check->m_document = document;
-    check->AddCheckers(application, defs, errorsManager, customItems, owner);
+    check->AddCheckers(application, defs, receiver, customItems, owner);
     return check;
 }
 
 std::unique_ptr<CCADocumentCheck>
 CCADocumentCheck::CreateOver(SDK::IApplication* application,
-                             boost::shared_ptr<SyntaxParser::ISPDocument> document,
-                             CCAErrorsManager* errorsManager, CHtmlCustomItemsKeeper* customItems)
+                             boost::shared_ptr<SyntaxParser::ISPDocument> document, IErrorsReceiver* receiver,
+                             CHtmlCustomItemsKeeper* customItems)
 {
     std::unique_ptr<CCADocumentCheck> check(new CCADocumentCheck);
     check->m_document = document;
-    check->AddCheckers(application, document->GetDefRegions(), errorsManager, customItems, nullptr);
+    check->AddCheckers(application, document->GetDefRegions(), receiver, customItems, nullptr);
     if (check->m_phpParser)
         check->m_phpParser->SteFileName(document->GetFilePath());
     return check;
 }
 
 void CCADocumentCheck::AddCheckers(SDK::IApplication* application, SyntaxParser::CDefRegions* defs,
-                                   CCAErrorsManager* errorsManager, CHtmlCustomItemsKeeper* customItems,
-                                   CCADocParser* owner)
+                                   IErrorsReceiver* receiver, CHtmlCustomItemsKeeper* customItems,
+                                   ICheckOwner* owner)
 {
     SetCancelFlag(std::make_shared<std::atomic<bool>>(false));
     if (m_document->GetFactoryName() == L"PHPSPDocFactory") {
-        m_phpParser = boost::make_shared<CPhpSyntaxParser>(defs, errorsManager);
+        m_phpParser = boost::make_shared<CPhpSyntaxParser>(defs, receiver);
         m_phpParser->InitParser(m_document);
     }
     m_htmlChecker =
-        std::make_unique<CHtmlSyntaxChecker>(owner, m_document, application, errorsManager, customItems);
-    m_cssChecker = std::make_unique<CCssSyntaxChecker>(owner, m_document, application, errorsManager);
+        std::make_unique<CHtmlSyntaxChecker>(owner, m_document, application, receiver, customItems);
+    m_cssChecker = std::make_unique<CCssSyntaxChecker>(owner, m_document, application, receiver);
     if (SyntaxParser::ISemanticParser* semantic = m_document->GetSemanticParser(L"HTML"))
         semantic->SetEnabled(true);
 }

@@ -14,13 +14,13 @@ class CSimpleReader;
 
 namespace Kesh::CodeAnalyzer {
 
-class CCADocParser;
 class CCAGrammarCheck;
-class CCAErrorsManager;
 class CCssSyntaxChecker;
 class CHtmlCustomItemsKeeper;
 class CHtmlSyntaxChecker;
 class CPhpSyntaxParser;
+class ICheckOwner;
+class IErrorsReceiver;
 
 /// Everything that a check of one document needs: a private syntax document over a snapshot of the text, and
 /// the checkers that follow its parse. One thread at a time; built on the GUI thread.
@@ -31,12 +31,12 @@ public:
     /// Raises Base::CCriticalError "Bad sweak pointer" without "IParserComponent".
     static std::unique_ptr<CCADocumentCheck>
     Create(SDK::IApplication* application, SyntaxParser::ISPDocument& source, SyntaxParser::CDefRegions* defs,
-           CCAErrorsManager* errorsManager, CHtmlCustomItemsKeeper* customItems, CCADocParser* owner);
+           IErrorsReceiver* receiver, CHtmlCustomItemsKeeper* customItems, ICheckOwner* owner);
     /// A check of a document that the host has made over a file; its errors are reported under the document's
     /// path. Any thread.
     static std::unique_ptr<CCADocumentCheck> CreateOver(SDK::IApplication* application,
                                                         boost::shared_ptr<SyntaxParser::ISPDocument> document,
-                                                        CCAErrorsManager* errorsManager,
+                                                        IErrorsReceiver* receiver,
                                                         CHtmlCustomItemsKeeper* customItems);
     ~CCADocumentCheck();
 
@@ -44,7 +44,7 @@ public:
     void FollowGrammar(const CCAGrammarCheck* wanted);
     /// Takes the source's text as it is now; errors will be reported under `path`. GUI thread.
     void TakeSnapshot(SyntaxParser::ISPDocument& source, const std::wstring& path);
-    /// Checks the last snapshot; the results are posted to the errors manager. False when the check was given
+    /// Checks the last snapshot; the results are posted to the receiver. False when the check was given
     /// up; what it may have posted then is not complete. Never throws.
     bool Run();
     /// Set, it has Run() return soon; cleared by each snapshot.
@@ -56,8 +56,7 @@ public:
 private:
     CCADocumentCheck();
     void AddCheckers(SDK::IApplication* application, SyntaxParser::CDefRegions* defs,
-                     CCAErrorsManager* errorsManager, CHtmlCustomItemsKeeper* customItems,
-                     CCADocParser* owner);
+                     IErrorsReceiver* receiver, CHtmlCustomItemsKeeper* customItems, ICheckOwner* owner);
 
     TCancelFlag m_cancelled; ///< outlives the document, which looks at it
     boost::shared_ptr<SyntaxParser::ISPDocument> m_document;

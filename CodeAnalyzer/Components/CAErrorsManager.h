@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Components/CAErrorsReceiver.h"
 #include "Kesh/CodeAnalyzer/IErrorsManager.h"
 #include "Kesh/CodeAnalyzer/SCAError.h"
 #include "Kesh/SDK/IApplication.h"
@@ -19,7 +20,7 @@ class CCAErrorsBar;
 /// The one store of errors, per file. Workers post their results to the errors bar, which hands them back on
 /// the GUI thread; only there does the table change. The signals are emitted while the table is locked: a
 /// slot must not call back into the store.
-class CCAErrorsManager : public IErrorsManager, public boost::signals2::trackable
+class CCAErrorsManager : public IErrorsManager, public IErrorsReceiver, public boost::signals2::trackable
 {
 public:
     using ErrorsTable = std::map<std::wstring, std::vector<SCAError>>;
@@ -35,7 +36,7 @@ public:
     void DetachBar();
 
     /// Posts the errors of a finished check; nothing for an empty list or path. Any thread.
-    void AddErrors(const std::wstring& file, const std::vector<SCAError>& errors);
+    void AddErrors(const std::wstring& file, const std::vector<SCAError>& errors) override;
     /// Posts that the file's errors are gone. Any thread.
     void RemoveErrorsMSG(const std::wstring& file);
     /// Delivers at once what has been posted so far, for those about to replace or save errors. GUI thread.

@@ -2,8 +2,7 @@
 
 #include "Base/CommonString.h"
 #include "Base/HostComponent.h"
-#include "Components/CADocParser.h"
-#include "Components/CAErrorsManager.h"
+#include "Components/CAErrorsReceiver.h"
 
 #include <algorithm>
 
@@ -25,9 +24,9 @@ bool Contains(const std::vector<std::wstring_view>& names, std::wstring_view nam
 
 } // namespace
 
-CCssSyntaxChecker::CCssSyntaxChecker(CCADocParser* owner,
+CCssSyntaxChecker::CCssSyntaxChecker(ICheckOwner* owner,
                                      boost::shared_ptr<SyntaxParser::ISPDocument> document,
-                                     SDK::IApplication* application, CCAErrorsManager* errorsManager)
+                                     SDK::IApplication* application, IErrorsReceiver* errorsManager)
     : m_application(application), m_errorsManager(errorsManager), m_owner(owner)
 {
     const auto parser =

@@ -14,8 +14,8 @@
 
 namespace Kesh::CodeAnalyzer {
 
-class CCADocParser;
-class CCAErrorsManager;
+class ICheckOwner;
+class IErrorsReceiver;
 
 /// Finds the style properties, and the element names in selectors, that nobody knows. Follows the parses of
 /// one document; one thread at a time.
@@ -24,8 +24,8 @@ class CCssSyntaxChecker
 public:
     /// Nothing is owned. `owner` gives the path to report errors under; without one it is the document's.
     /// Raises Base::CCriticalError "Bad sweak pointer" without "IParserComponent".
-    CCssSyntaxChecker(CCADocParser* owner, boost::shared_ptr<SyntaxParser::ISPDocument> document,
-                      SDK::IApplication* application, CCAErrorsManager* errorsManager);
+    CCssSyntaxChecker(ICheckOwner* owner, boost::shared_ptr<SyntaxParser::ISPDocument> document,
+                      SDK::IApplication* application, IErrorsReceiver* errorsManager);
 
     /// Checks the trees of the parse that has just ended and posts what is wrong. Worker thread.
     void OnDocumentParsed(SyntaxParser::ISPDocument* document);
@@ -37,9 +37,9 @@ private:
     void CheckName(const SyntaxParser::SSemanticTreeNode& node);
 
     SDK::IApplication* m_application;
-    CCAErrorsManager* m_errorsManager;
+    IErrorsReceiver* m_errorsManager;
     std::vector<SCAError> m_errors; ///< of the last run
-    CCADocParser* m_owner;
+    ICheckOwner* m_owner;
     const SyntaxParser::ICssSyntax* m_cssSyntax;
     std::shared_ptr<const CMarkupNames> m_names;
     std::vector<std::wstring_view> m_tags;       ///< known beside the host's

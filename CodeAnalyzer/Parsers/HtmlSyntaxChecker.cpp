@@ -2,8 +2,7 @@
 
 #include "Base/CommonString.h"
 #include "Base/HostComponent.h"
-#include "Components/CADocParser.h"
-#include "Components/CAErrorsManager.h"
+#include "Components/CAErrorsReceiver.h"
 #include "Kesh/SyntaxParser/IParserComponent.h"
 #include "Parsers/HtmlCustomItemsKeeper.h"
 
@@ -28,9 +27,9 @@ constexpr std::array<std::wstring_view, 4> JdocAttributes{L"name", L"style", L"t
 
 } // namespace
 
-CHtmlSyntaxChecker::CHtmlSyntaxChecker(CCADocParser* owner,
+CHtmlSyntaxChecker::CHtmlSyntaxChecker(ICheckOwner* owner,
                                        boost::shared_ptr<SyntaxParser::ISPDocument> document,
-                                       SDK::IApplication* application, CCAErrorsManager* errorsManager,
+                                       SDK::IApplication* application, IErrorsReceiver* errorsManager,
                                        CHtmlCustomItemsKeeper* customItems)
     : m_application(application),
       m_errorsManager(errorsManager),

@@ -13,8 +13,8 @@
 
 namespace Kesh::CodeAnalyzer {
 
-class CCADocParser;
-class CCAErrorsManager;
+class ICheckOwner;
+class IErrorsReceiver;
 class CHtmlCustomItemsKeeper;
 
 /// Finds the tags and attributes of a document that neither HTML nor the user knows. Follows the parses of
@@ -24,8 +24,8 @@ class CHtmlSyntaxChecker
 public:
     /// Nothing is owned. `owner` gives the path to report errors under; without one it is the document's.
     /// Raises Base::CCriticalError "Bad sweak pointer" without "IParserComponent".
-    CHtmlSyntaxChecker(CCADocParser* owner, boost::shared_ptr<SyntaxParser::ISPDocument> document,
-                       SDK::IApplication* application, CCAErrorsManager* errorsManager,
+    CHtmlSyntaxChecker(ICheckOwner* owner, boost::shared_ptr<SyntaxParser::ISPDocument> document,
+                       SDK::IApplication* application, IErrorsReceiver* errorsManager,
                        CHtmlCustomItemsKeeper* customItems);
 
     /// Checks the trees of the parse that has just ended and posts what is wrong. Worker thread.
@@ -40,10 +40,10 @@ private:
     void UnknownAttributeError(const SyntaxParser::SSemanticTreeNode& attribute);
 
     SDK::IApplication* m_application;
-    CCAErrorsManager* m_errorsManager;
+    IErrorsReceiver* m_errorsManager;
     CHtmlCustomItemsKeeper* m_customItems;
     std::vector<SCAError> m_errors; ///< of the last run
-    CCADocParser* m_owner;
+    ICheckOwner* m_owner;
     std::shared_ptr<const CMarkupNames> m_names;
     boost::signals2::scoped_connection m_connection;
 };

@@ -1,6 +1,6 @@
 #include "Parsers/PhpSyntaxParser.h"
 
-#include "Components/CAErrorsManager.h"
+#include "Components/CAErrorsReceiver.h"
 #include "Components/CAGrammarCheck.h"
 #include "Grammar/PhpGrammarChecker.h"
 #include "Grammar/RecordMerge.h"
@@ -41,7 +41,7 @@ template <class T> boost::shared_ptr<T> DocumentComponent(ISPDocument& document,
 
 } // namespace
 
-CPhpSyntaxParser::CPhpSyntaxParser(SyntaxParser::CDefRegions* defs, CCAErrorsManager* errorsManager)
+CPhpSyntaxParser::CPhpSyntaxParser(SyntaxParser::CDefRegions* defs, IErrorsReceiver* errorsManager)
     : m_defs(defs), m_errorsManager(errorsManager)
 {
     HandlerCode = PhpHandlerCode;

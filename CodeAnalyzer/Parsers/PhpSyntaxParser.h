@@ -12,9 +12,9 @@
 
 namespace Kesh::CodeAnalyzer {
 
-class CCAErrorsManager;
 class CCAGrammarCheck;
 class CPhpGrammarChecker;
+class IErrorsReceiver;
 class CStatementParser;
 
 /// The PHP checker of one document: gives each region to the statement parser that owns the current
@@ -26,7 +26,7 @@ class CPhpSyntaxParser : public CParentParser,
 {
 public:
     /// Neither pointer is owned; both outlive the parser.
-    CPhpSyntaxParser(SyntaxParser::CDefRegions* defs, CCAErrorsManager* errorsManager);
+    CPhpSyntaxParser(SyntaxParser::CDefRegions* defs, IErrorsReceiver* errorsManager);
 
     void OnStructureEnd(SyntaxParser::CRegion* region, int redispatch) override;
     void OnParsingContinue(SyntaxParser::CRegion* region, int offer) override;
@@ -70,7 +70,7 @@ private:
     CStatementParser* m_active = nullptr;
     SyntaxParser::CDefRegions* m_defs;
     boost::shared_ptr<SyntaxParser::IReader> m_reader;
-    CCAErrorsManager* m_errorsManager;
+    IErrorsReceiver* m_errorsManager;
     std::wstring m_fileName;
     std::vector<SCAError> m_errors;
     int m_skipToEnd = 0;

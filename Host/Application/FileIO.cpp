@@ -45,6 +45,13 @@ private:
 
 std::string ReadFileBytes(const std::wstring& path)
 {
+    std::string bytes;
+    bytes.resize(ReadFileInto(bytes, path).size());
+    return bytes;
+}
+
+std::string_view ReadFileInto(std::string& buffer, const std::wstring& path)
+{
     // Without O_NONBLOCK, opening a named pipe would wait for its other end.
     const CDescriptor file(::open(PathToBytes(path).c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
     if (file.Get() < 0)
@@ -57,15 +64,15 @@ std::string ReadFileBytes(const std::wstring& path)
     if (!S_ISREG(status.st_mode))
         Fail("not a regular file", __LINE__);
 
-    std::string bytes;
     const auto expected = static_cast<std::size_t>(status.st_size);
     // The size is only a hint: the file may grow while it is read.
-    bytes.resize(std::min(expected, MaxFileBytes) + 1);
+    if (const std::size_t wanted = std::min(expected, MaxFileBytes) + 1; buffer.size() < wanted)
+        buffer.resize(wanted);
     std::size_t used = 0;
     for (;;) {
-        if (used == bytes.size())
-            bytes.resize(bytes.size() * 2);
-        const ssize_t count = ::read(file.Get(), bytes.data() + used, bytes.size() - used);
+        if (used == buffer.size())
+            buffer.resize(buffer.size() * 2);
+        const ssize_t count = ::read(file.Get(), buffer.data() + used, buffer.size() - used);
         if (count < 0 && errno == EINTR)
             continue;
         if (count < 0)
@@ -73,11 +80,11 @@ std::string ReadFileBytes(const std::wstring& path)
         used += static_cast<std::size_t>(count);
         if (used > MaxFileBytes)
             Fail("larger than " + std::to_string(MaxFileBytes >> 20) + " MiB", __LINE__);
-        if (count == 0)
+        // Regular files are read in one piece: short of what was asked for means the end.
+        if (count == 0 || (expected > 0 && used >= expected && used < buffer.size()))
             break;
     }
-    bytes.resize(used);
-    return bytes;
+    return std::string_view(buffer).substr(0, used);
 }
 
 void WriteFileBytes(const std::wstring& path, std::string_view bytes)

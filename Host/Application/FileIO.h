@@ -12,6 +12,8 @@ constexpr std::size_t MaxFileBytes = std::size_t{64} << 20;
 /// The bytes of a regular file. Throws Base::CWorkError with a text for the user ("No such file or
 /// directory", "not a regular file", ...) that does not name the path. Any thread.
 std::string ReadFileBytes(const std::wstring& path);
+/// The same without a new string for each file: the bytes lie in `buffer`, which only ever grows.
+std::string_view ReadFileInto(std::string& buffer, const std::wstring& path);
 /// Replaces the file as a whole or leaves it as it was; links are followed. Throws Base::CWorkError likewise.
 /// Any thread.
 void WriteFileBytes(const std::wstring& path, std::string_view bytes);

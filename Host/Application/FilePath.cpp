@@ -159,6 +159,12 @@ std::wstring ResolvedPath(const std::wstring& path)
     return error ? AbsolutePath(path) : PathFromBytes(resolved.string());
 }
 
+std::string ProgramFolder()
+{
+    std::error_code error;
+    return std::filesystem::read_symlink("/proc/self/exe", error).parent_path().string();
+}
+
 std::wstring FileName(const std::wstring& path)
 {
     return path.substr(path.rfind(L'/') + 1);

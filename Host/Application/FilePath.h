@@ -17,6 +17,8 @@ QString PathToQt(std::wstring_view path);
 std::wstring AbsolutePath(const std::wstring& path);
 /// The path with all links resolved; AbsolutePath() when the file does not exist. Any thread.
 std::wstring ResolvedPath(const std::wstring& path);
+/// The folder of the running program; other parts of the installation lie beside it. Any thread.
+std::string ProgramFolder();
 /// The part after the last slash.
 std::wstring FileName(const std::wstring& path);
 

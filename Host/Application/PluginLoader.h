@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Application/PluginLibrary.h"
 #include "Kesh/CodeAnalyzer/IErrorDetails.h"
 #include "Kesh/CodeAnalyzer/IGrammarCheck.h"
 #include "Kesh/CodeAnalyzer/Plugin.h"
@@ -15,9 +16,8 @@ class CApplication;
 class CPlugin
 {
 public:
-    /// Loads the library: the one that the environment variable CODE_ANALYZER_PLUGIN names, else
-    /// libCodeAnalyzer.so.1 in ../lib of the program's folder, else in the place of its installation. Makes
-    /// its component and initialises it. Throws Base::CWorkError with a text for the user.
+    /// Loads libCodeAnalyzer.so.1, makes its component and initialises it. Throws Base::CWorkError with a
+    /// text for the user.
     explicit CPlugin(CApplication& application);
     /// Ends the component; its bar goes with it.
     ~CPlugin();
@@ -34,15 +34,13 @@ public:
     /// Runs a command of the plug-in by its class name.
     void RunCommand(const char* className);
     /// Where the library was found.
-    const std::string& GetLibraryPath() const { return m_path; }
+    const std::string& GetLibraryPath() const { return m_library.GetPath(); }
 
 private:
-    template <class TFunction> TFunction* Symbol(const char* name) const;
     template <class TInterface> TInterface* Offered(const char* name) const;
 
     CApplication& m_application;
-    std::string m_path;
-    void* m_library = nullptr;
+    CPluginLibrary m_library;
     CodeAnalyzer::ICAComponent* m_component = nullptr;
 };
 

@@ -1,6 +1,7 @@
 #include "SyntaxParser/SourceText.h"
 
 #include <cstdint>
+#include <cstring>
 
 namespace Kesh::SyntaxParser {
 
@@ -37,20 +38,24 @@ wchar_t DecodeSequence(const unsigned char*& p, const unsigned char* end)
     return static_cast<wchar_t>(value);
 }
 
-/// Copies a block of characters that stand for themselves; answers how many there were, 0 or a whole block.
-std::size_t WidenPlain(const unsigned char* p, const unsigned char* end, wchar_t* out)
+/// Copies characters that stand for themselves, as many as there are in whole blocks; answers how many.
+std::size_t WidenPlain(const unsigned char* begin, const unsigned char* end, wchar_t* out)
 {
-    constexpr std::size_t Block = 16;
-    if (static_cast<std::size_t>(end - p) < Block)
-        return 0;
-    unsigned special = 0;
-    for (std::size_t i = 0; i < Block; ++i)
-        special |= static_cast<unsigned>(p[i] >= 0x80) | static_cast<unsigned>(p[i] == '\r');
-    if (special)
-        return 0;
-    for (std::size_t i = 0; i < Block; ++i)
-        out[i] = static_cast<wchar_t>(p[i]);
-    return Block;
+    constexpr std::ptrdiff_t Block = 16;
+    constexpr std::uint64_t Ones = 0x0101010101010101;
+    const unsigned char* p = begin;
+    for (; end - p >= Block; p += Block, out += Block) {
+        std::uint64_t halves[2];
+        std::memcpy(halves, p, Block);
+        // A high bit comes out for each byte that is not ASCII or is a '\r', and perhaps for its neighbour.
+        const std::uint64_t special =
+            ((halves[0] ^ Ones * '\r') - Ones) | ((halves[1] ^ Ones * '\r') - Ones) | halves[0] | halves[1];
+        if (special & Ones * 0x80)
+            break;
+        for (std::ptrdiff_t i = 0; i < Block; ++i)
+            out[i] = static_cast<wchar_t>(p[i]);
+    }
+    return static_cast<std::size_t>(p - begin);
 }
 
 } // namespace
@@ -75,6 +80,17 @@ std::wstring DecodeSource(std::string_view bytes, SSourceFormat& format)
         format.utf16 = order;
         return text;
     }
+    std::wstring text;
+    text.resize(DecodeInto(text, bytes, format));
+    return text;
+}
+
+std::size_t DecodeInto(std::wstring& buffer, std::string_view bytes, SSourceFormat& format)
+{
+    if (Utf16OrderOf(bytes)) { // seldom; a text of its own does no harm
+        buffer = DecodeSource(bytes, format);
+        return buffer.size();
+    }
     using ELineEnd = SSourceFormat::ELineEnd;
     const auto* p = reinterpret_cast<const unsigned char*>(bytes.data());
     const unsigned char* end = p + bytes.size();
@@ -89,8 +105,9 @@ std::wstring DecodeSource(std::string_view bytes, SSourceFormat& format)
         format.lineEnd = bytes[at] == '\n' ? ELineEnd::Lf : pair ? ELineEnd::CrLf : ELineEnd::Cr;
     }
 
-    std::wstring text(static_cast<std::size_t>(end - p), L'\0');
-    wchar_t* out = text.data();
+    if (const auto most = static_cast<std::size_t>(end - p); buffer.size() < most)
+        buffer.resize(most);
+    wchar_t* out = buffer.data();
     while (p < end) {
         if (const std::size_t plain = WidenPlain(p, end, out)) {
             p += plain;
@@ -109,8 +126,8 @@ std::wstring DecodeSource(std::string_view bytes, SSourceFormat& format)
             *out++ = static_cast<wchar_t>(*p++);
         }
     }
-    text.resize(static_cast<std::size_t>(out - text.data()));
-    return text;
+    *out = L'\0';
+    return static_cast<std::size_t>(out - buffer.data());
 }
 
 } // namespace Kesh::SyntaxParser

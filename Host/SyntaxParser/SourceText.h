@@ -23,6 +23,9 @@ struct SSourceFormat
     bool valid = true;
 };
 std::wstring DecodeSource(std::string_view bytes, SSourceFormat& format);
+/// The same into `buffer`, which only ever grows; answers the number of characters, behind which stands a
+/// NUL.
+std::size_t DecodeInto(std::wstring& buffer, std::string_view bytes, SSourceFormat& format);
 /// Whether these are the bytes of no text at all: a NUL stands near their beginning.
 bool LooksBinary(std::string_view bytes);
 

@@ -1,16 +1,28 @@
 #include "SyntaxParser/TextReader.h"
 
 #include "Base/Exception.h"
+#include "SyntaxParser/SourceText.h"
 
 #include <algorithm>
 
 namespace Kesh::SyntaxParser {
 
-CTextReader::CTextReader(std::wstring text) : m_text(std::move(text)) {}
+CTextReader::CTextReader(std::wstring text) : m_storage(std::move(text)), m_size(m_storage.size()) {}
+
+void CTextReader::Decode(std::string_view bytes)
+{
+    SSourceFormat format;
+    m_size = DecodeInto(m_storage, bytes, format);
+    if (bytes.find('\0') != std::string_view::npos)
+        std::replace(m_storage.data(), m_storage.data() + m_size, L'\0', L'\xFFFD');
+    m_lineStarts.clear();
+    Reset();
+}
 
 void CTextReader::SetText(const std::wstring& text)
 {
-    m_text = text;
+    m_storage = text;
+    m_size = m_storage.size();
     m_lineStarts.clear();
     Reset();
 }
@@ -22,7 +34,7 @@ void CTextReader::Reset()
 
 bool CTextReader::NextChar()
 {
-    if (m_next >= m_text.size())
+    if (m_next >= m_size)
         return false;
     ++m_next;
     return true;
@@ -38,7 +50,7 @@ bool CTextReader::PrevChar()
 
 wchar_t CTextReader::ReadChar()
 {
-    return m_next == 0 ? L'\0' : m_text[m_next - 1];
+    return m_next == 0 ? L'\0' : m_storage[m_next - 1];
 }
 
 CIterator CTextReader::GetPos()
@@ -60,26 +72,25 @@ std::wstring CTextReader::GetText(CIterator from, CIterator to)
     if (to < from)
         throw Base::CCriticalError("from <= to", __LINE__, "Host/SyntaxParser/TextReader");
     const std::size_t begin = Offset(from);
-    return m_text.substr(begin, Offset(to) - begin);
+    return std::wstring(View().substr(begin, Offset(to) - begin));
 }
 
 std::wstring CTextReader::GetFirstString()
 {
-    return m_text.substr(0, m_text.find(L'\n'));
+    return std::wstring(View().substr(0, View().find(L'\n')));
 }
 
 CIterator CTextReader::GetEnd()
 {
     const auto& starts = LineStarts();
-    return {static_cast<std::int64_t>(m_text.size() - starts.back()),
-            static_cast<std::int64_t>(starts.size()) - 1};
+    return {static_cast<std::int64_t>(m_size - starts.back()), static_cast<std::int64_t>(starts.size()) - 1};
 }
 
 const std::vector<std::size_t>& CTextReader::LineStarts()
 {
     if (m_lineStarts.empty()) {
         m_lineStarts.push_back(0);
-        for (std::size_t at = 0; (at = m_text.find(L'\n', at)) != std::wstring::npos;)
+        for (std::size_t at = 0; (at = View().find(L'\n', at)) != std::wstring::npos;)
             m_lineStarts.push_back(++at);
     }
     return m_lineStarts;
@@ -90,7 +101,7 @@ std::size_t CTextReader::Offset(CIterator pos)
     const auto& starts = LineStarts();
     const auto line = static_cast<std::size_t>(pos.y);
     if (pos.x < 0 || pos.y < 0 || line >= starts.size() ||
-        static_cast<std::size_t>(pos.x) > m_text.size() - starts[line])
+        static_cast<std::size_t>(pos.x) > m_size - starts[line])
         throw Base::CCriticalError("pos in text", __LINE__, "Host/SyntaxParser/TextReader");
     return starts[line] + static_cast<std::size_t>(pos.x);
 }

@@ -15,8 +15,11 @@ class CTextReader : public IReader
 public:
     explicit CTextReader(std::wstring text);
 
-    /// The whole text; followed by a NUL character, valid until SetText().
-    std::wstring_view View() const { return m_text; }
+    /// The whole text; followed by a NUL character, valid until it changes.
+    std::wstring_view View() const { return {m_storage.data(), m_size}; }
+    /// Takes the text of a file, with U+FFFD for NUL, which readers take for the end of a text. No memory is
+    /// asked for unless it is the longest text so far.
+    void Decode(std::string_view bytes);
 
     void InitComponent(ISPDocument* /*document*/) override {}
     std::wstring GetComponentName() override { return L"IReader"; }
@@ -28,7 +31,7 @@ public:
     void SetPos(CIterator pos) override;
     /// Throws Kesh::Base::CCriticalError when the positions do not lie in the text or `to` is before `from`.
     std::wstring GetText(CIterator from, CIterator to) override;
-    std::wstring GetText() override { return m_text; }
+    std::wstring GetText() override { return std::wstring(View()); }
     void SetText(const std::wstring& text) override;
     std::wstring GetFirstString() override;
     void Free() override { delete this; }
@@ -38,7 +41,8 @@ private:
     const std::vector<std::size_t>& LineStarts();
     std::size_t Offset(CIterator pos);
 
-    std::wstring m_text;
+    std::wstring m_storage; ///< the text, a NUL, and what is left of longer ones
+    std::size_t m_size;
     std::vector<std::size_t> m_lineStarts; ///< made when the first position is asked for
     /// Offset of the character that ReadChar() gives, plus one; 0 before the first.
     std::size_t m_next = 0;

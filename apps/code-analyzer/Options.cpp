@@ -23,7 +23,7 @@ constexpr const char* Description =
 
 constexpr const char* Footer =
     "\nExit status: 0 no errors (there may be warnings), 1 at least one error, 2 bad usage or a path that\n"
-    "could not be read.\n"
+    "could not be read or whose check crashed, 130 or 143 ended by Ctrl-C or a request before the end.\n"
     "Environment: NO_COLOR turns colours off; CODE_ANALYZER_PLUGIN names another libCodeAnalyzer.so.1.";
 
 constexpr const char* CheckFooter =
@@ -99,6 +99,7 @@ bool NamesDashedPath(int argc, char** argv)
 
 bool ParseOptions(int argc, char** argv, SOptions& options, int& exitCode)
 {
+    options.arguments = argv;
     CLI::App app(Description, "code-analyzer");
     app.set_version_flag("--version", std::string("code-analyzer ") + CODE_ANALYZER_VERSION);
     app.require_subcommand(1);
@@ -124,6 +125,11 @@ bool ParseOptions(int argc, char** argv, SOptions& options, int& exitCode)
         ->add_option("--stdin-path", options.stdinPath,
                      "Name that standard input goes by; its ending tells the language (stdin.php)")
         ->option_text("NAME");
+    check
+        ->add_option("-j,--jobs", options.jobs,
+                     "Check with N processes (as many as there are cores, for a few files one)")
+        ->option_text("N")
+        ->check(CLI::Range(1, 256));
     AddPhpOptions(*check, options);
     AddProjectOptions(*check, options);
     COutputOptions checkOutputs(*check, options);

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <string>
 #include <vector>
@@ -20,11 +21,13 @@ struct SOutputOption
 /// What the user asks for. Paths are bytes, as the system gave them.
 struct SOptions
 {
+    char** arguments = nullptr; ///< all, as the program got them
     ECommand command = ECommand::Check;
     std::vector<SOutputOption> outputs{{}};
     EColor color = EColor::Auto;
     bool snippets = true; ///< source lines in text, on a terminal
     bool quiet = false;
+    std::size_t jobs = 0; ///< processes that check; 0: as many as pay
     std::vector<std::string> paths;
     std::vector<std::string> include;
     std::vector<std::string> exclude;
@@ -44,9 +47,10 @@ struct SOptions
 
 /// Exit statuses.
 enum EExit : int {
-    ExitClean = 0,  ///< no record of severity error
-    ExitErrors = 1, ///< at least one
-    ExitFailed = 2, ///< bad usage, or something could not be read
+    ExitClean = 0,         ///< no record of severity error
+    ExitErrors = 1,        ///< at least one
+    ExitFailed = 2,        ///< bad usage, or something could not be read
+    ExitInterrupted = 128, ///< plus the number of the signal that ended the check before its end
 };
 
 /// Reads the command line. Answers true when there is something to do; otherwise everything has been said and

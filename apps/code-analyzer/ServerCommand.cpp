@@ -24,8 +24,14 @@ namespace {
 /// The list of errors beside the program, as a URI; empty when it is not there.
 std::string Documentation()
 {
-    const QString file = QCoreApplication::applicationDirPath() + "/../share/doc/code-analyzer/errors.md";
-    return QFile::exists(file) ? LanguageServer::UriOfPath(Host::AbsolutePath(Host::PathFromQt(file))) : "";
+    // From the folder of a build, or from the one that installed programs keep for themselves.
+    for (const char* up : {"/..", "/../.."}) {
+        const QString file =
+            QCoreApplication::applicationDirPath() + up + "/share/doc/code-analyzer/errors.md";
+        if (QFile::exists(file))
+            return LanguageServer::UriOfPath(Host::AbsolutePath(Host::PathFromQt(file)));
+    }
+    return "";
 }
 
 void SendMessage(const std::string& body)

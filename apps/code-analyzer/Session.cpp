@@ -5,6 +5,16 @@
 
 namespace Kesh::CommandLine {
 
+CQtProcess::CQtProcess()
+{
+    // The errors bar is a widget, which nobody will see here, whatever display the user's windows use.
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+    static int argc = 1; // the command line is ours, Qt has options of its own
+    static char name[] = "code-analyzer";
+    static char* argv[] = {name, nullptr};
+    m_application.emplace(argc, argv);
+}
+
 CSession::CSession(const Configuration::SConfiguration& configuration)
     : m_application({m_frame, m_settings, m_translations})
 {

@@ -7,11 +7,22 @@
 #include "Findings/Describe.h"
 #include "LangSupport/Translations.h"
 
+#include <QApplication>
 #include <optional>
 #include <string>
 #include <vector>
 
 namespace Kesh::CommandLine {
+
+/// What Qt needs of a process that has widgets and shows none.
+class CQtProcess
+{
+public:
+    CQtProcess();
+
+private:
+    std::optional<QApplication> m_application;
+};
 
 /// A host without a window that has loaded the code validator. Throws Base::CWorkError when that fails.
 class CSession
@@ -29,6 +40,7 @@ public:
 private:
     static const Configuration::SConfiguration& NoConfiguration();
 
+    CQtProcess m_process; ///< lives longest
     Host::CHeadlessMainFrame m_frame;
     Host::CMemorySettings m_settings;
     LangSupport::CTranslations m_translations; ///< none: messages stay as programs expect them

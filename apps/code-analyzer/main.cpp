@@ -3,7 +3,7 @@
 #include "Commands.h"
 #include "Report/Printable.h"
 
-#include <QApplication>
+#include <QtGlobal>
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
@@ -69,13 +69,8 @@ int main(int argc, char** argv)
         return exitCode;
 
     CommandLine::OccupyStandardDescriptors();
-    // The errors bar is a widget, which nobody will see here, whatever display the user's windows use.
-    qputenv("QT_QPA_PLATFORM", "offscreen");
     Host::InstallFileNameCodec();
     qInstallMessageHandler(&CommandLine::DropQtChatter);
-    int qtArgc = 1; // the rest of the command line is ours, Qt has options of its own
-    QApplication application(qtArgc, argv);
-
     exitCode = CommandLine::Run(options);
     if (std::fflush(stdout) != 0 || std::ferror(stdout)) {
         std::fprintf(stderr, "code-analyzer: standard output: %s\n", std::strerror(errno));

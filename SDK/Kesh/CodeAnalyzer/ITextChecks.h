@@ -1,0 +1,50 @@
+#pragma once
+
+#include "Kesh/Base/Export.h"
+#include "Kesh/CodeAnalyzer/ICustomNames.h"
+#include "Kesh/CodeAnalyzer/IErrorDetails.h"
+#include "Kesh/CodeAnalyzer/IGrammarCheck.h"
+#include "Kesh/CodeAnalyzer/SCAError.h"
+#include "Kesh/SDK/IApplication.h"
+#include "Kesh/SyntaxParser/IReader.h"
+
+#include <boost/shared_ptr.hpp>
+#include <string>
+#include <vector>
+
+namespace Kesh::CodeAnalyzer {
+
+/// The checks alone, for a process that shows nothing: no bar, no menu, no timers, no threads, and no
+/// QApplication needed. One thread at a time.
+class ITextChecks
+{
+public:
+    /// Checks the text of `reader`, of which `path` and `factoryName` tell the language as those of a syntax
+    /// document do, and appends what is found to `errors`: of PHP first, then HTML, then CSS. A reader that
+    /// is given again, with another text, is checked faster than a new one. False: the check was given up,
+    /// and what it had found until then may not be all.
+    virtual bool Check(const boost::shared_ptr<SyntaxParser::IReader>& reader, const std::wstring& path,
+                       const std::wstring& factoryName, std::vector<SCAError>& errors) = 0;
+    /// The message in the user's language.
+    virtual std::wstring GetErrorDescription(const SCAError& error) = 0;
+    /// Names that the user allows; owned by the checks. To be changed between checks only.
+    virtual ICustomNames* GetCustomNames() = 0;
+    /// As the plug-in offers them; null: not at all. Owned by the checks.
+    virtual IErrorDetails* GetErrorDetails() = 0;
+    virtual IGrammarCheck* GetGrammarCheck() = 0;
+    /// Ends them.
+    virtual void Free() = 0;
+
+protected:
+    ~ITextChecks() = default;
+};
+
+} // namespace Kesh::CodeAnalyzer
+
+extern "C" {
+/// New checks, in libCodeAnalyzer.so.1 and in libCodeAnalyzerChecks.so.1, which holds nothing else and needs
+/// no more of Qt than its core. Of the application only the component "IParserComponent" and the translations
+/// are used; both outlive the checks. Raises Kesh::Base::CCriticalError "Bad sweak pointer" without the
+/// component.
+KESH_EXPORT Kesh::CodeAnalyzer::ITextChecks* CodeAnalyzerCreateChecks(Kesh::SDK::IApplication* application);
+}

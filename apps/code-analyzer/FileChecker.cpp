@@ -1,0 +1,82 @@
+#include "FileChecker.h"
+
+#include "Application/FileIO.h"
+#include "Base/Exception.h"
+#include "Configuration/Apply.h"
+#include "Findings/Ignores.h"
+#include "SyntaxParser/SPDocument.h"
+#include "SyntaxParser/SourceText.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <cwchar>
+#include <unistd.h>
+
+namespace Kesh::CommandLine {
+
+namespace {
+
+std::string ReadStandardInput()
+{
+    std::string bytes;
+    char block[1 << 16];
+    for (;;) {
+        const ssize_t count = ::read(STDIN_FILENO, block, sizeof block);
+        if (count < 0 && errno == EINTR)
+            continue;
+        if (count < 0)
+            throw Base::CWorkError(L"standard input cannot be read", __LINE__,
+                                   "apps/code-analyzer/FileChecker");
+        if (count == 0)
+            return bytes;
+        bytes.append(block, static_cast<std::size_t>(count));
+        if (bytes.size() > Host::MaxFileBytes)
+            throw Base::CWorkError(L"standard input is too long", __LINE__, "apps/code-analyzer/FileChecker");
+    }
+}
+
+/// Whatever the user names is checked; without a known ending it is taken for PHP.
+std::wstring FactoryOf(const SInput& input)
+{
+    const std::wstring factory = SyntaxParser::FactoryForPath(input.absolute);
+    return factory.empty() ? L"PHPSPDocFactory" : factory;
+}
+
+} // namespace
+
+CFileChecker::CFileChecker(const Configuration::SConfiguration& configuration)
+    : m_library("libCodeAnalyzerChecks.so.1"),
+      m_checks(
+          m_library.Symbol<decltype(CodeAnalyzerCreateChecks)>("CodeAnalyzerCreateChecks")(&m_application)),
+      m_reader(boost::make_shared<SyntaxParser::CTextReader>(std::wstring()))
+{
+    Configuration::Apply(configuration, m_application.Parser(), m_checks->GetGrammarCheck());
+    m_describer.emplace(Findings::CDescriber::SSources{
+        [this](const CodeAnalyzer::SCAError& error) { return m_checks->GetErrorDescription(error); },
+        *m_application.Parser().GetCompletionData(), m_checks->GetErrorDetails(), &configuration});
+}
+
+std::string_view CFileChecker::ReadInput(const SInput& input)
+{
+    if (!input.standardInput)
+        return Host::ReadFileInto(m_bytes, input.absolute);
+    m_bytes = ReadStandardInput();
+    return m_bytes;
+}
+
+std::optional<Findings::SFileFindings> CFileChecker::Check(const SInput& input)
+{
+    const std::string_view bytes = ReadInput(input);
+    if (SyntaxParser::LooksBinary(bytes))
+        return {};
+    m_reader->Decode(bytes);
+    const std::wstring factory = FactoryOf(input);
+    std::vector<CodeAnalyzer::SCAError> errors;
+    m_checks->Check(m_reader, input.absolute, factory, errors);
+    const bool mayIgnore = SyntaxParser::Utf16OrderOf(bytes) || Findings::CIgnores::MayHave(bytes);
+    return m_describer->Describe(
+        {input.shown, input.absolute, factory, [this] { return m_reader->GetText(); }, mayIgnore},
+        std::move(errors));
+}
+
+} // namespace Kesh::CommandLine

@@ -1,0 +1,41 @@
+// Checks that do what the text asks for, in place of the real ones.
+
+#include "Kesh/CodeAnalyzer/ITextChecks.h"
+
+#include <chrono>
+#include <csignal>
+#include <thread>
+
+using namespace Kesh;
+
+namespace {
+
+class CActingChecks final : public CodeAnalyzer::ITextChecks
+{
+public:
+    bool Check(const boost::shared_ptr<SyntaxParser::IReader>& reader, const std::wstring& /*path*/,
+               const std::wstring& /*factoryName*/, std::vector<CodeAnalyzer::SCAError>& errors) override
+    {
+        const std::wstring text = reader->GetText();
+        const auto asks = [&](const wchar_t* word) { return text.find(word) != std::wstring::npos; };
+        if (asks(L"crash"))
+            ::raise(SIGSEGV);
+        if (asks(L"sleep"))
+            std::this_thread::sleep_for(std::chrono::minutes(2));
+        if (asks(L"find"))
+            errors.push_back({{{0, 0}, {1, 0}}, 101, CodeAnalyzer::SeverityError});
+        return true;
+    }
+    std::wstring GetErrorDescription(const CodeAnalyzer::SCAError& /*error*/) override { return L"found"; }
+    CodeAnalyzer::ICustomNames* GetCustomNames() override { return nullptr; }
+    CodeAnalyzer::IErrorDetails* GetErrorDetails() override { return nullptr; }
+    CodeAnalyzer::IGrammarCheck* GetGrammarCheck() override { return nullptr; }
+    void Free() override { delete this; }
+};
+
+} // namespace
+
+CodeAnalyzer::ITextChecks* CodeAnalyzerCreateChecks(SDK::IApplication* /*application*/)
+{
+    return new CActingChecks;
+}
