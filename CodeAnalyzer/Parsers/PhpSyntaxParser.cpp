@@ -207,9 +207,14 @@ void CPhpSyntaxParser::DispatchBracketRegion(CRegion* region)
 void CPhpSyntaxParser::Offer(CRegion* region)
 {
     m_taken = true;
-    for (CStatementParser* parser : m_parsers) {
-        if (parser->StatementStartRegion(region)) {
-            m_active = parser;
+    // Most often a variable begins a statement, or blanks are offered, which begin nothing; neither means
+    // anything to another parser than the last.
+    const auto& php = m_defs->Php;
+    const bool onlyLast = region->definition == php.TokenDefs[1] || region->definition == php.VarDefs[3];
+    for (auto parser = onlyLast ? m_parsers.end() - 1 : m_parsers.begin(); parser != m_parsers.end();
+         ++parser) {
+        if ((*parser)->StatementStartRegion(region)) {
+            m_active = *parser;
             return;
         }
     }

@@ -45,8 +45,9 @@ int RunCheck(const SOptions& options)
         failed = true;
     };
     std::vector<SInput> inputs = CollectInputs(options, configuration, onError);
-    std::sort(inputs.begin(), inputs.end(),
-              [](const SInput& a, const SInput& b) { return a.shown < b.shown; });
+    const auto precedes = [](const SInput& a, const SInput& b) { return a.shown < b.shown; };
+    if (!std::is_sorted(inputs.begin(), inputs.end(), precedes)) // one folder comes sorted
+        std::sort(inputs.begin(), inputs.end(), precedes);
     CProgress progress(!options.quiet);
     std::size_t checked = 0;
     const auto onResult = [&](SResult&& result) {

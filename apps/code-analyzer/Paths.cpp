@@ -67,11 +67,15 @@ private:
     const Configuration::SConfiguration& m_configuration;
 };
 
+std::wstring WithSlash(const std::wstring& folder)
+{
+    return folder.ends_with(L'/') ? folder : folder + L'/';
+}
+
 std::vector<std::wstring> FilesOf(const std::wstring& folder, const CSelection& selection,
                                   const TPathError& onError)
 {
-    const std::wstring absolute = Host::AbsolutePath(folder);
-    const std::wstring prefix = absolute.ends_with(L'/') ? absolute : absolute + L'/';
+    const std::wstring prefix = WithSlash(Host::AbsolutePath(folder));
     ProjectManager::SFileQuery query;
     query.takesFile = [&](const std::wstring& path) { return selection.TakesFile(path, prefix + path); };
     query.entersFolder = [&](const std::wstring& path) {
@@ -84,7 +88,7 @@ std::vector<std::wstring> FilesOf(const std::wstring& folder, const CSelection& 
 /// Whether the search in `folder` would find the file.
 bool IsFoundIn(const std::wstring& folder, const std::wstring& file, const CSelection& selection)
 {
-    const std::wstring prefix = folder.ends_with(L'/') ? folder : folder + L'/';
+    const std::wstring prefix = WithSlash(folder);
     if (!file.starts_with(prefix))
         return false;
     for (std::size_t slash = file.find(L'/', prefix.size()); slash != std::wstring::npos;
@@ -121,10 +125,12 @@ std::vector<SInput> CollectInputs(const SOptions& options, const Configuration::
     const CSelection selection(options, configuration);
     std::vector<SInput> inputs;
     std::unordered_set<std::wstring> seen;
-    const auto add = [&](const std::wstring& shown, bool standardInput) {
-        const std::wstring absolute = Host::AbsolutePath(shown);
+    const auto addAs = [&](const std::wstring& shown, const std::wstring& absolute, bool standardInput) {
         if (seen.insert(absolute).second)
             inputs.push_back({shown, absolute, standardInput});
+    };
+    const auto add = [&](const std::wstring& shown, bool standardInput) {
+        addAs(shown, Host::AbsolutePath(shown), standardInput);
     };
     for (const std::string& bytes : options.paths) {
         if (bytes == "-") {
@@ -140,8 +146,11 @@ std::vector<SInput> CollectInputs(const SOptions& options, const Configuration::
             for (const std::wstring& file : ChangedFilesOf(path, isFolder, options, selection))
                 add(file, false);
         } else if (isFolder) {
+            // What is below a folder is found under a plain path: only the folder's own has to be resolved.
+            const std::wstring absolute = WithSlash(Host::AbsolutePath(path));
+            const std::size_t below = WithSlash(path).size();
             for (const std::wstring& file : FilesOf(path, selection, onError))
-                add(file, false);
+                addAs(file, absolute + file.substr(below), false);
         } else if (!selection.Excludes(path, Host::AbsolutePath(path))) {
             add(path, false);
         }

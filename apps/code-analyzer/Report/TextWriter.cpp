@@ -36,6 +36,8 @@ public:
 
     void Add(const Findings::SFileFindings& file) override
     {
+        if (file.findings.empty())
+            return;
         const std::string name = Printable(file.file);
         for (const SFinding& finding : file.findings) {
             AddRecord(name, finding);
@@ -45,7 +47,7 @@ public:
             }
         }
         // People see the findings of a file as soon as they are there.
-        if (m_output.Stream() && !file.findings.empty())
+        if (m_output.Stream())
             std::fflush(m_output.Stream());
     }
 
