@@ -4,11 +4,12 @@ packages=(
     g++ cmake ninja-build ccache re2c bison git
     qtbase5-dev libqt5xmlpatterns5-dev libqscintilla2-qt5-dev fonts-dejavu-core
     libboost-dev libcli11-dev nlohmann-json3-dev libbenchmark-dev libgtest-dev libgmock-dev
+    help2man
 )
 
 # Tests also compare with PHP itself, on PHP files that Debian ships.
 test_packages=(
-    clang-format php-cli php-mbstring python3 xvfb openbox xdotool
+    clang-format doxygen binutils pkg-config php-cli php-mbstring python3 xvfb openbox xdotool
     php-twig php-symfony-console php-symfony-dependency-injection php-symfony-http-foundation
     neovim libxml2-utils
 )

@@ -21,7 +21,15 @@ std::vector<std::string> Candidates(const char* name)
 {
     if (const char* named = std::getenv("CODE_ANALYZER_PLUGIN"); named && *named)
         return {named};
-    return {ProgramFolder() + "/../lib/" + name, std::string(CODE_ANALYZER_LIBDIR) + "/" + name};
+    // Of a build; of an installation, wherever it was moved to, seen from its bin and from its libexec
+    // folder.
+    std::vector<std::string> places;
+    const std::string program = ProgramFolder();
+    for (const std::string& folder :
+         {program + "/../lib", program + "/../" CODE_ANALYZER_LIBDIR,
+          program + "/../../" CODE_ANALYZER_LIBDIR, std::string(CODE_ANALYZER_FULL_LIBDIR)})
+        places.push_back(folder + '/' + name);
+    return places;
 }
 
 } // namespace

@@ -1,7 +1,8 @@
 #include "Options.h"
 
+#include "Application/Version.h"
+#include "Completion.h"
 #include "Configuration/Configuration.h"
-
 #include "OutputOptions.h"
 
 #include <CLI/CLI.hpp>
@@ -101,7 +102,7 @@ bool ParseOptions(int argc, char** argv, SOptions& options, int& exitCode)
 {
     options.arguments = argv;
     CLI::App app(Description, "code-analyzer");
-    app.set_version_flag("--version", std::string("code-analyzer ") + CODE_ANALYZER_VERSION);
+    app.set_version_flag("--version", "code-analyzer " + Host::VersionText());
     app.require_subcommand(1);
     app.footer(Footer);
     app.failure_message(CLI::FailureMessage::simple);
@@ -157,6 +158,13 @@ bool ParseOptions(int argc, char** argv, SOptions& options, int& exitCode)
     CLI::App* tree = app.add_subcommand("tree", "Print the HTML and CSS trees of a file: kind, name, span");
     tree->add_option("FILE", options.paths, "The file")->required()->expected(1);
 
+    std::string shell;
+    CLI::App* completion =
+        app.add_subcommand("completion", "Print a script that completes options in a shell");
+    completion->add_option("SHELL", shell, "bash, zsh or fish")
+        ->required()
+        ->check(CLI::IsMember({"bash", "zsh", "fish"}));
+
     try {
         app.parse(argc, argv);
         if (check->parsed()) {
@@ -166,11 +174,15 @@ bool ParseOptions(int argc, char** argv, SOptions& options, int& exitCode)
         }
         if (project->parsed())
             projectOutputs.Resolve();
+        if (completion->parsed()) {
+            std::cout << CompletionScript(app, shell);
+            return false;
+        }
     } catch (const CLI::ParseError& error) {
         if (argc > 1 && argv[1][0] != '-' && app.get_subcommands().empty()) {
             std::cerr << "code-analyzer: unknown command \"" << argv[1]
-                      << "\"; the commands are check, project, language-server, init, explain, regions and "
-                         "tree (see --help)\n";
+                      << "\"; the commands are check, project, language-server, init, explain, regions, "
+                         "tree and completion (see --help)\n";
             exitCode = ExitFailed;
             return false;
         }

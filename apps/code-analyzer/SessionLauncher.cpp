@@ -16,7 +16,9 @@ constexpr const char* SessionProgram = "code-analyzer-session";
 /// Becomes the program that has a whole host in it. This one has not, so that a check starts at once.
 int BecomeSession(const SOptions& options)
 {
-    for (const std::string& folder : {Host::ProgramFolder(), std::string(CODE_ANALYZER_LIBEXECDIR)})
+    for (const std::string& folder :
+         {Host::ProgramFolder(), Host::ProgramFolder() + "/../" CODE_ANALYZER_LIBEXECDIR,
+          std::string(CODE_ANALYZER_FULL_LIBEXECDIR)})
         ::execv((folder + '/' + SessionProgram).c_str(), options.arguments);
     throw Base::CWorkError(
         Base::CCommonString::FromUtf8(std::string(SessionProgram) + ": " + std::strerror(errno)), __LINE__,

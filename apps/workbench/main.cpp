@@ -1,6 +1,7 @@
 #include "Application/FilePath.h"
 #include "Application/GuiApplication.h"
 #include "Application/Settings.h"
+#include "Application/Version.h"
 #include "DocumentArea.h"
 #include "Languages.h"
 #include "MainWindow.h"
@@ -15,7 +16,7 @@ int main(int argc, char** argv)
     using namespace Kesh;
     CLI::App options("An editor for PHP, HTML and CSS that shows errors while you type.",
                      "code-analyzer-workbench");
-    options.set_version_flag("--version", std::string("code-analyzer-workbench ") + CODE_ANALYZER_VERSION);
+    options.set_version_flag("--version", "code-analyzer-workbench " + Host::VersionText());
     std::string path, settingsFile;
     options.add_option("PATH", path, "A folder to open as a project, or a file")->option_text(" ");
     options

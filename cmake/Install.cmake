@@ -1,0 +1,74 @@
+# What is installed where, in three parts: `cli` (command line, plug-in, server), `workbench` and `dev`.
+
+# The SDK's target for others, under its own name: nothing of this build may leak into it.
+add_library(sdk_export INTERFACE)
+set_target_properties(sdk_export PROPERTIES EXPORT_NAME SDK)
+target_compile_features(sdk_export INTERFACE cxx_std_20)
+target_include_directories(sdk_export INTERFACE $<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}/code-analyzer>)
+target_link_libraries(sdk_export INTERFACE Qt5::Core Qt5::Gui Qt5::Widgets Boost::headers)
+
+install(TARGETS CodeAnalyzer CodeAnalyzerChecks
+    LIBRARY COMPONENT cli NAMELINK_COMPONENT dev)
+install(TARGETS code-analyzer RUNTIME COMPONENT cli)
+install(TARGETS code-analyzer-session
+    RUNTIME DESTINATION ${CMAKE_INSTALL_LIBEXECDIR}/code-analyzer COMPONENT cli)
+install(TARGETS code-analyzer-workbench RUNTIME COMPONENT workbench)
+
+install(FILES README.md CHANGELOG.md docs/command-line.md docs/configuration.md
+    docs/editors-and-ci.md docs/errors.md docs/code-analyzer.schema.json
+    DESTINATION ${CMAKE_INSTALL_DOCDIR} COMPONENT cli)
+install(FILES docs/workbench.md DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/code-analyzer-workbench COMPONENT workbench)
+install(DIRECTORY docs/images DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/code-analyzer-workbench COMPONENT workbench)
+install(FILES docs/hosting.md DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/libcodeanalyzer-dev COMPONENT dev)
+install(DIRECTORY examples/host DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/libcodeanalyzer-dev/examples COMPONENT dev)
+configure_file(packaging/changelog.in ${CMAKE_BINARY_DIR}/changelog.Debian @ONLY)
+execute_process(COMMAND gzip -9nkf ${CMAKE_BINARY_DIR}/changelog.Debian COMMAND_ERROR_IS_FATAL ANY)
+set(package_names code-analyzer code-analyzer-workbench libcodeanalyzer-dev)
+set(package_components cli workbench dev)
+foreach(package component IN ZIP_LISTS package_names package_components)
+    install(FILES packaging/copyright ${CMAKE_BINARY_DIR}/changelog.Debian.gz
+        DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/${package} COMPONENT ${component})
+endforeach()
+
+install(FILES packaging/code-analyzer-workbench.desktop
+    DESTINATION ${CMAKE_INSTALL_DATADIR}/applications COMPONENT workbench)
+install(FILES packaging/code-analyzer-workbench.metainfo.xml
+    DESTINATION ${CMAKE_INSTALL_DATADIR}/metainfo COMPONENT workbench)
+install(FILES packaging/code-analyzer-workbench.svg
+    DESTINATION ${CMAKE_INSTALL_DATADIR}/icons/hicolor/scalable/apps COMPONENT workbench)
+foreach(size 16 22 24 32 48 64 128 256)
+    install(FILES packaging/icons/${size}.png RENAME code-analyzer-workbench.png
+        DESTINATION ${CMAKE_INSTALL_DATADIR}/icons/hicolor/${size}x${size}/apps COMPONENT workbench)
+endforeach()
+
+# Man pages and completions say what the programs say.
+find_program(HELP2MAN help2man REQUIRED)
+set(manual ${CMAKE_BINARY_DIR}/manual)
+add_custom_command(OUTPUT ${manual}/man1/code-analyzer.1.gz
+    COMMAND ${CMAKE_SOURCE_DIR}/scripts/make-manual.sh ${CMAKE_BINARY_DIR}/bin ${PROJECT_VERSION} ${manual}
+    DEPENDS code-analyzer code-analyzer-workbench scripts/make-manual.sh
+    COMMENT "Making man pages and completions" VERBATIM)
+add_custom_target(manual ALL DEPENDS ${manual}/man1/code-analyzer.1.gz)
+install(DIRECTORY ${manual}/man1 DESTINATION ${CMAKE_INSTALL_MANDIR} COMPONENT cli
+    PATTERN "*workbench*" EXCLUDE)
+install(FILES ${manual}/man1/code-analyzer-workbench.1.gz
+    DESTINATION ${CMAKE_INSTALL_MANDIR}/man1 COMPONENT workbench)
+install(FILES ${manual}/bash/code-analyzer
+    DESTINATION ${CMAKE_INSTALL_DATADIR}/bash-completion/completions COMPONENT cli)
+install(FILES ${manual}/zsh/_code-analyzer
+    DESTINATION ${CMAKE_INSTALL_DATADIR}/zsh/vendor-completions COMPONENT cli)
+install(FILES ${manual}/fish/code-analyzer.fish
+    DESTINATION ${CMAKE_INSTALL_DATADIR}/fish/vendor_completions.d COMPONENT cli)
+
+include(CMakePackageConfigHelpers)
+set(package_dir ${CMAKE_INSTALL_LIBDIR}/cmake/CodeAnalyzer)
+configure_package_config_file(packaging/CodeAnalyzerConfig.cmake.in ${CMAKE_BINARY_DIR}/CodeAnalyzerConfig.cmake
+    INSTALL_DESTINATION ${package_dir} PATH_VARS CMAKE_INSTALL_LIBDIR)
+write_basic_package_version_file(${CMAKE_BINARY_DIR}/CodeAnalyzerConfigVersion.cmake COMPATIBILITY SameMajorVersion)
+configure_file(packaging/code-analyzer.pc.in ${CMAKE_BINARY_DIR}/code-analyzer.pc @ONLY)
+install(DIRECTORY SDK/Kesh DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/code-analyzer COMPONENT dev)
+install(TARGETS sdk_export EXPORT CodeAnalyzerTargets)
+install(EXPORT CodeAnalyzerTargets NAMESPACE CodeAnalyzer:: DESTINATION ${package_dir} COMPONENT dev)
+install(FILES ${CMAKE_BINARY_DIR}/CodeAnalyzerConfig.cmake ${CMAKE_BINARY_DIR}/CodeAnalyzerConfigVersion.cmake
+    DESTINATION ${package_dir} COMPONENT dev)
+install(FILES ${CMAKE_BINARY_DIR}/code-analyzer.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig COMPONENT dev)

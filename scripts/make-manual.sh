@@ -1,0 +1,27 @@
+#!/usr/bin/env bash
+# make-manual.sh BIN VERSION FOLDER: man pages and shell completions from what the programs in BIN say themselves.
+set -euo pipefail
+bin=$1
+version=$2
+folder=$3
+rm -rf "$folder"
+mkdir -p "$folder/man1" "$folder/bash" "$folder/zsh" "$folder/fish"
+
+# page NAME DESCRIPTION COMMAND: the date of a page is that of its program's version, never that of the build.
+page() {
+    SOURCE_DATE_EPOCH=0 LC_ALL=C help2man --no-info --version-string "$version" --name "$2" "$3" |
+        sed -e "s|^\.TH [^ ]* \"1\" \"[^\"]*\" \"[^\"]*\"|.TH ${1^^} \"1\" \"\" \"code-analyzer $version\"|" \
+            -e "s|^${3##*/} \\\\- |$1 \\\\- |" |
+        gzip -9n >"$folder/man1/$1.1.gz"
+}
+
+page code-analyzer "check PHP, HTML and CSS" "$bin/code-analyzer"
+page code-analyzer-workbench "editor that shows mistakes in PHP, HTML and CSS" "$bin/code-analyzer-workbench"
+"$bin/code-analyzer" --help | sed -n '/^Subcommands:/,/^$/s/^  \([a-z-]*\)  *\(.*\)/\1 \2/p' |
+    while read -r command description; do
+        page "code-analyzer-$command" "${description,}" "$bin/code-analyzer $command"
+    done
+
+"$bin/code-analyzer" completion bash >"$folder/bash/code-analyzer"
+"$bin/code-analyzer" completion zsh >"$folder/zsh/_code-analyzer"
+"$bin/code-analyzer" completion fish >"$folder/fish/code-analyzer.fish"

@@ -1,0 +1,83 @@
+#!/usr/bin/env bash
+# installed-tree.sh SOURCE BUILD: installs the build into folders of the test's own and uses what is there.
+set -euo pipefail
+export LC_ALL=C
+source_dir=$1
+build=$2
+work=$(mktemp -d)
+trap 'rm -rf "$work"' EXIT
+fail() {
+    echo "FAILED: $*" >&2
+    exit 1
+}
+same() { # WHAT EXPECTED FOUND
+    [ "$2" = "$3" ] || fail "$1: expected:"$'\n'"$2"$'\n'"found:"$'\n'"$3"
+}
+
+# A prefix of one's own, moved away afterwards: the parts must find each other where they are then.
+cmake --install "$build" --prefix "$work/first" >/dev/null
+mv "$work/first" "$work/tree"
+tree=$work/tree
+checker=$tree/bin/code-analyzer
+"$checker" --version | grep -q '^code-analyzer [0-9]*\.[0-9]*\.[0-9]*' || fail "--version"
+mkdir "$work/site"
+printf '<?php\n$a = 1\n$b = 2;\n' >"$work/site/a.php"
+record="$work/site/a.php:2:6: error: Missing ';' at the end of the statement [1001]"
+for command in check project; do
+    status=0
+    found=$("$checker" "$command" --quiet "$work/site") || status=$?
+    same "status of $command" 1 "$status"
+    same "$command" "$record" "$found"
+done
+
+# As packages are made: a staging folder before the same prefix.
+DESTDIR=$work/stage cmake --install "$build" --prefix /opt/ca >/dev/null
+same "what DESTDIR changes" "$(cd "$tree" && find . | sort)" "$(cd "$work/stage/opt/ca" && find . | sort)"
+same "files outside the prefix" "" "$(find "$work/stage" -type f -not -path "$work/stage/opt/ca/*")"
+
+# The libraries offer what is kept in the list, and nothing else.
+libdir=$(dirname "$(find "$tree" -name libCodeAnalyzer.so.1)")
+for library in libCodeAnalyzer.so.1 libCodeAnalyzerChecks.so.1; do
+    nm -D --defined-only --with-symbol-versions "$libdir/$library" | awk -v l="$library" '$2 != "A" { print l, $3 }'
+done | sort >"$work/symbols"
+same "exported symbols" "$(cat "$source_dir/tests/install/exported-symbols.txt")" "$(cat "$work/symbols")"
+# Checks that show nothing load nothing that shows something.
+for file in "$checker" "$libdir/libCodeAnalyzerChecks.so.1"; do
+    needed=$(readelf -d "$file" | sed -n 's/.*(NEEDED).*\[\(libQt5[A-Za-z]*\).*/\1/p')
+    same "Qt libraries of $file" libQt5Core "$needed"
+done
+
+# The example host, with what is installed and nothing else.
+cmake -S "$tree"/share/doc/libcodeanalyzer-dev/examples/host -B "$work/host" -G Ninja \
+    -DCMAKE_PREFIX_PATH="$tree" >/dev/null
+cmake --build "$work/host" >/dev/null
+status=0
+found=$(LD_LIBRARY_PATH=$libdir "$work/host/example-host") || status=$?
+same "the example host" "3:1: Missing ';' [102]" "$found"
+same "its status" 1 "$status"
+if command -v pkg-config >/dev/null; then
+    # The tree was moved, so that the file's own idea of its prefix is of no use.
+    flags=$(PKG_CONFIG_PATH=$libdir/pkgconfig pkg-config --define-variable=prefix="$tree" --cflags code-analyzer)
+    [[ $flags == *"-I$tree/include/code-analyzer"* ]] || fail "pkg-config: $flags"
+fi
+
+# Every command has its page, and each shell its completions.
+for command in $("$checker" completion bash | sed -n "s/^        \([a-z-]*\)) words=.*/\1/p"); do
+    page=$tree/share/man/man1/code-analyzer-$command.1.gz
+    [ -s "$page" ] || fail "no man page of $command"
+    # Letter for letter what the help text lists, but for the dashes that roff escapes.
+    for option in $("$checker" "$command" --help | sed -n 's/^  \(-[a-zA-Z],\)\{0,1\}\(--[a-z-]*\).*/\2/p'); do
+        zcat "$page" | tr -d '\\' | sed 's/f[BIR]//g' | grep -qF -e "$option" || fail "$option is not in $page"
+    done
+done
+for name in bash-completion/completions/code-analyzer zsh/vendor-completions/_code-analyzer \
+    fish/vendor_completions.d/code-analyzer.fish; do
+    [ -s "$tree/share/$name" ] || fail "share/$name is missing"
+done
+
+# The desktop knows the workbench.
+for name in applications/code-analyzer-workbench.desktop metainfo/code-analyzer-workbench.metainfo.xml \
+    icons/hicolor/48x48/apps/code-analyzer-workbench.png; do
+    [ -s "$tree/share/$name" ] || fail "share/$name is missing"
+done
+echo "installed tree: fine"
