@@ -34,7 +34,7 @@ memory=$(CORPUS=$folder build/release/bench/checker/bench_checker --benchmark_re
                 $best[$b->run_name] = max($best[$b->run_name] ?? 0, $b->bytes_per_second / 1e6);
         }
         foreach ($best as $speed) printf("%.1f ", $speed);')
-read -r decode regions check _ <<<"$memory"
+read -r decode regions check grammar both <<<"$memory"
 
 read -r php_wall php_cpu < <(best 1 php -d memory_limit=-1 bench/php-parse.php "$folder")
 read -r one_wall one_cpu < <(best 1 "${checker[@]}" --jobs 1 "${options[@]}" "$folder")
@@ -46,6 +46,7 @@ read -r lint_wall lint_cpu < <(best 20 php -n -l "$small")
 read -r start_wall start_cpu < <(best 20 "${checker[@]}" "${options[@]}" "$small")
 
 awk -v b="$bytes" -v t="$tokenize" -v p="$parse" -v d="$decode" -v r="$regions" -v c="$check" \
+    -v g="$grammar" -v a="$both" \
     -v pw="$php_wall" -v pc="$php_cpu" -v ow="$one_wall" -v oc="$one_cpu" -v tw="$two_wall" -v tc="$two_cpu" \
     -v lw="$lint_wall" -v lc="$lint_cpu" -v sw="$start_wall" -v sc="$start_cpu" 'BEGIN {
     printf "In memory\n"
@@ -53,6 +54,8 @@ awk -v b="$bytes" -v t="$tokenize" -v p="$parse" -v d="$decode" -v r="$regions" 
     printf "  decoding      %17.1f MB/s\n", d
     printf "  region source %17.1f MB/s  %5.2f times the tokenizer\n", r, r / t
     printf "  full check    %17.1f MB/s  %5.2f times the parser\n", c, c / p
+    printf "  grammar check %17.1f MB/s  %5.2f times the parser\n", g, g / p
+    printf "  both          %17.1f MB/s  %5.2f times the parser\n", a, a / p
     printf "Whole processes                CPU ms     wall ms\n"
     printf "  PHP parses            %14.1f  %10.1f\n", pc, pw
     printf "  check, one job        %14.1f  %10.1f   %5.2f times as fast as PHP in CPU time\n", oc, ow, pc / oc
