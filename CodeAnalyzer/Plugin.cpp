@@ -55,3 +55,8 @@ ICustomNames* CodeAnalyzerGetCustomNames(ICAComponent* component)
 {
     return Own(component)->GetHtmlCustomItemsKeeper();
 }
+
+IProjectCheck* CodeAnalyzerGetProjectCheck(ICAComponent* component)
+{
+    return Own(component)->GetProjectCheck();
+}

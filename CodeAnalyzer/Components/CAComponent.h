@@ -44,6 +44,7 @@ public:
     CCAErrorsBar* GetErrorsBar() { return m_errorsBar; }
     IGrammarCheck* GetGrammarCheck() { return &m_grammarCheck; }
     IErrorDetails* GetErrorDetails() { return &m_errorDetails; }
+    IProjectCheck* GetProjectCheck() { return &m_projectHandler; }
     IErrorsSource* GetErrorsSource() { return &m_errorsSource; }
     /// The open project when `project` is non-zero, else the document that the user works in.
     void DoCheck(int project);

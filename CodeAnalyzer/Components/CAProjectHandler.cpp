@@ -156,6 +156,12 @@ void CCAProjectHandler::CheckAgain()
         StartThread();
 }
 
+void CCAProjectHandler::Stop()
+{
+    DropOrders();
+    StopThread(nullptr);
+}
+
 void CCAProjectHandler::CheckClosedFile(const std::wstring& file)
 {
     CCAErrorsBar* bar = GetBar();
@@ -215,6 +221,7 @@ std::wstring CCAProjectHandler::TakeFromQueue()
 void CCAProjectHandler::StartThread()
 {
     m_checksProject = std::exchange(m_projectWanted, false);
+    m_checksComplete = m_complete && m_component;
     m_hasRun = false;
     m_cancelled = std::make_shared<std::atomic<bool>>(false);
     m_thread = m_application->GetThreadService()->CreateThread(this, 0);
@@ -296,7 +303,7 @@ bool CCAProjectHandler::CheckProject(IProjectManager& pm, IParserComponent& pars
         if (IsStopRequested())
             return false;
         // A document of the file that is being checked reports its errors itself.
-        TryCheck(parser, file);
+        m_checksComplete ? TryCheckClosed(parser, file) : TryCheck(parser, file);
     }
     return true;
 }
@@ -374,14 +381,18 @@ bool CCAProjectHandler::CheckClosed(IParserComponent& parser, const std::wstring
     const CCACheckWorkers::CCheck check(*m_workers, file);
     if (!check)
         return false;
+    std::vector<SCAError> old;
+    m_errorsManager->GetErrors(file, old);
     const auto document = GetDocument(parser, file);
-    if (!document)
+    if (!document || !CCADocManager::IsCheckable(*document))
         return true;
     const auto complete = CCADocumentCheck::CreateOver(m_application, document, m_errorsManager,
                                                        m_component->GetHtmlCustomItemsKeeper());
     complete->FollowGrammar(m_docManager ? m_docManager->GetGrammarCheck() : nullptr);
     complete->SetCancelFlag(m_cancelled);
-    complete->Run();
+    // Given up half-way, it leaves what was known.
+    if (!complete->Run())
+        m_errorsManager->AddErrors(file, old);
     return true;
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Components/CACheckWorkers.h"
+#include "Kesh/CodeAnalyzer/IProjectCheck.h"
 #include "Kesh/SDK/IApplication.h"
 #include "Kesh/SDK/IServices.h"
 
@@ -31,7 +32,7 @@ class CCAErrorsManager;
 
 /// Checks the files of the open project in the background, and keeps their errors with the project. GUI
 /// thread, unless said otherwise.
-class CCAProjectHandler : public SDK::IThread, public boost::signals2::trackable
+class CCAProjectHandler : public SDK::IThread, public IProjectCheck, public boost::signals2::trackable
 {
 public:
     CCAProjectHandler();
@@ -52,6 +53,8 @@ public:
     void OnCloseProject(ProjectManager::IProjectManager* pm);
     /// Checks the open project once more, unless such a check runs.
     void CheckAgain();
+    void SetComplete(bool complete) override { m_complete = complete; }
+    void Stop() override;
     /// A document has been closed whose errors may not be those of the file: checks the project's file from
     /// disk, in all its languages, once the host has forgotten the document.
     void CheckClosedFile(const std::wstring& file);
@@ -108,6 +111,8 @@ private:
     SDK::IThreadObject* m_thread = nullptr; ///< set before it starts, null again once it has ended
     CCADocManager* m_docManager = nullptr;
     std::shared_ptr<CCACheckWorkers> m_workers;
+    bool m_complete = false;           ///< what the host wants
+    bool m_checksComplete = false;     ///< what the thread does; set before it starts
     TCancelFlag m_cancelled;           ///< of the thread that runs; set before it starts
     bool m_projectWanted = false;      ///< the next thread checks the whole project
     bool m_checksProject = false;      ///< the thread does, else only the queue; set before it starts

@@ -57,6 +57,11 @@ template <class TInterface> TInterface* CPlugin::Offered(const char* name) const
     return function ? function(m_component) : nullptr;
 }
 
+CodeAnalyzer::IProjectCheck& CPlugin::ProjectCheck()
+{
+    return *Symbol<decltype(CodeAnalyzerGetProjectCheck)>("CodeAnalyzerGetProjectCheck")(m_component);
+}
+
 void CPlugin::RunCommand(const char* className)
 {
     SDK::ICommand* command = m_library.Symbol<decltype(CodeAnalyzerCreateCommand)>(

@@ -28,6 +28,7 @@ public:
     CodeAnalyzer::IErrorsManager& ErrorsManager() { return *m_component->GetErrorsManager(); }
     CodeAnalyzer::IErrorsSource& Errors();
     CodeAnalyzer::ICustomNames& CustomNames();
+    CodeAnalyzer::IProjectCheck& ProjectCheck();
     /// Null when the plug-in offers none.
     CodeAnalyzer::IErrorDetails* ErrorDetails() const;
     CodeAnalyzer::IGrammarCheck* GrammarCheck() const;

@@ -154,6 +154,14 @@ void CCodeEditor::ScrollToCaret(int margin)
     SendScintilla(SCI_SCROLLCARET);
 }
 
+void CCodeEditor::SetFolds(const QList<int>& folds)
+{
+    if (folds.isEmpty())
+        return;
+    SendScintilla(SCI_COLOURISE, 0UL, -1L); // it is the lexer that finds what can be folded
+    setContractedFolds(folds);
+}
+
 int CCodeEditor::GetFirstVisibleLine() const
 {
     return static_cast<int>(SendScintilla(SCI_DOCLINEFROMVISIBLE, SendScintilla(SCI_GETFIRSTVISIBLELINE)));

@@ -35,6 +35,9 @@ public:
     /// Scrolls until the caret is in the middle third of what is seen.
     void CenterCaret();
 
+    /// Folds these lines, as far as there is something to fold.
+    void SetFolds(const QList<int>& lines);
+
     /// The lines on screen, end exclusive.
     int GetFirstVisibleLine() const;
     int GetEndVisibleLine() const;

@@ -113,6 +113,36 @@ bool CDocumentArea::OpenAt(const std::wstring& path, const SyntaxParser::CIterat
     return true;
 }
 
+std::vector<SSession::SFile> CDocumentArea::GetOpenFiles() const
+{
+    std::vector<SSession::SFile> files;
+    for (int index = 0; index < m_tabs->count(); ++index) {
+        const auto* editor = qobject_cast<CCodeEditor*>(m_tabs->widget(index));
+        if (Host::CDocument* document = DocumentOf(editor)) {
+            const SyntaxParser::CIterator caret = editor->GetCaretPosition();
+            files.push_back({Shown(document->GetPath()), static_cast<int>(caret.y), static_cast<int>(caret.x),
+                             editor->contractedFolds()});
+        }
+    }
+    return files;
+}
+
+void CDocumentArea::RestoreFiles(const std::vector<SSession::SFile>& files, int current)
+{
+    CCodeEditor* front = nullptr;
+    for (std::size_t i = 0; i < files.size(); ++i) {
+        const SSession::SFile& file = files[i];
+        const std::wstring path = Host::PathFromQt(file.path);
+        if (Host::StampOf(path).size < 0 || !OpenAt(path, {file.column, file.line}))
+            continue;
+        GetCurrentEditor()->SetFolds(file.folds);
+        if (static_cast<int>(i) == current)
+            front = GetCurrentEditor();
+    }
+    if (front)
+        m_tabs->setCurrentWidget(front);
+}
+
 bool CDocumentArea::Open(const std::wstring& path)
 {
     return m_application.Documents().Open(path, 0) != nullptr;

@@ -48,6 +48,9 @@ public:
     bool Open(const std::wstring& path);
     /// The same, with the caret at a place in the middle of the view.
     bool OpenAt(const std::wstring& path, const SyntaxParser::CIterator& pos);
+    /// The files in their tabs, with carets and folds, and the way back to them; what is gone is left out.
+    std::vector<SSession::SFile> GetOpenFiles() const;
+    void RestoreFiles(const std::vector<SSession::SFile>& files, int current);
     /// Null when no tab is open.
     Host::CDocument* GetCurrent() const;
     CCodeEditor* GetCurrentEditor() const;

@@ -98,9 +98,15 @@ CMainWindow::CMainWindow(Host::CFileSettings& settings, LangSupport::ILangSource
             [this](const QString& link) { OpenProject(Host::PathFromQt(link)); });
     connect(&m_frame, &CMainFrame::progressTextChanged, this, [this](const QString& text) {
         m_status->ShowProgress(text.isEmpty() ? text : Tr(text.toUtf8().constData()));
-        if (text.isEmpty() && m_errors)
+        m_status->OfferStop(!text.isEmpty());
+        if (text.isEmpty() && m_errors && !m_stopped)
             m_errors->SetChecked(true);
         text.isEmpty() ? m_progressTick.stop() : m_progressTick.start(ProgressInterval);
+    });
+    connect(m_status, &CStatusLine::stopRequested, this, [this] {
+        m_stopped = true;
+        if (m_plugin)
+            m_plugin->ProjectCheck().Stop();
     });
     connect(&m_progressTick, &QTimer::timeout, this, &CMainWindow::OnProgressTick);
     connect(&m_opener, &CProjectOpener::listed, this, &CMainWindow::OnListed);
@@ -153,6 +159,7 @@ void CMainWindow::LoadValidator()
     for (QDockWidget* dock : m_frame.GetDocks())
         m_viewMenu->addAction(dock->toggleViewAction());
     GiveCustomNames(m_preferences.GetChoices());
+    m_plugin->ProjectCheck().SetComplete(m_preferences.GetChoices().checksMarkup);
     connect(m_errors.get(), &CErrorWatch::changed, this, &CMainWindow::OnErrorsChanged);
     m_area->SetErrorWatch(m_errors.get());
     m_tree->SetErrorWatch(m_errors.get());
@@ -244,6 +251,7 @@ void CMainWindow::OnListed(const std::wstring& folder, const std::vector<std::ws
         return;
     }
     m_filesAsked = 0;
+    m_stopped = false;
     if (m_application->Project().GetFolder() == folder) {
         m_application->ReopenProject(files);
     } else {
@@ -347,6 +355,7 @@ void CMainWindow::GoToError(bool forward)
 void CMainWindow::RunCheck(const char* command)
 {
     m_filesAsked = 0;
+    m_stopped = false;
     if (m_plugin)
         Host::Guard(L"check", [&] { m_plugin->RunCommand(command); });
 }
@@ -367,6 +376,10 @@ void CMainWindow::ApplyChoices(const SChoices& choices)
     QApplication::setPalette(MakePalette(choices.appearance, SystemPalette()));
     m_area->ApplyChoices(choices);
     SetErrorColumnWidths(choices.columnWidths);
+    if (m_plugin && choices.checksMarkup != old.checksMarkup) {
+        m_plugin->ProjectCheck().SetComplete(choices.checksMarkup);
+        RefreshProject();
+    }
     if (m_plugin && (choices.customTags != old.customTags ||
                      choices.customAttributes != old.customAttributes || choices.grammar != old.grammar))
         RestartValidator();
@@ -511,12 +524,31 @@ void CMainWindow::RestoreLayout()
     restoreState(m_preferences.GetLayout("docks"), LayoutVersion);
 }
 
+SSession CMainWindow::GetSession() const
+{
+    SSession session;
+    session.project = Host::PathToQt(m_application->Project().GetFolder());
+    session.files = m_area->GetOpenFiles();
+    session.current = m_area->GetTabs().currentIndex();
+    return session;
+}
+
+void CMainWindow::RestoreSession()
+{
+    const SSession session = m_preferences.GetSession();
+    if (!session.project.isEmpty() && QFileInfo(session.project).isDir())
+        OpenProject(Host::PathFromQt(session.project));
+    m_area->RestoreFiles(session.files, session.current);
+}
+
 void CMainWindow::closeEvent(QCloseEvent* event)
 {
+    const SSession session = GetSession();
     if (!m_area->CloseAll()) {
         event->ignore();
         return;
     }
+    m_preferences.SetSession(session);
     SaveLayout();
     m_opener.Cancel();
     m_application->Project().Close();

@@ -42,6 +42,8 @@ public:
     /// Opens a folder as the project, in the background, or a file.
     void OpenPath(const std::wstring& path);
     void OpenProject(const std::wstring& folder);
+    /// Opens what was open when the last window was closed, as far as it is still there.
+    void RestoreSession();
     /// False when the user cancels.
     bool CloseProject();
 
@@ -98,6 +100,7 @@ private:
     void AddErrorPanel(QTreeWidget& list);
     std::vector<int> GetErrorColumnWidths() const;
     void SetErrorColumnWidths(const std::vector<int>& widths);
+    SSession GetSession() const;
     void SaveLayout();
     void RestoreLayout();
     QString FolderToStartFrom() const;
@@ -113,6 +116,7 @@ private:
     CProjectOpener m_opener;
     std::atomic<std::size_t> m_filesAsked{0}; ///< by the project check
     QTimer m_progressTick;
+    bool m_stopped = false; ///< the last project check, by the user
 
     CDocumentArea* m_area;
     CFileTree* m_tree;

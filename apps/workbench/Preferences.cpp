@@ -33,6 +33,7 @@ SChoices CPreferences::GetChoices() const
     choices.grammar = store.value("Workbench/grammar", choices.grammar).toBool();
     choices.customTags = SplitNames(store.value("CustomNames/tags").toStringList().join(' '));
     choices.customAttributes = SplitNames(store.value("CustomNames/attributes").toStringList().join(' '));
+    choices.checksMarkup = store.value("Workbench/checksMarkup", choices.checksMarkup).toBool();
     choices.columnWidths = GetColumnWidths();
     return choices;
 }
@@ -44,6 +45,7 @@ void CPreferences::SetChoices(const SChoices& choices)
     store.setValue("Workbench/appearance", static_cast<int>(choices.appearance));
     store.setValue("Workbench/fontSize", choices.fontSize);
     store.setValue("Workbench/grammar", choices.grammar);
+    store.setValue("Workbench/checksMarkup", choices.checksMarkup);
     store.setValue("CustomNames/tags", choices.customTags.join(' '));
     store.setValue("CustomNames/attributes", choices.customAttributes.join(' '));
     SetColumnWidths(choices.columnWidths);
@@ -61,6 +63,46 @@ void CPreferences::AddRecentProject(const QString& folder)
     recent.removeAll(folder);
     recent.prepend(folder);
     m_settings.GetStore().setValue(RecentKey, QStringList(recent.mid(0, MaxRecentProjects)));
+}
+
+SSession CPreferences::GetSession() const
+{
+    QSettings& store = m_settings.GetStore();
+    SSession session;
+    session.project = store.value("Session/project").toString();
+    session.current = store.value("Session/current", -1).toInt();
+    const int count = store.beginReadArray("Session/files");
+    for (int i = 0; i < count; ++i) {
+        store.setArrayIndex(i);
+        SSession::SFile file{
+            store.value("path").toString(), store.value("line").toInt(), store.value("column").toInt(), {}};
+        for (const QString& line : store.value("folds").toStringList())
+            file.folds.append(line.toInt());
+        session.files.push_back(file);
+    }
+    store.endArray();
+    return session;
+}
+
+void CPreferences::SetSession(const SSession& session)
+{
+    QSettings& store = m_settings.GetStore();
+    store.remove("Session");
+    store.setValue("Session/project", session.project);
+    store.setValue("Session/current", session.current);
+    store.beginWriteArray("Session/files", static_cast<int>(session.files.size()));
+    for (std::size_t i = 0; i < session.files.size(); ++i) {
+        const SSession::SFile& file = session.files[i];
+        QStringList folds;
+        for (const int line : file.folds)
+            folds.append(QString::number(line));
+        store.setArrayIndex(static_cast<int>(i));
+        store.setValue("path", file.path);
+        store.setValue("line", file.line);
+        store.setValue("column", file.column);
+        store.setValue("folds", folds);
+    }
+    store.endArray();
 }
 
 QByteArray CPreferences::GetLayout(const char* part) const

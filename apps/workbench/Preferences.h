@@ -3,6 +3,7 @@
 #include "Application/Settings.h"
 
 #include <QByteArray>
+#include <QList>
 #include <QString>
 #include <QStringList>
 #include <string>
@@ -21,9 +22,25 @@ struct SChoices
     bool grammar = true; ///< check PHP against its whole grammar
     QStringList customTags;
     QStringList customAttributes;
+    bool checksMarkup = true;      ///< the HTML and CSS of a project's files too
     std::vector<int> columnWidths; ///< of the errors bar, pixels; empty: the bar's own
 
     friend bool operator==(const SChoices&, const SChoices&) = default;
+};
+
+/// What was open when the window was closed.
+struct SSession
+{
+    struct SFile
+    {
+        QString path;
+        int line = 0;
+        int column = 0;
+        QList<int> folds; ///< folded lines
+    };
+    QString project; ///< empty: none was open
+    std::vector<SFile> files;
+    int current = -1; ///< of the files
 };
 
 /// The user's choices and the window's memory, kept in the settings file.
@@ -39,6 +56,9 @@ public:
     /// Latest first.
     QStringList GetRecentProjects() const;
     void AddRecentProject(const QString& folder);
+
+    SSession GetSession() const;
+    void SetSession(const SSession& session);
 
     QByteArray GetLayout(const char* part) const;
     void SetLayout(const char* part, const QByteArray& state);

@@ -47,6 +47,7 @@ CSettingsDialog::CSettingsDialog(const SChoices& choices, const std::vector<SLan
       m_appearance(new QComboBox),
       m_fontSize(new QSpinBox),
       m_grammar(new QCheckBox(Tr("Check PHP against its whole &grammar"))),
+      m_checksMarkup(new QCheckBox(Tr("Check the &HTML and CSS of a project's files too"))),
       m_tags(MakeNameEdit(choices.customTags, "customTags")),
       m_attributes(MakeNameEdit(choices.customAttributes, "customAttributes"))
 {
@@ -81,6 +82,8 @@ CSettingsDialog::CSettingsDialog(const SChoices& choices, const std::vector<SLan
     form->addRow(Tr("&Appearance:"), m_appearance);
     form->addRow(Tr("&Font size:"), m_fontSize);
     form->addRow(QString(), m_grammar);
+    m_checksMarkup->setChecked(choices.checksMarkup);
+    form->addRow(QString(), m_checksMarkup);
     form->addRow(Tr("Your own HTML &tags:"), m_tags);
     form->addRow(Tr("Your own HTML attri&butes:"), m_attributes);
     form->addRow(QString(),
@@ -105,6 +108,7 @@ SChoices CSettingsDialog::GetChoices() const
     choices.appearance = static_cast<EAppearance>(m_appearance->currentIndex());
     choices.fontSize = m_fontSize->value();
     choices.grammar = m_grammar->isChecked();
+    choices.checksMarkup = m_checksMarkup->isChecked();
     choices.customTags = SplitNames(m_tags->toPlainText());
     choices.customAttributes = SplitNames(m_attributes->toPlainText());
     for (const QSpinBox* width : m_widths)

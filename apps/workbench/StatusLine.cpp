@@ -5,6 +5,7 @@
 #include <QLabel>
 #include <QProgressBar>
 #include <QStatusBar>
+#include <QToolButton>
 
 namespace Kesh::Workbench {
 
@@ -18,6 +19,7 @@ CStatusLine::CStatusLine(QStatusBar& bar)
     : m_bar(bar),
       m_progressText(new QLabel),
       m_progress(new QProgressBar),
+      m_stop(new QToolButton),
       m_caret(new QLabel),
       m_format(new QLabel),
       m_counts(new QLabel)
@@ -25,10 +27,16 @@ CStatusLine::CStatusLine(QStatusBar& bar)
     m_counts->setObjectName(QStringLiteral("errorCounts"));
     m_progress->setMaximumWidth(160);
     m_progress->setTextVisible(false);
+    m_progress->setAccessibleName(Tr("Progress"));
+    m_stop->setObjectName(QStringLiteral("stopCheck"));
+    m_stop->setText(Tr("Stop"));
+    m_stop->setFocusPolicy(Qt::TabFocus);
+    m_stop->hide();
+    connect(m_stop, &QToolButton::clicked, this, &CStatusLine::stopRequested);
     for (QLabel* label : {m_progressText, m_counts, m_format, m_caret})
         label->setContentsMargins(8, 0, 8, 0);
     for (QWidget* widget :
-         std::initializer_list<QWidget*>{m_progressText, m_progress, m_counts, m_format, m_caret})
+         std::initializer_list<QWidget*>{m_progressText, m_progress, m_stop, m_counts, m_format, m_caret})
         bar.addPermanentWidget(widget);
     ShowProgress({});
     ShowCounts(0, 0, false);
@@ -40,6 +48,12 @@ void CStatusLine::ShowProgress(const QString& text)
     m_progressText->setVisible(!text.isEmpty());
     m_progress->setVisible(!text.isEmpty());
     m_progress->setRange(0, 0);
+    OfferStop(false);
+}
+
+void CStatusLine::OfferStop(bool offer)
+{
+    m_stop->setVisible(offer);
 }
 
 void CStatusLine::SetProgress(std::size_t done, std::size_t total)

@@ -7,6 +7,7 @@
 class QLabel;
 class QProgressBar;
 class QStatusBar;
+class QToolButton;
 
 namespace Kesh::Workbench {
 
@@ -22,6 +23,8 @@ public:
 
     /// An empty text ends the progress.
     void ShowProgress(const QString& text);
+    /// Whether what is shown as running can be stopped.
+    void OfferStop(bool offer);
     void SetProgress(std::size_t done, std::size_t total);
     /// Counted from 0; a negative line means that there is no caret.
     void ShowCaret(long long line, long long column);
@@ -30,10 +33,14 @@ public:
     void ShowCounts(int errors, int warnings, bool checked);
     void ShowMessage(const QString& text);
 
+signals:
+    void stopRequested();
+
 private:
     QStatusBar& m_bar;
     QLabel* m_progressText;
     QProgressBar* m_progress;
+    QToolButton* m_stop;
     QLabel* m_caret;
     QLabel* m_format;
     QLabel* m_counts;

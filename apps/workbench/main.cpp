@@ -46,7 +46,9 @@ int main(int argc, char** argv)
     if (!problem.isEmpty())
         window.GetArea().GetMessageStrip().Show(problem);
     window.show();
-    if (!path.empty())
+    if (path.empty())
+        window.RestoreSession();
+    else
         window.OpenPath(Host::AbsolutePath(Host::PathFromBytes(path)));
     return QApplication::exec();
 }

@@ -6,6 +6,7 @@
 #include <QLabel>
 #include <QTabBar>
 #include <QTest>
+#include <QToolButton>
 #include <QToolTip>
 #include <gmock/gmock.h>
 
@@ -72,6 +73,42 @@ TEST_F(Errors, PhpIsCheckedAgainstItsGrammarAsUserAndProjectWant)
     ASSERT_TRUE(Window().CloseProject());
     OpenProject(m_folder.Path(L"project"));
     EXPECT_TRUE(WaitForRows(0));
+}
+
+TEST_F(Errors, AProjectsHtmlAndCssAreCheckedUnlessTheUserObjects)
+{
+    m_folder.Write(L"project/a.php", "<?php\nelse;\n?><nix>\n");
+    m_folder.Write(L"project/b.html", "<nix>\n");
+    m_folder.Write(L"project/c.css", "a { colr: red }\n");
+    m_folder.Write(L"project/d.inc", "<?php\nelse;\n");
+    m_folder.Write(L"project/e.tpl", "<nix>\n");
+    OpenProject(m_folder.Path(L"project"));
+    EXPECT_EQ(Bar()->topLevelItemCount(), 5) << Rows().join('\n').toStdString();
+    Workbench::SChoices choices = Workbench::CPreferences(*m_settings).GetChoices();
+    choices.checksMarkup = false;
+    Window().ApplyChoices(choices);
+    m_folder.Write(L"project/a.php", "<?php\nelse; else;\n?><nix>\n");
+    Trigger("Check project");
+    EXPECT_TRUE(WaitFor([&] { return Rows().filter("ElSE").size() == 3; }));
+    EXPECT_EQ(Rows().filter("a.php").size(), 2) << Rows().join('\n').toStdString();
+}
+
+TEST_F(Errors, ARunningCheckIsShownAndCanBeStopped)
+{
+    std::string text = "<?php\n";
+    for (int i = 0; i < 5000; ++i)
+        text += "$a = f($b);\n";
+    for (int i = 0; i < 100; ++i)
+        m_folder.Write(L"project/f" + std::to_wstring(i) + L".php", text + "else;\n");
+    Window().OpenProject(m_folder.Path(L"project"));
+    auto* stop = Window().findChild<QToolButton*>("stopCheck");
+    ASSERT_TRUE(WaitFor([&] { return stop->isVisible(); }));
+    stop->click();
+    EXPECT_FALSE(Window().GetApplication().Threads().IsRunning());
+    EXPECT_TRUE(WaitFor([&] { return !stop->isVisible(); }));
+    EXPECT_LT(Bar()->topLevelItemCount(), 100);
+    Trigger("Check project");
+    EXPECT_TRUE(WaitForRows(100));
 }
 
 TEST_F(Errors, ADoubleClickOpensTheFileAtTheError)
@@ -170,6 +207,7 @@ TEST_F(Errors, NextAndPreviousErrorGoRoundAllFiles)
     OpenProject(m_folder.Path(L"project"));
     Open(first);
     Open(second);
+    QTest::qWait(300); // for the check of what has been opened
     ASSERT_TRUE(WaitForRows(3));
     Area().GetTabs().setCurrentIndex(0);
     Area().GetCurrentEditor()->SetCaretPosition({0, 0});

@@ -1,6 +1,7 @@
 #include "Application/FilePath.h"
 #include "EditorTheme.h"
 #include "Languages.h"
+#include "MessageStrip.h"
 #include "Preferences.h"
 #include "SettingsDialog.h"
 #include "WorkbenchFixture.h"
@@ -54,6 +55,33 @@ TEST_F(Window, LayoutColumnsAndRecentProjectsOutliveTheWindow)
               QStringList{Host::PathToQt(m_folder.Path(L"project"))});
 }
 
+TEST_F(Window, TheSessionComesBack)
+{
+    const std::wstring a =
+        m_folder.Write(L"project/a.php", "<?php\nfunction f()\n{\n    return 1;\n}\n$a = 1;\n");
+    const std::wstring b = m_folder.Write(L"project/b.php", "<?php\n");
+    const std::wstring gone = m_folder.Write(L"gone.php", "<?php\n");
+    OpenProject(m_folder.Path(L"project"));
+    Workbench::CCodeEditor& first = Open(a);
+    first.SetFolds({2});
+    ASSERT_EQ(first.contractedFolds(), QList<int>{2});
+    first.SetCaretPosition({3, 5});
+    Open(gone);
+    Open(b);
+    Area().GetTabs().setCurrentIndex(0);
+    ASSERT_TRUE(CWorkbenchTest::Window().close());
+    std::filesystem::remove(Host::PathToBytes(gone));
+    OpenWindow();
+    EXPECT_EQ(Area().GetTabs().count(), 0) << "a path on the command line has it start afresh";
+    CWorkbenchTest::Window().RestoreSession();
+    ASSERT_TRUE(WaitFor([&] { return Project().IsOpened(); }));
+    ASSERT_EQ(Area().GetTabs().count(), 2);
+    EXPECT_EQ(Area().GetCurrent()->GetPath(), a);
+    EXPECT_EQ(Area().GetCurrentEditor()->GetCaretPosition(), (SyntaxParser::CIterator{3, 5}));
+    EXPECT_EQ(Area().GetCurrentEditor()->contractedFolds(), QList<int>{2});
+    EXPECT_EQ(Area().GetMessageStrip().GetText(), QString()) << "nothing is said of what is gone";
+}
+
 TEST_F(Window, TheDialogChangesWhatTheUserChooses)
 {
     Workbench::SChoices choices;
@@ -66,6 +94,7 @@ TEST_F(Window, TheDialogChangesWhatTheUserChooses)
     Shoot(dialog, "settings");
     choices.appearance = Workbench::EAppearance::Dark;
     choices.fontSize = 14;
+    choices.checksMarkup = false;
     CWorkbenchTest::Window().ApplyChoices(choices);
     EXPECT_EQ(Workbench::CPreferences(*m_settings).GetChoices(), choices);
     EXPECT_EQ(Bar()->header()->sectionSize(1), 200);

@@ -5,6 +5,7 @@
 #include "Kesh/CodeAnalyzer/ICustomNames.h"
 #include "Kesh/CodeAnalyzer/IErrorDetails.h"
 #include "Kesh/CodeAnalyzer/IGrammarCheck.h"
+#include "Kesh/CodeAnalyzer/IProjectCheck.h"
 #include "Kesh/CodeAnalyzer/SCAError.h"
 #include "Kesh/SDK/ICommand.h"
 
@@ -56,4 +57,6 @@ KESH_EXPORT Kesh::CodeAnalyzer::IGrammarCheck*
 CodeAnalyzerGetGrammarCheck(Kesh::CodeAnalyzer::ICAComponent* component);
 KESH_EXPORT Kesh::CodeAnalyzer::IErrorDetails*
 CodeAnalyzerGetErrorDetails(Kesh::CodeAnalyzer::ICAComponent* component);
+KESH_EXPORT Kesh::CodeAnalyzer::IProjectCheck*
+CodeAnalyzerGetProjectCheck(Kesh::CodeAnalyzer::ICAComponent* component);
 }

@@ -1,0 +1,19 @@
+#pragma once
+
+namespace Kesh::CodeAnalyzer {
+
+/// What a host may ask of the project check beyond what it does by itself. GUI thread.
+class IProjectCheck
+{
+public:
+    /// Whether every project file is checked as an open document is, in all its languages and of any size,
+    /// instead of the PHP files alone. Off until a host asks; holds for checks that begin afterwards.
+    virtual void SetComplete(bool complete) = 0;
+    /// Ends a check that runs, soon.
+    virtual void Stop() = 0;
+
+protected:
+    ~IProjectCheck() = default;
+};
+
+} // namespace Kesh::CodeAnalyzer
