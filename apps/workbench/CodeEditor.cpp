@@ -5,7 +5,9 @@
 #include "HtmlLexer.h"
 #include "SyntaxParser/SPDocument.h"
 
+#include <QDropEvent>
 #include <QHelpEvent>
+#include <QMimeData>
 #include <QToolTip>
 #include <Qsci/qscicommandset.h>
 #include <Qsci/qscilexercss.h>
@@ -42,6 +44,16 @@ QsciLexer* MakeLexer(const std::wstring& path, QObject* parent)
     return nullptr;
 }
 
+/// What begins and ends a comment where a lexer has given this style.
+std::pair<QString, QString> CommentMarks(const QsciLexer* lexer, int style)
+{
+    if (qobject_cast<const QsciLexerCSS*>(lexer))
+        return {QStringLiteral("/*"), QStringLiteral("*/")};
+    if (qobject_cast<const QsciLexerHTML*>(lexer) && style < QsciLexerHTML::JavaScriptStart)
+        return {QStringLiteral("<!--"), QStringLiteral("-->")};
+    return {QStringLiteral("//"), QString()};
+}
+
 } // namespace
 
 CCodeEditor::CCodeEditor(QWidget* parent) : QsciScintilla(parent)
@@ -50,6 +62,7 @@ CCodeEditor::CCodeEditor(QWidget* parent) : QsciScintilla(parent)
     setEolMode(EolUnix);
     setAutoIndent(true);
     setTabWidth(4);
+    setIndentationGuides(true);
     setBraceMatching(NoBraceMatch); // the widget's own takes "<" and ">" for brackets
     setScrollWidth(1);
     setScrollWidthTracking(true);
@@ -64,8 +77,8 @@ CCodeEditor::CCodeEditor(QWidget* parent) : QsciScintilla(parent)
     }
     const int side = fontMetrics().height();
     markerDefine(IconOf(ESeverity::Warning).pixmap(side, side), WarningMarker);
-    // The menu has these, and does more.
-    for (const auto command : {QsciCommand::ZoomIn, QsciCommand::ZoomOut})
+    // Their keys are the menu's, which does more, or something else.
+    for (const auto command : {QsciCommand::ZoomIn, QsciCommand::ZoomOut, QsciCommand::WordPartLeft})
         standardCommands()->find(command)->setKey(0);
     // Keys that others know for what there is a key for already.
     standardCommands()->find(QsciCommand::Redo)->setAlternateKey(Qt::CTRL | Qt::SHIFT | Qt::Key_Z);
@@ -171,6 +184,82 @@ int CCodeEditor::GetEndVisibleLine() const
 {
     const long last = SendScintilla(SCI_GETFIRSTVISIBLELINE) + SendScintilla(SCI_LINESONSCREEN);
     return std::min(static_cast<int>(SendScintilla(SCI_DOCLINEFROMVISIBLE, last)) + 1, lines());
+}
+
+QPoint CCodeEditor::GetCaretPoint() const
+{
+    const long position = SendScintilla(SCI_GETCURRENTPOS);
+    return {static_cast<int>(SendScintilla(SCI_POINTXFROMPOSITION, 0L, position)),
+            static_cast<int>(SendScintilla(SCI_POINTYFROMPOSITION, 0L, position) +
+                             SendScintilla(SCI_TEXTHEIGHT, 0UL))};
+}
+
+void CCodeEditor::ReplaceSpan(const SyntaxParser::SScheme& span, const std::wstring& text)
+{
+    const std::string bytes = Host::PathToBytes(text);
+    SendScintilla(SCI_SETTARGETSTART, PositionOf(span.start));
+    SendScintilla(SCI_SETTARGETEND, PositionOf(span.end));
+    SendScintilla(SCI_REPLACETARGET, bytes.size(), bytes.data());
+}
+
+void CCodeEditor::ToggleComment()
+{
+    int first = 0, last = 0, index = 0, endIndex = 0;
+    getSelection(&first, &index, &last, &endIndex);
+    if (first < 0)
+        getCursorPosition(&first, &index), last = first;
+    else if (endIndex == 0 && last > first)
+        --last;
+    SendScintilla(SCI_COLOURISE, 0UL, SendScintilla(SCI_GETLINEENDPOSITION, last));
+    // In a document of several languages the first line tells which one it is.
+    const int style =
+        static_cast<int>(SendScintilla(SCI_GETSTYLEAT, SendScintilla(SCI_GETLINEINDENTPOSITION, first)));
+    const auto [open, close] = CommentMarks(lexer(), style);
+    const auto trimmed = [&](int line) { return text(line).trimmed(); };
+    bool all = true;
+    for (int line = first; line <= last; ++line)
+        all &= trimmed(line).isEmpty() || trimmed(line).startsWith(open);
+    beginUndoAction();
+    for (int line = first; line <= last; ++line) {
+        const QString code = trimmed(line);
+        if (code.isEmpty())
+            continue;
+        QString changed =
+            all ? code.mid(open.size()) : open + ' ' + code + (close.isEmpty() ? close : ' ' + close);
+        if (all && !close.isEmpty() && changed.endsWith(close))
+            changed.chop(close.size());
+        const int from = text(line).indexOf(code);
+        setSelection(line, from, line, from + code.size());
+        replaceSelectedText(all ? changed.trimmed() : changed);
+    }
+    endUndoAction();
+    setSelection(first, 0, last, lineLength(last) - (last + 1 < lines() ? 1 : 0));
+}
+
+void CCodeEditor::dragEnterEvent(QDragEnterEvent* event)
+{
+    if (event->mimeData()->hasUrls())
+        event->acceptProposedAction();
+    else
+        QsciScintilla::dragEnterEvent(event);
+}
+
+void CCodeEditor::dragMoveEvent(QDragMoveEvent* event)
+{
+    if (event->mimeData()->hasUrls())
+        event->acceptProposedAction();
+    else
+        QsciScintilla::dragMoveEvent(event);
+}
+
+void CCodeEditor::dropEvent(QDropEvent* event)
+{
+    if (!event->mimeData()->hasUrls()) {
+        QsciScintilla::dropEvent(event);
+        return;
+    }
+    event->acceptProposedAction();
+    emit urlsDropped(event->mimeData()->urls());
 }
 
 void CCodeEditor::CenterCaret()

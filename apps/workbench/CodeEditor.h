@@ -5,6 +5,7 @@
 
 #include <QIcon>
 #include <QString>
+#include <QUrl>
 #include <Qsci/qsciscintilla.h>
 #include <functional>
 #include <string>
@@ -32,6 +33,11 @@ public:
     /// Puts the caret there, as near as the text allows; ends the selection.
     void SetCaretPosition(const SyntaxParser::CIterator& pos);
     void ScrollToCaret(int margin);
+    /// Just below the caret, in the viewport.
+    QPoint GetCaretPoint() const;
+    void ReplaceSpan(const SyntaxParser::SScheme& span, const std::wstring& text);
+    /// Makes the selected lines comments of their language, or takes that back.
+    void ToggleComment();
     /// Scrolls until the caret is in the middle third of what is seen.
     void CenterCaret();
 
@@ -63,10 +69,15 @@ public:
 signals:
     /// Other lines have come into view.
     void visibleLinesChanged();
+    /// Files or folders have been dropped on the editor.
+    void urlsDropped(const QList<QUrl>& urls);
 
 protected:
     bool viewportEvent(QEvent* event) override;
     void changeEvent(QEvent* event) override;
+    void dragEnterEvent(QDragEnterEvent* event) override;
+    void dragMoveEvent(QDragMoveEvent* event) override;
+    void dropEvent(QDropEvent* event) override;
 
 private:
     int PositionOf(const SyntaxParser::CIterator& pos) const;

@@ -88,6 +88,8 @@ std::unique_ptr<Editor::ITextHolder> CDocumentArea::MakeHolder(Host::CDocument& 
     connect(editor, &QsciScintilla::modificationChanged, this, [this, editor] { UpdateTitle(editor); });
     connect(editor, &QsciScintilla::cursorPositionChanged, this, &CDocumentArea::caretMoved);
     connect(editor, &CCodeEditor::visibleLinesChanged, this, [this, editor] { ShowErrors(*editor); });
+    connect(editor, &CCodeEditor::urlsDropped, this, &CDocumentArea::urlsDropped);
+    editor->setAccessibleName(Shown(Host::FileName(document.GetPath())));
     editor->SetMessageSource([this, editor](const SyntaxParser::CIterator& pos, bool wholeLine) {
         Host::CDocument* shown = DocumentOf(editor);
         return shown && m_errors ? m_errors->GetMessages(shown->GetPath(), pos, wholeLine) : QString();

@@ -7,6 +7,7 @@
 #include <QFileSystemWatcher>
 #include <QTabWidget>
 #include <QTimer>
+#include <QUrl>
 #include <QWidget>
 #include <map>
 #include <memory>
@@ -86,6 +87,7 @@ signals:
     void currentChanged();
     void caretMoved();
     void linkActivated(const QString& link);
+    void urlsDropped(const QList<QUrl>& urls);
 
 private:
     std::unique_ptr<Editor::ITextHolder> MakeHolder(Host::CDocument& document);

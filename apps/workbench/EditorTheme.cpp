@@ -96,7 +96,7 @@ QPalette MakePalette(EAppearance appearance, const QPalette& system)
     palette.setColor(QPalette::Base, base);
     palette.setColor(QPalette::AlternateBase, Mixed(base, window, 0.5));
     palette.setColor(QPalette::ToolTipBase, Mixed(base, window, 0.7));
-    palette.setColor(QPalette::PlaceholderText, Mixed(text, base, 0.4));
+    palette.setColor(QPalette::PlaceholderText, MakeLegible(Mixed(text, base, 0.4), base));
     palette.setColor(QPalette::Highlight, QColor(42, 110, 187));
     palette.setColor(QPalette::HighlightedText, Qt::white);
     palette.setColor(QPalette::Link, MakeLegible(QColor(42, 110, 187), window));
@@ -134,6 +134,8 @@ void ApplyTheme(CCodeEditor& editor, int fontSize)
     editor.setMarginsFont(font);
     editor.setMarginsBackgroundColor(palette.color(QPalette::Window));
     editor.setMarginsForegroundColor(Mixed(text, palette.color(QPalette::Window), 0.35));
+    editor.setIndentationGuidesForegroundColor(Mixed(paper, text, 0.3));
+    editor.setIndentationGuidesBackgroundColor(paper);
     editor.setFoldMarginColors(palette.color(QPalette::Window), palette.color(QPalette::Window));
     constexpr int FirstFoldMarker = QsciScintillaBase::SC_MARKNUM_FOLDEREND;
     constexpr int LastFoldMarker = QsciScintillaBase::SC_MARKNUM_FOLDEROPEN;

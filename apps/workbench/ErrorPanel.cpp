@@ -105,6 +105,7 @@ CErrorPanel::CErrorPanel(QTreeWidget& list, CErrorWatch& watch)
     for (QComboBox* choice : {m_severity, m_scope})
         connect(choice, qOverload<int>(&QComboBox::currentIndexChanged), this, &CErrorPanel::RestartFilter);
     connect(&watch, &CErrorWatch::changed, this, &CErrorPanel::ShowCounts);
+    connect(&watch, &CErrorWatch::settingsChanged, this, &CErrorPanel::RestartFilter);
     ShowCounts();
 }
 
@@ -241,12 +242,14 @@ void CErrorPanel::ShowMenu(const QPoint& point)
 
 bool CErrorPanel::IsFiltering() const
 {
-    return !m_text->text().isEmpty() || m_severity->currentIndex() != 0 ||
+    return m_watch.HasSettings() || !m_text->text().isEmpty() || m_severity->currentIndex() != 0 ||
            m_scope->currentIndex() != Everywhere;
 }
 
 bool CErrorPanel::Passes(const QTreeWidgetItem& item) const
 {
+    if (m_watch.HasSettings() && !GetRow(&item))
+        return false;
     const bool isError = item.text(0) == Tr("Error");
     if (m_severity->currentIndex() != 0 && isError != (m_severity->currentIndex() == 1))
         return false;

@@ -1,6 +1,7 @@
 #include "ErrorWatch.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace Kesh::Workbench {
 
@@ -28,8 +29,7 @@ CErrorWatch::CErrorWatch(CodeAnalyzer::IErrorsSource& source, CodeAnalyzer::IErr
         files.swap(m_changed);
         emit changed(files);
     });
-    for (const auto& [file, errors] : source.GetAllErrors())
-        OnAdded(file, errors);
+    CountAll();
     m_added = source.GetAddedSignal().connect(
         [this](const std::wstring& file, const std::vector<SCAError>& errors) { OnAdded(file, errors); });
     m_removed = source.GetRemovedSignal().connect([this](const std::wstring& file) { OnRemoved(file); });
@@ -37,10 +37,11 @@ CErrorWatch::CErrorWatch(CodeAnalyzer::IErrorsSource& source, CodeAnalyzer::IErr
 
 void CErrorWatch::OnAdded(const std::wstring& file, const std::vector<SCAError>& errors)
 {
-    if (errors.empty())
+    const std::vector<SCAError> wanted = Wanted(file, errors);
+    if (wanted.empty())
         return;
     SCounts& counts = m_files[file];
-    for (const SCAError& error : errors) {
+    for (const SCAError& error : wanted) {
         const bool isError = error.type == CodeAnalyzer::SeverityError;
         ++(isError ? counts.errors : counts.warnings);
         ++(isError ? m_total.errors : m_total.warnings);
@@ -71,6 +72,47 @@ void CErrorWatch::NoteChange(const std::wstring& file)
         m_notice.start();
 }
 
+void CErrorWatch::CountAll()
+{
+    m_files.clear();
+    m_total = {};
+    for (const auto& [file, errors] : m_source.GetAllErrors())
+        OnAdded(file, errors);
+}
+
+void CErrorWatch::SetSettings(Configuration::SConfiguration settings)
+{
+    m_settings = std::move(settings);
+    for (const auto& [file, counts] : m_files)
+        NoteChange(file);
+    CountAll();
+    emit settingsChanged();
+}
+
+bool CErrorWatch::HasSettings() const
+{
+    return !m_settings.rules.empty() || !m_settings.exclude.empty();
+}
+
+std::vector<SCAError> CErrorWatch::Wanted(const std::wstring& file, const std::vector<SCAError>& errors) const
+{
+    if (!HasSettings())
+        return errors;
+    std::vector<SCAError> wanted;
+    if (m_settings.Excludes(file))
+        return wanted;
+    for (SCAError error : errors) {
+        const auto level = m_settings.LevelOf(error.code, file);
+        if (level == Configuration::ELevel::Off)
+            continue;
+        if (level)
+            error.type = level == Configuration::ELevel::Error ? CodeAnalyzer::SeverityError
+                                                               : CodeAnalyzer::SeverityWarning;
+        wanted.push_back(error);
+    }
+    return wanted;
+}
+
 void CErrorWatch::SetChecked(bool hasChecked)
 {
     m_hasChecked = hasChecked;
@@ -89,7 +131,7 @@ std::vector<SCAError> CErrorWatch::GetErrors(const std::wstring& file)
 {
     std::vector<SCAError> errors;
     m_source.GetErrors(file, errors);
-    return errors;
+    return Wanted(file, errors);
 }
 
 QString CErrorWatch::GetMessage(const SCAError& error)
@@ -136,7 +178,7 @@ std::optional<SErrorPlace> CErrorWatch::FindNeighbour(const SErrorPlace& from, b
         return forward ? before(a, b) : before(b, a);
     };
     for (const auto& [file, errors] : m_source.GetAllErrors()) {
-        for (const SCAError& error : errors) {
+        for (const SCAError& error : Wanted(file, errors)) {
             const SErrorPlace place{file, error.pos.start};
             std::optional<SErrorPlace>& best = prefers(from, place) ? nearest : roundTheEnd;
             if (!best || prefers(place, *best))

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Configuration/Configuration.h"
 #include "Kesh/CodeAnalyzer/Plugin.h"
 #include "Severity.h"
 
@@ -50,6 +51,10 @@ public:
     /// The error at a place: the one that begins last of those that cover it, or else that of its line.
     std::optional<CodeAnalyzer::SCAError> FindAt(const std::wstring& file,
                                                  const SyntaxParser::CIterator& pos);
+    /// What a project wants done with codes; errors that it does not want are not there for the window.
+    void SetSettings(Configuration::SConfiguration settings);
+    /// Whether there may be errors that it does not want.
+    bool HasSettings() const;
     /// Whether anything has been checked, so that no errors means that there are none.
     bool HasChecked() const { return m_hasChecked; }
     void SetChecked(bool hasChecked);
@@ -61,17 +66,23 @@ public:
 
 signals:
     void changed(const std::set<std::wstring>& files);
+    void settingsChanged();
 
 private:
     void OnAdded(const std::wstring& file, const std::vector<CodeAnalyzer::SCAError>& errors);
     void OnRemoved(const std::wstring& file);
     void NoteChange(const std::wstring& file);
+    void CountAll();
+    /// Applies the settings to a file's errors.
+    std::vector<CodeAnalyzer::SCAError> Wanted(const std::wstring& file,
+                                               const std::vector<CodeAnalyzer::SCAError>& errors) const;
 
     CodeAnalyzer::IErrorsSource& m_source;
     CodeAnalyzer::IErrorsManager& m_manager;
     std::map<std::wstring, SCounts> m_files;
     SCounts m_total;
     bool m_hasChecked = false;
+    Configuration::SConfiguration m_settings;
     std::set<std::wstring> m_changed;
     QTimer m_notice;
     boost::signals2::scoped_connection m_added;

@@ -7,6 +7,7 @@
 #include <QFileSystemModel>
 #include <QHash>
 #include <QHeaderView>
+#include <QTimer>
 
 namespace Kesh::Workbench {
 
@@ -60,6 +61,12 @@ void CFileTree::SetFolder(const QString& folder)
     m_model = new CModel(*this);
     setModel(m_model);
     setRootIndex(m_model->setRootPath(folder));
+    // Folders fill when they are ready, which moves what has been scrolled to.
+    connect(m_model, &QFileSystemModel::directoryLoaded, this, [this] {
+        const QModelIndex current = currentIndex();
+        if (current.isValid() && m_model->filePath(current) == m_shown)
+            QTimer::singleShot(0, this, [this] { scrollTo(currentIndex()); });
+    });
     for (int column = 1; column < m_model->columnCount(); ++column)
         hideColumn(column);
     UpdateErrors();
@@ -80,6 +87,7 @@ void CFileTree::ShowFile(const QString& path)
     const QModelIndex index = m_model->index(path);
     setCurrentIndex(index);
     scrollTo(index);
+    m_shown = path;
 }
 
 void CFileTree::UpdateErrors()

@@ -33,6 +33,7 @@ private:
     CModel* m_model = nullptr;
     const CErrorWatch* m_watch = nullptr;
     QString m_folder;
+    QString m_shown; ///< the file that was last to be shown
 };
 
 } // namespace Kesh::Workbench

@@ -25,6 +25,8 @@ CFindBar::CFindBar(QWidget* parent)
     setObjectName(QStringLiteral("findBar"));
     m_pattern->setObjectName(QStringLiteral("findPattern"));
     m_pattern->setPlaceholderText(Tr("Find"));
+    m_pattern->setAccessibleName(Tr("Find"));
+    m_replacement->setAccessibleName(Tr("Replace with"));
     m_replacement->setObjectName(QStringLiteral("findReplacement"));
     m_replacement->setPlaceholderText(Tr("Replace with"));
     auto* layout = new QGridLayout(this);

@@ -11,6 +11,7 @@
 static void InitResources()
 {
     Q_INIT_RESOURCE(workbenchresources);
+    Q_INIT_RESOURCE(documents);
 }
 
 namespace Kesh::Workbench {

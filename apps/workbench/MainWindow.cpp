@@ -6,6 +6,7 @@
 #include "CodeEditor.h"
 #include "DocumentArea.h"
 #include "EditorTheme.h"
+#include "ErrorHelp.h"
 #include "ErrorPanel.h"
 #include "ErrorWatch.h"
 #include "FileTree.h"
@@ -75,7 +76,8 @@ CMainWindow::CMainWindow(Host::CFileSettings& settings, LangSupport::ILangSource
       m_area(new CDocumentArea(*m_application, m_dialogs)),
       m_tree(new CFileTree),
       m_treeDock(new QDockWidget(Tr("Project"), this)),
-      m_status(new CStatusLine(*statusBar()))
+      m_status(new CStatusLine(*statusBar())),
+      m_help(new CErrorHelp(*m_application, *m_area))
 {
     s_window = this;
     Host::SetFaultSink(&ShowFault);
@@ -88,6 +90,8 @@ CMainWindow::CMainWindow(Host::CFileSettings& settings, LangSupport::ILangSource
     resizeDocks({m_treeDock}, {fontMetrics().averageCharWidth() * 36}, Qt::Horizontal);
     resize(QSize(1200, 800).boundedTo(screen()->availableSize() * 0.95));
     m_status->setParent(this);
+    m_help->setParent(this);
+    setAcceptDrops(true);
     MakeActions();
 
     connect(m_tree, &CFileTree::fileActivated, this,
@@ -109,6 +113,10 @@ CMainWindow::CMainWindow(Host::CFileSettings& settings, LangSupport::ILangSource
             m_plugin->ProjectCheck().Stop();
     });
     connect(&m_progressTick, &QTimer::timeout, this, &CMainWindow::OnProgressTick);
+    connect(m_area, &CDocumentArea::urlsDropped, this, &CMainWindow::OpenUrls);
+    connect(m_help, &CErrorHelp::failed, this,
+            [this](const QString& text) { m_area->GetMessageStrip().Show(text); });
+    connect(m_help, &CErrorHelp::settingsChanged, this, &CMainWindow::ApplyProjectSettings);
     connect(&m_opener, &CProjectOpener::listed, this, &CMainWindow::OnListed);
     m_application->Parser().SetFileHook([this](const std::wstring&) { ++m_filesAsked; });
     m_application->Project().GetDataErrorSignal().connect([this](const std::wstring& reason) {
@@ -160,6 +168,8 @@ void CMainWindow::LoadValidator()
         m_viewMenu->addAction(dock->toggleViewAction());
     GiveCustomNames(m_preferences.GetChoices());
     m_plugin->ProjectCheck().SetComplete(m_preferences.GetChoices().checksMarkup);
+    m_help->SetPlugin(m_plugin.get());
+    ReadProjectSettings(m_application->Project().GetFolder());
     connect(m_errors.get(), &CErrorWatch::changed, this, &CMainWindow::OnErrorsChanged);
     m_area->SetErrorWatch(m_errors.get());
     m_tree->SetErrorWatch(m_errors.get());
@@ -172,6 +182,7 @@ void CMainWindow::UnloadValidator()
     m_tree->SetErrorWatch(nullptr);
     delete m_panel; // lets the list go, which is the validator's
     m_errors.reset();
+    m_help->SetPlugin(nullptr);
     m_plugin.reset();
 }
 
@@ -253,10 +264,13 @@ void CMainWindow::OnListed(const std::wstring& folder, const std::vector<std::ws
     m_filesAsked = 0;
     m_stopped = false;
     if (m_application->Project().GetFolder() == folder) {
+        ReadProjectSettings(folder);
+        ChooseGrammarFor(folder);
         m_application->ReopenProject(files);
     } else {
         if (m_errors)
             m_errors->SetChecked(false);
+        ReadProjectSettings(folder);
         ChooseGrammarFor(folder);
         m_application->OpenProject(folder, files);
         m_tree->SetFolder(shown);
@@ -428,6 +442,7 @@ void CMainWindow::AddErrorPanel(QTreeWidget& list)
                 if (m_area->OpenAt(file, pos))
                     m_area->GetCurrentEditor()->setFocus();
             });
+    connect(m_panel, &CErrorPanel::menuRequested, this, &CMainWindow::ExtendErrorMenu);
     OnCaretMoved();
 }
 
@@ -522,23 +537,6 @@ void CMainWindow::RestoreLayout()
 {
     restoreGeometry(m_preferences.GetLayout("geometry"));
     restoreState(m_preferences.GetLayout("docks"), LayoutVersion);
-}
-
-SSession CMainWindow::GetSession() const
-{
-    SSession session;
-    session.project = Host::PathToQt(m_application->Project().GetFolder());
-    session.files = m_area->GetOpenFiles();
-    session.current = m_area->GetTabs().currentIndex();
-    return session;
-}
-
-void CMainWindow::RestoreSession()
-{
-    const SSession session = m_preferences.GetSession();
-    if (!session.project.isEmpty() && QFileInfo(session.project).isDir())
-        OpenProject(Host::PathFromQt(session.project));
-    m_area->RestoreFiles(session.files, session.current);
 }
 
 void CMainWindow::closeEvent(QCloseEvent* event)

@@ -10,6 +10,7 @@
 #include <QMainWindow>
 #include <QPointer>
 #include <QTimer>
+#include <QUrl>
 #include <atomic>
 #include <memory>
 #include <string>
@@ -23,6 +24,7 @@ class QTreeWidget;
 namespace Kesh::Workbench {
 
 class CDocumentArea;
+class CErrorHelp;
 class CErrorPanel;
 class CErrorWatch;
 class CFileTree;
@@ -62,6 +64,8 @@ public:
 protected:
     void closeEvent(QCloseEvent* event) override;
     void changeEvent(QEvent* event) override;
+    void dragEnterEvent(QDragEnterEvent* event) override;
+    void dropEvent(QDropEvent* event) override;
 
 private:
     void MakeActions();
@@ -98,6 +102,12 @@ private:
     QTreeView* GetErrorList() const;
     void ArrangeErrorList();
     void AddErrorPanel(QTreeWidget& list);
+    void ExtendErrorMenu(QMenu* menu, const std::wstring& file, const CodeAnalyzer::SCAError& error);
+    /// How the project of this folder says that it is checked; the next check goes by it.
+    void ReadProjectSettings(const std::wstring& folder);
+    void ApplyProjectSettings();
+    void OpenUrls(const QList<QUrl>& urls);
+    void ExplainHere();
     std::vector<int> GetErrorColumnWidths() const;
     void SetErrorColumnWidths(const std::vector<int>& widths);
     SSession GetSession() const;
@@ -122,6 +132,7 @@ private:
     CFileTree* m_tree;
     QDockWidget* m_treeDock;
     CStatusLine* m_status;
+    CErrorHelp* m_help;
     QMenu* m_recentMenu = nullptr;
     QMenu* m_viewMenu = nullptr;
     QAction* m_helpMenuAction = nullptr;

@@ -1,6 +1,8 @@
 #include "Application/FilePath.h"
 #include "CodeEditor.h"
 #include "DocumentArea.h"
+#include "ErrorHelp.h"
+#include "ErrorWatch.h"
 #include "FileTree.h"
 #include "FindBar.h"
 #include "MainWindow.h"
@@ -83,6 +85,13 @@ void CMainWindow::MakeEditMenu()
     edit("&Copy", QKeySequence::Copy, &QsciScintilla::copy);
     edit("&Paste", QKeySequence::Paste, &QsciScintilla::paste);
     menu.addSeparator();
+    m_documentActions.push_back(AddAction(menu, "C&omment lines", QKeySequence("Ctrl+/"), [this] {
+        if (CCodeEditor* editor = m_area->GetCurrentEditor())
+            editor->ToggleComment();
+    }));
+    m_documentActions.push_back(
+        AddAction(menu, "&Mend...", QKeySequence("Alt+Return"), [this] { m_help->OfferFixes(); }));
+    menu.addSeparator();
     for (QAction* action :
          {AddAction(menu, "&Find and replace...", QKeySequence::Find,
                     [this] { m_area->GetFindBar().Open(); }),
@@ -164,7 +173,19 @@ void CMainWindow::MakeHelpMenu()
 {
     QMenu& menu = *menuBar()->addMenu(Tr("&Help"));
     m_helpMenuAction = menu.menuAction();
+    m_documentActions.push_back(
+        AddAction(menu, "&Explain the error", QKeySequence("F1"), [this] { ExplainHere(); }));
     AddAction(menu, "&About", {}, [this] { ShowAbout(); });
+}
+
+void CMainWindow::ExplainHere()
+{
+    Host::CDocument* document = m_area->GetCurrent();
+    if (!document || !m_errors)
+        return;
+    if (const auto error =
+            m_errors->FindAt(document->GetPath(), m_area->GetCurrentEditor()->GetCaretPosition()))
+        m_help->Explain(error->code, this);
 }
 
 void CMainWindow::FillRecentMenu()

@@ -1,11 +1,16 @@
+#include "MessageStrip.h"
 #include "Preferences.h"
 #include "WorkbenchFixture.h"
 
 #include <QAction>
+#include <QDialog>
 #include <QHelpEvent>
 #include <QLabel>
+#include <QMenu>
 #include <QTabBar>
 #include <QTest>
+#include <QTextBrowser>
+#include <QTimer>
 #include <QToolButton>
 #include <QToolTip>
 #include <gmock/gmock.h>
@@ -290,6 +295,79 @@ TEST_F(Errors, WarningsLookLikeWarnings)
     EXPECT_TRUE(WaitFor([&] { return colorOf("sub") == worst(Workbench::ESeverity::Error); }));
     EXPECT_TRUE(WaitFor([&] { return colorOf("mild") == worst(Workbench::ESeverity::Warning); }));
     Shoot(Window(), "warnings");
+}
+
+TEST_F(Errors, WhatMendsAnErrorIsOfferedAtTheCaret)
+{
+    m_folder.Write(L"project/page.html", "<strng>text</strng>\n");
+    OpenProject(m_folder.Path(L"project"));
+    CCodeEditor& editor = Open(m_folder.Path(L"project/page.html"));
+    ASSERT_TRUE(WaitFor([&] { return Rows().size() == 1 && !Underlines(editor).isEmpty(); }));
+    QTest::qWait(300); // for the check of what has been opened
+    ASSERT_TRUE(WaitForRows(1));
+    editor.SetCaretPosition({2, 0});
+    const auto choose = [&](const QString& part) {
+        QTimer::singleShot(50, [part] {
+            auto* menu = qobject_cast<QMenu*>(QApplication::activePopupWidget());
+            ASSERT_NE(menu, nullptr);
+            QStringList titles;
+            QAction* chosen = nullptr;
+            for (QAction* action : menu->actions()) {
+                titles.append(action->text());
+                if (!chosen && action->text().contains(part))
+                    chosen = action;
+            }
+            menu->close();
+            ASSERT_NE(chosen, nullptr) << titles.join(", ").toStdString();
+            chosen->trigger();
+        });
+        Trigger("&Mend...");
+    };
+    choose("strong");
+    EXPECT_EQ(editor.text(), "<strong>text</strong>\n");
+    editor.undo();
+    EXPECT_EQ(editor.text(), "<strng>text</strng>\n") << "one step";
+    ASSERT_TRUE(WaitFor([&] { return Rows().size() == 1; }));
+    QTest::qWait(200);
+    choose("own"); // the project's own name from now on
+    EXPECT_THAT(Host::ReadFileBytes(m_folder.Path(L"project/code-analyzer.json")),
+                ::testing::HasSubstr("strng"));
+    EXPECT_TRUE(WaitForRows(0)) << Rows().join('\n').toStdString();
+}
+
+TEST_F(Errors, AProjectsSettingsHoldInTheWindowToo)
+{
+    m_folder.Write(L"project/a.php", "<?php\nif ($a);\nelse; else;\n");
+    m_folder.Write(L"project/old/b.php", "<?php\nelse;\n");
+    m_folder.Write(L"project/code-analyzer.json", R"({"codes": {"901": "off"}, "exclude": ["old"]})");
+    OpenProject(m_folder.Path(L"project"));
+    auto* counts = Window().findChild<QLabel*>("errorCounts");
+    ASSERT_TRUE(WaitFor([&] { return counts->text() == "Errors: 1, warnings: 0"; }))
+        << counts->text().toStdString();
+    const auto shown = [&] {
+        int rows = 0;
+        for (int row = 0; row < Bar()->topLevelItemCount(); ++row)
+            rows += !Bar()->topLevelItem(row)->isHidden();
+        return rows;
+    };
+    EXPECT_TRUE(WaitFor([&] { return shown() == 1; })) << shown();
+    m_folder.Write(L"project/code-analyzer.json", "{");
+    Trigger("&Look for new files");
+    EXPECT_TRUE(WaitFor([&] { return Area().GetMessageStrip().GetText().contains("code-analyzer.json:1"); }));
+    EXPECT_TRUE(WaitFor([&] { return shown() == 4; })) << "as if there were none";
+}
+
+TEST_F(Errors, AnErrorIsExplained)
+{
+    CCodeEditor& editor = Open(m_folder.Write(L"a.php", "<?php\nelse;\n"));
+    ASSERT_TRUE(WaitFor([&] { return !Underlines(editor).isEmpty(); }));
+    editor.SetCaretPosition({1, 1});
+    Trigger("&Explain the error");
+    auto* page = Window().findChild<QDialog*>("explanation");
+    ASSERT_NE(page, nullptr);
+    EXPECT_TRUE(page->findChild<QTextBrowser*>()->toPlainText().contains("252"));
+    Shoot(*page, "explanation");
+    page->close();
 }
 
 TEST_F(Errors, AJumpPutsThePlaceInTheMiddle)

@@ -5,9 +5,12 @@
 #include "WorkbenchFixture.h"
 
 #include <QCloseEvent>
+#include <QDropEvent>
 #include <QLineEdit>
+#include <QMimeData>
 #include <QPushButton>
 #include <QTest>
+#include <QUrl>
 #include <filesystem>
 #include <gmock/gmock.h>
 
@@ -273,6 +276,54 @@ TEST_F(Files, FindAndReplace)
     EXPECT_EQ(editor.text(), "one two One\none\n");
     QTest::keyClick(pattern, Qt::Key_Escape);
     EXPECT_FALSE(Area().GetFindBar().isVisible());
+}
+
+TEST_F(Files, LinesBecomeCommentsOfTheirLanguage)
+{
+    struct SCase
+    {
+        const wchar_t* name;
+        QString before;
+        int first, last; ///< lines
+        QString after;
+    };
+    const SCase cases[] = {
+        {L"a.php", "<?php\nif ($a)\n    f();\n\ng();\n", 1, 3, "<?php\n// if ($a)\n    // f();\n\ng();\n"},
+        {L"b.html", "<p>\n<b>x</b>\n", 1, 1, "<p>\n<!-- <b>x</b> -->\n"},
+        {L"c.css", "a { color: red }\n", 0, 0, "/* a { color: red } */\n"}};
+    for (const SCase& c : cases) {
+        CCodeEditor& editor = Open(m_folder.Write(c.name, c.before.toStdString()));
+        editor.SendScintilla(QsciScintillaBase::SCI_COLOURISE, 0UL, -1L);
+        editor.setSelection(c.first, 0, c.last, editor.lineLength(c.last) - 1);
+        Trigger("C&omment lines");
+        EXPECT_EQ(editor.text(), c.after) << editor.text().toStdString();
+        Trigger("C&omment lines");
+        EXPECT_EQ(editor.text(), c.before) << editor.text().toStdString();
+        editor.setModified(false);
+    }
+}
+
+TEST_F(Files, WhatIsDroppedIsOpened)
+{
+    const std::wstring file = m_folder.Write(L"p/a.php", "<?php\n");
+    const std::wstring other = m_folder.Write(L"b.php", "<?php\n");
+    const auto drop = [](QWidget& target, const std::vector<std::wstring>& paths) {
+        QMimeData data;
+        QList<QUrl> urls;
+        for (const std::wstring& path : paths)
+            urls.append(QUrl::fromLocalFile(Host::PathToQt(path)));
+        data.setUrls(urls);
+        QDragEnterEvent enter({5, 5}, Qt::CopyAction, &data, Qt::LeftButton, {});
+        QApplication::sendEvent(&target, &enter);
+        EXPECT_TRUE(enter.isAccepted());
+        QDropEvent event({5, 5}, Qt::CopyAction, &data, Qt::LeftButton, {});
+        QApplication::sendEvent(&target, &event);
+    };
+    drop(Window(), {file, other});
+    EXPECT_EQ(Area().GetTabs().count(), 2);
+    drop(*Area().GetCurrentEditor()->viewport(), {m_folder.Path(L"p")});
+    EXPECT_TRUE(WaitFor([&] { return Project().IsOpened(); }));
+    EXPECT_EQ(Area().GetCurrentEditor()->text(), "<?php\n") << "no path is pasted";
 }
 
 TEST_F(Files, CaretPositionsAreCountedInCharacters)

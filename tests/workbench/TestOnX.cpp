@@ -45,6 +45,8 @@ QString KeyName(const QKeySequence& sequence)
         return name.chopped(1) + "plus";
     if (key == "-")
         return name.chopped(1) + "minus";
+    if (key == "/")
+        return name.chopped(1) + "slash";
     if (key == ",")
         return name.chopped(1) + "comma";
     return key.size() == 1 ? name.chopped(1) + key.toLower() : name;

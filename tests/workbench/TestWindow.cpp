@@ -1,18 +1,25 @@
 #include "Application/FilePath.h"
+#include "CodeEditor.h"
 #include "EditorTheme.h"
+#include "FindBar.h"
 #include "Languages.h"
 #include "MessageStrip.h"
 #include "Preferences.h"
 #include "SettingsDialog.h"
+#include "Severity.h"
 #include "WorkbenchFixture.h"
 
+#include <QAbstractItemView>
+#include <QAccessible>
 #include <QAction>
+#include <QComboBox>
 #include <QDockWidget>
 #include <QHeaderView>
 #include <QLabel>
 #include <QMenuBar>
 #include <QRegularExpression>
 #include <QTest>
+#include <Qsci/qscilexer.h>
 #include <QtMath>
 #include <filesystem>
 #include <fstream>
@@ -167,7 +174,29 @@ TEST_F(Window, TodaysWordsAreColoured)
     EXPECT_NE(styleOf("foo"), keyword);
 }
 
-TEST(Theme, MadeLegibleColoursHaveContrast)
+TEST_F(Window, EverythingHasANameForThoseWhoDoNotSee)
+{
+    Open(m_folder.Write(L"a.php", "<?php\n"));
+    Area().GetFindBar().Open();
+    int named = 0;
+    for (QWidget* widget : CWorkbenchTest::Window().findChildren<QWidget*>()) {
+        // What is inside a combo box or a view speaks through it.
+        const bool isPart = qobject_cast<QAbstractItemView*>(widget->parentWidget()) ||
+                            qobject_cast<QComboBox*>(widget->parentWidget()) ||
+                            qobject_cast<QAbstractScrollArea*>(widget->parentWidget());
+        if (!widget->isVisible() || !(widget->focusPolicy() & Qt::TabFocus) || isPart)
+            continue;
+        QAccessibleInterface* face = QAccessible::queryAccessibleInterface(widget);
+        ASSERT_NE(face, nullptr);
+        EXPECT_FALSE(face->text(QAccessible::Name).isEmpty())
+            << widget->metaObject()->className() << ' ' << widget->objectName().toStdString();
+        EXPECT_NE(face->role(), QAccessible::NoRole);
+        ++named;
+    }
+    EXPECT_GT(named, 8);
+}
+
+double ContrastOf(const QColor& first, const QColor& second)
 {
     const auto luminance = [](const QColor& c) {
         const auto linear = [](double v) {
@@ -175,13 +204,51 @@ TEST(Theme, MadeLegibleColoursHaveContrast)
         };
         return 0.2126 * linear(c.redF()) + 0.7152 * linear(c.greenF()) + 0.0722 * linear(c.blueF());
     };
+    const double a = luminance(first) + 0.05, b = luminance(second) + 0.05;
+    return std::max(a, b) / std::min(a, b);
+}
+
+TEST(Theme, TextCanBeReadInBothAppearances)
+{
+    using Role = QPalette::ColorRole;
+    const std::pair<Role, Role> pairs[] = {
+        {QPalette::Text, QPalette::Base},          {QPalette::WindowText, QPalette::Window},
+        {QPalette::ButtonText, QPalette::Button},  {QPalette::ToolTipText, QPalette::ToolTipBase},
+        {QPalette::Link, QPalette::Window},        {QPalette::HighlightedText, QPalette::Highlight},
+        {QPalette::Text, QPalette::AlternateBase}, {QPalette::PlaceholderText, QPalette::Base},
+        {QPalette::Link, QPalette::Base}};
+    for (const Workbench::EAppearance appearance :
+         {Workbench::EAppearance::Light, Workbench::EAppearance::Dark}) {
+        const QPalette palette = Workbench::MakePalette(appearance, QPalette());
+        for (const auto& [text, ground] : pairs)
+            EXPECT_GE(ContrastOf(palette.color(text), palette.color(ground)), 4.5)
+                << static_cast<int>(appearance) << ' ' << text << " on " << ground;
+        for (const Workbench::ESeverity severity :
+             {Workbench::ESeverity::Error, Workbench::ESeverity::Warning})
+            for (const Role ground : {QPalette::Base, QPalette::Window}) {
+                const QColor color = palette.color(ground);
+                EXPECT_GE(ContrastOf(Workbench::ColorOf(severity, color), color), 4.5);
+            }
+        Workbench::CCodeEditor editor;
+        editor.setPalette(palette);
+        editor.SetLanguageByPath(L"a.php");
+        Workbench::ApplyTheme(editor, 10);
+        for (int style = 0; style < 128; ++style)
+            if (!editor.lexer()->description(style).isEmpty()) {
+                EXPECT_GE(ContrastOf(editor.lexer()->color(style), editor.lexer()->paper(style)), 4.5)
+                    << editor.lexer()->description(style).toStdString();
+            }
+    }
+}
+
+TEST(Theme, MadeLegibleColoursHaveContrast)
+{
     for (const QColor& background :
          {QColor(Qt::white), QColor(30, 30, 30), QColor(Qt::black), QColor(120, 120, 120)})
         for (const QColor& color :
              {QColor(0, 0, 128), QColor(255, 255, 0), QColor(127, 0, 127), background}) {
             const QColor legible = Workbench::MakeLegible(color, background);
-            const double a = luminance(legible) + 0.05, b = luminance(background) + 0.05;
-            EXPECT_GE(std::max(a, b) / std::min(a, b), 4.5)
+            EXPECT_GE(ContrastOf(legible, background), 4.5)
                 << color.name().toStdString() << " on " << background.name().toStdString();
         }
     EXPECT_EQ(Workbench::MakeLegible(Qt::black, Qt::white), QColor(Qt::black)) << "what is legible stays";

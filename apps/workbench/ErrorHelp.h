@@ -1,0 +1,62 @@
+#pragma once
+
+#include "Findings/Finding.h"
+#include "QuickFixes/QuickFix.h"
+
+#include <QObject>
+#include <QString>
+#include <functional>
+#include <string>
+#include <vector>
+
+class QMenu;
+
+namespace Kesh::Host {
+class CApplication;
+class CPlugin;
+} // namespace Kesh::Host
+
+namespace Kesh::Workbench {
+
+class CDocumentArea;
+
+/// What helps with an error: what can be done about it at the press of a key, and the page that explains it.
+/// GUI thread only.
+class CErrorHelp final : public QObject
+{
+    Q_OBJECT
+
+public:
+    /// The area is not owned and outlives this.
+    CErrorHelp(Host::CApplication& application, CDocumentArea& area);
+
+    /// Null: nobody knows anything of errors. Not owned.
+    void SetPlugin(Host::CPlugin* plugin) { m_plugin = plugin; }
+
+    /// What can be done about the errors at the caret of the editor in front, the likeliest first.
+    std::vector<QuickFixes::SQuickFix> GetFixes() const;
+    /// Puts them into a menu, each with what it does.
+    void AddFixes(QMenu& menu);
+    /// Shows them as a menu at the caret.
+    void OfferFixes();
+    /// Does it, in one step that can be undone.
+    void Apply(const QuickFixes::SQuickFix& fix);
+
+    /// The page of a code; empty when there is none.
+    static QString GetPage(int code);
+    void Explain(int code, QWidget* parent);
+
+signals:
+    /// The project's settings file has been written.
+    void settingsChanged();
+    void failed(const QString& text);
+
+private:
+    void WriteSettings(const QuickFixes::SQuickFix& fix);
+
+    Host::CApplication& m_application;
+    CDocumentArea& m_area;
+    Host::CPlugin* m_plugin = nullptr;
+};
+
+} // namespace Kesh::Workbench
