@@ -59,7 +59,8 @@ template <class TInterface> TInterface* CPlugin::Offered(const char* name) const
 
 CodeAnalyzer::IProjectCheck& CPlugin::ProjectCheck()
 {
-    return *Symbol<decltype(CodeAnalyzerGetProjectCheck)>("CodeAnalyzerGetProjectCheck")(m_component);
+    return *m_library.Symbol<decltype(CodeAnalyzerGetProjectCheck)>("CodeAnalyzerGetProjectCheck")(
+        m_component);
 }
 
 void CPlugin::RunCommand(const char* className)
