@@ -457,9 +457,9 @@ trait_alias:
 ;
 
 attributed_member:
-    properties_start properties ";" { rules.EndProperties(); }
-|   properties_start Variable "{" { rules.BeginHooks($2); } hooks "}" { rules.EndHooks(); }
-|   properties_start Variable "=" expr "{" { rules.BeginHooks($2, $4); } hooks "}" { rules.EndHooks(); }
+    properties_start properties ";"
+|   properties_start Variable "{" { rules.BeginHooks($2); } hooks "}"
+|   properties_start Variable "=" expr "{" { rules.BeginHooks($2, $4); } hooks "}"
 |   modifiers Const constants_of_class ";" { rules.EndConstants(); }
 |   Const                       { rules.NoModifiers(); } constants_of_class ";" { rules.EndConstants(); }
 |   modifiers Function ref identifier { rules.BeginMethod($2, $4); } method_rest
@@ -566,8 +566,8 @@ parameter_list:
 parameter:
     parameter_head              { rules.EndParameter(); }
 |   parameter_head "=" expr     { rules.DefaultValue($3); rules.EndParameter(); }
-|   parameter_head "{"          { rules.BeginParameterHooks($2); } hooks "}" { rules.EndHooks(); rules.EndParameter(); }
-|   parameter_head "=" expr "{" { rules.DefaultValue($3); rules.BeginParameterHooks($4); } hooks "}" { rules.EndHooks(); rules.EndParameter(); }
+|   parameter_head "{"          { rules.BeginParameterHooks($2); } hooks "}" { rules.EndParameter(); }
+|   parameter_head "=" expr "{" { rules.DefaultValue($3); rules.BeginParameterHooks($4); } hooks "}" { rules.EndParameter(); }
 ;
 
 parameter_head:
@@ -714,8 +714,8 @@ expr:
 |   Throw expr                  { rules.ThrowHere($1); $$ = rules.Computed($1); }
 |   closure                     { $$ = rules.ClosureValue($1); }
 |   attributes closure          { $$ = rules.ClosureValue($1); }
-|   Static { rules.StaticClosure($1); } closure { $$ = rules.ClosureValue($1); }
-|   attributes Static { rules.StaticClosure($2); } closure { $$ = rules.ClosureValue($1); }
+|   Static closure              { $$ = rules.ClosureValue($1); }
+|   attributes Static closure   { $$ = rules.ClosureValue($1); }
 |   Match arguments "{" { rules.MatchHead($1, $2); } match_arms "}" { rules.EndMatch(); $$ = rules.Computed($1); }
 ;
 
@@ -850,7 +850,7 @@ arguments:
 ;
 
 argument_list:
-    argument                    { $$ = rules.FirstArgument($1); }
+    argument
 |   argument_list "," argument  { $$ = rules.NextArgument($1, $3); }
 ;
 

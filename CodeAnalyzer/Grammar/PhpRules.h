@@ -132,10 +132,8 @@ public:
     void BeginProperties(const SGrammarValue& type);
     void Property(const SGrammarValue& variable);
     void Property(const SGrammarValue& variable, const SGrammarValue& value);
-    void EndProperties() {}
     void BeginHooks(const SGrammarValue& variable);
     void BeginHooks(const SGrammarValue& variable, const SGrammarValue& value);
-    void EndHooks() {}
     void ConstantType(const SGrammarValue& type);
     void ClassConstant(const SGrammarValue& name, const SGrammarValue& value);
     void EndConstants() { m_modifiers = {}; }
@@ -190,7 +188,6 @@ public:
                                  const SGrammarValue& name);
     SGrammarValue DynamicMember(const SGrammarValue& base, const SGrammarValue& colons);
     void ClassReference(const SGrammarValue& name);
-    void StaticClosure(const SGrammarValue& /*word*/) {}
 
     // WriteRules.cpp: what is written to.
     void Assign(const SGrammarValue& target, const SGrammarValue& op, const SGrammarValue& value);
@@ -218,7 +215,6 @@ public:
     SGrammarValue NoArguments(const SGrammarValue& bracket) const;
     SGrammarValue CallableSyntax(const SGrammarValue& bracket) const;
     SGrammarValue EndArguments(const SGrammarValue& bracket, const SGrammarValue& arguments) const;
-    SGrammarValue FirstArgument(const SGrammarValue& argument) const { return argument; }
     SGrammarValue NextArgument(const SGrammarValue& before, const SGrammarValue& argument);
     SGrammarValue PlainArgument(const SGrammarValue& value);
     SGrammarValue NamedArgument(const SGrammarValue& name, const SGrammarValue& value);
@@ -305,7 +301,6 @@ private:
     std::map<std::pair<EImport, std::wstring>, std::uint32_t> m_declared;
     bool m_strictTypes = false;
     std::uint32_t m_strictTypesWord = 0;
-    std::uint32_t m_dangling = NoToken;
 };
 
 } // namespace Kesh::CodeAnalyzer
