@@ -19,7 +19,11 @@ namespace {
 class COrderedTokens final : public SyntaxParser::ITokenHandler
 {
 public:
-    void BeginTokens() override { m_last = {}; }
+    bool BeginTokens() override
+    {
+        m_last = {};
+        return true;
+    }
     void AddToken(const SyntaxParser::SPhpToken& token) override
     {
         Require(m_last <= token.start && token.start <= token.end);

@@ -21,7 +21,11 @@ namespace {
 class CTokenEnds final : public SyntaxParser::ITokenHandler
 {
 public:
-    void BeginTokens() override { m_ends.clear(); }
+    bool BeginTokens() override
+    {
+        m_ends.clear();
+        return true;
+    }
     void AddToken(const SyntaxParser::SPhpToken& token) override { m_ends.push_back(token.end); }
     void EndTokens(CIterator /*end*/) override {}
 

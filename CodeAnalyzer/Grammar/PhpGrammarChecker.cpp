@@ -59,8 +59,16 @@ void CPhpGrammarChecker::Expect(bool wanted, std::int32_t version)
     m_complete = false;
 }
 
-void CPhpGrammarChecker::BeginTokens()
+bool CPhpGrammarChecker::Accepts() const
 {
+    return m_stops == 0 && std::none_of(m_diagnostics.begin(), m_diagnostics.end(),
+                                        [](const SGrammarDiagnostic& found) { return found.stopsParse; });
+}
+
+bool CPhpGrammarChecker::BeginTokens()
+{
+    if (!m_wanted)
+        return false;
     m_tokens.Clear();
     m_parse->rules.Begin(m_version);
     m_parse->parser.Begin();
@@ -72,7 +80,8 @@ void CPhpGrammarChecker::BeginTokens()
     m_next = m_resumed = 0;
     m_stops = m_trials = 0;
     m_stalled = m_ended = m_complete = false;
-    m_dead = !m_wanted;
+    m_dead = false;
+    return true;
 }
 
 void CPhpGrammarChecker::AddToken(const SPhpToken& token)
@@ -89,8 +98,6 @@ void CPhpGrammarChecker::AddToken(const SPhpToken& token)
 
 void CPhpGrammarChecker::EndTokens(CIterator end)
 {
-    if (!m_wanted)
-        return;
     m_complete = true;
     if (!m_dead) {
         SPhpToken token;

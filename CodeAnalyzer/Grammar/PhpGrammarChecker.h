@@ -37,10 +37,14 @@ public:
     /// Whether the expected pass has been checked to its end.
     bool HasVerdict() const { return m_wanted && m_complete; }
 
+    /// Whether the grammar takes the whole text as it is; other rules of the language may be broken.
+    bool Accepts() const;
+    /// The tokens of that pass; all of them if the grammar accepts the text.
+    const CGrammarTokens& Tokens() const { return m_tokens; }
     /// What that pass has found, in document order.
     const std::vector<SGrammarDiagnostic>& Diagnostics() const { return m_diagnostics; }
 
-    void BeginTokens() override;
+    bool BeginTokens() override;
     void AddToken(const SyntaxParser::SPhpToken& token) override;
     void EndTokens(SyntaxParser::CIterator end) override;
 

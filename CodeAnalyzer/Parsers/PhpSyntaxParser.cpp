@@ -4,6 +4,7 @@
 #include "Components/CAGrammarCheck.h"
 #include "Grammar/PhpGrammarChecker.h"
 #include "Grammar/RecordMerge.h"
+#include "Grammar/WarningSigns.h"
 #include "Parsers/ClassParser.h"
 #include "Parsers/CompoundStatementParser.h"
 #include "Parsers/ConstExpressionParser.h"
@@ -150,13 +151,18 @@ bool CPhpSyntaxParser::BeforeParse(const STextChange& change, boost::shared_ptr<
     m_redeliver = m_delivering = m_taken = false;
     for (CStatementParser* parser : m_parsers)
         parser->BeforeParse(change);
+    m_kept.Clear();
+    m_keeping = m_grammar && m_grammarWanted->IsEnabled();
     if (m_grammar)
-        m_grammar->Expect(m_grammarWanted->IsEnabled(), m_grammarWanted->GetPhpVersion());
+        m_grammar->Expect(m_keeping, m_grammarWanted->GetPhpVersion());
     return true;
 }
 
 void CPhpSyntaxParser::AfterParse()
 {
+    if (NeedsStatements())
+        ParseKept();
+    m_kept.Clear();
     for (CStatementParser* parser : m_parsers)
         parser->AfterParse();
     // What the text has left unfinished is nothing to the next pass, which may see another text.
@@ -178,8 +184,25 @@ int CPhpSyntaxParser::AddRegion(CRegion* region)
     }
     if (region->definition == tags[2])
         m_inPhp = 0;
+    if (m_keeping) {
+        if (m_kept.Add(*region))
+            return 0;
+        ParseKept();
+    }
     DispatchRegion(region);
     return 0;
+}
+
+// The statement parsers need not look at what the grammar accepts, unless they may have to warn of it.
+bool CPhpSyntaxParser::NeedsStatements() const
+{
+    return m_keeping && !(m_grammar->HasVerdict() && m_grammar->Accepts() && !MayWarn(m_grammar->Tokens()));
+}
+
+void CPhpSyntaxParser::ParseKept()
+{
+    m_keeping = false;
+    m_kept.Replay([this](CRegion* region) { DispatchRegion(region); });
 }
 
 void CPhpSyntaxParser::DispatchRegion(CRegion* region)

@@ -4,6 +4,7 @@
 #include "Kesh/SyntaxParser/IParser.h"
 #include "Kesh/SyntaxParser/ISPDocument.h"
 #include "Parsers/CParentParser.h"
+#include "Parsers/RegionLog.h"
 
 #include <boost/shared_ptr.hpp>
 #include <memory>
@@ -61,6 +62,8 @@ public:
 
 private:
     void Offer(SyntaxParser::CRegion* region);
+    void ParseKept();
+    bool NeedsStatements() const;
     void DispatchRegion(SyntaxParser::CRegion* region);
     void DispatchBracketRegion(SyntaxParser::CRegion* region);
     template <class TParser> TParser* AddParser();
@@ -80,7 +83,9 @@ private:
     bool m_delivering = false;                     ///< a loop that does so runs further down the stack
     std::unique_ptr<CPhpGrammarChecker> m_grammar; ///< null: there is none
     const CCAGrammarCheck* m_grammarWanted = nullptr;
-    bool m_taken = false; ///< what was resumed has offered the region, or has ended with it
+    CRegionLog m_kept;      ///< regions that wait for the grammar's verdict
+    bool m_keeping = false; ///< more of them are to be kept
+    bool m_taken = false;   ///< what was resumed has offered the region, or has ended with it
 };
 
 } // namespace Kesh::CodeAnalyzer

@@ -12,6 +12,9 @@ SMarkupTrees BuildMarkupTrees(std::wstring_view text, EMarkup markup, const std:
     SMarkupTrees trees;
     CTreeWriter html(trees.html);
     CTreeWriter css(trees.css);
+    // Most files of PHP hold nothing else.
+    if (islands.size() == 1 && islands[0].begin == 0 && islands[0].end >= text.size())
+        return trees;
     CMarkupText source(text, islands, cancelled);
     if (markup == EMarkup::Html)
         CHtmlTreeBuilder(source, html, css).Build();

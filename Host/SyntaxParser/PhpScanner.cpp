@@ -75,7 +75,7 @@ bool CPhpScanner::Run(std::vector<SIsland>* islands, const std::atomic<bool>* ca
         }
     }
     if (m_tokens.IsWanted())
-        m_tokens.Finish();
+        TokensHere().Finish();
     if (m_islands && m_islandBegin)
         m_islands->push_back({static_cast<std::size_t>(m_islandBegin - m_text),
                               static_cast<std::size_t>(m_lexer.Limit() - m_text)});

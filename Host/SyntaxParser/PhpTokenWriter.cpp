@@ -88,14 +88,11 @@ CPhpTokenWriter::CPhpTokenWriter(std::wstring_view text, std::vector<ITokenHandl
       m_lineStart(text.data()),
       m_written(text.data())
 {
-    for (ITokenHandler* handler : m_handlers)
-        handler->BeginTokens();
+    std::erase_if(m_handlers, [](ITokenHandler* handler) { return !handler->BeginTokens(); });
 }
 
 void CPhpTokenWriter::Finish()
 {
-    Seek(0, m_text);
-    Pass(m_text, m_limit);
     for (ITokenHandler* handler : m_handlers)
         handler->EndTokens({m_limit - m_lineStart, m_line});
 }

@@ -36,6 +36,7 @@ public:
     void WriteComment(const wchar_t* begin, const wchar_t* end);
     /// From `#[` to its `]`.
     void WriteAttribute(const wchar_t* begin, const wchar_t* end);
+    /// The end of the text, to which the place has been set.
     void Finish();
 
 private:

@@ -209,7 +209,8 @@ struct SPhpToken
 class ITokenHandler
 {
 public:
-    virtual void BeginTokens() = 0;
+    /// True takes part in the pass; otherwise nothing more of it comes.
+    virtual bool BeginTokens() = 0;
     virtual void AddToken(const SPhpToken& token) = 0;
     /// `end` is the end of the text.
     virtual void EndTokens(CIterator end) = 0;
