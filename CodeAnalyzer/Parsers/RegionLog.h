@@ -3,9 +3,11 @@
 #include "Kesh/SyntaxParser/Regions.h"
 
 #include <algorithm>
+#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <limits>
+#include <memory>
 #include <vector>
 
 namespace Kesh::CodeAnalyzer {
@@ -18,44 +20,47 @@ public:
     /// False when the region cannot be kept: there are too many, or its source tells no text.
     bool Add(const SyntaxParser::CRegion& region)
     {
-        if (m_regions.size() >= MostRegions || !region.text.data() ||
-            region.text.size() > std::numeric_limits<std::uint32_t>::max() ||
-            region.start.x > std::numeric_limits<std::uint32_t>::max() ||
-            region.start.y > std::numeric_limits<std::uint32_t>::max())
+        constexpr auto most = std::numeric_limits<std::uint32_t>::max();
+        if (!region.text.data() || region.text.size() > most || region.start.x > most ||
+            region.start.y > most || (m_inBlock == BlockSize && !NextBlock()))
             return false;
-        m_regions.push_back(
-            {region.definition, region.text.data(), static_cast<std::uint32_t>(region.text.size()),
-             static_cast<std::uint32_t>(region.start.x), static_cast<std::uint32_t>(region.start.y)});
+        (*m_blocks[m_block])[m_inBlock++] = {
+            region.definition, region.text.data(), static_cast<std::uint32_t>(region.text.size()),
+            static_cast<std::uint32_t>(region.start.x), static_cast<std::uint32_t>(region.start.y)};
         return true;
     }
 
-    /// Gives every region to `take`, in order, and forgets it.
-    template <class TTake> void Replay(TTake take)
+    /// Gives every region to `take`, in order. Nothing may be added meanwhile.
+    template <class TTake> void Replay(TTake take) const
     {
-        std::vector<SRegion> regions;
-        regions.swap(m_regions);
+        if (m_blocks.empty())
+            return;
         SyntaxParser::CRegion region;
-        for (const SRegion& kept : regions) {
-            region.definition = kept.definition;
-            region.text = {kept.text, kept.size};
-            region.start = {kept.column, kept.line};
-            region.end = EndOf(kept);
-            take(&region);
+        for (std::size_t block = 0; block <= m_block; ++block) {
+            const std::size_t count = block < m_block ? BlockSize : m_inBlock;
+            for (std::size_t i = 0; i < count; ++i) {
+                const SRegion& kept = (*m_blocks[block])[i];
+                region.definition = kept.definition;
+                region.text = {kept.text, kept.size};
+                region.start = {kept.column, kept.line};
+                region.end = EndOf(kept);
+                take(&region);
+            }
         }
-        regions.swap(m_regions);
-        Clear();
     }
 
     void Clear()
     {
-        m_regions.clear();
-        if (m_regions.capacity() > UsualRegions) // a large document must not hold its memory for ever
-            m_regions.shrink_to_fit();
+        if (m_blocks.size() > UsualBlocks) // a large document must not hold its memory for ever
+            m_blocks.resize(UsualBlocks);
+        m_block = 0;
+        m_inBlock = m_blocks.empty() ? BlockSize : 0;
     }
 
 private:
-    static constexpr std::size_t MostRegions = 1 << 20;
-    static constexpr std::size_t UsualRegions = 1 << 16;
+    static constexpr std::size_t BlockSize = 1024;
+    static constexpr std::size_t UsualBlocks = 64;
+    static constexpr std::size_t MostBlocks = 1024;
 
     struct SRegion
     {
@@ -65,6 +70,19 @@ private:
         std::uint32_t column;
         std::uint32_t line;
     };
+    using TBlock = std::array<SRegion, BlockSize>;
+
+    bool NextBlock()
+    {
+        const std::size_t next = m_blocks.empty() ? 0 : m_block + 1;
+        if (next == MostBlocks)
+            return false;
+        if (next == m_blocks.size())
+            m_blocks.emplace_back(new TBlock);
+        m_block = next;
+        m_inBlock = 0;
+        return true;
+    }
 
     static SyntaxParser::CIterator EndOf(const SRegion& kept)
     {
@@ -77,7 +95,9 @@ private:
         return end;
     }
 
-    std::vector<SRegion> m_regions;
+    std::vector<std::unique_ptr<TBlock>> m_blocks;
+    std::size_t m_block = 0;
+    std::size_t m_inBlock = BlockSize; ///< used of the last block in use
 };
 
 } // namespace Kesh::CodeAnalyzer

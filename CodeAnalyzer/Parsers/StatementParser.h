@@ -93,7 +93,14 @@ protected:
     template <std::size_t Size>
     bool IsKeyword(SyntaxParser::CRegion* region, const wchar_t (&word)[Size]) const
     {
-        return IsRegion(region, m_defs->Php.TokenDefs[2], {word, Size - 1}, 1);
+        if (region->definition != m_defs->Php.TokenDefs[2])
+            return false;
+        // Most keywords are others, and begin with another letter.
+        const wchar_t first =
+            region->text.empty() ? L'\0' : Base::CCommonString::AsciiLower(region->text.front());
+        if (first >= L'a' && first <= L'z' && first != word[0])
+            return false;
+        return HasText(region, {word, Size - 1}, 1);
     }
     /// A keyword that stands between two operands.
     bool IsWordOperator(SyntaxParser::CRegion* region) const

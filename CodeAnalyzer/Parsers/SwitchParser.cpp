@@ -6,6 +6,7 @@ namespace Kesh::CodeAnalyzer {
 
 using SyntaxParser::CRegion;
 using SyntaxParser::STextChange;
+using namespace std::string_view_literals;
 
 CSwitchParser::CSwitchParser(SyntaxParser::CDefRegions* defs, boost::shared_ptr<SyntaxParser::IReader> reader,
                              CParentParser* parent)
@@ -26,12 +27,12 @@ void CSwitchParser::BeforeParse(const STextChange& change)
 
 int CSwitchParser::StatementStartRegion(CRegion* region)
 {
-    if (IsWordOrKeyword(region, L"switch")) {
+    if (IsWordOrKeyword(region, L"switch"sv)) {
         m_inCase = 0; // an error in a label has left it set
         m_state = SwitchState;
         return true;
     }
-    if (IsWordOrKeyword(region, L"case")) {
+    if (IsWordOrKeyword(region, L"case"sv)) {
         m_inCase = 1;
         m_state = CaseState;
         return true;

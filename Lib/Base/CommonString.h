@@ -29,17 +29,9 @@ public:
         if (text.empty() || lower.empty())
             return text.size() == lower.size();
         // An ASCII letter never lowers to anything but itself: the first one settles most calls.
-        if (static_cast<char32_t>(text.front()) < 0x80 && AsciiLower(text.front()) != lower.front())
-            return false;
-        bool equal = text.size() == lower.size();
-        for (std::size_t i = 0; i < text.size(); ++i) {
-            const wchar_t c = text[i];
-            if (static_cast<char32_t>(c) >= 0x80)
-                return LowerCaseFast(text) == lower;
-            if (equal && AsciiLower(c) != lower[i])
-                equal = false;
-        }
-        return equal;
+        const bool differs =
+            static_cast<char32_t>(text.front()) < 0x80 && AsciiLower(text.front()) != lower.front();
+        return !differs && WholeLowersTo(text, lower);
     }
 
     static std::wstring FromUtf8(std::string_view text);
@@ -55,6 +47,7 @@ public:
     static wchar_t AsciiLower(wchar_t c) { return c >= L'A' && c <= L'Z' ? c + (L'a' - L'A') : c; }
 
 private:
+    static bool WholeLowersTo(std::wstring_view text, std::wstring_view lower);
     static bool IsClassicSpace(wchar_t c) { return c == L' ' || (c >= L'\t' && c <= L'\r'); }
 };
 
