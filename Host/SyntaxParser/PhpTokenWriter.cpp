@@ -114,18 +114,6 @@ void CPhpTokenWriter::PutLines(K kind, const wchar_t* begin, const wchar_t* end)
     Send(kind, begin, end, start, {end - m_lineStart, m_line});
 }
 
-void CPhpTokenWriter::Send(K kind, const wchar_t* begin, const wchar_t* end, CIterator start,
-                           CIterator endPlace)
-{
-    if (m_halt < 0)
-        return;
-    const SPhpToken token{kind, start, endPlace, {begin, static_cast<std::size_t>(end - begin)}};
-    for (ITokenHandler* handler : m_handlers)
-        handler->AddToken(token);
-    m_written = end;
-    m_last = kind;
-}
-
 // `__halt_compiler ( ) ;`: after its last token comes data.
 void CPhpTokenWriter::CountHalt(K kind)
 {
@@ -144,7 +132,7 @@ void CPhpTokenWriter::Pass(const wchar_t* begin, const wchar_t* end)
     }
 }
 
-void CPhpTokenWriter::Write(K kind, const wchar_t* begin, const wchar_t* end)
+void CPhpTokenWriter::WriteCut(K kind, const wchar_t* begin, const wchar_t* end)
 {
     if (begin < m_written) {
         if (end <= m_written)

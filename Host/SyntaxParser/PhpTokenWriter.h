@@ -3,6 +3,8 @@
 #include "Kesh/SyntaxParser/ITokenSource.h"
 #include "SyntaxParser/PhpLexer.h"
 
+#include <array>
+#include <cstddef>
 #include <cstdint>
 #include <vector>
 
@@ -25,7 +27,13 @@ public:
         m_lineStart = lineStart;
     }
     /// A token that the lexer has cut, of a kind other than Count.
-    void Write(EPhpTokenKind kind, const wchar_t* begin, const wchar_t* end);
+    void Write(EPhpTokenKind kind, const wchar_t* begin, const wchar_t* end)
+    {
+        if (IsPlain[static_cast<std::size_t>(kind)] && begin >= m_written && m_halt == 0)
+            Send(kind, begin, end, {begin - m_lineStart, m_line}, {end - m_lineStart, m_line});
+        else
+            WriteCut(kind, begin, end);
+    }
     /// The tokens of a stretch of code without strings, which the scanner has cut as one.
     void WriteStretch(const wchar_t* begin, const wchar_t* end);
     /// A string from its prefix on; its content ends at `close`, the limit when there is no closing quote.
@@ -52,10 +60,33 @@ private:
         bool plain = false;                 ///< a here-document without code
     };
 
+    /// The kinds whose tokens are what the lexer cuts, whatever stands around.
+    static constexpr auto IsPlain = [] {
+        using K = EPhpTokenKind;
+        std::array<bool, static_cast<std::size_t>(K::Count)> plain{};
+        plain.fill(true);
+        for (const K kind : {K::InlineHtml, K::OpenRound,  K::Number,      K::BitAnd, K::Plus,   K::Minus,
+                             K::Times,      K::Divide,     K::Dot,         K::Modulo, K::BitOr,  K::BitXor,
+                             K::ShiftLeft,  K::ShiftRight, K::Power,       K::Enum,   K::Public, K::Protected,
+                             K::Private,    K::YieldFrom,  K::HaltCompiler})
+            plain[static_cast<std::size_t>(kind)] = false;
+        return plain;
+    }();
+
+    void WriteCut(EPhpTokenKind kind, const wchar_t* begin, const wchar_t* end);
     void Put(EPhpTokenKind kind, const wchar_t* begin, const wchar_t* end);
     void PutLines(EPhpTokenKind kind, const wchar_t* begin, const wchar_t* end);
     void Send(EPhpTokenKind kind, const wchar_t* begin, const wchar_t* end, CIterator start,
-              CIterator endPlace);
+              CIterator endPlace)
+    {
+        if (m_halt < 0)
+            return;
+        const SPhpToken token{kind, start, endPlace, {begin, static_cast<std::size_t>(end - begin)}};
+        for (ITokenHandler* handler : m_handlers)
+            handler->AddToken(token);
+        m_written = end;
+        m_last = kind;
+    }
     void PutText(EPhpTokenKind kind, const wchar_t* begin, const wchar_t* end);
     void Pass(const wchar_t* begin, const wchar_t* end);
     void WriteOne(EPhpTokenKind kind, const wchar_t* begin, const wchar_t* end);
