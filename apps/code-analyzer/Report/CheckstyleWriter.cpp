@@ -12,8 +12,7 @@ public:
 
     void Begin() override
     {
-        m_xml.Xml().writeStartDocument();
-        m_xml.Xml().writeStartElement("checkstyle");
+        m_xml.Begin("checkstyle");
         m_xml.Attribute("version", L"8.0");
     }
 
@@ -36,11 +35,7 @@ public:
         m_xml.Flush();
     }
 
-    void End(const STotals& /*totals*/) override
-    {
-        m_xml.Xml().writeEndDocument();
-        m_xml.Flush();
-    }
+    void End(const STotals& /*totals*/) override { m_xml.End(); }
 
 private:
     CXmlOutput m_xml;

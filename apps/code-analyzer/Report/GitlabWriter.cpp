@@ -1,5 +1,5 @@
 #include "Report/Fingerprint.h"
-#include "Report/JsonText.h"
+#include "Report/JsonOutput.h"
 #include "Report/Writer.h"
 
 namespace Kesh::CommandLine {
@@ -9,9 +9,9 @@ namespace {
 class CGitlabWriter final : public IReportWriter
 {
 public:
-    explicit CGitlabWriter(COutput& output) : m_output(output) {}
+    explicit CGitlabWriter(COutput& output) : m_json(output) {}
 
-    void Begin() override { m_output.Write("["); }
+    void Begin() override { m_json.Begin(); }
 
     void Add(const Findings::SFileFindings& file) override
     {
@@ -27,16 +27,14 @@ public:
             object["location"]["path"] = name;
             object["location"]["lines"]["begin"] = start.y + 1;
             object["location"]["lines"]["end"] = end.y + 1;
-            m_output.Write((m_any ? ",\n" : "\n") + JsonText(object));
-            m_any = true;
+            m_json.Add(object);
         }
     }
 
-    void End(const STotals& /*totals*/) override { m_output.Write(m_any ? "\n]\n" : "]\n"); }
+    void End(const STotals& /*totals*/) override { m_json.End(); }
 
 private:
-    COutput& m_output;
-    bool m_any = false;
+    CJsonOutput m_json;
 };
 
 } // namespace

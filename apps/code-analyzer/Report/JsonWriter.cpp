@@ -1,4 +1,4 @@
-#include "Report/JsonText.h"
+#include "Report/JsonOutput.h"
 #include "Report/Writer.h"
 
 namespace Kesh::CommandLine {
@@ -8,9 +8,9 @@ namespace {
 class CJsonWriter final : public IReportWriter
 {
 public:
-    explicit CJsonWriter(COutput& output) : m_output(output) {}
+    explicit CJsonWriter(COutput& output) : m_json(output) {}
 
-    void Begin() override { m_output.Write("["); }
+    void Begin() override { m_json.Begin(); }
 
     void Add(const Findings::SFileFindings& file) override
     {
@@ -27,16 +27,14 @@ public:
             object["severity"] = SeverityName(finding);
             object["message"] = Host::PathToBytes(finding.message);
             object["text"] = Host::PathToBytes(finding.text);
-            m_output.Write((m_any ? ",\n" : "\n") + JsonText(object));
-            m_any = true;
+            m_json.Add(object);
         }
     }
 
-    void End(const STotals& /*totals*/) override { m_output.Write(m_any ? "\n]\n" : "]\n"); }
+    void End(const STotals& /*totals*/) override { m_json.End(); }
 
 private:
-    COutput& m_output;
-    bool m_any = false;
+    CJsonOutput m_json;
 };
 
 } // namespace

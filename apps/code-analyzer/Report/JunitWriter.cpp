@@ -17,11 +17,7 @@ class CJunitWriter final : public IReportWriter
 public:
     explicit CJunitWriter(COutput& output) : m_xml(output) {}
 
-    void Begin() override
-    {
-        m_xml.Xml().writeStartDocument();
-        m_xml.Xml().writeStartElement("testsuites");
-    }
+    void Begin() override { m_xml.Begin("testsuites"); }
 
     void Add(const Findings::SFileFindings& file) override
     {
@@ -48,11 +44,7 @@ public:
         m_xml.Flush();
     }
 
-    void End(const STotals& /*totals*/) override
-    {
-        m_xml.Xml().writeEndDocument();
-        m_xml.Flush();
-    }
+    void End(const STotals& /*totals*/) override { m_xml.End(); }
 
 private:
     static std::wstring Place(const SFinding& finding)

@@ -1,5 +1,5 @@
 #include "Report/Fingerprint.h"
-#include "Report/JsonText.h"
+#include "Report/JsonOutput.h"
 #include "Report/Writer.h"
 
 #include <QByteArray>
@@ -39,13 +39,13 @@ ordered_json Location(const std::string& uri, const SyntaxParser::SScheme& span)
 class CSarifWriter final : public IReportWriter
 {
 public:
-    explicit CSarifWriter(COutput& output) : m_output(output) {}
+    explicit CSarifWriter(COutput& output) : m_json(output) {}
 
     void Begin() override
     {
-        m_output.Write("{\"$schema\":\"https://docs.oasis-open.org/sarif/sarif/v2.1.0/errata01/os/schemas/"
-                       "sarif-schema-2.1.0.json\",\"version\":\"2.1.0\",\"runs\":[{\"columnKind\":"
-                       "\"unicodeCodePoints\",\"results\":[");
+        m_json.Begin("{\"$schema\":\"https://docs.oasis-open.org/sarif/sarif/v2.1.0/errata01/os/schemas/"
+                     "sarif-schema-2.1.0.json\",\"version\":\"2.1.0\",\"runs\":[{\"columnKind\":"
+                     "\"unicodeCodePoints\",\"results\":");
     }
 
     void Add(const Findings::SFileFindings& file) override
@@ -66,8 +66,7 @@ public:
                 related["message"]["text"] = finding.details->relatedKey;
                 result["relatedLocations"] = ordered_json::array({related});
             }
-            m_output.Write((m_any ? ",\n" : "\n") + JsonText(result));
-            m_any = true;
+            m_json.Add(result);
         }
     }
 
@@ -78,12 +77,11 @@ public:
             rules.push_back({{"id", code}, {"shortDescription", {{"text", message}}}});
         const ordered_json driver = {
             {"name", "code-analyzer"}, {"semanticVersion", CODE_ANALYZER_VERSION}, {"rules", rules}};
-        m_output.Write("],\n\"tool\":{\"driver\":" + JsonText(driver) + "}}]}\n");
+        m_json.End(",\n\"tool\":{\"driver\":" + JsonText(driver) + "}}]}\n");
     }
 
 private:
-    COutput& m_output;
-    bool m_any = false;
+    CJsonOutput m_json;
     std::map<std::string, std::string> m_rules; ///< those that were broken: code and message
 };
 

@@ -12,6 +12,18 @@ CXmlOutput::CXmlOutput(COutput& output) : m_output(output)
     m_xml.setAutoFormattingIndent(1);
 }
 
+void CXmlOutput::Begin(const char* root)
+{
+    m_xml.writeStartDocument();
+    m_xml.writeStartElement(root);
+}
+
+void CXmlOutput::End()
+{
+    m_xml.writeEndDocument();
+    Flush();
+}
+
 void CXmlOutput::Attribute(const char* name, const std::wstring& value)
 {
     m_xml.writeAttribute(QLatin1String(name), QString::fromStdString(Printable(value)));

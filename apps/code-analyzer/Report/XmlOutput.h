@@ -13,6 +13,8 @@ class CXmlOutput
 public:
     explicit CXmlOutput(COutput& output);
 
+    void Begin(const char* root);
+    void End();
     QXmlStreamWriter& Xml() { return m_xml; }
     /// An attribute; characters that XML cannot hold are escaped as people know them.
     void Attribute(const char* name, const std::wstring& value);
