@@ -2,6 +2,8 @@
 
 #include "Application/FilePath.h"
 
+#include <algorithm>
+#include <array>
 #include <filesystem>
 
 namespace Kesh::Configuration {
@@ -10,6 +12,14 @@ std::string SConfiguration::Below(const std::wstring& absolute) const
 {
     const std::wstring prefix = root.ends_with(L'/') ? root : root + L'/';
     return Host::PathToBytes(absolute.starts_with(prefix) ? absolute.substr(prefix.size()) : absolute);
+}
+
+bool SConfiguration::Includes(const std::wstring& absolute) const
+{
+    if (include.empty())
+        return HasUsualEnding(absolute);
+    const std::string path = Below(absolute);
+    return MatchesPath(include, path) || (HasUsualEnding(absolute) && MatchesPathOrFolder(include, path));
 }
 
 bool SConfiguration::Excludes(const std::wstring& absolute) const
@@ -26,6 +36,17 @@ std::optional<ELevel> SConfiguration::LevelOf(std::int32_t code, const std::wstr
             return level->second;
     }
     return {};
+}
+
+bool HasUsualEnding(const std::wstring& path)
+{
+    static constexpr std::array<const wchar_t*, 6> Endings{L".php",  L".phtml", L".inc",
+                                                           L".html", L".htm",   L".css"};
+    const std::size_t dot = path.find_last_of(L"./");
+    std::wstring lower = path.substr(dot == std::wstring::npos ? path.size() : dot);
+    std::transform(lower.begin(), lower.end(), lower.begin(),
+                   [](wchar_t c) { return c >= L'A' && c <= L'Z' ? c + (L'a' - L'A') : c; });
+    return std::find(Endings.begin(), Endings.end(), lower) != Endings.end();
 }
 
 std::wstring FindConfiguration(const std::wstring& path)

@@ -18,6 +18,8 @@ struct SCodeRule
 {
     TGlobs paths; ///< empty: everywhere
     std::map<std::int32_t, ELevel> codes;
+
+    friend bool operator==(const SCodeRule&, const SCodeRule&) = default;
 };
 
 /// A project's settings, from its file code-analyzer.json. Paths and names are bytes and wide strings as the
@@ -36,8 +38,13 @@ struct SConfiguration
     std::vector<std::wstring> properties;
     std::wstring baseline; ///< absolute; empty: none
 
+    friend bool operator==(const SConfiguration&, const SConfiguration&) = default;
+
     /// The path below the root; as it is when it does not lie there.
     std::string Below(const std::wstring& absolute) const;
+    /// Whether `include` names the file, or a folder that it lies in and it has a usual ending; without an
+    /// `include` a usual ending will do.
+    bool Includes(const std::wstring& absolute) const;
     /// Whether `exclude` names the file or a folder that it lies in.
     bool Excludes(const std::wstring& absolute) const;
     /// What is wanted for a code in a file; nothing when no rule says.
@@ -46,6 +53,8 @@ struct SConfiguration
 
 constexpr const wchar_t* FileName = L"code-analyzer.json";
 
+/// Whether a file has one of the endings that are checked in folders.
+bool HasUsualEnding(const std::wstring& path);
 /// The file that holds for `path`, a file or folder that need not exist: in its folder or the nearest one
 /// above. Empty: there is none. Any thread.
 std::wstring FindConfiguration(const std::wstring& path);

@@ -14,9 +14,36 @@ bool IsLeftOut(const std::wstring& folderName)
     return folderName.starts_with(L'.') || folderName == L"vendor" || folderName == L"node_modules";
 }
 
+namespace {
+
+std::wstring WithSlash(const std::wstring& folder)
+{
+    return folder.ends_with(L'/') ? folder : folder + L'/';
+}
+
+bool Enters(const SFileQuery& query, const std::wstring& relative, const std::wstring& name)
+{
+    return query.entersFolder ? query.entersFolder(relative) : !IsLeftOut(name);
+}
+
+} // namespace
+
+bool IsFoundIn(const std::wstring& folder, const std::wstring& file, const SFileQuery& query)
+{
+    const std::wstring prefix = WithSlash(folder);
+    if (!file.starts_with(prefix))
+        return false;
+    const std::wstring below = file.substr(prefix.size());
+    for (std::size_t from = 0, slash; (slash = below.find(L'/', from)) != std::wstring::npos;
+         from = slash + 1)
+        if (!Enters(query, below.substr(0, slash), below.substr(from, slash - from)))
+            return false;
+    return query.takesFile(below);
+}
+
 std::vector<std::wstring> FindFiles(const std::wstring& folder, const SFileQuery& query)
 {
-    const std::wstring prefix = folder.ends_with(L'/') ? folder : folder + L'/';
+    const std::wstring prefix = WithSlash(folder);
     std::vector<std::wstring> files;
     std::vector<std::wstring> pending{{}}; // folders to read, relative, each empty or with a slash at its end
     while (!pending.empty() && !(query.isCancelled && query.isCancelled())) {
@@ -29,8 +56,7 @@ std::vector<std::wstring> FindFiles(const std::wstring& folder, const SFileQuery
             const std::wstring name = Host::PathFromBytes(entry->path().filename().string());
             const std::wstring relative = below + name;
             if (entry->is_directory(ignored)) {
-                const bool enters = query.entersFolder ? query.entersFolder(relative) : !IsLeftOut(name);
-                if (enters && !entry->is_symlink(ignored))
+                if (Enters(query, relative, name) && !entry->is_symlink(ignored))
                     pending.push_back(relative + L'/');
             } else if (query.takesFile(relative) && entry->is_regular_file(ignored)) {
                 files.push_back(prefix + relative);

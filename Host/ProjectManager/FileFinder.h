@@ -23,6 +23,9 @@ struct SFileQuery
 /// Whether a folder of this name is left out of projects: hidden ones and those of other people's code.
 bool IsLeftOut(const std::wstring& folderName);
 
+/// Whether the search below `folder` would find the file, were it there. Both are absolute. Any thread.
+bool IsFoundIn(const std::wstring& folder, const std::wstring& file, const SFileQuery& query);
+
 /// The regular files below `folder`, as `folder`, a slash and the rest, sorted. Links to folders are not
 /// followed, so the search always ends. Any thread.
 std::vector<std::wstring> FindFiles(const std::wstring& folder, const SFileQuery& query);

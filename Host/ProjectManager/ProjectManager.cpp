@@ -52,13 +52,8 @@ void CProjectManager::Close(bool reopening)
 
 void CProjectManager::NoteFile(const std::wstring& path)
 {
-    const std::wstring prefix = m_folder + L'/';
-    if (!IsOpened() || !path.starts_with(prefix) || SyntaxParser::FactoryForPath(path).empty())
+    if (!IsOpened() || !IsFoundIn(m_folder, path, MakeQuery()))
         return;
-    for (std::size_t from = prefix.size(), slash; (slash = path.find(L'/', from)) != std::wstring::npos;
-         from = slash + 1)
-        if (IsLeftOut(path.substr(from, slash - from)))
-            return;
     std::vector<std::wstring> files = GetFiles();
     const auto place = std::lower_bound(files.begin(), files.end(), path);
     if (place != files.end() && *place == path)

@@ -25,9 +25,9 @@ const ICompletionData* CParserComponent::GetCompletionData()
     return widened ? widened : GetBuiltInCompletionData();
 }
 
-void CParserComponent::SetParsedHook(TPathHook hook)
+void CParserComponent::SetParsedHook(TParsedHook hook)
 {
-    m_parsedHook = hook ? std::make_shared<const TPathHook>(std::move(hook)) : nullptr;
+    m_parsedHook = hook ? std::make_shared<const TParsedHook>(std::move(hook)) : nullptr;
 }
 
 void CParserComponent::SetOwnNames(const SOwnNames& names)
@@ -57,22 +57,54 @@ boost::shared_ptr<ISPDocument> CParserComponent::CreateDocument(boost::shared_pt
                                                                 const std::wstring& path,
                                                                 const std::wstring& factoryName)
 {
+    return Make(std::move(reader), path, factoryName, false);
+}
+
+boost::shared_ptr<ISPDocument> CParserComponent::Make(boost::shared_ptr<IReader> reader,
+                                                      const std::wstring& path,
+                                                      const std::wstring& factoryName, bool ofFile) const
+{
     SDocumentSource source{path, factoryName};
     if (m_parsedHook)
-        source.parsed = [hook = m_parsedHook, path] { (*hook)(path); };
+        source.parsed = [hook = m_parsedHook, path, ofFile](bool complete) {
+            (*hook)({path, ofFile, complete});
+        };
     return MakeSPDocument(std::move(reader), source);
+}
+
+void CParserComponent::SetTakenForPhp(std::function<bool(const std::wstring&)> isPhp)
+{
+    auto shared = std::make_shared<const std::function<bool(const std::wstring&)>>(std::move(isPhp));
+    const std::lock_guard lock(m_phpMutex);
+    m_isPhp = std::move(shared);
+}
+
+std::wstring CParserComponent::FactoryOfFile(const std::wstring& path)
+{
+    std::wstring factory = FactoryForPath(path);
+    if (!factory.empty())
+        return factory;
+    std::shared_ptr<const std::function<bool(const std::wstring&)>> isPhp;
+    {
+        const std::lock_guard lock(m_phpMutex);
+        isPhp = m_isPhp;
+    }
+    return isPhp && *isPhp && (*isPhp)(path) ? L"PHPSPDocFactory" : L"";
 }
 
 boost::shared_ptr<ISPDocument> CParserComponent::GetParsedDocument(const std::wstring& path)
 {
     if (m_fileHook)
         m_fileHook(path);
-    const std::wstring factory = FactoryForPath(path);
+    const std::wstring factory = FactoryOfFile(path);
     if (factory.empty() || IsOpen(path))
         return {};
     try {
-        auto reader = boost::make_shared<CTextReader>(DecodeSource(Host::ReadFileBytes(path)));
-        return CreateDocument(std::move(reader), path, factory);
+        const std::string bytes = Host::ReadFileBytes(path);
+        if (LooksBinary(bytes))
+            return {};
+        auto reader = boost::make_shared<CTextReader>(DecodeSource(bytes));
+        return Make(std::move(reader), path, factory, true);
     } catch (const Base::CWorkError&) {
         return {};
     }

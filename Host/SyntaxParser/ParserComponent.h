@@ -38,8 +38,20 @@ public:
     /// Announces the end of its syntax document and drops it. GUI thread.
     void CloseDocument(SDK::IDocument* document);
 
-    using TPathHook = std::function<void(const std::wstring& path)>;
+    /// A parse that has ended.
+    struct SParsed
+    {
+        std::wstring path;
+        bool ofFile;   ///< of what is on disk, not of a text that somebody handed over
+        bool complete; ///< not cancelled
+    };
+    using TParsedHook = std::function<void(const SParsed& parsed)>;
 
+    /// Files that belong to the project although their ending tells no language are PHP. GUI thread; asked on
+    /// any.
+    void SetTakenForPhp(std::function<bool(const std::wstring& path)> isPhp);
+    /// The factory name for a file: by its ending, or as above. Any thread.
+    std::wstring FactoryOfFile(const std::wstring& path);
     /// Called with each path that GetParsedDocument() is asked for, on the asking thread. Set it while no
     /// thread asks.
     void SetFileHook(std::function<void(const std::wstring&)> hook) { m_fileHook = std::move(hook); }
@@ -47,9 +59,9 @@ public:
     /// Widens the lists of names by a project's own, in place of those of the last call. Documents that are
     /// open keep the lists they were opened with. GUI thread.
     void SetOwnNames(const SOwnNames& names);
-    /// Told of each text that CreateDocument() was asked for once its parse has ended, on the parsing thread;
-    /// documents keep the hook that they were made with. Set it while no thread makes documents.
-    void SetParsedHook(TPathHook hook);
+    /// Told of each parse of a document that CreateDocument() or GetParsedDocument() has made, on the parsing
+    /// thread; documents keep the hook that they were made with. Set it while no thread makes documents.
+    void SetParsedHook(TParsedHook hook);
 
 private:
     struct SOpened
@@ -61,15 +73,19 @@ private:
     ISynRegion* GetPropertyNameKind() const override;
     ISynRegion* GetElementNameKind() const override;
     bool IsOpen(const std::wstring& path);
+    boost::shared_ptr<ISPDocument> Make(boost::shared_ptr<IReader> reader, const std::wstring& path,
+                                        const std::wstring& factoryName, bool ofFile) const;
 
     DocCreatedSignal m_docCreated;
     ProjectParsedSignal m_projectParsed;
     FindErrorRegionsSignal m_findErrorRegions;
     std::map<SDK::IDocument*, SOpened> m_opened; ///< GUI thread
+    std::mutex m_phpMutex;
+    std::shared_ptr<const std::function<bool(const std::wstring&)>> m_isPhp;
     std::mutex m_pathsMutex;
     std::set<std::wstring> m_openPaths; ///< the same files, for any thread
     std::function<void(const std::wstring&)> m_fileHook;
-    std::shared_ptr<const TPathHook> m_parsedHook;
+    std::shared_ptr<const TParsedHook> m_parsedHook;
     SOwnNames m_ownNames;
     std::atomic<const ICompletionData*> m_names{nullptr};
     /// Lists that were handed out are in use for as long as the component lives.

@@ -150,7 +150,7 @@ public:
     {
         const auto atEnd = qScopeGuard([this] {
             if (m_source.parsed)
-                m_source.parsed();
+                m_source.parsed(!IsCancelled());
         });
         std::wstring copy;
         std::wstring_view text;

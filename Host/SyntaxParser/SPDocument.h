@@ -16,8 +16,8 @@ struct SDocumentSource
     std::wstring factory; ///< "PHPSPDocFactory", "HTMLSPDocFactory" or "CSSSPDocFactory"
     SDK::IDocument* document = nullptr;
     Editor::IDocBuffer* buffer = nullptr;
-    /// Called at the end of each Parse(), however it ends; may be unset.
-    std::function<void()> parsed = {};
+    /// Called at the end of each Parse(), however it ends: true unless it was cancelled. May be unset.
+    std::function<void(bool complete)> parsed = {};
 };
 
 /// The factory name for a path by its ending: PHP for .php .phtml .inc .tpl .ctp, HTML for .html .htm, CSS

@@ -5,7 +5,6 @@
 #include "ProjectManager/FileFinder.h"
 
 #include <algorithm>
-#include <array>
 #include <filesystem>
 #include <unordered_set>
 
@@ -14,18 +13,6 @@ namespace Kesh::CommandLine {
 namespace {
 
 using Configuration::MatchesPath;
-using Configuration::MatchesPathOrFolder;
-
-bool HasUsualEnding(const std::wstring& path)
-{
-    static constexpr std::array<const wchar_t*, 6> Endings{L".php",  L".phtml", L".inc",
-                                                           L".html", L".htm",   L".css"};
-    std::wstring lower = path;
-    std::transform(lower.begin(), lower.end(), lower.begin(),
-                   [](wchar_t c) { return c >= L'A' && c <= L'Z' ? c + (L'a' - L'A') : c; });
-    return std::any_of(Endings.begin(), Endings.end(),
-                       [&](const wchar_t* ending) { return lower.ends_with(ending); });
-}
 
 /// Which files of folders are wanted, by the command line and by the project's settings.
 class CSelection
@@ -55,12 +42,7 @@ private:
     {
         if (!m_options.include.empty())
             return MatchesPath(m_options.include, Host::PathToBytes(below));
-        if (m_configuration.include.empty())
-            return HasUsualEnding(below);
-        // A folder that is named stands for the usual files in it.
-        const std::string path = m_configuration.Below(absolute);
-        return MatchesPath(m_configuration.include, path) ||
-               (HasUsualEnding(below) && MatchesPathOrFolder(m_configuration.include, path));
+        return m_configuration.Includes(absolute);
     }
 
     const SOptions& m_options;
@@ -72,30 +54,26 @@ std::wstring WithSlash(const std::wstring& folder)
     return folder.ends_with(L'/') ? folder : folder + L'/';
 }
 
-std::vector<std::wstring> FilesOf(const std::wstring& folder, const CSelection& selection,
-                                  const TPathError& onError)
+/// What a search in `folder` looks for. The selection outlives it.
+ProjectManager::SFileQuery QueryFor(const std::wstring& folder, const CSelection& selection)
 {
     const std::wstring prefix = WithSlash(Host::AbsolutePath(folder));
     ProjectManager::SFileQuery query;
-    query.takesFile = [&](const std::wstring& path) { return selection.TakesFile(path, prefix + path); };
-    query.entersFolder = [&](const std::wstring& path) {
+    query.takesFile = [&selection, prefix](const std::wstring& path) {
+        return selection.TakesFile(path, prefix + path);
+    };
+    query.entersFolder = [&selection, prefix](const std::wstring& path) {
         return selection.EntersFolder(path, prefix + path);
     };
-    query.onError = onError;
-    return ProjectManager::FindFiles(folder, query);
+    return query;
 }
 
-/// Whether the search in `folder` would find the file.
-bool IsFoundIn(const std::wstring& folder, const std::wstring& file, const CSelection& selection)
+std::vector<std::wstring> FilesOf(const std::wstring& folder, const CSelection& selection,
+                                  const TPathError& onError)
 {
-    const std::wstring prefix = WithSlash(folder);
-    if (!file.starts_with(prefix))
-        return false;
-    for (std::size_t slash = file.find(L'/', prefix.size()); slash != std::wstring::npos;
-         slash = file.find(L'/', slash + 1))
-        if (!selection.EntersFolder(file.substr(prefix.size(), slash - prefix.size()), file.substr(0, slash)))
-            return false;
-    return selection.TakesFile(file.substr(prefix.size()), file);
+    ProjectManager::SFileQuery query = QueryFor(folder, selection);
+    query.onError = onError;
+    return ProjectManager::FindFiles(folder, query);
 }
 
 /// Of the changed files, those that a check of `path` would have taken.
@@ -104,11 +82,12 @@ std::vector<std::wstring> ChangedFilesOf(const std::wstring& path, bool isFolder
 {
     const std::wstring absolute = Host::AbsolutePath(path);
     const std::wstring folder = isFolder ? absolute : absolute.substr(0, absolute.rfind(L'/') + 1);
+    const ProjectManager::SFileQuery query = QueryFor(absolute, selection);
     std::vector<std::wstring> files;
     for (const std::wstring& file : ChangedFiles(folder, options.changedRef)) {
         if (!isFolder && file == absolute)
             files.push_back(path);
-        else if (isFolder && IsFoundIn(absolute, file, selection))
+        else if (isFolder && ProjectManager::IsFoundIn(absolute, file, query))
             files.push_back((path == L"."           ? L""
                              : path.ends_with(L'/') ? path
                                                     : path + L'/') +
