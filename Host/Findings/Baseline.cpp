@@ -81,12 +81,12 @@ void CBaseline::Write(const std::wstring& file) const
     Host::WriteFileBytes(file, text + "\n]}\n");
 }
 
-void CBaseline::Filter(SFileFindings& file)
+std::vector<CBaseline::SGone> CBaseline::Filter(SFileFindings& file) const
 {
     const auto known = m_files.find(NameOf(file));
     if (known == m_files.end())
-        return;
-    TCounts& left = known->second;
+        return {};
+    TCounts left = known->second;
     std::erase_if(file.findings, [&](const SFinding& finding) {
         const auto count = left.find(KeyOf(finding));
         if (count == left.end() || count->second == 0)
@@ -94,10 +94,11 @@ void CBaseline::Filter(SFileFindings& file)
         --count->second;
         return true;
     });
+    std::vector<SGone> gone;
     for (const auto& [key, count] : left)
         if (count)
-            m_gone.push_back({known->first, key.first, key.second, count});
-    m_files.erase(known);
+            gone.push_back({known->first, key.first, key.second, count});
+    return gone;
 }
 
 std::size_t CBaseline::Size() const

@@ -3,9 +3,8 @@
 #include "Findings/Finding.h"
 
 #include <map>
-#include <set>
 #include <string>
-#include <tuple>
+#include <utility>
 #include <vector>
 
 namespace Kesh::Findings {
@@ -25,10 +24,6 @@ public:
     /// Replaces the file as a whole. Throws like Host::WriteFileBytes().
     void Write(const std::wstring& file) const;
 
-    /// Leaves only the new findings of a file; what was known and is not there any more is noted.
-    void Filter(SFileFindings& file);
-    std::size_t Size() const;
-
     /// A finding of a checked file that is not there any more.
     struct SGone
     {
@@ -37,7 +32,9 @@ public:
         std::string line;
         std::size_t count;
     };
-    const std::vector<SGone>& Gone() const { return m_gone; }
+    /// Leaves only the new findings of a file; answers what was known and is not there any more. Any thread.
+    std::vector<SGone> Filter(SFileFindings& file) const;
+    std::size_t Size() const;
 
 private:
     using TKey = std::pair<std::int32_t, std::string>; ///< code and line
@@ -48,7 +45,6 @@ private:
 
     std::wstring m_folder;
     std::map<std::string, TCounts> m_files;
-    std::vector<SGone> m_gone;
 };
 
 } // namespace Kesh::Findings

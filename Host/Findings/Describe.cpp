@@ -27,6 +27,10 @@ SFinding UnusedFinding(const CIgnores::SUnused& unused)
         finding.detail += separator + std::to_wstring(code);
         separator = L", ";
     }
+    if (unused.whole) {
+        finding.details.emplace().error = finding.error;
+        finding.details->removable = true;
+    }
     return finding;
 }
 

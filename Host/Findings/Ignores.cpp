@@ -159,11 +159,11 @@ std::vector<CIgnores::SUnused> CIgnores::Unused() const
 {
     std::vector<SUnused> unused;
     for (const SIgnore& ignore : m_ignores) {
-        SUnused idle{ignore.span, {}};
+        const bool any = std::find(ignore.needed.begin(), ignore.needed.end(), true) != ignore.needed.end();
+        SUnused idle{ignore.span, {}, !any};
         for (std::size_t i = 0; i < ignore.codes.size(); ++i)
             if (!ignore.needed[i])
                 idle.codes.push_back(ignore.codes[i]);
-        const bool any = std::find(ignore.needed.begin(), ignore.needed.end(), true) != ignore.needed.end();
         if (!any || !idle.codes.empty())
             unused.push_back(std::move(idle));
     }

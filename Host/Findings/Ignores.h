@@ -27,7 +27,8 @@ public:
     struct SUnused
     {
         SyntaxParser::SScheme span;
-        std::vector<std::int32_t> codes; ///< empty: the whole comment
+        std::vector<std::int32_t> codes; ///< empty: it names none
+        bool whole;                      ///< whether nothing of the comment is needed
     };
     /// Once every record has been shown to Silences().
     std::vector<SUnused> Unused() const;

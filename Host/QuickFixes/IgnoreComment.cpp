@@ -1,77 +1,21 @@
 #include "QuickFixes/IgnoreComment.h"
 
 #include "Findings/NameErrors.h"
-#include "SPBase/reader.h"
-#include "SyntaxParser/PhpDefs.h"
-#include "SyntaxParser/SPDocument.h"
-
-#include <boost/make_shared.hpp>
+#include "QuickFixes/PhpPlaces.h"
 
 namespace Kesh::QuickFixes {
 
 namespace {
 
-using namespace SyntaxParser;
+using SyntaxParser::CIterator;
 
-enum class EPlace {
-    Markup,
-    Code,       ///< between two words of PHP
-    OpeningTag, ///< where PHP begins
-    Inside,     ///< a string or a comment of PHP
-};
-
-/// Finds out in what a place of a document lies that may hold PHP.
-class CPlaceFinder final : public IStateRegionHandler
-{
-public:
-    explicit CPlaceFinder(const CIterator& place) : m_place(place) {}
-    EPlace Found() const { return m_found; }
-
-    void Init(boost::shared_ptr<IReader> /*reader*/) override {}
-    bool BeforeParse(const STextChange& /*change*/, boost::shared_ptr<IReader> /*reader*/) override
-    {
-        return true;
-    }
-    void AfterParse() override {}
-    void SendRegsEnd() override {}
-    int AddRegion(CRegion* region) override
-    {
-        if (!(region->start <= m_place && m_place < region->end))
-            return 0;
-        const SPhpRegionDefs& defs = GetDefRegions()->Php;
-        if (region->definition == defs.TokenDefs[PhpOutside])
-            m_found = EPlace::Markup;
-        else if (region->definition == defs.TagDefs[1])
-            m_found = EPlace::OpeningTag;
-        else if (region->definition == defs.TokenDefs[PhpStringContent] ||
-                 region->definition == defs.TokenDefs[PhpStringEnd])
-            m_found = EPlace::Inside;
-        else if (region->definition == defs.TokenDefs[PhpText] || region->start == m_place)
-            m_found = EPlace::Code;
-        else
-            m_found = EPlace::Inside;
-        return 0;
-    }
-    std::wstring GetSRName() override { return L"PlaceFinder"; }
-    CIterator GetStartPos() override { return {-1, -1}; }
-    CIterator GetEndPos() override { return {2147483647, 2147483647}; }
-
-private:
-    CIterator m_place;
-    EPlace m_found = EPlace::Markup;
-};
-
-EPlace PlaceOf(const CIterator& place, const SFileText& file)
+EPlace PlaceAtStartOf(std::int64_t line, const SFileText& file)
 {
     if (file.factory != L"PHPSPDocFactory")
         return EPlace::Markup;
-    const auto document =
-        MakeSPDocument(boost::make_shared<CSimpleReader>(std::wstring(file.text)), {{}, file.factory});
-    CPlaceFinder finder(place);
-    boost::dynamic_pointer_cast<IParser>(document->GetComponent(L"IParser").lock())
-        ->AddStateRegionHandler(&finder);
-    document->Parse(true);
-    return finder.Found();
+    if (!file.places)
+        file.places = std::make_shared<const CPhpPlaces>(file.text, file.factory, file.lines.Count());
+    return file.places->AtStartOf(line);
 }
 
 /// Whether the markup in front of a place leaves a tag open.
@@ -99,7 +43,7 @@ std::optional<SEdit> IgnoreComment(const Findings::SFinding& finding, const SFil
     const auto above = [&](const std::wstring& comment) {
         return SEdit{{lineStart, lineStart}, indent + comment + L"\n"};
     };
-    const EPlace place = PlaceOf(lineStart, file);
+    const EPlace place = PlaceAtStartOf(at.y, file);
     if (!Findings::IsNameError(finding.error.code)) {
         if (place == EPlace::Code)
             return above(L"// " + words);

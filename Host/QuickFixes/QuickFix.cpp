@@ -3,6 +3,10 @@
 #include "Findings/Describe.h"
 #include "Findings/NameErrors.h"
 #include "QuickFixes/IgnoreComment.h"
+#include "QuickFixes/PhpPlaces.h"
+
+#include <algorithm>
+#include <utility>
 
 namespace Kesh::QuickFixes {
 
@@ -89,22 +93,47 @@ void AddNameFixes(const SFinding& finding, const SFileText& file, std::vector<SQ
                      finding.error.code});
 }
 
-/// A comment that ignores nothing goes with the blanks around it, and with its line when it is alone there.
+/// The comment around a place of a line; npos for both when it does not begin and end there.
+std::pair<std::size_t, std::size_t> CommentAround(std::wstring_view line, std::size_t at)
+{
+    constexpr std::pair<std::wstring_view, std::wstring_view> Styles[] = {
+        {L"<!--", L"-->"}, {L"/*", L"*/"}, {L"//", L"?>"}, {L"#", L"?>"}};
+    const std::size_t none = std::wstring_view::npos;
+    const std::size_t word = line.substr(0, at).find_last_not_of(L" \t*");
+    for (const auto& [open, close] : Styles) {
+        const std::size_t start = line.rfind(open, at);
+        if (start == none || word == none || start + open.size() <= word)
+            continue;
+        const std::size_t end = line.find(close, at);
+        if (close == L"?>")
+            return {start, std::min(end, line.size())};
+        return end == none ? std::pair(none, none) : std::pair(start, end + close.size());
+    }
+    return {none, none};
+}
+
+/// A comment that ignores nothing goes with the blanks in front of it, and with its line when it is alone
+/// there.
 void AddRemovalOfComment(const SFinding& finding, const SFileText& file, std::vector<SQuickFix>& fixes)
 {
-    const std::int64_t line = finding.error.pos.start.y;
+    const auto [column, line] = finding.error.pos.start;
     const std::wstring_view text = file.lines.Line(line);
-    const std::size_t first = text.find_first_not_of(L" \t");
-    const bool alone = first != std::wstring_view::npos &&
-                       std::wstring_view(L"/#<*").find(text[first]) != std::wstring_view::npos &&
-                       text.find(L"code-analyzer-ignore") < first + 6;
-    if (alone && finding.detail.empty())
-        fixes.push_back({EKind::Mend,
-                         L"Remove this line",
-                         {{{{0, line}, {0, line + 1}}, {}}},
-                         {},
-                         {},
-                         finding.error.code});
+    auto [start, end] = CommentAround(text, static_cast<std::size_t>(column));
+    if (start == std::wstring_view::npos || !finding.details || !finding.details->removable)
+        return;
+    while (start > 0 && (text[start - 1] == L' ' || text[start - 1] == L'\t'))
+        --start;
+    const bool alone = start == 0 && end == text.size();
+    const auto columnOf = [](std::size_t at) { return static_cast<std::int64_t>(at); };
+    const SyntaxParser::SScheme span =
+        alone ? SyntaxParser::SScheme{{0, line}, {0, line + 1}}
+              : SyntaxParser::SScheme{{columnOf(start), line}, {columnOf(end), line}};
+    fixes.push_back({EKind::Mend,
+                     alone ? L"Remove this line" : L"Remove this comment",
+                     {{span, {}}},
+                     {},
+                     {},
+                     finding.error.code});
 }
 
 } // namespace

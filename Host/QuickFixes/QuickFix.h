@@ -3,11 +3,14 @@
 #include "Findings/Finding.h"
 #include "Findings/TextLines.h"
 
+#include <memory>
 #include <string>
 #include <string_view>
 #include <vector>
 
 namespace Kesh::QuickFixes {
+
+class CPhpPlaces;
 
 /// A place in a file and what is to stand there instead.
 struct SEdit
@@ -40,9 +43,11 @@ struct SFileText
     std::wstring_view text;
     const Findings::CTextLines& lines;
     std::wstring factory; ///< tells the language
+    /// Found when first needed, then used for every finding of the file.
+    mutable std::shared_ptr<const CPhpPlaces> places = {};
 };
 
-/// What can be done about a finding, the likeliest first. Any thread.
+/// What can be done about a finding, the likeliest first. Any thread, one at a time for a text.
 std::vector<SQuickFix> FixesFor(const Findings::SFinding& finding, const SFileText& file);
 
 } // namespace Kesh::QuickFixes

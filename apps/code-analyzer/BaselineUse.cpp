@@ -48,7 +48,8 @@ void CBaselineUse::Apply(Findings::SFileFindings& file)
         m_baseline->Take(file);
         file.findings.clear();
     } else {
-        m_baseline->Filter(file);
+        for (Findings::CBaseline::SGone& gone : m_baseline->Filter(file))
+            m_gone.push_back(std::move(gone));
     }
 }
 
@@ -64,7 +65,7 @@ void CBaselineUse::Finish()
     }
     if (m_quiet)
         return;
-    for (const Findings::CBaseline::SGone& gone : m_baseline->Gone())
+    for (const Findings::CBaseline::SGone& gone : m_gone)
         std::fprintf(stderr, "code-analyzer: %s: gone from the baseline's findings: [%d] %s%s\n",
                      Printable(Host::PathFromBytes(gone.file)).c_str(), gone.code,
                      Printable(Host::PathFromBytes(gone.line)).c_str(),

@@ -5,6 +5,7 @@
 #include "Options.h"
 
 #include <optional>
+#include <vector>
 
 namespace Kesh::CommandLine {
 
@@ -25,6 +26,7 @@ private:
     bool m_generate;
     bool m_quiet;
     std::optional<Findings::CBaseline> m_baseline;
+    std::vector<Findings::CBaseline::SGone> m_gone;
 };
 
 } // namespace Kesh::CommandLine

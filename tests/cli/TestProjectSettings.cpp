@@ -200,6 +200,32 @@ TEST_F(Settings, CommentsIgnore)
          "<!-- code-analyzer-ignore 2001 -->\n<strng>x</strng>\n<strng>y</strng>\n",
          {"a.html:3 2001 error"}},
         {"a.css", "a { colr: red; /* code-analyzer-ignore 2502*/\nwidht: 1px }\n", {"a.css:2 2502 error"}},
+        // Stretches: one in another, one that silences nothing, ends without a start, all lines of a span.
+        {"a.php",
+         "<?php\n// code-analyzer-ignore-start 901\n// code-analyzer-ignore-start 1025\n$a = = 1;\nif ($a);\n"
+         "// code-analyzer-ignore-end\n$b = = 1;\nif ($a);\n// code-analyzer-ignore-end\nif ($a);\n",
+         {"a.php:7 1025 error", "a.php:10 901 warning"}},
+        {"a.php",
+         "<?php\n// code-analyzer-ignore-start 1025, 901\n$a = = 1;\n// code-analyzer-ignore-end\n",
+         {"a.php:2 9001 warning"}},
+        {"a.html",
+         "<!-- code-analyzer-ignore-start 2001 -->\n<strng></strng>\n<p zoo=1></p>\n<!-- "
+         "code-analyzer-ignore-end -->\n"
+         "<strng></strng><!--code-analyzer-ignore-end-->",
+         {"a.html:3 2002 error", "a.html:5 2001 error", "a.html:5 9001 warning"}},
+        {"a.css",
+         "/* code-analyzer-ignore-start */ a { colr: red }\nb { widht: 1px } /* code-analyzer-ignore-end */\n"
+         "strng {}\n",
+         {"a.css:3 2501 error"}},
+        {"a.php", "<?php\r\n$a = 1;\r\n// code-analyzer-ignore: 1025\r\n$b = = 2;\r\n", {}},
+        {"a.php", "<?php\n/**\n * code-analyzer-ignore 1025\n */\n$b = = 2;\n", {"a.php:5 1025 error"}},
+        {"a.php", "<?php\n$b = = 2; /** code-analyzer-ignore 1025 */\n", {}},
+        {"a.php",
+         "<?php\n// code-analyzer-ignore\n\n$b = = 2;\n",
+         {"a.php:2 9001 warning", "a.php:4 1025 error"}},
+        {"a.php",
+         "<?php\n// code-analyzer-ignore 1025 1025 99999999999\n$b = = 2;\n",
+         {"a.php:2 9001 warning"}},
     };
     for (const SCase& test : cases) {
         SCOPED_TRACE(test.text);

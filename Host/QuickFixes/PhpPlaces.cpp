@@ -1,0 +1,78 @@
+#include "QuickFixes/PhpPlaces.h"
+
+#include "SPBase/reader.h"
+#include "SyntaxParser/PhpDefs.h"
+#include "SyntaxParser/SPDocument.h"
+
+#include <boost/make_shared.hpp>
+
+namespace Kesh::QuickFixes {
+
+namespace {
+
+using namespace SyntaxParser;
+
+/// Notes for each line in what region it begins.
+class CLineStarts final : public IStateRegionHandler
+{
+public:
+    explicit CLineStarts(std::vector<EPlace>& places) : m_places(places) {}
+
+    void Init(boost::shared_ptr<IReader> /*reader*/) override {}
+    bool BeforeParse(const STextChange& /*change*/, boost::shared_ptr<IReader> /*reader*/) override
+    {
+        return true;
+    }
+    void AfterParse() override {}
+    void SendRegsEnd() override {}
+    int AddRegion(CRegion* region) override
+    {
+        const CIterator& start = region->start;
+        const auto lines = static_cast<std::int64_t>(m_places.size());
+        for (std::int64_t y = start.x == 0 ? start.y : start.y + 1;
+             y < lines && CIterator{0, y} < region->end; ++y)
+            m_places[static_cast<std::size_t>(y)] = PlaceIn(*region, start == CIterator{0, y});
+        return 0;
+    }
+    std::wstring GetSRName() override { return L"LineStarts"; }
+    CIterator GetStartPos() override { return {-1, -1}; }
+    CIterator GetEndPos() override { return {2147483647, 2147483647}; }
+
+private:
+    static EPlace PlaceIn(const CRegion& region, bool atStart)
+    {
+        const SPhpRegionDefs& defs = GetDefRegions()->Php;
+        if (region.definition == defs.TokenDefs[PhpOutside])
+            return EPlace::Markup;
+        if (region.definition == defs.TagDefs[1])
+            return EPlace::OpeningTag;
+        if (region.definition == defs.TokenDefs[PhpStringContent] ||
+            region.definition == defs.TokenDefs[PhpStringEnd])
+            return EPlace::Inside;
+        return region.definition == defs.TokenDefs[PhpText] || atStart ? EPlace::Code : EPlace::Inside;
+    }
+
+    std::vector<EPlace>& m_places;
+};
+
+} // namespace
+
+CPhpPlaces::CPhpPlaces(std::wstring_view text, const std::wstring& factory, std::size_t lines)
+    : m_places(lines, EPlace::Markup)
+{
+    const auto document =
+        MakeSPDocument(boost::make_shared<CSimpleReader>(std::wstring(text)), {{}, factory});
+    CLineStarts starts(m_places);
+    boost::dynamic_pointer_cast<IParser>(document->GetComponent(L"IParser").lock())
+        ->AddStateRegionHandler(&starts);
+    document->Parse(true);
+}
+
+EPlace CPhpPlaces::AtStartOf(std::int64_t line) const
+{
+    return line < 0 || line >= static_cast<std::int64_t>(m_places.size())
+               ? EPlace::Markup
+               : m_places[static_cast<std::size_t>(line)];
+}
+
+} // namespace Kesh::QuickFixes
