@@ -6,6 +6,7 @@
 #include "Configuration/Edit.h"
 #include "LanguageServer/Diagnostic.h"
 #include "LanguageServer/Uri.h"
+#include "QuickFixes/PhpPlaces.h"
 #include "QuickFixes/QuickFix.h"
 
 #include <utility>
@@ -15,6 +16,9 @@ namespace Kesh::LanguageServer {
 namespace {
 
 using QuickFixes::SQuickFix;
+
+/// Nobody picks from a longer list, such as an editor may ask for when all of a file is marked.
+constexpr std::size_t MaxFindings = 100;
 
 using TPoint = std::pair<std::int64_t, std::int64_t>;
 
@@ -40,8 +44,12 @@ bool WantsQuickFixes(const json& params)
     return false;
 }
 
-json ActionOf(const SQuickFix& fix, const SDescribed& known, const json& diagnostic, std::int64_t version,
-              CRangeMaker& ranges)
+std::string NewText(const std::wstring& text, const SOpenDocument& open)
+{
+    return Host::PathToBytes(open.crlf ? Editor::JoinLines(text, L"\r\n") : text);
+}
+
+json ActionOf(const SQuickFix& fix, const SOpenDocument& open, const json& diagnostic, CRangeMaker& ranges)
 {
     json action = {{"title", Host::PathToBytes(fix.title)},
                    {"kind", "quickfix"},
@@ -51,18 +59,19 @@ json ActionOf(const SQuickFix& fix, const SDescribed& known, const json& diagnos
     if (!fix.edits.empty()) {
         json edits = json::array();
         for (const QuickFixes::SEdit& edit : fix.edits)
-            edits.push_back({{"range", ranges.Range(edit.span)}, {"newText", Host::PathToBytes(edit.text)}});
+            edits.push_back({{"range", ranges.Range(edit.span)}, {"newText", NewText(edit.text, open)}});
         // An editor that has gone on meanwhile refuses edits of an older version.
         action["edit"]["documentChanges"] =
-            json::array({{{"textDocument", {{"uri", known.order.uri}, {"version", version}}},
+            json::array({{{"textDocument", {{"uri", open.uri}, {"version", open.version}}},
                           {"edits", std::move(edits)}}});
     } else if (fix.kind == SQuickFix::EKind::AddOwnName) {
         action["command"] = {{"title", action["title"]},
                              {"command", CCodeActions::AddOwnName},
-                             {"arguments", {fix.list, Host::PathToBytes(fix.name)}}};
+                             {"arguments", json::array({open.uri, fix.list, Host::PathToBytes(fix.name)})}};
     } else {
-        action["command"] = {
-            {"title", action["title"]}, {"command", CCodeActions::IgnoreCode}, {"arguments", {fix.code}}};
+        action["command"] = {{"title", action["title"]},
+                             {"command", CCodeActions::IgnoreCode},
+                             {"arguments", json::array({open.uri, fix.code})}};
     }
     return action;
 }
@@ -75,20 +84,28 @@ json CCodeActions::Offer(const json& params)
     const std::wstring path = PathOfUri(params.at("textDocument").at("uri").get_ref<const std::string&>());
     const SOpenDocument* open = m_documents.Find(path);
     const SDescribed* known = m_diagnostics.Known(path);
-    if (!open || !known || known->order.version != open->revision || !WantsQuickFixes(params))
+    if (!open || !known || known->order.revision != open->revision || !WantsQuickFixes(params))
         return actions;
     const json& range = params.at("range");
     const std::wstring& text = open->Text().Text();
     CRangeMaker ranges(text, m_documents.Encoding());
-    const QuickFixes::SFileText file{text, ranges.Lines(), open->factory};
-    for (std::size_t i = 0; i < known->findings.findings.size(); ++i) {
+    const QuickFixes::SFileText file{text, ranges.Lines(), open->factory, {}};
+    std::size_t touched = 0;
+    for (std::size_t i = 0; i < known->findings.findings.size() && touched < MaxFindings; ++i) {
         const json& diagnostic = known->diagnostics[i];
         if (!Touch(diagnostic.at("range"), range))
             continue;
+        ++touched;
         for (const SQuickFix& fix : QuickFixes::FixesFor(known->findings.findings[i], file))
-            actions.push_back(ActionOf(fix, *known, diagnostic, open->version, ranges));
+            actions.push_back(ActionOf(fix, *open, diagnostic, ranges));
     }
     return actions;
+}
+
+std::wstring CCodeActions::DocumentOf(const json& params)
+{
+    const json arguments = params.value("arguments", json::array());
+    return arguments.empty() ? std::wstring() : PathOfUri(arguments.at(0).get<std::string>());
 }
 
 void CCodeActions::Execute(const json& params, const std::wstring& settings)
@@ -100,10 +117,10 @@ void CCodeActions::Execute(const json& params, const std::wstring& settings)
         text = Host::ReadFileBytes(settings);
     try {
         if (command == AddOwnName)
-            text = Configuration::WithOwnName(text, arguments.at(0),
-                                              Host::PathFromBytes(arguments.at(1).get<std::string>()));
+            text = Configuration::WithOwnName(text, arguments.at(1),
+                                              Host::PathFromBytes(arguments.at(2).get<std::string>()));
         else if (command == IgnoreCode)
-            text = Configuration::WithCodeOff(text, arguments.at(0));
+            text = Configuration::WithCodeOff(text, arguments.at(1));
         else
             throw SResponseError{InvalidParams, "unknown command " + command};
         Host::WriteFileBytes(settings, text);

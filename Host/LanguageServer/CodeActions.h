@@ -20,6 +20,8 @@ public:
 
     /// The answer to textDocument/codeAction.
     json Offer(const json& params);
+    /// The document that a command is about; empty when it does not say.
+    static std::wstring DocumentOf(const json& params);
     /// Carries out workspace/executeCommand: changes `settings`, a file that need not exist. Throws
     /// SResponseError.
     static void Execute(const json& params, const std::wstring& settings);

@@ -1,5 +1,6 @@
 #include "LanguageServer/Connection.h"
 
+#include <charconv>
 #include <exception>
 
 namespace Kesh::LanguageServer {
@@ -9,6 +10,46 @@ namespace {
 bool IsId(const json& id)
 {
     return id.is_string() || id.is_number_integer();
+}
+
+/// The four digits behind "\\u" at a place; -1: there are none.
+int UnitAt(std::string_view text, std::size_t at)
+{
+    int unit = 0;
+    if (text.substr(at, 2) != "\\u" || at + 6 > text.size())
+        return -1;
+    const char* end = text.data() + at + 6;
+    return std::from_chars(text.data() + at + 2, end, unit, 16).ptr == end ? unit : -1;
+}
+
+/// Editors whose strings are UTF-16 can hold halves of a character, and write them as escapes that JSON does
+/// not know; each becomes the replacement character.
+std::string WithoutHalves(std::string_view text)
+{
+    std::string whole(text);
+    for (std::size_t at = whole.find('\\'); at != std::string::npos; at = whole.find('\\', at)) {
+        const int unit = UnitAt(whole, at);
+        const int next = unit < 0xD800 || unit > 0xDBFF ? -1 : UnitAt(whole, at + 6);
+        if (next >= 0xDC00 && next <= 0xDFFF) {
+            at += 12;
+            continue;
+        }
+        if (unit >= 0xD800 && unit <= 0xDFFF)
+            whole.replace(at + 2, 4, "FFFD");
+        at += unit < 0 ? 2 : 6;
+    }
+    return whole;
+}
+
+json Parse(std::string_view body)
+{
+    try {
+        return json::parse(body);
+    } catch (const json::parse_error&) {
+        if (const std::string whole = WithoutHalves(body); whole != body)
+            return json::parse(whole);
+        throw;
+    }
 }
 
 /// Calls something and answers what went wrong; code 0: nothing.
@@ -34,7 +75,7 @@ void CConnection::Receive(std::string_view body)
 {
     json message;
     try {
-        message = json::parse(body);
+        message = Parse(body);
     } catch (const json::exception& fault) {
         ReceiveFault(fault.what());
         return;

@@ -48,7 +48,7 @@ void CDescribeWorker::Add(SDescribeOrder order)
         if (waiting != m_orders.end())
             m_orders.erase(waiting);
         // What somebody types in goes before what was found in files.
-        if (order.version >= 0)
+        if (order.revision >= 0)
             m_orders.push_front(std::move(order));
         else
             m_orders.push_back(std::move(order));
@@ -85,13 +85,17 @@ SDescribed CDescribeWorker::Describe(SDescribeOrder order)
     }
     SDescribed described{std::move(order), {}, nlohmann::json::array()};
     const SDescribeOrder& done = described.order;
-    if (done.configuration && done.configuration->Excludes(done.path))
+    const Configuration::SConfiguration* configuration =
+        done.settings ? &done.settings->configuration : nullptr;
+    if (configuration && configuration->Excludes(done.path))
         return described;
     Findings::CDescriber describer(
         {[this](const CodeAnalyzer::SCAError& error) { return m_settings.errors.GetErrorDescription(error); },
-         *done.names, m_settings.details, done.configuration.get()});
+         *done.names, m_settings.details, configuration});
     described.findings =
         describer.Describe({done.path, done.path, done.factory, [&] { return text; }}, done.errors);
+    if (done.settings && done.settings->baseline)
+        done.settings->baseline->Filter(described.findings);
     CDiagnosticMaker maker(text, done.uri, m_encoding, m_settings.documentation);
     for (const Findings::SFinding& finding : described.findings.findings)
         described.diagnostics.push_back(maker.Make(finding));

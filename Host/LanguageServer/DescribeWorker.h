@@ -1,9 +1,9 @@
 #pragma once
 
-#include "Configuration/Configuration.h"
 #include "Findings/Describe.h"
 #include "Kesh/CodeAnalyzer/Plugin.h"
 #include "LanguageServer/PositionEncoding.h"
+#include "LanguageServer/ProjectSettings.h"
 
 #include <QObject>
 #include <condition_variable>
@@ -22,11 +22,11 @@ struct SDescribeOrder
     std::wstring path;
     std::string uri;
     std::wstring factory;
-    std::int64_t version = -1;                ///< of an open document; -1: the text is that on disk
+    std::int64_t revision = -1;               ///< of an open document; -1: the text is that on disk
     std::shared_ptr<const std::wstring> text; ///< null: to be read from disk
     std::vector<CodeAnalyzer::SCAError> errors;
     const SyntaxParser::ICompletionData* names = nullptr;
-    std::shared_ptr<const Configuration::SConfiguration> configuration;
+    TProjectSettings settings; ///< null: none
 };
 
 struct SDescribed

@@ -5,10 +5,7 @@
 #include "Application/PluginLoader.h"
 #include "LanguageServer/Uri.h"
 #include "ProjectManager/ProjectManager.h"
-#include "SyntaxParser/ParserComponent.h"
-#include "SyntaxParser/SPDocument.h"
 
-#include <QTimer>
 #include <algorithm>
 
 namespace Kesh::LanguageServer {
@@ -17,12 +14,12 @@ namespace {
 
 /// Changes of files that nobody looks at are told together.
 constexpr int FlushDelay = 30;
+constexpr int RefreshDelay = 100;
 
 } // namespace
 
 CDiagnostics::CDiagnostics(const SParts& parts)
     : m_parts(parts),
-      m_configuration(std::make_shared<Configuration::SConfiguration>()),
       m_worker({parts.plugin.Errors(), parts.plugin.ErrorDetails(), parts.documentation},
                [this](SDescribed described) { OnDescribed(std::move(described)); })
 {
@@ -31,21 +28,25 @@ CDiagnostics::CDiagnostics(const SParts& parts)
         [this](const std::wstring& path, const std::vector<CodeAnalyzer::SCAError>&) {
             OnErrorsChanged(path);
         });
-    m_removed = errors.GetRemovedSignal().connect([this](const std::wstring& path) {
-        // A check begins: it has seen the text as it is now.
-        if (SOpenDocument* open = m_parts.documents.Find(path))
-            open->begun = open->revision;
-        OnErrorsChanged(path);
-    });
+    m_removed =
+        errors.GetRemovedSignal().connect([this](const std::wstring& path) { OnErrorsChanged(path); });
+    m_refresh.setSingleShot(true);
+    m_refresh.setInterval(RefreshDelay);
+    QObject::connect(&m_refresh, &QTimer::timeout, &m_context,
+                     [this] { m_parts.connection.Request("workspace/diagnostic/refresh", nullptr); });
     m_relay = std::make_shared<SRelay>();
     m_relay->diagnostics = this;
-    parts.application.Parser().SetParsedHook([relay = m_relay](const std::wstring& path) {
+    parts.application.Parser().SetParsedHook([relay = m_relay](const auto& parsed) {
         if (CDescribeWorker::IsThisThread())
             return;
         const std::lock_guard lock(relay->mutex);
-        if (CDiagnostics* self = relay->diagnostics)
-            QMetaObject::invokeMethod(
-                &self->m_context, [self, path] { self->OnParsed(path); }, Qt::QueuedConnection);
+        CDiagnostics* self = relay->diagnostics;
+        if (!self)
+            return;
+        // Here the check has not ended: the number is its own, not that of the next one.
+        const std::int64_t check = self->m_parts.documents.LastCheck(parsed.path);
+        QMetaObject::invokeMethod(
+            &self->m_context, [self, parsed, check] { self->OnParsed(parsed, check); }, Qt::QueuedConnection);
     });
 }
 
@@ -62,11 +63,6 @@ void CDiagnostics::SetPulled(bool pulled, bool refreshable)
     m_refreshable = refreshable;
 }
 
-void CDiagnostics::SetConfiguration(std::shared_ptr<const Configuration::SConfiguration> configuration)
-{
-    m_configuration = std::move(configuration);
-}
-
 const SDescribed* CDiagnostics::Known(const std::wstring& path) const
 {
     const auto state = m_states.find(path);
@@ -77,19 +73,31 @@ const SDescribed* CDiagnostics::Known(const std::wstring& path) const
 void CDiagnostics::OnErrorsChanged(const std::wstring& path)
 {
     // An open document is told of when its check has ended.
-    if (m_parts.documents.Find(path))
-        return;
+    if (!m_parts.documents.Find(path))
+        MarkDirty(path);
+}
+
+void CDiagnostics::MarkDirty(const std::wstring& path)
+{
     if (m_dirty.empty())
         QTimer::singleShot(FlushDelay, &m_context, [this] { Flush(); });
     m_dirty.insert(path);
 }
 
-void CDiagnostics::OnParsed(const std::wstring& path)
+void CDiagnostics::OnParsed(const SyntaxParser::CParserComponent::SParsed& parsed, std::int64_t check)
 {
-    m_parts.documents.EndHidden(path);
-    // A check may end after its document was closed.
-    if (m_parts.documents.Find(path) || IsMember(path))
-        Order(path);
+    // Another check follows one that was given up.
+    if (!parsed.complete)
+        return;
+    if (!parsed.ofFile)
+        m_parts.documents.EndHidden(parsed.path);
+    SOpenDocument* open = m_parts.documents.Find(parsed.path);
+    if (open && (parsed.ofFile || check == 0 || check != open->check))
+        return;
+    if (open)
+        open->checked = true;
+    if (open || IsMember(parsed.path))
+        Order(parsed.path);
 }
 
 void CDiagnostics::Flush()
@@ -111,18 +119,18 @@ void CDiagnostics::Order(const std::wstring& path)
     order.path = path;
     m_parts.plugin.Errors().GetErrors(path, order.errors);
     order.names = m_parts.application.Parser().GetCompletionData();
-    order.configuration = m_configuration;
+    order.settings = m_parts.settings.For(path);
     if (const SOpenDocument* open = m_parts.documents.Find(path)) {
-        // What was found in an older text is not told: the check of the newer one follows.
-        if (open->begun != open->revision)
+        // What was found in an older text, or only so far, is not told: the end of the check follows.
+        if (!open->IsChecked())
             return;
         order.uri = open->uri;
         order.factory = open->factory;
-        order.version = open->revision;
+        order.revision = open->revision;
         order.text = std::make_shared<std::wstring>(open->Text().Text());
     } else {
-        order.uri = UriOfPath(path);
-        order.factory = SyntaxParser::FactoryForPath(path);
+        order.uri = m_parts.documents.UriOf(path);
+        order.factory = m_parts.application.Parser().FactoryOfFile(path);
     }
     m_worker.Add(std::move(order));
 }
@@ -132,11 +140,16 @@ void CDiagnostics::OnDescribed(SDescribed described)
     const std::wstring path = described.order.path;
     const SOpenDocument* open = m_parts.documents.Find(path);
     // Opened, closed or edited meanwhile: what was found is not about this text any more.
-    if (open ? described.order.version != open->revision : described.order.version >= 0)
+    if (open ? described.order.revision != open->revision : described.order.revision >= 0)
         return;
+    if (!open && !IsMember(path)) {
+        Forget(path);
+        return;
+    }
     SState& state = m_states[path];
     const bool changed = state.resultId == 0 || state.described.diagnostics != described.diagnostics;
     state.described = std::move(described);
+    state.described.order.text.reset();
     if (changed)
         state.resultId = m_nextResult++;
     if (changed || open)
@@ -148,35 +161,58 @@ void CDiagnostics::Publish(const std::wstring& path, SState& state)
 {
     const SOpenDocument* open = m_parts.documents.Find(path);
     if (m_pulled) {
-        // Open documents are asked for after each edit anyway.
-        if (!open && m_refreshable)
-            m_parts.connection.Request("workspace/diagnostic/refresh", nullptr);
+        // Who waits for it gets it; to others it is news.
+        const bool awaited = std::any_of(m_waiting.begin(), m_waiting.end(),
+                                         [&](const SWaiting& waiting) { return waiting.path == path; });
+        if (!awaited && m_refreshable && !m_refresh.isActive())
+            m_refresh.start();
         return;
     }
-    if (!open && state.described.diagnostics.empty() && !state.published)
+    const std::string& uri = state.described.order.uri;
+    // An editor may write a file's URI in another way than it was written here before.
+    if (state.published != uri)
+        Withdraw(state);
+    if (!open && state.described.diagnostics.empty() && state.published.empty())
         return;
-    json params = {{"uri", state.described.order.uri}, {"diagnostics", state.described.diagnostics}};
+    json params = {{"uri", uri}, {"diagnostics", state.described.diagnostics}};
     if (open)
         params["version"] = open->version;
-    state.published = !state.described.diagnostics.empty();
+    state.published = state.described.diagnostics.empty() ? std::string() : uri;
     m_parts.connection.Notify("textDocument/publishDiagnostics", params);
 }
 
 void CDiagnostics::OnClosed(const std::wstring& path)
 {
-    const auto state = m_states.find(path);
-    if (state != m_states.end() && !IsMember(path)) {
-        if (state->second.published)
-            m_parts.connection.Notify(
-                "textDocument/publishDiagnostics",
-                {{"uri", state->second.described.order.uri}, {"diagnostics", json::array()}});
-        m_states.erase(state);
+    if (IsMember(path)) {
+        // The project goes on with the file as it is on disk.
+        MarkDirty(path);
+    } else {
+        Forget(path);
     }
     std::erase_if(m_waiting, [&](const SWaiting& waiting) {
         if (waiting.path == path)
             m_parts.connection.Respond(waiting.id, {{"kind", "full"}, {"items", json::array()}});
         return waiting.path == path;
     });
+}
+
+void CDiagnostics::Withdraw(SState& state)
+{
+    if (!state.published.empty())
+        m_parts.connection.Notify("textDocument/publishDiagnostics",
+                                  {{"uri", state.published}, {"diagnostics", json::array()}});
+    state.published.clear();
+}
+
+void CDiagnostics::Forget(const std::wstring& path)
+{
+    const auto state = m_states.find(path);
+    if (state == m_states.end())
+        return;
+    Withdraw(state->second);
+    m_states.erase(state);
+    if (m_pulled && m_refreshable && !m_refresh.isActive())
+        m_refresh.start();
 }
 
 void CDiagnostics::DescribeAll()
@@ -192,7 +228,7 @@ bool CDiagnostics::IsFresh(const std::wstring& path) const
 {
     const SOpenDocument* open = m_parts.documents.Find(path);
     const SDescribed* known = Known(path);
-    return !open || open->factory.empty() || (known && known->order.version == open->revision);
+    return !open || open->factory.empty() || (known && known->order.revision == open->revision);
 }
 
 json CDiagnostics::Report(const std::wstring& path, const std::string& previousId) const
@@ -235,12 +271,16 @@ void CDiagnostics::AnswerWorkspace(const json& params, const json& id)
         previous[entry.at("uri")] = entry.at("value");
     json items = json::array();
     for (const auto& [path, state] : m_states) {
-        json report = Report(path, previous[state.described.order.uri]);
+        const auto before = previous.extract(state.described.order.uri);
+        json report = Report(path, before ? before.mapped() : std::string());
         report["uri"] = state.described.order.uri;
         const SOpenDocument* open = m_parts.documents.Find(path);
         report["version"] = open ? json(open->version) : json();
         items.push_back(std::move(report));
     }
+    // What the client still knows of files that have gone.
+    for (const auto& [uri, resultId] : previous)
+        items.push_back({{"uri", uri}, {"version", nullptr}, {"kind", "full"}, {"items", json::array()}});
     m_parts.connection.Respond(id, {{"items", std::move(items)}});
 }
 

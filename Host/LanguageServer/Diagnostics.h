@@ -3,7 +3,10 @@
 #include "LanguageServer/Connection.h"
 #include "LanguageServer/DescribeWorker.h"
 #include "LanguageServer/Documents.h"
+#include "LanguageServer/ProjectSettings.h"
+#include "SyntaxParser/ParserComponent.h"
 
+#include <QTimer>
 #include <boost/signals2/connection.hpp>
 #include <map>
 #include <memory>
@@ -28,6 +31,7 @@ public:
         Host::CPlugin& plugin;
         CDocuments& documents;
         CConnection& connection;
+        const CProjectSettings& settings;
         std::string documentation; ///< the URI of the list of errors; may be empty
     };
     explicit CDiagnostics(const SParts& parts);
@@ -36,7 +40,6 @@ public:
     void SetEncoding(EPositionEncoding encoding) { m_worker.SetEncoding(encoding); }
     /// Whether the client asks for diagnostics; then nothing is pushed.
     void SetPulled(bool pulled, bool refreshable);
-    void SetConfiguration(std::shared_ptr<const Configuration::SConfiguration> configuration);
 
     /// What is known of a file; null when it has never been checked.
     const SDescribed* Known(const std::wstring& path) const;
@@ -46,7 +49,7 @@ public:
     void AnswerWorkspace(const json& params, const json& id);
     /// Answers a request that waits with an error; false when none has this id.
     bool Cancel(const json& id);
-    /// The document is not open any more.
+    /// The document is not open any more; it is not among the open ones.
     void OnClosed(const std::wstring& path);
     /// Says again what is known of all files: their settings have changed.
     void DescribeAll();
@@ -56,15 +59,18 @@ private:
     {
         SDescribed described;
         std::int64_t resultId = 0;
-        bool published = false; ///< something that is not empty
+        std::string published; ///< the URI under which something is shown; empty: nothing is
     };
 
     void OnErrorsChanged(const std::wstring& path);
-    void OnParsed(const std::wstring& path);
+    void OnParsed(const SyntaxParser::CParserComponent::SParsed& parsed, std::int64_t check);
     void Flush();
+    void MarkDirty(const std::wstring& path);
     void Order(const std::wstring& path);
     void OnDescribed(SDescribed described);
     void Publish(const std::wstring& path, SState& state);
+    void Withdraw(SState& state);
+    void Forget(const std::wstring& path);
     bool IsMember(const std::wstring& path) const;
     bool IsFresh(const std::wstring& path) const;
     json Report(const std::wstring& path, const std::string& previousId) const;
@@ -81,7 +87,7 @@ private:
     std::shared_ptr<SRelay> m_relay;
     bool m_pulled = false;
     bool m_refreshable = false;
-    std::shared_ptr<const Configuration::SConfiguration> m_configuration;
+    QTimer m_refresh; ///< so that many changes make one request
     std::map<std::wstring, SState> m_states;
     std::int64_t m_nextResult = 1;
     struct SWaiting

@@ -1,8 +1,13 @@
 #include "LanguageServer/Documents.h"
 
 #include "Application/Application.h"
+#include "LanguageServer/Connection.h"
 #include "LanguageServer/Uri.h"
+#include "SyntaxParser/ParserComponent.h"
 #include "SyntaxParser/SPDocument.h"
+
+#include <QScopeGuard>
+#include <algorithm>
 
 namespace Kesh::LanguageServer {
 
@@ -10,8 +15,14 @@ using nlohmann::json;
 
 namespace {
 
+/// What lies beyond is as far behind the end as anything can be.
+constexpr std::int64_t MaxNumber = 0x7FFFFFFF;
+
 std::wstring FactoryOf(const std::string& language, const std::wstring& path)
 {
+    // Templates are full of what only their engine understands: the code validator leaves them alone.
+    if (path.ends_with(L".tpl") || path.ends_with(L".ctp"))
+        return {};
     if (language == "php")
         return L"PHPSPDocFactory";
     if (language == "html")
@@ -21,12 +32,55 @@ std::wstring FactoryOf(const std::string& language, const std::wstring& path)
     return SyntaxParser::FactoryForPath(path);
 }
 
+std::int64_t WholeNumber(const json& value)
+{
+    if (!value.is_number_integer())
+        throw SResponseError{InvalidParams, "a line and a character are whole numbers"};
+    if (value.is_number_unsigned())
+        return static_cast<std::int64_t>(std::min<std::uint64_t>(value.get<std::uint64_t>(), MaxNumber));
+    return std::clamp<std::int64_t>(value.get<std::int64_t>(), -1, MaxNumber);
+}
+
 } // namespace
 
 CDocuments::CDocuments(Host::CApplication& application) : m_application(application)
 {
-    application.Documents().SetHolderFactory(
-        [](Host::CDocument&) { return std::make_unique<CServerText>(); });
+    application.Documents().SetHolderFactory([this](Host::CDocument& document) {
+        return std::make_unique<CServerText>([this, path = document.GetPath()] { OnTaken(path); });
+    });
+}
+
+void CDocuments::OnTaken(const std::wstring& path)
+{
+    SOpenDocument* open = Find(path);
+    if (!open)
+        return;
+    open->taken = open->revision;
+    open->checked = false;
+    const std::lock_guard lock(m_mutex);
+    open->check = m_checks[path] = ++m_lastCheck;
+}
+
+std::int64_t CDocuments::LastCheck(const std::wstring& path) const
+{
+    const std::lock_guard lock(m_mutex);
+    const auto check = m_checks.find(path);
+    return check == m_checks.end() ? 0 : check->second;
+}
+
+void CDocuments::Outdate()
+{
+    for (auto& [path, open] : m_open)
+        Outdate(path, open);
+}
+
+void CDocuments::Outdate(const std::wstring& path, SOpenDocument& open)
+{
+    ++open.revision;
+    // A new checker has looked at the text, but that was no check.
+    open.check = 0;
+    const std::lock_guard lock(m_mutex);
+    m_checks.erase(path);
 }
 
 CDocuments::~CDocuments()
@@ -35,23 +89,31 @@ CDocuments::~CDocuments()
         EndHidden(std::wstring(*m_hidden.begin()));
     for (const auto& [path, open] : m_open)
         m_application.Documents().Close(*open.document);
+    m_application.Documents().SetHolderFactory(
+        [](Host::CDocument&) { return std::make_unique<CServerText>(); });
 }
 
 SOpenDocument& CDocuments::Open(const json& item)
 {
     const std::string uri = item.at("uri");
     const std::wstring path = PathOfUri(uri);
-    std::wstring text = TextFromUtf8(item.at("text").get_ref<const std::string&>());
+    const std::string& given = item.at("text").get_ref<const std::string&>();
+    std::wstring text = TextFromUtf8(given);
+    const std::string language = item.value("languageId", "");
+    const std::int64_t version = item.value("version", std::int64_t{0});
+    // From here on nothing is wrong with the message.
     EndHidden(path);
     SOpenDocument& open = m_open[path];
     if (!open.document) {
-        open.factory = FactoryOf(item.value("languageId", ""), path);
+        open.factory = FactoryOf(language, path);
         open.document = &m_application.Documents().OpenBytes(path, {}, open.factory);
+        Outdate(path, open);
     }
-    open.uri = uri;
-    open.version = item.value("version", std::int64_t{0});
+    open.uri = m_uris[path] = uri;
+    open.version = version;
+    const std::size_t firstEnd = given.find('\n');
+    open.crlf = firstEnd != std::string::npos && firstEnd > 0 && given[firstEnd - 1] == '\r';
     ++open.revision;
-    open.edited = false;
     open.Text().ReplaceAll(std::move(text));
     open.Text().Announce();
     return open;
@@ -64,12 +126,13 @@ SOpenDocument* CDocuments::Change(const json& params)
     if (!open)
         return nullptr;
     const json version = identifier.value("version", json());
-    open->version = version.is_number_integer() ? version.get<std::int64_t>() : open->version + 1;
+    if (version.is_number_integer())
+        open->version = version.get<std::int64_t>();
     ++open->revision;
-    open->edited = true;
+    // Whatever is wrong with one of the changes, what those before it have made of the text is checked.
+    const auto announce = qScopeGuard([open] { open->Text().Announce(); });
     for (const json& change : params.at("contentChanges"))
         ApplyChange(open->Text(), change);
-    open->Text().Announce();
     return open;
 }
 
@@ -86,8 +149,8 @@ void CDocuments::ApplyChange(CServerText& text, const json& change) const
 
 std::size_t CDocuments::OffsetOf(const CServerText& text, const json& position) const
 {
-    const std::int64_t line = position.at("line");
-    return text.Offset(line, ColumnOf(text.Line(line), position.at("character"), m_encoding));
+    const std::int64_t line = WholeNumber(position.at("line"));
+    return text.Offset(line, ColumnOf(text.Line(line), WholeNumber(position.at("character")), m_encoding));
 }
 
 std::wstring CDocuments::Close(const std::string& uri)
@@ -98,7 +161,15 @@ std::wstring CDocuments::Close(const std::string& uri)
         return {};
     m_application.Documents().Close(*open->second.document);
     m_open.erase(open);
+    const std::lock_guard lock(m_mutex);
+    m_checks.erase(path);
     return path;
+}
+
+std::string CDocuments::UriOf(const std::wstring& path) const
+{
+    const auto known = m_uris.find(path);
+    return known == m_uris.end() ? UriOfPath(path) : known->second;
 }
 
 SOpenDocument* CDocuments::Find(const std::wstring& path)
@@ -109,10 +180,11 @@ SOpenDocument* CDocuments::Find(const std::wstring& path)
 
 void CDocuments::CheckHidden(const std::wstring& path)
 {
-    if (m_open.contains(path) || SyntaxParser::FactoryForPath(path).empty())
+    const std::wstring factory = m_application.Parser().FactoryOfFile(path);
+    if (m_open.contains(path) || factory.empty())
         return;
     EndHidden(path);
-    m_application.Documents().OpenFile(path);
+    m_application.Documents().OpenFile(path, factory);
     m_hidden.insert(path);
 }
 

@@ -5,6 +5,7 @@
 #include "LanguageServer/ServerText.h"
 
 #include <map>
+#include <mutex>
 #include <nlohmann/json.hpp>
 #include <set>
 #include <string>
@@ -23,17 +24,24 @@ struct SOpenDocument
     std::wstring factory;
     std::int64_t version = 0;  ///< the editor's
     std::int64_t revision = 0; ///< ours: grows with every edit, also under an editor that counts wrongly
-    std::int64_t begun = -1;   ///< the revision that the last check that began has seen
-    bool edited = false;       ///< since it was opened or saved
+    std::int64_t taken = -1;   ///< the revision that the last check that began has taken
+    std::int64_t check = 0;    ///< the number of that check; 0: none
+    bool crlf = false;         ///< whether the editor ends lines with CR LF
+    bool checked = false;      ///< whether it has ended, so that all it found is known
+
+    /// Whether what is known was found in the text as it is now.
+    bool IsChecked() const { return checked && taken == revision; }
 
     CServerText& Text() const { return static_cast<CServerText&>(document->GetHolder()); }
 };
 
-/// The open documents, each a document of the host. GUI thread only.
+/// The open documents, each a document of the host. GUI thread only, unless it says otherwise.
 class CDocuments
 {
 public:
     explicit CDocuments(Host::CApplication& application);
+    CDocuments(const CDocuments&) = delete;
+    CDocuments& operator=(const CDocuments&) = delete;
     /// Closes them.
     ~CDocuments();
 
@@ -42,6 +50,8 @@ public:
 
     /// The parameters are those of the protocol. A document that is open already gets the new text.
     SOpenDocument& Open(const nlohmann::json& item);
+    /// As the editor writes it, if it has ever opened the file.
+    std::string UriOf(const std::wstring& path) const;
     /// Null for a document that is not open.
     SOpenDocument* Change(const nlohmann::json& params);
     /// Answers the path of what was closed; empty when it was not open.
@@ -49,19 +59,31 @@ public:
     SOpenDocument* Find(const std::wstring& path);
     const std::map<std::wstring, SOpenDocument>& All() const { return m_open; }
 
+    /// The number of the last check of an open document that began; 0: none. No two have the same number. Any
+    /// thread.
+    std::int64_t LastCheck(const std::wstring& path) const;
+    /// Every open document has a new checker: what is known of it, or still comes, is out of date.
+    void Outdate();
+
     /// Has a file checked that the editor does not show, through a document that nobody sees.
     void CheckHidden(const std::wstring& path);
     /// Ends it; answers whether there was one.
     bool EndHidden(const std::wstring& path);
 
 private:
+    void OnTaken(const std::wstring& path);
+    void Outdate(const std::wstring& path, SOpenDocument& open);
     void ApplyChange(CServerText& text, const nlohmann::json& change) const;
     std::size_t OffsetOf(const CServerText& text, const nlohmann::json& position) const;
 
     Host::CApplication& m_application;
     EPositionEncoding m_encoding = EPositionEncoding::Utf16;
     std::map<std::wstring, SOpenDocument> m_open; ///< by path
+    std::map<std::wstring, std::string> m_uris;   ///< of all that were open
     std::set<std::wstring> m_hidden;
+    mutable std::mutex m_mutex; ///< guards what follows
+    std::map<std::wstring, std::int64_t> m_checks;
+    std::int64_t m_lastCheck = 0;
 };
 
 } // namespace Kesh::LanguageServer

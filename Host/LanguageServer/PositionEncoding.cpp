@@ -32,6 +32,8 @@ std::int64_t ColumnOf(std::wstring_view line, std::int64_t units, EPositionEncod
     const auto length = static_cast<std::int64_t>(line.size());
     if (encoding == EPositionEncoding::Utf32)
         return std::clamp<std::int64_t>(units, 0, length);
+    if (units < 0)
+        return 0;
     std::int64_t column = 0;
     for (; column < length; ++column) {
         units -= Width(line[static_cast<std::size_t>(column)], encoding);

@@ -5,11 +5,11 @@
 #include "Application/PluginLoader.h"
 #include "Base/Exception.h"
 #include "Configuration/Apply.h"
-#include "Configuration/Composer.h"
 #include "LanguageServer/Uri.h"
 #include "ProjectManager/ProjectManager.h"
 
 #include <algorithm>
+#include <regex>
 
 namespace Kesh::LanguageServer {
 
@@ -69,13 +69,16 @@ CServer::CServer(const SParts& parts)
     : m_parts(parts),
       m_connection(parts.send),
       m_documents(parts.application),
-      m_diagnostics({parts.application, parts.plugin, m_documents, m_connection, parts.documentation}),
-      m_workspace(parts.application, m_connection),
+      m_diagnostics(
+          {parts.application, parts.plugin, m_documents, m_connection, m_settings, parts.documentation}),
+      m_workspace(parts.application, m_connection, m_settings),
       m_actions(m_documents, m_diagnostics)
 {
     parts.application.Timers().SetDelayOverride(CheckDelay);
     // An editor's folder is not the place for files of ours.
     parts.application.Project().SetKeepsData(false);
+    // What `check` finds in a folder is found here too.
+    parts.plugin.ProjectCheck().SetComplete(true);
     AddLifecycle();
     AddDocuments();
     AddWorkspace();
@@ -122,7 +125,7 @@ json CServer::Initialize(const json& params)
     const json root = params.value("rootUri", json());
     if (m_workspace.Folders().empty() && root.is_string())
         m_workspace.AddFolder(PathOfUri(root.get_ref<const std::string&>()));
-    ReadSettings(params.value("initializationOptions", json()));
+    ReadWishes(params.value("initializationOptions", json()));
     m_state = EState::Running;
 
     json result = {
@@ -141,17 +144,29 @@ json CServer::Initialize(const json& params)
 
 void CServer::OnInitialized()
 {
-    if (m_watches)
-        WatchSettings();
-    LoadConfiguration();
+    ReadSettings();
     if (m_checkProject)
         m_workspace.CheckAll();
 }
 
-void CServer::WatchSettings()
+/// Asks the client to tell of changes to files that matter, baselines by their names among them.
+void CServer::WatchFiles()
 {
-    const json watchers = {{{"globPattern", "**/code-analyzer.json"}},
-                           {{"globPattern", "**/*.{php,phtml,inc,html,htm,css}"}}};
+    const std::vector<std::string> baselines = m_settings.BaselineNames();
+    if (!m_watches || m_watched == baselines)
+        return;
+    if (m_watched)
+        m_connection.Request(
+            "client/unregisterCapability",
+            // The protocol spells it so.
+            {{"unregisterations", {{{"id", "files"}, {"method", "workspace/didChangeWatchedFiles"}}}}});
+    m_watched = baselines;
+    json watchers = {{{"globPattern", "**/{code-analyzer,composer}.json"}},
+                     {{"globPattern", "**/*.{php,phtml,inc,html,htm,css}"}}};
+    for (const std::string& name : baselines)
+        // What would mean something in a pattern is left to match anything.
+        watchers.push_back(
+            {{"globPattern", "**/" + std::regex_replace(name, std::regex(R"([\[\]{}*?!\\,])"), "?")}});
     m_connection.Request("client/registerCapability", {{"registrations",
                                                         {{{"id", "files"},
                                                           {"method", "workspace/didChangeWatchedFiles"},
@@ -160,29 +175,22 @@ void CServer::WatchSettings()
 
 void CServer::AddDocuments()
 {
-    m_connection.OnNotification("textDocument/didOpen",
-                                [this](const json& params) { m_documents.Open(params.at("textDocument")); });
+    m_connection.OnNotification("textDocument/didOpen", [this](const json& params) {
+        m_documents.Open(params.at("textDocument"));
+        // Without a folder the first document tells where its settings are.
+        if (m_workspace.Folders().empty() && m_documents.All().size() == 1)
+            ReadSettings();
+    });
     m_connection.OnNotification("textDocument/didChange",
                                 [this](const json& params) { m_documents.Change(params); });
     m_connection.OnNotification("textDocument/didSave", [this](const json& params) {
-        const std::wstring path =
-            PathOfUri(params.at("textDocument").at("uri").get_ref<const std::string&>());
-        if (SOpenDocument* open = m_documents.Find(path))
-            open->edited = false;
-        if (path == ConfigurationFile())
+        if (m_settings.DependOn(PathOfUri(params.at("textDocument").at("uri").get_ref<const std::string&>())))
             Recheck();
     });
     m_connection.OnNotification("textDocument/didClose", [this](const json& params) {
-        const std::string uri = params.at("textDocument").at("uri");
-        const SOpenDocument* open = m_documents.Find(PathOfUri(uri));
-        const bool edited = open && open->edited;
-        const std::wstring path = m_documents.Close(uri);
-        if (path.empty())
-            return;
-        m_diagnostics.OnClosed(path);
-        // What was typed is given up; the project goes on with the file as it is.
-        if (edited && m_parts.application.Project().GetProjectManager()->BelongsToProject(path))
-            CheckFile(path);
+        const std::wstring path = m_documents.Close(params.at("textDocument").at("uri"));
+        if (!path.empty())
+            m_diagnostics.OnClosed(path);
     });
     m_connection.OnDeferred("textDocument/diagnostic", [this](const json& params, const json& id) {
         m_diagnostics.AnswerDocument(params, id);
@@ -196,97 +204,111 @@ void CServer::AddWorkspace()
     m_connection.OnDeferred("workspace/diagnostic", [this](const json& params, const json& id) {
         m_diagnostics.AnswerWorkspace(params, id);
     });
-    m_connection.On("workspace/executeCommand", [this](const json& params) {
-        std::wstring file = ConfigurationFile();
-        if (file.empty() && m_workspace.Folders().empty())
-            throw SResponseError{InvalidRequest, "no folder is open that could have a code-analyzer.json"};
-        if (file.empty())
-            file = m_workspace.Folders().front() + L'/' + Configuration::FileName;
-        CCodeActions::Execute(params, file);
-        Recheck();
-        return json();
-    });
+    m_connection.On("workspace/executeCommand", [this](const json& params) { return Execute(params); });
     m_connection.OnNotification("workspace/didChangeConfiguration", [this](const json& params) {
-        ReadSettings(At(params, {"settings", "codeAnalyzer"}));
+        ReadWishes(At(params, {"settings", "codeAnalyzer"}));
         Recheck();
     });
     m_connection.OnNotification("workspace/didChangeWatchedFiles",
                                 [this](const json& params) { OnFilesChanged(params.at("changes")); });
-    m_connection.OnNotification("workspace/didChangeWorkspaceFolders", [this](const json& params) {
-        const json& event = params.at("event");
-        for (const json& folder : event.value("removed", json::array()))
-            m_workspace.RemoveFolder(PathOfUri(folder.at("uri").get_ref<const std::string&>()));
-        for (const json& folder : event.value("added", json::array()))
-            m_workspace.AddFolder(PathOfUri(folder.at("uri").get_ref<const std::string&>()));
-        Recheck();
-    });
+    m_connection.OnNotification("workspace/didChangeWorkspaceFolders",
+                                [this](const json& params) { ChangeFolders(params.at("event")); });
 }
 
-void CServer::ReadSettings(const json& settings)
+json CServer::Execute(const json& params)
 {
-    if (!settings.is_object())
+    const std::wstring file = m_settings.FileToChange(CCodeActions::DocumentOf(params));
+    if (file.empty())
+        throw SResponseError{InvalidRequest, "no folder is open that could have a code-analyzer.json"};
+    CCodeActions::Execute(params, file);
+    Recheck();
+    return json();
+}
+
+void CServer::ChangeFolders(const json& event)
+{
+    std::vector<std::wstring> removed;
+    std::vector<std::wstring> added;
+    for (const json& folder : event.value("removed", json::array()))
+        removed.push_back(PathOfUri(folder.at("uri").get_ref<const std::string&>()));
+    for (const json& folder : event.value("added", json::array()))
+        added.push_back(PathOfUri(folder.at("uri").get_ref<const std::string&>()));
+    for (const std::wstring& folder : removed)
+        m_workspace.RemoveFolder(folder);
+    for (const std::wstring& folder : added)
+        m_workspace.AddFolder(folder);
+    Recheck();
+}
+
+void CServer::ReadWishes(const json& wishes)
+{
+    if (!wishes.is_object())
         return;
-    if (const json check = At(settings, {"checkProject"}); check.is_boolean())
+    if (const json check = At(wishes, {"checkProject"}); check.is_boolean())
         m_checkProject = check;
-    if (const json file = At(settings, {"configuration"}); file.is_string())
+    if (const json file = At(wishes, {"configuration"}); file.is_string())
         m_configuration = file;
-    if (const json delay = At(settings, {"delay"}); delay.is_number_integer())
+    if (const json delay = At(wishes, {"delay"}); delay.is_number_integer())
         m_parts.application.Timers().SetDelayOverride(
             static_cast<int>(std::clamp<std::int64_t>(delay, 0, 10000)));
 }
 
-std::wstring CServer::ConfigurationFile() const
+void CServer::ReadSettings()
 {
-    if (!m_configuration.empty())
-        return Host::AbsolutePath(Host::PathFromBytes(m_configuration));
-    if (!m_workspace.Folders().empty())
-        return Configuration::FindConfiguration(m_workspace.Folders().front());
     const auto& open = m_documents.All();
-    return open.empty() ? std::wstring() : Configuration::FindConfiguration(open.begin()->first);
-}
-
-void CServer::LoadConfiguration()
-{
-    auto configuration = std::make_shared<Configuration::SConfiguration>();
-    try {
-        if (const std::wstring file = ConfigurationFile(); !file.empty())
-            *configuration = Configuration::ReadConfiguration(file);
-    } catch (const Base::CWorkError& fault) {
-        // What was set before goes on; the user is in the middle of changing it.
-        Show(MessageError, fault.what());
+    const std::wstring named =
+        m_configuration.empty() ? std::wstring() : Host::AbsolutePath(Host::PathFromBytes(m_configuration));
+    for (const std::string& fault :
+         m_settings.Read(m_workspace.Folders(), open.empty() ? std::wstring() : open.begin()->first, named))
+        Show(MessageError, fault);
+    WatchFiles();
+    m_parts.application.Parser().SetTakenForPhp([settings = m_settings](const std::wstring& path) {
+        const Configuration::SConfiguration& configuration = settings.For(path)->configuration;
+        return !configuration.include.empty() && configuration.Includes(path);
+    });
+    const Configuration::SConfiguration wanted = m_settings.ForChecks();
+    if (wanted == m_applied)
         return;
-    }
-    if (!configuration->phpVersion && !m_workspace.Folders().empty())
-        configuration->phpVersion = Configuration::ComposerPhpVersion(m_workspace.Folders().front());
-    m_diagnostics.SetConfiguration(configuration);
+    m_applied = wanted;
     m_parts.application.Documents().Suspend();
-    Configuration::Apply(*configuration, m_parts.application.Parser(), m_parts.plugin.GrammarCheck());
+    Configuration::Apply(wanted, m_parts.application.Parser(), m_parts.plugin.GrammarCheck());
     m_parts.application.Documents().Resume();
+    m_documents.Outdate();
 }
 
 void CServer::Recheck()
 {
-    LoadConfiguration();
+    ReadSettings();
     m_diagnostics.DescribeAll();
     if (m_checkProject)
         m_workspace.CheckAllSoon();
+    else
+        m_workspace.CheckNothing();
 }
 
 void CServer::OnFilesChanged(const json& changes)
 {
-    const std::wstring settings = ConfigurationFile();
     std::vector<std::wstring> changed;
-    bool all = changes.size() > ManyFiles;
+    const auto isMember = [this](const std::wstring& path) {
+        return m_parts.application.Project().GetProjectManager()->BelongsToProject(path);
+    };
+    bool all = false;
     for (const json& change : changes) {
         const std::wstring path = PathOfUri(change.at("uri").get_ref<const std::string&>());
-        if (path == settings || Host::FileName(path) == Configuration::FileName) {
+        if (m_settings.DependOn(path)) {
             Recheck();
             return;
         }
-        all = all || change.at("type") == FileDeleted;
-        changed.push_back(path);
+        // What has come or gone changes the list of files.
+        const bool deleted = change.at("type") == FileDeleted;
+        if (isMember(path) == deleted)
+            all = all || deleted || m_workspace.Takes(path);
+        else if (!deleted)
+            changed.push_back(path);
     }
-    if (all && m_checkProject) {
+    if (!m_checkProject)
+        return;
+    if (all || changed.size() > ManyFiles) {
         m_workspace.CheckAllSoon();
         return;
     }

@@ -4,11 +4,14 @@
 #include "LanguageServer/Connection.h"
 #include "LanguageServer/Diagnostics.h"
 #include "LanguageServer/Documents.h"
+#include "LanguageServer/ProjectSettings.h"
 #include "LanguageServer/Workspace.h"
 
 #include <functional>
+#include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace Kesh::LanguageServer {
 
@@ -41,25 +44,29 @@ private:
     void AddWorkspace();
     json Initialize(const json& params);
     void OnInitialized();
-    void WatchSettings();
-    void ReadSettings(const json& settings);
-    void LoadConfiguration();
+    json Execute(const json& params);
+    void ChangeFolders(const json& event);
+    void WatchFiles();
+    void ReadWishes(const json& wishes);
+    void ReadSettings();
     void Recheck();
     void OnFilesChanged(const json& changes);
     void CheckFile(const std::wstring& path);
-    std::wstring ConfigurationFile() const;
     void Show(int type, const std::string& message);
 
     SParts m_parts;
     EState m_state = EState::Fresh;
     CConnection m_connection;
+    CProjectSettings m_settings;
     CDocuments m_documents;
     CDiagnostics m_diagnostics;
     CWorkspace m_workspace;
     CCodeActions m_actions;
-    bool m_watches = false;      ///< the client takes registrations for watched files
-    bool m_checkProject = true;  ///< a wish of the user
-    std::string m_configuration; ///< a file that the user names; empty: the one in or above the first folder
+    bool m_watches = false;                            ///< the client takes registrations for watched files
+    std::optional<std::vector<std::string>> m_watched; ///< the names of the baselines that are watched
+    bool m_checkProject = true;                        ///< a wish of the user
+    std::string m_configuration; ///< a file that the user names; empty: the one in or above each folder
+    std::optional<Configuration::SConfiguration> m_applied; ///< what the checks know
 };
 
 } // namespace Kesh::LanguageServer

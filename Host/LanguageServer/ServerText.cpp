@@ -66,6 +66,8 @@ void CServerText::Announce()
 
 std::wstring CServerText::GetText(const std::wstring& lineBreak)
 {
+    if (m_onTaken)
+        m_onTaken();
     return Editor::JoinLines(m_text, lineBreak);
 }
 

@@ -2,6 +2,7 @@
 
 #include "Application/Application.h"
 #include "Application/Fault.h"
+#include "Application/FilePath.h"
 #include "Base/Exception.h"
 #include "ProjectManager/ProjectManager.h"
 #include "SyntaxParser/ParserComponent.h"
@@ -15,10 +16,28 @@ namespace {
 constexpr int SoonDelay = 500;     ///< milliseconds
 constexpr int ProgressDelay = 150; ///< between two reports
 
+ProjectManager::SFileQuery QueryFor(const std::wstring& folder, const CProjectSettings& settings)
+{
+    const std::wstring prefix = folder.ends_with(L'/') ? folder : folder + L'/';
+    ProjectManager::SFileQuery query;
+    query.takesFile = [settings, prefix](const std::wstring& relative) {
+        const std::wstring path = prefix + relative;
+        const Configuration::SConfiguration& configuration = settings.For(path)->configuration;
+        return configuration.Includes(path) && !configuration.Excludes(path);
+    };
+    query.entersFolder = [settings, prefix](const std::wstring& relative) {
+        const std::wstring path = prefix + relative;
+        return !ProjectManager::IsLeftOut(Host::FileName(relative)) &&
+               !settings.For(path)->configuration.Excludes(path);
+    };
+    return query;
+}
+
 } // namespace
 
-CWorkspace::CWorkspace(Host::CApplication& application, CConnection& connection)
-    : m_application(application), m_connection(connection)
+CWorkspace::CWorkspace(Host::CApplication& application, CConnection& connection,
+                       const CProjectSettings& settings)
+    : m_application(application), m_connection(connection), m_settings(settings)
 {
     m_soon.setSingleShot(true);
     m_soon.setInterval(SoonDelay);
@@ -46,8 +65,23 @@ void CWorkspace::RemoveFolder(const std::wstring& path)
     std::erase(m_folders, path);
 }
 
+bool CWorkspace::Takes(const std::wstring& path) const
+{
+    return std::any_of(m_folders.begin(), m_folders.end(), [&](const std::wstring& folder) {
+        return ProjectManager::IsFoundIn(folder, path, QueryFor(folder, m_settings));
+    });
+}
+
+void CWorkspace::CheckNothing()
+{
+    m_soon.stop();
+    EndSearch();
+    m_application.Project().Close();
+}
+
 void CWorkspace::EndSearch()
 {
+    ++m_searches;
     m_cancelled = true;
     if (m_search.joinable())
         m_search.join();
@@ -61,12 +95,12 @@ void CWorkspace::CheckAll()
         m_application.Project().Close();
         return;
     }
-    m_search = std::thread([this, folders = m_folders] {
+    m_search = std::thread([this, search = m_searches, folders = m_folders, settings = m_settings] {
         auto files = std::make_shared<std::vector<std::wstring>>();
-        ProjectManager::SFileQuery query = ProjectManager::CProjectManager::MakeQuery();
-        query.isCancelled = [this] { return m_cancelled.load(); };
         Host::Guard(L"find files", [&] {
             for (const std::wstring& folder : folders) {
+                ProjectManager::SFileQuery query = QueryFor(folder, settings);
+                query.isCancelled = [this] { return m_cancelled.load(); };
                 const std::vector<std::wstring> found = ProjectManager::FindFiles(folder, query);
                 files->insert(files->end(), found.begin(), found.end());
             }
@@ -76,13 +110,14 @@ void CWorkspace::CheckAll()
         });
         if (!m_cancelled)
             QMetaObject::invokeMethod(
-                &m_context, [this, files] { OnFound(std::move(*files)); }, Qt::QueuedConnection);
+                &m_context, [this, search, files] { OnFound(search, std::move(*files)); },
+                Qt::QueuedConnection);
     });
 }
 
-void CWorkspace::OnFound(std::vector<std::wstring> files)
+void CWorkspace::OnFound(int search, std::vector<std::wstring> files)
 {
-    if (m_folders.empty())
+    if (search != m_searches)
         return;
     m_asked = 0;
     const std::size_t total = files.size();
@@ -116,12 +151,13 @@ void CWorkspace::BeginProgress(std::size_t total)
 void CWorkspace::ShowProgress()
 {
     const std::size_t asked = std::min(m_asked.load(), m_total);
+    const std::size_t percentage = m_total ? 100 * asked / m_total : 100;
     const std::string counted = std::to_string(asked) + '/' + std::to_string(m_total);
     if (m_application.Threads().IsRunning()) {
         m_connection.Notify(
             "$/progress",
             {{"token", m_token},
-             {"value", {{"kind", "report"}, {"message", counted}, {"percentage", 100 * asked / m_total}}}});
+             {"value", {{"kind", "report"}, {"message", counted}, {"percentage", percentage}}}});
         return;
     }
     m_progress.stop();

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "LanguageServer/Connection.h"
+#include "LanguageServer/ProjectSettings.h"
 
 #include <QObject>
 #include <QTimer>
@@ -21,7 +22,8 @@ namespace Kesh::LanguageServer {
 class CWorkspace
 {
 public:
-    CWorkspace(Host::CApplication& application, CConnection& connection);
+    /// `settings` outlives it.
+    CWorkspace(Host::CApplication& application, CConnection& connection, const CProjectSettings& settings);
     ~CWorkspace();
 
     void SetProgressWanted(bool wanted) { m_progressWanted = wanted; }
@@ -33,18 +35,24 @@ public:
     void CheckAll();
     /// The same a little later, once for all wishes that come until then.
     void CheckAllSoon() { m_soon.start(); }
+    /// Only what is open is checked from now on.
+    void CheckNothing();
+    /// Whether a search would find the file, were it there.
+    bool Takes(const std::wstring& path) const;
 
 private:
     void EndSearch();
-    void OnFound(std::vector<std::wstring> files);
+    void OnFound(int search, std::vector<std::wstring> files);
     void BeginProgress(std::size_t total);
     void ShowProgress();
 
     Host::CApplication& m_application;
     CConnection& m_connection;
+    const CProjectSettings& m_settings;
     std::vector<std::wstring> m_folders;
     QTimer m_soon;
     std::thread m_search;
+    int m_searches = 0; ///< what an older one has found is of no use
     std::atomic<bool> m_cancelled{false};
     QObject m_context;
 
