@@ -3,11 +3,11 @@
 import { spawn } from 'node:child_process'
 import { mkdtempSync, mkdirSync, rmSync, writeFileSync } from 'node:fs'
 import { tmpdir } from 'node:os'
-import { dirname, join } from 'node:path'
+import { dirname, join, resolve } from 'node:path'
 import { pathToFileURL } from 'node:url'
 import rpc from 'vscode-languageserver-protocol/node.js'
 
-export const program = process.argv[2]
+export const program = resolve(process.argv[2])
 
 /** Waits for a condition; fails loudly instead of hanging. */
 export async function until(what, condition, milliseconds = 30000) {
@@ -31,6 +31,9 @@ export class Folder {
   uri(name) {
     return pathToFileURL(join(this.path, name)).href
   }
+  asWorkspaceFolder() {
+    return { uri: pathToFileURL(this.path).href, name: 'test' }
+  }
   remove() {
     rmSync(this.path, { recursive: true, force: true })
   }
@@ -42,6 +45,8 @@ export class Client {
   progress = []
   messages = []
   registrations = []
+  refreshes = 0
+  faults = [] // what no server may do
 
   constructor() {
     this.process = spawn(program, ['language-server'], { stdio: ['pipe', 'pipe', 'inherit'] })
@@ -52,7 +57,7 @@ export class Client {
     )
     this.connection.onNotification('textDocument/publishDiagnostics', (params) => {
       const last = this.published.get(params.uri)
-      if (last?.version > params.version) throw new Error('an older version was published over a newer one')
+      if (last?.version > params.version) this.faults.push(`version ${params.version} of ${params.uri} after ${last.version}`)
       this.published.set(params.uri, params)
       this.history.push(params)
     })
@@ -60,9 +65,17 @@ export class Client {
     this.connection.onNotification('window/showMessage', (params) => this.messages.push(params.message))
     this.connection.onNotification('window/logMessage', (params) => this.messages.push(params.message))
     this.connection.onRequest('window/workDoneProgress/create', () => null)
-    this.connection.onRequest('workspace/diagnostic/refresh', () => null)
+    this.connection.onRequest('workspace/diagnostic/refresh', () => {
+      ++this.refreshes
+      return null
+    })
     this.connection.onRequest('client/registerCapability', (params) => {
       this.registrations.push(...params.registrations)
+      return null
+    })
+    this.connection.onRequest('client/unregisterCapability', (params) => {
+      const gone = params.unregisterations.map(({ id }) => id)
+      this.registrations = this.registrations.filter(({ id }) => !gone.includes(id))
       return null
     })
     this.connection.listen()
@@ -72,7 +85,7 @@ export class Client {
     const result = await this.request('initialize', {
       processId: process.pid,
       rootUri: null,
-      workspaceFolders: folder ? [{ uri: pathToFileURL(folder.path).href, name: 'test' }] : null,
+      workspaceFolders: folder ? [folder.asWorkspaceFolder()] : null,
       capabilities,
       initializationOptions: options,
     })
@@ -103,7 +116,20 @@ export class Client {
     })
     return params.diagnostics.map(brief)
   }
+  /** Waits until the diagnostics of a file, open or not, are these. */
+  async see(uri, ...expected) {
+    const now = () => (this.published.get(uri)?.diagnostics ?? []).map(brief).join()
+    try {
+      await until('them', () => now() === expected.join())
+    } catch {
+      throw new Error(`${uri}: ${now()} instead of ${expected.join()}`)
+    }
+  }
+  changedFiles(...uris) {
+    return this.notify('workspace/didChangeWatchedFiles', { changes: uris.map((uri) => ({ uri, type: 2 })) })
+  }
   async stop() {
+    if (this.faults.length) throw new Error(this.faults.join('\n'))
     await this.request('shutdown')
     await this.notify('exit')
     return await this.exited
@@ -114,12 +140,24 @@ export function brief({ range: { start, end }, code }) {
   return `${start.line}:${start.character}-${end.line}:${end.character} ${code}`
 }
 
-/** The text after edits whose positions count UTF-16 units. */
-export function applyEdits(text, edits) {
+/** How many units of an encoding the characters of a text take. */
+export function units(text, encoding) {
+  if (encoding === 'utf-8') return Buffer.byteLength(text)
+  return encoding === 'utf-32' ? [...text].length : text.length
+}
+
+/** The text after edits whose positions count units of an encoding. */
+export function applyEdits(text, edits, encoding = 'utf-16') {
   const offset = ({ line, character }) => {
     let at = 0
     for (; line > 0; --line) at = text.indexOf('\n', at) + 1
-    return at + character
+    let used = 0
+    for (const c of text.slice(at)) {
+      if (used >= character) break
+      used += units(c, encoding)
+      at += c.length
+    }
+    return at
   }
   const sorted = edits.map((edit) => ({ ...edit, from: offset(edit.range.start), to: offset(edit.range.end) }))
   sorted.sort((a, b) => b.from - a.from)

@@ -1,10 +1,10 @@
 // node --test vscode.test.mjs PROGRAM: what an editor built on VS Code's libraries sees of the server.
 
 import assert from 'node:assert/strict'
-import { existsSync, readFileSync, writeFileSync } from 'node:fs'
+import { existsSync } from 'node:fs'
 import { join } from 'node:path'
 import { beforeEach, afterEach, test } from 'node:test'
-import { Client, Folder, applyEdits, brief, until } from './client.mjs'
+import { Client, Folder, brief, until } from './client.mjs'
 
 let folder
 let client
@@ -57,44 +57,6 @@ test('edits that come while a check waits or runs never let older results throug
     if (v < version) assert.equal(diagnostics[0]?.range.start.line, 2 + v - 1)
 })
 
-test('every code action leaves the text that it promises', async () => {
-  await client.start(folder)
-  const cases = [
-    ['a.html', 'html', '<p>😀<strng>x</strng></p>', "Replace by 'strong'", '<p>😀<strong>x</strong></p>'],
-    ['b.html', 'html', '<img widht="1">', "Replace by 'width'", '<img width="1">'],
-    ['c.css', 'css', 'stong { color: red }', "Replace by 'strong'", 'strong { color: red }'],
-    ['d.css', 'css', 'a { colr: red }', "Replace by 'color'", 'a { color: red }'],
-    ['e.php', 'php', wrong, 'Ignore error 1025 here', '<?php\n$a = 1;\n// code-analyzer-ignore 1025\n$b = = 2;\n'],
-    ['f.php', 'php', '<?php $a $b;\n', 'Ignore error 1012 here', '<?php $a /* code-analyzer-ignore 1012 */ $b;\n'],
-    ['g.php', 'php', "<?php\n$a = '\n' $b;\n", 'Ignore error 1012 here', "<?php\n$a = '\n' /* code-analyzer-ignore 1012 */ $b;\n"],
-    ['h.html', 'html', '<p>\n  <strng>x</strng>\n', 'Ignore error 2001 here', '<p>\n  <!-- code-analyzer-ignore 2001 -->\n  <strng>x</strng>\n'],
-    ['i.css', 'css', 'a {\n\tcolr: red }', 'Ignore error 2502 here', 'a {\n\t/* code-analyzer-ignore 2502 */\n\tcolr: red }'],
-    ['j.html', 'html', '<style>\na { colr: red }</style>', 'Ignore error 2502 here', '<style>\n/* code-analyzer-ignore 2502 */\na { colr: red }</style>'],
-    ['l.php', 'php', '<?php\nf(1;\n', "Insert ')'", '<?php\nf(1);\n'],
-    ['m.php', 'php', '<?php\nf(1));\n', "Remove ')'", '<?php\nf(1);\n'],
-    ['n.php', 'php', '<?php\n$a = 1 // one\n$b = 2;\n', "Insert ';'", '<?php\n$a = 1; // one\n$b = 2;\n'],
-    ['o.php', 'php', '<?php\nif ($a);\nf();\n', "Remove ';'", '<?php\nif ($a)\nf();\n'],
-    ['k.html', 'html', '<img\nwidht="1">', 'Ignore error 2002 here', undefined], // no comment can stand inside a tag
-  ]
-  for (const [name, language, text, title, expected] of cases) {
-    const uri = folder.write(name, text)
-    await client.open(uri, text, language)
-    const [found] = await client.diagnostics(uri, 1)
-    const { range } = client.published.get(uri).diagnostics[0]
-    const actions = await client.request('textDocument/codeAction', { textDocument: { uri }, range, context: { diagnostics: [] } })
-    const action = actions.find((candidate) => candidate.title === title)
-    assert.equal(Boolean(action), expected !== undefined, `${name} ${found}: ${actions.map((a) => a.title)}`)
-    if (!action) continue
-    assert.equal(action.kind, 'quickfix')
-    const [change] = action.edit.documentChanges
-    assert.deepEqual(change.textDocument, { uri, version: 1 })
-    const mended = applyEdits(text, change.edits)
-    assert.equal(mended, expected)
-    await client.change(uri, 2, { text: mended })
-    assert.deepEqual(await client.diagnostics(uri, 2), [], `${name}: ${mended}`)
-  }
-})
-
 test('an error says where the bracket that it is about was opened', async () => {
   await client.start(null)
   const uri = folder.uri('a.php')
@@ -115,41 +77,6 @@ test('PHP is judged by the version that composer.json asks for', async () => {
   folder.write('code-analyzer.json', '{ "phpVersion": "8.1" }')
   await client.notify('workspace/didChangeConfiguration', { settings: {} })
   await until('the error to go', () => client.published.get(uri).diagnostics.length === 0)
-})
-
-test('names and codes are added to the settings, whose comments stay', async () => {
-  const settings = join(folder.path, 'code-analyzer.json')
-  await client.start(folder)
-  const uri = folder.uri('a.html')
-  const text = '<strng zoo="1">x</strng><p zoo="1" style="colr: red">y</p>'
-  await client.open(uri, text, 'html')
-  assert.equal((await client.diagnostics(uri, 1)).length, 3)
-  const run = async (title) => {
-    const actions = await client.request('textDocument/codeAction', {
-      textDocument: { uri },
-      range: { start: position(0, 0), end: position(0, text.length) },
-      context: { diagnostics: [], only: ['quickfix'] },
-    })
-    const { command } = actions.find((candidate) => candidate.title === title)
-    await client.request('workspace/executeCommand', command)
-  }
-  const codes = async (...expected) =>
-    until(`codes ${expected}`, () => {
-      const { diagnostics } = client.published.get(uri)
-      return diagnostics.map((d) => d.code).join() === expected.join()
-    })
-  await run("Add 'zoo' to the project's own names")
-  await codes(2001, 2502)
-  writeFileSync(settings, '// ours\n' + readFileSync(settings, 'utf8'))
-  await run("Add 'strng' to the project's own names")
-  await codes(2502)
-  await run('Ignore error 2502 in this project')
-  await codes()
-  const written = readFileSync(settings, 'utf8')
-  assert.match(written, /^\/\/ ours/)
-  assert.match(written, /"tags": \["strng"\]/)
-  assert.match(written, /"attributes": \["zoo"\]/)
-  assert.match(written, /"2502": "off"/)
 })
 
 test('a project is checked with progress, and keeps what is known of its files', async () => {

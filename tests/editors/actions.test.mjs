@@ -1,0 +1,132 @@
+// node actions.test.mjs PROGRAM: what each quick fix leaves of the text and of the project's settings.
+
+import assert from 'node:assert/strict'
+import { readFileSync, writeFileSync } from 'node:fs'
+import { join } from 'node:path'
+import { afterEach, beforeEach, test } from 'node:test'
+import { Client, Folder, applyEdits, units, until } from './client.mjs'
+
+let folder
+let client
+beforeEach(() => {
+  folder = new Folder()
+  client = new Client()
+})
+afterEach(() => {
+  client.process.kill()
+  folder.remove()
+})
+
+const position = (line, character) => ({ line, character })
+const wrong = '<?php\n$a = 1;\n$b = = 2;\n'
+const actionsAt = (uri, range, only) => client.request('textDocument/codeAction', { textDocument: { uri }, range, context: { diagnostics: [], only } })
+
+// File, language, text, action, and the text that it leaves; undefined: it must not be offered.
+const cases = [
+  ['a.html', 'html', '<p>😀<strng>x</strng></p>', "Replace by 'strong'", '<p>😀<strong>x</strong></p>'],
+  ['b.html', 'html', '<img widht="1">', "Replace by 'width'", '<img width="1">'],
+  ['c.css', 'css', 'stong { color: red }', "Replace by 'strong'", 'strong { color: red }'],
+  ['d.css', 'css', 'a { colr: red }', "Replace by 'color'", 'a { color: red }'],
+  ['e.php', 'php', wrong, 'Ignore error 1025 here', '<?php\n$a = 1;\n// code-analyzer-ignore 1025\n$b = = 2;\n'],
+  ['f.php', 'php', '<?php $a $b;\n', 'Ignore error 1012 here', '<?php $a /* code-analyzer-ignore 1012 */ $b;\n'],
+  ['g.php', 'php', "<?php\n$a = '\n' $b;\n", 'Ignore error 1012 here', "<?php\n$a = '\n' /* code-analyzer-ignore 1012 */ $b;\n"],
+  ['h.html', 'html', '<p>\n  <strng>x</strng>\n', 'Ignore error 2001 here', '<p>\n  <!-- code-analyzer-ignore 2001 -->\n  <strng>x</strng>\n'],
+  ['i.css', 'css', 'a {\n\tcolr: red }', 'Ignore error 2502 here', 'a {\n\t/* code-analyzer-ignore 2502 */\n\tcolr: red }'],
+  ['j.html', 'html', '<style>\na { colr: red }</style>', 'Ignore error 2502 here', '<style>\n/* code-analyzer-ignore 2502 */\na { colr: red }</style>'],
+  ['l.php', 'php', '<?php\nf(1;\n', "Insert ')'", '<?php\nf(1);\n'],
+  ['m.php', 'php', '<?php\nf(1));\n', "Remove ')'", '<?php\nf(1);\n'],
+  ['n.php', 'php', '<?php\n$a = 1 // one\n$b = 2;\n', "Insert ';'", '<?php\n$a = 1; // one\n$b = 2;\n'],
+  ['o.php', 'php', '<?php\nif ($a);\nf();\n', "Remove ';'", '<?php\nif ($a)\nf();\n'],
+  ['k.html', 'html', '<img\nwidht="1">', 'Ignore error 2002 here', undefined], // no comment can stand inside a tag
+  ['q.php', 'php', "<?php\nfunction f($a) {\n  if ($a) {\n    g();\n\n  return '😀';\n}\n", "Insert '}'", "<?php\nfunction f($a) {\n  if ($a) {\n    g();\n}\n  return '😀';\n}\n"],
+  ['r.php', 'php', '<?php\nf(1;\r\n$a = 2;\r\n', "Insert ')'", '<?php\nf(1);\r\n$a = 2;\r\n'],
+  ['s.php', 'php', '<?php\r\n$é = "😀";\r\n\t$b = = 2;\r\n', 'Ignore error 1025 here', '<?php\r\n$é = "😀";\r\n\t// code-analyzer-ignore 1025\r\n\t$b = = 2;\r\n'],
+  ['t.php', 'php', '<?php\n// code-analyzer-ignore 101\n$a = 1;\n', 'Remove this line', '<?php\n$a = 1;\n'],
+  ['u1.php', 'php', '<?php\n$a = 1; // code-analyzer-ignore 101\n', 'Remove this comment', '<?php\n$a = 1;\n'],
+  ['u2.php', 'php', '<?php\n$a = 1; # code-analyzer-ignore 101 ?>\n', 'Remove this comment', '<?php\n$a = 1;?>\n'],
+  ['u3.php', 'php', '<?php\n$a /* code-analyzer-ignore */ = 1;\n', 'Remove this comment', '<?php\n$a = 1;\n'],
+  ['u4.html', 'html', '<p>\n  <!-- code-analyzer-ignore 2001 -->\n</p>', 'Remove this line', '<p>\n</p>'],
+  ['u5.css', 'css', 'a { color: red /* code-analyzer-ignore-start 2502 */\n}', 'Remove this comment', 'a { color: red\n}'],
+  ['u6.php', 'php', '<?php\n/**\n * a */ // code-analyzer-ignore-end\n', 'Remove this comment', '<?php\n/**\n * a */\n'],
+  ['u7.php', 'php', '<?php\n/* code-analyzer-ignore 101\n */ $a = 1;\n', 'Remove this comment', undefined],
+  ['u8.php', 'php', '<?php\n$b = = 2; // code-analyzer-ignore 101, 1025\n', 'Remove this comment', undefined],
+  ['v.php', 'php', '<p>\n😀<strng><?= $a ?></strng>', "Replace by 'strong'", '<p>\n😀<strong><?= $a ?></strong>'],
+  ['w.php', 'php', '<?php\n/*\n😀 */ $a = [1, 2;\n', "Insert ']'", '<?php\n/*\n😀 */ $a = [1, 2];\n'],
+  ['x.php', 'php', '<?php\n$😀 = <<<E\n a\n E;\n$b = = 2;\n', 'Ignore error 1025 here', '<?php\n$😀 = <<<E\n a\n E;\n// code-analyzer-ignore 1025\n$b = = 2;\n'],
+  ['y.html', 'html', '<img title="😀" widht="1">é', "Replace by 'width'", '<img title="😀" width="1">é'],
+  ['z.php', 'php', '<?php\nif ($a) {\n  f();\n}}\n', "Remove '}'", '<?php\nif ($a) {\n  f();\n}\n'],
+]
+
+for (const encoding of ['utf-8', 'utf-16', 'utf-32'])
+  test(`every code action leaves the text that it promises (${encoding})`, async () => {
+    await client.start(null, { general: { positionEncodings: [encoding] } }, { delay: 10 })
+    for (const [name, language, text] of cases) await client.open(folder.uri(name), text, language)
+    for (const [name, , text, title, expected] of cases) {
+      const uri = folder.uri(name)
+      const [found] = await client.diagnostics(uri, 1)
+      const { range } = client.published.get(uri).diagnostics[0]
+      const actions = await actionsAt(uri, range)
+      const action = actions.find((candidate) => candidate.title === title)
+      assert.equal(Boolean(action), expected !== undefined, `${name} ${found}: ${actions.map((a) => a.title)}`)
+      if (!action) continue
+      assert.equal(action.kind, 'quickfix')
+      const [change] = action.edit.documentChanges
+      assert.deepEqual(change.textDocument, { uri, version: 1 })
+      const mended = applyEdits(text, change.edits, encoding)
+      assert.equal(mended, expected)
+      await client.change(uri, 2, { text: mended })
+    }
+    for (const [name, , , , expected] of cases)
+      if (expected) assert.deepEqual(await client.diagnostics(folder.uri(name), 2), [], `${name}: ${expected}`)
+  })
+
+test('actions are those of the place, the kind and the text that are asked for', async () => {
+  await client.start(folder)
+  const uri = folder.uri('a.html')
+  await client.open(uri, '<strng>x</strng>\n<img widht="1">\n', 'html')
+  await client.diagnostics(uri, 1)
+  const titles = async (...args) => [...new Set((await actionsAt(uri, ...args)).map(({ title }) => title.match(/'(\w+)'/)?.[1]))].filter(Boolean).join()
+  const at = (line, from, to = from) => ({ start: position(line, from), end: position(line, to) })
+  assert.equal(await titles(at(0, 0)), 'strong,strng')
+  assert.equal(await titles(at(0, 6)), 'strong,strng')
+  assert.equal(await titles(at(0, 9)), '')
+  assert.equal(await titles(at(1, 6, 7)), 'width,widht')
+  assert.equal(await titles({ start: position(0, 0), end: position(5, 0) }), 'strong,strng,width,widht')
+  assert.equal(await titles(at(0, 0), ['quickfix']), 'strong,strng')
+  assert.equal(await titles(at(0, 0), ['refactor', 'source.fixAll']), '')
+  assert.equal(await titles(at(0, 0), []), '')
+  // Edits that the server has not looked at yet have no actions: their places might be wrong.
+  await client.change(uri, 2, { range: at(0, 0), text: ' ' })
+  assert.equal(await titles(at(0, 2)), '')
+})
+
+test('names and codes are added to the settings, whose comments stay', async () => {
+  const settings = join(folder.path, 'code-analyzer.json')
+  await client.start(folder)
+  const uri = folder.uri('a.html')
+  const text = '<strng zoo="1">x</strng><p zoo="1" style="colr: red">y</p>'
+  await client.open(uri, text, 'html')
+  assert.equal((await client.diagnostics(uri, 1)).length, 3)
+  const run = async (title) => {
+    const actions = await actionsAt(uri, { start: position(0, 0), end: position(0, units(text, 'utf-16')) }, ['quickfix'])
+    const { command } = actions.find((candidate) => candidate.title === title)
+    await client.request('workspace/executeCommand', command)
+  }
+  const codes = async (...expected) =>
+    until(`codes ${expected}`, () => {
+      const { diagnostics } = client.published.get(uri)
+      return diagnostics.map((d) => d.code).join() === expected.join()
+    })
+  await run("Add 'zoo' to the project's own names")
+  await codes(2001, 2502)
+  writeFileSync(settings, '// ours\n' + readFileSync(settings, 'utf8'))
+  await run("Add 'strng' to the project's own names")
+  await codes(2502)
+  await run('Ignore error 2502 in this project')
+  await codes()
+  const written = readFileSync(settings, 'utf8')
+  assert.match(written, /^\/\/ ours/)
+  assert.match(written, /"tags": \["strng"\]/)
+  assert.match(written, /"attributes": \["zoo"\]/)
+  assert.match(written, /"2502": "off"/)
+})
