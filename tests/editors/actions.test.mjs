@@ -3,19 +3,12 @@
 import assert from 'node:assert/strict'
 import { readFileSync, writeFileSync } from 'node:fs'
 import { join } from 'node:path'
-import { afterEach, beforeEach, test } from 'node:test'
-import { Client, Folder, applyEdits, units, until } from './client.mjs'
+import { test } from 'node:test'
+import { applyEdits, eachWithServer, units, until } from './client.mjs'
 
 let folder
 let client
-beforeEach(() => {
-  folder = new Folder()
-  client = new Client()
-})
-afterEach(() => {
-  client.process.kill()
-  folder.remove()
-})
+eachWithServer((...made) => ([folder, client] = made))
 
 const position = (line, character) => ({ line, character })
 const wrong = '<?php\n$a = 1;\n$b = = 2;\n'

@@ -5,6 +5,7 @@ import { mkdtempSync, mkdirSync, rmSync, writeFileSync } from 'node:fs'
 import { tmpdir } from 'node:os'
 import { dirname, join, resolve } from 'node:path'
 import { pathToFileURL } from 'node:url'
+import { afterEach, beforeEach } from 'node:test'
 import rpc from 'vscode-languageserver-protocol/node.js'
 
 export const program = resolve(process.argv[2])
@@ -134,6 +135,21 @@ export class Client {
     await this.notify('exit')
     return await this.exited
   }
+}
+
+/** A folder and a server for each test of a file; gone, whatever became of the test. */
+export function eachWithServer(use) {
+  let folder
+  let client
+  beforeEach(() => {
+    folder = new Folder()
+    client = new Client()
+    use(folder, client)
+  })
+  afterEach(() => {
+    client.process.kill()
+    folder.remove()
+  })
 }
 
 export function brief({ range: { start, end }, code }) {

@@ -3,19 +3,12 @@
 import assert from 'node:assert/strict'
 import { existsSync } from 'node:fs'
 import { join } from 'node:path'
-import { beforeEach, afterEach, test } from 'node:test'
-import { Client, Folder, brief, until } from './client.mjs'
+import { test } from 'node:test'
+import { Client, Folder, brief, eachWithServer, until } from './client.mjs'
 
 let folder
 let client
-beforeEach(() => {
-  folder = new Folder()
-  client = new Client()
-})
-afterEach(() => {
-  client.process.kill()
-  folder.remove()
-})
+eachWithServer((...made) => ([folder, client] = made))
 
 const position = (line, character) => ({ line, character })
 const wrong = '<?php\n$a = 1;\n$b = = 2;\n'

@@ -4,19 +4,12 @@ import assert from 'node:assert/strict'
 import { execFileSync } from 'node:child_process'
 import { rmSync } from 'node:fs'
 import { join } from 'node:path'
-import { afterEach, beforeEach, test } from 'node:test'
-import { Client, Folder, brief, program } from './client.mjs'
+import { test } from 'node:test'
+import { Folder, brief, eachWithServer, program } from './client.mjs'
 
 let folder
 let client
-beforeEach(() => {
-  folder = new Folder()
-  client = new Client()
-})
-afterEach(() => {
-  client.process.kill()
-  folder.remove()
-})
+eachWithServer((...made) => ([folder, client] = made))
 
 const wrong = '<?php\n$a = 1;\n$b = = 2;\n'
 const found = '2:5-2:6 1025'
