@@ -6,20 +6,26 @@ set -euo pipefail
 cd "$(dirname "$0")/.."
 build=$(realpath -- "${1:-build/release}")
 work=$(mktemp -d)
-trap 'rm -rf "$work"' EXIT
 root=${2:-$work/root}
+newer=1.0.99
+installed=(code-analyzer code-analyzer-workbench)
+trap 'umount "$root/proc" 2>/dev/null || true; rm -rf "$work"' EXIT
 fail() {
     echo "FAILED: $*" >&2
     exit 1
 }
 
 cpack --config "$build/CPackConfig.cmake" -G DEB -B "$work/debs" >/dev/null
-cpack --config "$build/CPackConfig.cmake" -G DEB -B "$work/newer" -R 1.0.99 >/dev/null
+same="code-analyzer (= $newer-1)"
+cpack --config "$build/CPackConfig.cmake" -G DEB -B "$work/newer" -R "$newer" \
+    -D CPACK_DEBIAN_WORKBENCH_PACKAGE_DEPENDS="$same" \
+    -D CPACK_DEBIAN_DEV_PACKAGE_DEPENDS="$same, qtbase5-dev, libboost-dev" >/dev/null
 if command -v lintian >/dev/null; then
     lintian --allow-root --fail-on error "$work"/debs/*.deb
 fi
 ls -l "$work"/debs/*.deb | awk '{ print $5, $NF }'
 [ -d "$root/usr" ] || mmdebstrap --quiet --variant=minbase bookworm "$root"
+mountpoint -q "$root/proc" || mount -t proc proc "$root/proc"
 mkdir -p "$root/debs/newer" "$root/site"
 cp "$work"/debs/*.deb "$root/debs/"
 cp "$work"/newer/*.deb "$root/debs/newer/"
@@ -44,11 +50,11 @@ if [ -n "${WITH_EXAMPLE:-}" ]; then # brings a compiler into the root
     inside 'apt-get install -y -qq --no-install-recommends /debs/libcodeanalyzer-dev_*.deb cmake g++ make
         cmake -S /usr/share/doc/libcodeanalyzer-dev/examples/host -B /host
         cmake --build /host' >/dev/null
+    installed+=(libcodeanalyzer-dev)
     found=$(inside '/host/example-host || [ $? -eq 1 ]')
     [ "$found" = "3:1: Missing ';' [102]" ] || fail "the example says: $found"
 fi
-inside 'apt-get install -y -qq --no-install-recommends /debs/newer/code-analyzer_*.deb \
-    /debs/newer/code-analyzer-workbench_*.deb' >/dev/null
+inside "apt-get install -y -qq --no-install-recommends $(printf '/debs/newer/%s_*.deb ' "${installed[@]}")" >/dev/null
 checks
 inside 'apt-get purge -y -qq code-analyzer code-analyzer-workbench libcodeanalyzer-dev' >/dev/null
 left=$(inside 'find /usr /etc -name "*code-analyzer*" -o -name "libCodeAnalyzer*"')

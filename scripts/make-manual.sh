@@ -10,7 +10,7 @@ mkdir -p "$folder/man1" "$folder/bash" "$folder/zsh" "$folder/fish"
 # page NAME DESCRIPTION COMMAND: the date of a page is that of its program's version, never that of the build.
 page() {
     SOURCE_DATE_EPOCH=0 LC_ALL=C help2man --no-info --version-string "$version" --name "$2" "$3" |
-        sed -e "s|^\.TH [^ ]* \"1\" \"[^\"]*\" \"[^\"]*\"|.TH ${1^^} \"1\" \"\" \"code-analyzer $version\"|" \
+        sed -e "s|^\.TH [A-Z -]* \"1\" \"[^\"]*\" \"[^\"]*\"|.TH ${1^^} \"1\" \"\" \"code-analyzer $version\"|" \
             -e "s|^${3##*/} \\\\- |$1 \\\\- |" |
         gzip -9n >"$folder/man1/$1.1.gz"
 }

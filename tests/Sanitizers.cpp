@@ -22,12 +22,13 @@ extern "C" __attribute__((visibility("default"))) const char* __lsan_default_sup
 // Qt is not built with the sanitizer, so its locks cannot be seen. Each hand-over is told object by object,
 // so that nothing else gains an order that it does not have: an event from its posting to its delivery, a
 // call that is queued for an object to the next one that the object receives, a thread from the end of its
-// run() to whoever waits for it or deletes it. The functions below stand before those of Qt in the symbol
-// search and pass every call on.
+// run() to whoever waits for it or deletes it, a mutex from one owner to the next. The functions below stand
+// before those of Qt in the symbol search and pass every call on.
 #ifdef __SANITIZE_THREAD__
 
 #include <QDeadlineTimer>
 #include <QEvent>
+#include <QMutex>
 #include <QObject>
 #include <QThread>
 #include <dlfcn.h>
@@ -38,6 +39,8 @@ extern "C" __attribute__((visibility("default"))) const char* __lsan_default_sup
     "_ZN11QMetaObject16invokeMethodImplEP7QObjectPN9QtPrivate15QSlotObjectBaseEN2Qt14ConnectionTypeEPv"
 #define THREAD_START "_ZN7QThread5startENS_8PriorityE"
 #define THREAD_WAIT "_ZN7QThread4waitE14QDeadlineTimer"
+#define MUTEX_LOCK "_ZN6QMutex4lockEv"
+#define MUTEX_UNLOCK "_ZN6QMutex6unlockEv"
 #define EXPORTED extern "C" __attribute__((visibility("default")))
 
 EXPORTED void PostEvent(QObject* receiver, QEvent* event, int priority) __asm__(POST_EVENT);
@@ -45,6 +48,8 @@ EXPORTED bool InvokeMethod(QObject* receiver, void* slot, Qt::ConnectionType typ
                            void* result) __asm__(INVOKE_METHOD);
 EXPORTED void StartThread(QThread* thread, QThread::Priority priority) __asm__(THREAD_START);
 EXPORTED bool WaitThread(QThread* thread, QDeadlineTimer deadline) __asm__(THREAD_WAIT);
+EXPORTED void LockMutex(QMutex* mutex) __asm__(MUTEX_LOCK);
+EXPORTED void UnlockMutex(QMutex* mutex) __asm__(MUTEX_UNLOCK);
 
 EXPORTED const char* __tsan_default_suppressions()
 {
@@ -110,6 +115,20 @@ bool WaitThread(QThread* thread, QDeadlineTimer deadline)
     if (ended)
         __tsan_acquire(thread);
     return ended;
+}
+
+void LockMutex(QMutex* mutex)
+{
+    static const auto real = OfQt(&LockMutex, MUTEX_LOCK);
+    real(mutex);
+    __tsan_acquire(mutex);
+}
+
+void UnlockMutex(QMutex* mutex)
+{
+    __tsan_release(mutex);
+    static const auto real = OfQt(&UnlockMutex, MUTEX_UNLOCK);
+    real(mutex);
 }
 
 #endif

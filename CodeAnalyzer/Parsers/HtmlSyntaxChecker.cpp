@@ -31,8 +31,7 @@ CHtmlSyntaxChecker::CHtmlSyntaxChecker(ICheckOwner* owner,
                                        boost::shared_ptr<SyntaxParser::ISPDocument> document,
                                        SDK::IApplication* application, IErrorsReceiver* errorsManager,
                                        CHtmlCustomItemsKeeper* customItems)
-    : m_application(application),
-      m_errorsManager(errorsManager),
+    : m_errorsManager(errorsManager),
       m_customItems(customItems),
       m_owner(owner),
       m_names(CMarkupNames::Of(

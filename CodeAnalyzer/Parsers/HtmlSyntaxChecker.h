@@ -39,7 +39,6 @@ private:
     void UnknownTagError(const SyntaxParser::SSemanticTreeNode& tag);
     void UnknownAttributeError(const SyntaxParser::SSemanticTreeNode& attribute);
 
-    SDK::IApplication* m_application;
     IErrorsReceiver* m_errorsManager;
     CHtmlCustomItemsKeeper* m_customItems;
     std::vector<SCAError> m_errors; ///< of the last run

@@ -16,7 +16,6 @@ namespace {
 
 using TWords = std::vector<std::wstring_view>;
 
-// Every parser copies this set; views of literals make the copy one allocation.
 const TWords& ReservedWords()
 {
     static const TWords words = [] {

@@ -7,6 +7,7 @@
 #include "Parsers/CParentParser.h"
 
 #include <boost/shared_ptr.hpp>
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -135,7 +136,7 @@ protected:
     SyntaxParser::CDefRegions* m_defs;
     boost::shared_ptr<SyntaxParser::IReader> m_reader;
     CParentParser* m_parent;
-    std::vector<std::wstring_view> m_reservedWords; ///< an ordered set
+    std::span<const std::wstring_view> m_reservedWords; ///< an ordered set, one for all parsers
 
 private:
     mutable std::wstring m_copy; ///< of the region last read from the reader

@@ -87,8 +87,8 @@ public:
         for (const auto& [known, value] : m_open.back()->members)
             if (known == name)
                 Fail(m_progress.line, "the key \"" + name + "\" stands there twice");
-        m_open.back()->members.emplace_back(name, SJsonValue());
-        m_open.back()->members.back().second.line = m_progress.line;
+        m_open.back()->members.push_back({name, {}});
+        m_open.back()->members.back().value.line = m_progress.line;
         return true;
     }
     bool parse_error(std::size_t, const std::string& token, const nlohmann::json::exception& fault) override
@@ -106,7 +106,7 @@ private:
         if (!m_open.empty() && m_open.back()->kind == EKind::Array)
             value = &m_open.back()->items.emplace_back();
         else if (!m_open.empty())
-            value = &m_open.back()->members.back().second;
+            value = &m_open.back()->members.back().value;
         value->kind = kind;
         value->line = m_progress.line;
         return *value;

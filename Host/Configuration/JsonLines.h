@@ -7,6 +7,8 @@
 
 namespace Kesh::Configuration {
 
+struct SJsonMember;
+
 /// A JSON value that knows its line, so that a fault in what people wrote can be shown to them.
 struct SJsonValue
 {
@@ -19,7 +21,13 @@ struct SJsonValue
     bool boolean = false;
     std::string text; ///< of a string
     std::vector<SJsonValue> items;
-    std::vector<std::pair<std::string, SJsonValue>> members; ///< in their order
+    std::vector<SJsonMember> members; ///< in their order
+};
+
+struct SJsonMember
+{
+    std::string name;
+    SJsonValue value;
 };
 
 /// Reads JSON with comments. Throws Base::CWorkError "LINE: what is wrong".

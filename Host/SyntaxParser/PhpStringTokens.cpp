@@ -350,8 +350,9 @@ const wchar_t* CPhpTokenWriter::WriteOffset(const wchar_t* p, const wchar_t* end
         Put(K::CloseSquare, p, p + 1);
         return p + 1;
     }
-    Put(K::BadCharacter, p, std::min(p + 1, end));
-    return p;
+    const wchar_t* after = std::min(p + 1, end);
+    PutLines(K::BadCharacter, p, after);
+    return after;
 }
 
 } // namespace Kesh::SyntaxParser

@@ -138,6 +138,7 @@ void CPhpTokenWriter::WriteCut(K kind, const wchar_t* begin, const wchar_t* end)
         if (end <= m_written)
             return;
         // The rest of what the lexer took for one operator, behind a `+=` or the like.
+        m_lexer.EnterPhp();
         const auto [rest, token, restKind] = m_lexer.Next(m_written);
         WriteOne(restKind, m_written, rest);
         return;

@@ -1,7 +1,6 @@
 #include "Components/CASavedErrors.h"
 #include "XML/XmlXPathParser.h"
 
-#include <QElapsedTimer>
 #include <filesystem>
 #include <gtest/gtest.h>
 #include <malloc.h>
@@ -126,23 +125,6 @@ TEST(SavedErrors, GivesEachFileItsOwnErrors)
             codes.push_back(one.code);
         EXPECT_EQ(codes, expected[i].codes) << i;
     }
-}
-
-TEST(SavedErrors, RestoringAHugeProjectIsQuick)
-{
-    constexpr int Files = 20000;
-    constexpr qint64 Limit = 2000; // ms; to ask each file by itself takes several times as long
-    std::vector<SSavedFileErrors> written;
-    std::set<std::wstring> lowerFiles;
-    for (int i = 0; i < Files; ++i) {
-        written.push_back({L"/p/f" + std::to_wstring(i) + L".php", {Error(1, 2, 3, 4, 102, 1)}});
-        lowerFiles.insert(written.back().file);
-    }
-    const std::wstring text = WriteSavedErrors(written);
-    QElapsedTimer time;
-    time.start();
-    EXPECT_EQ(ReadSavedErrors(text, lowerFiles).size(), written.size());
-    EXPECT_LT(time.elapsed(), Limit);
 }
 
 TEST(SavedErrors, DeepNestingCostsNeitherTimeNorStack)

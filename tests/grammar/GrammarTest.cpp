@@ -1,5 +1,11 @@
 #include "Diagnose.h"
 
+#include "Kesh/SyntaxParser/ITokenSource.h"
+#include "SyntaxParser/SPDocument.h"
+#include "SyntaxParser/SourceText.h"
+#include "SyntaxParser/TextReader.h"
+
+#include <boost/make_shared.hpp>
 #include <gtest/gtest.h>
 #include <random>
 
@@ -22,7 +28,59 @@ std::string Repeated(std::string_view piece, std::size_t times)
     return text;
 }
 
+/// The tokens of a text, as "line:column text" each.
+class CTokenLister final : public SyntaxParser::ITokenHandler
+{
+public:
+    std::vector<std::string> List(std::string_view text)
+    {
+        const auto document = SyntaxParser::MakeSPDocument(
+            boost::make_shared<SyntaxParser::CTextReader>(SyntaxParser::DecodeSource(text)),
+            {L"/a.php", L"PHPSPDocFactory"});
+        boost::dynamic_pointer_cast<SyntaxParser::ITokenSource>(
+            document->GetComponent(L"ITokenSource").lock())
+            ->AddTokenHandler(this);
+        document->Parse(true);
+        return std::move(m_tokens);
+    }
+
+    bool BeginTokens() override
+    {
+        m_tokens.clear();
+        return true;
+    }
+    void AddToken(const SyntaxParser::SPhpToken& token) override
+    {
+        m_tokens.push_back(std::to_string(token.start.y) + ":" + std::to_string(token.start.x) + " " +
+                           std::string(token.text.begin(), token.text.end()));
+    }
+    void EndTokens(SyntaxParser::CIterator end) override
+    {
+        m_tokens.push_back(std::to_string(end.y) + ":" + std::to_string(end.x));
+    }
+
+private:
+    std::vector<std::string> m_tokens;
+};
+
 } // namespace
+
+// What is no PHP is still cut into pieces that follow one another.
+TEST(Grammar, GetsEveryPieceOnceAndInOrder)
+{
+    const struct
+    {
+        const char* text;
+        std::vector<std::string> tokens;
+    } cases[] = {
+        {"<?php\n$a *==\n'x'", {"0:0 <?php", "1:0 $a", "1:3 *=", "1:5 =", "2:0 'x'", "2:3"}},
+        {"<?php \"$a[1+1]\"",
+         {"0:0 <?php", "0:6 \"", "0:7 $a", "0:9 [", "0:10 1", "0:11 +", "0:12 1]", "0:14 \"", "0:15"}},
+        {"<?php \"$a[\nb\"", {"0:0 <?php", "0:6 \"", "0:7 $a", "0:9 [", "0:10 \n", "1:0 b", "1:1 \"", "1:2"}},
+    };
+    for (const auto& [text, tokens] : cases)
+        EXPECT_EQ(CTokenLister().List(text), tokens) << text;
+}
 
 // Where the mistake is and what it is called, each beside something correct that looks like it.
 TEST(Grammar, NamesWhatIsMissingOrTooMuch)
