@@ -20,8 +20,18 @@ void CDocument::SetPath(const std::wstring& path)
 void CDocument::SetBytes(std::string_view bytes)
 {
     SyntaxParser::SSourceFormat format;
-    m_holder->SetText(SyntaxParser::DecodeSource(bytes, format));
+    m_holder->SetText(m_encoding ? SyntaxParser::DecodeSourceAs(bytes, *m_encoding, format)
+                                 : SyntaxParser::DecodeSource(bytes, format));
     m_format = format;
+    m_formatChanged = false;
+}
+
+void CDocument::SetFormat(const SyntaxParser::SSourceFormat& format)
+{
+    if (format.encoding != m_format.encoding)
+        m_encoding = format.encoding;
+    m_format = format;
+    m_formatChanged = true;
 }
 
 void CDocument::Load()
@@ -31,15 +41,31 @@ void CDocument::Load()
     m_stamp = stamp;
 }
 
+void CDocument::LoadAs(SyntaxParser::EEncoding encoding)
+{
+    const SFileStamp stamp = StampOf(m_path);
+    const std::string bytes = ReadFileBytes(m_path);
+    m_encoding = encoding;
+    SetBytes(bytes);
+    m_stamp = stamp;
+}
+
 void CDocument::Save(bool acceptLoss)
 {
     if (!m_format.valid && !acceptLoss)
-        throw Base::CWorkError(L"the file is not valid UTF-8; saving would change its bytes", __LINE__,
+        throw Base::CWorkError(L"the file's bytes are not valid; saving would change them", __LINE__,
                                "Host/Application/Document");
     WriteFileBytes(m_path, Editor::EncodeSource(GetBuffer()->GetText(L"\n"), m_format));
-    m_format.valid = true;
-    m_stamp = StampOf(m_path);
     m_resolvedPath = ResolvedPath(m_path);
+    NoteSaved();
+}
+
+void CDocument::NoteSaved()
+{
+    m_format.valid = true;
+    m_format.mixedLineEnds = false;
+    m_formatChanged = false;
+    m_stamp = StampOf(m_path);
     m_holder->SetUnmodified();
 }
 

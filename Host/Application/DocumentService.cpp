@@ -28,6 +28,9 @@ CDocumentService::~CDocumentService()
 SDK::IDocument* CDocumentService::Open(const std::wstring& path, int flag)
 {
     try {
+        if (m_openGuard && !Find(AbsolutePath(path)))
+            if (const std::wstring reason = m_openGuard(path); !reason.empty())
+                throw Base::CWorkError(reason, __LINE__, "Host/Application/DocumentService");
         CDocument& document = OpenFile(path);
         if (SDK::IView* view = document.GetView(); view && flag == 0)
             view->Activate();
@@ -82,9 +85,7 @@ void CDocumentService::SaveAs(CDocument& document, const std::wstring& path)
     // Checks know a file by its path: under the new name they start afresh.
     m_parser.CloseDocument(&document);
     document.SetPath(absolute);
-    document.m_format.valid = true;
-    document.m_stamp = StampOf(absolute);
-    document.m_holder->SetUnmodified();
+    document.NoteSaved();
     m_project.NoteFile(absolute);
     document.m_factory = SyntaxParser::FactoryForPath(absolute);
     m_parser.OpenDocument(&document, document.m_factory);

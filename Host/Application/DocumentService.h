@@ -36,6 +36,9 @@ public:
 
     /// Text in memory unless set.
     void SetHolderFactory(THolderFactory factory) { m_makeHolder = std::move(factory); }
+    /// Answers why Open() is not to open a file that can be read; the empty text lets it.
+    using TOpenGuard = std::function<std::wstring(const std::wstring& path)>;
+    void SetOpenGuard(TOpenGuard guard) { m_openGuard = std::move(guard); }
     /// Open() could not open a file.
     boost::signals2::signal<void(const std::wstring& path, const std::wstring& reason)>& GetOpenErrorSignal()
     {
@@ -67,6 +70,7 @@ private:
     SyntaxParser::CParserComponent& m_parser;
     ProjectManager::CProjectManager& m_project;
     THolderFactory m_makeHolder;
+    TOpenGuard m_openGuard;
     boost::signals2::signal<void(const std::wstring&, const std::wstring&)> m_openError;
     std::vector<std::unique_ptr<CDocument>> m_documents;
     CDocument* m_current = nullptr;

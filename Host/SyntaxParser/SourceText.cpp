@@ -1,5 +1,6 @@
 #include "SyntaxParser/SourceText.h"
 
+#include <algorithm>
 #include <cstdint>
 #include <cstring>
 
@@ -58,6 +59,83 @@ std::size_t WidenPlain(const unsigned char* begin, const unsigned char* end, wch
     return static_cast<std::size_t>(p - begin);
 }
 
+/// Counts what line ends there are; a text without a '\r' needs no look.
+void NoteLineEnds(std::string_view bytes, std::size_t pairs, std::size_t returns, SSourceFormat& format)
+{
+    using ELineEnd = SSourceFormat::ELineEnd;
+    if (pairs + returns == 0)
+        return;
+    const auto feeds = static_cast<std::size_t>(std::count(bytes.begin(), bytes.end(), '\n')) - pairs;
+    format.lineEnd = pairs >= returns && pairs >= feeds ? ELineEnd::CrLf
+                     : returns > feeds                  ? ELineEnd::Cr
+                                                        : ELineEnd::Lf;
+    format.mixedLineEnds = (pairs > 0) + (returns > 0) + (feeds > 0) > 1;
+}
+
+/// What kinds of bytes beyond ASCII a text has.
+struct SUtf8Counts
+{
+    std::size_t valid = 0; ///< characters
+    std::size_t invalid = 0;
+};
+
+std::size_t DecodeUtf8Into(std::wstring& buffer, std::string_view bytes, SSourceFormat& format,
+                           SUtf8Counts& counts)
+{
+    const auto* p = reinterpret_cast<const unsigned char*>(bytes.data());
+    const unsigned char* end = p + bytes.size();
+    format = SSourceFormat();
+    if (bytes.substr(0, 3) == "\xEF\xBB\xBF") {
+        format.byteOrderMark = true;
+        p += 3;
+    }
+    std::size_t pairs = 0, returns = 0;
+    if (const auto most = static_cast<std::size_t>(end - p); buffer.size() < most)
+        buffer.resize(most);
+    wchar_t* out = buffer.data();
+    while (p < end) {
+        if (const std::size_t plain = WidenPlain(p, end, out)) {
+            p += plain;
+            out += plain;
+        } else if (*p >= 0x80) {
+            const unsigned char* begin = p;
+            *out = DecodeSequence(p, end);
+            const bool written = end - begin >= 3 && begin[0] == 0xEF && begin[1] == 0xBF && begin[2] == 0xBD;
+            ++(*out == Replacement && !written ? counts.invalid : counts.valid);
+            ++out;
+        } else if (*p == '\r') {
+            const bool pair = p + 1 < end && p[1] == '\n';
+            ++(pair ? pairs : returns);
+            p += pair ? 2 : 1;
+            *out++ = L'\n';
+        } else {
+            *out++ = static_cast<wchar_t>(*p++);
+        }
+    }
+    *out = L'\0';
+    format.valid = counts.invalid == 0;
+    NoteLineEnds(bytes, pairs, returns, format);
+    return static_cast<std::size_t>(out - buffer.data());
+}
+
+std::wstring DecodeUtf8(std::string_view bytes, SSourceFormat& format)
+{
+    std::wstring text;
+    SUtf8Counts counts;
+    text.resize(DecodeUtf8Into(text, bytes, format, counts));
+    return text;
+}
+
+std::wstring DecodeUtf16(std::string_view bytes, EByteOrder order, SSourceFormat& format)
+{
+    const bool marked = Utf16OrderOf(bytes) == order;
+    std::wstring text = DecodeUtf8(
+        marked ? Utf8FromUtf16(bytes, order) : Utf8FromUtf16("  " + std::string(bytes), order), format);
+    format.byteOrderMark = marked;
+    format.encoding = order == EByteOrder::Little ? EEncoding::Utf16Little : EEncoding::Utf16Big;
+    return text;
+}
+
 } // namespace
 
 std::wstring DecodeSource(std::string_view bytes)
@@ -74,60 +152,39 @@ bool LooksBinary(std::string_view bytes)
 
 std::wstring DecodeSource(std::string_view bytes, SSourceFormat& format)
 {
-    if (const std::optional<EByteOrder> order = Utf16OrderOf(bytes)) {
-        std::wstring text = DecodeSource(Utf8FromUtf16(bytes, *order), format);
-        format.byteOrderMark = true;
-        format.utf16 = order;
-        return text;
-    }
     std::wstring text;
     text.resize(DecodeInto(text, bytes, format));
     return text;
 }
 
+std::wstring DecodeSourceAs(std::string_view bytes, EEncoding encoding, SSourceFormat& format)
+{
+    std::wstring text;
+    switch (encoding) {
+    case EEncoding::Utf16Little: return DecodeUtf16(bytes, EByteOrder::Little, format);
+    case EEncoding::Utf16Big: return DecodeUtf16(bytes, EByteOrder::Big, format);
+    case EEncoding::Latin1:
+    case EEncoding::Windows1252:
+        text = DecodeUtf8(Utf8FromSingleByte(bytes, encoding), format);
+        format.encoding = encoding;
+        return text;
+    default: return DecodeUtf8(bytes, format);
+    }
+}
+
 std::size_t DecodeInto(std::wstring& buffer, std::string_view bytes, SSourceFormat& format)
 {
-    if (Utf16OrderOf(bytes)) { // seldom; a text of its own does no harm
-        buffer = DecodeSource(bytes, format);
+    // Seldom; a text of its own does no harm.
+    if (const std::optional<EByteOrder> order = Utf16OrderOf(bytes)) {
+        buffer = DecodeUtf16(bytes, *order, format);
         return buffer.size();
     }
-    using ELineEnd = SSourceFormat::ELineEnd;
-    const auto* p = reinterpret_cast<const unsigned char*>(bytes.data());
-    const unsigned char* end = p + bytes.size();
-    format = SSourceFormat();
-    if (bytes.substr(0, 3) == "\xEF\xBB\xBF") {
-        format.byteOrderMark = true;
-        p += 3;
-    }
-
-    if (const std::size_t at = bytes.find_first_of("\r\n"); at != std::string_view::npos) {
-        const bool pair = bytes.substr(at, 2) == "\r\n";
-        format.lineEnd = bytes[at] == '\n' ? ELineEnd::Lf : pair ? ELineEnd::CrLf : ELineEnd::Cr;
-    }
-
-    if (const auto most = static_cast<std::size_t>(end - p); buffer.size() < most)
-        buffer.resize(most);
-    wchar_t* out = buffer.data();
-    while (p < end) {
-        if (const std::size_t plain = WidenPlain(p, end, out)) {
-            p += plain;
-            out += plain;
-        } else if (*p >= 0x80) {
-            const unsigned char* begin = p;
-            *out = DecodeSequence(p, end);
-            const bool written = end - begin >= 3 && begin[0] == 0xEF && begin[1] == 0xBF && begin[2] == 0xBD;
-            if (*out == Replacement && !written)
-                format.valid = false;
-            ++out;
-        } else if (*p == '\r') {
-            p += p + 1 < end && p[1] == '\n' ? 2 : 1;
-            *out++ = L'\n';
-        } else {
-            *out++ = static_cast<wchar_t>(*p++);
-        }
-    }
-    *out = L'\0';
-    return static_cast<std::size_t>(out - buffer.data());
+    SUtf8Counts counts;
+    const std::size_t size = DecodeUtf8Into(buffer, bytes, format, counts);
+    if (counts.invalid <= counts.valid || format.byteOrderMark)
+        return size;
+    buffer = DecodeSourceAs(bytes, GuessSingleByte(bytes), format);
+    return buffer.size();
 }
 
 } // namespace Kesh::SyntaxParser

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "SyntaxParser/SingleByte.h"
 #include "SyntaxParser/Utf16.h"
 
 #include <optional>
@@ -9,20 +10,24 @@
 namespace Kesh::SyntaxParser {
 
 /// Decodes a file's bytes: UTF-16 when they begin with its byte order mark, else UTF-8 (a leading byte order
-/// mark is dropped, each invalid byte becomes U+FFFD, NUL characters stay), with the line ends CR LF and CR
-/// made "\n". Never fails.
+/// mark is dropped, each invalid byte becomes U+FFFD, NUL characters stay), or an encoding with one byte for
+/// a character when more of them are invalid than not. The line ends CR LF and CR become "\n". Never fails.
 std::wstring DecodeSource(std::string_view bytes);
 
 /// How a file wrote its text, so that it can be written back alike.
 struct SSourceFormat
 {
+    EEncoding encoding = EEncoding::Utf8;
     bool byteOrderMark = false;
-    std::optional<EByteOrder> utf16; ///< unset: UTF-8
     enum class ELineEnd { Lf, CrLf, Cr } lineEnd = ELineEnd::Lf;
-    /// Whether all bytes were valid UTF-8; a file that was not must not be written back blindly.
+    /// Whether there are others too; `lineEnd` then is the most frequent one.
+    bool mixedLineEnds = false;
+    /// Whether all bytes were valid; a file that was not must not be written back blindly.
     bool valid = true;
 };
 std::wstring DecodeSource(std::string_view bytes, SSourceFormat& format);
+/// The same for bytes whose encoding is known better.
+std::wstring DecodeSourceAs(std::string_view bytes, EEncoding encoding, SSourceFormat& format);
 /// The same into `buffer`, which only ever grows; answers the number of characters, behind which stands a
 /// NUL.
 std::size_t DecodeInto(std::wstring& buffer, std::string_view bytes, SSourceFormat& format);

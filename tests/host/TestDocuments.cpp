@@ -117,12 +117,12 @@ TEST_F(Documents, AHandlerIsAskedAndGetsWhatItNeeds)
 
 TEST_F(Documents, BytesThatAreNotUtf8AreOnlyReplacedWithConsent)
 {
-    const std::wstring path = m_folder.Write(L"latin.php", "caf\xE9");
+    const std::wstring path = m_folder.Write(L"broken.php", "\xC3\xA9 caf\xE9");
     Host::CDocument& document = Service().OpenFile(path);
     EXPECT_FALSE(document.IsFaithful());
     Text(document).Edit(L"x");
     EXPECT_THROW(document.Save(), Base::CWorkError);
-    EXPECT_EQ(Bytes(path), "caf\xE9");
+    EXPECT_EQ(Bytes(path), "\xC3\xA9 caf\xE9");
     EXPECT_TRUE(document.IsModified());
     document.Save(true);
     EXPECT_EQ(Bytes(path), "x");

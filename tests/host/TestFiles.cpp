@@ -119,24 +119,67 @@ TEST(FileIO, AFailedSaveLeavesTheFileAsItWasAndSaysWhy)
     }
 }
 
-TEST(TextFile, TextIsWrittenInTheFilesOwnFormat)
+TEST(TextFile, EveryFormatIsFoundAndWrittenBackAlike)
 {
+    using SyntaxParser::EEncoding;
     using ELineEnd = SyntaxParser::SSourceFormat::ELineEnd;
     struct SCase
     {
-        bool mark;
-        ELineEnd lineEnd;
-        std::string expected;
+        std::string bytes;
+        std::wstring text;
+        EEncoding encoding = EEncoding::Utf8;
+        ELineEnd lineEnd = ELineEnd::Lf;
+        bool mixed = false;
+        bool valid = true;
     };
-    const SCase cases[] = {{false, ELineEnd::Lf, "\xC3\xA9\n\n\0."s},
-                           {true, ELineEnd::CrLf, "\xEF\xBB\xBF\xC3\xA9\r\n\r\n\0."s},
-                           {false, ELineEnd::Cr, "\xC3\xA9\r\r\0."s}};
+    const SCase cases[] = {
+        {"", L""},
+        {"\xC3\xA9\n\n\0."s, std::wstring(L"\u00E9\n\n\0.", 5)},
+        {"\xEF\xBB\xBF\xC3\xA9\r\n\r\n"s, L"\u00E9\n\n", EEncoding::Utf8, ELineEnd::CrLf},
+        {"\xC3\xA9\r\r.", L"\u00E9\n\n.", EEncoding::Utf8, ELineEnd::Cr},
+        {"a\nb\r\nc\r\nd", L"a\nb\nc\nd", EEncoding::Utf8, ELineEnd::CrLf, true},
+        {"a\r\nb\nc\nd\r", L"a\nb\nc\nd\n", EEncoding::Utf8, ELineEnd::Lf, true},
+        {"\xFF\xFE\xE9\0\r\0\n\0"s, L"\u00E9\n", EEncoding::Utf16Little, ELineEnd::CrLf},
+        {"\xFE\xFF\xD8\x3D\xDE\0\0\n"s, L"\U0001F600\n", EEncoding::Utf16Big},
+        {"caf\xE9 \xFF\r\n", L"caf\u00E9 \u00FF\n", EEncoding::Latin1, ELineEnd::CrLf},
+        {"\x80\x9F\xE9", L"\u20AC\u0178\u00E9", EEncoding::Windows1252},
+        {"\x80\x81\xE9", L"\u0080\u0081\u00E9", EEncoding::Latin1}, // the other has no 81
+        {"\xC3\xA9\xC3\xA9\xE9", L"\u00E9\u00E9\uFFFD", EEncoding::Utf8, ELineEnd::Lf, false, false},
+        {"\xEF\xBB\xBF\xE9", L"\uFFFD", EEncoding::Utf8, ELineEnd::Lf, false, false},
+        {"\xC3\xA9\xE9\xE8", L"\u00C3\u00A9\u00E9\u00E8", EEncoding::Latin1},
+    };
     for (const SCase& c : cases) {
         SyntaxParser::SSourceFormat format;
-        format.byteOrderMark = c.mark;
-        format.lineEnd = c.lineEnd;
-        EXPECT_EQ(Editor::EncodeSource(std::wstring(L"\u00E9\n\n\0.", 5), format), c.expected);
+        EXPECT_EQ(SyntaxParser::DecodeSource(c.bytes, format), c.text);
+        EXPECT_EQ(format.encoding, c.encoding) << c.bytes;
+        EXPECT_EQ(format.lineEnd, c.lineEnd) << c.bytes;
+        EXPECT_EQ(format.mixedLineEnds, c.mixed) << c.bytes;
+        EXPECT_EQ(format.valid, c.valid) << c.bytes;
+        if (!c.mixed && c.valid) {
+            EXPECT_EQ(Editor::EncodeSource(c.text, format), c.bytes);
+        }
     }
+}
+
+TEST(TextFile, EveryByteOfASingleByteEncodingComesBack)
+{
+    std::string bytes;
+    for (int c = 0; c < 256; ++c)
+        if (c != '\r')
+            bytes += static_cast<char>(c);
+    for (const auto encoding : {SyntaxParser::EEncoding::Latin1, SyntaxParser::EEncoding::Windows1252}) {
+        SyntaxParser::SSourceFormat format;
+        const std::wstring text = SyntaxParser::DecodeSourceAs(bytes, encoding, format);
+        EXPECT_EQ(text.size(), bytes.size());
+        EXPECT_EQ(Editor::EncodeSource(text, format), bytes);
+        EXPECT_EQ(Editor::FindUnwritable(text + L"\n\nab\u0416", encoding),
+                  (SyntaxParser::CIterator{2, 2 + 1}));
+        EXPECT_THROW(Editor::EncodeSource(text + L"\u0416", format), Base::CWorkError);
+    }
+    SyntaxParser::SSourceFormat format;
+    const std::string unmarked("a\0b\0", 4);
+    EXPECT_EQ(SyntaxParser::DecodeSourceAs(unmarked, SyntaxParser::EEncoding::Utf16Little, format), L"ab");
+    EXPECT_EQ(Editor::EncodeSource(L"ab", format), unmarked);
 }
 
 } // namespace

@@ -125,9 +125,9 @@ bool IsUtf8(const std::string& path)
 {
     SSourceFormat format;
     DecodeSource(ReadFile(path), format);
-    if (!format.valid)
+    if (!format.valid || format.encoding != EEncoding::Utf8)
         std::cout << "left out, not UTF-8: " << path << "\n";
-    return format.valid;
+    return format.valid && format.encoding == EEncoding::Utf8;
 }
 
 /// The PHP files that Debian's packages have installed, those of this project, and any in $CORPUS.
