@@ -99,7 +99,7 @@ SFileFindings CDescriber::Describe(const SCheckedFile& file, std::vector<SCAErro
     for (SFinding& finding : described.findings) {
         finding.line = lines.Excerpt(finding.error.pos.start);
         finding.text = lines.Span(finding.error.pos).substr(0, MaxTextLength);
-        if (IsNameError(finding.error.code))
+        if (!m_sources.brief && IsNameError(finding.error.code))
             AddNames(finding, text, lines);
     }
     std::stable_sort(described.findings.begin(), described.findings.end(), Precedes);

@@ -45,6 +45,8 @@ public:
         const SyntaxParser::ICompletionData& names;
         CodeAnalyzer::IErrorDetails* details = nullptr; ///< null: the plug-in has none to give
         const Configuration::SConfiguration* configuration = nullptr;
+        /// Only which records are left: what a report says about them is not looked for.
+        bool brief = false;
     };
     explicit CDescriber(SSources sources) : m_sources(std::move(sources)), m_nearest(m_sources.names) {}
 
