@@ -11,9 +11,11 @@
 
 #include <QHeaderView>
 #include <QMouseEvent>
+#include <QTimer>
 #include <algorithm>
 #include <boost/bind/bind.hpp>
 #include <boost/bind/placeholders.hpp>
+#include <map>
 
 namespace Kesh::CodeAnalyzer {
 
@@ -59,6 +61,7 @@ CCAErrorsBar::CCAErrorsBar(SDK::IApplication* application, CCAComponent* compone
 CCAErrorsBar::~CCAErrorsBar()
 {
     clear(); // the rows ask to be forgotten
+    qDeleteAll(m_buried);
 }
 
 bool CCAErrorsBar::event(QEvent* e)
@@ -90,24 +93,56 @@ void CCAErrorsBar::FinProjectErrorsHandler()
         m_component->ShowErrorPage(0);
 }
 
+QString CCAErrorsBar::SeverityText(std::int32_t type)
+{
+    return QString::fromStdWString(
+        LangSupport::CLangSupport::LoadStr(type == SeverityError ? "Error" : "Warning"));
+}
+
+template <class TMake> void CCAErrorsBar::AddRows(const std::wstring& file, std::size_t count, TMake make)
+{
+    const bool ordered = !HasForeignRows();
+    SFileRows& known = m_rowsOfFile[CCAErrorsBarItem::MakeFileKey(file)];
+    auto name =
+        std::find_if(known.names.begin(), known.names.end(),
+                     [&](const std::shared_ptr<SBarFile>& spelling) { return spelling->name == file; });
+    if (name == known.names.end())
+        name = known.names.insert(known.names.end(), std::make_shared<SBarFile>(file));
+    QList<QTreeWidgetItem*> items;
+    items.reserve(static_cast<int>(count));
+    known.rows.reserve(known.rows.size() + count);
+    for (std::size_t i = 0; i < count; ++i) {
+        items.append(make(*name, i));
+        known.rows.insert(items.last());
+    }
+    m_rowCount += items.size();
+    if (ordered) {
+        InsertSorted(items);
+    } else {
+        addTopLevelItems(items);
+        SortItems();
+    }
+}
+
 void CCAErrorsBar::OnAddErrors(const std::wstring& file, const std::vector<SCAError>& errors)
 {
     if (!errors.empty()) {
-        QList<QTreeWidgetItem*> items;
-        items.reserve(static_cast<int>(errors.size()));
-        for (const SCAError& error : errors)
-            items.append(new CCAErrorsBarItem(file, error.pos, error.type, error.code,
-                                              m_errorsManager->GetErrorDescription(error), this));
-        const int added = items.size();
-        if (HasForeignRows()) {
-            addTopLevelItems(items);
-            SortItems();
-        } else {
-            InsertSorted(items);
-        }
-        m_rowsOfFile[CCAErrorsBarItem::MakeFileKey(file)].insert(items.begin(), items.end());
-        m_rowCount += added;
-
+        // Many errors have few texts.
+        std::map<std::int32_t, QString> severities, descriptions;
+        const auto textOf = [](auto& texts, std::int32_t of, auto load) {
+            const auto [text, isNew] = texts.try_emplace(of);
+            if (isNew)
+                text->second = load();
+            return text->second;
+        };
+        AddRows(file, errors.size(), [&](const std::shared_ptr<SBarFile>& name, std::size_t i) {
+            const SCAError& error = errors[i];
+            return new CCAErrorsBarItem(
+                name, error, textOf(severities, error.type, [&] { return SeverityText(error.type); }),
+                textOf(descriptions, error.code,
+                       [&] { return QString::fromStdWString(m_errorsManager->GetErrorDescription(error)); }),
+                this);
+        });
         if (m_rememberedFile == file && m_rememberedRow >= 0 && m_rememberedRow < topLevelItemCount()) {
             QTreeWidgetItem* row = topLevelItem(m_rememberedRow);
             setCurrentItem(row);
@@ -118,12 +153,74 @@ void CCAErrorsBar::OnAddErrors(const std::wstring& file, const std::vector<SCAEr
     m_rememberedRow = -1;
 }
 
-void CCAErrorsBar::OnRemoveErrors(const std::wstring& file)
+void CCAErrorsBar::ShowHostErrors(const std::wstring& file, const std::vector<SHostError>& errors)
+{
+    if (const auto known = m_rowsOfFile.find(CCAErrorsBarItem::MakeFileKey(file));
+        known != m_rowsOfFile.end()) {
+        std::vector<const QTreeWidgetItem*> old;
+        for (const QTreeWidgetItem* row : known->second.rows)
+            if (static_cast<const CCAErrorsBarItem*>(row)->IsOfHost())
+                old.push_back(row);
+        for (const QTreeWidgetItem* row : old) // they are few
+            delete row;
+    }
+    if (errors.empty())
+        return;
+    AddRows(file, errors.size(), [&](const std::shared_ptr<SBarFile>& name, std::size_t i) {
+        auto* item = new CCAErrorsBarItem(name, errors[i].error, SeverityText(errors[i].error.type),
+                                          QString::fromStdWString(errors[i].message), this);
+        item->SetOfHost();
+        return item;
+    });
+}
+
+void CCAErrorsBar::RememberSelection(const std::wstring& file)
 {
     if (const QList<QTreeWidgetItem*> selected = selectedItems(); !selected.isEmpty()) {
         m_rememberedFile = file;
         m_rememberedRow = indexOfTopLevelItem(selected.first());
     }
+}
+
+void CCAErrorsBar::RemoveErrorsOf(const std::vector<std::wstring>& files)
+{
+    TRows gone;
+    for (const std::wstring& file : files)
+        if (const auto known = m_rowsOfFile.find(CCAErrorsBarItem::MakeFileKey(file));
+            known != m_rowsOfFile.end())
+            gone.insert(known->second.rows.begin(), known->second.rows.end());
+    // Taking all rows away and putting some back is quick when few stay.
+    if (HasForeignRows() || gone.size() * 2 < static_cast<std::size_t>(m_rowCount) || gone.size() < 100) {
+        for (const std::wstring& file : files)
+            OnRemoveErrors(file);
+        return;
+    }
+    RememberSelection(files.back());
+    QTreeWidgetItem* current = gone.contains(currentItem()) ? nullptr : currentItem();
+    const QList<QTreeWidgetItem*> rows = invisibleRootItem()->takeChildren();
+    QList<QTreeWidgetItem*> left;
+    for (QTreeWidgetItem* row : rows)
+        (gone.contains(row) ? m_buried : left).append(row);
+    addTopLevelItems(left);
+    setCurrentItem(current);
+    for (const std::wstring& file : files)
+        m_rowsOfFile.erase(CCAErrorsBarItem::MakeFileKey(file));
+    m_rowCount = left.size();
+    BurySlice();
+}
+
+void CCAErrorsBar::BurySlice()
+{
+    constexpr int AtOnce = 5000;
+    for (int i = 0; i < AtOnce && !m_buried.isEmpty(); ++i)
+        delete m_buried.takeLast();
+    if (!m_buried.isEmpty())
+        QTimer::singleShot(0, this, [this] { BurySlice(); });
+}
+
+void CCAErrorsBar::OnRemoveErrors(const std::wstring& file)
+{
+    RememberSelection(file);
 
     const std::wstring key = CCAErrorsBarItem::MakeFileKey(file);
     if (HasForeignRows()) {
@@ -133,10 +230,14 @@ void CCAErrorsBar::OnRemoveErrors(const std::wstring& file)
     const auto found = m_rowsOfFile.find(key);
     if (found == m_rowsOfFile.end())
         return;
-    const TRows items = std::move(found->second);
+    const SFileRows gone = std::move(found->second);
     m_rowsOfFile.erase(found);
-    m_rowCount -= static_cast<int>(items.size());
-    const std::vector<int> rows = FindRows(items);
+    m_rowCount -= static_cast<int>(gone.rows.size());
+    RemoveRows(FindRows(gone.rows));
+}
+
+void CCAErrorsBar::RemoveRows(const std::vector<int>& rows)
+{
     for (std::size_t end = rows.size(); end > 0;) {
         std::size_t first = end - 1;
         while (first > 0 && rows[first - 1] == rows[first] - 1)
@@ -160,8 +261,8 @@ void CCAErrorsBar::ForgetRow(const CCAErrorsBarItem* item)
     const auto found = m_rowsOfFile.find(item->GetFileKey());
     if (found == m_rowsOfFile.end())
         return;
-    m_rowCount -= static_cast<int>(found->second.erase(item));
-    if (found->second.empty())
+    m_rowCount -= static_cast<int>(found->second.rows.erase(item));
+    if (found->second.rows.empty())
         m_rowsOfFile.erase(found);
 }
 
@@ -240,8 +341,25 @@ void CCAErrorsBar::InsertSorted(QList<QTreeWidgetItem*> items)
     header()->setSortIndicator(SortColumn(m_sortOrder), SortDirection(m_sortOrder));
 }
 
+void CCAErrorsBar::RankFiles()
+{
+    std::vector<SBarFile*> files;
+    for (const auto& [key, known] : m_rowsOfFile)
+        for (const std::shared_ptr<SBarFile>& name : known.names)
+            files.push_back(name.get());
+    std::sort(files.begin(), files.end(),
+              [](const SBarFile* a, const SBarFile* b) { return a->key < b->key; });
+    int rank = 0;
+    const SBarFile* last = nullptr;
+    for (SBarFile* file : files) {
+        file->rank = last && last->key == file->key ? rank : ++rank;
+        last = file;
+    }
+}
+
 void CCAErrorsBar::SortItems()
 {
+    RankFiles();
     sortItems(SortColumn(m_sortOrder), SortDirection(m_sortOrder));
 }
 

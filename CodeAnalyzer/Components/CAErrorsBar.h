@@ -1,10 +1,12 @@
 #pragma once
 
+#include "Kesh/CodeAnalyzer/Plugin.h"
 #include "Kesh/CodeAnalyzer/SCAError.h"
 #include "Kesh/SDK/IApplication.h"
 
 #include <QTreeWidget>
 #include <boost/signals2/trackable.hpp>
+#include <memory>
 #include <string>
 #include <unordered_map>
 #include <unordered_set>
@@ -15,6 +17,7 @@ namespace Kesh::CodeAnalyzer {
 class CCAComponent;
 class CCAErrorsBarItem;
 class CCAErrorsManager;
+struct SBarFile;
 
 /// The list of all errors, one row each. Workers reach it only by posting a CCAErrorsEvent. GUI thread.
 class CCAErrorsBar : public QTreeWidget, public boost::signals2::trackable
@@ -46,6 +49,15 @@ public:
     void OnAddErrors(const std::wstring& file, const std::vector<SCAError>& errors);
     void OnRemoveErrors(const std::wstring& file);
 
+    /// Of many files at once. As one by one, but with the time that it takes for one.
+    void RemoveErrorsOf(const std::vector<std::wstring>& files);
+
+    /// Shows what the host has found in a file beside its errors, each with its message, in place of what it
+    /// has shown there before. The rows go with those of the file.
+    void ShowHostErrors(const std::wstring& file, const std::vector<SHostError>& errors);
+    /// The text of an error's type.
+    static QString SeverityText(std::int32_t type);
+
     void SortItems();
     /// An ESortOrder.
     int GetSortOrder() const { return m_sortOrder; }
@@ -68,6 +80,12 @@ protected:
 
 private:
     using TRows = std::unordered_set<const QTreeWidgetItem*>;
+    /// What belongs to one file, whatever the case of its letters.
+    struct SFileRows
+    {
+        TRows rows;
+        std::vector<std::shared_ptr<SBarFile>> names; ///< its spellings
+    };
 
     /// Whether somebody else has put rows in or taken some out, so that the order of the rows tells nothing.
     bool HasForeignRows() const { return topLevelItemCount() != m_rowCount; }
@@ -75,6 +93,15 @@ private:
     /// In the current order.
     bool IsBefore(const QTreeWidgetItem* a, const QTreeWidgetItem* b) const;
     void InsertSorted(QList<QTreeWidgetItem*> items);
+    /// Puts new rows of a file, made by `make`, where they belong.
+    template <class TMake> void AddRows(const std::wstring& file, std::size_t count, TMake make);
+    /// Takes them away by their places, which are ascending.
+    void RemoveRows(const std::vector<int>& rows);
+    /// Has files compare by a number instead of their names.
+    void RankFiles();
+    void RememberSelection(const std::wstring& file);
+    /// Ends some of the rows that have been taken away, and so on when there is nothing else to do.
+    void BurySlice();
     /// The first row from `first` on that does not satisfy `isEarly`, which all rows do that are before it.
     template <class TPredicate> int FindFirstRow(int first, TPredicate isEarly) const;
     /// The indices of a file's rows, ascending.
@@ -90,8 +117,9 @@ private:
     int m_rememberedRow = -1;
     int m_sortOrder = TypeAscending;
     /// By the file with its case folded: most files that are checked have no rows, and need not look at any.
-    std::unordered_map<std::wstring, TRows> m_rowsOfFile;
-    int m_rowCount = 0; ///< of m_rowsOfFile
+    std::unordered_map<std::wstring, SFileRows> m_rowsOfFile;
+    int m_rowCount = 0;               ///< of m_rowsOfFile
+    QList<QTreeWidgetItem*> m_buried; ///< taken away, but not ended yet
 };
 
 } // namespace Kesh::CodeAnalyzer

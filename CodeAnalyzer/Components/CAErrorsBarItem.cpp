@@ -8,21 +8,30 @@
 
 namespace Kesh::CodeAnalyzer {
 
+SBarFile::SBarFile(const std::wstring& path)
+    : name(path), key(CCAErrorsBarItem::MakeFileKey(path)), shown(QString::fromStdWString(path))
+{
+}
+
 CCAErrorsBarItem::CCAErrorsBarItem(const std::wstring& file, const SyntaxParser::SScheme& pos,
                                    std::int32_t type, std::int32_t code, const std::wstring& description,
                                    CCAErrorsBar* bar)
+    : CCAErrorsBarItem(std::make_shared<SBarFile>(file), {pos, code, type}, CCAErrorsBar::SeverityText(type),
+                       QString::fromStdWString(description), bar)
+{
+}
+
+CCAErrorsBarItem::CCAErrorsBarItem(std::shared_ptr<const SBarFile> file, const SCAError& error,
+                                   const QString& severity, const QString& description, CCAErrorsBar* bar)
     : QTreeWidgetItem(Type),
-      m_type(type),
-      m_code(code),
-      m_file(file),
-      m_fileKey(MakeFileKey(file)),
-      m_pos(pos),
+      m_type(error.type),
+      m_code(error.code),
+      m_file(std::move(file)),
+      m_pos(error.pos),
+      m_severity(severity),
+      m_description(description),
       m_bar(bar)
 {
-    const char* severity = type == SeverityError ? "Error" : "Warning";
-    setText(0, QString::fromStdWString(LangSupport::CLangSupport::LoadStr(severity)));
-    setText(1, QString::fromStdWString(file) + QStringLiteral(" - ") + QString::number(pos.start.y + 1));
-    setText(2, QString::fromStdWString(description));
 }
 
 CCAErrorsBarItem::~CCAErrorsBarItem()
@@ -40,6 +49,18 @@ std::wstring CCAErrorsBarItem::MakeFileKey(const std::wstring& file)
     return key;
 }
 
+QVariant CCAErrorsBarItem::data(int column, int role) const
+{
+    if (role != Qt::DisplayRole)
+        return QTreeWidgetItem::data(column, role);
+    switch (column) {
+    case 0: return m_severity;
+    case 1: return QString(m_file->shown + QStringLiteral(" - ") + QString::number(m_pos.start.y + 1));
+    case 2: return m_description;
+    default: return {};
+    }
+}
+
 bool CCAErrorsBarItem::operator<(const QTreeWidgetItem& other) const
 {
     const auto& that = static_cast<const CCAErrorsBarItem&>(other);
@@ -54,8 +75,13 @@ bool CCAErrorsBarItem::operator<(const QTreeWidgetItem& other) const
         [[fallthrough]];
     case CCAErrorsBar::FileAscending:
     case CCAErrorsBar::FileDescending:
-        if (const int files = m_fileKey.compare(that.m_fileKey); files != 0)
-            return files < 0;
+        if (m_file != that.m_file) {
+            const bool ranked = m_file->rank && that.m_file->rank;
+            const int files =
+                ranked ? m_file->rank - that.m_file->rank : m_file->key.compare(that.m_file->key);
+            if (files != 0)
+                return files < 0;
+        }
         return m_pos.start < that.m_pos.start;
     // The messages are sorted by their kind, which keeps alike ones together in every language.
     case CCAErrorsBar::DescriptionAscending:

@@ -1,41 +1,67 @@
 #pragma once
 
+#include "Kesh/CodeAnalyzer/IErrorRow.h"
 #include "Kesh/SyntaxParser/Position.h"
 
+#include <QString>
 #include <QTreeWidgetItem>
 #include <cstdint>
+#include <memory>
 #include <string>
 
 namespace Kesh::CodeAnalyzer {
 
 class CCAErrorsBar;
 
+/// The file of many rows.
+struct SBarFile
+{
+    explicit SBarFile(const std::wstring& path);
+
+    std::wstring name;
+    std::wstring key; ///< with its case folded
+    QString shown;
+    int rank = 0; ///< its place among the keys of all files; 0: not known
+};
+
 /// One error as a row of the errors bar. GUI thread.
-class CCAErrorsBarItem : public QTreeWidgetItem
+class CCAErrorsBarItem : public QTreeWidgetItem, public IErrorRow
 {
 public:
     /// `bar` is asked for the sort order whenever rows are compared; a row without one has no order.
     CCAErrorsBarItem(const std::wstring& file, const SyntaxParser::SScheme& pos, std::int32_t type,
                      std::int32_t code, const std::wstring& description, CCAErrorsBar* bar);
+    /// The same for one of many rows, which share their texts.
+    CCAErrorsBarItem(std::shared_ptr<const SBarFile> file, const SCAError& error, const QString& severity,
+                     const QString& description, CCAErrorsBar* bar);
     /// Has the bar forget the row.
     ~CCAErrorsBarItem() override;
 
     /// The ascending order of the column by which the bar sorts now.
     bool operator<(const QTreeWidgetItem& other) const override;
+    /// Makes the texts when they are asked for: most rows are never seen.
+    QVariant data(int column, int role) const override;
 
-    const std::wstring& GetFile() const { return m_file; }
+    const std::wstring& GetFile() const override { return m_file->name; }
+    SCAError GetError() const override { return {m_pos, m_code, m_type}; }
     const SyntaxParser::SScheme& GetPos() const { return m_pos; }
     /// The file with its case folded: two files are the same without regard to case when their keys are
     /// equal.
-    const std::wstring& GetFileKey() const { return m_fileKey; }
+    const std::wstring& GetFileKey() const { return m_file->key; }
     static std::wstring MakeFileKey(const std::wstring& file);
+
+    /// Whether it is the host's own, not one of the records.
+    bool IsOfHost() const { return m_ofHost; }
+    void SetOfHost() { m_ofHost = true; }
 
 private:
     std::int32_t m_type;
     std::int32_t m_code;
-    std::wstring m_file;
-    std::wstring m_fileKey;
+    bool m_ofHost = false;
+    std::shared_ptr<const SBarFile> m_file;
     SyntaxParser::SScheme m_pos;
+    QString m_severity;
+    QString m_description;
     CCAErrorsBar* m_bar;
 };
 

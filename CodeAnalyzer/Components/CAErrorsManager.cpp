@@ -8,6 +8,8 @@
 #include "Kesh/SyntaxParser/IParserComponent.h"
 
 #include <QCoreApplication>
+#include <QElapsedTimer>
+#include <QTimer>
 #include <algorithm>
 #include <boost/bind/bind.hpp>
 #include <boost/bind/placeholders.hpp>
@@ -54,6 +56,8 @@ void CCAErrorsManager::AddErrorsFormBar(const std::wstring& file, const std::vec
 {
     QMutexLocker locker(&m_lock);
     std::vector<SCAError>& stored = m_errors[file];
+    if (ForgetUntold(file))
+        m_added(file, stored);
     stored.insert(stored.end(), errors.begin(), errors.end());
     m_added(file, errors);
 }
@@ -61,22 +65,77 @@ void CCAErrorsManager::AddErrorsFormBar(const std::wstring& file, const std::vec
 void CCAErrorsManager::AddErrorsMT(const std::wstring& file, const std::vector<SCAError>& errors)
 {
     QMutexLocker locker(&m_lock);
+    ForgetUntold(file);
     m_removed(file);
     m_errors[file] = errors;
     m_added(file, errors);
 }
 
+void CCAErrorsManager::AddErrorsGradually(const std::wstring& file, const std::vector<SCAError>& errors)
+{
+    if (!m_bar)
+        return AddErrorsMT(file, errors);
+    QMutexLocker locker(&m_lock);
+    m_removed(file);
+    m_errors[file] = errors;
+    const bool isFirst = m_untold.empty();
+    m_untold.insert(file);
+    m_toTell.push_back(file);
+    if (isFirst)
+        QTimer::singleShot(0, m_bar, [this] { TellSlice(); });
+}
+
+void CCAErrorsManager::TellSlice()
+{
+    constexpr int SliceTime = 8; // ms
+    QElapsedTimer time;
+    time.start();
+    while (!m_toTell.empty() && time.elapsed() < SliceTime) {
+        const std::wstring file = std::move(m_toTell.front());
+        m_toTell.pop_front();
+        QMutexLocker locker(&m_lock);
+        if (ForgetUntold(file))
+            m_added(file, m_errors[file]);
+    }
+    if (!m_untold.empty())
+        QTimer::singleShot(0, m_bar, [this] { TellSlice(); });
+    else
+        m_toTell.clear();
+}
+
+bool CCAErrorsManager::ForgetUntold(const std::wstring& file)
+{
+    return m_untold.erase(file) > 0;
+}
+
 void CCAErrorsManager::RemoveErrors(const std::wstring& file)
 {
     QMutexLocker locker(&m_lock);
+    ForgetUntold(file);
     m_removed(file);
     m_errors.erase(file);
+}
+
+void CCAErrorsManager::RemoveErrorsOf(const std::vector<std::wstring>& files)
+{
+    // Once the rows are gone, the signals cost nothing.
+    if (m_bar && !files.empty())
+        m_bar->RemoveErrorsOf(files);
+    for (const std::wstring& file : files)
+        RemoveErrors(file);
 }
 
 void CCAErrorsManager::Clear()
 {
     QMutexLocker locker(&m_lock);
     m_errors.clear();
+    m_untold.clear();
+}
+
+void CCAErrorsManager::ShowHostErrors(const std::wstring& file, const std::vector<SHostError>& errors)
+{
+    if (m_bar)
+        m_bar->ShowHostErrors(file, errors);
 }
 
 void CCAErrorsManager::GetErrors(const std::wstring& file, std::vector<SCAError>& out)

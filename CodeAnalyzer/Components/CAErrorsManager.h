@@ -9,13 +9,16 @@
 #include <QMutex>
 #include <boost/signals2/signal.hpp>
 #include <boost/signals2/trackable.hpp>
+#include <deque>
 #include <map>
 #include <string>
+#include <unordered_set>
 #include <vector>
 
 namespace Kesh::CodeAnalyzer {
 
 class CCAErrorsBar;
+struct SHostError;
 
 /// The one store of errors, per file. Workers post their results to the errors bar, which hands them back on
 /// the GUI thread; only there does the table change. The signals are emitted while the table is locked: a
@@ -48,8 +51,15 @@ public:
     void AddErrorsMT(const std::wstring& file, const std::vector<SCAError>& errors);
     /// GUI thread.
     void RemoveErrors(const std::wstring& file);
+    /// The same for each of many. GUI thread.
+    void RemoveErrorsOf(const std::vector<std::wstring>& files);
     /// Empties the table without a signal.
     void Clear();
+    /// Like AddErrorsMT(), but tells of it later, when the GUI thread has nothing else to do: many files do
+    /// not stop the window then. GUI thread.
+    void AddErrorsGradually(const std::wstring& file, const std::vector<SCAError>& errors);
+    /// GUI thread.
+    void ShowHostErrors(const std::wstring& file, const std::vector<SHostError>& errors);
 
     /// Leaves `out` as it was when the file has no entry. Any thread.
     void GetErrors(const std::wstring& file, std::vector<SCAError>& out);
@@ -68,7 +78,15 @@ public:
     RemovedSignal& GetRemovedSignal() { return m_removed; }
 
 private:
+    void TellSlice();
+    /// Nothing more is to be told of the file; whether there was something.
+    bool ForgetUntold(const std::wstring& file);
+
     CCAErrorsBar* m_bar = nullptr;
+    /// The files whose errors nobody has been told of yet, and the order in which that is to happen; some of
+    /// that may be out of date. GUI thread.
+    std::unordered_set<std::wstring> m_untold;
+    std::deque<std::wstring> m_toTell;
     QMutex m_lock;
     ErrorsTable m_errors;
     QIcon m_icon;

@@ -22,6 +22,10 @@ public:
     }
     AddedSignal& GetAddedSignal() override { return m_manager.GetAddedSignal(); }
     RemovedSignal& GetRemovedSignal() override { return m_manager.GetRemovedSignal(); }
+    void ShowHostErrors(const std::wstring& file, const std::vector<SHostError>& errors) override
+    {
+        m_manager.ShowHostErrors(file, errors);
+    }
 
 private:
     CCAErrorsManager& m_manager;

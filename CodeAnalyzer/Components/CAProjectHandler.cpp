@@ -135,8 +135,7 @@ void CCAProjectHandler::OnCloseProject(IProjectManager* pm)
         m_reopenedFiles = pm->GetFiles();
         return;
     }
-    for (const std::wstring& file : pm->GetFiles())
-        m_errorsManager->RemoveErrors(file);
+    m_errorsManager->RemoveErrorsOf(pm->GetFiles());
 }
 
 void CCAProjectHandler::RemoveErrorsOfLeavers(IProjectManager* pm)
@@ -273,7 +272,8 @@ void CCAProjectHandler::LoadErrors(IProjectManager* pm)
     for (const std::wstring& file : cache->files)
         lowerFiles.insert(Base::CCommonString::LowerCaseFast(file));
     for (const auto& [file, errors] : ReadSavedErrors(pm->GetData(ErrorsItem), lowerFiles))
-        m_errorsManager->AddErrorsMT(file, errors);
+        m_gradual ? m_errorsManager->AddErrorsGradually(file, errors)
+                  : m_errorsManager->AddErrorsMT(file, errors);
 }
 
 void CCAProjectHandler::Run()

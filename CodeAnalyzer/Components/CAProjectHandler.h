@@ -54,6 +54,7 @@ public:
     /// Checks the open project once more, unless such a check runs.
     void CheckAgain();
     void SetComplete(bool complete) override { m_complete = complete; }
+    void SetGradual(bool gradual) override { m_gradual = gradual; }
     void Stop() override;
     /// A document has been closed whose errors may not be those of the file: checks the project's file from
     /// disk, in all its languages, once the host has forgotten the document.
@@ -112,6 +113,7 @@ private:
     CCADocManager* m_docManager = nullptr;
     std::shared_ptr<CCACheckWorkers> m_workers;
     bool m_complete = false;           ///< what the host wants
+    bool m_gradual = false;            ///< the same
     bool m_checksComplete = false;     ///< what the thread does; set before it starts
     TCancelFlag m_cancelled;           ///< of the thread that runs; set before it starts
     bool m_projectWanted = false;      ///< the next thread checks the whole project

@@ -437,6 +437,77 @@ TEST_F(ErrorsBarTest, RowsOfOthersAreRemovedWithTheirFile)
     EXPECT_EQ(Rows(), Texts());
 }
 
+TEST_F(ErrorsBarTest, TheHostsOwnFindingsStandBesideTheErrors)
+{
+    const auto rows = [&] {
+        QStringList texts;
+        for (int row = 0; row < Bar().topLevelItemCount(); ++row)
+            texts.append(Bar().topLevelItem(row)->text(1) + ": " + Bar().topLevelItem(row)->text(2));
+        return texts.join('|').toStdString();
+    };
+    const auto own = [](std::int64_t line, const wchar_t* message) {
+        return SHostError{{{{0, line}, {1, line}}, 9001, 2}, message};
+    };
+    Errors().AddErrorsMT(L"/a.php", {ErrorAt(0, 7)});
+    Errors().ShowHostErrors(L"/a.php", {own(3, L"idle"), own(9, L"idle too")});
+    EXPECT_EQ(rows(), "/a.php - 8: Expression error|/a.php - 4: idle|/a.php - 10: idle too");
+    EXPECT_EQ(m_host.ErrorsOf(L"/a.php").size(), 1u) << "they are not stored";
+    Errors().ShowHostErrors(L"/a.php", {own(5, L"another")});
+    EXPECT_EQ(rows(), "/a.php - 8: Expression error|/a.php - 6: another");
+    const auto* row = dynamic_cast<IErrorRow*>(Bar().topLevelItem(1));
+    ASSERT_NE(row, nullptr);
+    EXPECT_EQ(row->GetFile(), L"/a.php");
+    EXPECT_EQ(row->GetError().code, 9001);
+    Errors().RemoveErrors(L"/a.php");
+    EXPECT_EQ(rows(), "") << "they go with the others";
+    Errors().ShowHostErrors(L"/b.php", {own(5, L"alone")});
+    EXPECT_EQ(rows(), "/b.php - 6: alone");
+    Errors().ShowHostErrors(L"/b.php", {});
+    EXPECT_EQ(rows(), "");
+}
+
+TEST_F(ErrorsBarTest, ManyFilesAreRemovedAtOnceAsOneByOne)
+{
+    const auto name = [](int file) { return L"/f" + std::to_wstring(100 + file); };
+    for (const bool most : {true, false})
+        for (const int column : {0, 1, 2}) {
+            std::vector<std::wstring> going;
+            for (int file = 0; file < 60; ++file) {
+                Errors().AddErrorsMT(name(file), {ErrorAt(0, 1), ErrorAt(0, 2, 901, 2), ErrorAt(3, 2, 102)});
+                if ((file % 10 == 3) != most)
+                    going.push_back(name(file));
+            }
+            Bar().OnHeaderItemClicked(column);
+            Bar().setCurrentItem(Bar().topLevelItem(100));
+            const auto* current = dynamic_cast<IErrorRow*>(Bar().currentItem());
+            const bool stays = std::find(going.begin(), going.end(), current->GetFile()) == going.end();
+            const SCAError selected = current->GetError();
+            QStringList left;
+            for (int row = 0; row < Bar().topLevelItemCount(); ++row)
+                if (std::find(going.begin(), going.end(),
+                              dynamic_cast<IErrorRow*>(Bar().topLevelItem(row))->GetFile()) == going.end())
+                    left.append(Bar().topLevelItem(row)->text(1));
+            Errors().RemoveErrorsOf(going);
+            QStringList rows;
+            for (int row = 0; row < Bar().topLevelItemCount(); ++row)
+                rows.append(Bar().topLevelItem(row)->text(1));
+            EXPECT_EQ(rows, left) << column;
+            EXPECT_EQ(Errors().GetAllErrors().size(), 60 - going.size());
+            if (stays && most) {
+                ASSERT_NE(Bar().currentItem(), nullptr);
+                EXPECT_EQ(dynamic_cast<IErrorRow*>(Bar().currentItem())->GetError().pos, selected.pos);
+            }
+            // The rows that are left are known as before.
+            Errors().RemoveErrors(name(most ? 3 : 4));
+            EXPECT_EQ(Bar().topLevelItemCount(), left.size() - 3);
+            std::vector<std::wstring> all;
+            for (int file = 0; file < 60; ++file)
+                all.push_back(name(file));
+            Errors().RemoveErrorsOf(all);
+            EXPECT_EQ(Bar().topLevelItemCount(), 0);
+        }
+}
+
 } // namespace
 
 } // namespace Kesh::CodeAnalyzer

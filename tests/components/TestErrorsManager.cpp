@@ -2,6 +2,10 @@
 #include "TestHost.h"
 
 #include <QCoreApplication>
+#include <QTest>
+#include <QTimer>
+#include <algorithm>
+#include <functional>
 #include <gtest/gtest.h>
 
 namespace Kesh::CodeAnalyzer {
@@ -74,6 +78,59 @@ TEST(ErrorsManager, StoresAndAnnouncesWhatIsPosted)
     manager.Clear();
     EXPECT_EQ(recorder.Take(), "");
     EXPECT_TRUE(manager.GetAllErrors().empty());
+}
+
+TEST(ErrorsManager, WhatIsToldGraduallyLeavesTheWindowAliveAndEndsRight)
+{
+    Tests::CTestHost host;
+    CCAErrorsManager& manager = host.Errors();
+    constexpr int Files = 400;
+    constexpr std::int64_t Each = 50;
+    const auto name = [](int file) { return L"/f" + std::to_wstring(1000 + file); };
+    std::vector<SCAError> errors;
+    for (std::int64_t line = 0; line < Each; ++line)
+        errors.push_back(ErrorAt({{0, line}, {1, line}}));
+    for (int file = 0; file < Files; ++file)
+        manager.AddErrorsGradually(name(file), errors);
+    EXPECT_EQ(host.Bar().topLevelItemCount(), 0);
+    EXPECT_EQ(host.ErrorsOf(name(Files - 1)).size(), errors.size()) << "stored at once";
+
+    // What else happens to a file before it is its turn.
+    manager.RemoveErrors(name(390));
+    manager.AddErrorsFormBar(name(391), {ErrorAt({}, 102)});
+    manager.AddErrorsMT(name(392), {ErrorAt({}, 102)});
+    manager.AddErrorsGradually(name(393), {ErrorAt({}, 102)});
+    int turns = 0;
+    int sorted = 0;
+    QTimer turn;
+    QObject::connect(&turn, &QTimer::timeout, [&] {
+        ++turns;
+        const int rows = host.Bar().topLevelItemCount();
+        if (sorted == 0 && rows > 200) { // the user works while the rows come
+            sorted = rows;
+            host.Bar().OnHeaderItemClicked(1);
+            host.Bar().OnHeaderItemClicked(1);
+            manager.RemoveErrors(name(0));
+        }
+    });
+    turn.start(0);
+    const int expected = (Files - 4) * Each + (Each + 1) + 1 + 1 - Each;
+    ASSERT_TRUE(QTest::qWaitFor([&] { return host.Bar().topLevelItemCount() == expected; }, 20000))
+        << host.Bar().topLevelItemCount();
+    EXPECT_GT(turns, 3);
+    EXPECT_LT(sorted, expected);
+    QStringList rows;
+    for (int row = 0; row < expected; ++row)
+        rows.append(host.Bar().topLevelItem(row)->text(1).section(' ', 0, 0));
+    QStringList descending = rows;
+    std::sort(descending.begin(), descending.end(), std::greater<>());
+    EXPECT_EQ(rows, descending);
+    EXPECT_EQ(rows.count("/f1000"), 0);
+    EXPECT_EQ(rows.count("/f1390"), 0);
+    EXPECT_EQ(rows.count("/f1391"), Each + 1);
+    EXPECT_EQ(rows.count("/f1392") + rows.count("/f1393"), 2);
+    QTest::qWait(20);
+    EXPECT_EQ(host.Bar().topLevelItemCount(), expected) << "nothing is told twice";
 }
 
 TEST(ErrorsManager, AnswersTheEditorsMargin)

@@ -11,6 +11,10 @@ public:
     virtual void SetComplete(bool complete) = 0;
     /// Ends a check that runs, soon.
     virtual void Stop() = 0;
+    /// Whether the errors that were kept with a project come into the list some at a time, when the project
+    /// is opened and the event loop has nothing else to do, so that many of them do not stop the window. Off
+    /// until a host asks.
+    virtual void SetGradual(bool gradual) = 0;
 
 protected:
     ~IProjectCheck() = default;

@@ -16,6 +16,13 @@
 
 namespace Kesh::CodeAnalyzer {
 
+/// What a host has found itself, to be listed beside the errors.
+struct SHostError
+{
+    SCAError error;
+    std::wstring message;
+};
+
 /// The stored errors, for a host that shows them in its own way. Reading is safe from any thread. The signals
 /// are emitted on the GUI thread while the store is locked: a slot must not read the store, it should only
 /// note that something changed.
@@ -31,6 +38,9 @@ public:
     virtual std::wstring GetErrorDescription(const SCAError& error) = 0;
     virtual AddedSignal& GetAddedSignal() = 0;
     virtual RemovedSignal& GetRemovedSignal() = 0;
+    /// Has the errors bar list what the host has found in a file, in place of what it has found there before.
+    /// It is not stored, and leaves the list with the file's errors. GUI thread.
+    virtual void ShowHostErrors(const std::wstring& file, const std::vector<SHostError>& errors) = 0;
 
 protected:
     ~IErrorsSource() = default;
