@@ -8,7 +8,6 @@
 #include <QDropEvent>
 #include <QHelpEvent>
 #include <QMimeData>
-#include <QToolTip>
 #include <Qsci/qscicommandset.h>
 #include <Qsci/qscilexercss.h>
 #include <Qsci/qscilexerjavascript.h>
@@ -157,6 +156,12 @@ void CCodeEditor::SetCaretPosition(const SyntaxParser::CIterator& pos)
     const int position = PositionOf(pos);
     SendScintilla(SCI_ENSUREVISIBLE, SendScintilla(SCI_LINEFROMPOSITION, position));
     SendScintilla(SCI_SETEMPTYSELECTION, position);
+}
+
+void CCodeEditor::SelectSpan(const SyntaxParser::SScheme& span)
+{
+    SetCaretPosition(span.start);
+    SendScintilla(SCI_SETSEL, PositionOf(span.start), PositionOf(span.end));
 }
 
 void CCodeEditor::ScrollToCaret(int margin)
@@ -387,21 +392,36 @@ int CCodeEditor::LineAtHeight(int y) const
 
 void CCodeEditor::ShowToolTip(const QPoint& point, const QPoint& globalPoint)
 {
-    QString text;
+    std::vector<CErrorTip::SLine> lines;
+    SyntaxParser::CIterator place{-1, -1};
     const int marginsWidth = marginWidth(LineMargin) + marginWidth(ErrorMargin) + marginWidth(FoldMargin);
-    if (m_messages) {
-        if (point.x() < marginsWidth) {
-            const int line = LineAtHeight(point.y());
-            text = line >= 0 ? m_messages({0, line}, true) : QString();
-        } else {
-            const long position = SendScintilla(SCI_POSITIONFROMPOINTCLOSE, point.x(), point.y());
-            text = position >= 0 ? m_messages(PlaceOf(static_cast<int>(position)), false) : QString();
-        }
+    const bool inMargin = point.x() < marginsWidth;
+    if (inMargin) {
+        place = {0, LineAtHeight(point.y())};
+    } else {
+        const long position = SendScintilla(SCI_POSITIONFROMPOINTCLOSE, point.x(), point.y());
+        if (position >= 0)
+            place = PlaceOf(static_cast<int>(position));
     }
-    if (text.isEmpty())
-        QToolTip::hideText();
-    else
-        QToolTip::showText(globalPoint, text, this);
+    if (m_tips && place.y >= 0)
+        lines = m_tips(place, inMargin);
+    if (!m_tip) {
+        if (lines.empty())
+            return;
+        m_tip = new CErrorTip(this);
+        connect(m_tip, &CErrorTip::explainRequested, this, &CCodeEditor::explainRequested);
+        connect(m_tip, &CErrorTip::mendRequested, this, [this] {
+            setFocus();
+            SetCaretPosition(m_tipPlace);
+            emit mendRequested();
+        });
+    }
+    // What it is about: a character, or a line's part of the margins.
+    const int height = static_cast<int>(SendScintilla(SCI_TEXTHEIGHT, 0UL));
+    const QRect subject = inMargin ? QRect(0, point.y() - height, marginsWidth, 2 * height)
+                                   : QRect(point.x() - height, point.y() - height, 2 * height, 2 * height);
+    m_tipPlace = place;
+    m_tip->ShowLines(lines, globalPoint, subject.translated(viewport()->mapToGlobal({0, 0})));
 }
 
 bool CCodeEditor::viewportEvent(QEvent* event)

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "ErrorTip.h"
 #include "Kesh/SyntaxParser/Position.h"
 #include "Severity.h"
 
@@ -32,6 +33,8 @@ public:
     SyntaxParser::CIterator GetCaretPosition() const;
     /// Puts the caret there, as near as the text allows; ends the selection.
     void SetCaretPosition(const SyntaxParser::CIterator& pos);
+    /// Selects it, with the caret at its end.
+    void SelectSpan(const SyntaxParser::SScheme& span);
     void ScrollToCaret(int margin);
     /// Just below the caret, in the viewport.
     QPoint GetCaretPoint() const;
@@ -59,9 +62,10 @@ public:
     /// The icons of errors; the others are the window's own.
     void SetErrorIcon(const QIcon& icon);
     void SetMarkColor(ESeverity severity, const QColor& color);
-    /// Answers the message for a place; the empty text means none. `wholeLine`: any place of the line.
-    using TMessageSource = std::function<QString(const SyntaxParser::CIterator& pos, bool wholeLine)>;
-    void SetMessageSource(TMessageSource source) { m_messages = std::move(source); }
+    /// Answers what is to be said of a place. `wholeLine`: of any place of the line.
+    using TTipSource =
+        std::function<std::vector<CErrorTip::SLine>(const SyntaxParser::CIterator& pos, bool wholeLine)>;
+    void SetTipSource(TTipSource source) { m_tips = std::move(source); }
 
     /// Makes room for the line numbers.
     void UpdateMargins();
@@ -71,6 +75,9 @@ signals:
     void visibleLinesChanged();
     /// Files or folders have been dropped on the editor.
     void urlsDropped(const QList<QUrl>& urls);
+    void explainRequested(int code);
+    /// The caret has been put where there is something to mend.
+    void mendRequested();
 
 protected:
     bool viewportEvent(QEvent* event) override;
@@ -89,7 +96,9 @@ private:
     int LineAtHeight(int y) const;
     void ShowToolTip(const QPoint& point, const QPoint& globalPoint);
 
-    TMessageSource m_messages;
+    TTipSource m_tips;
+    CErrorTip* m_tip = nullptr; ///< made when it is first needed
+    SyntaxParser::CIterator m_tipPlace{0, 0};
     int m_shownFirst = -1;
     int m_shownEnd = -1;
 };

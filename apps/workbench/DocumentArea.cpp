@@ -8,6 +8,7 @@
 #include "EditorTheme.h"
 #include "ErrorWatch.h"
 #include "FindBar.h"
+#include "FormatChoice.h"
 #include "MessageStrip.h"
 #include "Prompts.h"
 #include "Texts.h"
@@ -68,6 +69,7 @@ CDocumentArea::CDocumentArea(Host::CApplication& application, IPrompts& prompts)
     connect(&m_diskTimer, &QTimer::timeout, this, &CDocumentArea::CheckDisk);
     m_application.Documents().SetHolderFactory(
         [this](Host::CDocument& document) { return MakeHolder(document); });
+    m_application.Documents().SetOpenGuard([this](const std::wstring& path) { return Refuse(path); });
     m_application.Documents().GetOpenErrorSignal().connect(
         [this](const std::wstring& path, const std::wstring& reason) { Report(path, reason); });
 }
@@ -90,10 +92,11 @@ std::unique_ptr<Editor::ITextHolder> CDocumentArea::MakeHolder(Host::CDocument& 
     connect(editor, &CCodeEditor::visibleLinesChanged, this, [this, editor] { ShowErrors(*editor); });
     connect(editor, &CCodeEditor::urlsDropped, this, &CDocumentArea::urlsDropped);
     editor->setAccessibleName(Shown(Host::FileName(document.GetPath())));
-    editor->SetMessageSource([this, editor](const SyntaxParser::CIterator& pos, bool wholeLine) {
-        Host::CDocument* shown = DocumentOf(editor);
-        return shown && m_errors ? m_errors->GetMessages(shown->GetPath(), pos, wholeLine) : QString();
+    editor->SetTipSource([this, editor](const SyntaxParser::CIterator& pos, bool wholeLine) {
+        return m_tips && DocumentOf(editor) ? m_tips(pos, wholeLine) : std::vector<CErrorTip::SLine>();
     });
+    connect(editor, &CCodeEditor::explainRequested, this, &CDocumentArea::explainRequested);
+    connect(editor, &CCodeEditor::mendRequested, this, &CDocumentArea::mendRequested);
     if (m_errors)
         editor->SetErrorIcon(m_errors->GetManager().GetIcon());
     m_making = true; // until the document has its text, nobody may ask it
@@ -147,7 +150,12 @@ void CDocumentArea::RestoreFiles(const std::vector<SSession::SFile>& files, int 
 
 bool CDocumentArea::Open(const std::wstring& path)
 {
-    return m_application.Documents().Open(path, 0) != nullptr;
+    const bool isNew = m_application.Documents().Find(path) == nullptr;
+    if (!m_application.Documents().Open(path, 0))
+        return false;
+    if (Host::CDocument* document = GetCurrent(); document && isNew)
+        TellOfLineEnds(*document);
+    return true;
 }
 
 Host::CDocument* CDocumentArea::DocumentOf(const QWidget* editor) const
@@ -265,20 +273,25 @@ void CDocumentArea::ApplyChoices(const SChoices& choices)
 bool CDocumentArea::WriteDocument(Host::CDocument& document)
 {
     const QString name = Shown(Host::FileName(document.GetPath()));
+    if (!CanWrite(document))
+        return false;
     if (document.IsStale() && Host::StampOf(document.GetPath()).size >= 0 &&
         !m_prompts->Confirm(Tr("%1 has been changed by another program. Save over it?").arg(name),
                             Tr("&Save")))
         return false;
     bool acceptLoss = false;
     if (!document.IsFaithful()) {
-        acceptLoss = m_prompts->Confirm(
-            Tr("%1 is not valid UTF-8. Saving replaces each invalid byte by a replacement character.")
-                .arg(name),
-            Tr("&Save"));
+        acceptLoss =
+            m_prompts->Confirm(Tr("%1 is not valid %2. Saving replaces each invalid byte by a replacement "
+                                  "character.")
+                                   .arg(name, EncodingName(document.GetFormat())),
+                               Tr("&Save"));
         if (!acceptLoss)
             return false;
     }
     document.Save(acceptLoss);
+    if (CCodeEditor* editor = FindEditor(document.GetPath()))
+        UpdateTitle(editor);
     return true;
 }
 
@@ -309,6 +322,8 @@ bool CDocumentArea::SaveAs(Host::CDocument& document)
         m_strip->Show(Tr("%1 is open in another tab. Close it first.").arg(name));
         return false;
     }
+    if (!CanWrite(document))
+        return false;
     try {
         m_watcher.removePath(Shown(document.GetPath()));
         SettleDisk(document.GetPath());
@@ -447,13 +462,18 @@ void CDocumentArea::SettleDisk(const std::wstring& path)
 
 void CDocumentArea::Reload(Host::CDocument& document)
 {
+    LoadKeepingPlace(document, [&] { document.Load(); });
+}
+
+void CDocumentArea::LoadKeepingPlace(Host::CDocument& document, const std::function<void()>& load)
+{
     CCodeEditor* editor = FindEditor(document.GetPath());
     const SyntaxParser::CIterator caret = editor->GetCaretPosition();
     const int firstLine = editor->firstVisibleLine();
     const Host::SFileStamp stamp = Host::StampOf(document.GetPath());
     SettleDisk(document.GetPath());
     try {
-        document.Load();
+        load();
     } catch (const Base::CWorkError& fault) {
         document.AcknowledgeDisk(stamp); // told once
         Report(document.GetPath(), fault.GetMessage());
@@ -462,6 +482,7 @@ void CDocumentArea::Reload(Host::CDocument& document)
     editor->SetCaretPosition(caret);
     editor->setFirstVisibleLine(firstLine);
     ShowErrors(*editor);
+    UpdateTitle(editor);
 }
 
 void CDocumentArea::ShowNextTab(int step)
@@ -473,11 +494,6 @@ void CDocumentArea::ShowNextTab(int step)
 void CDocumentArea::SetWelcomeText(const QString& html)
 {
     m_welcome->setText(html);
-}
-
-void CDocumentArea::Report(const std::wstring& path, const std::wstring& reason)
-{
-    m_strip->Show(Shown(path) + QStringLiteral(": ") + QString::fromStdWString(reason), {}, Shown(path));
 }
 
 } // namespace Kesh::Workbench

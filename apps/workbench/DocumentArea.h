@@ -1,14 +1,17 @@
 #pragma once
 
 #include "Application/FileIO.h"
+#include "CodeEditor.h"
 #include "Kesh/SyntaxParser/Position.h"
 #include "Preferences.h"
+#include "SyntaxParser/SourceText.h"
 
 #include <QFileSystemWatcher>
 #include <QTabWidget>
 #include <QTimer>
 #include <QUrl>
 #include <QWidget>
+#include <functional>
 #include <map>
 #include <memory>
 #include <set>
@@ -27,7 +30,6 @@ class ITextHolder;
 
 namespace Kesh::Workbench {
 
-class CCodeEditor;
 class CErrorWatch;
 class CFindBar;
 class CMessageStrip;
@@ -64,6 +66,10 @@ public:
     bool SaveAll();
     bool Close(Host::CDocument& document);
     bool CloseAll();
+    /// Reads the file anew in another encoding; false when the user would rather keep unsaved edits.
+    bool ReopenWith(Host::CDocument& document, SyntaxParser::EEncoding encoding);
+    /// How the next saves write it.
+    void ChangeFormat(Host::CDocument& document, const SyntaxParser::SSourceFormat& format);
     /// Closes without a question.
     void DiscardAll();
 
@@ -71,6 +77,8 @@ public:
     void SetPrompts(IPrompts& prompts) { m_prompts = &prompts; }
     /// Where errors come from; null for nowhere. Not owned.
     void SetErrorWatch(CErrorWatch* watch);
+    /// What is to be said of a place in the editor in front.
+    void SetTipSource(CCodeEditor::TTipSource source) { m_tips = std::move(source); }
     void ApplyChoices(const SChoices& choices);
     /// Looks whether open files have changed on disk.
     void CheckDisk();
@@ -88,6 +96,9 @@ signals:
     void caretMoved();
     void linkActivated(const QString& link);
     void urlsDropped(const QList<QUrl>& urls);
+    void explainRequested(int code);
+    /// What is at the caret is to be mended.
+    void mendRequested();
 
 private:
     std::unique_ptr<Editor::ITextHolder> MakeHolder(Host::CDocument& document);
@@ -98,7 +109,14 @@ private:
     void ColorTab(const CCodeEditor& editor);
     void OnErrorsChanged(const std::set<std::wstring>& files);
     bool WriteDocument(Host::CDocument& document);
+    /// Whether the encoding has all characters; if not, says so.
+    bool CanWrite(Host::CDocument& document);
     void Reload(Host::CDocument& document);
+    void LoadKeepingPlace(Host::CDocument& document, const std::function<void()>& load);
+    /// Why the file is not to be opened; empty if it is.
+    std::wstring Refuse(const std::wstring& path);
+    void OpenAnyway(const std::wstring& path);
+    void TellOfLineEnds(Host::CDocument& document);
     /// Closes without a question; what is on disk is what has last been checked.
     void Discard(Host::CDocument& document);
     void OnChangedOnDisk(Host::CDocument& document);
@@ -114,9 +132,11 @@ private:
     QTabWidget* m_tabs;
     CFindBar* m_findBar;
     CErrorWatch* m_errors = nullptr;
+    CCodeEditor::TTipSource m_tips;
     SChoices m_choices;
     std::map<const QWidget*, Host::CDocument*> m_documents; ///< by editor
     bool m_making = false;                                  ///< a document is not complete yet
+    std::wstring m_refused; ///< the binary file that Open() was asked for last
     /// What was on disk, by path, when the user was told of it.
     std::map<std::wstring, Host::SFileStamp> m_toldStamps;
     QFileSystemWatcher m_watcher;

@@ -9,7 +9,9 @@
 #include "Configuration/Configuration.h"
 #include "Configuration/Edit.h"
 #include "DocumentArea.h"
+#include "ErrorWatch.h"
 #include "Findings/Describe.h"
+#include "Findings/NameErrors.h"
 #include "ProjectManager/ProjectManager.h"
 #include "SyntaxParser/ParserComponent.h"
 #include "SyntaxParser/SPDocument.h"
@@ -20,14 +22,19 @@
 #include <QFile>
 #include <QMenu>
 #include <QPushButton>
+#include <QRegularExpression>
 #include <QTextBrowser>
 #include <QVBoxLayout>
+#include <algorithm>
 
 namespace Kesh::Workbench {
 
 using QuickFixes::SQuickFix;
 
 namespace {
+
+/// In longer texts the details would take more time than a hover has.
+constexpr std::size_t MaxExplainedLength = 400000;
 
 bool Touches(const SyntaxParser::SScheme& span, const SyntaxParser::CIterator& pos)
 {
@@ -41,41 +48,111 @@ CErrorHelp::CErrorHelp(Host::CApplication& application, CDocumentArea& area)
 {
 }
 
+void CErrorHelp::SetPlugin(Host::CPlugin* plugin, CErrorWatch* watch)
+{
+    m_plugin = plugin;
+    m_watch = watch;
+}
+
+std::vector<Findings::SFinding> CErrorHelp::FindingsOf(const TPick& pick, const std::wstring& text) const
+{
+    const std::wstring path = m_area.GetCurrent()->GetPath();
+    std::vector<CodeAnalyzer::SCAError> errors = m_watch->GetErrors(path);
+    std::erase_if(errors, [&](const CodeAnalyzer::SCAError& error) { return !pick(error.pos); });
+    // What the window has found itself needs no description, and its comment must not be taken for idle.
+    std::vector<Findings::SFinding> findings;
+    for (const CodeAnalyzer::SCAError& error : errors)
+        if (error.code == Findings::UnusedIgnore) {
+            Findings::SFinding& own = findings.emplace_back();
+            own.error = error;
+            const QString message = m_watch->GetMessage(path, error);
+            own.message = message.section(':', 0, 0).toStdWString();
+            own.detail = message.mid(static_cast<int>(own.message.size())).toStdWString();
+        }
+    std::erase_if(errors, [](const auto& error) { return error.code == Findings::UnusedIgnore; });
+    if (errors.empty())
+        return findings;
+    const bool isShort = text.size() < MaxExplainedLength;
+    Findings::CDescriber describer({[this](const CodeAnalyzer::SCAError& error) {
+                                        return m_plugin->Errors().GetErrorDescription(error);
+                                    },
+                                    *m_application.Parser().GetCompletionData(),
+                                    isShort ? m_plugin->ErrorDetails() : nullptr, nullptr});
+    const auto described = describer.Describe(
+        {path, path, SyntaxParser::FactoryForPath(path), [&text] { return text; }}, errors);
+    for (const Findings::SFinding& finding : described.findings)
+        if (finding.error.code != Findings::UnusedIgnore)
+            findings.push_back(finding);
+    return findings;
+}
+
+std::vector<CErrorTip::SLine> CErrorHelp::GetTips(const SyntaxParser::CIterator& pos, bool wholeLine) const
+{
+    const CCodeEditor* editor = m_area.GetCurrentEditor();
+    if (!m_area.GetCurrent() || !editor || !m_plugin)
+        return {};
+    const auto covers = [&](const SyntaxParser::SScheme& span) {
+        const auto& [start, end] = span;
+        return wholeLine ? start.y == pos.y : start <= pos && (pos < end || pos == start);
+    };
+    const auto errors = m_watch->GetErrors(m_area.GetCurrent()->GetPath());
+    if (std::none_of(errors.begin(), errors.end(), [&](const auto& error) { return covers(error.pos); }))
+        return {};
+    std::vector<CErrorTip::SLine> lines;
+    for (const Findings::SFinding& finding : FindingsOf(covers, editor->GetContent())) {
+        QString text = QString::fromStdWString(finding.message);
+        if (Findings::IsNameError(finding.error.code)) {
+            text += QStringLiteral(" '%1'").arg(QString::fromStdWString(Findings::NameOf(finding)));
+            if (!finding.nearest.empty())
+                text += Tr(", did you mean '%1'?").arg(QString::fromStdWString(finding.nearest));
+        } else {
+            text += QString::fromStdWString(finding.detail);
+        }
+        const int code = finding.error.code;
+        const auto isAlike = [&](const CErrorTip::SLine& line) {
+            return line.text == text && line.code == code;
+        };
+        if (std::none_of(lines.begin(), lines.end(), isAlike))
+            lines.push_back({text, code, !GetPage(code).isEmpty()});
+    }
+    return lines;
+}
+
 std::vector<SQuickFix> CErrorHelp::GetFixes() const
 {
     Host::CDocument* document = m_area.GetCurrent();
     const CCodeEditor* editor = m_area.GetCurrentEditor();
     if (!document || !editor || !m_plugin)
         return {};
-    const std::wstring path = document->GetPath();
-    std::vector<CodeAnalyzer::SCAError> errors;
-    m_plugin->Errors().GetErrors(path, errors);
     const SyntaxParser::CIterator caret = editor->GetCaretPosition();
-    std::erase_if(errors, [&](const CodeAnalyzer::SCAError& error) { return !Touches(error.pos, caret); });
-    if (errors.empty())
-        return {};
     const std::wstring text = editor->GetContent();
-    Findings::CDescriber describer({[this](const CodeAnalyzer::SCAError& error) {
-                                        return m_plugin->Errors().GetErrorDescription(error);
-                                    },
-                                    *m_application.Parser().GetCompletionData(), m_plugin->ErrorDetails(),
-                                    nullptr});
-    const std::wstring factory = SyntaxParser::FactoryForPath(path);
-    const Findings::SFileFindings found =
-        describer.Describe({path, path, factory, [&text] { return text; }}, errors);
     const Findings::CTextLines lines(text);
+    const QuickFixes::SFileText file{text, lines, SyntaxParser::FactoryForPath(document->GetPath())};
     std::vector<SQuickFix> fixes;
-    for (const Findings::SFinding& finding : found.findings)
-        for (SQuickFix& fix : QuickFixes::FixesFor(finding, {text, lines, factory}))
+    for (const Findings::SFinding& finding :
+         FindingsOf([&](const SyntaxParser::SScheme& span) { return Touches(span, caret); }, text))
+        for (SQuickFix& fix : QuickFixes::FixesFor(finding, file))
             fixes.push_back(std::move(fix));
     return fixes;
+}
+
+QString CErrorHelp::TitleOf(const SQuickFix& fix)
+{
+    // A text of the project, or a number, stands in an otherwise fixed title.
+    static const QRegularExpression variable(QStringLiteral("(?<=').*?(?='( |$))|\\d+"),
+                                             QRegularExpression::DotMatchesEverythingOption);
+    const QString title = QString::fromStdWString(fix.title);
+    const QRegularExpressionMatch match = variable.match(title);
+    if (!match.hasMatch())
+        return Tr(title.toUtf8().constData());
+    const QString key = title.left(match.capturedStart()) + "%1" + title.mid(match.capturedEnd());
+    return Tr(key.toUtf8().constData()).replace(QStringLiteral("%1"), match.captured());
 }
 
 void CErrorHelp::AddFixes(QMenu& menu)
 {
     for (const SQuickFix& fix : GetFixes())
-        menu.addAction(QString::fromStdWString(fix.title).replace('&', QStringLiteral("&&")), this,
-                       [this, fix] { Apply(fix); });
+        menu.addAction(TitleOf(fix).replace('&', QStringLiteral("&&")), this, [this, fix] { Apply(fix); });
 }
 
 void CErrorHelp::OfferFixes()

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "ErrorTip.h"
 #include "Findings/Finding.h"
 #include "QuickFixes/QuickFix.h"
 
@@ -19,6 +20,7 @@ class CPlugin;
 namespace Kesh::Workbench {
 
 class CDocumentArea;
+class CErrorWatch;
 
 /// What helps with an error: what can be done about it at the press of a key, and the page that explains it.
 /// GUI thread only.
@@ -31,10 +33,15 @@ public:
     CErrorHelp(Host::CApplication& application, CDocumentArea& area);
 
     /// Null: nobody knows anything of errors. Not owned.
-    void SetPlugin(Host::CPlugin* plugin) { m_plugin = plugin; }
+    void SetPlugin(Host::CPlugin* plugin, CErrorWatch* watch);
+
+    /// What there is to say of a place in the editor in front, or of its whole line.
+    std::vector<CErrorTip::SLine> GetTips(const SyntaxParser::CIterator& pos, bool wholeLine) const;
 
     /// What can be done about the errors at the caret of the editor in front, the likeliest first.
     std::vector<QuickFixes::SQuickFix> GetFixes() const;
+    /// In the user's language.
+    static QString TitleOf(const QuickFixes::SQuickFix& fix);
     /// Puts them into a menu, each with what it does.
     void AddFixes(QMenu& menu);
     /// Shows them as a menu at the caret.
@@ -52,11 +59,15 @@ signals:
     void failed(const QString& text);
 
 private:
+    using TPick = std::function<bool(const SyntaxParser::SScheme& span)>;
+    /// The errors of the document in front that are picked, with all that is known of them.
+    std::vector<Findings::SFinding> FindingsOf(const TPick& pick, const std::wstring& text) const;
     void WriteSettings(const QuickFixes::SQuickFix& fix);
 
     Host::CApplication& m_application;
     CDocumentArea& m_area;
     Host::CPlugin* m_plugin = nullptr;
+    CErrorWatch* m_watch = nullptr;
 };
 
 } // namespace Kesh::Workbench

@@ -2,6 +2,7 @@
 
 #include "Application/FilePath.h"
 #include "ErrorRowDelegate.h"
+#include "Kesh/CodeAnalyzer/IErrorRow.h"
 #include "Texts.h"
 
 #include <QApplication>
@@ -15,6 +16,8 @@
 #include <QMenu>
 #include <QTreeWidget>
 #include <QVBoxLayout>
+#include <algorithm>
+#include <utility>
 
 namespace Kesh::Workbench {
 
@@ -24,23 +27,11 @@ constexpr int CaretDelay = 120;     // ms: who holds an arrow key down does not 
 constexpr int FilterDelay = 60;     // ms
 constexpr int SliceTime = 12;       // ms: the window stays alive between two slices
 constexpr int TypeAheadTime = 1000; // ms
-const QString LineMark = QStringLiteral(" - ");
+constexpr int MaxAtOnce = 2000;     // rows that are looked at when they come, and not some at a time
 
-QString FileOf(const QTreeWidgetItem& item)
+const CodeAnalyzer::IErrorRow* RowOf(const QTreeWidgetItem* item)
 {
-    const QString text = item.text(1);
-    return text.left(text.lastIndexOf(LineMark));
-}
-
-int LineOf(const QTreeWidgetItem& item)
-{
-    const QString text = item.text(1);
-    return text.midRef(text.lastIndexOf(LineMark) + LineMark.size()).toInt() - 1;
-}
-
-bool LooksLike(const QTreeWidgetItem& a, const QTreeWidgetItem& b)
-{
-    return a.text(1) == b.text(1) && a.text(2) == b.text(2) && a.text(0) == b.text(0);
+    return dynamic_cast<const CodeAnalyzer::IErrorRow*>(item);
 }
 
 } // namespace
@@ -73,6 +64,7 @@ CErrorPanel::CErrorPanel(QTreeWidget& list, CErrorWatch& watch)
     line->addWidget(m_text, 1);
     line->addWidget(m_severity);
     line->addWidget(m_scope);
+    line->addSpacing(6);
     line->addWidget(m_counts);
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
@@ -81,31 +73,37 @@ CErrorPanel::CErrorPanel(QTreeWidget& list, CErrorWatch& watch)
     layout->addWidget(&list, 1);
     setFocusProxy(&list);
 
+    m_delegate->SetTypeSource([this](int index) {
+        const std::optional<SRow> row = GetRow(m_list ? m_list->topLevelItem(index) : nullptr);
+        return row ? row->error.type : 0;
+    });
     list.setItemDelegate(m_delegate);
     list.installEventFilter(this);
     list.setContextMenuPolicy(Qt::CustomContextMenu);
     connect(&list, &QTreeWidget::customContextMenuRequested, this, &CErrorPanel::ShowMenu);
-    const auto filterSoon = [this] {
+    connect(list.model(), &QAbstractItemModel::rowsInserted, this,
+            [this](const QModelIndex&, int first, int last) { OnRowsInserted(first, last); });
+    connect(list.model(), &QAbstractItemModel::rowsRemoved, this, [this] {
         if (IsFiltering())
-            m_filterStart.start();
-    };
-    connect(list.model(), &QAbstractItemModel::rowsInserted, this, filterSoon);
-    connect(list.model(), &QAbstractItemModel::rowsRemoved, this, filterSoon);
+            FilterSoon();
+    });
     const auto once = [this](QTimer& timer, int delay, void (CErrorPanel::*action)()) {
         timer.setSingleShot(true);
         timer.setInterval(delay);
         connect(&timer, &QTimer::timeout, this, action);
     };
     once(m_caretTimer, CaretDelay, &CErrorPanel::FollowCaret);
-    once(m_filterStart, FilterDelay, &CErrorPanel::RestartFilter);
+    once(m_filterStart, FilterDelay, &CErrorPanel::StartFilter);
     once(m_filterStep, 0, &CErrorPanel::FilterSlice);
     m_typedTimer.setSingleShot(true);
     m_typedTimer.setInterval(TypeAheadTime);
-    connect(m_text, &QLineEdit::textChanged, &m_filterStart, qOverload<>(&QTimer::start));
+    connect(m_text, &QLineEdit::textChanged, this, [this] {
+        m_nextRow = -1; // what is looked for has become another
+        m_filterStart.start();
+    });
     for (QComboBox* choice : {m_severity, m_scope})
         connect(choice, qOverload<int>(&QComboBox::currentIndexChanged), this, &CErrorPanel::RestartFilter);
-    connect(&watch, &CErrorWatch::changed, this, &CErrorPanel::ShowCounts);
-    connect(&watch, &CErrorWatch::settingsChanged, this, &CErrorPanel::RestartFilter);
+    connect(&watch, &CErrorWatch::changed, this, &CErrorPanel::OnWatchChanged);
     ShowCounts();
 }
 
@@ -124,24 +122,12 @@ std::optional<CErrorPanel::SRow> CErrorPanel::GetRow(const QTreeWidgetItem* item
         item = m_list->selectedItems().first();
     if (!item)
         return {};
-    SRow row;
-    row.file = Host::PathFromQt(FileOf(*item));
-    row.message = item->text(2);
-    // The row tells no more than it shows; of several that look alike each stands for the next of the errors.
-    int alike = 0;
-    for (int above = m_list->indexOfTopLevelItem(const_cast<QTreeWidgetItem*>(item)) - 1;
-         above >= 0 && LooksLike(*m_list->topLevelItem(above), *item); --above)
-        ++alike;
-    std::optional<SRow> found;
-    for (const CodeAnalyzer::SCAError& error : m_watch.GetErrors(row.file)) {
-        if (error.pos.start.y != LineOf(*item) || m_watch.GetMessage(error) != row.message)
-            continue;
-        row.error = error;
-        found = row;
-        if (alike-- == 0)
-            break;
-    }
-    return found;
+    const CodeAnalyzer::IErrorRow* known = RowOf(item);
+    if (!known)
+        return {};
+    SRow row{known->GetFile(), known->GetError(), item->text(2)};
+    row.error.type = m_watch.TypeOf(row.file, row.error);
+    return row;
 }
 
 QString CErrorPanel::Describe(const SRow& row) const
@@ -203,9 +189,10 @@ void CErrorPanel::TypeAhead(const QString& text)
     const int current = m_list->indexOfTopLevelItem(m_list->currentItem());
     for (int i = goesOn ? 0 : 1; i <= count && count > 0; ++i) {
         QTreeWidgetItem* item = m_list->topLevelItem((std::max(current, 0) + i) % count);
-        const QString name = item->text(1).section('/', -1);
-        if (!item->isHidden() && (name.startsWith(m_typed, Qt::CaseInsensitive) ||
-                                  item->text(2).startsWith(m_typed, Qt::CaseInsensitive))) {
+        const CodeAnalyzer::IErrorRow* row = RowOf(item);
+        if (row && !item->isHidden() &&
+            (Host::PathToQt(Host::FileName(row->GetFile())).startsWith(m_typed, Qt::CaseInsensitive) ||
+             item->text(2).startsWith(m_typed, Qt::CaseInsensitive))) {
             m_list->setCurrentItem(item);
             return;
         }
@@ -240,37 +227,79 @@ void CErrorPanel::ShowMenu(const QPoint& point)
 
 // The filter looks at all rows, some at a time.
 
+bool CErrorPanel::HasFilter() const
+{
+    return !m_text->text().isEmpty() || m_severity->currentIndex() != 0 ||
+           m_scope->currentIndex() != Everywhere;
+}
+
 bool CErrorPanel::IsFiltering() const
 {
-    return m_watch.HasSettings() || !m_text->text().isEmpty() || m_severity->currentIndex() != 0 ||
-           m_scope->currentIndex() != Everywhere;
+    return HasFilter() || m_hides;
+}
+
+void CErrorPanel::OnWatchChanged()
+{
+    // Once nothing is hidden any more, all rows have to be looked at for a last time.
+    const bool hid = std::exchange(m_hides, m_watch.MayHide());
+    if (hid || m_hides)
+        FilterSoon();
+    ShowCounts();
+}
+
+void CErrorPanel::OnRowsInserted(int first, int last)
+{
+    m_hides = m_watch.MayHide();
+    if (!IsFiltering())
+        return;
+    // What is not to be seen never is.
+    for (int row = first; row <= std::min(last, first + MaxAtOnce); ++row)
+        if (QTreeWidgetItem* item = m_list->topLevelItem(row); !Passes(*item))
+            item->setHidden(true);
+    FilterSoon();
+}
+
+void CErrorPanel::FilterSoon()
+{
+    if (!m_filterStart.isActive())
+        m_filterStart.start();
 }
 
 bool CErrorPanel::Passes(const QTreeWidgetItem& item) const
 {
-    if (m_watch.HasSettings() && !GetRow(&item))
+    const CodeAnalyzer::IErrorRow* row = RowOf(&item);
+    if (!row)
+        return true;
+    const std::wstring& file = row->GetFile();
+    const std::int32_t type = m_watch.TypeOf(file, row->GetError());
+    if (type == 0)
         return false;
-    const bool isError = item.text(0) == Tr("Error");
+    const bool isError = type == CodeAnalyzer::SeverityError;
     if (m_severity->currentIndex() != 0 && isError != (m_severity->currentIndex() == 1))
         return false;
     const QString& text = m_text->text();
-    if (!text.isEmpty() && !m_delegate->Shorten(item.text(1)).contains(text, Qt::CaseInsensitive) &&
-        !item.text(2).contains(text, Qt::CaseInsensitive))
+    if (!text.isEmpty() && !item.text(2).contains(text, Qt::CaseInsensitive) &&
+        !m_delegate->Shorten(item.text(1)).contains(text, Qt::CaseInsensitive))
         return false;
-    const QString file = FileOf(item);
     switch (m_scope->currentIndex()) {
-    case ThisFile: return Host::PathFromQt(file) == m_caret.file;
-    case OpenFiles: return m_isOpen && m_isOpen(Host::PathFromQt(file));
-    case InProject: return !m_folder.isEmpty() && file.startsWith(m_folder + '/');
+    case ThisFile: return file == m_caret.file;
+    case OpenFiles: return m_isOpen && m_isOpen(file);
+    case InProject: return !m_folder.isEmpty() && file.starts_with(Host::PathFromQt(m_folder) + L'/');
     default: return true;
     }
 }
 
 void CErrorPanel::RestartFilter()
 {
+    m_filterStart.stop();
     m_nextRow = 0;
     m_passed = 0;
     FilterSlice();
+}
+
+void CErrorPanel::StartFilter()
+{
+    m_nextRow < 0 ? RestartFilter() : FilterSoon();
 }
 
 void CErrorPanel::FilterSlice()
@@ -279,7 +308,7 @@ void CErrorPanel::FilterSlice()
         return;
     QElapsedTimer time;
     time.start();
-    // Rows that come or go meanwhile have it all done again.
+    // Rows that come or go meanwhile have it all done again, but not before it has been done once.
     const int count = m_list->topLevelItemCount();
     while (m_nextRow < count && time.elapsed() < SliceTime) {
         QTreeWidgetItem* item = m_list->topLevelItem(m_nextRow++);
@@ -304,10 +333,12 @@ void CErrorPanel::FollowCaret()
     const std::optional<CodeAnalyzer::SCAError> error = m_watch.FindAt(m_caret.file, m_caret.pos);
     if (!error)
         return;
-    const QString place = Host::PathToQt(m_caret.file) + LineMark + QString::number(error->pos.start.y + 1);
-    const QString message = m_watch.GetMessage(*error);
     const auto shows = [&](const QTreeWidgetItem* item) {
-        return item && item->text(1) == place && item->text(2) == message;
+        const CodeAnalyzer::IErrorRow* row = RowOf(item);
+        if (!row || row->GetFile() != m_caret.file)
+            return false;
+        const CodeAnalyzer::SCAError shown = row->GetError();
+        return shown.pos == error->pos && shown.code == error->code;
     };
     QTreeWidgetItem* found = m_list->currentItem();
     for (int row = 0; !shows(found) && row < m_list->topLevelItemCount(); ++row)
@@ -324,7 +355,7 @@ void CErrorPanel::ShowCounts()
     QString text = total.errors + total.warnings == 0
                        ? QString()
                        : Tr("Errors: %1, warnings: %2").arg(total.errors).arg(total.warnings);
-    if (IsFiltering())
+    if (HasFilter())
         text = Tr("%1 (%2 shown)").arg(text).arg(m_shown);
     m_counts->setText(text);
 }

@@ -70,8 +70,16 @@ private:
     void OpenSelected();
     void ShowMenu(const QPoint& point);
 
+    void OnWatchChanged();
+    void OnRowsInserted(int first, int last);
+    /// Once what runs has come to its end.
+    void FilterSoon();
+    void StartFilter();
     void RestartFilter();
     void FilterSlice();
+    /// Whether the user has set one.
+    bool HasFilter() const;
+    /// Whether some row may be hidden, for whatever reason.
     bool IsFiltering() const;
     bool Passes(const QTreeWidgetItem& item) const;
     void FollowCaret();
@@ -90,9 +98,10 @@ private:
     QTimer m_caretTimer;
     QTimer m_filterStart; ///< soon after a change
     QTimer m_filterStep;
-    int m_passed = 0;   ///< of the rows looked at
-    int m_shown = 0;    ///< of all rows, when they last had been looked at
-    int m_nextRow = -1; ///< the next row to be looked at; -1: none
+    bool m_hides = false; ///< the project does not want some errors
+    int m_passed = 0;     ///< of the rows looked at
+    int m_shown = 0;      ///< of all rows, when they last had been looked at
+    int m_nextRow = -1;   ///< the next row to be looked at; -1: none
     QString m_typed;
     QTimer m_typedTimer;
 };

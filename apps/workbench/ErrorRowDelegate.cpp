@@ -1,5 +1,6 @@
 #include "ErrorRowDelegate.h"
 
+#include "Kesh/CodeAnalyzer/SCAError.h"
 #include "Severity.h"
 #include "Texts.h"
 
@@ -42,7 +43,9 @@ void CErrorRowDelegate::initStyleOption(QStyleOptionViewItem* option, const QMod
     static const QIcon error = IconOf(ESeverity::Error);
     static const QIcon warning = IconOf(ESeverity::Warning);
     option->features |= QStyleOptionViewItem::HasDecoration;
-    option->icon = index.data().toString() == Tr("Error") ? error : warning;
+    const bool isError = m_typeOf && m_typeOf(index.row()) == CodeAnalyzer::SeverityError;
+    option->icon = isError ? error : warning;
+    option->text = isError ? Tr("Error") : Tr("Warning");
     option->decorationSize = QSize(16, 16);
 }
 

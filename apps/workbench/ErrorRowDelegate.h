@@ -1,6 +1,8 @@
 #pragma once
 
 #include <QStyledItemDelegate>
+#include <cstdint>
+#include <functional>
 
 namespace Kesh::Workbench {
 
@@ -16,6 +18,9 @@ public:
     /// Empty for no folder.
     void SetFolder(const QString& folder);
     QString Shorten(const QString& path) const;
+    /// Tells the severity of a row for the user, which may be another than the validator's.
+    using TTypeOf = std::function<std::int32_t(int row)>;
+    void SetTypeSource(TTypeOf typeOf) { m_typeOf = std::move(typeOf); }
 
     QString displayText(const QVariant& value, const QLocale& locale) const override;
     bool helpEvent(QHelpEvent* event, QAbstractItemView* view, const QStyleOptionViewItem& option,
@@ -26,6 +31,7 @@ protected:
 
 private:
     QString m_prefix; ///< the folder and a slash
+    TTypeOf m_typeOf;
 };
 
 } // namespace Kesh::Workbench

@@ -1,5 +1,9 @@
 #include "ErrorWatch.h"
 
+#include "Findings/Describe.h"
+#include "Texts.h"
+
+#include <QElapsedTimer>
 #include <algorithm>
 #include <utility>
 
@@ -10,7 +14,16 @@ using CodeAnalyzer::SCAError;
 namespace {
 
 /// Many files change at once during a project check; the window need not follow each.
-constexpr int NoticeDelay = 30; // ms
+constexpr int AskDelay = 20;  // ms
+constexpr int TellDelay = 20; // ms
+
+/// The host's own messages begin with a fixed text.
+std::wstring Translated(const std::wstring& message)
+{
+    const std::size_t end = std::min(message.find(L':'), message.size());
+    const QString fixed = QString::fromStdWString(message.substr(0, end));
+    return Tr(fixed.toUtf8().constData()).toStdWString() + message.substr(end);
+}
 
 } // namespace
 
@@ -19,17 +32,20 @@ ESeverity SeverityOf(const SCAError& error)
     return error.type == CodeAnalyzer::SeverityError ? ESeverity::Error : ESeverity::Warning;
 }
 
-CErrorWatch::CErrorWatch(CodeAnalyzer::IErrorsSource& source, CodeAnalyzer::IErrorsManager& manager)
-    : m_source(source), m_manager(manager)
+CErrorWatch::CErrorWatch(CodeAnalyzer::IErrorsSource& source, CodeAnalyzer::IErrorsManager& manager,
+                         const SyntaxParser::ICompletionData& names)
+    : m_source(source), m_manager(manager), m_judge(names), m_rules(std::make_shared<SProjectRules>())
 {
-    m_notice.setSingleShot(true);
-    m_notice.setInterval(NoticeDelay);
-    connect(&m_notice, &QTimer::timeout, this, [this] {
-        std::set<std::wstring> files;
-        files.swap(m_changed);
-        emit changed(files);
-    });
-    CountAll();
+    const auto once = [this](QTimer& timer, int delay, auto action) {
+        timer.setSingleShot(true);
+        timer.setInterval(delay);
+        connect(&timer, &QTimer::timeout, this, action);
+    };
+    once(m_ask, AskDelay, [this] { AskJudge(); });
+    once(m_tell, TellDelay, [this] { emit changed(std::exchange(m_decided, {})); });
+    connect(&m_judge, &CErrorJudge::judged, this, &CErrorWatch::OnJudged);
+    for (const auto& [file, errors] : source.GetAllErrors())
+        OnAdded(file, errors);
     m_added = source.GetAddedSignal().connect(
         [this](const std::wstring& file, const std::vector<SCAError>& errors) { OnAdded(file, errors); });
     m_removed = source.GetRemovedSignal().connect([this](const std::wstring& file) { OnRemoved(file); });
@@ -37,86 +53,196 @@ CErrorWatch::CErrorWatch(CodeAnalyzer::IErrorsSource& source, CodeAnalyzer::IErr
 
 void CErrorWatch::OnAdded(const std::wstring& file, const std::vector<SCAError>& errors)
 {
-    const std::vector<SCAError> wanted = Wanted(file, errors);
-    if (wanted.empty())
-        return;
-    SCounts& counts = m_files[file];
-    for (const SCAError& error : wanted) {
-        const bool isError = error.type == CodeAnalyzer::SeverityError;
-        ++(isError ? counts.errors : counts.warnings);
-        ++(isError ? m_total.errors : m_total.warnings);
-    }
-    NoteChange(file);
+    if (!errors.empty())
+        Renew(file).isShown = true;
 }
 
 void CErrorWatch::OnRemoved(const std::wstring& file)
 {
-    if (!m_hasChecked) { // a check drops what it is about to find anew
-        m_hasChecked = true;
-        NoteChange(file);
+    const bool isFirst = !std::exchange(m_hasChecked, true); // a check drops what it is about to find anew
+    if (m_states.count(file) == 0) {
+        if (isFirst)
+            TellSoon(file);
+        return;
     }
+    ForgetCounts(file);
+    Renew(file);
+}
+
+CErrorWatch::SState& CErrorWatch::Renew(const std::wstring& file)
+{
+    SState& state = m_states[file];
+    state.generation = ++m_generation;
+    state.isJudged = false;
+    NoteChange(file);
+    return state;
+}
+
+void CErrorWatch::NoteChange(const std::wstring& file)
+{
+    // The store is locked now, so whoever wants to read it has to wait.
+    m_changed.insert(file);
+    if (!m_ask.isActive())
+        m_ask.start();
+}
+
+void CErrorWatch::NoteParsed(const std::wstring& file)
+{
+    Renew(file).isParsed = true;
+}
+
+void CErrorWatch::AskJudge()
+{
+    constexpr int SliceTime = 8; // ms
+    QElapsedTimer time;
+    time.start();
+    while (!m_changed.empty() && time.elapsed() < SliceTime) {
+        const std::wstring file = *m_changed.begin();
+        m_changed.erase(m_changed.begin());
+        const auto found = m_states.find(file);
+        if (found == m_states.end())
+            continue;
+        SState& state = found->second;
+        CErrorJudge::SOrder order{file, state.generation, {}, {}};
+        m_source.GetErrors(file, order.errors);
+        if (order.errors.empty() && !state.isParsed) {
+            Forget(file); // nobody has looked at it: its errors have only been taken away
+            continue;
+        }
+        if (m_textOf)
+            order.text = m_textOf(file);
+        m_judge.Ask(std::move(order));
+    }
+    if (!m_changed.empty())
+        m_ask.start();
+}
+
+void CErrorWatch::OnJudged(const SVerdict& verdict)
+{
+    const auto found = m_states.find(verdict.file);
+    if (found == m_states.end() || found->second.generation != verdict.generation)
+        return; // out of date
+    SState& state = found->second;
+    if (!state.verdict.own.empty() || !verdict.own.empty())
+        ShowOwn(verdict.file, verdict.own);
+    m_hiding += verdict.hides - state.verdict.hides;
+    state.verdict = verdict;
+    for (CodeAnalyzer::SHostError& own : state.verdict.own)
+        own.message = Translated(own.message);
+    state.isJudged = true;
+    state.isParsed = false;
+    Count(verdict);
+    if (verdict.errors.empty() && verdict.own.empty()) {
+        Forget(verdict.file);
+    } else {
+        state.isShown = true;
+        TellSoon(verdict.file);
+    }
+}
+
+void CErrorWatch::ShowOwn(const std::wstring& file, std::vector<CodeAnalyzer::SHostError> own)
+{
+    for (CodeAnalyzer::SHostError& error : own)
+        error.message = Translated(error.message);
+    m_source.ShowHostErrors(file, own);
+}
+
+void CErrorWatch::Count(const SVerdict& verdict)
+{
+    ForgetCounts(verdict.file);
+    SCounts counts;
+    const auto count = [&](std::int32_t type) {
+        ++(type == CodeAnalyzer::SeverityError ? counts.errors : counts.warnings);
+    };
+    for (const SJudgedError& error : verdict.errors)
+        if (error.type != 0)
+            count(error.type);
+    for (const CodeAnalyzer::SHostError& own : verdict.own)
+        count(own.error.type);
+    if (counts.errors + counts.warnings == 0)
+        return;
+    m_files[verdict.file] = counts;
+    m_total.errors += counts.errors;
+    m_total.warnings += counts.warnings;
+}
+
+void CErrorWatch::TellSoon(const std::wstring& file)
+{
+    m_decided.insert(file);
+    if (!m_tell.isActive())
+        m_tell.start();
+}
+
+void CErrorWatch::Forget(const std::wstring& file)
+{
+    const auto found = m_states.find(file);
+    m_hiding -= found->second.verdict.hides;
+    if (found->second.isShown)
+        TellSoon(file);
+    m_states.erase(found);
+}
+
+void CErrorWatch::ForgetCounts(const std::wstring& file)
+{
     const auto found = m_files.find(file);
     if (found == m_files.end())
         return;
     m_total.errors -= found->second.errors;
     m_total.warnings -= found->second.warnings;
     m_files.erase(found);
-    NoteChange(file);
 }
 
-void CErrorWatch::NoteChange(const std::wstring& file)
+void CErrorWatch::SetRules(std::shared_ptr<const SProjectRules> rules)
 {
-    // The store is locked now, so whoever wants to read it has to wait for the notice.
-    m_changed.insert(file);
-    if (!m_notice.isActive())
-        m_notice.start();
+    m_rules = std::move(rules);
+    m_judge.SetRules(m_rules);
+    for (const auto& [file, state] : m_states)
+        Renew(file);
 }
 
-void CErrorWatch::CountAll()
+std::int32_t CErrorWatch::TypeBySettings(const std::wstring& file, const SCAError& error) const
 {
-    m_files.clear();
-    m_total = {};
-    for (const auto& [file, errors] : m_source.GetAllErrors())
-        OnAdded(file, errors);
+    const Configuration::SConfiguration& settings = m_rules->settings;
+    if (settings.Excludes(file))
+        return 0;
+    const auto level = settings.LevelOf(error.code, file);
+    if (!level)
+        return error.type;
+    return *level == Configuration::ELevel::Off     ? 0
+           : *level == Configuration::ELevel::Error ? CodeAnalyzer::SeverityError
+                                                    : CodeAnalyzer::SeverityWarning;
 }
 
-void CErrorWatch::SetSettings(Configuration::SConfiguration settings)
+bool CErrorWatch::HidesUndecided(const std::wstring& file) const
 {
-    m_settings = std::move(settings);
-    for (const auto& [file, counts] : m_files)
-        NoteChange(file);
-    CountAll();
-    emit settingsChanged();
+    // Nothing shows up only to go again.
+    const auto state = m_states.find(file);
+    return m_rules->baseline || (state != m_states.end() && state->second.verdict.hides);
 }
 
-bool CErrorWatch::HasSettings() const
+std::int32_t CErrorWatch::TypeOf(const std::wstring& file, const SCAError& error) const
 {
-    return !m_settings.rules.empty() || !m_settings.exclude.empty();
-}
-
-std::vector<SCAError> CErrorWatch::Wanted(const std::wstring& file, const std::vector<SCAError>& errors) const
-{
-    if (!HasSettings())
-        return errors;
-    std::vector<SCAError> wanted;
-    if (m_settings.Excludes(file))
-        return wanted;
-    for (SCAError error : errors) {
-        const auto level = m_settings.LevelOf(error.code, file);
-        if (level == Configuration::ELevel::Off)
-            continue;
-        if (level)
-            error.type = level == Configuration::ELevel::Error ? CodeAnalyzer::SeverityError
-                                                               : CodeAnalyzer::SeverityWarning;
-        wanted.push_back(error);
+    if (error.code == Findings::UnusedIgnore)
+        return error.type; // found in deciding
+    const auto state = m_states.find(file);
+    if (state != m_states.end() && state->second.isJudged) {
+        const std::vector<SJudgedError>& errors = state->second.verdict.errors;
+        const auto found = std::lower_bound(errors.begin(), errors.end(), error,
+                                            [](const SJudgedError& judged, const SCAError& wanted) {
+                                                return judged.error.pos.start < wanted.pos.start;
+                                            });
+        for (auto judged = found; judged != errors.end() && judged->error.pos.start == error.pos.start;
+             ++judged)
+            if (judged->error.code == error.code && judged->error.pos.end == error.pos.end)
+                return judged->type;
     }
-    return wanted;
+    return HidesUndecided(file) ? 0 : TypeBySettings(file, error);
 }
 
 void CErrorWatch::SetChecked(bool hasChecked)
 {
     m_hasChecked = hasChecked;
-    NoteChange({});
+    TellSoon({});
 }
 
 ESeverity CErrorWatch::GetSeverity(const std::wstring& file) const
@@ -130,20 +256,40 @@ ESeverity CErrorWatch::GetSeverity(const std::wstring& file) const
 std::vector<SCAError> CErrorWatch::GetErrors(const std::wstring& file)
 {
     std::vector<SCAError> errors;
-    m_source.GetErrors(file, errors);
-    return Wanted(file, errors);
+    const auto state = m_states.find(file);
+    if (state == m_states.end())
+        return errors;
+    const auto add = [&](SCAError error, std::int32_t type) {
+        error.type = type;
+        if (type != 0)
+            errors.push_back(error);
+    };
+    if (state->second.isJudged) {
+        for (const SJudgedError& judged : state->second.verdict.errors)
+            add(judged.error, judged.type);
+        for (const CodeAnalyzer::SHostError& own : state->second.verdict.own)
+            add(own.error, own.error.type);
+    } else if (!HidesUndecided(file)) {
+        std::vector<SCAError> stored;
+        m_source.GetErrors(file, stored);
+        for (const SCAError& error : stored)
+            add(error, TypeBySettings(file, error));
+    }
+    return errors;
 }
 
-QString CErrorWatch::GetMessage(const SCAError& error)
+QString CErrorWatch::GetMessage(const std::wstring& file, const SCAError& error)
 {
+    if (const auto state = m_states.find(file); state != m_states.end())
+        for (const CodeAnalyzer::SHostError& own : state->second.verdict.own)
+            if (own.error.code == error.code && own.error.pos == error.pos)
+                return QString::fromStdWString(own.message);
     return QString::fromStdWString(m_source.GetErrorDescription(error));
 }
 
 std::optional<SCAError> CErrorWatch::FindAt(const std::wstring& file, const SyntaxParser::CIterator& pos)
 {
     std::optional<SCAError> covering, onLine;
-    if (m_files.count(file) == 0)
-        return {};
     for (const SCAError& error : GetErrors(file)) {
         const auto& [start, end] = error.pos;
         if (start <= pos && (pos < end || pos == start) && (!covering || covering->pos.start <= start))
@@ -161,7 +307,7 @@ QString CErrorWatch::GetMessages(const std::wstring& file, const SyntaxParser::C
         const auto& [start, end] = error.pos;
         const bool covers = wholeLine ? start.y == pos.y : start <= pos && (pos < end || pos == start);
         if (covers)
-            messages.append(QStringLiteral("%1 [%2]").arg(GetMessage(error)).arg(error.code));
+            messages.append(QStringLiteral("%1 [%2]").arg(GetMessage(file, error)).arg(error.code));
     }
     messages.removeDuplicates();
     return messages.join('\n');
@@ -177,8 +323,8 @@ std::optional<SErrorPlace> CErrorWatch::FindNeighbour(const SErrorPlace& from, b
     const auto prefers = [&](const SErrorPlace& a, const SErrorPlace& b) {
         return forward ? before(a, b) : before(b, a);
     };
-    for (const auto& [file, errors] : m_source.GetAllErrors()) {
-        for (const SCAError& error : Wanted(file, errors)) {
+    for (const auto& [file, state] : m_states) {
+        for (const SCAError& error : GetErrors(file)) {
             const SErrorPlace place{file, error.pos.start};
             std::optional<SErrorPlace>& best = prefers(from, place) ? nearest : roundTheEnd;
             if (!best || prefers(place, *best))

@@ -1,11 +1,12 @@
 #pragma once
 
-#include "Configuration/Configuration.h"
+#include "ErrorJudge.h"
 #include "Kesh/CodeAnalyzer/Plugin.h"
 #include "Severity.h"
 
 #include <QObject>
 #include <QTimer>
+#include <functional>
 #include <map>
 #include <optional>
 #include <set>
@@ -23,8 +24,8 @@ struct SErrorPlace
 
 ESeverity SeverityOf(const CodeAnalyzer::SCAError& error);
 
-/// Follows the stored errors: counts them, and tells which files' errors have changed, once the store is
-/// free to be asked again. GUI thread only.
+/// Follows the stored errors: has decided which of them the project wants to hear of, counts those, and tells
+/// which files' errors have changed, once the store is free to be asked again. GUI thread only.
 class CErrorWatch final : public QObject
 {
     Q_OBJECT
@@ -36,8 +37,15 @@ public:
         int warnings = 0;
     };
 
-    /// Neither is owned; both must outlive this.
-    CErrorWatch(CodeAnalyzer::IErrorsSource& source, CodeAnalyzer::IErrorsManager& manager);
+    /// Nothing is owned; all must outlive this.
+    CErrorWatch(CodeAnalyzer::IErrorsSource& source, CodeAnalyzer::IErrorsManager& manager,
+                const SyntaxParser::ICompletionData& names);
+
+    /// The text of an open file, asked when its errors have changed; nothing for one that is not open.
+    using TTextOf = std::function<std::optional<std::wstring>(const std::wstring& file)>;
+    void SetTextSource(TTextOf textOf) { m_textOf = std::move(textOf); }
+    /// A file has been read by a check, errors or not.
+    void NoteParsed(const std::wstring& file);
 
     SCounts GetTotal() const { return m_total; }
     /// The counts of each file that has any.
@@ -47,14 +55,18 @@ public:
     /// The gravest of a file's errors.
     ESeverity GetSeverity(const std::wstring& file) const;
     std::vector<CodeAnalyzer::SCAError> GetErrors(const std::wstring& file);
-    QString GetMessage(const CodeAnalyzer::SCAError& error);
+    QString GetMessage(const std::wstring& file, const CodeAnalyzer::SCAError& error);
     /// The error at a place: the one that begins last of those that cover it, or else that of its line.
     std::optional<CodeAnalyzer::SCAError> FindAt(const std::wstring& file,
                                                  const SyntaxParser::CIterator& pos);
-    /// What a project wants done with codes; errors that it does not want are not there for the window.
-    void SetSettings(Configuration::SConfiguration settings);
-    /// Whether there may be errors that it does not want.
-    bool HasSettings() const;
+    /// What a project wants done with errors; those that it does not want are not there for the window.
+    void SetRules(std::shared_ptr<const SProjectRules> rules);
+    const Configuration::SConfiguration& GetSettings() const { return m_rules->settings; }
+    /// Whether some error may not be wanted.
+    bool MayHide() const { return !m_rules->AreEmpty() || m_hiding > 0; }
+    /// The severity of a stored error for the user; 0: it is not wanted. Quick, and safe while the store is
+    /// locked: what has not been decided yet is as good as decided so.
+    std::int32_t TypeOf(const std::wstring& file, const CodeAnalyzer::SCAError& error) const;
     /// Whether anything has been checked, so that no errors means that there are none.
     bool HasChecked() const { return m_hasChecked; }
     void SetChecked(bool hasChecked);
@@ -66,25 +78,47 @@ public:
 
 signals:
     void changed(const std::set<std::wstring>& files);
-    void settingsChanged();
 
 private:
+    struct SState
+    {
+        std::uint64_t generation = 0; ///< of what is stored
+        bool isJudged = false;
+        bool isParsed = false; ///< a check has read the file since it was judged last
+        bool isShown = false;  ///< somebody may show errors of it
+        SVerdict verdict;      ///< the last one
+    };
+
     void OnAdded(const std::wstring& file, const std::vector<CodeAnalyzer::SCAError>& errors);
     void OnRemoved(const std::wstring& file);
+    /// What is stored has become another.
+    SState& Renew(const std::wstring& file);
     void NoteChange(const std::wstring& file);
-    void CountAll();
-    /// Applies the settings to a file's errors.
-    std::vector<CodeAnalyzer::SCAError> Wanted(const std::wstring& file,
-                                               const std::vector<CodeAnalyzer::SCAError>& errors) const;
+    void AskJudge();
+    void OnJudged(const SVerdict& verdict);
+    void ShowOwn(const std::wstring& file, std::vector<CodeAnalyzer::SHostError> own);
+    void Count(const SVerdict& verdict);
+    void TellSoon(const std::wstring& file);
+    void Forget(const std::wstring& file);
+    void ForgetCounts(const std::wstring& file);
+    std::int32_t TypeBySettings(const std::wstring& file, const CodeAnalyzer::SCAError& error) const;
+    bool HidesUndecided(const std::wstring& file) const;
 
     CodeAnalyzer::IErrorsSource& m_source;
     CodeAnalyzer::IErrorsManager& m_manager;
+    CErrorJudge m_judge;
+    std::shared_ptr<const SProjectRules> m_rules;
+    TTextOf m_textOf;
+    std::map<std::wstring, SState> m_states;
+    std::uint64_t m_generation = 0;
+    int m_hiding = 0; ///< files with an error that is not wanted
     std::map<std::wstring, SCounts> m_files;
     SCounts m_total;
     bool m_hasChecked = false;
-    Configuration::SConfiguration m_settings;
-    std::set<std::wstring> m_changed;
-    QTimer m_notice;
+    std::set<std::wstring> m_changed; ///< to be asked about
+    std::set<std::wstring> m_decided; ///< to be told of
+    QTimer m_ask;
+    QTimer m_tell;
     boost::signals2::scoped_connection m_added;
     boost::signals2::scoped_connection m_removed;
 };

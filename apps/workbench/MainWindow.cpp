@@ -11,11 +11,13 @@
 #include "ErrorWatch.h"
 #include "FileTree.h"
 #include "FindBar.h"
+#include "FormatChoice.h"
 #include "GrammarChoice.h"
 #include "Languages.h"
 #include "MenuBuilder.h"
 #include "MessageStrip.h"
 #include "ProjectManager/ProjectManager.h"
+#include "SearchPanel.h"
 #include "SettingsDialog.h"
 #include "StatusLine.h"
 #include "SyntaxParser/ParserComponent.h"
@@ -26,12 +28,10 @@
 #include <QDir>
 #include <QDockWidget>
 #include <QFileInfo>
-#include <QHeaderView>
 #include <QMenuBar>
 #include <QPointer>
 #include <QScreen>
 #include <QStatusBar>
-#include <QTreeWidget>
 #include <filesystem>
 
 namespace Kesh::Workbench {
@@ -77,6 +77,7 @@ CMainWindow::CMainWindow(Host::CFileSettings& settings, LangSupport::ILangSource
       m_tree(new CFileTree),
       m_treeDock(new QDockWidget(Tr("Project"), this)),
       m_status(new CStatusLine(*statusBar())),
+      m_format(new CFormatChoice(*m_area)),
       m_help(new CErrorHelp(*m_application, *m_area))
 {
     s_window = this;
@@ -89,7 +90,10 @@ CMainWindow::CMainWindow(Host::CFileSettings& settings, LangSupport::ILangSource
     addDockWidget(Qt::LeftDockWidgetArea, m_treeDock);
     resizeDocks({m_treeDock}, {fontMetrics().averageCharWidth() * 36}, Qt::Horizontal);
     resize(QSize(1200, 800).boundedTo(screen()->availableSize() * 0.95));
+    AddSearchPanel();
     m_status->setParent(this);
+    m_format->setParent(this);
+    m_status->SetFormatMenus(m_format->GetEncodingMenu(), m_format->GetLineEndMenu());
     m_help->setParent(this);
     setAcceptDrops(true);
     MakeActions();
@@ -116,8 +120,23 @@ CMainWindow::CMainWindow(Host::CFileSettings& settings, LangSupport::ILangSource
     connect(m_area, &CDocumentArea::urlsDropped, this, &CMainWindow::OpenUrls);
     connect(m_help, &CErrorHelp::failed, this,
             [this](const QString& text) { m_area->GetMessageStrip().Show(text); });
-    connect(m_help, &CErrorHelp::settingsChanged, this, &CMainWindow::ApplyProjectSettings);
+    connect(m_help, &CErrorHelp::settingsChanged, this, &CMainWindow::RefreshProject);
     connect(&m_opener, &CProjectOpener::listed, this, &CMainWindow::OnListed);
+    m_area->SetTipSource([this](const SyntaxParser::CIterator& pos, bool wholeLine) {
+        return m_help->GetTips(pos, wholeLine);
+    });
+    connect(m_area, &CDocumentArea::explainRequested, this,
+            [this](int code) { m_help->Explain(code, this); });
+    connect(m_area, &CDocumentArea::mendRequested, m_help, &CErrorHelp::OfferFixes);
+    m_application->Parser().SetParsedHook([this](const std::wstring& path) {
+        QMetaObject::invokeMethod(
+            this,
+            [this, path] {
+                if (m_errors)
+                    m_errors->NoteParsed(path);
+            },
+            Qt::QueuedConnection);
+    });
     m_application->Parser().SetFileHook([this](const std::wstring&) { ++m_filesAsked; });
     m_application->Project().GetDataErrorSignal().connect([this](const std::wstring& reason) {
         m_area->GetMessageStrip().Show(
@@ -161,15 +180,26 @@ void CMainWindow::LoadValidator()
     }
     ChooseGrammarFor(m_application->Project().GetFolder());
     m_frame.AddBars();
-    m_errors = std::make_unique<CErrorWatch>(m_plugin->Errors(), m_plugin->ErrorsManager());
+    m_errors = std::make_unique<CErrorWatch>(m_plugin->Errors(), m_plugin->ErrorsManager(),
+                                             *m_application->Parser().GetCompletionData());
+    m_errors->SetTextSource([this](const std::wstring& file) -> std::optional<std::wstring> {
+        // Asked for many files; to find one by all its spellings would take too long.
+        for (Host::CDocument* document : m_application->Documents().GetDocuments())
+            if (document->GetPath() == file)
+                return document->GetBuffer()->GetText(L"\n");
+        return {};
+    });
     ArrangeErrorList();
     ShowPluginMenu(m_frame.FillMenu(), *menuBar(), m_helpMenuAction);
-    for (QDockWidget* dock : m_frame.GetDocks())
+    for (QDockWidget* dock : m_frame.GetDocks()) {
         m_viewMenu->addAction(dock->toggleViewAction());
+        tabifyDockWidget(m_searchDock, dock);
+    }
     GiveCustomNames(m_preferences.GetChoices());
     m_plugin->ProjectCheck().SetComplete(m_preferences.GetChoices().checksMarkup);
-    m_help->SetPlugin(m_plugin.get());
-    ReadProjectSettings(m_application->Project().GetFolder());
+    m_plugin->ProjectCheck().SetGradual(true);
+    m_help->SetPlugin(m_plugin.get(), m_errors.get());
+    UseRules(m_rules);
     connect(m_errors.get(), &CErrorWatch::changed, this, &CMainWindow::OnErrorsChanged);
     m_area->SetErrorWatch(m_errors.get());
     m_tree->SetErrorWatch(m_errors.get());
@@ -181,8 +211,8 @@ void CMainWindow::UnloadValidator()
     m_area->SetErrorWatch(nullptr);
     m_tree->SetErrorWatch(nullptr);
     delete m_panel; // lets the list go, which is the validator's
+    m_help->SetPlugin(nullptr, nullptr);
     m_errors.reset();
-    m_help->SetPlugin(nullptr);
     m_plugin.reset();
 }
 
@@ -252,27 +282,28 @@ void CMainWindow::OpenProject(const std::wstring& folder)
     m_opener.Start(Host::AbsolutePath(folder));
 }
 
-void CMainWindow::OnListed(const std::wstring& folder, const std::vector<std::wstring>& files,
-                           const QString& problem)
+void CMainWindow::OnListed(const SProjectListing& listing)
 {
+    const std::wstring& folder = listing.folder;
     m_status->ShowProgress({});
     const QString shown = Host::PathToQt(folder);
-    if (!problem.isEmpty()) {
-        m_area->GetMessageStrip().Show(shown + QStringLiteral(": ") + problem);
+    if (!listing.problem.isEmpty()) {
+        m_area->GetMessageStrip().Show(shown + QStringLiteral(": ") + listing.problem);
         return;
     }
+    if (!listing.rulesProblem.isEmpty())
+        m_area->GetMessageStrip().Show(listing.rulesProblem);
     m_filesAsked = 0;
     m_stopped = false;
-    if (m_application->Project().GetFolder() == folder) {
-        ReadProjectSettings(folder);
-        ChooseGrammarFor(folder);
-        m_application->ReopenProject(files);
+    const bool isOpen = m_application->Project().GetFolder() == folder;
+    if (m_errors && !isOpen)
+        m_errors->SetChecked(false);
+    UseRules(listing.rules);
+    ChooseGrammarFor(folder);
+    if (isOpen) {
+        m_application->ReopenProject(listing.files);
     } else {
-        if (m_errors)
-            m_errors->SetChecked(false);
-        ReadProjectSettings(folder);
-        ChooseGrammarFor(folder);
-        m_application->OpenProject(folder, files);
+        m_application->OpenProject(folder, listing.files);
         m_tree->SetFolder(shown);
         m_preferences.AddRecentProject(shown);
     }
@@ -289,6 +320,8 @@ bool CMainWindow::CloseProject()
     if (!m_area->CloseAll())
         return false;
     m_application->Project().Close();
+    UseRules(std::make_shared<SProjectRules>());
+    m_search->Clear();
     m_tree->SetFolder({});
     ShowWelcome();
     OnCurrentChanged();
@@ -351,21 +384,6 @@ void CMainWindow::GoToLine()
     }
 }
 
-void CMainWindow::GoToError(bool forward)
-{
-    if (!m_errors)
-        return;
-    SErrorPlace from;
-    from.pos = {-1, -1};
-    if (Host::CDocument* document = m_area->GetCurrent())
-        from = {document->GetPath(), m_area->GetCurrentEditor()->GetCaretPosition()};
-    const std::optional<SErrorPlace> place = m_errors->FindNeighbour(from, forward);
-    if (!place || !m_area->OpenAt(place->file, place->pos))
-        return;
-    m_status->ShowMessage(
-        m_errors->GetMessages(place->file, place->pos, false).replace('\n', QStringLiteral(" / ")));
-}
-
 void CMainWindow::RunCheck(const char* command)
 {
     m_filesAsked = 0;
@@ -399,70 +417,6 @@ void CMainWindow::ApplyChoices(const SChoices& choices)
         RestartValidator();
 }
 
-QTreeView* CMainWindow::GetErrorList() const
-{
-    for (const QDockWidget* dock : m_frame.GetDocks())
-        if (QTreeView* list = dock->findChild<QTreeView*>())
-            return list;
-    return nullptr;
-}
-
-void CMainWindow::ArrangeErrorList()
-{
-    QTreeView* list = GetErrorList();
-    if (!list)
-        return;
-    if (auto* rows = qobject_cast<QTreeWidget*>(list))
-        AddErrorPanel(*rows);
-    list->setRootIsDecorated(false);
-    list->setAllColumnsShowFocus(true);
-    // The end of a path, with the line, tells more than its beginning.
-    list->setTextElideMode(Qt::ElideMiddle);
-    if (m_preferences.GetColumnWidths().empty()) {
-        const int character = list->fontMetrics().averageCharWidth();
-        SetErrorColumnWidths({character * 12, character * 60, character * 40});
-    }
-}
-
-void CMainWindow::AddErrorPanel(QTreeWidget& list)
-{
-    QDockWidget* dock = nullptr;
-    for (QDockWidget* candidate : m_frame.GetDocks())
-        if (candidate->widget() == &list)
-            dock = candidate;
-    if (!dock)
-        return;
-    m_panel = new CErrorPanel(list, *m_errors);
-    dock->setWidget(m_panel);
-    m_panel->SetFolder(Host::PathToQt(m_application->Project().GetFolder()));
-    m_panel->SetOpenFiles(
-        [this](const std::wstring& file) { return m_application->Documents().Find(file) != nullptr; });
-    connect(m_panel, &CErrorPanel::openRequested, m_area,
-            [this](const std::wstring& file, const SyntaxParser::CIterator& pos) {
-                if (m_area->OpenAt(file, pos))
-                    m_area->GetCurrentEditor()->setFocus();
-            });
-    connect(m_panel, &CErrorPanel::menuRequested, this, &CMainWindow::ExtendErrorMenu);
-    OnCaretMoved();
-}
-
-std::vector<int> CMainWindow::GetErrorColumnWidths() const
-{
-    std::vector<int> widths;
-    if (const QTreeView* list = GetErrorList())
-        for (int column = 0; column < list->header()->count(); ++column)
-            widths.push_back(list->header()->sectionSize(column));
-    return widths;
-}
-
-void CMainWindow::SetErrorColumnWidths(const std::vector<int>& widths)
-{
-    if (const QTreeView* list = GetErrorList())
-        for (int column = 0; column < std::min(list->header()->count(), static_cast<int>(widths.size()));
-             ++column)
-            list->header()->resizeSection(column, widths[static_cast<std::size_t>(column)]);
-}
-
 void CMainWindow::ShowMessage(const QString& text)
 {
     m_status->ShowMessage(text);
@@ -484,16 +438,16 @@ void CMainWindow::OnCurrentChanged()
     if (document) {
         title.prepend(Host::PathToQt(Host::FileName(document->GetPath())) + QStringLiteral("[*] - "));
         const auto& format = document->GetFormat();
-        using ELineEnd = SyntaxParser::SSourceFormat::ELineEnd;
-        QString shown = format.valid ? QStringLiteral("UTF-8") : Tr("not valid UTF-8");
-        shown += format.byteOrderMark ? QStringLiteral(" BOM") : QString();
-        shown += format.lineEnd == ELineEnd::CrLf ? QStringLiteral("  CR LF")
-                 : format.lineEnd == ELineEnd::Cr ? QStringLiteral("  CR")
-                                                  : QStringLiteral("  LF");
-        m_status->ShowFormat(shown);
+        QString encoding = EncodingName(format);
+        if (!format.valid)
+            encoding += QStringLiteral(" (%1)").arg(Tr("not valid"));
+        QString lineEnds = LineEndName(format.lineEnd);
+        if (format.mixedLineEnds)
+            lineEnds += QStringLiteral(" (%1)").arg(Tr("mixed"));
+        m_status->ShowFormat(encoding, lineEnds);
         m_tree->ShowFile(Host::PathToQt(document->GetPath()));
     } else {
-        m_status->ShowFormat({});
+        m_status->ShowFormat({}, {});
     }
     setWindowTitle(title);
     setWindowModified(document && document->IsModified());
@@ -508,14 +462,6 @@ void CMainWindow::OnCaretMoved()
     m_status->ShowCaret(caret.y, caret.x);
     if (m_panel)
         m_panel->SetCaret(caret.y < 0 ? std::wstring() : m_area->GetCurrent()->GetPath(), caret);
-}
-
-void CMainWindow::OnErrorsChanged()
-{
-    const CErrorWatch::SCounts total = m_errors->GetTotal();
-    m_status->ShowCounts(total.errors, total.warnings, m_errors->HasChecked());
-    for (QAction* action : m_errorActions)
-        action->setEnabled(total.errors + total.warnings > 0);
 }
 
 void CMainWindow::OnProgressTick()

@@ -28,6 +28,8 @@ class CErrorHelp;
 class CErrorPanel;
 class CErrorWatch;
 class CFileTree;
+class CFormatChoice;
+class CSearchPanel;
 class CStatusLine;
 
 /// The workbench: a host with a window. It makes the application and loads the code validator.
@@ -86,7 +88,7 @@ private:
     void ChooseFile();
     void ChooseFolder();
     void RefreshProject();
-    void OnListed(const std::wstring& folder, const std::vector<std::wstring>& files, const QString& problem);
+    void OnListed(const SProjectListing& listing);
     void GoToLine();
     void GoToError(bool forward);
     void RunCheck(const char* command);
@@ -103,11 +105,12 @@ private:
     void ArrangeErrorList();
     void AddErrorPanel(QTreeWidget& list);
     void ExtendErrorMenu(QMenu* menu, const std::wstring& file, const CodeAnalyzer::SCAError& error);
-    /// How the project of this folder says that it is checked; the next check goes by it.
-    void ReadProjectSettings(const std::wstring& folder);
-    void ApplyProjectSettings();
+    /// What a project wants; the next check goes by it.
+    void UseRules(std::shared_ptr<const SProjectRules> rules);
     void OpenUrls(const QList<QUrl>& urls);
     void ExplainHere();
+    void AddSearchPanel();
+    void FindInFiles();
     std::vector<int> GetErrorColumnWidths() const;
     void SetErrorColumnWidths(const std::vector<int>& widths);
     SSession GetSession() const;
@@ -125,13 +128,17 @@ private:
     std::unique_ptr<CErrorWatch> m_errors;
     CProjectOpener m_opener;
     std::atomic<std::size_t> m_filesAsked{0}; ///< by the project check
+    std::shared_ptr<const SProjectRules> m_rules = std::make_shared<SProjectRules>();
     QTimer m_progressTick;
     bool m_stopped = false; ///< the last project check, by the user
 
     CDocumentArea* m_area;
     CFileTree* m_tree;
     QDockWidget* m_treeDock;
+    CSearchPanel* m_search = nullptr;
+    QDockWidget* m_searchDock = nullptr;
     CStatusLine* m_status;
+    CFormatChoice* m_format;
     CErrorHelp* m_help;
     QMenu* m_recentMenu = nullptr;
     QMenu* m_viewMenu = nullptr;

@@ -5,6 +5,7 @@
 #include "ErrorWatch.h"
 #include "FileTree.h"
 #include "FindBar.h"
+#include "FormatChoice.h"
 #include "MainWindow.h"
 #include "ProjectManager/ProjectManager.h"
 #include "Texts.h"
@@ -57,6 +58,8 @@ void CMainWindow::MakeFileMenu()
         AddAction(menu, "Save &as...", QKeySequence("Ctrl+Shift+S"),
                   current([](auto& area, auto& document) { area.SaveAs(document); })),
         AddAction(menu, "Save a&ll", QKeySequence("Ctrl+Alt+S"), [this] { m_area->SaveAll(); })};
+    for (QMenu* format : {&m_format->GetEncodingMenu(), &m_format->GetLineEndMenu()})
+        m_documentActions.push_back(menu.addMenu(format));
     menu.addSeparator();
     m_documentActions.push_back(AddAction(menu, "&Close file", QKeySequence("Ctrl+W"),
                                           current([](auto& area, auto& document) { area.Close(document); })));
@@ -100,6 +103,8 @@ void CMainWindow::MakeEditMenu()
                     [this] { m_area->GetFindBar().FindPrevious(); }),
           AddAction(menu, "&Go to line...", QKeySequence("Ctrl+G"), [this] { GoToLine(); })})
         m_documentActions.push_back(action);
+    m_projectActions.push_back(
+        AddAction(menu, "Find &in files...", QKeySequence("Ctrl+Shift+F"), [this] { FindInFiles(); }));
 }
 
 void CMainWindow::MakeViewMenu()
@@ -126,6 +131,7 @@ void CMainWindow::MakeViewMenu()
     AddAction(menu, "Go to the e&rrors", QKeySequence("Alt+3"), [this] {
         for (QDockWidget* dock : m_frame.GetDocks()) {
             dock->show();
+            dock->raise();
             dock->widget()->setFocus();
         }
     });
@@ -140,6 +146,7 @@ void CMainWindow::MakeViewMenu()
     zoom("&Normal size", QKeySequence("Ctrl+0"), [](CCodeEditor& editor) { editor.zoomTo(0); });
     menu.addSeparator();
     menu.addAction(m_treeDock->toggleViewAction());
+    menu.addAction(m_searchDock->toggleViewAction());
 }
 
 void CMainWindow::MakeCheckMenu()
@@ -176,16 +183,6 @@ void CMainWindow::MakeHelpMenu()
     m_documentActions.push_back(
         AddAction(menu, "&Explain the error", QKeySequence("F1"), [this] { ExplainHere(); }));
     AddAction(menu, "&About", {}, [this] { ShowAbout(); });
-}
-
-void CMainWindow::ExplainHere()
-{
-    Host::CDocument* document = m_area->GetCurrent();
-    if (!document || !m_errors)
-        return;
-    if (const auto error =
-            m_errors->FindAt(document->GetPath(), m_area->GetCurrentEditor()->GetCaretPosition()))
-        m_help->Explain(error->code, this);
 }
 
 void CMainWindow::FillRecentMenu()

@@ -1,5 +1,4 @@
 #include "Application/FilePath.h"
-#include "Base/Exception.h"
 #include "CodeEditor.h"
 #include "Configuration/Apply.h"
 #include "Configuration/Configuration.h"
@@ -9,13 +8,15 @@
 #include "MainWindow.h"
 #include "MessageStrip.h"
 #include "ProjectManager/ProjectManager.h"
+#include "SearchPanel.h"
 #include "SyntaxParser/ParserComponent.h"
 #include "Texts.h"
 
+#include <QDockWidget>
 #include <QDropEvent>
 #include <QFileInfo>
-#include <QMenu>
 #include <QMimeData>
+#include <tuple>
 
 namespace Kesh::Workbench {
 
@@ -36,31 +37,22 @@ void CMainWindow::RestoreSession()
     m_area->RestoreFiles(session.files, session.current);
 }
 
-void CMainWindow::ReadProjectSettings(const std::wstring& folder)
+void CMainWindow::UseRules(std::shared_ptr<const SProjectRules> rules)
 {
-    if (!m_plugin)
-        return;
-    Configuration::SConfiguration settings;
-    try {
-        const std::wstring file = folder.empty() ? folder : Configuration::FindConfiguration(folder);
-        if (!file.empty())
-            settings = Configuration::ReadConfiguration(file);
-    } catch (const Base::CWorkError& fault) {
-        // The check goes on as if there were none; what is wrong with it is the user's to mend.
-        m_area->GetMessageStrip().Show(QString::fromStdWString(fault.GetMessage()));
-    }
-    // The grammar check goes by more than the file.
-    Configuration::Apply(settings, m_application->Parser(), nullptr);
-    m_errors->SetSettings(std::move(settings));
-}
-
-void CMainWindow::ApplyProjectSettings()
-{
-    ReadProjectSettings(m_application->Project().GetFolder());
+    const auto namesOf = [](const SProjectRules& of) {
+        return std::tie(of.settings.tags, of.settings.attributes, of.settings.properties);
+    };
     // Open documents keep the names that they were opened with.
-    m_application->Documents().Suspend();
-    m_application->Documents().Resume();
-    RefreshProject();
+    const bool hasOtherNames = namesOf(*rules) != namesOf(*m_rules);
+    m_rules = std::move(rules);
+    if (hasOtherNames)
+        m_application->Documents().Suspend();
+    // The grammar check goes by more than the file.
+    Configuration::Apply(m_rules->settings, m_application->Parser(), nullptr);
+    if (m_errors)
+        m_errors->SetRules(m_rules);
+    if (hasOtherNames)
+        m_application->Documents().Resume();
 }
 
 void CMainWindow::OpenUrls(const QList<QUrl>& urls)
@@ -82,24 +74,37 @@ void CMainWindow::dropEvent(QDropEvent* event)
     OpenUrls(event->mimeData()->urls());
 }
 
-void CMainWindow::ExtendErrorMenu(QMenu* menu, const std::wstring& file, const CodeAnalyzer::SCAError& error)
+void CMainWindow::AddSearchPanel()
 {
-    const int code = error.code;
-    if (!CErrorHelp::GetPage(code).isEmpty())
-        menu->addAction(Tr("&Explain"), this, [this, code] { m_help->Explain(code, this); });
-    if (!m_application->Project().GetFolder().empty())
-        menu->addAction(Tr("&Ignore code %1 in this project").arg(code), this, [this, code] {
-            QuickFixes::SQuickFix fix;
-            fix.kind = QuickFixes::SQuickFix::EKind::IgnoreCode;
-            fix.code = code;
-            m_help->Apply(fix);
-        });
-    Host::CDocument* document = m_area->GetCurrent();
-    if (!document || document->GetPath() != file)
-        return;
-    m_area->GetCurrentEditor()->SetCaretPosition(error.pos.start);
-    menu->addSeparator();
-    m_help->AddFixes(*menu);
+    m_search = new CSearchPanel([this](SSearchOrder& order) {
+        order.folder = m_application->Project().GetFolder();
+        if (m_errors)
+            order.settings = m_errors->GetSettings();
+        for (Host::CDocument* document : m_application->Documents().GetDocuments())
+            if (document->IsModified())
+                order.unsaved[document->GetPath()] = document->GetBuffer()->GetText(L"\n");
+    });
+    m_searchDock = new QDockWidget(Tr("Find in files"), this);
+    m_searchDock->setObjectName(QStringLiteral("findInFiles"));
+    m_searchDock->setWidget(m_search);
+    addDockWidget(Qt::BottomDockWidgetArea, m_searchDock);
+    m_searchDock->hide();
+    connect(m_search, &CSearchPanel::openRequested, this,
+            [this](const std::wstring& file, const SyntaxParser::SScheme& span) {
+                if (!m_area->OpenAt(file, span.start))
+                    return;
+                m_area->GetCurrentEditor()->SelectSpan(span);
+                m_area->GetCurrentEditor()->setFocus();
+            });
+}
+
+void CMainWindow::FindInFiles()
+{
+    const CCodeEditor* editor = m_area->GetCurrentEditor();
+    const QString selected = editor ? editor->selectedText() : QString();
+    m_searchDock->show();
+    m_searchDock->raise();
+    m_search->Open(selected.contains('\n') ? QString() : selected);
 }
 
 } // namespace Kesh::Workbench

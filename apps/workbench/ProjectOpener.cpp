@@ -1,11 +1,34 @@
 #include "ProjectOpener.h"
 
-#include "ProjectManager/FileFinder.h"
-#include "ProjectManager/ProjectManager.h"
+#include "Application/FilePath.h"
+#include "Base/Exception.h"
+#include "Configuration/ProjectFiles.h"
 
 #include <QThread>
 
 namespace Kesh::Workbench {
+
+namespace {
+
+void ReadRules(SProjectListing& listing)
+{
+    auto rules = std::make_shared<SProjectRules>();
+    QString what; // its own faults name the file
+    try {
+        if (const std::wstring file = Configuration::FindConfiguration(listing.folder); !file.empty())
+            rules->settings = Configuration::ReadConfiguration(file);
+        if (const std::wstring& file = rules->settings.baseline; !file.empty()) {
+            what = Host::PathToQt(Host::FileName(file)) + QStringLiteral(": ");
+            rules->baseline = Findings::CBaseline::Read(file);
+        }
+    } catch (const Base::CWorkError& fault) {
+        // The check goes on as if there were none; what is wrong with it is the user's to mend.
+        listing.rulesProblem = what + QString::fromStdWString(fault.GetMessage());
+    }
+    listing.rules = std::move(rules);
+}
+
+} // namespace
 
 CProjectOpener::CProjectOpener() = default;
 
@@ -17,15 +40,12 @@ CProjectOpener::~CProjectOpener()
 void CProjectOpener::Start(const std::wstring& folder)
 {
     Cancel();
-    struct SResult
-    {
-        std::vector<std::wstring> files;
-        QString problem;
-    };
-    const auto result = std::make_shared<SResult>();
+    const auto result = std::make_shared<SProjectListing>();
+    result->folder = folder;
     m_cancelled = std::make_shared<std::atomic<bool>>(false);
     m_thread.reset(QThread::create([folder, result, cancelled = m_cancelled] {
-        ProjectManager::SFileQuery query = ProjectManager::CProjectManager::MakeQuery();
+        ReadRules(*result);
+        ProjectManager::SFileQuery query = Configuration::CheckedFiles(folder, result->rules->settings);
         query.isCancelled = [&] { return cancelled->load(); };
         query.onError = [&](const std::wstring& path, const std::string& reason) {
             if (path == folder)
@@ -33,12 +53,12 @@ void CProjectOpener::Start(const std::wstring& folder)
         };
         result->files = ProjectManager::FindFiles(folder, query);
     }));
-    connect(m_thread.get(), &QThread::finished, this, [this, folder, result, cancelled = m_cancelled] {
+    connect(m_thread.get(), &QThread::finished, this, [this, result, cancelled = m_cancelled] {
         if (*cancelled)
             return; // another search has taken its place
         m_thread->wait();
         m_thread.release()->deleteLater();
-        emit listed(folder, result->files, result->problem);
+        emit listed(*result);
     });
     m_thread->start();
 }

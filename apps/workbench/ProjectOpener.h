@@ -1,5 +1,7 @@
 #pragma once
 
+#include "ErrorJudge.h"
+
 #include <QObject>
 #include <QString>
 #include <atomic>
@@ -11,6 +13,16 @@ class QThread;
 
 namespace Kesh::Workbench {
 
+/// A project as it is found on disk.
+struct SProjectListing
+{
+    std::wstring folder;
+    std::vector<std::wstring> files; ///< those that are to be checked
+    QString problem;                 ///< empty when the folder could be read
+    std::shared_ptr<const SProjectRules> rules;
+    QString rulesProblem; ///< what is wrong with them; empty: nothing
+};
+
 /// Lists a project's files in the background, so that a large folder does not stop the window.
 class CProjectOpener final : public QObject
 {
@@ -20,14 +32,15 @@ public:
     CProjectOpener();
     ~CProjectOpener() override;
 
-    /// Lists the files below `folder`; a search that runs is given up. GUI thread.
+    /// Lists the files below `folder` that are to be checked, by the settings that hold there; a search that
+    /// runs is given up. GUI thread.
     void Start(const std::wstring& folder);
     void Cancel();
     bool IsRunning() const { return m_thread != nullptr; }
 
 signals:
-    /// On the GUI thread. `problem` is empty when the folder could be read.
-    void listed(const std::wstring& folder, const std::vector<std::wstring>& files, const QString& problem);
+    /// On the GUI thread.
+    void listed(const Kesh::Workbench::SProjectListing& listing);
 
 private:
     std::unique_ptr<QThread> m_thread;

@@ -6,6 +6,7 @@
 #include <QProgressBar>
 #include <QStatusBar>
 #include <QToolButton>
+#include <utility>
 
 namespace Kesh::Workbench {
 
@@ -21,7 +22,8 @@ CStatusLine::CStatusLine(QStatusBar& bar)
       m_progress(new QProgressBar),
       m_stop(new QToolButton),
       m_caret(new QLabel),
-      m_format(new QLabel),
+      m_encoding(new QToolButton),
+      m_lineEnds(new QToolButton),
       m_counts(new QLabel)
 {
     m_counts->setObjectName(QStringLiteral("errorCounts"));
@@ -33,12 +35,23 @@ CStatusLine::CStatusLine(QStatusBar& bar)
     m_stop->setFocusPolicy(Qt::TabFocus);
     m_stop->hide();
     connect(m_stop, &QToolButton::clicked, this, &CStatusLine::stopRequested);
-    for (QLabel* label : {m_progressText, m_counts, m_format, m_caret})
+    const std::pair<QToolButton*, const char*> choices[] = {{m_encoding, "encoding"},
+                                                            {m_lineEnds, "lineEnds"}};
+    for (const auto& [button, name] : choices) {
+        button->setObjectName(QLatin1String(name));
+        button->setPopupMode(QToolButton::InstantPopup);
+        button->setAutoRaise(true);
+        // The indicator would lie across the text.
+        button->setStyleSheet(QStringLiteral("QToolButton::menu-indicator { image: none; }"));
+        button->setFocusPolicy(Qt::TabFocus);
+    }
+    for (QLabel* label : {m_progressText, m_counts, m_caret})
         label->setContentsMargins(8, 0, 8, 0);
-    for (QWidget* widget :
-         std::initializer_list<QWidget*>{m_progressText, m_progress, m_stop, m_counts, m_format, m_caret})
+    for (QWidget* widget : std::initializer_list<QWidget*>{m_progressText, m_progress, m_stop, m_counts,
+                                                           m_encoding, m_lineEnds, m_caret})
         bar.addPermanentWidget(widget);
     ShowProgress({});
+    ShowFormat({}, {});
     ShowCounts(0, 0, false);
 }
 
@@ -67,9 +80,22 @@ void CStatusLine::ShowCaret(long long line, long long column)
     m_caret->setText(line < 0 ? QString() : Tr("Line %1, column %2").arg(line + 1).arg(column + 1));
 }
 
-void CStatusLine::ShowFormat(const QString& format)
+void CStatusLine::ShowFormat(const QString& encoding, const QString& lineEnds)
 {
-    m_format->setText(format);
+    m_encoding->setText(encoding);
+    m_encoding->setVisible(!encoding.isEmpty());
+    m_encoding->setAccessibleName(Tr("Encoding: %1").arg(encoding));
+    m_lineEnds->setText(lineEnds);
+    m_lineEnds->setVisible(!lineEnds.isEmpty());
+    m_lineEnds->setAccessibleName(Tr("Line ends: %1").arg(lineEnds));
+}
+
+void CStatusLine::SetFormatMenus(QMenu& encodings, QMenu& lineEnds)
+{
+    m_encoding->setMenu(&encodings);
+    m_encoding->setToolTip(Tr("How the file is written"));
+    m_lineEnds->setMenu(&lineEnds);
+    m_lineEnds->setToolTip(Tr("How the file's lines end"));
 }
 
 void CStatusLine::ShowCounts(int errors, int warnings, bool checked)

@@ -5,6 +5,7 @@
 #include <cstddef>
 
 class QLabel;
+class QMenu;
 class QProgressBar;
 class QStatusBar;
 class QToolButton;
@@ -28,7 +29,10 @@ public:
     void SetProgress(std::size_t done, std::size_t total);
     /// Counted from 0; a negative line means that there is no caret.
     void ShowCaret(long long line, long long column);
-    void ShowFormat(const QString& format);
+    /// How the file in front is written; empty texts for no file.
+    void ShowFormat(const QString& encoding, const QString& lineEnds);
+    /// What changes that. Not owned.
+    void SetFormatMenus(QMenu& encodings, QMenu& lineEnds);
     /// `checked`: whether no errors means that there are none.
     void ShowCounts(int errors, int warnings, bool checked);
     void ShowMessage(const QString& text);
@@ -42,7 +46,8 @@ private:
     QProgressBar* m_progress;
     QToolButton* m_stop;
     QLabel* m_caret;
-    QLabel* m_format;
+    QToolButton* m_encoding;
+    QToolButton* m_lineEnds;
     QLabel* m_counts;
 };
 

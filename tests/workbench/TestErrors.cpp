@@ -12,7 +12,6 @@
 #include <QTextBrowser>
 #include <QTimer>
 #include <QToolButton>
-#include <QToolTip>
 #include <gmock/gmock.h>
 
 using namespace Kesh;
@@ -238,29 +237,45 @@ TEST_F(Errors, NextAndPreviousErrorGoRoundAllFiles)
     EXPECT_THAT(backward, ::testing::ElementsAre("b.html:0:0", "a.html:3:3", "a.html:2:0"));
 }
 
-TEST_F(Errors, TheMessageIsAToolTipInTextAndMargin)
+TEST_F(Errors, TheMessageIsATipInTextAndMarginWithLinks)
 {
     CCodeEditor& editor = Open(m_folder.Write(L"page.html", Wrong));
     ASSERT_TRUE(WaitFor([&] { return Underlines(editor).size() == 2; }));
     const auto tipAt = [&](const QPoint& point) {
-        QToolTip::showText({}, "nothing", &editor); // a tip stays for a while after it has been hidden
         QHelpEvent help(QEvent::ToolTip, point, editor.viewport()->mapToGlobal(point));
         QApplication::sendEvent(editor.viewport(), &help);
-        return QToolTip::text();
+        const auto* tip = editor.findChild<Workbench::CErrorTip*>("errorTip");
+        return tip && tip->isVisible() ? tip->GetText() : QString();
     };
-    const QString tag = Rows()[0].section('|', 2) + " [2001]";
-    const QString attribute = Rows()[1].section('|', 2) + " [2002]";
+    const QString tag = Rows()[0].section('|', 2) + " 'pp', did you mean 'p'? [2001]";
+    const QString attribute = Rows()[1].section('|', 2) + " 'clas', did you mean 'class'? [2002]";
     const int numbers = 2, icons = editor.marginWidth(0) + 2;
     EXPECT_EQ(tipAt(PointOf(editor, 2, 1) + QPoint(1, 3)), tag);
     EXPECT_EQ(tipAt(PointOf(editor, 3, 4) + QPoint(1, 3)), attribute);
     for (const int x : {numbers, icons}) {
         EXPECT_EQ(tipAt(QPoint(x, PointOf(editor, 2, 0).y() + 3)), tag);
         EXPECT_EQ(tipAt(QPoint(x, PointOf(editor, 3, 0).y() + 3)), attribute);
-        tipAt(QPoint(x, PointOf(editor, 0, 0).y() + 3));
-        EXPECT_TRUE(WaitFor([] { return QToolTip::text().isEmpty(); }));
-        tipAt(QPoint(x, editor.viewport()->height() - 3)); // below the text
-        EXPECT_TRUE(WaitFor([] { return QToolTip::text().isEmpty(); }));
+        EXPECT_EQ(tipAt(QPoint(x, PointOf(editor, 0, 0).y() + 3)), QString());
+        EXPECT_EQ(tipAt(QPoint(x, editor.viewport()->height() - 3)), QString()) << "below the text";
     }
+    tipAt(PointOf(editor, 2, 1) + QPoint(1, 3));
+    auto* label = editor.findChild<Workbench::CErrorTip*>("errorTip")->findChild<QLabel*>();
+    Shoot(*label->parentWidget(), "tip");
+    emit label->linkActivated("explain:2001");
+    auto* page = Window().findChild<QDialog*>("explanation");
+    ASSERT_NE(page, nullptr);
+    EXPECT_TRUE(page->findChild<QTextBrowser*>()->toPlainText().contains("2001"));
+    EXPECT_FALSE(label->isVisible());
+    page->close();
+    tipAt(PointOf(editor, 3, 4) + QPoint(1, 3));
+    QTimer::singleShot(50, [] {
+        auto* menu = qobject_cast<QMenu*>(QApplication::activePopupWidget());
+        ASSERT_NE(menu, nullptr);
+        menu->close();
+        menu->actions().first()->trigger();
+    });
+    emit label->linkActivated("mend:");
+    EXPECT_TRUE(editor.text().contains("<p class=\"a\">"));
 }
 
 TEST_F(Errors, WarningsLookLikeWarnings)
@@ -277,7 +292,7 @@ TEST_F(Errors, WarningsLookLikeWarnings)
     EXPECT_EQ(MarkedLines(editor), QList<int>{5}) << "the graver one";
     EXPECT_EQ(MarkedLines(editor, true), QList<int>{1});
     const QTabBar* tabs = Area().GetTabs().tabBar();
-    EXPECT_NE(tabs->tabTextColor(0), tabs->tabTextColor(1));
+    EXPECT_TRUE(WaitFor([&] { return tabs->tabTextColor(0) != tabs->tabTextColor(1); }));
     auto* tree = Window().findChild<QTreeView*>("fileTree");
     const auto colorOf = [&](const char* path) {
         const QAbstractItemModel* model = tree->model();

@@ -1,12 +1,15 @@
 // On a real X server, with a window manager and real keys; run by on-x.sh.
+#include "FindBar.h"
 #include "WorkbenchFixture.h"
 
 #include <QAction>
+#include <QDialog>
+#include <QLabel>
 #include <QMenu>
 #include <QMenuBar>
 #include <QProcess>
+#include <QScreen>
 #include <QTest>
-#include <QToolTip>
 
 using namespace Kesh;
 using Workbench::CCodeEditor;
@@ -98,20 +101,61 @@ TEST_F(OnX, EditingKeysDoWhatTheMenuSays)
     }
 }
 
-TEST_F(OnX, TheMessageShowsUnderThePointer)
+TEST_F(OnX, TheMessageShowsUnderThePointerAndItsLinkCanBeReached)
 {
     CCodeEditor& editor = Open(m_folder.Write(L"page.html", "<html>\n<body>\n<pp>text</pp>\n"));
     ASSERT_TRUE(WaitFor([&] { return !Underlines(editor).isEmpty(); }));
+    const auto tip = [&] { return editor.findChild<Workbench::CErrorTip*>("errorTip"); };
     const int y = PointOf(editor, 2, 0).y() + 5;
     for (const QPoint& point :
-         {PointOf(editor, 2, 1) + QPoint(2, 5), QPoint(3, y), QPoint(editor.marginWidth(0) + 4, y)}) {
+         {QPoint(3, y), QPoint(editor.marginWidth(0) + 4, y), PointOf(editor, 2, 1) + QPoint(2, 5)}) {
         PointAt(editor, {editor.width() / 2, editor.height() - 10});
-        ASSERT_TRUE(WaitFor([] { return !QToolTip::isVisible(); }));
+        ASSERT_TRUE(WaitFor([&] { return !tip() || !tip()->isVisible(); }));
         PointAt(*editor.viewport(), point);
         PointAt(*editor.viewport(), point + QPoint(1, 0));
-        EXPECT_TRUE(QTest::qWaitFor([] { return QToolTip::isVisible(); }, 5000)) << point.x();
-        EXPECT_EQ(QToolTip::text(), "Illegal HTML tag name [2001]");
+        ASSERT_TRUE(QTest::qWaitFor([&] { return tip() && tip()->isVisible(); }, 5000)) << point.x();
+        EXPECT_TRUE(tip()->GetText().startsWith("Illegal HTML tag name 'pp'"))
+            << tip()->GetText().toStdString();
     }
+    // On the way into the tip it stays, and a link in it can be clicked.
+    auto* label = tip()->findChild<QLabel*>();
+    PointAt(*label, {3, 3});
+    QTest::qWait(1000);
+    ASSERT_TRUE(tip()->isVisible());
+    for (int x = label->width() - 2; x > 0 && label->cursor().shape() != Qt::PointingHandCursor; x -= 6)
+        PointAt(*label, {x, label->fontMetrics().height() / 2});
+    ASSERT_EQ(label->cursor().shape(), Qt::PointingHandCursor);
+    Do({"click", "1"});
+    EXPECT_TRUE(WaitFor([&] { return Window().findChild<QDialog*>("explanation") != nullptr; }));
+    EXPECT_FALSE(tip()->isVisible());
+}
+
+/// With QT_SCALE_FACTOR=2 on a screen of 1366 x 768.
+class OnScaledX : public CWorkbenchTest
+{
+};
+
+TEST_F(OnScaledX, TheFirstWindowFitsTheScreen)
+{
+    CloseWindow();
+    Host::CFileSettings settings(m_folder.Path(L"fresh/workbench.ini"));
+    Workbench::CMainWindow window(settings, *m_translations);
+    ASSERT_EQ(window.devicePixelRatioF(), 2.0);
+    window.show();
+    ASSERT_TRUE(QTest::qWaitForWindowExposed(&window));
+    QTest::qWait(300); // for the window manager's frame
+    const QRect available = window.screen()->availableGeometry();
+    EXPECT_LE(available.width(), 683);
+    EXPECT_TRUE(available.contains(window.frameGeometry()))
+        << window.frameGeometry().width() << " x " << window.frameGeometry().height() << " at "
+        << window.frameGeometry().x() << ", " << window.frameGeometry().y();
+    // With files, errors and the longest texts too.
+    window.OpenPath(m_folder.Write(L"a.php", "<?php\nelse;\n"));
+    window.GetArea().GetFindBar().Open();
+    QTest::qWait(300);
+    EXPECT_TRUE(available.contains(window.frameGeometry()))
+        << window.frameGeometry().width() << " x " << window.frameGeometry().height();
+    window.GetArea().DiscardAll();
 }
 
 } // namespace

@@ -1,6 +1,7 @@
 #include "Application/FilePath.h"
 #include "CodeEditor.h"
 #include "EditorTheme.h"
+#include "ErrorHelp.h"
 #include "FindBar.h"
 #include "Languages.h"
 #include "MessageStrip.h"
@@ -98,7 +99,6 @@ TEST_F(Window, TheDialogChangesWhatTheUserChooses)
     EXPECT_EQ(dialog.GetChoices(), choices) << "showing them changes nothing";
     dialog.findChild<QWidget*>("customTags")->setFocus();
     dialog.show();
-    Shoot(dialog, "settings");
     choices.appearance = Workbench::EAppearance::Dark;
     choices.fontSize = 14;
     choices.checksMarkup = false;
@@ -119,7 +119,33 @@ TEST_F(Window, GermanTextsReplaceTheKeys)
     Open(m_folder.Write(L"seite.html", "<html>\n<bdy>\n"));
     ASSERT_TRUE(WaitForRows(1));
     EXPECT_THAT(Rows()[0].toStdString(), ::testing::StartsWith("Fehler|"));
-    Shoot(CWorkbenchTest::Window(), "german");
+}
+
+TEST_F(Window, WhatMendsIsNamedInGermanToo)
+{
+    Workbench::SChoices choices;
+    choices.language = "de";
+    Workbench::CPreferences(*m_settings).SetChoices(choices);
+    OpenWindow();
+    auto* help = CWorkbenchTest::Window().findChild<Workbench::CErrorHelp*>();
+    const auto& editor = Open(
+        m_folder.Write(L"a.php", "<strng>x</strng>\n<?php\n// code-analyzer-ignore 302\n$a = 1\n$b = 2;\n"));
+    // A missing character, and what is idle.
+    ASSERT_TRUE(WaitFor([&] { return Underlines(const_cast<Workbench::CCodeEditor&>(editor)).size() == 2; }));
+    std::set<std::string> titles;
+    for (int line = 0; line < 5; ++line) {
+        Area().GetCurrentEditor()->SetCaretPosition({1, line});
+        for (const QuickFixes::SQuickFix& fix : help->GetFixes()) {
+            const QString title = Workbench::CErrorHelp::TitleOf(fix);
+            EXPECT_NE(title, QString::fromStdWString(fix.title)) << "not translated";
+            titles.insert(title.toStdString());
+        }
+    }
+    EXPECT_THAT(titles,
+                ::testing::IsSupersetOf({"Durch 'strong' ersetzen", "Fehler 2001 hier ignorieren",
+                                         "Fehler 2001 in diesem Projekt ignorieren",
+                                         "'strng' zu den eigenen Namen des Projekts hinzuf\xC3\xBCgen"}));
+    EXPECT_GE(titles.size(), 6u);
 }
 
 TEST_F(Window, DarkColoursAreLegible)
@@ -132,7 +158,6 @@ TEST_F(Window, DarkColoursAreLegible)
                         "{\n    echo \"$b[1] text\", 12.5; # more\n}\n?>\n<zz>\n"));
     ASSERT_TRUE(WaitForRows(1));
     QTest::qWait(100);
-    Shoot(CWorkbenchTest::Window(), "dark");
     choices.appearance = Workbench::EAppearance::System;
     CWorkbenchTest::Window().ApplyChoices(choices);
 }
@@ -289,8 +314,11 @@ TEST(Translation, GermanKnowsEveryText)
     std::set<std::string> keys = KeysInSources();
     EXPECT_GT(keys.size(), 80u) << "the search finds the calls";
     // Looked up through tables and commands, not by a call that the search sees.
-    for (const char* key : {"Type     ", "File     ", "Description      ", "Errors", "&Tools",
-                            "Code validator", "Show errors", "Check project...", "Udefined error"})
+    for (const char* key :
+         {"Type     ", "File     ", "Description      ", "Errors", "&Tools", "Code validator", "Show errors",
+          "Check project...", "Udefined error", "Insert '%1'", "Remove '%1'", "Replace by '%1'",
+          "Add '%1' to the project's own names", "Remove this line", "Ignore error %1 here",
+          "Ignore error %1 in this project", "Ignore comment ignores nothing"})
         keys.insert(key);
     for (const std::string& key : keys)
         EXPECT_FALSE(german->Translate(key.c_str()).empty()) << '"' << key << '"';

@@ -5,6 +5,7 @@
 #include "ProjectManager/ProjectManager.h"
 
 #include <QAction>
+#include <QDir>
 #include <QDockWidget>
 #include <QTest>
 
@@ -138,9 +139,8 @@ void CWorkbenchTest::Trigger(const char* action)
 
 void CWorkbenchTest::Shoot(QWidget& widget, const char* name)
 {
-    const QString folder = qEnvironmentVariable("SCREENSHOT_DIR");
-    if (folder.isEmpty())
-        return;
+    const QString folder = qEnvironmentVariable("SCREENSHOT_DIR", QStringLiteral(SCREENSHOT_DIR));
+    QDir().mkpath(folder);
     QTest::qWait(300); // what is shown a moment later belongs to the picture
     EXPECT_TRUE(widget.grab().save(folder + '/' + name + QStringLiteral(".png"))) << folder.toStdString();
 }

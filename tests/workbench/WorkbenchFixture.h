@@ -70,7 +70,7 @@ protected:
     /// Where the character at a place begins, in the editor's viewport.
     QPoint PointOf(Kesh::Workbench::CCodeEditor& editor, int line, int column);
     void Trigger(const char* action);
-    /// Puts a picture of a widget into the folder that SCREENSHOT_DIR names, if any.
+    /// Puts a picture of a widget into the folder that SCREENSHOT_DIR names, else into the build folder's.
     void Shoot(QWidget& widget, const char* name);
 
     CTempFolder m_folder;

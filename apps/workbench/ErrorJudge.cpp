@@ -1,0 +1,126 @@
+#include "ErrorJudge.h"
+
+#include "Application/Fault.h"
+#include "Application/FileIO.h"
+#include "Base/Exception.h"
+#include "Findings/Describe.h"
+#include "SyntaxParser/SPDocument.h"
+#include "SyntaxParser/SourceText.h"
+
+#include <algorithm>
+#include <tuple>
+
+namespace Kesh::Workbench {
+
+using CodeAnalyzer::SCAError;
+
+namespace {
+
+auto KeyOf(const SCAError& error)
+{
+    const auto& [start, end] = error.pos;
+    return std::tuple(start.y, start.x, end.y, end.x, error.code);
+}
+
+bool IsOwn(const Findings::SFinding& finding)
+{
+    return finding.error.code == Findings::UnusedIgnore;
+}
+
+/// Without a text there are no comments and no lines, so that all that is left is the project's settings.
+std::wstring TextOf(CErrorJudge::SOrder& order)
+{
+    if (order.text)
+        return std::move(*order.text);
+    try {
+        return SyntaxParser::DecodeSource(Host::ReadFileBytes(order.file));
+    } catch (const Base::CWorkError&) {
+        return {};
+    }
+}
+
+} // namespace
+
+CErrorJudge::CErrorJudge(const SyntaxParser::ICompletionData& names)
+    : m_names(names), m_rules(std::make_shared<SProjectRules>()), m_thread([this] { Run(); })
+{
+}
+
+CErrorJudge::~CErrorJudge()
+{
+    {
+        const std::lock_guard lock(m_mutex);
+        m_ending = true;
+        m_tasks.clear();
+    }
+    m_changed.notify_all();
+    m_thread.join();
+}
+
+void CErrorJudge::SetRules(std::shared_ptr<const SProjectRules> rules)
+{
+    m_rules = std::move(rules);
+}
+
+void CErrorJudge::Ask(SOrder order)
+{
+    {
+        const std::lock_guard lock(m_mutex);
+        const bool urgent = order.text.has_value();
+        std::erase_if(m_tasks, [&](const STask& task) { return urgent && task.order.file == order.file; });
+        m_tasks.insert(urgent ? m_tasks.begin() : m_tasks.end(), STask{std::move(order), m_rules});
+    }
+    m_changed.notify_all();
+}
+
+void CErrorJudge::Run()
+{
+    for (;;) {
+        std::unique_lock lock(m_mutex);
+        m_changed.wait(lock, [this] { return m_ending || !m_tasks.empty(); });
+        if (m_ending)
+            return;
+        STask task = std::move(m_tasks.front());
+        m_tasks.pop_front();
+        lock.unlock();
+        Host::Guard(L"judge errors", [&] {
+            auto verdict = std::make_shared<SVerdict>(Decide(task));
+            QMetaObject::invokeMethod(
+                this, [this, verdict] { emit judged(*verdict); }, Qt::QueuedConnection);
+        });
+    }
+}
+
+SVerdict CErrorJudge::Decide(STask& task) const
+{
+    SVerdict verdict{task.order.file, task.order.generation, {}, {}, false};
+    const std::wstring& file = verdict.file;
+    std::vector<SCAError>& errors = task.order.errors;
+    std::sort(errors.begin(), errors.end(),
+              [](const SCAError& a, const SCAError& b) { return KeyOf(a) < KeyOf(b); });
+    Findings::SFileFindings found;
+    if (!task.rules->settings.Excludes(file)) {
+        Findings::CDescriber describer(
+            {[](const SCAError&) { return std::wstring(); }, m_names, nullptr, &task.rules->settings, true});
+        found = describer.Describe(
+            {file, file, SyntaxParser::FactoryForPath(file), [&] { return TextOf(task.order); }}, errors);
+        if (task.rules->baseline)
+            task.rules->baseline->Filter(found);
+    }
+    for (const Findings::SFinding& finding : found.findings)
+        if (IsOwn(finding))
+            verdict.own.push_back({finding.error, finding.message + finding.detail});
+    std::erase_if(found.findings, IsOwn);
+    std::sort(found.findings.begin(), found.findings.end(),
+              [](const auto& a, const auto& b) { return KeyOf(a.error) < KeyOf(b.error); });
+    auto next = found.findings.begin();
+    for (const SCAError& error : errors) {
+        SJudgedError& judged = verdict.errors.emplace_back(SJudgedError{error});
+        if (next != found.findings.end() && KeyOf(next->error) == KeyOf(error))
+            judged.type = (next++)->error.type;
+        verdict.hides |= judged.type == 0;
+    }
+    return verdict;
+}
+
+} // namespace Kesh::Workbench

@@ -1,0 +1,149 @@
+// Pictures of the window on the example site; the tests only make sure that there is something to be seen.
+#include "Application/FilePath.h"
+#include "ErrorHelp.h"
+#include "Languages.h"
+#include "Preferences.h"
+#include "SearchPanel.h"
+#include "SettingsDialog.h"
+#include "WorkbenchFixture.h"
+
+#include <QDialog>
+#include <QDockWidget>
+#include <QHelpEvent>
+#include <QLineEdit>
+#include <QScreen>
+#include <QTest>
+#include <QTextBrowser>
+#include <filesystem>
+#include <set>
+
+using namespace Kesh;
+using Workbench::CCodeEditor;
+using Workbench::EAppearance;
+
+namespace {
+
+class Screenshots : public CWorkbenchTest
+{
+protected:
+    /// A window with the site open, at a file with errors.
+    void ShowSite(EAppearance appearance, const QString& language, const QSize& size)
+    {
+        Workbench::SChoices choices;
+        choices.appearance = appearance;
+        choices.language = language;
+        CloseWindow();
+        Workbench::CPreferences(*m_settings).SetChoices(choices);
+        OpenWindow();
+        Window().resize(size);
+        const std::filesystem::path site = Host::PathToBytes(m_folder.Path(L"shop"));
+        if (!std::filesystem::exists(site))
+            for (const char* part : {"src", "public", "templates", "config.php", "products.json"}) {
+                std::filesystem::create_directories(site);
+                std::filesystem::copy(std::filesystem::path(SOURCE_DIR "/examples") / part, site / part,
+                                      std::filesystem::copy_options::recursive);
+            }
+        OpenProject(m_folder.Path(L"shop"));
+        Open(m_folder.Path(L"shop/public/about.html"));
+        CCodeEditor& editor = Open(m_folder.Path(L"shop/src/Cart.php"));
+        ASSERT_TRUE(
+            WaitFor([&] { return !Underlines(editor).isEmpty() && Bar()->topLevelItemCount() > 10; }));
+        editor.setFocus();
+        QTest::qWait(500); // for the list, which follows the caret
+    }
+    /// The picture, at the window's own size.
+    void Keep(QWidget& widget, const char* name)
+    {
+        EXPECT_GT(widget.width(), 100);
+        const QImage picture = widget.grab().toImage();
+        std::set<QRgb> colours;
+        for (int y = 0; y < picture.height(); ++y)
+            for (int x = 0; x < picture.width(); ++x)
+                colours.insert(picture.pixel(x, y));
+        EXPECT_GT(colours.size(), 10u) << "an empty picture";
+        Shoot(widget, name);
+    }
+    void KeepDialogs(const char* settings)
+    {
+        Workbench::CSettingsDialog dialog(Workbench::CPreferences(*m_settings).GetChoices(),
+                                          Workbench::GetLanguages({}), &Window());
+        dialog.show();
+        Keep(dialog, settings);
+        EXPECT_LE(dialog.height(), 600) << "too high for a small screen";
+    }
+    void TearDown() override
+    {
+        if (m_window) // the colours are the application's
+            Window().ApplyChoices({});
+    }
+};
+
+constexpr QSize Usual(1200, 800);
+
+TEST_F(Screenshots, Light)
+{
+    ShowSite(EAppearance::Light, {}, Usual);
+    Keep(Window(), "light");
+    KeepDialogs("settings");
+    auto& editor = *Area().GetCurrentEditor();
+    const QPoint point = PointOf(editor, 16, 17) + QPoint(2, 5);
+    QHelpEvent help(QEvent::ToolTip, point, editor.viewport()->mapToGlobal(point));
+    QApplication::sendEvent(editor.viewport(), &help);
+    auto* tip = editor.findChild<Workbench::CErrorTip*>("errorTip");
+    ASSERT_TRUE(tip && tip->isVisible());
+    Keep(*tip, "tip");
+    Trigger("&Explain the error");
+    auto* page = Window().findChild<QDialog*>("explanation");
+    ASSERT_NE(page, nullptr);
+    Keep(*page, "explanation");
+    page->close();
+    Window().findChild<QLineEdit*>("errorFilter")->setText("html");
+    Keep(Window(), "filter");
+    Window().findChild<QLineEdit*>("errorFilter")->clear();
+    Trigger("Find &in files...");
+    Window().findChild<QLineEdit*>("searchText")->setText("total");
+    QTest::keyClick(Window().findChild<QLineEdit*>("searchText"), Qt::Key_Return);
+    ASSERT_TRUE(
+        WaitFor([&] { return !Window().findChild<Workbench::CSearchPanel*>("searchPanel")->IsRunning(); }));
+    Keep(Window(), "search");
+}
+
+TEST_F(Screenshots, Dark)
+{
+    ShowSite(EAppearance::Dark, {}, Usual);
+    Keep(Window(), "dark");
+    KeepDialogs("settings-dark");
+    auto& editor = *Area().GetCurrentEditor();
+    const QPoint point = PointOf(editor, 16, 17) + QPoint(2, 5);
+    QHelpEvent help(QEvent::ToolTip, point, editor.viewport()->mapToGlobal(point));
+    QApplication::sendEvent(editor.viewport(), &help);
+    Keep(*editor.findChild<Workbench::CErrorTip*>("errorTip"), "tip-dark");
+}
+
+TEST_F(Screenshots, German)
+{
+    ShowSite(EAppearance::Light, "de", Usual);
+    Keep(Window(), "german");
+    KeepDialogs("settings-german");
+}
+
+TEST_F(Screenshots, Small)
+{
+    ShowSite(EAppearance::Light, {}, {800, 600});
+    EXPECT_EQ(Window().size(), QSize(800, 600)) << "it gets no smaller";
+    Keep(Window(), "small");
+}
+
+/// With QT_SCALE_FACTOR=2, as on a screen with fine pixels: in a run of its own.
+class Scaled : public Screenshots
+{
+};
+
+TEST_F(Scaled, Twice)
+{
+    ASSERT_EQ(Window().devicePixelRatioF(), 2.0);
+    ShowSite(EAppearance::Light, {}, {800, 500});
+    Keep(Window(), "scale-2");
+}
+
+} // namespace

@@ -1,0 +1,134 @@
+#include "Application/FilePath.h"
+#include "FileSearch.h"
+#include "SearchPanel.h"
+#include "WorkbenchFixture.h"
+
+#include <QCheckBox>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QTest>
+#include <QTimer>
+#include <QTreeView>
+
+using namespace Kesh;
+
+namespace {
+
+class Search : public CWorkbenchTest
+{
+protected:
+    Search()
+    {
+        m_folder.Write(L"p/a.php", "<?php\n$total = 1;\n$Totals = \xC3\xA9_total();\n");
+        m_folder.Write(L"p/sub/b.js", "var total;\n");
+        m_folder.Write(L"p/sub/c.css", std::string("a { }\n\0total", 12)); // a binary one
+        m_folder.Write(L"p/vendor/d.php", "total\n");
+        m_folder.Write(L"p/old/e.php", "total\n");
+        OpenProject(m_folder.Path(L"p"));
+        Trigger("Find &in files...");
+    }
+    template <class T> T& Part(const char* name) { return *Window().findChild<T*>(name); }
+    bool IsRunning() { return Window().findChild<Workbench::CSearchPanel*>()->IsRunning(); }
+    QTreeView& List() { return Part<QTreeView>("searchHits"); }
+    QStringList Find(const QString& text, const QString& files = {})
+    {
+        Part<QLineEdit>("searchText").setText(text);
+        Part<QLineEdit>("searchFiles").setText(files);
+        QTest::keyClick(&Part<QLineEdit>("searchText"), Qt::Key_Return);
+        EXPECT_TRUE(WaitFor([&] { return !IsRunning(); }));
+        QStringList found;
+        for (int row = 0; row < List().model()->rowCount(); ++row)
+            found.append(List().model()->index(row, 0).data().toString());
+        return found;
+    }
+    void Check(const QString& title, bool on)
+    {
+        for (QCheckBox* box : Window().findChild<Workbench::CSearchPanel*>()->findChildren<QCheckBox*>())
+            if (box->text().remove('&') == title)
+                box->setChecked(on);
+    }
+};
+
+TEST_F(Search, FindsWhatIsAskedFor)
+{
+    struct SCase
+    {
+        QString text, files, choice;
+        QStringList found;
+    };
+    const SCase cases[] = {
+        {"total", "", "", {"a.php:2", "a.php:3", "a.php:3", "old/e.php:1", "sub/b.js:1"}},
+        {"total", "", "Match case", {"a.php:2", "a.php:3", "old/e.php:1", "sub/b.js:1"}},
+        {"total", "", "Whole words", {"a.php:2", "old/e.php:1", "sub/b.js:1"}},
+        {"total", "*.js, *.css", "", {"sub/b.js:1"}},
+        {"total", "old", "", {"old/e.php:1"}},
+        {"t.tals?;|var", "", "Regular expression", {"sub/b.js:1", "sub/b.js:1"}},
+        {"^\\$", "", "Regular expression", {"a.php:2", "a.php:3"}},
+        {"$total", "", "", {"a.php:2", "a.php:3"}},
+        {"nothing", "", "", {}},
+        {"(", "", "Regular expression", {}},
+    };
+    for (const SCase& c : cases) {
+        Check(c.choice, true);
+        EXPECT_EQ(Find(c.text, c.files).join(' ').toStdString(), c.found.join(' ').toStdString())
+            << c.text.toStdString() << ' ' << c.choice.toStdString();
+        Check(c.choice, false);
+    }
+    Check("Regular expression", true);
+    Find("(");
+    EXPECT_TRUE(Part<QLabel>("searchState").text().contains("parenthesis"));
+    // Every text, saved or not, and what the project's settings leave out is left out here.
+    m_folder.Write(L"p/code-analyzer.json", R"({"exclude": ["old"]})");
+    Check("Regular expression", false);
+    Open(m_folder.Path(L"p/a.php")).selectAll();
+    Area().GetCurrentEditor()->replaceSelectedText("<?php\n\n\n\ntotal");
+    Trigger("&Look for new files");
+    ASSERT_TRUE(WaitFor([&] { return Window().GetErrorWatch()->GetSettings().exclude.size() == 1; }));
+    EXPECT_EQ(Find("total"), (QStringList{"a.php:5", "sub/b.js:1"}));
+    EXPECT_EQ(Part<QLabel>("searchState").text(), "Found: 2, in 3 files that were searched");
+    Area().GetCurrentEditor()->setModified(false);
+    Shoot(Window(), "search");
+}
+
+TEST_F(Search, EnterOpensThePlace)
+{
+    Find("total", "*.php");
+    List().setFocus();
+    List().setCurrentIndex(List().model()->index(2, 0));
+    QTest::keyClick(&List(), Qt::Key_Return);
+    ASSERT_NE(Area().GetCurrent(), nullptr);
+    EXPECT_EQ(Area().GetCurrent()->GetPath(), m_folder.Path(L"p/a.php"));
+    EXPECT_EQ(Area().GetCurrentEditor()->selectedText(), "total");
+    EXPECT_EQ(Area().GetCurrentEditor()->GetCaretPosition(), (SyntaxParser::CIterator{17, 2}));
+    EXPECT_TRUE(Area().GetCurrentEditor()->hasFocus());
+}
+
+TEST_F(Search, CrowdsLeaveTheWindowAliveAndASearchCanBeStopped)
+{
+    std::string text;
+    for (int i = 0; i < 3000; ++i)
+        text += "total\n";
+    for (int i = 0; i < 10; ++i)
+        m_folder.Write(L"p/many" + std::to_wstring(i) + L".txt", text);
+    int turns = 0;
+    QTimer turn;
+    turn.start(0);
+    QObject::connect(&turn, &QTimer::timeout, [&] { ++turns; });
+    EXPECT_EQ(Find("total").size(), Workbench::CFileSearch::MaxHits);
+    EXPECT_EQ(Part<QLabel>("searchState").text(), "The first 20000");
+    EXPECT_GT(turns, 5);
+
+    Part<QPushButton>("searchStart").click();
+    ASSERT_TRUE(IsRunning());
+    EXPECT_EQ(Part<QPushButton>("searchStart").text(), "Stop");
+    Part<QPushButton>("searchStart").click();
+    EXPECT_FALSE(IsRunning());
+    const int rows = List().model()->rowCount();
+    QTest::qWait(100);
+    EXPECT_EQ(List().model()->rowCount(), rows) << "what has been stopped tells no more";
+    EXPECT_TRUE(Window().CloseProject());
+    EXPECT_EQ(List().model()->rowCount(), 0);
+}
+
+} // namespace
