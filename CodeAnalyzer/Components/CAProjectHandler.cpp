@@ -9,7 +9,6 @@
 #include "Components/CAErrorsBar.h"
 #include "Components/CAErrorsEvent.h"
 #include "Components/CAErrorsManager.h"
-#include "Components/CASavedErrors.h"
 #include "Kesh/ProjectManager/IProjectManager.h"
 #include "Kesh/SDK/IMainFrame.h"
 #include "Kesh/SyntaxParser/IParserComponent.h"
@@ -37,6 +36,7 @@ namespace {
 constexpr const wchar_t* ErrorsItem = L"errors";
 constexpr qint64 MaxFileSize = 1000000; // bytes
 constexpr int MaxUndelivered = 64;      // events
+constexpr int MaxUndeliveredGradually = 6;
 
 /// Shows what goes on for as long as it does.
 class CProgress
@@ -94,6 +94,7 @@ void CCAProjectHandler::SetDocManager(CCADocManager* docManager)
 
 void CCAProjectHandler::Shutdown()
 {
+    EndRestoring();
     DropOrders();
     StopThread(nullptr);
 }
@@ -104,12 +105,22 @@ void CCAProjectHandler::OnProjectParsecomplete()
     IProjectManager* pm = component->GetProjectManager();
     // A project that is parsed anew is checked anew.
     StopThread(pm);
+    const bool isReopened = !m_reopenedFiles.empty();
     RemoveErrorsOfLeavers(pm);
+    if (m_gradual && GetBar()) {
+        isReopened ? BeginCheck() : BeginRestoring(pm); // the errors of a reopened one are still there
+        return;
+    }
     try {
         LoadErrors(pm);
     } catch (...) {
         // Errors that cannot be restored are found anew.
     }
+    BeginCheck();
+}
+
+void CCAProjectHandler::BeginCheck()
+{
     // The restored errors of open documents are as old as the project's last close.
     if (m_docManager)
         m_docManager->CheckAllLater();
@@ -117,8 +128,44 @@ void CCAProjectHandler::OnProjectParsecomplete()
     StartThread();
 }
 
+void CCAProjectHandler::BeginRestoring(IProjectManager* pm)
+{
+    EndRestoring();
+    m_restoring = std::make_unique<SRestoring>();
+    SRestoring* restoring = m_restoring.get();
+    restoring->thread = std::thread([this, restoring, pm, bar = GetBar()] {
+        try {
+            restoring->files = ReadErrors(*pm);
+        } catch (...) {
+            // Errors that cannot be restored are found anew.
+        }
+        QMetaObject::invokeMethod(
+            bar,
+            [this, restoring] {
+                if (m_restoring.get() != restoring)
+                    return; // the project has gone
+                EndRestoring();
+                BeginCheck();
+            },
+            Qt::QueuedConnection);
+    });
+}
+
+void CCAProjectHandler::EndRestoring()
+{
+    if (!m_restoring)
+        return;
+    m_restoring->thread.join();
+    // A document that was open before has been checked meanwhile, or is about to be.
+    for (const auto& [file, errors] : m_restoring->files)
+        if (!m_errorsManager->MayHaveErrors(file))
+            m_errorsManager->AddErrorsGradually(file, errors);
+    m_restoring.reset();
+}
+
 void CCAProjectHandler::OnCloseProject(IProjectManager* pm)
 {
+    EndRestoring(); // what has been kept is to be kept on
     DropOrders();
     StopThread(pm);
     // Checks of documents, also of those that are closed by now, must not end between this project and the
@@ -151,7 +198,7 @@ void CCAProjectHandler::CheckAgain()
     if ((m_thread && m_checksProject) || !component->GetProjectManager()->IsOpened())
         return;
     m_projectWanted = true;
-    if (!m_thread)
+    if (!m_thread && !m_restoring)
         StartThread();
 }
 
@@ -196,7 +243,7 @@ void CCAProjectHandler::Enqueue(const std::wstring& file)
         if (std::find(m_queue.begin(), m_queue.end(), file) == m_queue.end())
             m_queue.push_back(file);
     }
-    if (!m_thread)
+    if (!m_thread && !m_restoring)
         StartThread();
 }
 
@@ -263,17 +310,21 @@ void CCAProjectHandler::SaveErrors(IProjectManager* pm)
     pm->SetData(ErrorsItem, WriteSavedErrors(files));
 }
 
-void CCAProjectHandler::LoadErrors(IProjectManager* pm)
+std::vector<SSavedFileErrors> CCAProjectHandler::ReadErrors(IProjectManager& pm)
 {
-    const auto cache = pm->GetFilesCache();
+    const auto cache = pm.GetFilesCache();
     if (!cache || cache->files.empty())
-        return;
+        return {};
     std::set<std::wstring> lowerFiles;
     for (const std::wstring& file : cache->files)
         lowerFiles.insert(Base::CCommonString::LowerCaseFast(file));
-    for (const auto& [file, errors] : ReadSavedErrors(pm->GetData(ErrorsItem), lowerFiles))
-        m_gradual ? m_errorsManager->AddErrorsGradually(file, errors)
-                  : m_errorsManager->AddErrorsMT(file, errors);
+    return ReadSavedErrors(pm.GetData(ErrorsItem), lowerFiles);
+}
+
+void CCAProjectHandler::LoadErrors(IProjectManager* pm)
+{
+    for (const auto& [file, errors] : ReadErrors(*pm))
+        m_errorsManager->AddErrorsMT(file, errors);
 }
 
 void CCAProjectHandler::Run()
@@ -354,7 +405,7 @@ void CCAProjectHandler::WaitForDelivery() const
 {
     // The GUI thread delivers all that has piled up before it looks at anything else, but not to itself.
     if (QThread::currentThread() == QCoreApplication::instance()->thread() ||
-        CCAErrorsEvent::GetLivingCount() <= MaxUndelivered)
+        CCAErrorsEvent::GetLivingCount() <= (m_gradual ? MaxUndeliveredGradually : MaxUndelivered))
         return;
     while (CCAErrorsEvent::GetLivingCount() > 0 && !IsStopRequested())
         QThread::msleep(1);

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Components/CACheckWorkers.h"
+#include "Components/CASavedErrors.h"
 #include "Kesh/CodeAnalyzer/IProjectCheck.h"
 #include "Kesh/SDK/IApplication.h"
 #include "Kesh/SDK/IServices.h"
@@ -13,6 +14,7 @@
 #include <memory>
 #include <mutex>
 #include <string>
+#include <thread>
 #include <vector>
 
 namespace Kesh::ProjectManager {
@@ -62,6 +64,8 @@ public:
 
     void SaveErrors(ProjectManager::IProjectManager* pm);
     void LoadErrors(ProjectManager::IProjectManager* pm);
+    /// The saved errors of the project's files. Any thread.
+    static std::vector<SSavedFileErrors> ReadErrors(ProjectManager::IProjectManager& pm);
 
     /// The handler is a member of the component.
     void Free() override {}
@@ -75,6 +79,12 @@ private:
     /// Null when there is none.
     CCAErrorsBar* GetBar() const;
     bool BelongsToOpenProject(const std::wstring& file);
+    /// Reads the saved errors in a thread of its own, and goes on with EndRestoring().
+    void BeginRestoring(ProjectManager::IProjectManager* pm);
+    /// Waits for that thread, if there is one, and takes over what it has read.
+    void EndRestoring();
+    /// What follows once the saved errors are there.
+    void BeginCheck();
     /// Of files that the project had before it was opened again and has no more.
     void RemoveErrorsOfLeavers(ProjectManager::IProjectManager* pm);
 
@@ -105,6 +115,12 @@ private:
     /// Removes the errors of a file that there is no checking any more.
     void DropErrorsUnlessOpen(const std::wstring& file);
 
+    struct SRestoring
+    {
+        std::thread thread;
+        std::vector<SSavedFileErrors> files; ///< once it has ended
+    };
+
     std::int32_t m_valid = 10;
     SDK::IApplication* m_application = nullptr;
     CCAErrorsManager* m_errorsManager = nullptr;
@@ -112,8 +128,9 @@ private:
     SDK::IThreadObject* m_thread = nullptr; ///< set before it starts, null again once it has ended
     CCADocManager* m_docManager = nullptr;
     std::shared_ptr<CCACheckWorkers> m_workers;
-    bool m_complete = false;           ///< what the host wants
-    bool m_gradual = false;            ///< the same
+    bool m_complete = false; ///< what the host wants
+    bool m_gradual = false;  ///< the same
+    std::unique_ptr<SRestoring> m_restoring;
     bool m_checksComplete = false;     ///< what the thread does; set before it starts
     TCancelFlag m_cancelled;           ///< of the thread that runs; set before it starts
     bool m_projectWanted = false;      ///< the next thread checks the whole project

@@ -53,8 +53,12 @@ ProjectManager::IProjectManager& CWorkbenchTest::Project()
 
 void CWorkbenchTest::OpenProject(const std::wstring& folder)
 {
+    int ended = 0; // checks
+    const auto watch = QObject::connect(&Window().GetFrame(), &Workbench::CMainFrame::progressTextChanged,
+                                        [&](const QString& text) { ended += text.isEmpty(); });
     Window().OpenProject(folder);
-    ASSERT_TRUE(WaitFor([&] { return Project().IsOpened(); }));
+    ASSERT_TRUE(WaitFor([&] { return Project().IsOpened() && ended > 0; }));
+    QObject::disconnect(watch);
     ASSERT_TRUE(WaitFor([&] { return !Window().GetApplication().Threads().IsRunning(); }));
     QCoreApplication::sendPostedEvents();
 }
