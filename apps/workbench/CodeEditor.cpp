@@ -57,6 +57,7 @@ std::pair<QString, QString> CommentMarks(const QsciLexer* lexer, int style)
 
 CCodeEditor::CCodeEditor(QWidget* parent) : QsciScintilla(parent)
 {
+    setMinimumHeight(fontMetrics().height() * 2); // small screens need no more
     setUtf8(true);
     setEolMode(EolUnix);
     setAutoIndent(true);

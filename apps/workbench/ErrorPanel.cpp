@@ -80,6 +80,7 @@ CErrorPanel::CErrorPanel(QTreeWidget& list, CErrorWatch& watch)
     list.setItemDelegate(m_delegate);
     list.installEventFilter(this);
     list.setContextMenuPolicy(Qt::CustomContextMenu);
+    list.setMinimumHeight(list.fontMetrics().height() * 2); // small screens need no more
     connect(&list, &QTreeWidget::customContextMenuRequested, this, &CErrorPanel::ShowMenu);
     connect(list.model(), &QAbstractItemModel::rowsInserted, this,
             [this](const QModelIndex&, int first, int last) { OnRowsInserted(first, last); });
@@ -112,6 +113,7 @@ CErrorPanel::~CErrorPanel()
     if (!m_list)
         return;
     m_list->removeEventFilter(this);
+    m_list->setMinimumHeight(0);
     m_list->setItemDelegate(new QStyledItemDelegate(m_list));
     m_list->setParent(nullptr);
 }

@@ -95,6 +95,7 @@ CSearchPanel::CSearchPanel(TPlace place)
     m_list->setModel(m_model);
     m_list->setRootIsDecorated(false);
     m_list->setUniformRowHeights(true);
+    m_list->setMinimumHeight(fontMetrics().height() * 2);
     m_list->setAllColumnsShowFocus(true);
     m_list->setTextElideMode(Qt::ElideMiddle);
     m_list->header()->resizeSection(0, fontMetrics().averageCharWidth() * 44);
