@@ -270,6 +270,38 @@ TEST_F(ProjectHandlerTest, ReopeningKeepsTheErrors)
     EXPECT_EQ(Count(a), 1u);
 }
 
+TEST_F(ProjectHandlerTest, WhatIsRestoredGraduallyIsNeitherLostNorDoubled)
+{
+    m_host.component->GetProjectCheck()->SetGradual(true);
+    std::vector<std::wstring> files;
+    std::vector<SSavedFileErrors> saved;
+    for (int i = 0; i < 50; ++i) {
+        files.push_back(Write("f" + std::to_string(100 + i) + ".php", 2));
+        saved.push_back({files.back(), {OldError, OldError, OldError}});
+    }
+    const std::wstring clean = Write("clean.php", 0);
+    files.push_back(clean);
+    saved.push_back({clean, {OldError}});
+    Save(saved);
+    const std::string before = SavedText();
+    Open(files);
+    m_host.application.Project().Close(); // before anything has been restored, or checked
+    EXPECT_EQ(SavedText(), before);
+    EXPECT_TRUE(m_host.Errors().GetAllErrors().empty());
+    EXPECT_EQ(m_host.Bar().topLevelItemCount(), 0);
+
+    Open(files);
+    ASSERT_TRUE(QTest::qWaitFor([&] { return m_host.Bar().topLevelItemCount() == 100; }, 20000))
+        << m_host.Bar().topLevelItemCount();
+    WaitForCheck();
+    EXPECT_EQ(Count(clean), 0u) << "found to be clean";
+    EXPECT_EQ(m_host.Bar().topLevelItemCount(), 100);
+    m_host.application.ReopenProject(files);
+    EXPECT_EQ(m_host.Bar().topLevelItemCount(), 100) << "the rows stay where they are";
+    WaitForCheck();
+    EXPECT_EQ(m_host.Bar().topLevelItemCount(), 100);
+}
+
 TEST_F(ProjectHandlerTest, FilesThatLeaveOnReopeningTakeTheirErrorsAlong)
 {
     const std::wstring stays = Write("a.php", 1);
