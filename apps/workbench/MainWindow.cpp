@@ -128,10 +128,12 @@ CMainWindow::CMainWindow(Host::CFileSettings& settings, LangSupport::ILangSource
     connect(m_area, &CDocumentArea::explainRequested, this,
             [this](int code) { m_help->Explain(code, this); });
     connect(m_area, &CDocumentArea::mendRequested, m_help, &CErrorHelp::OfferFixes);
-    m_application->Parser().SetParsedHook([this](const std::wstring& path) {
+    m_application->Parser().SetParsedHook([this](const SyntaxParser::CParserComponent::SParsed& parsed) {
+        if (!parsed.complete)
+            return;
         QMetaObject::invokeMethod(
             this,
-            [this, path] {
+            [this, path = parsed.path] {
                 if (m_errors)
                     m_errors->NoteParsed(path);
             },

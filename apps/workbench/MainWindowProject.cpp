@@ -49,6 +49,10 @@ void CMainWindow::UseRules(std::shared_ptr<const SProjectRules> rules)
         m_application->Documents().Suspend();
     // The grammar check goes by more than the file.
     Configuration::Apply(m_rules->settings, m_application->Parser(), nullptr);
+    // What a project includes whatever its ending is PHP.
+    m_application->Parser().SetTakenForPhp([settings = m_rules](const std::wstring& path) {
+        return !settings->settings.include.empty() && settings->settings.Includes(path);
+    });
     if (m_errors)
         m_errors->SetRules(m_rules);
     if (hasOtherNames)

@@ -46,6 +46,8 @@ protected:
         OpenProject(m_folder.Path(L"shop"));
         Open(m_folder.Path(L"shop/public/about.html"));
         CCodeEditor& editor = Open(m_folder.Path(L"shop/src/Cart.php"));
+        editor.SetCaretPosition({10, 16});
+        editor.CenterCaret();
         ASSERT_TRUE(
             WaitFor([&] { return !Underlines(editor).isEmpty() && Bar()->topLevelItemCount() > 10; }));
         editor.setFocus();
