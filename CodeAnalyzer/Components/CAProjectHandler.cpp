@@ -22,6 +22,7 @@
 #include <boost/bind/placeholders.hpp>
 #include <optional>
 #include <set>
+#include <system_error>
 #include <utility>
 
 namespace Kesh::CodeAnalyzer {
@@ -133,7 +134,7 @@ void CCAProjectHandler::BeginRestoring(IProjectManager* pm)
     EndRestoring();
     m_restoring = std::make_unique<SRestoring>();
     SRestoring* restoring = m_restoring.get();
-    restoring->thread = std::thread([this, restoring, pm, bar = GetBar()] {
+    const auto read = [this, restoring, pm, bar = GetBar()] {
         try {
             restoring->files = ReadErrors(*pm);
         } catch (...) {
@@ -148,14 +149,20 @@ void CCAProjectHandler::BeginRestoring(IProjectManager* pm)
                 BeginCheck();
             },
             Qt::QueuedConnection);
-    });
+    };
+    try {
+        restoring->thread = std::thread(read);
+    } catch (const std::system_error&) { // the system gives no more threads
+        read();
+    }
 }
 
 void CCAProjectHandler::EndRestoring()
 {
     if (!m_restoring)
         return;
-    m_restoring->thread.join();
+    if (m_restoring->thread.joinable())
+        m_restoring->thread.join();
     // A document that was open before has been checked meanwhile, or is about to be.
     for (const auto& [file, errors] : m_restoring->files)
         if (!m_errorsManager->MayHaveErrors(file))
