@@ -123,12 +123,13 @@ void CErrorWatch::OnJudged(const SVerdict& verdict)
     if (found == m_states.end() || found->second.generation != verdict.generation)
         return; // out of date
     SState& state = found->second;
-    if (!state.verdict.own.empty() || !verdict.own.empty())
-        ShowOwn(verdict.file, verdict.own);
+    const bool hadOwn = !state.verdict.own.empty();
     m_hiding += verdict.hides - state.verdict.hides;
     state.verdict = verdict;
     for (CodeAnalyzer::SHostError& own : state.verdict.own)
         own.message = Translated(own.message);
+    if (hadOwn || !state.verdict.own.empty())
+        m_source.ShowHostErrors(verdict.file, state.verdict.own);
     state.isJudged = true;
     state.isParsed = false;
     Count(verdict);
@@ -138,13 +139,6 @@ void CErrorWatch::OnJudged(const SVerdict& verdict)
         state.isShown = true;
         TellSoon(verdict.file);
     }
-}
-
-void CErrorWatch::ShowOwn(const std::wstring& file, std::vector<CodeAnalyzer::SHostError> own)
-{
-    for (CodeAnalyzer::SHostError& error : own)
-        error.message = Translated(error.message);
-    m_source.ShowHostErrors(file, own);
 }
 
 void CErrorWatch::Count(const SVerdict& verdict)

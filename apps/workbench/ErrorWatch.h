@@ -96,7 +96,6 @@ private:
     void NoteChange(const std::wstring& file);
     void AskJudge();
     void OnJudged(const SVerdict& verdict);
-    void ShowOwn(const std::wstring& file, std::vector<CodeAnalyzer::SHostError> own);
     void Count(const SVerdict& verdict);
     void TellSoon(const std::wstring& file);
     void Forget(const std::wstring& file);
