@@ -695,7 +695,7 @@ expr:
 |   Complement expr             { $$ = rules.Unary($1, $2); }
 |   At expr                     { $$ = rules.Computed($1); }
 |   Cast expr                   { $$ = rules.CastValue($1, $2); }
-|   expr Instanceof class_reference { $$ = rules.InstanceOf($1, $2); }
+|   expr Instanceof class_reference { $$ = rules.Computed($1); }
 |   expr "?" expr ":" expr      { $$ = rules.Ternary($1, $2, $3, $5); }
 |   expr "?" ":" expr           { $$ = rules.ShortTernary($1, $2, $4); }
 |   Isset "(" isset_list trailing_comma ")" { $$ = rules.Computed($1); }

@@ -79,7 +79,7 @@ bool CPhpGrammarChecker::BeginTokens()
     m_skip = {};
     m_next = m_resumed = 0;
     m_stops = m_trials = 0;
-    m_stalled = m_ended = m_complete = false;
+    m_stalled = m_complete = false;
     m_dead = false;
     return true;
 }
@@ -104,7 +104,6 @@ void CPhpGrammarChecker::EndTokens(CIterator end)
         token.start = token.end = end;
         token.text = {L"", 0};
         m_tokens.Add(token);
-        m_ended = true;
         m_stalled = false;
         Pump(true);
     }

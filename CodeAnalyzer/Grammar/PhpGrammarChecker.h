@@ -120,7 +120,6 @@ private:
     std::uint32_t m_next = 0;               ///< the token to feed next
     bool m_stalled = false;                 ///< it cannot be fed; more tokens are awaited
     bool m_dead = false;                    ///< too many errors: nothing more is looked at
-    bool m_ended = false;
     SSkip m_skip;
     std::uint32_t m_resumed = 0; ///< the token at which the parse last went on after an error
     std::uint32_t m_settled = 0; ///< tokens from there within which nothing new is told

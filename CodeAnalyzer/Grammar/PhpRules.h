@@ -169,7 +169,6 @@ public:
                           const SGrammarValue& then, const SGrammarValue& otherwise);
     SGrammarValue ShortTernary(const SGrammarValue& condition, const SGrammarValue& mark,
                                const SGrammarValue& otherwise);
-    SGrammarValue InstanceOf(const SGrammarValue& value, const SGrammarValue& word);
     SGrammarValue Grouped(const SGrammarValue& bracket, const SGrammarValue& value) const;
     SGrammarValue Joined(const SGrammarValue& quote, const SGrammarValue& parts) const;
     SGrammarValue StringParts(const SGrammarValue& a, const SGrammarValue& b) const;

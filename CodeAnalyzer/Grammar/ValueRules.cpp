@@ -100,11 +100,6 @@ SGrammarValue CPhpRules::ShortTernary(const SGrammarValue& condition, const SGra
     return value;
 }
 
-SGrammarValue CPhpRules::InstanceOf(const SGrammarValue& value, const SGrammarValue& /*word*/)
-{
-    return Computed(value);
-}
-
 SGrammarValue CPhpRules::Grouped(const SGrammarValue& bracket, const SGrammarValue& value) const
 {
     SGrammarValue group = value;
