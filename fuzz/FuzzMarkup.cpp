@@ -1,13 +1,12 @@
 // Any bytes as a document with markup: the trees are built, hang together, follow the document, and are
 // checked.
 
+#include "Application/BareApplication.h"
 #include "Components/CAErrorsManager.h"
-#include "Kesh/SDK/IApplication.h"
 #include "Parsers/CssSyntaxChecker.h"
 #include "Parsers/HtmlCustomItemsKeeper.h"
 #include "Parsers/HtmlSyntaxChecker.h"
 #include "Require.h"
-#include "SyntaxParser/ParserComponent.h"
 #include "SyntaxParser/SPDocument.h"
 #include "SyntaxParser/SourceText.h"
 #include "SyntaxParser/TextReader.h"
@@ -20,28 +19,6 @@ using namespace Kesh;
 using SyntaxParser::NoSemanticNode;
 
 namespace {
-
-/// As much of a host as the checkers need.
-class CHost final : public SDK::IApplication
-{
-public:
-    boost::weak_ptr<SDK::IComponent1<SDK::IApplication>> GetComponent(const std::wstring&) override
-    {
-        return m_parser;
-    }
-    SDK::IMainFrame* GetMainFrame() override { return nullptr; }
-    SDK::IImageListService* GetImageListService() override { return nullptr; }
-    SDK::ISettings* GetSettings() override { return nullptr; }
-    SDK::ITimerService* GetTimerService() override { return nullptr; }
-    SDK::IThreadService* GetThreadService() override { return nullptr; }
-    SDK::IDocumentService* GetDocumentService() override { return nullptr; }
-    double GetScaleFactor() override { return 1.0; }
-    LangSupport::ILangSource* GetLangSource() override { return nullptr; }
-
-private:
-    boost::shared_ptr<SyntaxParser::CParserComponent> m_parser =
-        boost::make_shared<SyntaxParser::CParserComponent>();
-};
 
 void RequireSound(const SyntaxParser::SSemanticTree& tree)
 {
@@ -60,7 +37,7 @@ void RequireSound(const SyntaxParser::SSemanticTree& tree)
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
 {
-    static CHost host;
+    static Host::CBareApplication host;
     static CodeAnalyzer::CCAErrorsManager manager;
     static CodeAnalyzer::CHtmlCustomItemsKeeper customItems;
     const std::string_view bytes(reinterpret_cast<const char*>(data), size);
