@@ -50,7 +50,7 @@ TEST(Framing, MessagesAreFoundHoweverTheyAreCut)
         {Framed(std::string(101, 'x')) + good, {"!", "{}", ""}},
         {Framed(std::string(9000, 'x')) + good, {"!", "{}", ""}},
         {Framed(std::string(100, 'x')) + good, {std::string(100, 'x'), "{}", ""}},
-        {std::string(5000, 'x') + "\r\n\r\n" + good, {"!", "!", "{}", ""}},
+        {std::string(5000, 'x').append("\r\n\r\n" + good), {"!", "!", "{}", ""}},
     };
     for (const SCase& test : cases) {
         for (const std::size_t step : {1, 2, 3, 7, 64, 100000}) {
