@@ -198,6 +198,7 @@ QString CFileSearch::Start(SSearchOrder order)
     const auto work = std::make_shared<CWork>(std::move(order), std::move(pattern), m_cancelled, deliver);
     QThread* thread = m_threads.emplace_back(QThread::create([work] { work->Run(); })).get();
     connect(thread, &QThread::finished, this, [this, thread, work, cancelled = m_cancelled] {
+        thread->wait(); // for what it has counted
         OnEnded(thread, cancelled, work->GetFiles(), work->IsComplete());
     });
     thread->start();
@@ -209,7 +210,6 @@ void CFileSearch::OnEnded(QThread* thread, const std::shared_ptr<std::atomic<boo
 {
     const auto ended = std::find_if(m_threads.begin(), m_threads.end(),
                                     [&](const auto& candidate) { return candidate.get() == thread; });
-    thread->wait();
     ended->release()->deleteLater();
     m_threads.erase(ended);
     if (*cancelled)
