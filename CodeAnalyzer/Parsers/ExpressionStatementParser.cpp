@@ -175,8 +175,12 @@ int CExpressionStatementParser::StatementStartRegion(CRegion* region)
 
 void CExpressionStatementParser::DispathRegion(CRegion* region)
 {
-    if (!(SeesBlanks >> m_data.state & 1) && IsIgnored(region))
-        return;
+    if ((SeesBlanks >> m_data.state & 1) || !IsIgnored(region))
+        HandleRegion(region);
+}
+
+void CExpressionStatementParser::HandleRegion(CRegion* region)
+{
     switch (m_data.state) {
     case AssignExprState: HandleAssignExprState(region); break;
     case AfterWordStartState: HandleAfterWordStartState(region); break;

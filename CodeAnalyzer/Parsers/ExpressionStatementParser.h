@@ -103,6 +103,7 @@ protected:
     void HandleUnexpected(SyntaxParser::CRegion* region);
     /// Notes what it skips, so that a missing `;` can be told from a stray operand.
     bool IsIgnored(SyntaxParser::CRegion* region);
+    [[gnu::noinline]] void HandleRegion(SyntaxParser::CRegion* region); // most blanks need not come so far
     void NoteRegion(SyntaxParser::CRegion* region);
     void NoteArgument(SyntaxParser::CRegion* region);
     void NoteFunction(SyntaxParser::CRegion* region);

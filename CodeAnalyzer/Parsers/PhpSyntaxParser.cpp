@@ -207,22 +207,25 @@ void CPhpSyntaxParser::ParseKept()
 
 void CPhpSyntaxParser::DispatchRegion(CRegion* region)
 {
-    DispatchBracketRegion(region);
-    if (m_skipToEnd) {
-        if (region->definition == m_defs->Php.TokenDefs[10])
-            m_skipToEnd = 0;
-    } else if (m_active) {
+    const auto& tokens = m_defs->Php.TokenDefs;
+    if (region->definition == tokens[3] || region->definition == tokens[4])
+        DispatchBracketRegion(region);
+    if (m_active && !m_skipToEnd)
         m_active->DispathRegion(region);
-    } else {
+    else
+        DispatchToNone(region);
+}
+
+void CPhpSyntaxParser::DispatchToNone(CRegion* region)
+{
+    if (!m_skipToEnd)
         Offer(region);
-    }
+    else if (region->definition == m_defs->Php.TokenDefs[10])
+        m_skipToEnd = 0;
 }
 
 void CPhpSyntaxParser::DispatchBracketRegion(CRegion* region)
 {
-    const auto& tokens = m_defs->Php.TokenDefs;
-    if (region->definition != tokens[3] && region->definition != tokens[4])
-        return;
     for (CStatementParser* parser : m_bracketParsers)
         parser->HandleBracketRegion(region);
 }

@@ -61,11 +61,14 @@ public:
     void SteFileName(const std::wstring& name);
 
 private:
-    void Offer(SyntaxParser::CRegion* region);
-    void ParseKept();
+    // Called for few regions each, and kept out of the way of the many.
+    [[gnu::noinline]] void Offer(SyntaxParser::CRegion* region);
+    [[gnu::noinline]] void ParseKept();
+    [[gnu::noinline]] void DispatchToNone(SyntaxParser::CRegion* region);
+    [[gnu::noinline]] void DispatchBracketRegion(SyntaxParser::CRegion* region);
+
     bool NeedsStatements() const;
     void DispatchRegion(SyntaxParser::CRegion* region);
-    void DispatchBracketRegion(SyntaxParser::CRegion* region);
     template <class TParser> TParser* AddParser();
 
     std::vector<CStatementParser*> m_parsers; ///< owned, in the order in which they are offered a region

@@ -60,7 +60,7 @@ int CStatementParser::IsNonSignificantRegion(CRegion* region)
         return std::all_of(view.rbegin(), view.rend(), IsBlank);
     }
     if (definition == php.TokenDefs[19])
-        return HasText(region, {L"php", 3}, 1);
+        return !BeginsOtherwise(region, L'p') && HasText(region, {L"php", 3}, 1);
     // The commonest kinds first: most regions are none of the many that follow.
     if (definition == php.VarDefs[3] || definition == php.TokenDefs[3] || definition == php.TokenDefs[4] ||
         definition == php.TokenDefs[10] || definition == php.TokenDefs[8] || definition == php.TokenDefs[2])

@@ -96,10 +96,7 @@ protected:
     {
         if (region->definition != m_defs->Php.TokenDefs[2])
             return false;
-        // Most keywords are others, and begin with another letter.
-        const wchar_t first =
-            region->text.empty() ? L'\0' : Base::CCommonString::AsciiLower(region->text.front());
-        if (first >= L'a' && first <= L'z' && first != word[0])
+        if (BeginsOtherwise(region, word[0])) // as most keywords do
             return false;
         return HasText(region, {word, Size - 1}, 1);
     }
@@ -128,6 +125,13 @@ private:
     {
         const std::wstring_view found = TrimmedText(region);
         return lowerCase ? Base::CCommonString::LowersTo(found, text) : found == text;
+    }
+    /// Whether the region's first character shows that it is no word that begins with this letter.
+    static bool BeginsOtherwise(const SyntaxParser::CRegion* region, wchar_t letter)
+    {
+        const wchar_t first =
+            region->text.empty() ? L'\0' : Base::CCommonString::AsciiLower(region->text.front());
+        return first >= L'a' && first <= L'z' && first != letter;
     }
     std::wstring_view ReadText(SyntaxParser::CRegion* region) const;
     wchar_t ReadLastChar(SyntaxParser::CRegion* region) const;
