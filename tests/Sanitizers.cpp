@@ -58,6 +58,7 @@ EXPORTED const char* __tsan_default_suppressions()
     return "called_from_lib:libQt5Core.so.5\ncalled_from_lib:libQt5Gui.so.5\n"
            "called_from_lib:libQt5Widgets.so.5\ncalled_from_lib:libQt5XmlPatterns.so.5\n"
            "called_from_lib:libQt5Network.so.5\ncalled_from_lib:libQt5DBus.so.5\n"
+           "called_from_lib:libQt5XcbQpa.so.5\ncalled_from_lib:libxcb.so.1\n"
            "called_from_lib:libglib-2.0.so.0\n";
 }
 
