@@ -101,7 +101,7 @@ boost::shared_ptr<ISPDocument> CParserComponent::GetParsedDocument(const std::ws
         return {};
     try {
         const std::string bytes = Host::ReadFileBytes(path);
-        if (LooksBinary(bytes))
+        if (HoldsNoSource(bytes))
             return {};
         auto reader = boost::make_shared<CTextReader>(DecodeSource(bytes));
         return Make(std::move(reader), path, factory, true);

@@ -150,6 +150,11 @@ bool LooksBinary(std::string_view bytes)
     return !Utf16OrderOf(bytes) && bytes.substr(0, Looked).find('\0') != std::string_view::npos;
 }
 
+bool HoldsNoSource(std::string_view bytes)
+{
+    return LooksBinary(bytes) && !bytes.starts_with("<?");
+}
+
 std::wstring DecodeSource(std::string_view bytes, SSourceFormat& format)
 {
     std::wstring text;

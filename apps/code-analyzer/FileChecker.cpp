@@ -67,7 +67,7 @@ std::string_view CFileChecker::ReadInput(const SInput& input)
 std::optional<Findings::SFileFindings> CFileChecker::Check(const SInput& input)
 {
     const std::string_view bytes = ReadInput(input);
-    if (SyntaxParser::LooksBinary(bytes))
+    if (SyntaxParser::HoldsNoSource(bytes))
         return {};
     m_reader->Decode(bytes);
     const std::wstring factory = FactoryOf(input);

@@ -236,6 +236,11 @@ TEST_F(CommandLine, Utf16IsReadAndBinaryFilesAreSkippedWithANote)
     EXPECT_EQ(alone.err, "code-analyzer: a.php: skipped: a binary file\n");
     EXPECT_EQ(alone.out, "No files were checked.\n");
     EXPECT_EQ(Run({"check", "a.php", "b.php"}).out, "No errors in 1 file.\n");
+    // To PHP a NUL is a character like any other.
+    m_folder.Write(L"b.php", std::string("<?php\nf('\0');\n$a = 1 2;\n", 24));
+    const json records = RunJson({"b.php"}, 1);
+    ASSERT_EQ(records.size(), 1u);
+    EXPECT_EQ(records[0]["startLine"], 3);
 }
 
 TEST_F(CommandLine, ColumnsCountCharacters)
