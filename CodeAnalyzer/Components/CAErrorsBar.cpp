@@ -16,6 +16,7 @@
 #include <boost/bind/bind.hpp>
 #include <boost/bind/placeholders.hpp>
 #include <map>
+#include <utility>
 
 namespace Kesh::CodeAnalyzer {
 
@@ -60,8 +61,37 @@ CCAErrorsBar::CCAErrorsBar(SDK::IApplication* application, CCAComponent* compone
 
 CCAErrorsBar::~CCAErrorsBar()
 {
+    m_filler.reset();
     clear(); // the rows ask to be forgotten
+    for (auto& [key, file] : std::exchange(m_rowsOfFile, {}))
+        qDeleteAll(file.rows); // those that are kept aside
     qDeleteAll(m_buried);
+}
+
+void CCAErrorsBar::SetGradual()
+{
+    if (m_filler)
+        return;
+    m_filler = std::make_unique<CCAErrorsBarFiller>(*this);
+    SortItems();
+}
+
+void CCAErrorsBar::SetPick(TPick pick)
+{
+    SetGradual();
+    m_filler->SetPick(std::move(pick));
+}
+
+void CCAErrorsBar::PickAgain()
+{
+    if (m_filler)
+        m_filler->PickAgain();
+}
+
+void CCAErrorsBar::PickAgain(const std::wstring& file)
+{
+    if (m_filler)
+        m_filler->PickAgain(CCAErrorsBarItem::MakeFileKey(file));
 }
 
 bool CCAErrorsBar::event(QEvent* e)
@@ -89,7 +119,7 @@ void CCAErrorsBar::RemoveErrorsMessageHandler(const std::wstring& file)
 
 void CCAErrorsBar::FinProjectErrorsHandler()
 {
-    if (topLevelItemCount() > 0 && m_component)
+    if ((topLevelItemCount() > 0 || m_rowCount > 0) && m_component)
         m_component->ShowErrorPage(0);
 }
 
@@ -115,8 +145,10 @@ template <class TMake> void CCAErrorsBar::AddRows(const std::wstring& file, std:
         items.append(make(*name, i));
         known.rows.insert(items.last());
     }
-    m_rowCount += items.size();
-    if (ordered) {
+    m_rowCount += count;
+    if (m_filler) {
+        m_filler->Add(items);
+    } else if (ordered) {
         InsertSorted(items);
     } else {
         addTopLevelItems(items);
@@ -147,6 +179,8 @@ void CCAErrorsBar::OnAddErrors(const std::wstring& file, const std::vector<SCAEr
             QTreeWidgetItem* row = topLevelItem(m_rememberedRow);
             setCurrentItem(row);
             scrollToItem(row, QAbstractItemView::EnsureVisible);
+        } else if (m_rememberedFile == file && IsArranging()) {
+            m_filler->SelectLater(m_rememberedRow);
         }
     }
     m_rememberedFile.clear();
@@ -157,12 +191,11 @@ void CCAErrorsBar::ShowHostErrors(const std::wstring& file, const std::vector<SH
 {
     if (const auto known = m_rowsOfFile.find(CCAErrorsBarItem::MakeFileKey(file));
         known != m_rowsOfFile.end()) {
-        std::vector<const QTreeWidgetItem*> old;
-        for (const QTreeWidgetItem* row : known->second.rows)
-            if (static_cast<const CCAErrorsBarItem*>(row)->IsOfHost())
+        std::vector<QTreeWidgetItem*> old;
+        for (QTreeWidgetItem* row : known->second.rows)
+            if (static_cast<CCAErrorsBarItem*>(row)->IsOfHost())
                 old.push_back(row);
-        for (const QTreeWidgetItem* row : old) // they are few
-            delete row;
+        qDeleteAll(old); // they are few
     }
     if (errors.empty())
         return;
@@ -184,13 +217,25 @@ void CCAErrorsBar::RememberSelection(const std::wstring& file)
 
 void CCAErrorsBar::RemoveErrorsOf(const std::vector<std::wstring>& files)
 {
+    if (m_filler && !files.empty()) {
+        std::vector<QTreeWidgetItem*> ended;
+        RememberSelection(files.back());
+        for (const std::wstring& file : files)
+            if (const auto known = m_rowsOfFile.find(CCAErrorsBarItem::MakeFileKey(file));
+                known != m_rowsOfFile.end()) {
+                ended.insert(ended.end(), known->second.rows.begin(), known->second.rows.end());
+                m_rowsOfFile.erase(known);
+            }
+        m_rowCount -= ended.size();
+        return m_filler->Remove(ended);
+    }
     TRows gone;
     for (const std::wstring& file : files)
         if (const auto known = m_rowsOfFile.find(CCAErrorsBarItem::MakeFileKey(file));
             known != m_rowsOfFile.end())
             gone.insert(known->second.rows.begin(), known->second.rows.end());
     // Taking all rows away and putting some back is quick when few stay.
-    if (HasForeignRows() || gone.size() * 2 < static_cast<std::size_t>(m_rowCount) || gone.size() < 100) {
+    if (HasForeignRows() || gone.size() * 2 < m_rowCount || gone.size() < 100) {
         for (const std::wstring& file : files)
             OnRemoveErrors(file);
         return;
@@ -205,8 +250,17 @@ void CCAErrorsBar::RemoveErrorsOf(const std::vector<std::wstring>& files)
     setCurrentItem(current);
     for (const std::wstring& file : files)
         m_rowsOfFile.erase(CCAErrorsBarItem::MakeFileKey(file));
-    m_rowCount = left.size();
+    m_rowCount = static_cast<std::size_t>(left.size());
     BurySlice();
+}
+
+void CCAErrorsBar::Bury(const std::vector<QTreeWidgetItem*>& rows)
+{
+    const bool isFirst = m_buried.isEmpty();
+    for (QTreeWidgetItem* row : rows)
+        m_buried.append(row);
+    if (isFirst)
+        BurySlice();
 }
 
 void CCAErrorsBar::BurySlice()
@@ -232,8 +286,11 @@ void CCAErrorsBar::OnRemoveErrors(const std::wstring& file)
         return;
     const SFileRows gone = std::move(found->second);
     m_rowsOfFile.erase(found);
-    m_rowCount -= static_cast<int>(gone.rows.size());
-    RemoveRows(FindRows(gone.rows));
+    m_rowCount -= gone.rows.size();
+    if (m_filler)
+        m_filler->Remove({gone.rows.begin(), gone.rows.end()});
+    else
+        RemoveRows(FindRows(gone.rows));
 }
 
 void CCAErrorsBar::RemoveRows(const std::vector<int>& rows)
@@ -256,19 +313,31 @@ void CCAErrorsBar::RemoveRowsOneByOne(const std::wstring& fileKey)
     }
 }
 
-void CCAErrorsBar::ForgetRow(const CCAErrorsBarItem* item)
+void CCAErrorsBar::ForgetRow(CCAErrorsBarItem* item)
 {
+    if (m_filler)
+        m_filler->Forget(item);
     const auto found = m_rowsOfFile.find(item->GetFileKey());
     if (found == m_rowsOfFile.end())
         return;
-    m_rowCount -= static_cast<int>(found->second.rows.erase(item));
+    m_rowCount -= found->second.rows.erase(item);
     if (found->second.rows.empty())
         m_rowsOfFile.erase(found);
 }
 
 bool CCAErrorsBar::IsBefore(const QTreeWidgetItem* a, const QTreeWidgetItem* b) const
 {
-    return SortDirection(m_sortOrder) == Qt::AscendingOrder ? *a < *b : *b < *a;
+    if (IsDescending())
+        std::swap(a, b);
+    // To put rows in some at a time, it must be known of all which comes first.
+    return m_filler
+               ? static_cast<const CCAErrorsBarItem*>(a)->IsBefore(static_cast<const CCAErrorsBarItem&>(*b))
+               : *a < *b;
+}
+
+bool CCAErrorsBar::IsDescending() const
+{
+    return SortDirection(m_sortOrder) == Qt::DescendingOrder;
 }
 
 template <class TPredicate> int CCAErrorsBar::FindFirstRow(int first, TPredicate isEarly) const
@@ -287,15 +356,15 @@ template <class TPredicate> int CCAErrorsBar::FindFirstRow(int first, TPredicate
 std::vector<int> CCAErrorsBar::FindRows(const TRows& items) const
 {
     // Of one kind there are many, so that their order does not help to find a few of them.
-    const bool isByKind = m_sortOrder >= DescriptionAscending;
+    const bool isByKind = m_sortOrder >= DescriptionAscending && !m_filler;
     return isByKind && items.size() <= 16 ? FindRowsOneByOne(items) : FindRowsInOrder(items);
 }
 
 std::vector<int> CCAErrorsBar::FindRowsOneByOne(const TRows& items) const
 {
     std::vector<int> rows;
-    for (const QTreeWidgetItem* item : items)
-        rows.push_back(indexOfTopLevelItem(const_cast<QTreeWidgetItem*>(item)));
+    for (QTreeWidgetItem* item : items)
+        rows.push_back(indexOfTopLevelItem(item));
     std::sort(rows.begin(), rows.end());
     return rows;
 }
@@ -309,7 +378,7 @@ std::vector<int> CCAErrorsBar::FindRowsInOrder(const TRows& items) const
     std::vector<int> rows;
     for (int row = 0; rows.size() < sorted.size() && row < topLevelItemCount();) {
         const QTreeWidgetItem* next = sorted[rows.size()];
-        const QTreeWidgetItem* item = topLevelItem(row);
+        QTreeWidgetItem* item = topLevelItem(row);
         if (items.contains(item))
             rows.push_back(row++);
         else if (IsBefore(item, next))
@@ -360,6 +429,11 @@ void CCAErrorsBar::RankFiles()
 void CCAErrorsBar::SortItems()
 {
     RankFiles();
+    if (m_filler) {
+        header()->setSortIndicator(SortColumn(m_sortOrder), SortDirection(m_sortOrder));
+        m_filler->Sort();
+        return;
+    }
     sortItems(SortColumn(m_sortOrder), SortDirection(m_sortOrder));
 }
 

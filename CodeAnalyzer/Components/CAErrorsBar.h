@@ -1,14 +1,16 @@
 #pragma once
 
+#include "Components/CAErrorsBarFiller.h"
+#include "Kesh/CodeAnalyzer/IErrorRow.h"
 #include "Kesh/CodeAnalyzer/Plugin.h"
 #include "Kesh/CodeAnalyzer/SCAError.h"
 #include "Kesh/SDK/IApplication.h"
 
 #include <QTreeWidget>
 #include <boost/signals2/trackable.hpp>
+#include <map>
 #include <memory>
 #include <string>
-#include <unordered_map>
 #include <unordered_set>
 #include <vector>
 
@@ -20,7 +22,7 @@ class CCAErrorsManager;
 struct SBarFile;
 
 /// The list of all errors, one row each. Workers reach it only by posting a CCAErrorsEvent. GUI thread.
-class CCAErrorsBar : public QTreeWidget, public boost::signals2::trackable
+class CCAErrorsBar : public QTreeWidget, public IErrorRows, public boost::signals2::trackable
 {
     Q_OBJECT
 public:
@@ -66,8 +68,15 @@ public:
     void LoadColumnsWidth();
     void SetColumnsWidth();
 
+    /// From now on many rows come and go some at a time.
+    void SetGradual();
+    void SetPick(TPick pick) override;
+    void PickAgain() override;
+    void PickAgain(const std::wstring& file) override;
+    bool IsArranging() const override { return m_filler && m_filler->IsArranging(); }
+
     /// For a row that is about to die, whoever takes it away.
-    void ForgetRow(const CCAErrorsBarItem* item);
+    void ForgetRow(CCAErrorsBarItem* item);
 
 public slots:
     /// Sorts by a column, or the other way round when it is sorted by it already.
@@ -79,7 +88,9 @@ protected:
     void mouseDoubleClickEvent(QMouseEvent* e) override;
 
 private:
-    using TRows = std::unordered_set<const QTreeWidgetItem*>;
+    friend class CCAErrorsBarFiller;
+
+    using TRows = std::unordered_set<QTreeWidgetItem*>;
     /// What belongs to one file, whatever the case of its letters.
     struct SFileRows
     {
@@ -88,7 +99,12 @@ private:
     };
 
     /// Whether somebody else has put rows in or taken some out, so that the order of the rows tells nothing.
-    bool HasForeignRows() const { return topLevelItemCount() != m_rowCount; }
+    /// A host that has them come and go some at a time leaves them alone.
+    bool HasForeignRows() const
+    {
+        return !m_filler && static_cast<std::size_t>(topLevelItemCount()) != m_rowCount;
+    }
+    bool IsDescending() const;
     void RemoveRowsOneByOne(const std::wstring& fileKey);
     /// In the current order.
     bool IsBefore(const QTreeWidgetItem* a, const QTreeWidgetItem* b) const;
@@ -100,6 +116,8 @@ private:
     /// Has files compare by a number instead of their names.
     void RankFiles();
     void RememberSelection(const std::wstring& file);
+    /// Ends rows that are not in the tree.
+    void Bury(const std::vector<QTreeWidgetItem*>& rows);
     /// Ends some of the rows that have been taken away, and so on when there is nothing else to do.
     void BurySlice();
     /// The first row from `first` on that does not satisfy `isEarly`, which all rows do that are before it.
@@ -117,9 +135,10 @@ private:
     int m_rememberedRow = -1;
     int m_sortOrder = TypeAscending;
     /// By the file with its case folded: most files that are checked have no rows, and need not look at any.
-    std::unordered_map<std::wstring, SFileRows> m_rowsOfFile;
-    int m_rowCount = 0;               ///< of m_rowsOfFile
-    QList<QTreeWidgetItem*> m_buried; ///< taken away, but not ended yet
+    std::map<std::wstring, SFileRows> m_rowsOfFile;
+    std::size_t m_rowCount = 0;                   ///< of m_rowsOfFile
+    QList<QTreeWidgetItem*> m_buried;             ///< taken away, but not ended yet
+    std::unique_ptr<CCAErrorsBarFiller> m_filler; ///< null: all rows are in the tree, at once
 };
 
 } // namespace Kesh::CodeAnalyzer

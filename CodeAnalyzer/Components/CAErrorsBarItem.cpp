@@ -5,6 +5,7 @@
 #include "Kesh/LangSupport/LangSupport.h"
 
 #include <algorithm>
+#include <functional>
 
 namespace Kesh::CodeAnalyzer {
 
@@ -75,19 +76,47 @@ bool CCAErrorsBarItem::operator<(const QTreeWidgetItem& other) const
         [[fallthrough]];
     case CCAErrorsBar::FileAscending:
     case CCAErrorsBar::FileDescending:
-        if (m_file != that.m_file) {
-            const bool ranked = m_file->rank && that.m_file->rank;
-            const int files =
-                ranked ? m_file->rank - that.m_file->rank : m_file->key.compare(that.m_file->key);
-            if (files != 0)
-                return files < 0;
-        }
+        if (const int files = CompareFile(that); files != 0)
+            return files < 0;
         return m_pos.start < that.m_pos.start;
     // The messages are sorted by their kind, which keeps alike ones together in every language.
     case CCAErrorsBar::DescriptionAscending:
     case CCAErrorsBar::DescriptionDescending: return m_code < that.m_code;
     default: return false;
     }
+}
+
+int CCAErrorsBarItem::CompareFile(const CCAErrorsBarItem& other) const
+{
+    if (m_file == other.m_file)
+        return 0;
+    const bool ranked = m_file->rank && other.m_file->rank;
+    return ranked ? m_file->rank - other.m_file->rank : m_file->key.compare(other.m_file->key);
+}
+
+std::int32_t CCAErrorsBarItem::GetPart() const
+{
+    const int order = m_bar->GetSortOrder();
+    return order >= CCAErrorsBar::DescriptionAscending ? m_code
+           : order >= CCAErrorsBar::FileAscending      ? 0
+                                                       : m_type;
+}
+
+bool CCAErrorsBarItem::IsBeforeInFile(const CCAErrorsBarItem& other) const
+{
+    if (m_pos.start != other.m_pos.start)
+        return m_pos.start < other.m_pos.start;
+    if (m_code != other.m_code)
+        return m_code < other.m_code;
+    return m_type != other.m_type ? m_type < other.m_type : std::less<>()(this, &other);
+}
+
+bool CCAErrorsBarItem::IsBefore(const CCAErrorsBarItem& other) const
+{
+    if (const std::int32_t part = GetPart(), otherPart = other.GetPart(); part != otherPart)
+        return part < otherPart;
+    const int files = CompareFile(other);
+    return files != 0 ? files < 0 : IsBeforeInFile(other);
 }
 
 } // namespace Kesh::CodeAnalyzer

@@ -39,11 +39,17 @@ public:
 
     /// The ascending order of the column by which the bar sorts now.
     bool operator<(const QTreeWidgetItem& other) const override;
+    /// The same, but no two rows are equal: by GetPart(), then by file, then IsBeforeInFile().
+    bool IsBefore(const CCAErrorsBarItem& other) const;
+    bool IsBeforeInFile(const CCAErrorsBarItem& other) const;
+    /// What comes before the file in the bar's order.
+    std::int32_t GetPart() const;
     /// Makes the texts when they are asked for: most rows are never seen.
     QVariant data(int column, int role) const override;
 
     const std::wstring& GetFile() const override { return m_file->name; }
     SCAError GetError() const override { return {m_pos, m_code, m_type}; }
+    QString GetMessage() const override { return m_description; }
     const SyntaxParser::SScheme& GetPos() const { return m_pos; }
     /// The file with its case folded: two files are the same without regard to case when their keys are
     /// equal.
@@ -54,7 +60,18 @@ public:
     bool IsOfHost() const { return m_ofHost; }
     void SetOfHost() { m_ofHost = true; }
 
+    /// What the bar's filler notes of the row.
+    struct SListing
+    {
+        bool isPicked = true;       ///< wanted in the list
+        bool isListed = false;      ///< there, or about to be
+        std::uint64_t question = 0; ///< the last one that was answered
+    } listing;
+
 private:
+    /// Negative: this file comes first.
+    int CompareFile(const CCAErrorsBarItem& other) const;
+
     std::int32_t m_type;
     std::int32_t m_code;
     bool m_ofHost = false;

@@ -20,9 +20,9 @@
 #include <algorithm>
 #include <boost/bind/bind.hpp>
 #include <boost/bind/placeholders.hpp>
+#include <functional>
 #include <optional>
 #include <set>
-#include <system_error>
 #include <utility>
 
 namespace Kesh::CodeAnalyzer {
@@ -64,6 +64,18 @@ bool IsCheckedKind(const std::wstring& file)
     return true;
 }
 
+/// The saved errors of the project's files. Any thread.
+std::vector<SSavedFileErrors> ReadErrors(const ProjectManager::SProjectFilesCache* cache,
+                                         const std::function<std::wstring()>& getText)
+{
+    if (!cache || cache->files.empty())
+        return {};
+    std::set<std::wstring> lowerFiles;
+    for (const std::wstring& file : cache->files)
+        lowerFiles.insert(Base::CCommonString::LowerCaseFast(file));
+    return ReadSavedErrors(getText(), lowerFiles);
+}
+
 } // namespace
 
 CCAProjectHandler::CCAProjectHandler() : m_workers(std::make_shared<CCACheckWorkers>()) {}
@@ -95,9 +107,17 @@ void CCAProjectHandler::SetDocManager(CCADocManager* docManager)
 
 void CCAProjectHandler::Shutdown()
 {
-    EndRestoring();
+    GiveUpRestoring();
     DropOrders();
     StopThread(nullptr);
+    m_background.Wait();
+}
+
+void CCAProjectHandler::SetGradual(bool gradual)
+{
+    m_gradual = gradual;
+    if (CCAErrorsBar* bar = GetBar(); bar && gradual)
+        bar->SetGradual();
 }
 
 void CCAProjectHandler::OnProjectParsecomplete()
@@ -106,12 +126,12 @@ void CCAProjectHandler::OnProjectParsecomplete()
     IProjectManager* pm = component->GetProjectManager();
     // A project that is parsed anew is checked anew.
     StopThread(pm);
-    const bool isReopened = !m_reopenedFiles.empty();
+    const bool isReopened = !m_reopenedFiles.empty() && !std::exchange(m_unread, false);
     RemoveErrorsOfLeavers(pm);
-    if (m_gradual && GetBar()) {
-        isReopened ? BeginCheck() : BeginRestoring(pm); // the errors of a reopened one are still there
+    if (m_gradual && isReopened) // its errors are still there
+        return BeginCheck();
+    if (m_gradual && BeginRestoring(pm))
         return;
-    }
     try {
         LoadErrors(pm);
     } catch (...) {
@@ -129,50 +149,50 @@ void CCAProjectHandler::BeginCheck()
     StartThread();
 }
 
-void CCAProjectHandler::BeginRestoring(IProjectManager* pm)
+bool CCAProjectHandler::BeginRestoring(IProjectManager* pm)
 {
-    EndRestoring();
-    m_restoring = std::make_unique<SRestoring>();
-    SRestoring* restoring = m_restoring.get();
-    const auto read = [this, restoring, pm, bar = GetBar()] {
+    const boost::shared_ptr<ProjectManager::IProjectData> data = pm->GetProjectData();
+    CCAErrorsBar* bar = GetBar();
+    if (!data || !bar)
+        return false;
+    GiveUpRestoring();
+    m_restoring = std::make_shared<SRestoring>();
+    m_background.Run([this, bar, data, cache = pm->GetFilesCache(), restoring = m_restoring] {
+        if (restoring->isGivenUp)
+            return;
         try {
-            restoring->files = ReadErrors(*pm);
+            restoring->files = ReadErrors(cache.get(), [&] { return data->GetData(ErrorsItem); });
         } catch (...) {
             // Errors that cannot be restored are found anew.
         }
         QMetaObject::invokeMethod(
-            bar,
-            [this, restoring] {
-                if (m_restoring.get() != restoring)
-                    return; // the project has gone
-                EndRestoring();
-                BeginCheck();
-            },
-            Qt::QueuedConnection);
-    };
-    try {
-        restoring->thread = std::thread(read);
-    } catch (const std::system_error&) { // the system gives no more threads
-        read();
-    }
+            bar, [this, restoring] { EndRestoring(restoring); }, Qt::QueuedConnection);
+    });
+    return true;
 }
 
-void CCAProjectHandler::EndRestoring()
+bool CCAProjectHandler::GiveUpRestoring()
 {
-    if (!m_restoring)
+    if (m_restoring)
+        m_restoring->isGivenUp = true;
+    return std::exchange(m_restoring, nullptr) != nullptr;
+}
+
+void CCAProjectHandler::EndRestoring(const std::shared_ptr<SRestoring>& restoring)
+{
+    if (m_restoring != restoring)
         return;
-    if (m_restoring->thread.joinable())
-        m_restoring->thread.join();
+    m_restoring.reset();
     // A document that was open before has been checked meanwhile, or is about to be.
-    for (const auto& [file, errors] : m_restoring->files)
+    for (const auto& [file, errors] : restoring->files)
         if (!m_errorsManager->MayHaveErrors(file))
             m_errorsManager->AddErrorsGradually(file, errors);
-    m_restoring.reset();
+    BeginCheck();
 }
 
 void CCAProjectHandler::OnCloseProject(IProjectManager* pm)
 {
-    EndRestoring(); // what has been kept is to be kept on
+    m_unread = GiveUpRestoring();
     DropOrders();
     StopThread(pm);
     // Checks of documents, also of those that are closed by now, must not end between this project and the
@@ -183,7 +203,8 @@ void CCAProjectHandler::OnCloseProject(IProjectManager* pm)
     // What the threads have found but the bar has not seen yet is to be saved, and must not come after the
     // clear.
     m_errorsManager->DeliverPosted();
-    SaveErrors(pm);
+    if (!m_unread) // what has been kept is to be kept on
+        KeepErrors(pm);
     m_reopenedFiles.clear();
     if (pm->IsReopening()) {
         m_reopenedFiles = pm->GetFiles();
@@ -305,7 +326,7 @@ void CCAProjectHandler::Finished()
         StartThread();
 }
 
-void CCAProjectHandler::SaveErrors(IProjectManager* pm)
+std::vector<SSavedFileErrors> CCAProjectHandler::GetErrors(IProjectManager* pm)
 {
     std::vector<SSavedFileErrors> files;
     for (const std::wstring& file : pm->GetFiles()) {
@@ -314,23 +335,33 @@ void CCAProjectHandler::SaveErrors(IProjectManager* pm)
         if (!errors.empty())
             files.push_back({file, std::move(errors)});
     }
-    pm->SetData(ErrorsItem, WriteSavedErrors(files));
+    return files;
 }
 
-std::vector<SSavedFileErrors> CCAProjectHandler::ReadErrors(IProjectManager& pm)
+void CCAProjectHandler::SaveErrors(IProjectManager* pm)
 {
-    const auto cache = pm.GetFilesCache();
-    if (!cache || cache->files.empty())
-        return {};
-    std::set<std::wstring> lowerFiles;
-    for (const std::wstring& file : cache->files)
-        lowerFiles.insert(Base::CCommonString::LowerCaseFast(file));
-    return ReadSavedErrors(pm.GetData(ErrorsItem), lowerFiles);
+    pm->SetData(ErrorsItem, WriteSavedErrors(GetErrors(pm)));
+}
+
+void CCAProjectHandler::KeepErrors(IProjectManager* pm)
+{
+    const auto data = m_gradual ? pm->GetProjectData() : nullptr;
+    if (!data)
+        return SaveErrors(pm);
+    const auto files = std::make_shared<std::vector<SSavedFileErrors>>(GetErrors(pm));
+    m_background.Run([data, files] {
+        try {
+            data->SetData(ErrorsItem, WriteSavedErrors(*files));
+        } catch (...) {
+            // As much as the host lets one know of a text that it could not keep.
+        }
+    });
 }
 
 void CCAProjectHandler::LoadErrors(IProjectManager* pm)
 {
-    for (const auto& [file, errors] : ReadErrors(*pm))
+    const auto cache = pm->GetFilesCache();
+    for (const auto& [file, errors] : ReadErrors(cache.get(), [&] { return pm->GetData(ErrorsItem); }))
         m_errorsManager->AddErrorsMT(file, errors);
 }
 

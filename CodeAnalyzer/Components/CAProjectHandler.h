@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Components/CABackground.h"
 #include "Components/CACheckWorkers.h"
 #include "Components/CASavedErrors.h"
 #include "Kesh/CodeAnalyzer/IProjectCheck.h"
@@ -14,12 +15,12 @@
 #include <memory>
 #include <mutex>
 #include <string>
-#include <thread>
 #include <vector>
 
 namespace Kesh::ProjectManager {
 class IProjectManager;
-}
+struct SProjectFilesCache;
+} // namespace Kesh::ProjectManager
 namespace Kesh::SyntaxParser {
 class IParserComponent;
 class ISPDocument;
@@ -56,7 +57,7 @@ public:
     /// Checks the open project once more, unless such a check runs.
     void CheckAgain();
     void SetComplete(bool complete) override { m_complete = complete; }
-    void SetGradual(bool gradual) override { m_gradual = gradual; }
+    void SetGradual(bool gradual) override;
     void Stop() override;
     /// A document has been closed whose errors may not be those of the file: checks the project's file from
     /// disk, in all its languages, once the host has forgotten the document.
@@ -64,8 +65,6 @@ public:
 
     void SaveErrors(ProjectManager::IProjectManager* pm);
     void LoadErrors(ProjectManager::IProjectManager* pm);
-    /// The saved errors of the project's files. Any thread.
-    static std::vector<SSavedFileErrors> ReadErrors(ProjectManager::IProjectManager& pm);
 
     /// The handler is a member of the component.
     void Free() override {}
@@ -79,10 +78,22 @@ private:
     /// Null when there is none.
     CCAErrorsBar* GetBar() const;
     bool BelongsToOpenProject(const std::wstring& file);
-    /// Reads the saved errors in a thread of its own, and goes on with EndRestoring().
-    void BeginRestoring(ProjectManager::IProjectManager* pm);
-    /// Waits for that thread, if there is one, and takes over what it has read.
-    void EndRestoring();
+    struct SRestoring
+    {
+        std::atomic<bool> isGivenUp{false};
+        std::vector<SSavedFileErrors> files; ///< once they have been read
+    };
+    /// Reads the saved errors in the background, and goes on with EndRestoring(). False: the host cannot have
+    /// it so.
+    bool BeginRestoring(ProjectManager::IProjectManager* pm);
+    /// Takes over what has been read, unless the project has gone meanwhile.
+    void EndRestoring(const std::shared_ptr<SRestoring>& restoring);
+    /// Whether there was something that has not been read yet.
+    bool GiveUpRestoring();
+    /// The errors of the project's files.
+    std::vector<SSavedFileErrors> GetErrors(ProjectManager::IProjectManager* pm);
+    /// SaveErrors(), in the background if the host can have it so.
+    void KeepErrors(ProjectManager::IProjectManager* pm);
     /// What follows once the saved errors are there.
     void BeginCheck();
     /// Of files that the project had before it was opened again and has no more.
@@ -115,12 +126,6 @@ private:
     /// Removes the errors of a file that there is no checking any more.
     void DropErrorsUnlessOpen(const std::wstring& file);
 
-    struct SRestoring
-    {
-        std::thread thread;
-        std::vector<SSavedFileErrors> files; ///< once it has ended
-    };
-
     std::int32_t m_valid = 10;
     SDK::IApplication* m_application = nullptr;
     CCAErrorsManager* m_errorsManager = nullptr;
@@ -128,18 +133,20 @@ private:
     SDK::IThreadObject* m_thread = nullptr; ///< set before it starts, null again once it has ended
     CCADocManager* m_docManager = nullptr;
     std::shared_ptr<CCACheckWorkers> m_workers;
-    bool m_complete = false; ///< what the host wants
-    bool m_gradual = false;  ///< the same
-    std::unique_ptr<SRestoring> m_restoring;
-    bool m_checksComplete = false;     ///< what the thread does; set before it starts
-    TCancelFlag m_cancelled;           ///< of the thread that runs; set before it starts
-    bool m_projectWanted = false;      ///< the next thread checks the whole project
-    bool m_checksProject = false;      ///< the thread does, else only the queue; set before it starts
-    std::atomic<bool> m_hasRun{false}; ///< the last thread has begun its work
-    bool m_stopping = false;           ///< no thread follows the one that ends
+    bool m_complete = false;                 ///< what the host wants
+    bool m_gradual = false;                  ///< the same
+    std::shared_ptr<SRestoring> m_restoring; ///< what is being read; null: nothing is
+    bool m_unread = false;                   ///< the project was closed before it was
+    bool m_checksComplete = false;           ///< what the thread does; set before it starts
+    TCancelFlag m_cancelled;                 ///< of the thread that runs; set before it starts
+    bool m_projectWanted = false;            ///< the next thread checks the whole project
+    bool m_checksProject = false;            ///< the thread does, else only the queue; set before it starts
+    std::atomic<bool> m_hasRun{false};       ///< the last thread has begun its work
+    bool m_stopping = false;                 ///< no thread follows the one that ends
     std::mutex m_queueMutex;
     std::deque<std::wstring> m_queue;          ///< files to be checked besides; guarded by the mutex
     std::vector<std::wstring> m_reopenedFiles; ///< while the project is away to come back at once
+    CCABackground m_background;                ///< reads and writes saved errors
 };
 
 } // namespace Kesh::CodeAnalyzer

@@ -1,27 +1,13 @@
 #include "ProjectManager/ProjectManager.h"
 
 #include "Application/Fault.h"
-#include "Application/FileIO.h"
-#include "Application/FilePath.h"
-#include "Base/CommonString.h"
-#include "Base/Exception.h"
+#include "ProjectManager/ProjectData.h"
 #include "SyntaxParser/SPDocument.h"
 
 #include <algorithm>
 #include <boost/make_shared.hpp>
-#include <filesystem>
 
 namespace Kesh::ProjectManager {
-
-namespace {
-
-/// Data items are files of this name, so a name must not lead elsewhere.
-bool IsDataName(const std::wstring& name)
-{
-    return !name.empty() && !name.starts_with(L'.') && name.find(L'/') == std::wstring::npos;
-}
-
-} // namespace
 
 SFileQuery CProjectManager::MakeQuery()
 {
@@ -98,34 +84,35 @@ boost::shared_ptr<const SProjectFilesCache> CProjectManager::GetFilesCache()
 
 std::wstring CProjectManager::GetData(const std::wstring& name)
 {
-    if (!m_keepsData || !IsOpened() || !IsDataName(name))
-        return {};
-    try {
-        return Host::PathFromBytes(Host::ReadFileBytes(DataFolder() + L'/' + name));
-    } catch (const Base::CWorkError&) {
-        return {}; // nothing has been kept yet
-    }
+    return m_keepsData && IsOpened() ? CProjectData(m_folder, {}).GetData(name) : std::wstring();
 }
 
 void CProjectManager::SetData(const std::wstring& name, const std::wstring& text)
 {
-    if (!m_keepsData || !IsOpened() || !IsDataName(name))
-        return;
-    try {
-        const std::wstring folder = DataFolder();
-        std::error_code error;
-        if (std::filesystem::create_directory(Host::PathToBytes(folder), error))
-            Host::WriteFileBytes(folder + L"/.gitignore", "*\n"); // what is kept here is nobody else's
-        if (error == std::errc::file_exists)
-            error = std::make_error_code(std::errc::not_a_directory);
-        if (error)
-            throw Base::CWorkError(Base::CCommonString::FromUtf8(error.message()), __LINE__,
-                                   "Host/ProjectManager/ProjectManager");
-        Host::WriteFileBytes(folder + L'/' + name, Host::PathToBytes(text));
-        Host::RemoveAbandonedCopies(folder + L'/' + name);
-    } catch (const Base::CWorkError& fault) {
-        m_dataError(fault.GetMessage());
-    }
+    if (m_keepsData && IsOpened())
+        CProjectData(m_folder, {[this](const std::wstring& reason) { m_dataError(reason); }, {}})
+            .SetData(name, text);
+}
+
+boost::shared_ptr<IProjectData> CProjectManager::GetProjectData()
+{
+    if (!m_keepsData || !IsOpened())
+        return {};
+    const auto onGuiThread = [this](auto action) {
+        QMetaObject::invokeMethod(&m_context, std::move(action), Qt::QueuedConnection);
+    };
+    CProjectData::SEvents events;
+    events.failed = [this, onGuiThread](const std::wstring& reason) {
+        onGuiThread([this, reason] { m_dataError(reason); });
+    };
+    events.ended = [this, onGuiThread] {
+        onGuiThread([this] {
+            --m_holders;
+            m_dataReleased();
+        });
+    };
+    ++m_holders;
+    return boost::make_shared<CProjectData>(m_folder, std::move(events));
 }
 
 } // namespace Kesh::ProjectManager

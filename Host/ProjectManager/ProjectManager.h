@@ -3,6 +3,8 @@
 #include "Kesh/ProjectManager/IProjectManager.h"
 #include "ProjectManager/FileFinder.h"
 
+#include <QCoreApplication>
+#include <QObject>
 #include <mutex>
 #include <string>
 #include <unordered_set>
@@ -40,6 +42,12 @@ public:
 
     /// Told when a text could not be kept. GUI thread.
     boost::signals2::signal<void(const std::wstring& reason)>& GetDataErrorSignal() { return m_dataError; }
+    /// Whether somebody still reads or writes texts of a project, which may be closed by now. GUI thread.
+    bool IsDataHeld() const { return m_holders > 0; }
+    /// Tells now what is to be told on the GUI thread. GUI thread.
+    void DeliverDataNotices() { QCoreApplication::sendPostedEvents(&m_context); }
+    /// Told when somebody has done with that, after the errors of it. GUI thread.
+    boost::signals2::signal<void()>& GetDataReleasedSignal() { return m_dataReleased; }
 
     int IsOpened() override;
     int BelongsToProject(const std::wstring& path) override;
@@ -49,9 +57,10 @@ public:
     std::wstring GetData(const std::wstring& name) override;
     void SetData(const std::wstring& name, const std::wstring& text) override;
     CloseProjectSignal& GetCloseProjectSignal() override { return m_closeProject; }
+    /// To be let go before the component ends.
+    boost::shared_ptr<IProjectData> GetProjectData() override;
 
 private:
-    std::wstring DataFolder() const { return m_folder + L"/.code-analyzer"; }
     void SetFiles(std::vector<std::wstring> files);
 
     std::wstring m_folder;
@@ -59,6 +68,9 @@ private:
     bool m_keepsData = true;
     CloseProjectSignal m_closeProject;
     boost::signals2::signal<void(const std::wstring&)> m_dataError;
+    boost::signals2::signal<void()> m_dataReleased;
+    int m_holders = 0; ///< of texts
+    QObject m_context; ///< receiver of their notices
 
     std::mutex m_mutex;                                  ///< guards what follows
     boost::shared_ptr<const SProjectFilesCache> m_cache; ///< null: no project is open

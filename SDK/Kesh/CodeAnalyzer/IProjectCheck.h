@@ -11,9 +11,9 @@ public:
     virtual void SetComplete(bool complete) = 0;
     /// Ends a check that runs, soon.
     virtual void Stop() = 0;
-    /// Whether the errors that were kept with a project come into the list some at a time, when the project
-    /// is opened and the event loop has nothing else to do, so that many of them do not stop the window. Off
-    /// until a host asks.
+    /// Whether very many errors must not stop the window: those that were kept with a project are read and
+    /// written in a thread, through IProjectManager::GetProjectData(), and rows come into the list, and into
+    /// another order, some at a time, when the event loop has nothing else to do. Off until a host asks.
     virtual void SetGradual(bool gradual) = 0;
 
 protected:

@@ -19,6 +19,16 @@ struct SProjectFilesCache
     std::vector<std::wstring> files; ///< full paths
 };
 
+/// The texts kept with one project, also when it has been closed meanwhile. Any thread.
+class IProjectData
+{
+public:
+    virtual ~IProjectData() = default;
+    /// As those of IProjectManager.
+    virtual std::wstring GetData(const std::wstring& name) = 0;
+    virtual void SetData(const std::wstring& name, const std::wstring& text) = 0;
+};
+
 /// The open project. GetFiles, GetFilesCache, IsOpened and BelongsToProject are safe from any thread, the
 /// rest belongs to the GUI thread.
 class IProjectManager
@@ -41,6 +51,9 @@ public:
     virtual void SetData(const std::wstring& name, const std::wstring& text) = 0;
     /// Emitted while the project is still open.
     virtual CloseProjectSignal& GetCloseProjectSignal() = 0;
+    /// The texts of the project that is open, for those who take their time to make or to read them. A host
+    /// that ends waits until nobody holds this any more. Null: no project is open, or this host has none.
+    virtual boost::shared_ptr<IProjectData> GetProjectData() { return {}; }
 
 protected:
     ~IProjectManager() = default;
