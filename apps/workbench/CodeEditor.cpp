@@ -8,6 +8,7 @@
 #include <QDropEvent>
 #include <QHelpEvent>
 #include <QMimeData>
+#include <QTimer>
 #include <Qsci/qscicommandset.h>
 #include <Qsci/qscilexercss.h>
 #include <Qsci/qscilexerjavascript.h>
@@ -277,7 +278,20 @@ void CCodeEditor::CenterCaret()
     const long place = shown - SendScintilla(SCI_GETFIRSTVISIBLELINE);
     if (place < onScreen / 3 || place >= onScreen - onScreen / 3)
         SendScintilla(SCI_SETFIRSTVISIBLELINE, std::max(0L, shown - onScreen / 2));
-    SendScintilla(SCI_SCROLLCARET); // sideways
+    SendScintilla(SCI_SCROLLCARET);
+    // In a long line what follows the caret must be seen too, in any other its beginning.
+    const long unscrolled = GetCaretPoint().x() + SendScintilla(SCI_GETXOFFSET);
+    const long width = viewport()->width();
+    SendScintilla(SCI_SETXOFFSET, unscrolled < width - width / 3 ? 0L : unscrolled - width / 2);
+    m_centersWhenShown = !isVisible();
+}
+
+void CCodeEditor::showEvent(QShowEvent* event)
+{
+    QsciScintilla::showEvent(event);
+    // Only now it becomes known how large the view is.
+    if (std::exchange(m_centersWhenShown, false))
+        QTimer::singleShot(0, this, &CCodeEditor::CenterCaret);
 }
 
 void CCodeEditor::Underline(const SyntaxParser::SScheme& span)

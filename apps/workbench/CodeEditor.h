@@ -82,6 +82,7 @@ signals:
 protected:
     bool viewportEvent(QEvent* event) override;
     void changeEvent(QEvent* event) override;
+    void showEvent(QShowEvent* event) override;
     void dragEnterEvent(QDragEnterEvent* event) override;
     void dragMoveEvent(QDragMoveEvent* event) override;
     void dropEvent(QDropEvent* event) override;
@@ -99,6 +100,7 @@ private:
     TTipSource m_tips;
     CErrorTip* m_tip = nullptr; ///< made when it is first needed
     SyntaxParser::CIterator m_tipPlace{0, 0};
+    bool m_centersWhenShown = false;
     int m_shownFirst = -1;
     int m_shownEnd = -1;
 };

@@ -16,6 +16,7 @@
 #include <QLabel>
 #include <QStackedWidget>
 #include <QTabBar>
+#include <QTimer>
 #include <QVBoxLayout>
 
 namespace Kesh::Workbench {
@@ -110,11 +111,14 @@ std::unique_ptr<Editor::ITextHolder> CDocumentArea::MakeHolder(Host::CDocument& 
 
 bool CDocumentArea::OpenAt(const std::wstring& path, const SyntaxParser::CIterator& pos)
 {
+    const bool isNew = m_application.Documents().Find(path) == nullptr;
     if (!Open(path))
         return false;
     CCodeEditor* editor = GetCurrentEditor();
     editor->SetCaretPosition(pos);
     editor->CenterCaret();
+    if (isNew) // it will have its size in a moment
+        QTimer::singleShot(0, editor, &CCodeEditor::CenterCaret);
     return true;
 }
 

@@ -38,7 +38,7 @@ constexpr std::size_t MaxExplainedLength = 400000;
 
 bool Touches(const SyntaxParser::SScheme& span, const SyntaxParser::CIterator& pos)
 {
-    return (span.start <= pos && pos <= span.end) || span.start.y == pos.y;
+    return span.start <= pos && pos <= span.end;
 }
 
 } // namespace
@@ -128,11 +128,21 @@ std::vector<SQuickFix> CErrorHelp::GetFixes() const
     const std::wstring text = editor->GetContent();
     const Findings::CTextLines lines(text);
     const QuickFixes::SFileText file{text, lines, SyntaxParser::FactoryForPath(document->GetPath())};
+    // Those of the line, if there are none just here.
+    const auto errors = m_watch->GetErrors(document->GetPath());
+    const bool isAtError =
+        std::any_of(errors.begin(), errors.end(),
+                    [&](const CodeAnalyzer::SCAError& error) { return Touches(error.pos, caret); });
+    const auto isMeant = [&](const SyntaxParser::SScheme& span) {
+        return isAtError ? Touches(span, caret) : span.start.y == caret.y;
+    };
     std::vector<SQuickFix> fixes;
-    for (const Findings::SFinding& finding :
-         FindingsOf([&](const SyntaxParser::SScheme& span) { return Touches(span, caret); }, text))
+    for (const Findings::SFinding& finding : FindingsOf(isMeant, text))
         for (SQuickFix& fix : QuickFixes::FixesFor(finding, file))
-            fixes.push_back(std::move(fix));
+            // What two errors have in common is offered once, for the first of them.
+            if (std::none_of(fixes.begin(), fixes.end(),
+                             [&](const SQuickFix& known) { return known.title == fix.title; }))
+                fixes.push_back(std::move(fix));
     return fixes;
 }
 

@@ -2,13 +2,11 @@
 
 #include "Application/FilePath.h"
 #include "ErrorRowDelegate.h"
-#include "Kesh/CodeAnalyzer/IErrorRow.h"
 #include "Texts.h"
 
 #include <QApplication>
 #include <QClipboard>
 #include <QComboBox>
-#include <QElapsedTimer>
 #include <QHBoxLayout>
 #include <QKeyEvent>
 #include <QLabel>
@@ -25,9 +23,8 @@ namespace {
 
 constexpr int CaretDelay = 120;     // ms: who holds an arrow key down does not look at the list
 constexpr int FilterDelay = 60;     // ms
-constexpr int SliceTime = 12;       // ms: the window stays alive between two slices
 constexpr int TypeAheadTime = 1000; // ms
-constexpr int MaxAtOnce = 2000;     // rows that are looked at when they come, and not some at a time
+constexpr int SettleDelay = 20;     // ms
 
 const CodeAnalyzer::IErrorRow* RowOf(const QTreeWidgetItem* item)
 {
@@ -38,6 +35,7 @@ const CodeAnalyzer::IErrorRow* RowOf(const QTreeWidgetItem* item)
 
 CErrorPanel::CErrorPanel(QTreeWidget& list, CErrorWatch& watch)
     : m_list(&list),
+      m_rows(dynamic_cast<CodeAnalyzer::IErrorRows*>(&list)),
       m_watch(watch),
       m_delegate(new CErrorRowDelegate(this)),
       m_text(new QLineEdit),
@@ -82,28 +80,23 @@ CErrorPanel::CErrorPanel(QTreeWidget& list, CErrorWatch& watch)
     list.setContextMenuPolicy(Qt::CustomContextMenu);
     list.setMinimumHeight(list.fontMetrics().height() * 2); // small screens need no more
     connect(&list, &QTreeWidget::customContextMenuRequested, this, &CErrorPanel::ShowMenu);
-    connect(list.model(), &QAbstractItemModel::rowsInserted, this,
-            [this](const QModelIndex&, int first, int last) { OnRowsInserted(first, last); });
-    connect(list.model(), &QAbstractItemModel::rowsRemoved, this, [this] {
-        if (IsFiltering())
-            FilterSoon();
-    });
+    connect(list.model(), &QAbstractItemModel::rowsInserted, this, &CErrorPanel::OnRowsChanged);
+    connect(list.model(), &QAbstractItemModel::rowsRemoved, this, &CErrorPanel::OnRowsChanged);
+    if (m_rows)
+        m_rows->SetPick([this](const CodeAnalyzer::IErrorRow& row) { return Passes(row); });
     const auto once = [this](QTimer& timer, int delay, void (CErrorPanel::*action)()) {
         timer.setSingleShot(true);
         timer.setInterval(delay);
         connect(&timer, &QTimer::timeout, this, action);
     };
     once(m_caretTimer, CaretDelay, &CErrorPanel::FollowCaret);
-    once(m_filterStart, FilterDelay, &CErrorPanel::StartFilter);
-    once(m_filterStep, 0, &CErrorPanel::FilterSlice);
+    once(m_filterStart, FilterDelay, &CErrorPanel::Filter);
+    once(m_settled, SettleDelay, &CErrorPanel::OnSettled);
     m_typedTimer.setSingleShot(true);
     m_typedTimer.setInterval(TypeAheadTime);
-    connect(m_text, &QLineEdit::textChanged, this, [this] {
-        m_nextRow = -1; // what is looked for has become another
-        m_filterStart.start();
-    });
+    connect(m_text, &QLineEdit::textChanged, &m_filterStart, qOverload<>(&QTimer::start));
     for (QComboBox* choice : {m_severity, m_scope})
-        connect(choice, qOverload<int>(&QComboBox::currentIndexChanged), this, &CErrorPanel::RestartFilter);
+        connect(choice, qOverload<int>(&QComboBox::currentIndexChanged), this, &CErrorPanel::Filter);
     connect(&watch, &CErrorWatch::changed, this, &CErrorPanel::OnWatchChanged);
     ShowCounts();
 }
@@ -113,6 +106,8 @@ CErrorPanel::~CErrorPanel()
     if (!m_list)
         return;
     m_list->removeEventFilter(this);
+    if (m_rows)
+        m_rows->SetPick({});
     m_list->setMinimumHeight(0);
     m_list->setItemDelegate(new QStyledItemDelegate(m_list));
     m_list->setParent(nullptr);
@@ -141,19 +136,30 @@ QString CErrorPanel::Describe(const SRow& row) const
 
 void CErrorPanel::SetFolder(const QString& folder)
 {
+    if (m_folder == folder)
+        return;
     m_folder = folder;
+    m_prefix = Host::PathFromQt(folder) + L'/';
     m_delegate->SetFolder(folder);
     if (m_list)
         m_list->viewport()->update();
     if (m_scope->currentIndex() == InProject)
-        RestartFilter();
+        Filter();
+}
+
+void CErrorPanel::SetOpenFiles(std::set<std::wstring> files)
+{
+    const bool isNews = m_openFiles != files;
+    m_openFiles = std::move(files);
+    if (isNews && m_scope->currentIndex() == OpenFiles)
+        Filter();
 }
 
 void CErrorPanel::SetCaret(const std::wstring& file, const SyntaxParser::CIterator& pos)
 {
     const bool otherFile = m_caret.file != file;
     m_caret = {file, pos};
-    if (otherFile && (m_scope->currentIndex() == ThisFile || m_scope->currentIndex() == OpenFiles))
+    if (otherFile && m_scope->currentIndex() == ThisFile)
         m_filterStart.start();
     m_caretTimer.start();
 }
@@ -165,6 +171,20 @@ bool CErrorPanel::eventFilter(QObject* watched, QEvent* event)
     if (watched == m_list && event->type() == QEvent::KeyPress && OnListKey(*static_cast<QKeyEvent*>(event)))
         return true;
     return QWidget::eventFilter(watched, event);
+}
+
+void CErrorPanel::keyPressEvent(QKeyEvent* event)
+{
+    // What the filter's line leaves over.
+    if (event->key() == Qt::Key_Escape && !m_text->text().isEmpty()) {
+        m_text->clear();
+    } else if (event->key() == Qt::Key_Down && m_list && m_list->topLevelItemCount() > 0) {
+        if (m_list->selectedItems().isEmpty())
+            m_list->setCurrentItem(m_list->topLevelItem(0));
+        m_list->setFocus();
+    } else {
+        QWidget::keyPressEvent(event);
+    }
 }
 
 bool CErrorPanel::OnListKey(QKeyEvent& event)
@@ -187,14 +207,20 @@ void CErrorPanel::TypeAhead(const QString& text)
     const bool goesOn = m_typedTimer.isActive();
     m_typed = goesOn ? m_typed + text : text;
     m_typedTimer.start();
+    const auto startsSo = [this](const QTreeWidgetItem& item) {
+        const CodeAnalyzer::IErrorRow* row = RowOf(&item);
+        const std::wstring file = row ? row->GetFile() : std::wstring();
+        for (const QString& text :
+             {Host::PathToQt(Host::FileName(file)), m_delegate->Shorten(Host::PathToQt(file)), item.text(2)})
+            if (text.startsWith(m_typed, Qt::CaseInsensitive))
+                return true;
+        return false;
+    };
     const int count = m_list->topLevelItemCount();
     const int current = m_list->indexOfTopLevelItem(m_list->currentItem());
     for (int i = goesOn ? 0 : 1; i <= count && count > 0; ++i) {
         QTreeWidgetItem* item = m_list->topLevelItem((std::max(current, 0) + i) % count);
-        const CodeAnalyzer::IErrorRow* row = RowOf(item);
-        if (row && !item->isHidden() &&
-            (Host::PathToQt(Host::FileName(row->GetFile())).startsWith(m_typed, Qt::CaseInsensitive) ||
-             item->text(2).startsWith(m_typed, Qt::CaseInsensitive))) {
+        if (startsSo(*item)) {
             m_list->setCurrentItem(item);
             return;
         }
@@ -227,7 +253,7 @@ void CErrorPanel::ShowMenu(const QPoint& point)
     menu.exec(m_list->viewport()->mapToGlobal(point));
 }
 
-// The filter looks at all rows, some at a time.
+// The filter.
 
 bool CErrorPanel::HasFilter() const
 {
@@ -235,97 +261,66 @@ bool CErrorPanel::HasFilter() const
            m_scope->currentIndex() != Everywhere;
 }
 
-bool CErrorPanel::IsFiltering() const
+void CErrorPanel::OnWatchChanged(const std::set<std::wstring>& files)
 {
-    return HasFilter() || m_hides;
-}
-
-void CErrorPanel::OnWatchChanged()
-{
-    // Once nothing is hidden any more, all rows have to be looked at for a last time.
     const bool hid = std::exchange(m_hides, m_watch.MayHide());
-    if (hid || m_hides)
-        FilterSoon();
+    if (m_hides != hid)
+        Filter();
+    else if (m_rows && (m_hides || HasFilter()))
+        for (const std::wstring& file : files)
+            m_rows->PickAgain(file);
     ShowCounts();
 }
 
-void CErrorPanel::OnRowsInserted(int first, int last)
+bool CErrorPanel::Passes(const CodeAnalyzer::IErrorRow& row) const
 {
-    m_hides = m_watch.MayHide();
-    if (!IsFiltering())
-        return;
-    // What is not to be seen never is.
-    for (int row = first; row <= std::min(last, first + MaxAtOnce); ++row)
-        if (QTreeWidgetItem* item = m_list->topLevelItem(row); !Passes(*item))
-            item->setHidden(true);
-    FilterSoon();
-}
-
-void CErrorPanel::FilterSoon()
-{
-    if (!m_filterStart.isActive())
-        m_filterStart.start();
-}
-
-bool CErrorPanel::Passes(const QTreeWidgetItem& item) const
-{
-    const CodeAnalyzer::IErrorRow* row = RowOf(&item);
-    if (!row)
-        return true;
-    const std::wstring& file = row->GetFile();
-    const std::int32_t type = m_watch.TypeOf(file, row->GetError());
+    const std::wstring& file = row.GetFile();
+    const CodeAnalyzer::SCAError error = row.GetError();
+    const std::int32_t type = m_watch.TypeOf(file, error);
     if (type == 0)
         return false;
     const bool isError = type == CodeAnalyzer::SeverityError;
     if (m_severity->currentIndex() != 0 && isError != (m_severity->currentIndex() == 1))
         return false;
+    const auto place = [&] {
+        return m_delegate->Shorten(Host::PathToQt(file)) + QStringLiteral(" - ") +
+               QString::number(error.pos.start.y + 1);
+    };
     const QString& text = m_text->text();
-    if (!text.isEmpty() && !item.text(2).contains(text, Qt::CaseInsensitive) &&
-        !m_delegate->Shorten(item.text(1)).contains(text, Qt::CaseInsensitive))
+    if (!text.isEmpty() && !row.GetMessage().contains(text, Qt::CaseInsensitive) &&
+        !place().contains(text, Qt::CaseInsensitive))
         return false;
     switch (m_scope->currentIndex()) {
     case ThisFile: return file == m_caret.file;
-    case OpenFiles: return m_isOpen && m_isOpen(file);
-    case InProject: return !m_folder.isEmpty() && file.starts_with(Host::PathFromQt(m_folder) + L'/');
+    case OpenFiles: return m_openFiles.count(file) != 0;
+    case InProject: return !m_folder.isEmpty() && file.starts_with(m_prefix);
     default: return true;
     }
 }
 
-void CErrorPanel::RestartFilter()
+void CErrorPanel::Filter()
 {
     m_filterStart.stop();
-    m_nextRow = 0;
-    m_passed = 0;
-    FilterSlice();
+    if (m_list && m_rows)
+        m_rows->PickAgain();
+    OnRowsChanged();
 }
 
-void CErrorPanel::StartFilter()
+void CErrorPanel::OnRowsChanged()
 {
-    m_nextRow < 0 ? RestartFilter() : FilterSoon();
+    if (!m_settled.isActive())
+        m_settled.start();
 }
 
-void CErrorPanel::FilterSlice()
+void CErrorPanel::OnSettled()
 {
-    if (!m_list || m_nextRow < 0)
+    if (!m_list || !m_rows)
         return;
-    QElapsedTimer time;
-    time.start();
-    // Rows that come or go meanwhile have it all done again, but not before it has been done once.
-    const int count = m_list->topLevelItemCount();
-    while (m_nextRow < count && time.elapsed() < SliceTime) {
-        QTreeWidgetItem* item = m_list->topLevelItem(m_nextRow++);
-        const bool hide = !Passes(*item);
-        m_passed += !hide;
-        if (item->isHidden() != hide)
-            item->setHidden(hide);
-    }
-    if (m_nextRow < count) {
-        m_filterStep.start();
-        return;
-    }
-    m_nextRow = -1;
-    m_shown = m_passed;
+    if (m_rows->IsArranging())
+        return m_settled.start();
     ShowCounts();
+    if (m_list->selectedItems().isEmpty())
+        m_caretTimer.start();
 }
 
 void CErrorPanel::FollowCaret()
@@ -358,7 +353,7 @@ void CErrorPanel::ShowCounts()
                        ? QString()
                        : Tr("Errors: %1, warnings: %2").arg(total.errors).arg(total.warnings);
     if (HasFilter())
-        text = Tr("%1 (%2 shown)").arg(text).arg(m_shown);
+        text = Tr("%1 (%2 shown)").arg(text).arg(m_list ? m_list->topLevelItemCount() : 0);
     m_counts->setText(text);
 }
 

@@ -1,12 +1,13 @@
 #pragma once
 
 #include "ErrorWatch.h"
+#include "Kesh/CodeAnalyzer/IErrorRow.h"
 
 #include <QPointer>
 #include <QTimer>
 #include <QWidget>
-#include <functional>
 #include <optional>
+#include <set>
 
 class QComboBox;
 class QLabel;
@@ -45,13 +46,13 @@ public:
 
     /// The project's folder; empty for none.
     void SetFolder(const QString& folder);
-    /// Which files are open, asked whenever the filter needs to know.
-    void SetOpenFiles(std::function<bool(const std::wstring&)> isOpen) { m_isOpen = std::move(isOpen); }
+    /// Which files are open, by all their spellings.
+    void SetOpenFiles(std::set<std::wstring> files);
     /// The file and the place that the user works at; an empty file for none. The selection follows soon.
     void SetCaret(const std::wstring& file, const SyntaxParser::CIterator& pos);
 
-    /// Whether every row has been looked at since the filter last changed.
-    bool IsFilterDone() const { return m_nextRow < 0 && !m_filterStart.isActive(); }
+    /// Whether the list shows what the filter lets through, and says how much that is.
+    bool IsFilterDone() const { return !m_filterStart.isActive() && !m_settled.isActive(); }
 
 signals:
     void openRequested(const std::wstring& file, const SyntaxParser::CIterator& pos);
@@ -60,6 +61,7 @@ signals:
 
 protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
 
 private:
     enum EScope { Everywhere, ThisFile, OpenFiles, InProject };
@@ -70,38 +72,32 @@ private:
     void OpenSelected();
     void ShowMenu(const QPoint& point);
 
-    void OnWatchChanged();
-    void OnRowsInserted(int first, int last);
-    /// Once what runs has come to its end.
-    void FilterSoon();
-    void StartFilter();
-    void RestartFilter();
-    void FilterSlice();
+    void OnWatchChanged(const std::set<std::wstring>& files);
+    void Filter();
+    void OnRowsChanged();
+    void OnSettled();
     /// Whether the user has set one.
     bool HasFilter() const;
-    /// Whether some row may be hidden, for whatever reason.
-    bool IsFiltering() const;
-    bool Passes(const QTreeWidgetItem& item) const;
+    bool Passes(const CodeAnalyzer::IErrorRow& row) const;
     void FollowCaret();
     void ShowCounts();
 
     QPointer<QTreeWidget> m_list;
+    CodeAnalyzer::IErrorRows* m_rows; ///< the list; null: it cannot be filtered
     CErrorWatch& m_watch;
     CErrorRowDelegate* m_delegate;
     QLineEdit* m_text;
     QComboBox* m_severity;
     QComboBox* m_scope;
     QLabel* m_counts;
-    std::function<bool(const std::wstring&)> m_isOpen;
+    std::set<std::wstring> m_openFiles;
     QString m_folder;
+    std::wstring m_prefix; ///< of the paths in it
     SErrorPlace m_caret;
     QTimer m_caretTimer;
     QTimer m_filterStart; ///< soon after a change
-    QTimer m_filterStep;
+    QTimer m_settled;     ///< rows come and go
     bool m_hides = false; ///< the project does not want some errors
-    int m_passed = 0;     ///< of the rows looked at
-    int m_shown = 0;      ///< of all rows, when they last had been looked at
-    int m_nextRow = -1;   ///< the next row to be looked at; -1: none
     QString m_typed;
     QTimer m_typedTimer;
 };

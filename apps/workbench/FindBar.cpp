@@ -10,6 +10,7 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
+#include <QTimer>
 
 namespace Kesh::Workbench {
 
@@ -62,6 +63,9 @@ void CFindBar::Open()
     show();
     m_pattern->selectAll();
     m_pattern->setFocus();
+    // The bar takes its room from the editor, and may cover the place that the user looks at.
+    if (m_editor)
+        QTimer::singleShot(0, m_editor, [editor = m_editor] { editor->CenterCaret(); });
 }
 
 bool CFindBar::Find(bool forward)

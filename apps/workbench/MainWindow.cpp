@@ -146,6 +146,11 @@ CMainWindow::CMainWindow(Host::CFileSettings& settings, LangSupport::ILangSource
         // For when the window is about to close.
         std::fprintf(stderr, "code-analyzer-workbench: the project's errors could not be kept: %s\n",
                      Host::PathToBytes(reason).c_str());
+        m_stays = true;
+    });
+    m_application->Project().GetDataReleasedSignal().connect([this] {
+        if (m_leaving && !m_application->Project().IsDataHeld())
+            m_stays ? BackAgain() : static_cast<void>(close());
     });
     m_application->Threads().GetStartErrorSignal().connect([this] {
         m_area->GetMessageStrip().Show(
@@ -167,6 +172,7 @@ CMainWindow::~CMainWindow()
     m_area->DiscardAll();
     m_application->Project().Close();
     UnloadValidator();
+    m_application->Project().DeliverDataNotices();
     delete m_area; // its holders' factory and signals point into the application
     m_application.reset();
     Host::SetFaultSink(nullptr);
@@ -322,12 +328,17 @@ bool CMainWindow::CloseProject()
     if (!m_area->CloseAll())
         return false;
     m_application->Project().Close();
+    ShowNoProject();
+    return true;
+}
+
+void CMainWindow::ShowNoProject()
+{
     UseRules(std::make_shared<SProjectRules>());
     m_search->Clear();
     m_tree->SetFolder({});
     ShowWelcome();
     OnCurrentChanged();
-    return true;
 }
 
 void CMainWindow::RefreshProject()
@@ -432,8 +443,13 @@ void CMainWindow::OnCurrentChanged()
         action->setEnabled(document != nullptr);
     for (QAction* action : m_projectActions)
         action->setEnabled(!folder.empty());
-    if (m_panel)
+    if (m_panel) {
+        std::set<std::wstring> open;
+        for (Host::CDocument* each : m_application->Documents().GetDocuments())
+            open.insert({each->GetPath(), each->GetResolvedPath()});
         m_panel->SetFolder(Host::PathToQt(folder));
+        m_panel->SetOpenFiles(std::move(open));
+    }
     QString title = QStringLiteral("Code Analyzer");
     if (!folder.empty())
         title.prepend(Host::PathToQt(Host::FileName(folder)) + QStringLiteral(" - "));
@@ -489,16 +505,35 @@ void CMainWindow::RestoreLayout()
 
 void CMainWindow::closeEvent(QCloseEvent* event)
 {
-    const SSession session = GetSession();
-    if (!m_area->CloseAll()) {
-        event->ignore();
-        return;
+    ProjectManager::CProjectManager& project = m_application->Project();
+    if (!m_leaving) {
+        const SSession session = GetSession();
+        if (!m_area->CloseAll()) {
+            event->ignore();
+            return;
+        }
+        if (!m_cameBack || !session.project.isEmpty() || !session.files.empty())
+            m_preferences.SetSession(session);
+        SaveLayout();
+        m_opener.Cancel();
+        m_stays = false;
+        project.Close();
     }
-    m_preferences.SetSession(session);
-    SaveLayout();
-    m_opener.Cancel();
-    m_application->Project().Close();
-    event->accept();
+    // A session that ends does not wait for who does not close at once.
+    while (project.IsDataHeld() && qApp->isSavingSession())
+        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+    m_leaving = project.IsDataHeld();
+    event->setAccepted(!m_leaving);
+    if (m_leaving)
+        hide(); // until the project's errors are on disk
+}
+
+void CMainWindow::BackAgain()
+{
+    m_leaving = false;
+    m_cameBack = true;
+    ShowNoProject();
+    show();
 }
 
 void CMainWindow::changeEvent(QEvent* event)

@@ -96,6 +96,9 @@ private:
     void FillRecentMenu();
     void ShowWelcome();
     void ShowAbout();
+    void ShowNoProject();
+    /// When the window was about to go, but has something to say.
+    void BackAgain();
     void OnCurrentChanged();
     void OnCaretMoved();
     void OnErrorsChanged();
@@ -130,7 +133,10 @@ private:
     std::atomic<std::size_t> m_filesAsked{0}; ///< by the project check
     std::shared_ptr<const SProjectRules> m_rules = std::make_shared<SProjectRules>();
     QTimer m_progressTick;
-    bool m_stopped = false; ///< the last project check, by the user
+    bool m_stopped = false;  ///< the last project check, by the user
+    bool m_leaving = false;  ///< the window closes as soon as the project's errors are on disk
+    bool m_stays = false;    ///< they could not be put there
+    bool m_cameBack = false; ///< so what was open is known already
 
     CDocumentArea* m_area;
     CFileTree* m_tree;

@@ -51,16 +51,13 @@ void CMainWindow::AddErrorPanel(QTreeWidget& list)
         return;
     m_panel = new CErrorPanel(list, *m_errors);
     dock->setWidget(m_panel);
-    m_panel->SetFolder(Host::PathToQt(m_application->Project().GetFolder()));
-    m_panel->SetOpenFiles(
-        [this](const std::wstring& file) { return m_application->Documents().Find(file) != nullptr; });
     connect(m_panel, &CErrorPanel::openRequested, m_area,
             [this](const std::wstring& file, const SyntaxParser::CIterator& pos) {
                 if (m_area->OpenAt(file, pos))
                     m_area->GetCurrentEditor()->setFocus();
             });
     connect(m_panel, &CErrorPanel::menuRequested, this, &CMainWindow::ExtendErrorMenu);
-    OnCaretMoved();
+    OnCurrentChanged();
 }
 
 std::vector<int> CMainWindow::GetErrorColumnWidths() const
@@ -118,19 +115,18 @@ void CMainWindow::ExtendErrorMenu(QMenu* menu, const std::wstring& file, const C
     const int code = error.code;
     if (!CErrorHelp::GetPage(code).isEmpty())
         menu->addAction(Tr("&Explain"), this, [this, code] { m_help->Explain(code, this); });
-    if (!m_application->Project().GetFolder().empty())
+    if (Host::CDocument* document = m_area->GetCurrent(); document && document->GetPath() == file) {
+        m_area->GetCurrentEditor()->SetCaretPosition(error.pos.start);
+        menu->addSeparator();
+        m_help->AddFixes(*menu);
+    } else if (!m_application->Project().GetFolder().empty()) {
         menu->addAction(Tr("&Ignore code %1 in this project").arg(code), this, [this, code] {
             QuickFixes::SQuickFix fix;
             fix.kind = QuickFixes::SQuickFix::EKind::IgnoreCode;
             fix.code = code;
             m_help->Apply(fix);
         });
-    Host::CDocument* document = m_area->GetCurrent();
-    if (!document || document->GetPath() != file)
-        return;
-    m_area->GetCurrentEditor()->SetCaretPosition(error.pos.start);
-    menu->addSeparator();
-    m_help->AddFixes(*menu);
+    }
 }
 
 } // namespace Kesh::Workbench

@@ -185,8 +185,17 @@ void CSearchPanel::keyPressEvent(QKeyEvent* event)
 {
     if (event->key() == Qt::Key_Escape && IsRunning())
         Stop();
+    else if (event->key() == Qt::Key_Down && m_model->rowCount({}) > 0)
+        GoToHits();
     else
         QWidget::keyPressEvent(event);
+}
+
+void CSearchPanel::GoToHits()
+{
+    if (!m_list->currentIndex().isValid())
+        m_list->setCurrentIndex(m_model->index(0, 0));
+    m_list->setFocus();
 }
 
 } // namespace Kesh::Workbench

@@ -42,6 +42,7 @@ private:
     void Stop();
     void ShowState(const QString& text);
     void OpenRow(const class QModelIndex& index);
+    void GoToHits();
 
     TPlace m_place;
     CFileSearch m_search;

@@ -6,6 +6,7 @@
 #include <QProgressBar>
 #include <QStatusBar>
 #include <QToolButton>
+#include <algorithm>
 #include <utility>
 
 namespace Kesh::Workbench {
@@ -41,8 +42,6 @@ CStatusLine::CStatusLine(QStatusBar& bar)
         button->setObjectName(QLatin1String(name));
         button->setPopupMode(QToolButton::InstantPopup);
         button->setAutoRaise(true);
-        // The indicator would lie across the text.
-        button->setStyleSheet(QStringLiteral("QToolButton::menu-indicator { image: none; }"));
         button->setFocusPolicy(Qt::TabFocus);
     }
     for (QLabel* label : {m_progressText, m_counts, m_caret})
@@ -107,7 +106,13 @@ void CStatusLine::ShowCounts(int errors, int warnings, bool checked)
 
 void CStatusLine::ShowMessage(const QString& text)
 {
-    m_bar.showMessage(text, MessageTime);
+    int width = m_bar.width();
+    for (const QWidget* part : std::initializer_list<const QWidget*>{
+             m_progressText, m_progress, m_stop, m_counts, m_encoding, m_lineEnds, m_caret})
+        if (part->isVisible())
+            width = std::min(width, part->x());
+    const int margin = 12;
+    m_bar.showMessage(m_bar.fontMetrics().elidedText(text, Qt::ElideRight, width - margin), MessageTime);
 }
 
 } // namespace Kesh::Workbench

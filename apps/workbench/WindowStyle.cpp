@@ -30,4 +30,17 @@ void CWindowStyle::drawPrimitive(PrimitiveElement element, const QStyleOption* o
     painter->restore();
 }
 
+void CWindowStyle::drawComplexControl(ComplexControl control, const QStyleOptionComplex* option,
+                                      QPainter* painter, const QWidget* widget) const
+{
+    const auto* button = qstyleoption_cast<const QStyleOptionToolButton*>(option);
+    if (control == CC_ToolButton && button && button->state & State_AutoRaise) {
+        QStyleOptionToolButton plain(*button);
+        plain.features &= ~QStyleOptionToolButton::HasMenu;
+        QProxyStyle::drawComplexControl(control, &plain, painter, widget);
+        return;
+    }
+    QProxyStyle::drawComplexControl(control, option, painter, widget);
+}
+
 } // namespace Kesh::Workbench

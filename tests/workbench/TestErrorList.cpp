@@ -38,8 +38,7 @@ protected:
     {
         QStringList shown;
         for (int i = 0; i < Bar()->topLevelItemCount(); ++i)
-            if (!Bar()->topLevelItem(i)->isHidden())
-                shown.append(Bar()->topLevelItem(i)->text(1).section('/', -1).remove(' '));
+            shown.append(Bar()->topLevelItem(i)->text(1).section('/', -1).remove(' '));
         return shown.join(' ');
     }
     QString Current()
@@ -76,6 +75,9 @@ TEST_F(ErrorList, EnterOpensARowAndTypingFindsOne)
     QTest::qWait(1100); // what is typed now is another word
     QTest::keyClicks(Bar(), "missing");
     EXPECT_EQ(Current(), "b.php - 3");
+    QTest::qWait(1100);
+    QTest::keyClicks(Bar(), "sub/c"); // as the list shows it
+    EXPECT_EQ(Current(), "c.php - 2");
 }
 
 TEST_F(ErrorList, TheSelectionFollowsTheCaret)
@@ -150,6 +152,18 @@ TEST_F(ErrorList, RowsCanBeFiltered)
         EXPECT_TRUE(counts->text().endsWith(
             QStringLiteral("(%1 shown)").arg(Shown().isEmpty() ? 0 : Shown().count(' ') + 1)));
     }
+    // From the filter to the rows, and out of it.
+    scope->setCurrentIndex(0);
+    severity->setCurrentIndex(0);
+    text->setText("c.php");
+    ASSERT_TRUE(WaitFor([&] { return Panel().IsFilterDone(); }));
+    text->setFocus();
+    QTest::keyClick(text, Qt::Key_Down);
+    EXPECT_TRUE(Bar()->hasFocus());
+    EXPECT_EQ(Current(), "c.php - 2");
+    text->setFocus();
+    QTest::keyClick(text, Qt::Key_Escape);
+    EXPECT_EQ(text->text(), QString());
     // What comes later is filtered too, and another file in front is another file.
     scope->setCurrentIndex(1);
     Open(m_folder.Path(L"p/sub/c.php")).append("else;");
@@ -173,8 +187,19 @@ TEST_F(ErrorList, FilteringCrowdsLeavesTheWindowAlive)
     turn.start(0);
     QObject::connect(&turn, &QTimer::timeout, [&] { ++turns; });
     filter->setText("b.php");
-    ASSERT_TRUE(WaitFor([&] { return Panel().IsFilterDone() && Shown() == "b.php-3"; }));
+    ASSERT_TRUE(WaitFor([&] { return Panel().IsFilterDone(); }));
+    EXPECT_EQ(Shown(), "b.php-3");
     EXPECT_GT(turns, 1);
+    filter->clear();
+    ASSERT_TRUE(WaitFor([&] { return Panel().IsFilterDone(); }));
+    EXPECT_EQ(Bar()->topLevelItemCount(), 20005);
+    // An edit while the rows are being put in order, and the project looked through once more.
+    QMetaObject::invokeMethod(Bar(), "OnHeaderItemClicked", Q_ARG(int, 1));
+    Area().GetCurrentEditor()->setText("<?php\nelse;\n");
+    Trigger("&Look for new files");
+    QMetaObject::invokeMethod(Bar(), "OnHeaderItemClicked", Q_ARG(int, 2));
+    ASSERT_TRUE(WaitForRows(6)) << Bar()->topLevelItemCount();
+    Area().DiscardAll();
 }
 
 } // namespace

@@ -1,10 +1,10 @@
+#include "ErrorHelp.h"
 #include "MessageStrip.h"
 #include "Preferences.h"
 #include "WorkbenchFixture.h"
 
 #include <QAction>
 #include <QDialog>
-#include <QHelpEvent>
 #include <QLabel>
 #include <QMenu>
 #include <QTabBar>
@@ -124,9 +124,7 @@ TEST_F(Errors, ADoubleClickOpensTheFileAtTheError)
     ASSERT_TRUE(Area().Close(*Area().GetCurrent()));
     EXPECT_EQ(Bar()->topLevelItemCount(), 2) << "errors of the project's files outlive their tabs";
 
-    QTreeWidgetItem* row = Bar()->topLevelItem(1);
-    Bar()->setCurrentItem(row);
-    QTest::mouseDClick(Bar()->viewport(), Qt::LeftButton, {}, Bar()->visualItemRect(row).center());
+    DoubleClickRow(1);
     ASSERT_NE(Area().GetCurrent(), nullptr);
     EXPECT_EQ(Area().GetCurrent()->GetPath(), file);
     EXPECT_EQ(Area().GetCurrentEditor()->GetCaretPosition(), (SyntaxParser::CIterator{3, 3}));
@@ -140,9 +138,7 @@ TEST_F(Errors, ARowWhoseLineIsGoneHarmsNothing)
     ASSERT_TRUE(WaitForRows(2));
     ASSERT_TRUE(Area().Close(*Area().GetCurrent()));
     m_folder.Write(L"project/page.html", "<p>");
-    QTreeWidgetItem* row = Bar()->topLevelItem(0);
-    Bar()->setCurrentItem(row);
-    QTest::mouseDClick(Bar()->viewport(), Qt::LeftButton, {}, Bar()->visualItemRect(row).center());
+    DoubleClickRow(0);
     EXPECT_EQ(Area().GetCurrent()->GetPath(), file);
     EXPECT_TRUE(WaitForRows(0)) << "the check of the opened file mends the list";
 }
@@ -155,7 +151,7 @@ TEST_F(Errors, AProjectsErrorsAreThereAgainAfterARestart)
     ASSERT_TRUE(WaitForRows(2));
     const QStringList rows = Rows();
     Shoot(Window(), "project");
-    ASSERT_TRUE(Window().close());
+    ASSERT_TRUE(CloseByUser());
     OpenWindow();
     EXPECT_EQ(Bar()->topLevelItemCount(), 0);
     OpenProject(m_folder.Path(L"project"));
@@ -242,10 +238,8 @@ TEST_F(Errors, TheMessageIsATipInTextAndMarginWithLinks)
     CCodeEditor& editor = Open(m_folder.Write(L"page.html", Wrong));
     ASSERT_TRUE(WaitFor([&] { return Underlines(editor).size() == 2; }));
     const auto tipAt = [&](const QPoint& point) {
-        QHelpEvent help(QEvent::ToolTip, point, editor.viewport()->mapToGlobal(point));
-        QApplication::sendEvent(editor.viewport(), &help);
-        const auto* tip = editor.findChild<Workbench::CErrorTip*>("errorTip");
-        return tip && tip->isVisible() ? tip->GetText() : QString();
+        const auto* tip = TipAt(editor, point);
+        return tip ? tip->GetText() : QString();
     };
     const QString tag = Rows()[0].section('|', 2) + " 'pp', did you mean 'p'? [2001]";
     const QString attribute = Rows()[1].section('|', 2) + " 'clas', did you mean 'class'? [2002]";
@@ -258,9 +252,10 @@ TEST_F(Errors, TheMessageIsATipInTextAndMarginWithLinks)
         EXPECT_EQ(tipAt(QPoint(x, PointOf(editor, 0, 0).y() + 3)), QString());
         EXPECT_EQ(tipAt(QPoint(x, editor.viewport()->height() - 3)), QString()) << "below the text";
     }
-    tipAt(PointOf(editor, 2, 1) + QPoint(1, 3));
-    auto* label = editor.findChild<Workbench::CErrorTip*>("errorTip")->findChild<QLabel*>();
-    Shoot(*label->parentWidget(), "tip");
+    auto* tip = TipAt(editor, PointOf(editor, 2, 1) + QPoint(1, 3));
+    ASSERT_NE(tip, nullptr);
+    auto* label = tip->findChild<QLabel*>();
+    Shoot(*tip, "tip");
     emit label->linkActivated("explain:2001");
     auto* page = Window().findChild<QDialog*>("explanation");
     ASSERT_NE(page, nullptr);
@@ -344,10 +339,26 @@ TEST_F(Errors, WhatMendsAnErrorIsOfferedAtTheCaret)
     EXPECT_EQ(editor.text(), "<strng>text</strng>\n") << "one step";
     ASSERT_TRUE(WaitFor([&] { return Rows().size() == 1; }));
     QTest::qWait(200);
+    editor.setText("<strng>text</strng><strng></strng><yy></yy>\n");
+    ASSERT_TRUE(WaitFor([&] { return Rows().size() == 3; }));
+    QTest::qWait(200);
+    auto* help = Window().findChild<Workbench::CErrorHelp*>();
+    const auto titlesAt = [&](std::int64_t column) {
+        editor.SetCaretPosition({column, 0});
+        QStringList titles;
+        for (const auto& fix : help->GetFixes())
+            titles.append(Workbench::CErrorHelp::TitleOf(fix));
+        return titles;
+    };
+    EXPECT_EQ(titlesAt(36).filter("strng").size(), 0) << "only what is at the caret";
+    EXPECT_EQ(titlesAt(36).filter("yy").size(), 1);
+    EXPECT_EQ(titlesAt(15).filter("own").size(), 2) << "that of the line, each title once";
+    editor.SetCaretPosition({2, 0});
     choose("own"); // the project's own name from now on
     EXPECT_THAT(Host::ReadFileBytes(m_folder.Path(L"project/code-analyzer.json")),
                 ::testing::HasSubstr("strng"));
-    EXPECT_TRUE(WaitForRows(0)) << Rows().join('\n').toStdString();
+    EXPECT_TRUE(WaitForRows(1)) << Rows().join('\n').toStdString();
+    Area().DiscardAll();
 }
 
 TEST_F(Errors, AProjectsSettingsHoldInTheWindowToo)
@@ -359,17 +370,11 @@ TEST_F(Errors, AProjectsSettingsHoldInTheWindowToo)
     auto* counts = Window().findChild<QLabel*>("errorCounts");
     ASSERT_TRUE(WaitFor([&] { return counts->text() == "Errors: 1, warnings: 0"; }))
         << counts->text().toStdString();
-    const auto shown = [&] {
-        int rows = 0;
-        for (int row = 0; row < Bar()->topLevelItemCount(); ++row)
-            rows += !Bar()->topLevelItem(row)->isHidden();
-        return rows;
-    };
-    EXPECT_TRUE(WaitFor([&] { return shown() == 1; })) << shown();
+    EXPECT_TRUE(WaitForRows(1)) << Bar()->topLevelItemCount();
     m_folder.Write(L"project/code-analyzer.json", "{");
     Trigger("&Look for new files");
     EXPECT_TRUE(WaitFor([&] { return Area().GetMessageStrip().GetText().contains("code-analyzer.json:1"); }));
-    EXPECT_TRUE(WaitFor([&] { return shown() == 4; })) << "as if there were none";
+    EXPECT_TRUE(WaitForRows(4)) << "as if there were none";
 }
 
 TEST_F(Errors, AnErrorIsExplained)
@@ -401,6 +406,11 @@ TEST_F(Errors, AJumpPutsThePlaceInTheMiddle)
         EXPECT_GE(place, line < height / 2 ? 0 : height / 3 - 1) << line;
         EXPECT_LE(place, line > 3900 ? height : height - height / 3 + 1) << line;
     }
+    // In a long line the place is not at the right edge.
+    CCodeEditor& wide = Open(m_folder.Write(L"wide.html", std::string(3000, ' ') + "<zz></zz>"));
+    Area().OpenAt(m_folder.Path(L"wide.html"), {3001, 0});
+    EXPECT_GT(PointOf(wide, 0, 3001).x(), wide.viewport()->width() / 3);
+    EXPECT_LT(PointOf(wide, 0, 3001).x(), wide.viewport()->width() * 2 / 3);
 }
 
 TEST_F(Errors, NothingIsSaidOfWhatHasNotBeenChecked)

@@ -9,7 +9,6 @@
 
 #include <QDialog>
 #include <QDockWidget>
-#include <QHelpEvent>
 #include <QLineEdit>
 #include <QScreen>
 #include <QTest>
@@ -73,6 +72,13 @@ protected:
         Keep(dialog, settings);
         EXPECT_LE(dialog.height(), 600) << "too high for a small screen";
     }
+    void KeepTip(const char* name)
+    {
+        auto& editor = *Area().GetCurrentEditor();
+        auto* tip = TipAt(editor, PointOf(editor, 16, 17) + QPoint(2, 5));
+        ASSERT_NE(tip, nullptr);
+        Keep(*tip, name);
+    }
     void TearDown() override
     {
         if (m_window) // the colours are the application's
@@ -87,13 +93,7 @@ TEST_F(Screenshots, Light)
     ShowSite(EAppearance::Light, {}, Usual);
     Keep(Window(), "light");
     KeepDialogs("settings");
-    auto& editor = *Area().GetCurrentEditor();
-    const QPoint point = PointOf(editor, 16, 17) + QPoint(2, 5);
-    QHelpEvent help(QEvent::ToolTip, point, editor.viewport()->mapToGlobal(point));
-    QApplication::sendEvent(editor.viewport(), &help);
-    auto* tip = editor.findChild<Workbench::CErrorTip*>("errorTip");
-    ASSERT_TRUE(tip && tip->isVisible());
-    Keep(*tip, "tip");
+    KeepTip("tip");
     Trigger("&Explain the error");
     auto* page = Window().findChild<QDialog*>("explanation");
     ASSERT_NE(page, nullptr);
@@ -103,7 +103,7 @@ TEST_F(Screenshots, Light)
     Keep(Window(), "filter");
     Window().findChild<QLineEdit*>("errorFilter")->clear();
     Trigger("Find &in files...");
-    Window().findChild<QLineEdit*>("searchText")->setText("total");
+    Window().findChild<QLineEdit*>("searchText")->setText("amount");
     QTest::keyClick(Window().findChild<QLineEdit*>("searchText"), Qt::Key_Return);
     ASSERT_TRUE(
         WaitFor([&] { return !Window().findChild<Workbench::CSearchPanel*>("searchPanel")->IsRunning(); }));
@@ -115,11 +115,7 @@ TEST_F(Screenshots, Dark)
     ShowSite(EAppearance::Dark, {}, Usual);
     Keep(Window(), "dark");
     KeepDialogs("settings-dark");
-    auto& editor = *Area().GetCurrentEditor();
-    const QPoint point = PointOf(editor, 16, 17) + QPoint(2, 5);
-    QHelpEvent help(QEvent::ToolTip, point, editor.viewport()->mapToGlobal(point));
-    QApplication::sendEvent(editor.viewport(), &help);
-    Keep(*editor.findChild<Workbench::CErrorTip*>("errorTip"), "tip-dark");
+    KeepTip("tip-dark");
 }
 
 TEST_F(Screenshots, German)

@@ -94,8 +94,10 @@ TEST_F(Search, FindsWhatIsAskedFor)
 TEST_F(Search, EnterOpensThePlace)
 {
     Find("total", "*.php");
-    List().setFocus();
-    List().setCurrentIndex(List().model()->index(2, 0));
+    QTest::keyClick(&Part<QLineEdit>("searchText"), Qt::Key_Down);
+    EXPECT_TRUE(List().hasFocus());
+    QTest::keyClick(&List(), Qt::Key_Down);
+    QTest::keyClick(&List(), Qt::Key_Down);
     QTest::keyClick(&List(), Qt::Key_Return);
     ASSERT_NE(Area().GetCurrent(), nullptr);
     EXPECT_EQ(Area().GetCurrent()->GetPath(), m_folder.Path(L"p/a.php"));

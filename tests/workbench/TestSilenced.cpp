@@ -60,7 +60,7 @@ protected:
         std::vector<std::string> lines;
         for (int i = 0; i < Bar()->topLevelItemCount(); ++i) {
             const QTreeWidgetItem* item = Bar()->topLevelItem(i);
-            if (const auto row = panel->GetRow(item); row && !item->isHidden())
+            if (const auto row = panel->GetRow(item))
                 lines.push_back(QStringLiteral("%1:%2 %3 %4")
                                     .arg(Host::PathToQt(row->file.substr(m_folder.Path(L"p").size() + 1)))
                                     .arg(row->error.pos.start.y + 1)

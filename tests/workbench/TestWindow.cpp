@@ -34,6 +34,17 @@ class Window : public CWorkbenchTest
 {
 };
 
+class CCloseEvents final : public QObject
+{
+public:
+    bool eventFilter(QObject*, QEvent* event) override
+    {
+        m_count += event->type() == QEvent::Close;
+        return false;
+    }
+    int m_count = 0;
+};
+
 TEST_F(Window, ThePlugInsMenuEntryShowsTheErrors)
 {
     QDockWidget* dock = CWorkbenchTest::Window().GetFrame().GetDocks().first();
@@ -55,7 +66,7 @@ TEST_F(Window, LayoutColumnsAndRecentProjectsOutliveTheWindow)
     OpenProject(m_folder.Path(L"project"));
     Bar()->header()->resizeSection(1, 333);
     CWorkbenchTest::Window().findChild<QDockWidget*>("projectTree")->hide();
-    ASSERT_TRUE(CWorkbenchTest::Window().close());
+    ASSERT_TRUE(CloseByUser());
     OpenWindow();
     EXPECT_EQ(Bar()->header()->sectionSize(1), 333);
     EXPECT_TRUE(CWorkbenchTest::Window().findChild<QDockWidget*>("projectTree")->isHidden());
@@ -77,7 +88,7 @@ TEST_F(Window, TheSessionComesBack)
     Open(gone);
     Open(b);
     Area().GetTabs().setCurrentIndex(0);
-    ASSERT_TRUE(CWorkbenchTest::Window().close());
+    ASSERT_TRUE(CloseByUser());
     std::filesystem::remove(Host::PathToBytes(gone));
     OpenWindow();
     EXPECT_EQ(Area().GetTabs().count(), 0) << "a path on the command line has it start afresh";
@@ -88,6 +99,43 @@ TEST_F(Window, TheSessionComesBack)
     EXPECT_EQ(Area().GetCurrentEditor()->GetCaretPosition(), (SyntaxParser::CIterator{3, 5}));
     EXPECT_EQ(Area().GetCurrentEditor()->contractedFolds(), QList<int>{2});
     EXPECT_EQ(Area().GetMessageStrip().GetText(), QString()) << "nothing is said of what is gone";
+}
+
+// The window goes at once, the program when the project's errors are on disk.
+TEST_F(Window, ClosingWaitsForWhatIsKept)
+{
+    m_folder.Write(L"project/a.php", "<?php\nelse;\n");
+    OpenProject(m_folder.Path(L"project"));
+    ASSERT_TRUE(WaitForRows(1));
+    auto held = Project().GetProjectData();
+    EXPECT_FALSE(CWorkbenchTest::Window().close());
+    EXPECT_FALSE(CWorkbenchTest::Window().isVisible());
+    QTest::qWait(100);
+    EXPECT_TRUE(CWorkbenchTest::Window().GetApplication().Project().IsDataHeld());
+    CCloseEvents closings;
+    CWorkbenchTest::Window().installEventFilter(&closings);
+    held.reset();
+    EXPECT_TRUE(WaitFor([&] { return closings.m_count > 0; })) << "it goes on by itself";
+    EXPECT_FALSE(CWorkbenchTest::Window().isVisible());
+    EXPECT_THAT(Host::ReadFileBytes(m_folder.Path(L"project/.code-analyzer/errors")),
+                ::testing::HasSubstr("a.php"));
+}
+
+TEST_F(Window, WhatCannotBeKeptBringsTheWindowBack)
+{
+    const std::wstring file = m_folder.Write(L"project/a.php", "<?php\nelse;\n");
+    m_folder.Write(L"project/.code-analyzer", "in the way");
+    OpenProject(m_folder.Path(L"project"));
+    Open(file);
+    EXPECT_FALSE(CWorkbenchTest::Window().close());
+    const auto said = [this] { return Area().GetMessageStrip().GetText(); };
+    ASSERT_TRUE(WaitFor([&] { return CWorkbenchTest::Window().isVisible(); }));
+    EXPECT_EQ(said(), "The project's errors could not be kept: Not a directory");
+    EXPECT_FALSE(Project().IsOpened());
+    EXPECT_TRUE(CWorkbenchTest::Window().close()) << "it has been said";
+    const Workbench::SSession session = Workbench::CPreferences(*m_settings).GetSession();
+    EXPECT_EQ(session.project, Host::PathToQt(m_folder.Path(L"project")));
+    ASSERT_EQ(session.files.size(), 1u);
 }
 
 TEST_F(Window, TheDialogChangesWhatTheUserChooses)

@@ -7,6 +7,7 @@
 #include <QAction>
 #include <QDir>
 #include <QDockWidget>
+#include <QHelpEvent>
 #include <QTest>
 
 using namespace Kesh;
@@ -44,6 +45,13 @@ void CWorkbenchTest::OpenWindow()
     m_window->resize(1100, 700);
     m_window->show();
     ASSERT_NE(m_window->GetPlugin(), nullptr);
+}
+
+bool CWorkbenchTest::CloseByUser()
+{
+    Window().close();
+    return WaitFor([this] { return !Window().GetApplication().Project().IsDataHeld(); }) &&
+           !Window().isVisible();
 }
 
 ProjectManager::IProjectManager& CWorkbenchTest::Project()
@@ -131,6 +139,21 @@ QList<int> CWorkbenchTest::MarkedLines(CCodeEditor& editor, bool withWarnings)
             (1 << (ErrorMarker + withWarnings)))
             lines.append(line);
     return lines;
+}
+
+Workbench::CErrorTip* CWorkbenchTest::TipAt(CCodeEditor& editor, const QPoint& point)
+{
+    QHelpEvent help(QEvent::ToolTip, point, editor.viewport()->mapToGlobal(point));
+    QApplication::sendEvent(editor.viewport(), &help);
+    auto* tip = editor.findChild<Workbench::CErrorTip*>("errorTip");
+    return tip && tip->isVisible() ? tip : nullptr;
+}
+
+void CWorkbenchTest::DoubleClickRow(int row)
+{
+    Bar()->setCurrentItem(Bar()->topLevelItem(row));
+    QTest::mouseDClick(Bar()->viewport(), Qt::LeftButton, {},
+                       Bar()->visualItemRect(Bar()->currentItem()).center());
 }
 
 void CWorkbenchTest::Trigger(const char* action)

@@ -51,6 +51,8 @@ protected:
     /// Ends the window, if there is one, and makes the next, with the same settings.
     void OpenWindow();
     void CloseWindow() { m_window.reset(); }
+    /// As with the mouse, and waits until all is done; false when the window is still there.
+    bool CloseByUser();
     Kesh::Workbench::CMainWindow& Window() { return *m_window; }
     Kesh::Workbench::CDocumentArea& Area() { return m_window->GetArea(); }
     Kesh::Host::CDocumentService& Documents() { return m_window->GetApplication().Documents(); }
@@ -69,6 +71,9 @@ protected:
     QList<int> MarkedLines(Kesh::Workbench::CCodeEditor& editor, bool withWarnings = false);
     /// Where the character at a place begins, in the editor's viewport.
     QPoint PointOf(Kesh::Workbench::CCodeEditor& editor, int line, int column);
+    /// The tip at a point of the editor's viewport; null when there is nothing to say.
+    Kesh::Workbench::CErrorTip* TipAt(Kesh::Workbench::CCodeEditor& editor, const QPoint& point);
+    void DoubleClickRow(int row);
     void Trigger(const char* action);
     /// Puts a picture of a widget into the folder that SCREENSHOT_DIR names, else into the build folder's.
     void Shoot(QWidget& widget, const char* name);
