@@ -282,7 +282,7 @@ void CCodeEditor::CenterCaret()
     // In a long line what follows the caret must be seen too, in any other its beginning.
     const long unscrolled = GetCaretPoint().x() + SendScintilla(SCI_GETXOFFSET);
     const long width = viewport()->width();
-    SendScintilla(SCI_SETXOFFSET, unscrolled < width - width / 3 ? 0L : unscrolled - width / 2);
+    SendScintilla(SCI_SETXOFFSET, unscrolled < width - width / 5 ? 0L : unscrolled - width / 2);
     m_centersWhenShown = !isVisible();
 }
 

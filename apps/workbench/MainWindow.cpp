@@ -335,6 +335,8 @@ bool CMainWindow::CloseProject()
 void CMainWindow::ShowNoProject()
 {
     UseRules(std::make_shared<SProjectRules>());
+    if (m_errors)
+        m_errors->SetChecked(false);
     m_search->Clear();
     m_tree->SetFolder({});
     ShowWelcome();

@@ -158,6 +158,8 @@ TEST_F(Errors, AProjectsErrorsAreThereAgainAfterARestart)
     EXPECT_EQ(Rows(), rows);
     ASSERT_TRUE(Window().CloseProject());
     EXPECT_EQ(Bar()->topLevelItemCount(), 0);
+    const auto* counts = Window().findChild<QLabel*>("errorCounts");
+    EXPECT_TRUE(WaitFor([&] { return counts->text().isEmpty(); })) << "nothing is open that has no errors";
 }
 
 TEST_F(Errors, ClosingAFileOutsideAProjectTakesItsErrorsAway)
