@@ -259,8 +259,8 @@ void CCAErrorsBar::Bury(const std::vector<QTreeWidgetItem*>& rows)
     const bool isFirst = m_buried.isEmpty();
     for (QTreeWidgetItem* row : rows)
         m_buried.append(row);
-    if (isFirst)
-        BurySlice();
+    if (isFirst) // enough has been done in this turn
+        QTimer::singleShot(0, this, [this] { BurySlice(); });
 }
 
 void CCAErrorsBar::BurySlice()
