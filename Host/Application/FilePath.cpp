@@ -98,9 +98,13 @@ std::wstring PathFromBytes(std::string_view bytes)
 
 std::string PathToBytes(std::wstring_view path)
 {
-    std::string bytes;
-    bytes.reserve(path.size());
-    for (const wchar_t w : path) {
+    // Most are ASCII, or begin so.
+    std::string bytes(path.size(), '\0');
+    std::size_t ascii = 0;
+    for (; ascii < path.size() && static_cast<char32_t>(path[ascii]) < 0x80; ++ascii)
+        bytes[ascii] = static_cast<char>(path[ascii]);
+    bytes.resize(ascii);
+    for (const wchar_t w : path.substr(ascii)) {
         const auto c = static_cast<char32_t>(w);
         if (IsEscape(c))
             bytes += static_cast<char>(c - 0xDC00);

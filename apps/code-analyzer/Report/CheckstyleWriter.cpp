@@ -12,24 +12,25 @@ public:
 
     void Begin() override
     {
-        m_xml.Begin("checkstyle");
-        m_xml.Attribute("version", L"8.0");
+        m_xml.Begin(QStringLiteral("checkstyle"));
+        m_xml.Attribute(QStringLiteral("version"), QStringLiteral("8.0"));
     }
 
     void Add(const Findings::SFileFindings& file) override
     {
         if (file.findings.empty())
             return;
-        m_xml.Xml().writeStartElement("file");
-        m_xml.Attribute("name", PlainPath(file.file));
+        m_xml.Xml().writeStartElement(QStringLiteral("file"));
+        m_xml.Attribute(QStringLiteral("name"), CXmlOutput::Text(PlainPath(file.file)));
         for (const Findings::SFinding& finding : file.findings) {
             const auto& start = finding.error.pos.start;
-            m_xml.Xml().writeEmptyElement("error");
-            m_xml.Attribute("line", std::to_wstring(start.y + 1));
-            m_xml.Attribute("column", std::to_wstring(start.x + 1));
-            m_xml.Attribute("severity", finding.IsError() ? L"error" : L"warning");
-            m_xml.Attribute("message", FullMessage(finding));
-            m_xml.Attribute("source", L"code-analyzer." + std::to_wstring(finding.error.code));
+            m_xml.Xml().writeEmptyElement(QStringLiteral("error"));
+            m_xml.Attribute(QStringLiteral("line"), start.y + 1);
+            m_xml.Attribute(QStringLiteral("column"), start.x + 1);
+            m_xml.Attribute(QStringLiteral("severity"), SeverityName(finding));
+            m_xml.Attribute(QStringLiteral("message"), CXmlOutput::Text(FullMessage(finding)));
+            m_xml.Attribute(QStringLiteral("source"),
+                            QStringLiteral("code-analyzer.") + QString::number(finding.error.code));
         }
         m_xml.Xml().writeEndElement();
         m_xml.Flush();

@@ -2,8 +2,8 @@
 
 #include "Findings/Finding.h"
 
-#include <map>
 #include <string>
+#include <unordered_map>
 
 namespace Kesh::CommandLine {
 
@@ -19,7 +19,7 @@ public:
 
 private:
     std::string m_file;
-    std::map<std::string, int> m_alike; ///< how many findings of a kind there were
+    std::unordered_map<std::string, int> m_alike; ///< how many findings of a kind there were
 };
 
 } // namespace Kesh::CommandLine

@@ -17,17 +17,17 @@ public:
     {
         const std::string name = Host::PathToBytes(PlainPath(file.file));
         CFingerprints fingerprints(name);
+        nlohmann::ordered_json& location = m_issue["location"];
+        SetText(location["path"], name);
         for (const Findings::SFinding& finding : file.findings) {
             const auto& [start, end] = finding.error.pos;
-            nlohmann::ordered_json object;
-            object["description"] = Host::PathToBytes(FullMessage(finding));
-            object["check_name"] = std::to_string(finding.error.code);
-            object["fingerprint"] = fingerprints.Next(finding);
-            object["severity"] = finding.IsError() ? "major" : "minor";
-            object["location"]["path"] = name;
-            object["location"]["lines"]["begin"] = start.y + 1;
-            object["location"]["lines"]["end"] = end.y + 1;
-            m_json.Add(object);
+            SetText(m_issue["description"], Host::PathToBytes(FullMessage(finding)));
+            SetText(m_issue["check_name"], std::to_string(finding.error.code));
+            SetText(m_issue["fingerprint"], fingerprints.Next(finding));
+            SetText(m_issue["severity"], finding.IsError() ? "major" : "minor");
+            location["lines"]["begin"] = start.y + 1;
+            location["lines"]["end"] = end.y + 1;
+            m_json.Add(m_issue);
         }
     }
 
@@ -35,6 +35,11 @@ public:
 
 private:
     CJsonOutput m_json;
+    nlohmann::ordered_json m_issue = {{"description", ""},
+                                      {"check_name", ""},
+                                      {"fingerprint", ""},
+                                      {"severity", ""},
+                                      {"location", {{"path", ""}, {"lines", {{"begin", 0}, {"end", 0}}}}}};
 };
 
 } // namespace

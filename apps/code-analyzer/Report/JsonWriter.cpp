@@ -14,20 +14,18 @@ public:
 
     void Add(const Findings::SFileFindings& file) override
     {
-        const std::string name = Host::PathToBytes(file.file);
+        SetText(m_record["file"], Host::PathToBytes(file.file));
         for (const Findings::SFinding& finding : file.findings) {
             const auto& [start, end] = finding.error.pos;
-            nlohmann::ordered_json object;
-            object["file"] = name;
-            object["startLine"] = start.y + 1;
-            object["startColumn"] = start.x + 1;
-            object["endLine"] = end.y + 1;
-            object["endColumn"] = end.x + 1;
-            object["code"] = finding.error.code;
-            object["severity"] = SeverityName(finding);
-            object["message"] = Host::PathToBytes(finding.message);
-            object["text"] = Host::PathToBytes(finding.text);
-            m_json.Add(object);
+            m_record["startLine"] = start.y + 1;
+            m_record["startColumn"] = start.x + 1;
+            m_record["endLine"] = end.y + 1;
+            m_record["endColumn"] = end.x + 1;
+            m_record["code"] = finding.error.code;
+            SetText(m_record["severity"], SeverityName(finding));
+            SetText(m_record["message"], Host::PathToBytes(finding.message));
+            SetText(m_record["text"], Host::PathToBytes(finding.text));
+            m_json.Add(m_record);
         }
     }
 
@@ -35,6 +33,9 @@ public:
 
 private:
     CJsonOutput m_json;
+    nlohmann::ordered_json m_record = {{"file", ""},     {"startLine", 0}, {"startColumn", 0},
+                                       {"endLine", 0},   {"endColumn", 0}, {"code", 0},
+                                       {"severity", ""}, {"message", ""},  {"text", ""}};
 };
 
 } // namespace

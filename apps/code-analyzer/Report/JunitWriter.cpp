@@ -1,4 +1,3 @@
-#include "Report/Printable.h"
 #include "Report/Writer.h"
 #include "Report/XmlOutput.h"
 
@@ -17,29 +16,29 @@ class CJunitWriter final : public IReportWriter
 public:
     explicit CJunitWriter(COutput& output) : m_xml(output) {}
 
-    void Begin() override { m_xml.Begin("testsuites"); }
+    void Begin() override { m_xml.Begin(QStringLiteral("testsuites")); }
 
     void Add(const Findings::SFileFindings& file) override
     {
-        const std::wstring name = PlainPath(file.file);
+        const QString name = CXmlOutput::Text(PlainPath(file.file));
         const auto failures = std::count_if(file.findings.begin(), file.findings.end(),
                                             [](const SFinding& finding) { return finding.IsError(); });
-        m_xml.Xml().writeStartElement("testsuite");
-        m_xml.Attribute("name", name);
-        m_xml.Attribute("tests", std::to_wstring(std::max<std::ptrdiff_t>(1, failures)));
-        m_xml.Attribute("failures", std::to_wstring(failures));
-        m_xml.Attribute("errors", L"0");
+        m_xml.Xml().writeStartElement(QStringLiteral("testsuite"));
+        m_xml.Attribute(QStringLiteral("name"), name);
+        m_xml.Attribute(QStringLiteral("tests"), std::max<std::ptrdiff_t>(1, failures));
+        m_xml.Attribute(QStringLiteral("failures"), failures);
+        m_xml.Attribute(QStringLiteral("errors"), 0);
         if (failures == 0)
-            AddCase(name, L"syntax", nullptr);
-        std::string warnings;
+            AddCase(name, QStringLiteral("syntax"), nullptr);
+        QString warnings;
         for (const SFinding& finding : file.findings) {
             if (finding.IsError())
                 AddCase(name, Place(finding), &finding);
             else
-                warnings += Line(name, finding) + '\n';
+                warnings += Line(name, finding, CXmlOutput::Text(FullMessage(finding))) + QLatin1Char('\n');
         }
-        if (!warnings.empty())
-            m_xml.Xml().writeTextElement("system-out", QString::fromStdString(warnings));
+        if (!warnings.isEmpty())
+            m_xml.Xml().writeTextElement(QStringLiteral("system-out"), warnings);
         m_xml.Xml().writeEndElement();
         m_xml.Flush();
     }
@@ -47,30 +46,34 @@ public:
     void End(const STotals& /*totals*/) override { m_xml.End(); }
 
 private:
-    static std::wstring Place(const SFinding& finding)
+    static QString Place(const SFinding& finding)
     {
         const auto& start = finding.error.pos.start;
-        return L"line " + std::to_wstring(start.y + 1) + L", column " + std::to_wstring(start.x + 1) +
-               L": error " + std::to_wstring(finding.error.code);
+        return QStringLiteral("line %1, column %2: error %3")
+            .arg(start.y + 1)
+            .arg(start.x + 1)
+            .arg(finding.error.code);
     }
 
-    static std::string Line(const std::wstring& file, const SFinding& finding)
+    static QString Line(const QString& file, const SFinding& finding, const QString& message)
     {
         const auto& start = finding.error.pos.start;
-        return Printable(file) + ':' + std::to_string(start.y + 1) + ':' + std::to_string(start.x + 1) +
-               ": " + SeverityName(finding) + ": " + Printable(FullMessage(finding));
+        return file + QLatin1Char(':') + QString::number(start.y + 1) + QLatin1Char(':') +
+               QString::number(start.x + 1) + QLatin1String(": ") + QLatin1String(SeverityName(finding)) +
+               QLatin1String(": ") + message;
     }
 
-    void AddCase(const std::wstring& file, const std::wstring& name, const SFinding* failure)
+    void AddCase(const QString& file, const QString& name, const SFinding* failure)
     {
-        m_xml.Xml().writeStartElement("testcase");
-        m_xml.Attribute("name", name);
-        m_xml.Attribute("classname", file);
+        m_xml.Xml().writeStartElement(QStringLiteral("testcase"));
+        m_xml.Attribute(QStringLiteral("name"), name);
+        m_xml.Attribute(QStringLiteral("classname"), file);
         if (failure) {
-            m_xml.Xml().writeStartElement("failure");
-            m_xml.Attribute("type", L"error");
-            m_xml.Attribute("message", FullMessage(*failure));
-            m_xml.Xml().writeCharacters(QString::fromStdString(Line(file, *failure)));
+            const QString message = CXmlOutput::Text(FullMessage(*failure));
+            m_xml.Xml().writeStartElement(QStringLiteral("failure"));
+            m_xml.Attribute(QStringLiteral("type"), QStringLiteral("error"));
+            m_xml.Attribute(QStringLiteral("message"), message);
+            m_xml.Xml().writeCharacters(Line(file, *failure, message));
             m_xml.Xml().writeEndElement();
         }
         m_xml.Xml().writeEndElement();

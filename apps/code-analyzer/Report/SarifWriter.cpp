@@ -23,17 +23,22 @@ std::string Uri(const std::wstring& path)
     return uri;
 }
 
-ordered_json Location(const std::string& uri, const SyntaxParser::SScheme& span)
+ordered_json NoLocation()
 {
-    ordered_json region;
+    return {{"physicalLocation",
+             {{"artifactLocation", {{"uri", ""}}},
+              {"region", {{"startLine", 0}, {"startColumn", 0}, {"endLine", 0}, {"endColumn", 0}}}}}};
+}
+
+void SetLocation(ordered_json& location, const std::string& uri, const SyntaxParser::SScheme& span)
+{
+    ordered_json& physical = location["physicalLocation"];
+    SetText(physical["artifactLocation"]["uri"], uri);
+    ordered_json& region = physical["region"];
     region["startLine"] = span.start.y + 1;
     region["startColumn"] = span.start.x + 1;
     region["endLine"] = span.end.y + 1;
     region["endColumn"] = span.end.x + 1;
-    ordered_json location;
-    location["physicalLocation"]["artifactLocation"]["uri"] = uri;
-    location["physicalLocation"]["region"] = region;
-    return location;
 }
 
 class CSarifWriter final : public IReportWriter
@@ -54,19 +59,21 @@ public:
         CFingerprints fingerprints(uri);
         for (const Findings::SFinding& finding : file.findings) {
             const std::string code = std::to_string(finding.error.code);
-            m_rules.try_emplace(code, Host::PathToBytes(finding.message));
-            ordered_json result;
-            result["ruleId"] = code;
-            result["level"] = SeverityName(finding);
-            result["message"]["text"] = Host::PathToBytes(FullMessage(finding));
-            result["locations"] = ordered_json::array({Location(uri, finding.error.pos)});
-            result["partialFingerprints"]["lineAndCode/v1"] = fingerprints.Next(finding);
+            if (!m_rules.contains(code))
+                m_rules[code] = Host::PathToBytes(finding.message);
+            SetText(m_result["ruleId"], code);
+            SetText(m_result["level"], SeverityName(finding));
+            SetText(m_result["message"]["text"], Host::PathToBytes(FullMessage(finding)));
+            SetLocation(m_result["locations"][0], uri, finding.error.pos);
+            SetText(m_result["partialFingerprints"]["lineAndCode/v1"], fingerprints.Next(finding));
             if (finding.details && finding.details->related) {
-                ordered_json related = Location(uri, *finding.details->related);
+                ordered_json related = NoLocation();
+                SetLocation(related, uri, *finding.details->related);
                 related["message"]["text"] = finding.details->relatedKey;
-                result["relatedLocations"] = ordered_json::array({related});
+                m_result["relatedLocations"] = ordered_json::array({std::move(related)});
             }
-            m_json.Add(result);
+            m_json.Add(m_result);
+            m_result.erase("relatedLocations");
         }
     }
 
@@ -82,6 +89,11 @@ public:
 
 private:
     CJsonOutput m_json;
+    ordered_json m_result = {{"ruleId", ""},
+                             {"level", ""},
+                             {"message", {{"text", ""}}},
+                             {"locations", ordered_json::array({NoLocation()})},
+                             {"partialFingerprints", {{"lineAndCode/v1", ""}}}};
     std::map<std::string, std::string> m_rules; ///< those that were broken: code and message
 };
 

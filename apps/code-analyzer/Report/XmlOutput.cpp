@@ -4,17 +4,16 @@
 
 namespace Kesh::CommandLine {
 
-CXmlOutput::CXmlOutput(COutput& output) : m_output(output)
+CXmlOutput::CXmlOutput(COutput& output) : m_output(output), m_xml(&m_written)
 {
-    m_buffer.open(QIODevice::WriteOnly);
-    m_xml.setDevice(&m_buffer);
     m_xml.setAutoFormatting(true);
     m_xml.setAutoFormattingIndent(1);
 }
 
-void CXmlOutput::Begin(const char* root)
+void CXmlOutput::Begin(const QString& root)
 {
-    m_xml.writeStartDocument();
+    // A writer into characters does not know as what they will be encoded.
+    m_output.Write(R"(<?xml version="1.0" encoding="UTF-8"?>)");
     m_xml.writeStartElement(root);
 }
 
@@ -24,16 +23,16 @@ void CXmlOutput::End()
     Flush();
 }
 
-void CXmlOutput::Attribute(const char* name, const std::wstring& value)
+QString CXmlOutput::Text(const std::wstring& text)
 {
-    m_xml.writeAttribute(QLatin1String(name), QString::fromStdString(Printable(value)));
+    return QString::fromStdString(Printable(text));
 }
 
 void CXmlOutput::Flush()
 {
-    m_output.Write({m_buffer.data().constData(), static_cast<std::size_t>(m_buffer.data().size())});
-    m_buffer.buffer().clear();
-    m_buffer.seek(0);
+    const QByteArray bytes = m_written.toUtf8();
+    m_output.Write({bytes.constData(), static_cast<std::size_t>(bytes.size())});
+    m_written.resize(0); // keeps its room
 }
 
 } // namespace Kesh::CommandLine

@@ -2,7 +2,7 @@
 
 #include "Report/Output.h"
 
-#include <QBuffer>
+#include <QString>
 #include <QXmlStreamWriter>
 
 namespace Kesh::CommandLine {
@@ -12,18 +12,24 @@ class CXmlOutput
 {
 public:
     explicit CXmlOutput(COutput& output);
+    CXmlOutput(const CXmlOutput&) = delete;
+    CXmlOutput& operator=(const CXmlOutput&) = delete;
 
-    void Begin(const char* root);
+    void Begin(const QString& root);
     void End();
     QXmlStreamWriter& Xml() { return m_xml; }
-    /// An attribute; characters that XML cannot hold are escaped as people know them.
-    void Attribute(const char* name, const std::wstring& value);
+    void Attribute(const QString& name, const QString& value) { m_xml.writeAttribute(name, value); }
+    void Attribute(const QString& name, std::int64_t value) { Attribute(name, QString::number(value)); }
     /// Hands on what has been written.
     void Flush();
 
+    /// Text for attributes and elements; characters that XML cannot hold are escaped as people know them.
+    static QString Text(const std::wstring& text);
+
 private:
     COutput& m_output;
-    QBuffer m_buffer;
+    QString
+        m_written; ///< in characters: an encoder and a device for every piece would cost more than the rest
     QXmlStreamWriter m_xml;
 };
 
