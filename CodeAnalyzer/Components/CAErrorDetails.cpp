@@ -9,6 +9,7 @@
 #include <algorithm>
 #include <boost/make_shared.hpp>
 #include <boost/pointer_cast.hpp>
+#include <tuple>
 
 namespace Kesh::CodeAnalyzer {
 
@@ -50,10 +51,41 @@ const wchar_t* MissingText(std::int32_t code)
     }
 }
 
-bool IsSame(const SCAError& a, const SCAError& b)
+auto KeyOf(const SCAError& error)
 {
-    return a.code == b.code && a.pos == b.pos;
+    const auto& [start, end] = error.pos;
+    return std::tuple(start.y, start.x, error.code, end.y, end.x);
 }
+
+/// Finds what the grammar check says of a record, however many there are.
+class CDiagnosticsByPlace
+{
+public:
+    /// The diagnostics outlive it.
+    explicit CDiagnosticsByPlace(const std::vector<SGrammarDiagnostic>& diagnostics)
+    {
+        m_sorted.reserve(diagnostics.size());
+        for (const SGrammarDiagnostic& diagnostic : diagnostics)
+            m_sorted.push_back(&diagnostic);
+        // Of several about the same, the first counts.
+        std::stable_sort(m_sorted.begin(), m_sorted.end(),
+                         [](const SGrammarDiagnostic* a, const SGrammarDiagnostic* b) {
+                             return KeyOf(a->error) < KeyOf(b->error);
+                         });
+    }
+
+    /// Null when it says nothing.
+    const SGrammarDiagnostic* Find(const SCAError& error) const
+    {
+        const auto found = std::lower_bound(
+            m_sorted.begin(), m_sorted.end(), error,
+            [](const SGrammarDiagnostic* a, const SCAError& b) { return KeyOf(a->error) < KeyOf(b); });
+        return found != m_sorted.end() && KeyOf((*found)->error) == KeyOf(error) ? *found : nullptr;
+    }
+
+private:
+    std::vector<const SGrammarDiagnostic*> m_sorted;
+};
 
 } // namespace
 
@@ -77,10 +109,9 @@ std::vector<SErrorDetails> CErrorDetails::GetDetails(const std::wstring& path,
     grammar.Expect(true, m_grammarCheck.GetPhpVersion());
     document->Parse(true);
 
+    const CDiagnosticsByPlace diagnostics(grammar.Diagnostics());
     for (const SCAError& error : errors) {
-        const auto found = std::find_if(grammar.Diagnostics().begin(), grammar.Diagnostics().end(),
-                                        [&](const SGrammarDiagnostic& d) { return IsSame(d.error, error); });
-        if (found != grammar.Diagnostics().end())
+        if (const SGrammarDiagnostic* found = diagnostics.Find(error))
             details.push_back({error, found->subject, found->related, found->relatedKey, found->insertion,
                                found->insertAt, found->removable});
         else if (const wchar_t* missing = MissingText(error.code))

@@ -89,6 +89,7 @@ SFileFindings CDescriber::Describe(const SCheckedFile& file, std::vector<SCAErro
     const CTextLines lines(text);
     if (ignores)
         Silence(errors, file, text, lines, described);
+    described.findings.reserve(described.findings.size() + errors.size());
     for (SCAError& error : errors) {
         if (!ApplyLevel(error, file))
             continue;
@@ -102,7 +103,9 @@ SFileFindings CDescriber::Describe(const SCheckedFile& file, std::vector<SCAErro
         if (!m_sources.brief && IsNameError(finding.error.code))
             AddNames(finding, text, lines);
     }
-    std::stable_sort(described.findings.begin(), described.findings.end(), Precedes);
+    // They come nearly sorted, and are large to move.
+    if (!std::is_sorted(described.findings.begin(), described.findings.end(), Precedes))
+        std::stable_sort(described.findings.begin(), described.findings.end(), Precedes);
     AddDetails(described, file, text);
     return described;
 }
@@ -154,14 +157,17 @@ void CDescriber::AddDetails(SFileFindings& described, const SCheckedFile& file,
     for (const SFinding& finding : described.findings)
         errors.push_back(finding.error);
     auto details = m_sources.details->GetDetails(file.path, file.factory, text, errors);
+    // They come in the order of the findings.
+    auto finding = described.findings.begin();
     for (CodeAnalyzer::SErrorDetails& found : details) {
-        const auto finding =
-            std::find_if(described.findings.begin(), described.findings.end(),
-                         [&](const SFinding& candidate) { return SameRecord(candidate.error, found.error); });
+        finding = std::find_if(finding, described.findings.end(), [&](const SFinding& candidate) {
+            return SameRecord(candidate.error, found.error);
+        });
         if (finding == described.findings.end())
-            continue;
+            break;
         finding->detail = DetailOf(found, finding->message);
         finding->details = std::move(found);
+        ++finding;
     }
 }
 

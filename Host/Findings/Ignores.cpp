@@ -129,10 +129,13 @@ void CIgnores::Read(std::wstring_view text, const CTextLines& lines, std::size_t
         const std::wstring_view before = text.substr(lineStart, start - lineStart);
         const bool alone = std::all_of(before.begin(), before.end(), &IsBlank);
         if (alone) {
-            // Several of them may stand above one line.
-            do
-                ++ignore.last;
-            while (ignore.last < m_lastLine && MayHave(lines.Line(ignore.last)));
+            // Several of them may stand above one line; where that is has been found by the first.
+            if (m_streakEnd <= line) {
+                m_streakEnd = line + 1;
+                while (m_streakEnd < m_lastLine && MayHave(lines.Line(m_streakEnd)))
+                    ++m_streakEnd;
+            }
+            ignore.last = m_streakEnd;
         }
     }
     m_ignores.push_back(std::move(ignore));

@@ -47,6 +47,7 @@ private:
     std::vector<SIgnore> m_ignores;
     std::vector<std::size_t> m_open; ///< stretches without an end so far
     std::int64_t m_lastLine;
+    std::int64_t m_streakEnd = 0; ///< the line behind the last comments that stood above one line together
 };
 
 } // namespace Kesh::Findings

@@ -1,5 +1,5 @@
-// A keystroke in a document of 1 MB: what the server does at once, and how long its diagnostics take. The
-// reference is one copy of the document's characters.
+// A keystroke in a document of 1 MB: what the server does at once, and how long its diagnostics take, also
+// when there are very many. The reference is one copy of the document's characters.
 
 #include "Application/HeadlessHost.h"
 #include "Application/PluginLoader.h"
@@ -17,9 +17,12 @@ namespace {
 constexpr const char* Uri = "file:///bench/a.php";
 constexpr int Pause = 200; ///< milliseconds that the server waits for the next key
 
-std::string OneMegabyte()
+/// With so many mistakes near its beginning.
+std::string OneMegabyte(std::int64_t mistakes)
 {
     std::string text = "<?php\n";
+    for (std::int64_t i = 0; i < mistakes; ++i)
+        text += "$a = = 1;\n";
     for (int i = 0; text.size() < (1u << 20); ++i)
         text += "function f" + std::to_string(i) +
                 "($a, $b) {\n    if ($a > 1 && $b) {\n        return '\xC3\xA9' . g($a, [1, 2, 'x' => $b]);\n"
@@ -31,14 +34,14 @@ std::string OneMegabyte()
 class CBench
 {
 public:
-    CBench()
+    explicit CBench(std::int64_t mistakes = 0)
     {
         m_host.frame.Build();
         Call("initialize", {{"capabilities", json::object()}}, true);
         Call("initialized", json::object());
         Call("textDocument/didOpen",
              {{"textDocument",
-               {{"uri", Uri}, {"languageId", "php"}, {"version", 1}, {"text", OneMegabyte()}}}});
+               {{"uri", Uri}, {"languageId", "php"}, {"version", 1}, {"text", OneMegabyte(mistakes)}}}});
         Await(1);
     }
 
@@ -107,7 +110,7 @@ BENCHMARK(BM_Keystroke)->Unit(benchmark::kMillisecond)->Iterations(300);
 
 void BM_DiagnosticsAfterThePause(benchmark::State& state)
 {
-    CBench bench;
+    CBench bench(state.range(0));
     for (auto _ : state) {
         const auto begin = std::chrono::steady_clock::now();
         bench.Receive(bench.Key());
@@ -116,7 +119,13 @@ void BM_DiagnosticsAfterThePause(benchmark::State& state)
         state.SetIterationTime(spent.count() - Pause / 1000.0);
     }
 }
-BENCHMARK(BM_DiagnosticsAfterThePause)->Unit(benchmark::kMillisecond)->UseManualTime()->Iterations(10);
+BENCHMARK(BM_DiagnosticsAfterThePause)
+    ->Arg(0)
+    ->Arg(100)
+    ->Arg(50000)
+    ->Unit(benchmark::kMillisecond)
+    ->UseManualTime()
+    ->Iterations(10);
 
 } // namespace
 

@@ -30,9 +30,9 @@ struct SErrorDetails
 class IErrorDetails
 {
 public:
-    /// The details of those of `errors`, all of one file, about which there is more to say. `text` is the
-    /// file's text as it was checked, lines joined by "\n"; `factoryName` as ISPDocument::GetFactoryName()
-    /// gives it. Costs a pass over the text. Any thread.
+    /// The details of those of `errors`, all of one file, about which there is more to say, in the order of
+    /// `errors`. `text` is the file's text as it was checked, lines joined by "\n"; `factoryName` as
+    /// ISPDocument::GetFactoryName() gives it. Costs a pass over the text. Any thread.
     virtual std::vector<SErrorDetails> GetDetails(const std::wstring& path, const std::wstring& factoryName,
                                                   const std::wstring& text,
                                                   const std::vector<SCAError>& errors) = 0;
