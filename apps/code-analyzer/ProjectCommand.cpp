@@ -2,8 +2,11 @@
 #include "Application/FilePath.h"
 #include "Base/CommonString.h"
 #include "Base/Exception.h"
+#include "BaselineUse.h"
 #include "Commands.h"
+#include "Configuration/ProjectFiles.h"
 #include "ConfigurationChoice.h"
+#include "Paths.h"
 #include "Progress.h"
 #include "ProjectManager/ProjectManager.h"
 #include "Report/Report.h"
@@ -20,14 +23,22 @@ namespace Kesh::CommandLine {
 
 namespace {
 
-/// The file's text as the check has seen it; empty when the file has gone meanwhile.
-std::wstring TextOf(const std::wstring& file)
+/// The files that `check` would take, so that both list the same.
+std::vector<std::wstring> FilesOf(const std::wstring& folder, const Configuration::SConfiguration& settings,
+                                  const TPathError& onError)
 {
-    try {
-        return SyntaxParser::DecodeSource(Host::ReadFileBytes(file));
-    } catch (const Base::CWorkError&) {
-        return {};
-    }
+    ProjectManager::SFileQuery query = Configuration::CheckedFiles(folder, settings);
+    query.onError = onError;
+    return ProjectManager::FindFiles(folder, query);
+}
+
+/// Whatever its ending, what a project includes is checked.
+void CheckAllThatIsIncluded(CSession& session, const Configuration::SConfiguration& settings)
+{
+    session.Application().Parser().SetTakenForPhp([&settings](const std::wstring& path) {
+        return !settings.include.empty() && settings.Includes(path);
+    });
+    session.Plugin().ProjectCheck().SetComplete(true);
 }
 
 } // namespace
@@ -35,6 +46,7 @@ std::wstring TextOf(const std::wstring& file)
 int RunProject(const SOptions& options)
 {
     const Configuration::SConfiguration configuration = ConfigurationFor(options);
+    CBaselineUse baseline(options, configuration);
     CSession session(configuration);
     Host::CApplication& application = session.Application();
     ProjectManager::CProjectManager& project = application.Project();
@@ -45,6 +57,16 @@ int RunProject(const SOptions& options)
         PrintProblem(given, problem);
         failed = true;
     };
+    const std::wstring prefix = given.ends_with(L'/') ? given : given + L'/';
+    const auto shownPath = [&](const std::wstring& path) {
+        return path == folder ? given : prefix + path.substr(folder.size() + (folder == L"/" ? 0 : 1));
+    };
+    bool unread = false; // of some paths; the others are checked all the same
+    const TPathError onError = [&](const std::wstring& path, const std::string& reason) {
+        PrintProblem(shownPath(path), reason);
+        failed = failed || path == folder;
+        unread = true;
+    };
     project.GetDataErrorSignal().connect([&](const std::wstring& reason) {
         fail("the errors could not be kept: " + Base::CCommonString::ToUtf8(reason));
     });
@@ -53,14 +75,11 @@ int RunProject(const SOptions& options)
 
     std::atomic<std::size_t> asked{0};
     application.Parser().SetFileHook([&](const std::wstring&) { ++asked; });
-    try {
-        application.OpenProject(folder);
-    } catch (const Base::CWorkError& fault) {
-        PrintProblem(given, fault.what());
+    const std::vector<std::wstring> files = FilesOf(folder, configuration, onError);
+    if (failed)
         return ExitFailed;
-    }
-    ProjectManager::IProjectManager& manager = *project.GetProjectManager();
-    const std::vector<std::wstring> files = manager.GetFiles();
+    CheckAllThatIsIncluded(session, configuration);
+    application.OpenProject(folder, files);
 
     CProgress progress(!options.quiet);
     QTimer ticks; // wakes the loop so that the bar moves
@@ -75,17 +94,30 @@ int RunProject(const SOptions& options)
         return ExitFailed;
 
     CReport report(options);
-    const std::wstring prefix = given.ends_with(L'/') ? given : given + L'/';
+    std::size_t checked = 0;
+    std::string bytes;
     for (const std::wstring& file : files) {
-        if (configuration.Excludes(file))
+        try {
+            bytes = Host::ReadFileBytes(file);
+        } catch (const Base::CWorkError& fault) {
+            onError(file, fault.what());
             continue;
-        const std::wstring shown = prefix + file.substr(folder.size() + (folder == L"/" ? 0 : 1));
-        report.Add(session.FindingsOf(
-            file, {shown, file, SyntaxParser::FactoryForPath(file), [&] { return TextOf(file); }}));
+        }
+        if (SyntaxParser::LooksBinary(bytes)) {
+            PrintProblem(shownPath(file), "skipped: a binary file");
+            continue;
+        }
+        Findings::SFileFindings findings =
+            session.FindingsOf(file, {shownPath(file), file, application.Parser().FactoryOfFile(file),
+                                      [&] { return SyntaxParser::DecodeSource(bytes); }});
+        baseline.Apply(findings);
+        report.Add(findings);
+        ++checked;
     }
-    report.Finish(files.size());
+    report.Finish(checked);
     project.Close();
-    return failed ? ExitFailed : report.HasErrors() ? ExitErrors : ExitClean;
+    baseline.Finish();
+    return failed || unread ? ExitFailed : report.HasErrors() ? ExitErrors : ExitClean;
 }
 
 } // namespace Kesh::CommandLine

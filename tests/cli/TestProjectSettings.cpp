@@ -58,6 +58,33 @@ TEST_F(Settings, EachKeyDoesWhatItSays)
         TBrief expected = test.found;
         std::sort(expected.begin(), expected.end());
         EXPECT_EQ(found, expected);
+        const SResult project = Run({"project", "--format", "json", "."});
+        EXPECT_EQ(project.out, Run({"check", "--format", "json", "."}).out);
+        const auto summary = [this](const char* command) {
+            const std::string text = Run({command, "."}).out;
+            return text.substr(text.rfind('\n', text.size() - 2) + 1);
+        };
+        EXPECT_EQ(summary("project"), summary("check")) << "the number of files";
+    }
+}
+
+TEST_F(Settings, AProjectIsReadAsItsFoldersAre)
+{
+    m_folder.Write(L"a.php", Wrong);
+    m_folder.Write(L"binary.php", std::string("<?php\0\0", 7));
+    m_folder.Write(L"old.php", Warned);
+    m_folder.Write(L"code-analyzer.json", R"({"baseline": "b.json"})");
+    m_folder.Write(L"b.json",
+                   R"({"version": 1, "findings": [{"file": "old.php", "code": 901, "line": "if ($a);"},
+                                                             {"file": "a.php", "code": 1, "line": "x"}]})");
+    for (const char* command : {"check", "project"}) {
+        SCOPED_TRACE(command);
+        const SResult result = Run({command, "."});
+        EXPECT_EQ(result.exit, 1);
+        EXPECT_EQ(result.out, "./a.php:3:6: error: Odd operator: = [1025]\n"
+                              "1 error and 0 warnings in 1 of 2 files.\n");
+        EXPECT_EQ(result.err, "code-analyzer: ./binary.php: skipped: a binary file\n"
+                              "code-analyzer: a.php: gone from the baseline's findings: [1] x\n");
     }
 }
 
