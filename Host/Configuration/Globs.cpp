@@ -28,6 +28,11 @@ bool MatchesPath(const TGlobs& globs, const std::string& path)
     const std::string name = path.substr(path.rfind('/') + 1);
     return std::any_of(globs.begin(), globs.end(), [&](const std::string& given) {
         const std::string glob = WithoutSlash(given);
+        // "./src" and, as in .gitignore, "/src" are the one at the top; a path from elsewhere is absolute.
+        if (glob.starts_with("./"))
+            return Matches(glob.substr(2), path);
+        if (glob.starts_with('/') && !path.starts_with('/'))
+            return Matches(glob.substr(1), path);
         return Matches(glob, glob.find('/') == std::string::npos ? name : path);
     });
 }

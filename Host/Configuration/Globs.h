@@ -6,8 +6,8 @@
 namespace Kesh::Configuration {
 
 /// Patterns for paths, as users know them: one without a slash is compared with names, one with a slash with
-/// the path below the folder that the patterns belong to. `*` also matches a slash, and a double star with a
-/// slash behind it also nothing.
+/// the path below the folder that the patterns belong to, where a slash, or "./", may also stand first. `*`
+/// also matches a slash, and a double star with a slash behind it also nothing.
 using TGlobs = std::vector<std::string>;
 
 /// Whether one of them matches the path itself. Bytes.

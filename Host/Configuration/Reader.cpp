@@ -168,8 +168,11 @@ SConfiguration ParseConfiguration(const std::wstring& file, std::string_view tex
                          overrides.push_back(Override(item));
                  }},
                 {"ownNames", ownNames},
-                {"baseline",
-                 [&](const SJsonValue& v) { read.baseline = PathFrom(read.root, TextOf(v, "baseline")); }}});
+                {"baseline", [&](const SJsonValue& v) {
+                     if (TextOf(v, "baseline").empty())
+                         Fail(v.line, "\"baseline\" must name a file");
+                     read.baseline = PathFrom(read.root, v.text);
+                 }}});
     read.rules = std::move(overrides);
     read.rules.insert(read.rules.begin(), std::move(everywhere));
     return read;

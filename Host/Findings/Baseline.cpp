@@ -38,7 +38,9 @@ CBaseline CBaseline::Read(const std::wstring& file)
                             [{item.at("code").get<std::int32_t>(), item.at("line").get<std::string>()}] +=
                 item.value("count", std::size_t{1});
     } catch (const nlohmann::json::exception& fault) {
-        Fail(std::string("no baseline: ") + fault.what());
+        // In front stands the library's own name for it, in brackets.
+        const std::string what = fault.what();
+        Fail("no baseline: " + what.substr(what.find("] ") + 2));
     }
     return baseline;
 }

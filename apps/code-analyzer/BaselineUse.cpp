@@ -11,6 +11,11 @@ namespace Kesh::CommandLine {
 
 namespace {
 
+[[noreturn]] void Fail(const std::wstring& file, const Base::CWorkError& fault)
+{
+    throw Base::CWorkError(file + L": " + fault.GetMessage(), __LINE__, "apps/code-analyzer/BaselineUse");
+}
+
 std::wstring FileOf(const SOptions& options, const Configuration::SConfiguration& configuration)
 {
     if (!options.baseline.empty())
@@ -35,8 +40,7 @@ CBaselineUse::CBaselineUse(const SOptions& options, const Configuration::SConfig
     try {
         m_baseline.emplace(Findings::CBaseline::Read(m_file));
     } catch (const Base::CWorkError& fault) {
-        throw Base::CWorkError(Host::FileName(m_file) + L": " + fault.GetMessage(), __LINE__,
-                               "apps/code-analyzer/BaselineUse");
+        Fail(Host::FileName(m_file), fault);
     }
 }
 
@@ -58,7 +62,11 @@ void CBaselineUse::Finish()
     if (!m_baseline)
         return;
     if (m_generate) {
-        m_baseline->Write(m_file);
+        try {
+            m_baseline->Write(m_file);
+        } catch (const Base::CWorkError& fault) {
+            Fail(m_file, fault);
+        }
         std::fprintf(stderr, "code-analyzer: %s: %s written\n", Printable(m_file).c_str(),
                      Counted(m_baseline->Size(), "finding").c_str());
         return;

@@ -136,8 +136,7 @@ bool ParseOptions(int argc, char** argv, SOptions& options, int& exitCode)
     COutputOptions checkOutputs(*check, options);
 
     CLI::App* project = app.add_subcommand(
-        "project",
-        "Open a folder as a project, check its files, and keep the errors in its .code-analyzer/");
+        "project", "Open a folder as a project, check its files, and keep the errors in its .code-analyzer/");
     project->add_option("FOLDER", options.paths, "The project's folder")->required()->expected(1);
     AddPhpOptions(*project, options);
     COutputOptions projectOutputs(*project, options);

@@ -1,9 +1,8 @@
 #include "OutputOptions.h"
 
-#include <algorithm>
 #include <array>
-#include <map>
 #include <optional>
+#include <set>
 #include <utility>
 
 namespace Kesh::CommandLine {
@@ -18,15 +17,18 @@ constexpr std::array<std::pair<const char*, EFormat>, 7> Formats{{{"text", EForm
                                                                   {"gitlab", EFormat::Gitlab},
                                                                   {"junit", EFormat::Junit}}};
 
-EFormat FormatOf(const std::string& name)
+constexpr std::array<std::pair<const char*, EColor>, 3> Colors{
+    {{"auto", EColor::Auto}, {"always", EColor::Always}, {"never", EColor::Never}}};
+
+template <class TKnown> auto Choice(const TKnown& choices, const std::string& option, const std::string& name)
 {
-    std::string choices;
-    for (const auto& [known, format] : Formats) {
+    std::string names;
+    for (const auto& [known, value] : choices) {
         if (name == known)
-            return format;
-        choices += (choices.empty() ? "" : ", ") + std::string(known);
+            return value;
+        names += (names.empty() ? "" : ", ") + std::string(known);
     }
-    throw CLI::ValidationError("--format", '"' + name + "\" is none of " + choices);
+    throw CLI::ValidationError(option, '"' + name + "\" is none of " + names);
 }
 
 } // namespace
@@ -46,12 +48,14 @@ COutputOptions::COutputOptions(CLI::App& command, SOptions& options) : m_command
     m_file = command
                  .add_option("-o,--output", m_files,
                              "Write the report of the --format beside it to FILE instead of standard output "
-                             "(repeatable: --format sarif -o a.sarif --format text)")
+                             "(repeatable: --format sarif -o a.sarif --format text); - is standard output")
                  ->option_text("FILE")
                  ->allow_extra_args(false);
-    command.add_option("--color", options.color, "Colours in text: auto (on a terminal), always or never")
-        ->transform(CLI::CheckedTransformer(std::map<std::string, EColor>{
-            {"auto", EColor::Auto}, {"always", EColor::Always}, {"never", EColor::Never}}))
+    command
+        .add_option_function<std::string>(
+            "--color",
+            [&options](const std::string& name) { options.color = Choice(Colors, "--color", name); },
+            "Colours in text: auto (on a terminal), always or never")
         ->option_text("auto|always|never");
     command.add_flag("--no-snippet", m_noSnippet, "No source lines in text");
     command.add_flag("-q,--quiet", options.quiet, "No progress bar and no summary line");
@@ -63,33 +67,37 @@ void COutputOptions::Resolve()
     struct SWanted
     {
         std::optional<EFormat> format;
-        std::string file;
+        std::optional<std::string> file; ///< empty: standard output
     };
     std::vector<SWanted> wanted;
     auto format = m_formats.begin();
     auto file = m_files.begin();
     for (const CLI::Option* option : m_command.parse_order()) {
         if (option == m_format) {
-            const EFormat named = FormatOf(*format++);
+            const EFormat named = Choice(Formats, "--format", *format++);
             if (wanted.empty() || wanted.back().format)
                 wanted.push_back({});
             wanted.back().format = named;
         } else if (option == m_file) {
             if (file->empty())
                 throw CLI::ValidationError("--output", "the name of the file is empty");
-            if (wanted.empty() || !wanted.back().file.empty())
+            if (wanted.empty() || wanted.back().file)
                 wanted.push_back({});
-            wanted.back().file = *file++;
+            wanted.back().file = *file == "-" ? std::string() : *file;
+            ++file;
         }
     }
     if (!wanted.empty())
         m_options.outputs.clear();
     for (const SWanted& output : wanted)
-        m_options.outputs.push_back({output.format.value_or(EFormat::Text), output.file});
-    const auto& outputs = m_options.outputs;
-    if (std::count_if(outputs.begin(), outputs.end(), [](const auto& o) { return o.file.empty(); }) > 1)
-        throw CLI::ValidationError("--format",
-                                   "only one report can go to standard output; give the others -o FILE");
+        m_options.outputs.push_back({output.format.value_or(EFormat::Text), output.file.value_or("")});
+    std::set<std::string> files;
+    for (const SOutputOption& output : m_options.outputs)
+        if (!files.insert(output.file).second)
+            throw output.file.empty()
+                ? CLI::ValidationError("--format",
+                                       "only one report can go to standard output; give the others -o FILE")
+                : CLI::ValidationError("--output", '"' + output.file + "\" would be written twice");
     m_options.snippets = !m_noSnippet;
 }
 

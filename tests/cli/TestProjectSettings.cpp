@@ -39,6 +39,7 @@ TEST_F(Settings, EachKeyDoesWhatItSays)
     const SCase cases[] = {
         {"{}", {a, e, c[0], c[1], c[2], d[0], d[1], d[2], b}},
         {R"({"exclude": ["gen/", "*.html", "t/*.css"]})", {a, b}},
+        {R"({"exclude": ["/gen", "./b.php", "*.html", "*.css"]})", {a, b}},
         {R"({"include": ["*.module", "gen"]})", {e, "./m.module:3 1025 error"}},
         {R"({"exclude": ["t"], "codes": {"1025": "warning"}})",
          {"./a.php:3 1025 warning", "./gen/e.php:3 1025 warning"}},
@@ -143,6 +144,7 @@ TEST_F(Settings, FaultsAreShownWithTheirLine)
         {"{\"codes\": {\"x\": \"off\"}}", "code-analyzer.json:1: \"x\" is no code"},
         {"{\n\"phpVersion\": \"4.4\"}", "code-analyzer.json:2: \"phpVersion\" must be a version of PHP"},
         {"{\"exclude\": \"a\"}", "code-analyzer.json:1: \"exclude\" must be an array"},
+        {"{\"baseline\": \"\"}", "code-analyzer.json:1: \"baseline\" must name a file"},
         {"{\"grammar\": 1}", "code-analyzer.json:1: \"grammar\" must be true or false"},
         {"{\"overrides\": [{\"codes\": {}}]}",
          "code-analyzer.json:1: an entry of \"overrides\" needs \"paths\""},
@@ -270,6 +272,7 @@ TEST_F(Settings, ABaselineSilencesWhatWasThereAndNothingElse)
     m_folder.Write(L"p/b.php", Warned);
     const SResult made = Run({"check", "--generate-baseline", "p"});
     EXPECT_EQ(made.exit, 0);
+    EXPECT_EQ(made.out, "") << "no \"No errors\"";
     EXPECT_THAT(made.err, HasSubstr("3 findings written"));
     const QStringList check{"--baseline", "code-analyzer-baseline.json", "p"};
     EXPECT_THAT(RunJson(check, 0), IsEmpty());

@@ -4,15 +4,25 @@
 #include "Base/Exception.h"
 #include "Report/Printable.h"
 
+#include <QFile>
+#include <QSaveFile>
+#include <filesystem>
 #include <unistd.h>
 
 namespace Kesh::CommandLine {
 
 COutput::COutput(const std::string& file) : m_name(Printable(Host::PathFromBytes(file)))
 {
-    m_file = std::make_unique<QSaveFile>(Host::PathToQt(Host::PathFromBytes(file)));
-    // Pipes and devices cannot be replaced; they are written as they are.
-    m_file->setDirectWriteFallback(true);
+    const QString name = Host::PathToQt(Host::PathFromBytes(file));
+    std::error_code ignored;
+    const auto kind = std::filesystem::status(file, ignored).type();
+    if (kind == std::filesystem::file_type::fifo || kind == std::filesystem::file_type::character) {
+        m_file = std::make_unique<QFile>(name);
+    } else {
+        auto replacing = std::make_unique<QSaveFile>(name);
+        replacing->setDirectWriteFallback(true); // in a folder that takes no other file
+        m_file = std::move(replacing);
+    }
     Check(m_file->open(QIODevice::WriteOnly));
 }
 
@@ -27,8 +37,10 @@ void COutput::Write(std::string_view bytes)
 
 void COutput::Commit()
 {
-    if (m_file)
-        Check(m_file->commit());
+    if (auto* replacing = qobject_cast<QSaveFile*>(m_file.get()))
+        Check(replacing->commit());
+    else if (m_file)
+        Check(m_file->flush());
 }
 
 bool COutput::IsTerminal() const

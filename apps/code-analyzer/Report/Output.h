@@ -1,6 +1,6 @@
 #pragma once
 
-#include <QSaveFile>
+#include <QFileDevice>
 #include <cstdio>
 #include <memory>
 #include <string>
@@ -8,7 +8,8 @@
 
 namespace Kesh::CommandLine {
 
-/// Where a report goes: a stream, or a file that takes the place of the old one only when it is complete.
+/// Where a report goes: a stream, or a file that takes the place of the old one only when it is complete; a
+/// pipe or device is written to as it is.
 /// Every operation throws Base::CWorkError when the system refuses.
 class COutput
 {
@@ -31,7 +32,7 @@ private:
 
     std::FILE* m_stream = nullptr;
     std::string m_name;
-    std::unique_ptr<QSaveFile> m_file;
+    std::unique_ptr<QFileDevice> m_file;
 };
 
 } // namespace Kesh::CommandLine

@@ -12,7 +12,8 @@ STextStyle StyleOf(const SOptions& options, const COutput& output)
     style.colored =
         output.Stream() ? WantsColor(options.color, output.Stream()) : options.color == EColor::Always;
     style.snippets = options.snippets && output.IsTerminal();
-    style.summary = !options.quiet;
+    // What is written to the baseline is not reported, but it is no "No errors" either.
+    style.summary = !options.quiet && !options.generateBaseline;
     return style;
 }
 
