@@ -3,6 +3,7 @@
 #include "Application/FilePath.h"
 
 #include <QByteArray>
+#include <algorithm>
 
 namespace Kesh::LanguageServer {
 
@@ -14,8 +15,12 @@ constexpr std::string_view FileScheme = "file://";
 
 std::wstring PathOfUri(std::string_view uri)
 {
-    if (!uri.starts_with(FileScheme))
-        return L"/dev/null/" + Host::PathFromBytes(uri);
+    if (!uri.starts_with(FileScheme)) {
+        // One name below what is no folder: its slashes must lead nowhere.
+        std::wstring name = L':' + Host::PathFromBytes(uri);
+        std::replace(name.begin(), name.end(), L'/', L'|');
+        return L"/dev/null/" + name;
+    }
     std::string_view rest = uri.substr(FileScheme.size());
     // A host name may stand before the path; only this machine's files are known.
     rest.remove_prefix(std::min(rest.find('/'), rest.size()));
