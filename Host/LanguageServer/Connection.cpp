@@ -52,6 +52,11 @@ json Parse(std::string_view body)
     }
 }
 
+std::string Text(const json& message)
+{
+    return message.dump(-1, ' ', false, json::error_handler_t::replace);
+}
+
 /// Calls something and answers what went wrong; code 0: nothing.
 template <class TCall> SResponseError Try(TCall&& call)
 {
@@ -173,6 +178,15 @@ void CConnection::Notify(const std::string& method, const json& params)
     Send({{"jsonrpc", "2.0"}, {"method", method}, {"params", params}});
 }
 
+void CConnection::NotifyWith(const std::string& method, const json& params, const std::string& key,
+                             const std::string& value)
+{
+    // Sorted by name, the parameters stand last.
+    std::string body = Text({{"jsonrpc", "2.0"}, {"method", method}, {"params", params}});
+    body.insert(body.size() - 2, ",\"" + key + "\":" + value);
+    m_sink(body);
+}
+
 void CConnection::Request(const std::string& method, const json& params, TResult onResult)
 {
     const std::int64_t id = m_nextId++;
@@ -182,7 +196,7 @@ void CConnection::Request(const std::string& method, const json& params, TResult
 
 void CConnection::Send(const json& message)
 {
-    m_sink(message.dump(-1, ' ', false, json::error_handler_t::replace));
+    m_sink(Text(message));
 }
 
 } // namespace Kesh::LanguageServer

@@ -61,6 +61,9 @@ public:
     void Respond(const json& id, const json& result);
     void RespondError(const json& id, int code, const std::string& message);
     void Notify(const std::string& method, const json& params);
+    /// With one more member of the parameters, of which there are others, as JSON text.
+    void NotifyWith(const std::string& method, const json& params, const std::string& key,
+                    const std::string& value);
     void Request(const std::string& method, const json& params, TResult onResult = {});
 
 private:

@@ -83,7 +83,7 @@ SDescribed CDescribeWorker::Describe(SDescribeOrder order)
     } catch (const Base::CWorkError&) {
         order.errors.clear(); // the file has gone meanwhile
     }
-    SDescribed described{std::move(order), {}, nlohmann::json::array()};
+    SDescribed described{std::move(order), {}, nlohmann::json::array(), "[]"};
     const SDescribeOrder& done = described.order;
     const Configuration::SConfiguration* configuration =
         done.settings ? &done.settings->configuration : nullptr;
@@ -99,6 +99,7 @@ SDescribed CDescribeWorker::Describe(SDescribeOrder order)
     CDiagnosticMaker maker(text, done.uri, m_encoding, m_settings.documentation);
     for (const Findings::SFinding& finding : described.findings.findings)
         described.diagnostics.push_back(maker.Make(finding));
+    described.text = described.diagnostics.dump(-1, ' ', false, nlohmann::json::error_handler_t::replace);
     return described;
 }
 

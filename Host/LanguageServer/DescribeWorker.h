@@ -34,6 +34,7 @@ struct SDescribed
     SDescribeOrder order;
     Findings::SFileFindings findings;
     nlohmann::json diagnostics; ///< one for each finding
+    std::string text = "[]";    ///< the same as it is sent, so that the thread that sends need not write it
 };
 
 /// Makes diagnostics in a thread of its own, so that the one that listens to the editor never waits for it.

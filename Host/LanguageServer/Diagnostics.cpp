@@ -147,7 +147,7 @@ void CDiagnostics::OnDescribed(SDescribed described)
         return;
     }
     SState& state = m_states[path];
-    const bool changed = state.resultId == 0 || state.described.diagnostics != described.diagnostics;
+    const bool changed = state.resultId == 0 || state.described.text != described.text;
     state.described = std::move(described);
     state.described.order.text.reset();
     if (changed)
@@ -174,11 +174,12 @@ void CDiagnostics::Publish(const std::wstring& path, SState& state)
         Withdraw(state);
     if (!open && state.described.diagnostics.empty() && state.published.empty())
         return;
-    json params = {{"uri", uri}, {"diagnostics", state.described.diagnostics}};
+    json params = {{"uri", uri}};
     if (open)
         params["version"] = open->version;
     state.published = state.described.diagnostics.empty() ? std::string() : uri;
-    m_parts.connection.Notify("textDocument/publishDiagnostics", params);
+    m_parts.connection.NotifyWith("textDocument/publishDiagnostics", params, "diagnostics",
+                                  state.described.text);
 }
 
 void CDiagnostics::OnClosed(const std::wstring& path)
