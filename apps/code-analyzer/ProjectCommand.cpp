@@ -103,7 +103,7 @@ int RunProject(const SOptions& options)
             onError(file, fault.what());
             continue;
         }
-        if (SyntaxParser::LooksBinary(bytes)) {
+        if (SyntaxParser::HoldsNoSource(bytes)) {
             PrintProblem(shownPath(file), "skipped: a binary file");
             continue;
         }

@@ -72,7 +72,7 @@ TEST_F(Settings, EachKeyDoesWhatItSays)
 TEST_F(Settings, AProjectIsReadAsItsFoldersAre)
 {
     m_folder.Write(L"a.php", Wrong);
-    m_folder.Write(L"binary.php", std::string("<?php\0\0", 7));
+    m_folder.Write(L"binary.php", std::string("GIF\0\0", 5));
     m_folder.Write(L"old.php", Warned);
     m_folder.Write(L"code-analyzer.json", R"({"baseline": "b.json"})");
     m_folder.Write(L"b.json",
