@@ -303,7 +303,7 @@ TEST_F(Server, ADocumentNeedNotBeAFile)
 {
     Initialize();
     for (const std::string uri :
-         {"vscode-vfs://github/x/y.php", "git:/a/../../b.php?HEAD", "untitled:a//b", ""}) {
+         {"vscode-vfs://github/x/y.php", "git:/a/../../b.php?HEAD", "untitled:a//b"}) {
         Open(uri, "<?php\n$c $c;\n");
         EXPECT_THAT(Await(uri, 1), ::testing::ElementsAre("1:3-1:5 1035")) << uri;
         Notify("textDocument/didClose", {{"textDocument", {{"uri", uri}}}});
