@@ -326,6 +326,14 @@ TEST_F(CommandLine, ErrorsThatCannotBeKeptAreAFailure)
     EXPECT_THAT(result.out, HasSubstr("p/a.php:3:6: error: Odd operator: = [1025]"));
     EXPECT_THAT(result.err, HasSubstr("p: the errors could not be kept: File too large"));
     EXPECT_EQ(Host::ReadFileBytes(m_folder.Path(L"p/.code-analyzer/errors")), kept);
+    m_folder.Write(L"report.json", "old");
+    {
+        const CFullDisk full;
+        result = Run({"check", "--format", "json", "-o", "report.json", "p"});
+    }
+    EXPECT_EQ(result.exit, 2);
+    EXPECT_THAT(result.err, HasSubstr("report.json: File too large"));
+    EXPECT_EQ(Host::ReadFileBytes(m_folder.Path(L"report.json")), "old");
 }
 
 #ifndef __SANITIZE_THREAD__ // which needs a thread of its own

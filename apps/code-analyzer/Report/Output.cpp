@@ -37,10 +37,11 @@ void COutput::Write(std::string_view bytes)
 
 void COutput::Commit()
 {
+    if (!m_file)
+        return;
+    Check(m_file->flush()); // without its end it must not take the place of the old one
     if (auto* replacing = qobject_cast<QSaveFile*>(m_file.get()))
         Check(replacing->commit());
-    else if (m_file)
-        Check(m_file->flush());
 }
 
 bool COutput::IsTerminal() const
