@@ -26,12 +26,14 @@ extern "C" __attribute__((visibility("default"))) const char* __lsan_default_sup
 // before those of Qt in the symbol search and pass every call on.
 #ifdef __SANITIZE_THREAD__
 
+#include <QCoreApplication>
 #include <QDeadlineTimer>
 #include <QEvent>
 #include <QMutex>
 #include <QObject>
 #include <QThread>
 #include <dlfcn.h>
+#include <memory>
 #include <sanitizer/tsan_interface.h>
 
 #define POST_EVENT "_ZN16QCoreApplication9postEventEP7QObjectP6QEventi"
@@ -58,7 +60,7 @@ EXPORTED const char* __tsan_default_suppressions()
     return "called_from_lib:libQt5Core.so.5\ncalled_from_lib:libQt5Gui.so.5\n"
            "called_from_lib:libQt5Widgets.so.5\ncalled_from_lib:libQt5XmlPatterns.so.5\n"
            "called_from_lib:libQt5Network.so.5\ncalled_from_lib:libQt5DBus.so.5\n"
-           "called_from_lib:libQt5XcbQpa.so.5\ncalled_from_lib:libxcb.so.1\n"
+           "called_from_lib:libQt5XcbQpa.so.5\ncalled_from_lib:libxcb.so.1\nmutex:libX11.so.6\n"
            "called_from_lib:libglib-2.0.so.0\n";
 }
 
@@ -80,6 +82,21 @@ bool OnDelivery(void** data)
     return false;
 }
 
+/// Gives a queued call's function back in the thread that called it, to which the events of a queue belong.
+/// Left to Qt, whoever is last ends it, and who that is cannot be seen.
+class CFunctionEnd final : public QEvent
+{
+public:
+    explicit CFunctionEnd(QtPrivate::QSlotObjectBase* function) : QEvent(QEvent::None), m_function(function)
+    {
+        m_function->ref();
+    }
+    ~CFunctionEnd() override { m_function->destroyIfLastRef(); }
+
+private:
+    QtPrivate::QSlotObjectBase* m_function;
+};
+
 const bool watchesDelivery = QInternal::registerCallback(QInternal::EventNotifyCallback, &OnDelivery);
 
 } // namespace
@@ -94,8 +111,16 @@ void PostEvent(QObject* receiver, QEvent* event, int priority)
 bool InvokeMethod(QObject* receiver, void* slot, Qt::ConnectionType type, void* result)
 {
     __tsan_release(receiver);
+    std::unique_ptr<QEvent> end;
+    QCoreApplication* application = QCoreApplication::instance(); // which outlives any receiver
+    if (receiver && type == Qt::QueuedConnection && application &&
+        receiver->thread() == application->thread())
+        end = std::make_unique<CFunctionEnd>(static_cast<QtPrivate::QSlotObjectBase*>(slot));
     static const auto real = OfQt(&InvokeMethod, INVOKE_METHOD);
-    return real(receiver, slot, type, result);
+    const bool invoked = real(receiver, slot, type, result);
+    if (end)
+        QCoreApplication::postEvent(application, end.release());
+    return invoked;
 }
 
 void StartThread(QThread* thread, QThread::Priority priority)
