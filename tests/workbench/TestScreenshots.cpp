@@ -47,8 +47,9 @@ protected:
         CCodeEditor& editor = Open(m_folder.Path(L"shop/src/Cart.php"));
         editor.SetCaretPosition({10, 16});
         editor.CenterCaret();
+        constexpr int Planted = 16;
         ASSERT_TRUE(
-            WaitFor([&] { return !Underlines(editor).isEmpty() && Bar()->topLevelItemCount() > 10; }));
+            WaitFor([&] { return !Underlines(editor).isEmpty() && Bar()->topLevelItemCount() == Planted; }));
         editor.setFocus();
         QTest::qWait(500); // for the list, which follows the caret
     }
