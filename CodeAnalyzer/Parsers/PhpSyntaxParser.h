@@ -63,11 +63,11 @@ public:
 private:
     // Called for few regions each, and kept out of the way of the many.
     [[gnu::noinline]] void Offer(SyntaxParser::CRegion* region);
-    [[gnu::noinline]] bool Keep(SyntaxParser::CRegion* region);
     [[gnu::noinline]] void ParseKept();
     [[gnu::noinline]] void DispatchToNone(SyntaxParser::CRegion* region);
     [[gnu::noinline]] void DispatchBracketRegion(SyntaxParser::CRegion* region);
 
+    bool Keep(SyntaxParser::CRegion* region);
     bool NeedsStatements() const;
     void DispatchRegion(SyntaxParser::CRegion* region);
     template <class TParser> TParser* AddParser();
