@@ -184,18 +184,13 @@ int CPhpSyntaxParser::AddRegion(CRegion* region)
     }
     if (region->definition == tags[2])
         m_inPhp = 0;
-    if (!m_keeping || !Keep(region))
-        DispatchRegion(region);
-    return 0;
-}
-
-// False when there is no more room: what is kept has then been parsed, and what follows is too.
-bool CPhpSyntaxParser::Keep(CRegion* region)
-{
-    const bool kept = m_kept.Add(*region);
-    if (!kept)
+    if (m_keeping) {
+        if (m_kept.Add(*region))
+            return 0;
         ParseKept();
-    return kept;
+    }
+    DispatchRegion(region);
+    return 0;
 }
 
 // The statement parsers need not look at what the grammar accepts, unless they may have to warn of it.

@@ -67,7 +67,6 @@ private:
     [[gnu::noinline]] void DispatchToNone(SyntaxParser::CRegion* region);
     [[gnu::noinline]] void DispatchBracketRegion(SyntaxParser::CRegion* region);
 
-    bool Keep(SyntaxParser::CRegion* region);
     bool NeedsStatements() const;
     void DispatchRegion(SyntaxParser::CRegion* region);
     template <class TParser> TParser* AddParser();
