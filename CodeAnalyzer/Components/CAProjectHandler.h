@@ -126,7 +126,6 @@ private:
     /// Removes the errors of a file that there is no checking any more.
     void DropErrorsUnlessOpen(const std::wstring& file);
 
-    [[maybe_unused]] std::int32_t m_valid = 10;
     SDK::IApplication* m_application = nullptr;
     CCAErrorsManager* m_errorsManager = nullptr;
     CCAComponent* m_component = nullptr;
