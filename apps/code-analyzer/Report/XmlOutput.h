@@ -28,8 +28,8 @@ public:
 
 private:
     COutput& m_output;
-    QString
-        m_written; ///< in characters: an encoder and a device for every piece would cost more than the rest
+    /// In characters: an encoder and a device for every piece would cost more than the rest.
+    QString m_written;
     QXmlStreamWriter m_xml;
 };
 
