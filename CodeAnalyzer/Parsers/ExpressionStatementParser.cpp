@@ -73,6 +73,7 @@ CExpressionStatementParser::CExpressionStatementParser(SyntaxParser::CDefRegions
                                                        boost::shared_ptr<SyntaxParser::IReader> reader,
                                                        CParentParser* parent)
     : CStatementParser(defs, reader, parent),
+      m_plain(*defs, *this),
       m_functionParser(defs, reader, this),
       m_classParser(defs, reader, this)
 {
@@ -88,6 +89,24 @@ void CExpressionStatementParser::BeforeParse(const STextChange& /*change*/)
 {
     m_data = SExpressionData();
     m_dataStack.clear();
+    m_plain.Clear();
+}
+
+// The texts of the regions go with the pass.
+void CExpressionStatementParser::AfterParse()
+{
+    GetSubExpressions();
+}
+
+const std::vector<SSubExpr>& CExpressionStatementParser::GetSubExpressions()
+{
+    const bool hasEnded = !m_plain.IsOpen();
+    if (!m_plain.Kept().empty()) {
+        ParseKept();
+        if (hasEnded)
+            FinishExpression();
+    }
+    return m_data.subExpressions;
 }
 
 void CExpressionStatementParser::Reset(CRegion* region)
@@ -112,6 +131,11 @@ void CExpressionStatementParser::Reset(CRegion* region)
 }
 
 int CExpressionStatementParser::StatementStartRegion(CRegion* region)
+{
+    return m_plain.Start(*region) || StartInStates(region);
+}
+
+int CExpressionStatementParser::StartInStates(CRegion* region)
 {
     if (IsNonSignificantRegion(region))
         return false;
@@ -175,6 +199,51 @@ int CExpressionStatementParser::StatementStartRegion(CRegion* region)
 
 void CExpressionStatementParser::DispathRegion(CRegion* region)
 {
+    if (m_plain.IsOpen())
+        DispatchToPlain(region);
+    else
+        DispatchToState(region);
+}
+
+void CExpressionStatementParser::DispatchToPlain(CRegion* region)
+{
+    switch (m_plain.Take(*region)) {
+    case CPlainExpression::EStep::Taken: break;
+    case CPlainExpression::EStep::Ended: m_parent->OnStructureEnd(region, 0); break;
+    case CPlainExpression::EStep::Refused:
+        ParseKept();
+        DispatchToState(region);
+        break;
+    }
+}
+
+void CExpressionStatementParser::ParseKept()
+{
+    const auto& kept = m_plain.Kept();
+    for (auto it = kept.begin(); it != kept.end(); ++it) {
+        NoteGap(it->before);
+        CRegion region = it->region;
+        if (it == kept.begin())
+            StartInStates(&region);
+        else
+            DispatchToState(&region);
+    }
+    NoteGap(m_plain.Gap());
+    m_plain.Clear();
+}
+
+void CExpressionStatementParser::NoteGap(CPlainExpression::SGap gap)
+{
+    if (!gap.blanks)
+        return;
+    m_data.indexable = false;
+    m_data.lineBreakSeen |= gap.lineBreak;
+    if (m_data.state == BinarAssignOpState)
+        SetState(UOperandState);
+}
+
+void CExpressionStatementParser::DispatchToState(CRegion* region)
+{
     if ((SeesBlanks >> m_data.state & 1) || !IsIgnored(region))
         HandleRegion(region);
 }
@@ -234,6 +303,12 @@ int CExpressionStatementParser::IsTerminalRegion(CRegion* region)
 
 void CExpressionStatementParser::DoExpressionEnd(CRegion* region)
 {
+    FinishExpression();
+    m_parent->OnStructureEnd(region, 0);
+}
+
+void CExpressionStatementParser::FinishExpression()
+{
     PushOperand();
     while (m_data.operands.size() >= 2 && !m_data.operators.empty())
         ReduceOnce();
@@ -242,7 +317,6 @@ void CExpressionStatementParser::DoExpressionEnd(CRegion* region)
     m_data.currentOperand = {};
     m_data.brackets.clear();
     m_data.state = AssignExprState;
-    m_parent->OnStructureEnd(region, 0);
 }
 
 void CExpressionStatementParser::DoExpressionError(int code, CRegion* region, int skip)

@@ -3,6 +3,7 @@
 #include "Parsers/AnonymousClassParser.h"
 #include "Parsers/AnonymousFunctionParser.h"
 #include "Parsers/ExpressionData.h"
+#include "Parsers/PlainExpression.h"
 #include "Parsers/StatementParser.h"
 
 namespace Kesh::CodeAnalyzer {
@@ -19,6 +20,7 @@ public:
     void DispathRegion(SyntaxParser::CRegion* region) override;
     int StatementStartRegion(SyntaxParser::CRegion* region) override;
     void BeforeParse(const SyntaxParser::STextChange& change) override;
+    void AfterParse() override;
     void RestoreForContinue() override;
     void OnError() override;
 
@@ -47,9 +49,11 @@ public:
     void AddOperator(std::wstring_view op);
 
     /// The operations recorded for the last expression, in the order in which they were reduced.
-    const std::vector<SSubExpr>& GetSubExpressions() const { return m_data.subExpressions; }
+    const std::vector<SSubExpr>& GetSubExpressions();
 
 protected:
+    /// Claims a statement for the states alone, however plain it is.
+    int StartInStates(SyntaxParser::CRegion* region);
     void DoExpressionEnd(SyntaxParser::CRegion* region);
     void DoExpressionError(int code, SyntaxParser::CRegion* region, int skip);
 
@@ -103,7 +107,12 @@ protected:
     void HandleUnexpected(SyntaxParser::CRegion* region);
     /// Notes what it skips, so that a missing `;` can be told from a stray operand.
     bool IsIgnored(SyntaxParser::CRegion* region);
-    [[gnu::noinline]] void HandleRegion(SyntaxParser::CRegion* region); // most blanks need not come so far
+    void DispatchToPlain(SyntaxParser::CRegion* region);
+    void DispatchToState(SyntaxParser::CRegion* region);
+    void HandleRegion(SyntaxParser::CRegion* region);
+    void ParseKept();
+    void NoteGap(CPlainExpression::SGap gap);
+    void FinishExpression();
     void NoteRegion(SyntaxParser::CRegion* region);
     void NoteArgument(SyntaxParser::CRegion* region);
     void NoteFunction(SyntaxParser::CRegion* region);
@@ -127,6 +136,7 @@ protected:
     void SaveDataToStack();
     void LoadDataFromStack();
 
+    CPlainExpression m_plain;
     std::vector<SExpressionData> m_dataStack;
     CAnonymousFunctionParser m_functionParser;
     CAnonymousClassParser m_classParser;

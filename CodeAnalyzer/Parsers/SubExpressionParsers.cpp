@@ -14,6 +14,12 @@ void COperandParser::StartInside(CRegion* region)
     DispathRegion(region);
 }
 
+// Where an operand ends is for its states to say.
+int COperandParser::StatementStartRegion(CRegion* region)
+{
+    return StartInStates(region);
+}
+
 void COperandParser::HandleChainState(CRegion* region)
 {
     if (IsToken(region, 9) || IsSymbol(region, L"::")) {

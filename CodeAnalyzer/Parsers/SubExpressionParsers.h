@@ -14,6 +14,7 @@ public:
     /// Begins with a region that may only stand inside an expression, as that of a closure.
     void StartInside(SyntaxParser::CRegion* region);
 
+    int StatementStartRegion(SyntaxParser::CRegion* region) override;
     void HandleBinarOpState(SyntaxParser::CRegion* region) override;
     void HandleChainState(SyntaxParser::CRegion* region) override;
 };

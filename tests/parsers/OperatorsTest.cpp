@@ -17,10 +17,11 @@ using SyntaxParser::CRegion;
 class CExpressionRun : public CParentParser, public SyntaxParser::IStateRegionHandler
 {
 public:
-    explicit CExpressionRun(const std::wstring& text)
+    explicit CExpressionRun(const std::wstring& text, bool tellsTexts = true)
         : m_text(L"<?php " + text),
           m_reader(boost::make_shared<SyntaxParser::CSimpleReader>(m_text)),
-          m_parser(SyntaxParser::GetDefRegions(), m_reader, this)
+          m_parser(SyntaxParser::GetDefRegions(), m_reader, this),
+          m_tellsTexts(tellsTexts)
     {
         SyntaxParser::CPhpScanner(m_text, {this}).Run(nullptr);
     }
@@ -39,6 +40,8 @@ public:
 
     int AddRegion(CRegion* region) override
     {
+        if (!m_tellsTexts)
+            region->text = {};
         if (m_started && !m_ended)
             m_parser.DispathRegion(region);
         else if (!m_ended)
@@ -63,6 +66,7 @@ private:
     std::wstring m_text;
     boost::shared_ptr<SyntaxParser::IReader> m_reader;
     CExpressionStatementParser m_parser;
+    bool m_tellsTexts;
     bool m_started = false;
     bool m_ended = false;
 };
@@ -78,11 +82,13 @@ TEST(Operators, OperationsAreRecordedAsTheyAreReduced)
         {L"($a + $b) * $c;", L"($a + $b)(($a + $b) * $c)"},
         {L"$a * f($b, $c) + 1;", L"($a * f($b, $c))($a * f($b, $c) + 1)"},
         {L"$a + $b % $c;", L"($a + $b)($a + $b % $c)"},
+        {L"$a = [$b + $c => f($d . $e)] + $g", L"($b + $c)($d . $e)"},
         {L"f();", L""},
     };
     for (const auto& [text, operations] : cases)
-        EXPECT_EQ(CExpressionRun(text).Operations(), operations)
-            << QString::fromWCharArray(text).toStdString();
+        for (const bool tellsTexts : {true, false})
+            EXPECT_EQ(CExpressionRun(text, tellsTexts).Operations(), operations)
+                << QString::fromWCharArray(text).toStdString();
 }
 
 namespace {

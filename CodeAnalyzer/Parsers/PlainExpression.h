@@ -1,0 +1,85 @@
+#pragma once
+
+#include "Parsers/ExpressionData.h"
+#include "Parsers/RegionClasses.h"
+
+#include <array>
+#include <cstdint>
+#include <memory>
+#include <vector>
+
+namespace Kesh::CodeAnalyzer {
+
+class CExpressionStatementParser;
+
+/// Follows an expression that has nothing to be said of: operands and operators in turn, brackets in pairs.
+/// Most are such, and it costs far less than the states of the expression parser. It keeps what it has taken:
+/// once a region is not plain, the states parse the expression from its beginning, so that they alone decide
+/// what is wrong and where.
+class CPlainExpression
+{
+public:
+    enum class EStep { Taken, Ended, Refused };
+
+    /// What stands between two regions that carry code.
+    struct SGap
+    {
+        bool blanks = false;
+        bool lineBreak = false;
+    };
+    struct SKept
+    {
+        SyntaxParser::CRegion region;
+        SGap before;
+    };
+
+    /// `parser` is asked where the expression ends; not owned.
+    CPlainExpression(const SyntaxParser::CDefRegions& defs, CExpressionStatementParser& parser);
+
+    /// Whether the region begins a plain expression. What was kept before is gone.
+    bool Start(SyntaxParser::CRegion& region);
+    EStep Take(SyntaxParser::CRegion& region);
+
+    /// Whether an expression has begun and not ended.
+    bool IsOpen() const { return m_open; }
+    /// The last expression, or what has been taken of it, until another one starts.
+    const std::vector<SKept>& Kept() const { return m_kept; }
+    /// What has come since the last region that was kept.
+    SGap Gap() const { return m_gap; }
+    void Clear();
+
+private:
+    struct SPlainBracket
+    {
+        EBracket kind;
+        bool keyArrowOutside; ///< the key-arrow flag of what surrounds it
+    };
+    static constexpr std::size_t MostBrackets = 32;
+    static constexpr std::size_t MostKept = 4096; ///< what is longer is left to the states
+
+    EStep Follow(std::uint8_t step, SyntaxParser::CRegion& region);
+    EStep Go(int place, const SyntaxParser::CRegion& region);
+    EStep Open(EBracket kind, int place, const SyntaxParser::CRegion& region);
+    EStep CloseRound(int place, SyntaxParser::CRegion& region);
+    EStep CloseSquare(const SyntaxParser::CRegion& region);
+    EStep NextElement(const SyntaxParser::CRegion& region);
+    EStep TakeKeyArrow(const SyntaxParser::CRegion& region);
+    bool EndsWith(SyntaxParser::CRegion& region);
+    void Pop();
+    bool InnermostIs(EBracket kind) const { return m_depth > 0 && m_brackets[m_depth - 1].kind == kind; }
+
+    const std::shared_ptr<const CRegionClasses> m_classes;
+    const SyntaxParser::ISynRegion* const m_stringEnd;
+    CExpressionStatementParser& m_parser;
+    std::vector<SKept> m_kept;
+    std::array<SPlainBracket, MostBrackets> m_brackets;
+    std::size_t m_depth = 0;
+    std::uint8_t m_place = 0;
+    bool m_open = false;
+    bool m_commaAllowed = false;
+    bool m_keyArrowSeen = false;
+    int m_arrays = 0; ///< open array literals and calls
+    SGap m_gap;
+};
+
+} // namespace Kesh::CodeAnalyzer
