@@ -199,10 +199,10 @@ int CExpressionStatementParser::StartInStates(CRegion* region)
 
 void CExpressionStatementParser::DispathRegion(CRegion* region)
 {
-    if (m_plain.IsOpen())
-        DispatchToPlain(region);
-    else
+    if (!m_plain.IsOpen())
         DispatchToState(region);
+    else if (!m_plain.TakeWhiteSpace(*region))
+        DispatchToPlain(region);
 }
 
 void CExpressionStatementParser::DispatchToPlain(CRegion* region)

@@ -43,7 +43,7 @@ template <class T> boost::shared_ptr<T> DocumentComponent(ISPDocument& document,
 } // namespace
 
 CPhpSyntaxParser::CPhpSyntaxParser(SyntaxParser::CDefRegions* defs, IErrorsReceiver* errorsManager)
-    : m_defs(defs), m_errorsManager(errorsManager)
+    : m_defs(defs), m_classes(CRegionClasses::Shared(defs->Php)), m_errorsManager(errorsManager)
 {
     HandlerCode = PhpHandlerCode;
 }
@@ -176,13 +176,25 @@ void CPhpSyntaxParser::AfterParse()
 
 int CPhpSyntaxParser::AddRegion(CRegion* region)
 {
-    const auto& tags = m_defs->Php.TagDefs;
-    if (!m_inPhp) {
-        if (region->definition == tags[1])
-            m_inPhp = 1;
+    // Most regions belong to a statement that has begun.
+    if (m_active && m_inPhp && !m_keeping && !m_skipToEnd && m_bracketParsers.empty() &&
+        region->definition != m_defs->Php.TagDefs[2]) [[likely]] {
+        m_active->DispathRegion(region);
         return 0;
     }
-    if (region->definition == tags[2])
+    return m_inPhp ? AddPhp(region) : EnterPhp(region);
+}
+
+int CPhpSyntaxParser::EnterPhp(CRegion* region)
+{
+    if (region->definition == m_defs->Php.TagDefs[1])
+        m_inPhp = 1;
+    return 0;
+}
+
+int CPhpSyntaxParser::AddPhp(CRegion* region)
+{
+    if (region->definition == m_defs->Php.TagDefs[2])
         m_inPhp = 0;
     if (m_keeping) {
         if (m_kept.Add(*region))
@@ -208,7 +220,7 @@ void CPhpSyntaxParser::ParseKept()
 void CPhpSyntaxParser::DispatchRegion(CRegion* region)
 {
     const auto& tokens = m_defs->Php.TokenDefs;
-    if (region->definition == tokens[3] || region->definition == tokens[4])
+    if (!m_bracketParsers.empty() && (region->definition == tokens[3] || region->definition == tokens[4]))
         DispatchBracketRegion(region);
     if (m_active && !m_skipToEnd)
         m_active->DispathRegion(region);
@@ -230,15 +242,25 @@ void CPhpSyntaxParser::DispatchBracketRegion(CRegion* region)
         parser->HandleBracketRegion(region);
 }
 
+// Whether the region means something to the expression parser at most, which is the last.
+bool CPhpSyntaxParser::ConcernsOnlyLast(const CRegion& region) const
+{
+    switch (m_classes->Of(region)) {
+    case ERegionClass::Blank:
+    case ERegionClass::Variable:
+    case ERegionClass::ArrayWord:
+    case ERegionClass::EchoWord:
+    case ERegionClass::ReturnWord:
+    case ERegionClass::BreakWord: return true;
+    default: return false;
+    }
+}
+
 void CPhpSyntaxParser::Offer(CRegion* region)
 {
     m_taken = true;
-    // Most often a variable begins a statement, or blanks are offered, which begin nothing; neither means
-    // anything to another parser than the last.
-    const auto& php = m_defs->Php;
-    const bool onlyLast = region->definition == php.TokenDefs[1] || region->definition == php.VarDefs[3];
-    for (auto parser = onlyLast ? m_parsers.end() - 1 : m_parsers.begin(); parser != m_parsers.end();
-         ++parser) {
+    const auto first = ConcernsOnlyLast(*region) ? m_parsers.end() - 1 : m_parsers.begin();
+    for (auto parser = first; parser != m_parsers.end(); ++parser) {
         if ((*parser)->StatementStartRegion(region)) {
             m_active = *parser;
             return;

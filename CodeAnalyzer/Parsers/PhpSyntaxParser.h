@@ -4,6 +4,7 @@
 #include "Kesh/SyntaxParser/IParser.h"
 #include "Kesh/SyntaxParser/ISPDocument.h"
 #include "Parsers/CParentParser.h"
+#include "Parsers/RegionClasses.h"
 #include "Parsers/RegionLog.h"
 
 #include <boost/shared_ptr.hpp>
@@ -62,11 +63,14 @@ public:
 
 private:
     // Called for few regions each, and kept out of the way of the many.
+    [[gnu::noinline]] int EnterPhp(SyntaxParser::CRegion* region);
+    [[gnu::noinline]] int AddPhp(SyntaxParser::CRegion* region);
     [[gnu::noinline]] void Offer(SyntaxParser::CRegion* region);
     [[gnu::noinline]] void ParseKept();
     [[gnu::noinline]] void DispatchToNone(SyntaxParser::CRegion* region);
     [[gnu::noinline]] void DispatchBracketRegion(SyntaxParser::CRegion* region);
 
+    bool ConcernsOnlyLast(const SyntaxParser::CRegion& region) const;
     bool NeedsStatements() const;
     void DispatchRegion(SyntaxParser::CRegion* region);
     template <class TParser> TParser* AddParser();
@@ -75,6 +79,7 @@ private:
     std::vector<CStatementParser*> m_bracketParsers; ///< those that look at every bracket
     CStatementParser* m_active = nullptr;
     SyntaxParser::CDefRegions* m_defs;
+    std::shared_ptr<const CRegionClasses> m_classes;
     boost::shared_ptr<SyntaxParser::IReader> m_reader;
     IErrorsReceiver* m_errorsManager;
     std::wstring m_fileName;

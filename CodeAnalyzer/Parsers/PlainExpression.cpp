@@ -8,32 +8,9 @@ namespace Kesh::CodeAnalyzer {
 
 using SyntaxParser::CRegion;
 using enum ERegionClass;
+using enum CPlainExpression::EPlace;
 
 namespace {
-
-/// What the region just taken lets follow.
-enum EPlainPlace : std::uint8_t {
-    AtStart,
-    AtOperand,      ///< an operand
-    AtElement,      ///< an element of a list, or its end
-    AtArgument,     ///< the first argument of a call, or its end
-    AtGroup,        ///< an operand, or the type of a cast
-    AtCastEnd,      ///< the `)` of a cast
-    AfterOperator,  ///< an operand, or the `=` that completes the operator
-    AfterEcho,      ///< what is echoed
-    AfterReturn,    ///< an operand, or the end
-    AfterBreak,     ///< the end
-    AfterOperand,   ///< an operator
-    AfterChain,     ///< the same, or whatever continues the operand
-    AfterWord,      ///< the same after a word
-    AfterStartWord, ///< the same after a word that began the statement
-    AfterNumber,    ///< the same after a number
-    AtCall,         ///< the `(` of a call
-    AtArrayCall,    ///< the `(` of an array
-    AtMember,       ///< the name of a member
-    InString,       ///< the end of the string
-    PlaceCount
-};
 
 /// What to do with a region: go to a place, or one of these.
 enum EStepKind : std::uint8_t {
@@ -182,18 +159,27 @@ bool CPlainExpression::Start(CRegion& region)
     return m_open;
 }
 
+inline CPlainExpression::EStep CPlainExpression::Go(int place, const CRegion& region)
+{
+    if (m_kept.size() == MostKept)
+        return EStep::Refused;
+    m_place = static_cast<EPlace>(place);
+    m_kept.push_back({region, m_gap});
+    m_gap = {};
+    return EStep::Taken;
+}
+
 CPlainExpression::EStep CPlainExpression::Take(CRegion& region)
 {
     if (m_place == InString)
         return region.definition == m_stringEnd ? Go(AfterOperand, region) : EStep::Taken;
     const ERegionClass kind = m_classes->Of(region);
-    if (kind != Blank)
-        return Follow(StepFor(m_place, kind), region);
-    m_gap.blanks = true;
-    m_gap.lineBreak |= region.start.y != region.end.y;
-    if (m_place == AfterOperator)
-        m_place = AtOperand;
-    return EStep::Taken;
+    if (kind == Blank) {
+        NoteBlanks(region);
+        return EStep::Taken;
+    }
+    const std::uint8_t step = StepFor(m_place, kind);
+    return step < PlaceCount ? Go(step, region) : Follow(step, region);
 }
 
 CPlainExpression::EStep CPlainExpression::Follow(std::uint8_t step, CRegion& region)
@@ -220,16 +206,6 @@ CPlainExpression::EStep CPlainExpression::Follow(std::uint8_t step, CRegion& reg
     case Refuse: return EStep::Refused;
     default: return Go(step, region);
     }
-}
-
-CPlainExpression::EStep CPlainExpression::Go(int place, const CRegion& region)
-{
-    if (m_kept.size() == MostKept)
-        return EStep::Refused;
-    m_place = static_cast<std::uint8_t>(place);
-    m_kept.push_back({region, m_gap});
-    m_gap = {};
-    return EStep::Taken;
 }
 
 CPlainExpression::EStep CPlainExpression::Open(EBracket kind, int place, const CRegion& region)

@@ -20,6 +20,29 @@ class CPlainExpression
 {
 public:
     enum class EStep { Taken, Ended, Refused };
+    /// What the region just taken lets follow.
+    enum EPlace : std::uint8_t {
+        AtStart,
+        AtOperand,      ///< an operand
+        AtElement,      ///< an element of a list, or its end
+        AtArgument,     ///< the first argument of a call, or its end
+        AtGroup,        ///< an operand, or the type of a cast
+        AtCastEnd,      ///< the `)` of a cast
+        AfterOperator,  ///< an operand, or the `=` that completes the operator
+        AfterEcho,      ///< what is echoed
+        AfterReturn,    ///< an operand, or the end
+        AfterBreak,     ///< the end
+        AfterOperand,   ///< an operator
+        AfterChain,     ///< the same, or whatever continues the operand
+        AfterWord,      ///< the same after a word
+        AfterStartWord, ///< the same after a word that began the statement
+        AfterNumber,    ///< the same after a number
+        AtCall,         ///< the `(` of a call
+        AtArrayCall,    ///< the `(` of an array
+        AtMember,       ///< the name of a member
+        InString,       ///< the end of the string
+        PlaceCount
+    };
 
     /// What stands between two regions that carry code.
     struct SGap
@@ -39,6 +62,14 @@ public:
     /// Whether the region begins a plain expression. What was kept before is gone.
     bool Start(SyntaxParser::CRegion& region);
     EStep Take(SyntaxParser::CRegion& region);
+    /// Takes the region if it is white space between others, as every third is.
+    bool TakeWhiteSpace(const SyntaxParser::CRegion& region)
+    {
+        if (!m_classes->IsWhiteSpace(region) || m_place == InString)
+            return false;
+        NoteBlanks(region);
+        return true;
+    }
 
     /// Whether an expression has begun and not ended.
     bool IsOpen() const { return m_open; }
@@ -55,8 +86,15 @@ private:
         bool keyArrowOutside; ///< the key-arrow flag of what surrounds it
     };
     static constexpr std::size_t MostBrackets = 32;
-    static constexpr std::size_t MostKept = 4096; ///< what is longer is left to the states
+    static constexpr std::size_t MostKept = 16384; ///< what is longer is left to the states
 
+    void NoteBlanks(const SyntaxParser::CRegion& region)
+    {
+        m_gap.blanks = true;
+        m_gap.lineBreak |= region.start.y != region.end.y;
+        if (m_place == AfterOperator)
+            m_place = AtOperand;
+    }
     EStep Follow(std::uint8_t step, SyntaxParser::CRegion& region);
     EStep Go(int place, const SyntaxParser::CRegion& region);
     EStep Open(EBracket kind, int place, const SyntaxParser::CRegion& region);
@@ -74,7 +112,7 @@ private:
     std::vector<SKept> m_kept;
     std::array<SPlainBracket, MostBrackets> m_brackets;
     std::size_t m_depth = 0;
-    std::uint8_t m_place = 0;
+    EPlace m_place = AtStart;
     bool m_open = false;
     bool m_commaAllowed = false;
     bool m_keyArrowSeen = false;

@@ -16,31 +16,27 @@ using enum ERegionClass;
 
 namespace {
 
-ERegionClass ClassOfSign(wchar_t sign)
+using TSigns = CRegionClasses::TSigns;
+
+constexpr TSigns Signs(std::initializer_list<std::pair<const char*, ERegionClass>> all)
 {
-    switch (sign) {
-    case L'\t':
-    case L'\n':
-    case L' ': return Blank;
-    case L'+':
-    case L'-':
-    case L'&': return Sign;
-    case L'*':
-    case L'/':
-    case L'%':
-    case L'|':
-    case L'^': return Operator;
-    case L'<':
-    case L'>':
-    case L'?': return Relation;
-    case L'!':
-    case L'~':
-    case L'@': return Negation;
-    case L':': return Colon;
-    case L'\\': return Backslash;
-    default: return Other;
-    }
+    TSigns signs;
+    signs.fill(Other);
+    for (const auto& [characters, kind] : all)
+        for (const char* c = characters; *c; ++c)
+            signs[static_cast<unsigned char>(*c)] = kind;
+    return signs;
 }
+
+constexpr TSigns PlainSigns = Signs({{"\t\n ", Blank},
+                                     {"+-&", Sign},
+                                     {"*/%|^", Operator},
+                                     {"<>?", Relation},
+                                     {"!~@", Negation},
+                                     {":", Colon},
+                                     {"\\", Backslash}});
+constexpr TSigns Brackets =
+    Signs({{"(", RoundOpen}, {")", RoundClose}, {"[", SquareOpen}, {"]", SquareClose}});
 
 ERegionClass ClassOfSigns(std::wstring_view text)
 {
@@ -63,58 +59,62 @@ ERegionClass ClassOfSigns(std::wstring_view text)
 
 ERegionClass ClassOfPlain(std::wstring_view text)
 {
-    const ERegionClass first = ClassOfSign(text[0]);
-    if (text.size() == 1)
-        return first;
-    if (first != Blank)
+    const auto isBlank = [](wchar_t c) { return c == L' ' || c == L'\t' || c == L'\n'; };
+    if (!isBlank(text[0]))
         return ClassOfSigns(text);
-    const bool allBlank = std::all_of(text.begin() + 1, text.end(),
-                                      [](wchar_t c) { return c == L' ' || c == L'\t' || c == L'\n'; });
-    return allBlank ? Blank : Other;
+    return std::all_of(text.begin() + 1, text.end(), isBlank) ? Blank : Other;
+}
+
+// Compares in ASCII: no other character lowers to a letter of these words but one to that of "break", which
+// no source of ours takes for a keyword.
+template <std::size_t Size> bool Is(std::wstring_view text, const wchar_t (&word)[Size])
+{
+    bool equal = text.size() == Size - 1;
+    for (std::size_t i = 0; equal && i < Size - 1; ++i)
+        equal = CCommonString::AsciiLower(text[i]) == word[i];
+    return equal;
 }
 
 ERegionClass ClassOfWord(std::wstring_view text)
 {
-    const auto is = [text](std::wstring_view word) { return CCommonString::LowersTo(text, word); };
     switch (CCommonString::AsciiLower(text[0])) {
-    case L'a': return is(L"and") ? WordOperator : Word;
-    case L'c': return text == L"clone" ? PrefixWord : is(L"continue") ? Other : Word;
-    case L'd': return is(L"die") ? Other : Word;
-    case L'e': return is(L"exit") || is(L"echo") ? Other : Word;
-    case L'i': return is(L"instanceof") ? WordOperator : Word;
-    case L'o': return is(L"or") ? WordOperator : Word;
-    case L'p': return is(L"php") || is(L"print") ? Other : Word; // the first is blank
-    case L'x': return is(L"xor") ? WordOperator : Word;
+    case L'a': return Is(text, L"and") ? WordOperator : Word;
+    case L'c': return text == L"clone" ? PrefixWord : Is(text, L"continue") ? Other : Word;
+    case L'd': return Is(text, L"die") ? Other : Word;
+    case L'e': return Is(text, L"exit") || Is(text, L"echo") ? Other : Word;
+    case L'i': return Is(text, L"instanceof") ? WordOperator : Word;
+    case L'o': return Is(text, L"or") ? WordOperator : Word;
+    case L'p': return Is(text, L"php") || Is(text, L"print") ? Other : Word; // the first is blank
+    case L'x': return Is(text, L"xor") ? WordOperator : Word;
     default: return static_cast<char32_t>(text[0]) < 0x80 ? Word : Other;
     }
 }
 
 ERegionClass ClassOfCalledWord(std::wstring_view text)
 {
-    const auto is = [text](std::wstring_view word) { return CCommonString::LowersTo(text, word); };
-    const bool special = is(L"match") || is(L"list") || is(L"exit") || is(L"die") || is(L"echo") ||
-                         is(L"print") || is(L"continue");
+    const bool special = Is(text, L"match") || Is(text, L"list") || Is(text, L"exit") || Is(text, L"die") ||
+                         Is(text, L"echo") || Is(text, L"print") || Is(text, L"continue");
     return special ? Other : CalledWord;
 }
 
 ERegionClass ClassOfKeyword(std::wstring_view text)
 {
-    struct SKeyword
-    {
-        std::wstring_view text;
-        ERegionClass kind;
-    };
-    static constexpr SKeyword all[] = {
-        {L"return", ReturnWord}, {L"array", ArrayWord},         {L"isset", CalledWord},
-        {L"echo", EchoWord},     {L"empty", CalledWord},        {L"break", BreakWord},
-        {L"unset", CalledWord},  {L"eval", CalledWord},         {L"and", WordOperator},
-        {L"or", WordOperator},   {L"instanceof", WordOperator}, {L"xor", WordOperator},
-        {L"print", PrintWord},   {L"clone", PrefixWord},
-    };
-    for (const SKeyword& keyword : all)
-        if (CCommonString::LowersTo(text, keyword.text))
-            return keyword.kind != PrefixWord || text == keyword.text ? keyword.kind : Other;
-    return OtherKeyword;
+    switch (CCommonString::AsciiLower(text[0])) {
+    case L'a': return Is(text, L"array") ? ArrayWord : Is(text, L"and") ? WordOperator : OtherKeyword;
+    case L'b': return Is(text, L"break") ? BreakWord : OtherKeyword;
+    case L'c': return text == L"clone" ? PrefixWord : OtherKeyword;
+    case L'e':
+        if (Is(text, L"echo"))
+            return EchoWord;
+        return Is(text, L"empty") || Is(text, L"eval") ? CalledWord : OtherKeyword;
+    case L'i': return Is(text, L"isset") ? CalledWord : Is(text, L"instanceof") ? WordOperator : OtherKeyword;
+    case L'o': return Is(text, L"or") ? WordOperator : OtherKeyword;
+    case L'p': return Is(text, L"print") ? PrintWord : OtherKeyword;
+    case L'r': return Is(text, L"return") ? ReturnWord : OtherKeyword;
+    case L'u': return Is(text, L"unset") ? CalledWord : OtherKeyword;
+    case L'x': return Is(text, L"xor") ? WordOperator : OtherKeyword;
+    default: return OtherKeyword;
+    }
 }
 
 // Those that need an argument.
@@ -128,7 +128,7 @@ ERegionClass ClassOfArgumentWord(std::wstring_view text)
 
 } // namespace
 
-CRegionClasses::CRegionClasses(const SPhpRegionDefs& defs) : m_defs(defs)
+CRegionClasses::CRegionClasses(const SPhpRegionDefs& defs) : m_plain(defs.TokenDefs[1]), m_defs(defs)
 {
     const auto fixed = [this](const ISynRegion* definition, ERegionClass kind) {
         Add(definition, ERule::Fixed, kind);
@@ -148,8 +148,8 @@ CRegionClasses::CRegionClasses(const SPhpRegionDefs& defs) : m_defs(defs)
     fixed(defs.TokenDefs[21], Carried);
     Add(defs.TokenDefs[1], ERule::Plain, Other);
     Add(defs.TokenDefs[2], ERule::Keyword, Other);
-    Add(defs.TokenDefs[3], ERule::Opening, Other);
-    Add(defs.TokenDefs[4], ERule::Closing, Other);
+    Add(defs.TokenDefs[3], ERule::Bracket, Other);
+    Add(defs.TokenDefs[4], ERule::Bracket, Other);
     Add(defs.TokenDefs[16], ERule::Argument, Other);
     Add(defs.TokenDefs[17], ERule::Word, Other);
     Add(defs.TokenDefs[19], ERule::Word, Other);
@@ -173,7 +173,8 @@ void CRegionClasses::Add(const ISynRegion* definition, ERule rule, ERegionClass 
     std::size_t i = Hash(definition);
     while (m_slots[i].definition)
         i = (i + 1) % Slots;
-    m_slots[i] = {definition, rule, fixed};
+    const TSigns* signs = rule == ERule::Plain ? &PlainSigns : rule == ERule::Bracket ? &Brackets : nullptr;
+    m_slots[i] = {definition, signs, rule, fixed};
 }
 
 ERegionClass CRegionClasses::FromText(ERule rule, const CRegion& region)
@@ -186,8 +187,6 @@ ERegionClass CRegionClasses::FromText(ERule rule, const CRegion& region)
     if (text.size() != CCommonString::Trim(text).size())
         return Other;
     switch (rule) {
-    case ERule::Opening: return text.back() == L'(' ? RoundOpen : text.back() == L'[' ? SquareOpen : Other;
-    case ERule::Closing: return text.back() == L')' ? RoundClose : text.back() == L']' ? SquareClose : Other;
     case ERule::Word: return ClassOfWord(text);
     case ERule::CalledWord: return ClassOfCalledWord(text);
     case ERule::Argument: return ClassOfArgumentWord(text);

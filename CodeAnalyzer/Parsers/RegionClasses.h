@@ -56,18 +56,36 @@ public:
     /// The same for all that ask with the same kinds. Any thread.
     static std::shared_ptr<const CRegionClasses> Shared(const SyntaxParser::SPhpRegionDefs& defs);
 
-    ERegionClass Of(const SyntaxParser::CRegion& region) const
+    /// What ASCII characters are when they stand alone.
+    using TSigns = std::array<ERegionClass, 0x80>;
+
+    /// Whether the region is one blank or several, as many are; comments are blanks, too, but not told here.
+    bool IsWhiteSpace(const SyntaxParser::CRegion& region) const
+    {
+        if (region.definition != m_plain || region.text.empty())
+            return false;
+        for (const wchar_t c : region.text)
+            if (c != L' ' && c != L'\t' && c != L'\n')
+                return false;
+        return true;
+    }
+    [[gnu::always_inline]] ERegionClass Of(const SyntaxParser::CRegion& region) const
     {
         const SSlot& slot = Find(region.definition);
-        return slot.rule == ERule::Fixed ? slot.fixed : FromText(slot.rule, region);
+        if (slot.rule == ERule::Fixed)
+            return slot.fixed;
+        if (slot.signs && region.text.size() == 1)
+            return OfSign(*slot.signs, region.text[0]);
+        return FromText(slot.rule, region);
     }
 
 private:
     /// How much the kind tells by itself.
-    enum class ERule : std::uint8_t { Fixed, Plain, Opening, Closing, Word, CalledWord, Argument, Keyword };
+    enum class ERule : std::uint8_t { Fixed, Plain, Bracket, Word, CalledWord, Argument, Keyword };
     struct SSlot
     {
         const SyntaxParser::ISynRegion* definition = nullptr;
+        const TSigns* signs = nullptr;
         ERule rule = ERule::Fixed;
         ERegionClass fixed = ERegionClass::Other;
     };
@@ -85,9 +103,15 @@ private:
         return m_slots[i];
     }
     void Add(const SyntaxParser::ISynRegion* definition, ERule rule, ERegionClass fixed);
+    static ERegionClass OfSign(const TSigns& signs, wchar_t sign)
+    {
+        const auto code = static_cast<char32_t>(sign);
+        return code < signs.size() ? signs[code] : ERegionClass::Other;
+    }
     static ERegionClass FromText(ERule rule, const SyntaxParser::CRegion& region);
 
     std::array<SSlot, Slots> m_slots;
+    const SyntaxParser::ISynRegion* m_plain;
     const SyntaxParser::SPhpRegionDefs m_defs;
 };
 

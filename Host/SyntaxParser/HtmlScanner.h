@@ -22,7 +22,8 @@ enum class EHtmlToken {
 class CHtmlScanner
 {
 public:
-    explicit CHtmlScanner(wchar_t* text) : m_text(text), m_cursor(text) {}
+    /// `size` characters and a NUL.
+    CHtmlScanner(wchar_t* text, std::size_t size) : m_text(text), m_end(text + size), m_cursor(text) {}
 
     /// Outside tags: StartTag, EndTag or End.
     EHtmlToken NextTag();
@@ -51,6 +52,7 @@ private:
     std::size_t Offset(const wchar_t* place) const { return static_cast<std::size_t>(place - m_text); }
 
     wchar_t* m_text;
+    wchar_t* m_end;
     wchar_t* m_cursor;
     wchar_t* m_marker = nullptr; ///< of the grammar, where it may have to go back to
     SStretch m_name;

@@ -37,8 +37,8 @@ EHtmlToken CHtmlScanner::NextTag()
 {
     for (;;) {
         // Most of a document is text.
-        while (*m_cursor != L'<' && *m_cursor != L'\0')
-            ++m_cursor;
+        wchar_t* const tag = std::wmemchr(m_cursor, L'<', static_cast<std::size_t>(m_end - m_cursor));
+        m_cursor = tag ? tag : m_end;
         /*!re2c
             "\x00" {
                 --m_cursor;

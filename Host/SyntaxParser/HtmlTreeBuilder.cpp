@@ -36,7 +36,7 @@ bool IsCssType(std::wstring_view type)
 } // namespace
 
 CHtmlTreeBuilder::CHtmlTreeBuilder(CMarkupText& text, CTreeWriter& html, CTreeWriter& css)
-    : m_text(text), m_html(html), m_css(css), m_scanner(text.Scan())
+    : m_text(text), m_html(html), m_css(css), m_scanner(text.Scan(), text.Size())
 {
     m_open.push_back({&m_root, ENamespace::Html, ENamespace::Html, TagScope | TagSpecial, 0, 0});
 }

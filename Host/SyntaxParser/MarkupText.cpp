@@ -34,15 +34,23 @@ bool IsForScanners(wchar_t c)
 
 CMarkupText::CMarkupText(std::wstring_view text, const std::vector<SIsland>& islands,
                          const std::atomic<bool>* cancelled)
-    : m_text(text), m_scan(text), m_cancelled(cancelled)
+    : m_text(text), m_cancelled(cancelled)
 {
-    for (wchar_t& c : m_scan)
-        c = IsForScanners(c) ? c : Replacement;
+    m_scan.reserve(text.size());
     for (const SIsland& island : islands) {
-        const std::size_t end = std::min(island.end, m_scan.size());
-        for (std::size_t i = island.begin; i < end; ++i)
-            m_scan[i] = Island;
+        CopyForScanners(island.begin);
+        m_scan.append(std::min(island.end, text.size()) - m_scan.size(), Island);
     }
+    CopyForScanners(text.size());
+}
+
+// Up to `end`, from where the copy ends.
+void CMarkupText::CopyForScanners(std::size_t end)
+{
+    const std::size_t begin = m_scan.size();
+    m_scan.append(m_text, begin, end - begin);
+    for (std::size_t i = begin; i < end; ++i)
+        m_scan[i] = IsForScanners(m_scan[i]) ? m_scan[i] : Replacement;
 }
 
 void CMarkupText::ReplaceReferences(SStretch value)

@@ -61,6 +61,7 @@ public:
     SScheme Span(SStretch part);
 
 private:
+    void CopyForScanners(std::size_t end);
     CIterator Position(std::size_t offset);
 
     std::wstring_view m_text;

@@ -24,7 +24,7 @@ public:
     const wchar_t* LineStart() const { return m_lineStart; }
 
     /// A piece without a line break.
-    void Emit(ISynRegion* definition, const wchar_t* begin, const wchar_t* end)
+    [[gnu::always_inline]] void Emit(ISynRegion* definition, const wchar_t* begin, const wchar_t* end)
     {
         m_region.start = {begin - m_lineStart, m_line};
         m_region.end = {end - m_lineStart, m_line};
@@ -74,7 +74,7 @@ private:
         ++m_line;
     }
 
-    void Send(ISynRegion* definition, const wchar_t* begin, const wchar_t* end)
+    [[gnu::always_inline]] void Send(ISynRegion* definition, const wchar_t* begin, const wchar_t* end)
     {
         m_region.definition = definition;
         m_region.text = {begin, static_cast<std::size_t>(end - begin)};

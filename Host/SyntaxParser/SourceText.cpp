@@ -39,10 +39,11 @@ wchar_t DecodeSequence(const unsigned char*& p, const unsigned char* end)
     return static_cast<wchar_t>(value);
 }
 
+constexpr std::ptrdiff_t Block = 16;
+
 /// Copies characters that stand for themselves, as many as there are in whole blocks; answers how many.
 std::size_t WidenPlain(const unsigned char* begin, const unsigned char* end, wchar_t* out)
 {
-    constexpr std::ptrdiff_t Block = 16;
     constexpr std::uint64_t Ones = 0x0101010101010101;
     const unsigned char* p = begin;
     for (; end - p >= Block; p += Block, out += Block) {
@@ -94,22 +95,26 @@ std::size_t DecodeUtf8Into(std::wstring& buffer, std::string_view bytes, SSource
         buffer.resize(most);
     wchar_t* out = buffer.data();
     while (p < end) {
-        if (const std::size_t plain = WidenPlain(p, end, out)) {
-            p += plain;
-            out += plain;
-        } else if (*p >= 0x80) {
-            const unsigned char* begin = p;
-            *out = DecodeSequence(p, end);
-            const bool written = end - begin >= 3 && begin[0] == 0xEF && begin[1] == 0xBF && begin[2] == 0xBD;
-            ++(*out == Replacement && !written ? counts.invalid : counts.valid);
-            ++out;
-        } else if (*p == '\r') {
-            const bool pair = p + 1 < end && p[1] == '\n';
-            ++(pair ? pairs : returns);
-            p += pair ? 2 : 1;
-            *out++ = L'\n';
-        } else {
-            *out++ = static_cast<wchar_t>(*p++);
+        const std::size_t plain = WidenPlain(p, end, out);
+        p += plain;
+        out += plain;
+        // Something in the next block is not plain; where such characters are, there are often more.
+        for (const unsigned char* const next = p + std::min(end - p, Block); p < next;) {
+            if (*p < 0x80 && *p != '\r') {
+                *out++ = static_cast<wchar_t>(*p++);
+            } else if (*p >= 0x80) {
+                const unsigned char* begin = p;
+                *out = DecodeSequence(p, end);
+                const bool written =
+                    end - begin >= 3 && begin[0] == 0xEF && begin[1] == 0xBF && begin[2] == 0xBD;
+                ++(*out == Replacement && !written ? counts.invalid : counts.valid);
+                ++out;
+            } else {
+                const bool pair = p + 1 < end && p[1] == '\n';
+                ++(pair ? pairs : returns);
+                p += pair ? 2 : 1;
+                *out++ = L'\n';
+            }
         }
     }
     *out = L'\0';
