@@ -1,6 +1,8 @@
 #include "SyntaxParser/PhpLexer.h"
 
+#include <array>
 #include <cwchar>
+#include <string_view>
 
 namespace Kesh::SyntaxParser {
 
@@ -10,6 +12,22 @@ bool IsLineEnd(wchar_t c)
 {
     return c == L'\n' || c == L'\r';
 }
+
+/// Which ASCII characters matter in a string.
+using TStops = std::array<bool, 0x80>;
+
+constexpr TStops Stops(std::string_view characters)
+{
+    TStops stops{};
+    for (const char c : characters)
+        stops[static_cast<unsigned char>(c)] = true;
+    stops[0] = true; // may be the end of the text
+    return stops;
+}
+
+constexpr TStops SingleQuoteStops = Stops("'\\\n");
+constexpr TStops DoubleQuoteStops = Stops("\"\\{\n");
+constexpr TStops BacktickStops = Stops("`\\{\n");
 
 const wchar_t* Find(const wchar_t* p, const wchar_t* limit, wchar_t c)
 {
@@ -160,11 +178,13 @@ const wchar_t* CPhpLexer::FindCode(const wchar_t* p, wchar_t closing) const
 
 CPhpLexer::SContent CPhpLexer::FindQuote(const wchar_t* begin, wchar_t quote) const
 {
-    const wchar_t brace = quote == L'\'' ? quote : L'{';
+    const TStops& stops = quote == L'\''  ? SingleQuoteStops
+                          : quote == L'"' ? DoubleQuoteStops
+                                          : BacktickStops;
     const wchar_t* escaped = nullptr;
     bool mayHoldLines = false;
     for (const wchar_t* p = begin; p < m_limit; ++p) {
-        while (*p != quote && *p != L'\\' && *p != brace && *p != L'\n' && *p != L'\0')
+        while (static_cast<char32_t>(*p) >= stops.size() || !stops[static_cast<char32_t>(*p)])
             ++p;
         if (*p == quote)
             return {p, mayHoldLines};

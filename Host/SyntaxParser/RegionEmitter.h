@@ -15,7 +15,10 @@ class CRegionEmitter
 public:
     /// `handlers` must stay as they are.
     CRegionEmitter(const wchar_t* text, const std::vector<IStateRegionHandler*>& handlers)
-        : m_lineStart(text), m_handlers(handlers.data()), m_handlersEnd(m_handlers + handlers.size())
+        : m_lineStart(text),
+          m_only(handlers.size() == 1 ? handlers[0] : nullptr),
+          m_handlers(handlers.data()),
+          m_handlersEnd(m_handlers + handlers.size())
     {
     }
 
@@ -78,6 +81,10 @@ private:
     {
         m_region.definition = definition;
         m_region.text = {begin, static_cast<std::size_t>(end - begin)};
+        if (m_only) { // as there mostly is
+            m_only->AddRegion(&m_region);
+            return;
+        }
         for (IStateRegionHandler* const* handler = m_handlers; handler != m_handlersEnd; ++handler)
             (*handler)->AddRegion(&m_region);
     }
@@ -85,6 +92,7 @@ private:
     const wchar_t* m_lineStart;
     std::int64_t m_line = 0;
     CRegion m_region;
+    IStateRegionHandler* m_only; ///< null: there are several, or none
     IStateRegionHandler* const* m_handlers;
     IStateRegionHandler* const* m_handlersEnd;
 };
