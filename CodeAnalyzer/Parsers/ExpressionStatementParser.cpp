@@ -4,6 +4,7 @@
 
 #include <cassert>
 #include <initializer_list>
+#include <utility>
 
 namespace Kesh::CodeAnalyzer {
 
@@ -73,7 +74,7 @@ CExpressionStatementParser::CExpressionStatementParser(SyntaxParser::CDefRegions
                                                        boost::shared_ptr<SyntaxParser::IReader> reader,
                                                        CParentParser* parent)
     : CStatementParser(defs, reader, parent),
-      m_plain(*defs, *this),
+      m_plain(*defs, *m_classes, *this),
       m_functionParser(defs, reader, this),
       m_classParser(defs, reader, this)
 {
@@ -219,11 +220,11 @@ void CExpressionStatementParser::DispatchToPlain(CRegion* region)
 
 void CExpressionStatementParser::ParseKept()
 {
-    const auto& kept = m_plain.Kept();
-    for (auto it = kept.begin(); it != kept.end(); ++it) {
-        NoteGap(it->before);
-        CRegion region = it->region;
-        if (it == kept.begin())
+    bool isFirst = true;
+    for (const CPlainExpression::SKept& kept : m_plain.Kept()) {
+        NoteGap(kept.before);
+        CRegion region = kept.Region();
+        if (std::exchange(isFirst, false))
             StartInStates(&region);
         else
             DispatchToState(&region);

@@ -2,6 +2,7 @@
 
 #include "Parsers/ExpressionStatementParser.h"
 
+#include <algorithm>
 #include <initializer_list>
 
 namespace Kesh::CodeAnalyzer {
@@ -133,14 +134,15 @@ std::uint8_t StepFor(int place, ERegionClass kind)
 
 } // namespace
 
-CPlainExpression::CPlainExpression(const SyntaxParser::CDefRegions& defs, CExpressionStatementParser& parser)
-    : m_classes(CRegionClasses::Shared(defs.Php)), m_stringEnd(defs.Php.TokenDefs[7]), m_parser(parser)
+CPlainExpression::CPlainExpression(const SyntaxParser::CDefRegions& defs, const CRegionClasses& classes,
+                                   CExpressionStatementParser& parser)
+    : m_classes(classes), m_stringEnd(defs.Php.TokenDefs[7]), m_parser(parser)
 {
 }
 
 void CPlainExpression::Clear()
 {
-    m_kept.clear();
+    m_count = 0;
     m_open = false;
     m_gap = {};
 }
@@ -150,7 +152,7 @@ bool CPlainExpression::Start(CRegion& region)
     Clear();
     if (!region.text.data())
         return false;
-    const ERegionClass kind = m_classes->Of(region);
+    const ERegionClass kind = m_classes.Of(region);
     m_depth = 0;
     m_arrays = 0;
     m_keyArrowSeen = false;
@@ -159,12 +161,29 @@ bool CPlainExpression::Start(CRegion& region)
     return m_open;
 }
 
+bool CPlainExpression::MakeRoom()
+{
+    if (m_count == MostKept)
+        return false;
+    m_room.resize(std::max(LeastKept, 2 * m_count));
+    return true;
+}
+
 inline CPlainExpression::EStep CPlainExpression::Go(int place, const CRegion& region)
 {
-    if (m_kept.size() == MostKept)
+    const auto size = static_cast<std::int64_t>(region.text.size());
+    const bool fits = region.end.y == region.start.y && region.end.x - region.start.x == size &&
+                      static_cast<std::uint64_t>(region.end.x | region.end.y) >> 32 == 0;
+    if (!fits || (m_count == m_room.size() && !MakeRoom()))
         return EStep::Refused;
     m_place = static_cast<EPlace>(place);
-    m_kept.push_back({region, m_gap});
+    SKept& kept = m_room[m_count++]; // member by member: no copy is made
+    kept.definition = region.definition;
+    kept.text = region.text.data();
+    kept.size = static_cast<std::uint32_t>(size);
+    kept.column = static_cast<std::uint32_t>(region.start.x);
+    kept.line = static_cast<std::uint32_t>(region.start.y);
+    kept.before = m_gap;
     m_gap = {};
     return EStep::Taken;
 }
@@ -173,7 +192,7 @@ CPlainExpression::EStep CPlainExpression::Take(CRegion& region)
 {
     if (m_place == InString)
         return region.definition == m_stringEnd ? Go(AfterOperand, region) : EStep::Taken;
-    const ERegionClass kind = m_classes->Of(region);
+    const ERegionClass kind = m_classes.Of(region);
     if (kind == Blank) {
         NoteBlanks(region);
         return EStep::Taken;
@@ -195,8 +214,8 @@ CPlainExpression::EStep CPlainExpression::Follow(std::uint8_t step, CRegion& reg
     case ShutSquare: return CloseSquare(region);
     case CastOrOperand:
         if (!m_parser.IsTypeRegion(&region))
-            return Follow(StepFor(AtOperand, m_classes->Of(region)), region);
-        return m_classes->Of(region) == ArrayWord ? EStep::Refused : Go(AtCastEnd, region);
+            return Follow(StepFor(AtOperand, m_classes.Of(region)), region);
+        return m_classes.Of(region) == ArrayWord ? EStep::Refused : Go(AtCastEnd, region);
     case SkipElement: return InnermostIs(EBracket::ArrayLiteral) ? Go(AtElement, region) : EStep::Refused;
     case End: m_open = false; return EStep::Ended;
     case EndOrRefuse: return EndsWith(region) ? EStep::Ended : EStep::Refused;

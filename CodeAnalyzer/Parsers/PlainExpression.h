@@ -5,7 +5,7 @@
 
 #include <array>
 #include <cstdint>
-#include <memory>
+#include <span>
 #include <vector>
 
 namespace Kesh::CodeAnalyzer {
@@ -50,14 +50,26 @@ public:
         bool blanks = false;
         bool lineBreak = false;
     };
+    /// A region in half the space; none that is kept holds a line break.
     struct SKept
     {
-        SyntaxParser::CRegion region;
+        SyntaxParser::ISynRegion* definition;
+        const wchar_t* text;
+        std::uint32_t size;
+        std::uint32_t column;
+        std::uint32_t line;
         SGap before;
+
+        SyntaxParser::CRegion Region() const
+        {
+            const std::int64_t end = std::int64_t{column} + size;
+            return {{column, line}, {end, line}, definition, {text, size}};
+        }
     };
 
-    /// `parser` is asked where the expression ends; not owned.
-    CPlainExpression(const SyntaxParser::CDefRegions& defs, CExpressionStatementParser& parser);
+    /// `parser` is asked where the expression ends; it and the classes are not owned.
+    CPlainExpression(const SyntaxParser::CDefRegions& defs, const CRegionClasses& classes,
+                     CExpressionStatementParser& parser);
 
     /// Whether the region begins a plain expression. What was kept before is gone.
     bool Start(SyntaxParser::CRegion& region);
@@ -65,7 +77,7 @@ public:
     /// Takes the region if it is white space between others, as every third is.
     bool TakeWhiteSpace(const SyntaxParser::CRegion& region)
     {
-        if (!m_classes->IsWhiteSpace(region) || m_place == InString)
+        if (!m_classes.IsWhiteSpace(region) || m_place == InString)
             return false;
         NoteBlanks(region);
         return true;
@@ -74,7 +86,7 @@ public:
     /// Whether an expression has begun and not ended.
     bool IsOpen() const { return m_open; }
     /// The last expression, or what has been taken of it, until another one starts.
-    const std::vector<SKept>& Kept() const { return m_kept; }
+    std::span<const SKept> Kept() const { return {m_room.data(), m_count}; }
     /// What has come since the last region that was kept.
     SGap Gap() const { return m_gap; }
     void Clear();
@@ -86,7 +98,8 @@ private:
         bool keyArrowOutside; ///< the key-arrow flag of what surrounds it
     };
     static constexpr std::size_t MostBrackets = 32;
-    static constexpr std::size_t MostKept = 16384; ///< what is longer is left to the states
+    static constexpr std::size_t LeastKept = 64;
+    static constexpr std::size_t MostKept = 65536; ///< what is longer is left to the states
 
     void NoteBlanks(const SyntaxParser::CRegion& region)
     {
@@ -96,6 +109,7 @@ private:
             m_place = AtOperand;
     }
     EStep Follow(std::uint8_t step, SyntaxParser::CRegion& region);
+    [[gnu::noinline]] bool MakeRoom();
     EStep Go(int place, const SyntaxParser::CRegion& region);
     EStep Open(EBracket kind, int place, const SyntaxParser::CRegion& region);
     EStep CloseRound(int place, SyntaxParser::CRegion& region);
@@ -106,10 +120,11 @@ private:
     void Pop();
     bool InnermostIs(EBracket kind) const { return m_depth > 0 && m_brackets[m_depth - 1].kind == kind; }
 
-    const std::shared_ptr<const CRegionClasses> m_classes;
+    const CRegionClasses& m_classes;
     const SyntaxParser::ISynRegion* const m_stringEnd;
     CExpressionStatementParser& m_parser;
-    std::vector<SKept> m_kept;
+    std::vector<SKept> m_room;
+    std::size_t m_count = 0; ///< of those that are kept
     std::array<SPlainBracket, MostBrackets> m_brackets;
     std::size_t m_depth = 0;
     EPlace m_place = AtStart;

@@ -4,7 +4,6 @@
 
 #include <algorithm>
 #include <cstring>
-#include <mutex>
 
 namespace Kesh::CodeAnalyzer {
 
@@ -16,7 +15,7 @@ using enum ERegionClass;
 
 namespace {
 
-using TSigns = CRegionClasses::TSigns;
+using TSigns = std::array<ERegionClass, 0x80>;
 
 constexpr TSigns Signs(std::initializer_list<std::pair<const char*, ERegionClass>> all)
 {
@@ -128,6 +127,8 @@ ERegionClass ClassOfArgumentWord(std::wstring_view text)
 
 } // namespace
 
+constinit const std::array<TSigns, 2> CRegionClasses::SignsOf{PlainSigns, Brackets};
+
 CRegionClasses::CRegionClasses(const SPhpRegionDefs& defs) : m_plain(defs.TokenDefs[1]), m_defs(defs)
 {
     const auto fixed = [this](const ISynRegion* definition, ERegionClass kind) {
@@ -158,9 +159,7 @@ CRegionClasses::CRegionClasses(const SPhpRegionDefs& defs) : m_plain(defs.TokenD
 
 std::shared_ptr<const CRegionClasses> CRegionClasses::Shared(const SPhpRegionDefs& defs)
 {
-    static std::mutex mutex;
-    static std::shared_ptr<const CRegionClasses> last;
-    const std::lock_guard lock(mutex);
+    thread_local std::shared_ptr<const CRegionClasses> last;
     if (!last || std::memcmp(&last->m_defs, &defs, sizeof defs) != 0)
         last = std::make_shared<CRegionClasses>(defs);
     return last;
@@ -173,8 +172,7 @@ void CRegionClasses::Add(const ISynRegion* definition, ERule rule, ERegionClass 
     std::size_t i = Hash(definition);
     while (m_slots[i].definition)
         i = (i + 1) % Slots;
-    const TSigns* signs = rule == ERule::Plain ? &PlainSigns : rule == ERule::Bracket ? &Brackets : nullptr;
-    m_slots[i] = {definition, signs, rule, fixed};
+    m_slots[i] = {definition, rule, fixed};
 }
 
 ERegionClass CRegionClasses::FromText(ERule rule, const CRegion& region)

@@ -53,13 +53,15 @@ class CRegionClasses
 {
 public:
     explicit CRegionClasses(const SyntaxParser::SPhpRegionDefs& defs);
-    /// The same for all that ask with the same kinds. Any thread.
+    /// One for all that ask in a thread with the same kinds.
     static std::shared_ptr<const CRegionClasses> Shared(const SyntaxParser::SPhpRegionDefs& defs);
 
-    /// What ASCII characters are when they stand alone.
-    using TSigns = std::array<ERegionClass, 0x80>;
-
-    /// Whether the region is one blank or several, as many are; comments are blanks, too, but not told here.
+    bool IsComment(const SyntaxParser::ISynRegion* definition) const
+    {
+        const SSlot& slot = Find(definition);
+        return slot.rule == ERule::Fixed && slot.fixed == ERegionClass::Blank;
+    }
+    /// Whether the region is nothing but white space, as many are.
     bool IsWhiteSpace(const SyntaxParser::CRegion& region) const
     {
         if (region.definition != m_plain || region.text.empty())
@@ -74,8 +76,8 @@ public:
         const SSlot& slot = Find(region.definition);
         if (slot.rule == ERule::Fixed)
             return slot.fixed;
-        if (slot.signs && region.text.size() == 1)
-            return OfSign(*slot.signs, region.text[0]);
+        if (region.text.size() == 1 && slot.rule <= ERule::Bracket)
+            return OfSign(slot.rule, region.text[0]);
         return FromText(slot.rule, region);
     }
 
@@ -85,10 +87,11 @@ private:
     struct SSlot
     {
         const SyntaxParser::ISynRegion* definition = nullptr;
-        const TSigns* signs = nullptr;
         ERule rule = ERule::Fixed;
         ERegionClass fixed = ERegionClass::Other;
     };
+    /// What ASCII characters are when they stand alone, in plain text and as brackets.
+    static const std::array<std::array<ERegionClass, 0x80>, 2> SignsOf;
     static constexpr std::size_t Slots = 256; ///< several times the kinds there are: they hardly ever collide
 
     static std::size_t Hash(const SyntaxParser::ISynRegion* definition)
@@ -103,10 +106,10 @@ private:
         return m_slots[i];
     }
     void Add(const SyntaxParser::ISynRegion* definition, ERule rule, ERegionClass fixed);
-    static ERegionClass OfSign(const TSigns& signs, wchar_t sign)
+    static ERegionClass OfSign(ERule rule, wchar_t sign)
     {
         const auto code = static_cast<char32_t>(sign);
-        return code < signs.size() ? signs[code] : ERegionClass::Other;
+        return code < 0x80 ? SignsOf[rule == ERule::Bracket][code] : ERegionClass::Other;
     }
     static ERegionClass FromText(ERule rule, const SyntaxParser::CRegion& region);
 

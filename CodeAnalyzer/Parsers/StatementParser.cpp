@@ -47,7 +47,11 @@ bool IsBlank(wchar_t c)
 
 CStatementParser::CStatementParser(SyntaxParser::CDefRegions* defs, boost::shared_ptr<IReader> reader,
                                    CParentParser* parent)
-    : m_defs(defs), m_reader(std::move(reader)), m_parent(parent), m_reservedWords(ReservedWords())
+    : m_defs(defs),
+      m_reader(std::move(reader)),
+      m_parent(parent),
+      m_reservedWords(ReservedWords()),
+      m_classes(CRegionClasses::Shared(defs->Php))
 {
 }
 
@@ -61,11 +65,7 @@ int CStatementParser::IsNonSignificantRegion(CRegion* region)
     }
     if (definition == php.TokenDefs[19])
         return !BeginsOtherwise(region, L'p') && HasText(region, {L"php", 3}, 1);
-    // The commonest kinds first: most regions are none of the many that follow.
-    if (definition == php.VarDefs[3] || definition == php.TokenDefs[3] || definition == php.TokenDefs[4] ||
-        definition == php.TokenDefs[10] || definition == php.TokenDefs[8] || definition == php.TokenDefs[2])
-        return false;
-    return std::find(php.CommentDefs + 1, std::end(php.CommentDefs), definition) != std::end(php.CommentDefs);
+    return m_classes->IsComment(definition);
 }
 
 std::wstring_view CStatementParser::ReadText(CRegion* region) const

@@ -5,8 +5,10 @@
 #include "Kesh/SyntaxParser/IReader.h"
 #include "Kesh/SyntaxParser/Regions.h"
 #include "Parsers/CParentParser.h"
+#include "Parsers/RegionClasses.h"
 
 #include <boost/shared_ptr.hpp>
+#include <memory>
 #include <span>
 #include <string>
 #include <string_view>
@@ -141,6 +143,7 @@ protected:
     boost::shared_ptr<SyntaxParser::IReader> m_reader;
     CParentParser* m_parent;
     std::span<const std::wstring_view> m_reservedWords; ///< an ordered set, one for all parsers
+    std::shared_ptr<const CRegionClasses> m_classes;
 
 private:
     mutable std::wstring m_copy; ///< of the region last read from the reader

@@ -14,12 +14,12 @@ constexpr wchar_t Replacement = 0xFFFD;
 wchar_t DecodeSequence(const unsigned char*& p, const unsigned char* end)
 {
     const unsigned lead = *p++;
+    if (lead >= 0xC2 && lead <= 0xDF && p < end && (*p & 0xC0) == 0x80) // as most are
+        return static_cast<wchar_t>((lead & 0x1F) << 6 | (*p++ & 0x3F));
     unsigned length = 0;
     std::uint32_t value = 0;
     std::uint32_t least = 0;
-    if (lead >= 0xC2 && lead <= 0xDF) {
-        length = 1, value = lead & 0x1F, least = 0x80;
-    } else if (lead >= 0xE0 && lead <= 0xEF) {
+    if (lead >= 0xE0 && lead <= 0xEF) {
         length = 2, value = lead & 0x0F, least = 0x800;
     } else if (lead >= 0xF0 && lead <= 0xF4) {
         length = 3, value = lead & 0x07, least = 0x10000;
