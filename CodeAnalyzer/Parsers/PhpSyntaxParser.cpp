@@ -176,13 +176,18 @@ void CPhpSyntaxParser::AfterParse()
 
 int CPhpSyntaxParser::AddRegion(CRegion* region)
 {
+    if (!m_inPhp)
+        return EnterPhp(region);
+    if (region->definition == m_defs->Php.TagDefs[2])
+        m_inPhp = 0;
+    if (m_keeping)
+        return Keep(region);
     // Most regions belong to a statement that has begun.
-    if (m_active && m_inPhp && !m_keeping && !m_skipToEnd && m_bracketParsers.empty() &&
-        region->definition != m_defs->Php.TagDefs[2]) [[likely]] {
+    if (m_active && !m_skipToEnd && m_bracketParsers.empty()) [[likely]]
         m_active->DispathRegion(region);
-        return 0;
-    }
-    return m_inPhp ? AddPhp(region) : EnterPhp(region);
+    else
+        DispatchRegion(region);
+    return 0;
 }
 
 int CPhpSyntaxParser::EnterPhp(CRegion* region)
@@ -192,16 +197,12 @@ int CPhpSyntaxParser::EnterPhp(CRegion* region)
     return 0;
 }
 
-int CPhpSyntaxParser::AddPhp(CRegion* region)
+int CPhpSyntaxParser::Keep(CRegion* region)
 {
-    if (region->definition == m_defs->Php.TagDefs[2])
-        m_inPhp = 0;
-    if (m_keeping) {
-        if (m_kept.Add(*region))
-            return 0;
+    if (!m_kept.Add(*region)) {
         ParseKept();
+        DispatchRegion(region);
     }
-    DispatchRegion(region);
     return 0;
 }
 

@@ -64,7 +64,8 @@ public:
 private:
     // Called for few regions each, and kept out of the way of the many.
     [[gnu::noinline]] int EnterPhp(SyntaxParser::CRegion* region);
-    [[gnu::noinline]] int AddPhp(SyntaxParser::CRegion* region);
+    [[gnu::noinline]] int Keep(SyntaxParser::CRegion* region);
+    [[gnu::noinline]] void DispatchRegion(SyntaxParser::CRegion* region);
     [[gnu::noinline]] void Offer(SyntaxParser::CRegion* region);
     [[gnu::noinline]] void ParseKept();
     [[gnu::noinline]] void DispatchToNone(SyntaxParser::CRegion* region);
@@ -72,7 +73,6 @@ private:
 
     bool ConcernsOnlyLast(const SyntaxParser::CRegion& region) const;
     bool NeedsStatements() const;
-    void DispatchRegion(SyntaxParser::CRegion* region);
     template <class TParser> TParser* AddParser();
 
     std::vector<CStatementParser*> m_parsers; ///< owned, in the order in which they are offered a region

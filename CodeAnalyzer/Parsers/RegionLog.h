@@ -6,7 +6,6 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
-#include <limits>
 #include <memory>
 #include <vector>
 
@@ -20,13 +19,17 @@ public:
     /// False when the region cannot be kept: there are too many, or its source tells no text.
     bool Add(const SyntaxParser::CRegion& region)
     {
-        constexpr auto most = std::numeric_limits<std::uint32_t>::max();
-        if (!region.text.data() || region.text.size() > most || region.start.x > most ||
-            region.start.y > most || (m_inBlock == BlockSize && !NextBlock()))
+        const auto x = static_cast<std::uint64_t>(region.start.x);
+        const auto y = static_cast<std::uint64_t>(region.start.y);
+        const bool fits = (x | y | region.text.size()) >> 32 == 0;
+        if (!fits || !region.text.data() || (m_next == m_blockEnd && !NextBlock()))
             return false;
-        (*m_blocks[m_block])[m_inBlock++] = {
-            region.definition, region.text.data(), static_cast<std::uint32_t>(region.text.size()),
-            static_cast<std::uint32_t>(region.start.x), static_cast<std::uint32_t>(region.start.y)};
+        m_next->definition = region.definition;
+        m_next->text = region.text.data();
+        m_next->size = static_cast<std::uint32_t>(region.text.size());
+        m_next->column = static_cast<std::uint32_t>(x);
+        m_next->line = static_cast<std::uint32_t>(y);
+        ++m_next;
         return true;
     }
 
@@ -37,7 +40,8 @@ public:
             return;
         SyntaxParser::CRegion region;
         for (std::size_t block = 0; block <= m_block; ++block) {
-            const std::size_t count = block < m_block ? BlockSize : m_inBlock;
+            const auto left = static_cast<std::size_t>(m_blockEnd - m_next);
+            const std::size_t count = block < m_block ? BlockSize : BlockSize - left;
             for (std::size_t i = 0; i < count; ++i) {
                 const SRegion& kept = (*m_blocks[block])[i];
                 region.definition = kept.definition;
@@ -54,7 +58,8 @@ public:
         if (m_blocks.size() > UsualBlocks) // a large document must not hold its memory for ever
             m_blocks.resize(UsualBlocks);
         m_block = 0;
-        m_inBlock = m_blocks.empty() ? BlockSize : 0;
+        m_next = m_blocks.empty() ? nullptr : m_blocks[0]->data();
+        m_blockEnd = m_next ? m_next + BlockSize : nullptr;
     }
 
 private:
@@ -80,7 +85,8 @@ private:
         if (next == m_blocks.size())
             m_blocks.emplace_back(new TBlock);
         m_block = next;
-        m_inBlock = 0;
+        m_next = m_blocks[next]->data();
+        m_blockEnd = m_next + BlockSize;
         return true;
     }
 
@@ -97,7 +103,8 @@ private:
 
     std::vector<std::unique_ptr<TBlock>> m_blocks;
     std::size_t m_block = 0;
-    std::size_t m_inBlock = BlockSize; ///< used of the last block in use
+    SRegion* m_next = nullptr; ///< in the last block in use
+    SRegion* m_blockEnd = nullptr;
 };
 
 } // namespace Kesh::CodeAnalyzer
