@@ -93,12 +93,13 @@ public:
     {
         std::wstring text = L"<?php ";
         for (unsigned left = 1 + m_random() % 4; left > 0; --left) {
-            text += OneOf({L"", L"", L"", L"echo ", L"return ", L"break ", L"if (", L"while (", L"foreach (",
-                           L"for (", L"switch (", L"case ", L"else ", L"function f(", L"static "});
+            text += Likely() ? OneOf({L"", L"", L"echo ", L"return "})
+                             : OneOf({L"break ", L"if (", L"while (", L"foreach (", L"for (", L"switch (",
+                                      L"case ", L"else ", L"function f(", L"static "});
             for (unsigned pairs = m_random() % 8; pairs > 0; --pairs)
                 text += Likely() ? Operand() + Operator() : Likely() ? Operand() : Operator();
             text += Likely() ? L"$z" : L"";
-            text += OneOf({L";", L";\n", L");", L") {", L"}", L":", L"\n", L"]);", L"?>\n<?php "});
+            text += Likely() ? L";\n" : OneOf({L");", L") {", L"}", L":", L"\n", L"]);", L"?>\n<?php "});
         }
         return text;
     }
@@ -130,7 +131,7 @@ private:
                       L";",       L"\n",     L" as ",     L" + = ", L"->{",  L"!",   L"/* */", L"// x\n",
                       L"::class", L"->list", L"->print(", L"<<",    L"?->c("});
     }
-    bool Likely() { return m_random() % 6 != 0; }
+    bool Likely() { return m_random() % 10 != 0; }
     std::wstring OneOf(std::initializer_list<const wchar_t*> pieces)
     {
         const wchar_t* piece = pieces.begin()[m_random() % pieces.size()];
