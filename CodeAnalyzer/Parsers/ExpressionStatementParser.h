@@ -107,7 +107,7 @@ protected:
     void HandleUnexpected(SyntaxParser::CRegion* region);
     /// Notes what it skips, so that a missing `;` can be told from a stray operand.
     bool IsIgnored(SyntaxParser::CRegion* region);
-    [[gnu::noinline]] void DispatchToPlain(SyntaxParser::CRegion* region);
+    [[gnu::noinline]] void DispatchToPlain(SyntaxParser::CRegion* region); // blanks need not come so far
     void DispatchToState(SyntaxParser::CRegion* region);
     void HandleRegion(SyntaxParser::CRegion* region);
     void ParseKept();

@@ -27,8 +27,8 @@ enum EStepKind : std::uint8_t {
     CastOrOperand,
     SkipElement, ///< a `,` before which nothing stands
     End,
-    EndOrRefuse,  ///< the first, if the parser says so and no bracket is open
-    EndOrOperand, ///< the same
+    EndOrRefuse, ///< the end, if the parser says so and no bracket is open; else the other
+    EndOrOperand,
     EndOrElement,
     EndOrKeyArrow
 };

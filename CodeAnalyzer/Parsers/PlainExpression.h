@@ -99,7 +99,7 @@ private:
     };
     static constexpr std::size_t MostBrackets = 32;
     static constexpr std::size_t LeastKept = 64;
-    static constexpr std::size_t MostKept = 65536; ///< what is longer is left to the states
+    static constexpr std::size_t MostKept = 16384; ///< what is longer is left to the states
 
     void NoteBlanks(const SyntaxParser::CRegion& region)
     {

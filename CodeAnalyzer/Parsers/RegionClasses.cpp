@@ -64,8 +64,7 @@ ERegionClass ClassOfPlain(std::wstring_view text)
     return std::all_of(text.begin() + 1, text.end(), isBlank) ? Blank : Other;
 }
 
-// Compares in ASCII: no other character lowers to a letter of these words but one to that of "break", which
-// no source of ours takes for a keyword.
+// In ASCII. A Kelvin sign lowers to the "k" of "break", too: that one is left to the states.
 template <std::size_t Size> bool Is(std::wstring_view text, const wchar_t (&word)[Size])
 {
     bool equal = text.size() == Size - 1;
