@@ -1,5 +1,6 @@
 #include "Parsers/PhpSyntaxParser.h"
 
+#include "Base/CommonString.h"
 #include "Components/CAErrorsReceiver.h"
 #include "Components/CAGrammarCheck.h"
 #include "Grammar/PhpGrammarChecker.h"
@@ -24,6 +25,7 @@
 
 namespace Kesh::CodeAnalyzer {
 
+using Base::CCommonString;
 using SyntaxParser::CIterator;
 using SyntaxParser::CRegion;
 using SyntaxParser::IParser;
@@ -77,25 +79,25 @@ void CPhpSyntaxParser::InitParser(boost::shared_ptr<IParser> parser, boost::shar
     parser->AddStateRegionHandler(this);
 
     // The first that claims a region wins, so the expression parser, which claims nearly anything, is last.
-    AddParser<CCompoundStatementParser>();
-    auto* ifElse = AddParser<CIfElseParser>();
-    const auto* switches = AddParser<CSwitchParser>();
-    AddParser<CFunctionStatementParser>();
-    AddParser<CForeachParser>();
-    auto* whiles = AddParser<CWhileParser>();
-    AddParser<CForParser>();
-    AddParser<CClassParser>();
-    AddParser<CGlobalExpressionParser>();
-    AddParser<CStaticExpressionParser>();
-    AddParser<CConstExpressionParser>();
-    AddParser<CTryCatchParser>();
-    AddParser<CNamespaceParser>();
-    AddParser<CExpressionStatementParser>();
+    AddParser<CCompoundStatementParser>("");
+    auto* ifElse = AddParser<CIfElseParser>("ie");
+    const auto* switches = AddParser<CSwitchParser>("sc");
+    AddParser<CFunctionStatementParser>("");
+    AddParser<CForeachParser>("fe");
+    auto* whiles = AddParser<CWhileParser>("wd");
+    AddParser<CForParser>("f");
+    AddParser<CClassParser>("t");
+    AddParser<CGlobalExpressionParser>("g");
+    AddParser<CStaticExpressionParser>("sp");
+    AddParser<CConstExpressionParser>("c");
+    AddParser<CTryCatchParser>("tc");
+    AddParser<CNamespaceParser>("nu");
+    AddParser<CExpressionStatementParser>("abcdefghijklmnopqrstuvwxyz");
     ifElse->SetSwitches(switches);
     whiles->SetSwitches(switches);
 }
 
-template <class TParser> TParser* CPhpSyntaxParser::AddParser()
+template <class TParser> TParser* CPhpSyntaxParser::AddParser(std::string_view letters)
 {
     auto* parser = new TParser(m_defs, m_reader, this);
     m_parsers.push_back(parser);
@@ -103,6 +105,8 @@ template <class TParser> TParser* CPhpSyntaxParser::AddParser()
     if (!std::is_same_v<decltype(&TParser::HandleBracketRegion),
                         decltype(&CStatementParser::HandleBracketRegion)>)
         m_bracketParsers.push_back(parser);
+    for (const char letter : letters)
+        m_wordParsers[static_cast<std::size_t>(letter - 'a')].push_back(parser);
     return parser;
 }
 
@@ -243,27 +247,32 @@ void CPhpSyntaxParser::DispatchBracketRegion(CRegion* region)
         parser->HandleBracketRegion(region);
 }
 
-// Whether the region means something to the expression parser at most, which is the last.
-bool CPhpSyntaxParser::ConcernsOnlyLast(const CRegion& region) const
+std::span<CStatementParser* const> CPhpSyntaxParser::ParsersFor(const CRegion& region) const
 {
     switch (m_classes->Of(region)) {
     case ERegionClass::Blank:
-    case ERegionClass::Variable:
+    case ERegionClass::Variable: return std::span(m_parsers).last(1);
     case ERegionClass::ArrayWord:
+    case ERegionClass::BreakWord:
     case ERegionClass::EchoWord:
+    case ERegionClass::OtherKeyword:
     case ERegionClass::ReturnWord:
-    case ERegionClass::BreakWord: return true;
-    default: return false;
+    case ERegionClass::Word: {
+        const wchar_t letter = CCommonString::AsciiLower(region.text.front());
+        if (letter >= L'a' && letter <= L'z')
+            return m_wordParsers[static_cast<std::size_t>(letter - L'a')];
+        return m_parsers;
+    }
+    default: return m_parsers;
     }
 }
 
 void CPhpSyntaxParser::Offer(CRegion* region)
 {
     m_taken = true;
-    const auto first = ConcernsOnlyLast(*region) ? m_parsers.end() - 1 : m_parsers.begin();
-    for (auto parser = first; parser != m_parsers.end(); ++parser) {
-        if ((*parser)->StatementStartRegion(region)) {
-            m_active = *parser;
+    for (CStatementParser* parser : ParsersFor(*region)) {
+        if (parser->StatementStartRegion(region)) {
+            m_active = parser;
             return;
         }
     }

@@ -7,9 +7,12 @@
 #include "Parsers/RegionClasses.h"
 #include "Parsers/RegionLog.h"
 
+#include <array>
 #include <boost/shared_ptr.hpp>
 #include <memory>
+#include <span>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace Kesh::CodeAnalyzer {
@@ -71,12 +74,15 @@ private:
     [[gnu::noinline]] void DispatchToNone(SyntaxParser::CRegion* region);
     [[gnu::noinline]] void DispatchBracketRegion(SyntaxParser::CRegion* region);
 
-    bool ConcernsOnlyLast(const SyntaxParser::CRegion& region) const;
+    /// Those to which the region may mean something where a statement may begin.
+    std::span<CStatementParser* const> ParsersFor(const SyntaxParser::CRegion& region) const;
     bool NeedsStatements() const;
-    template <class TParser> TParser* AddParser();
+    /// `letters`: what the words begin with that may mean something to the parser.
+    template <class TParser> TParser* AddParser(std::string_view letters);
 
     std::vector<CStatementParser*> m_parsers; ///< owned, in the order in which they are offered a region
-    std::vector<CStatementParser*> m_bracketParsers; ///< those that look at every bracket
+    std::array<std::vector<CStatementParser*>, 26> m_wordParsers; ///< by the first letter of a word
+    std::vector<CStatementParser*> m_bracketParsers;              ///< those that look at every bracket
     CStatementParser* m_active = nullptr;
     SyntaxParser::CDefRegions* m_defs;
     std::shared_ptr<const CRegionClasses> m_classes;
