@@ -1,5 +1,5 @@
 // Any bytes as a PHP document: its regions are its text, its errors lie in it, and neither another text that
-// was checked before nor the reader changes anything.
+// was checked before nor the reader changes anything, nor whether the regions tell their texts.
 
 #include "Components/CAErrorsManager.h"
 #include "Parsers/PhpSyntaxParser.h"
@@ -67,18 +67,27 @@ public:
         records.insert(records.end(), errors.begin(), errors.end());
         CPhpSyntaxParser::AddErrors(errors);
     }
+    int AddRegion(SyntaxParser::CRegion* region) override
+    {
+        SyntaxParser::CRegion told = *region;
+        if (!tellsTexts)
+            told.text = {};
+        return CPhpSyntaxParser::AddRegion(&told);
+    }
     std::vector<SCAError> records;
+    bool tellsTexts = true;
 };
 
 /// A document with its checker, over a reader of either kind.
 template <class TReader> class CChecked
 {
 public:
-    CChecked()
+    explicit CChecked(bool tellsTexts = true)
         : m_reader(boost::make_shared<TReader>(std::wstring())),
           m_document(SyntaxParser::MakeSPDocument(m_reader, {L"/fuzz.php", L"PHPSPDocFactory"})),
           m_driver(m_document->GetDefRegions(), &s_manager)
     {
+        m_driver.tellsTexts = tellsTexts;
         m_driver.InitParser(m_document);
         boost::dynamic_pointer_cast<SyntaxParser::IParser>(m_document->GetComponent(L"IParser").lock())
             ->AddStateRegionHandler(&m_regions);
@@ -124,5 +133,6 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     document.Check(earlier);
     RequireSame(document.Check(text), records);
     RequireSame(CChecked<SyntaxParser::CTextReader>().Check(text), records);
+    RequireSame(CChecked<SyntaxParser::CTextReader>(false).Check(text), records);
     return 0;
 }

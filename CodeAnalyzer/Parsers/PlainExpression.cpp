@@ -9,7 +9,6 @@ namespace Kesh::CodeAnalyzer {
 
 using SyntaxParser::CRegion;
 using enum ERegionClass;
-using enum CPlainExpression::EPlace;
 
 namespace {
 
@@ -176,7 +175,7 @@ inline CPlainExpression::EStep CPlainExpression::Go(int place, const CRegion& re
                       static_cast<std::uint64_t>(region.end.x | region.end.y) >> 32 == 0;
     if (!fits || (m_count == m_room.size() && !MakeRoom()))
         return EStep::Refused;
-    m_place = static_cast<EPlace>(place);
+    m_place = static_cast<EPlainPlace>(place);
     SKept& kept = m_room[m_count++]; // member by member: no copy is made
     kept.definition = region.definition;
     kept.text = region.text.data();

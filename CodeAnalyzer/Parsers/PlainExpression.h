@@ -12,6 +12,30 @@ namespace Kesh::CodeAnalyzer {
 
 class CExpressionStatementParser;
 
+/// What the region just taken lets follow.
+enum EPlainPlace : std::uint8_t {
+    AtStart,
+    AtOperand,      ///< an operand
+    AtElement,      ///< an element of a list, or its end
+    AtArgument,     ///< the first argument of a call, or its end
+    AtGroup,        ///< an operand, or the type of a cast
+    AtCastEnd,      ///< the `)` of a cast
+    AfterOperator,  ///< an operand, or the `=` that completes the operator
+    AfterEcho,      ///< what is echoed
+    AfterReturn,    ///< an operand, or the end
+    AfterBreak,     ///< the end
+    AfterOperand,   ///< an operator
+    AfterChain,     ///< the same, or whatever continues the operand
+    AfterWord,      ///< the same after a word
+    AfterStartWord, ///< the same after a word that began the statement
+    AfterNumber,    ///< the same after a number
+    AtCall,         ///< the `(` of a call
+    AtArrayCall,    ///< the `(` of an array
+    AtMember,       ///< the name of a member
+    InString,       ///< the end of the string
+    PlaceCount
+};
+
 /// Follows an expression that has nothing to be said of: operands and operators in turn, brackets in pairs.
 /// Most are such, and it costs far less than the states of the expression parser. It keeps what it has taken:
 /// once a region is not plain, the states parse the expression from its beginning, so that they alone decide
@@ -20,30 +44,6 @@ class CPlainExpression
 {
 public:
     enum class EStep { Taken, Ended, Refused };
-    /// What the region just taken lets follow.
-    enum EPlace : std::uint8_t {
-        AtStart,
-        AtOperand,      ///< an operand
-        AtElement,      ///< an element of a list, or its end
-        AtArgument,     ///< the first argument of a call, or its end
-        AtGroup,        ///< an operand, or the type of a cast
-        AtCastEnd,      ///< the `)` of a cast
-        AfterOperator,  ///< an operand, or the `=` that completes the operator
-        AfterEcho,      ///< what is echoed
-        AfterReturn,    ///< an operand, or the end
-        AfterBreak,     ///< the end
-        AfterOperand,   ///< an operator
-        AfterChain,     ///< the same, or whatever continues the operand
-        AfterWord,      ///< the same after a word
-        AfterStartWord, ///< the same after a word that began the statement
-        AfterNumber,    ///< the same after a number
-        AtCall,         ///< the `(` of a call
-        AtArrayCall,    ///< the `(` of an array
-        AtMember,       ///< the name of a member
-        InString,       ///< the end of the string
-        PlaceCount
-    };
-
     /// What stands between two regions that carry code.
     struct SGap
     {
@@ -127,7 +127,7 @@ private:
     std::size_t m_count = 0; ///< of those that are kept
     std::array<SPlainBracket, MostBrackets> m_brackets;
     std::size_t m_depth = 0;
-    EPlace m_place = AtStart;
+    EPlainPlace m_place = AtStart;
     bool m_open = false;
     bool m_commaAllowed = false;
     bool m_keyArrowSeen = false;
