@@ -21,6 +21,7 @@
 #include "Parsers/TryCatchParser.h"
 #include "Parsers/WhileParser.h"
 
+#include <bit>
 #include <type_traits>
 
 namespace Kesh::CodeAnalyzer {
@@ -106,7 +107,7 @@ template <class TParser> TParser* CPhpSyntaxParser::AddParser(std::string_view l
                         decltype(&CStatementParser::HandleBracketRegion)>)
         m_bracketParsers.push_back(parser);
     for (const char letter : letters)
-        m_wordParsers[static_cast<std::size_t>(letter - 'a')].push_back(parser);
+        m_byLetter[static_cast<std::size_t>(letter - 'a')] |= 1U << (m_parsers.size() - 1);
     return parser;
 }
 
@@ -247,11 +248,15 @@ void CPhpSyntaxParser::DispatchBracketRegion(CRegion* region)
         parser->HandleBracketRegion(region);
 }
 
-std::span<CStatementParser* const> CPhpSyntaxParser::ParsersFor(const CRegion& region) const
+// Most regions mean something to few parsers where a statement may begin: blanks and variables to the last
+// alone, a word to those that know one with its first letter.
+std::uint32_t CPhpSyntaxParser::ParsersFor(const CRegion& region) const
 {
+    const std::uint32_t last = 1U << (m_parsers.size() - 1);
+    const std::uint32_t all = 2 * last - 1;
     switch (m_classes->Of(region)) {
     case ERegionClass::Blank:
-    case ERegionClass::Variable: return std::span(m_parsers).last(1);
+    case ERegionClass::Variable: return last;
     case ERegionClass::ArrayWord:
     case ERegionClass::BreakWord:
     case ERegionClass::EchoWord:
@@ -259,18 +264,17 @@ std::span<CStatementParser* const> CPhpSyntaxParser::ParsersFor(const CRegion& r
     case ERegionClass::ReturnWord:
     case ERegionClass::Word: {
         const wchar_t letter = CCommonString::AsciiLower(region.text.front());
-        if (letter >= L'a' && letter <= L'z')
-            return m_wordParsers[static_cast<std::size_t>(letter - L'a')];
-        return m_parsers;
+        return letter >= L'a' && letter <= L'z' ? m_byLetter[static_cast<std::size_t>(letter - L'a')] : all;
     }
-    default: return m_parsers;
+    default: return all;
     }
 }
 
 void CPhpSyntaxParser::Offer(CRegion* region)
 {
     m_taken = true;
-    for (CStatementParser* parser : ParsersFor(*region)) {
+    for (std::uint32_t left = ParsersFor(*region); left != 0; left &= left - 1) {
+        CStatementParser* const parser = m_parsers[static_cast<std::size_t>(std::countr_zero(left))];
         if (parser->StatementStartRegion(region)) {
             m_active = parser;
             return;

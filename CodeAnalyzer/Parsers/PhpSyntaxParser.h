@@ -9,8 +9,8 @@
 
 #include <array>
 #include <boost/shared_ptr.hpp>
+#include <cstdint>
 #include <memory>
-#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -74,15 +74,15 @@ private:
     [[gnu::noinline]] void DispatchToNone(SyntaxParser::CRegion* region);
     [[gnu::noinline]] void DispatchBracketRegion(SyntaxParser::CRegion* region);
 
-    /// Those to which the region may mean something where a statement may begin.
-    std::span<CStatementParser* const> ParsersFor(const SyntaxParser::CRegion& region) const;
+    std::uint32_t ParsersFor(const SyntaxParser::CRegion& region) const;
     bool NeedsStatements() const;
     /// `letters`: what the words begin with that may mean something to the parser.
     template <class TParser> TParser* AddParser(std::string_view letters);
 
     std::vector<CStatementParser*> m_parsers; ///< owned, in the order in which they are offered a region
-    std::array<std::vector<CStatementParser*>, 26> m_wordParsers; ///< by the first letter of a word
-    std::vector<CStatementParser*> m_bracketParsers;              ///< those that look at every bracket
+    /// Sets of parsers, one bit for each: those that may know a word with this first letter.
+    std::array<std::uint32_t, 26> m_byLetter{};
+    std::vector<CStatementParser*> m_bracketParsers; ///< those that look at every bracket
     CStatementParser* m_active = nullptr;
     SyntaxParser::CDefRegions* m_defs;
     std::shared_ptr<const CRegionClasses> m_classes;

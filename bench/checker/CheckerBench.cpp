@@ -93,21 +93,23 @@ void RegionSource(benchmark::State& state)
     SetSpeed(state);
 }
 
-// From the bytes of a file to its list of errors, with a document and a parser of its own for each.
+// From the bytes of a file to its list of errors, with one document and one parser for all, as a folder is
+// checked.
 void CheckAll(benchmark::State& state, bool withGrammar)
 {
     CodeAnalyzer::CCAErrorsManager errors;
     CodeAnalyzer::CCAGrammarCheck wanted;
     wanted.SetEnabled(withGrammar);
+    const auto reader = boost::make_shared<SyntaxParser::CTextReader>(std::wstring());
+    const auto document = SyntaxParser::MakeSPDocument(reader, {L"/checked.php", L"PHPSPDocFactory"});
+    CodeAnalyzer::CPhpSyntaxParser parser(document->GetDefRegions(), &errors);
+    parser.SteFileName(L"/checked.php");
+    parser.InitParser(document);
+    if (withGrammar)
+        parser.FollowGrammar(*document, &wanted);
     for (auto _ : state) {
         for (const std::string& file : Corpus().files) {
-            auto reader = boost::make_shared<SyntaxParser::CTextReader>(SyntaxParser::DecodeSource(file));
-            const auto document = SyntaxParser::MakeSPDocument(reader, {L"/checked.php", L"PHPSPDocFactory"});
-            CodeAnalyzer::CPhpSyntaxParser parser(document->GetDefRegions(), &errors);
-            parser.SteFileName(L"/checked.php");
-            parser.InitParser(document);
-            if (withGrammar)
-                parser.FollowGrammar(*document, &wanted);
+            reader->Decode(file);
             document->Parse(true);
         }
     }
@@ -123,12 +125,13 @@ void FullCheck(benchmark::State& state)
 // own parse.
 void GrammarCheck(benchmark::State& state)
 {
+    const auto reader = boost::make_shared<SyntaxParser::CTextReader>(std::wstring());
+    const auto document = SyntaxParser::MakeSPDocument(reader, {L"/checked.php", L"PHPSPDocFactory"});
     CodeAnalyzer::CPhpGrammarChecker grammar;
+    grammar.Follow(*document);
     for (auto _ : state) {
         for (const std::string& file : Corpus().files) {
-            auto reader = boost::make_shared<SyntaxParser::CTextReader>(SyntaxParser::DecodeSource(file));
-            const auto document = SyntaxParser::MakeSPDocument(reader, {L"/checked.php", L"PHPSPDocFactory"});
-            grammar.Follow(*document);
+            reader->Decode(file);
             grammar.Expect(true, 0);
             document->Parse(true);
         }
