@@ -160,4 +160,29 @@ TEST(Plain, ReportsWhatTheStatesReport)
     EXPECT_LT(clean, Rounds * 9 / 10) << "too few of them are wrong";
 }
 
+// What is too long or too deep to be kept goes to the states half-way.
+TEST(Plain, LongAndDeepOnesToo)
+{
+    const auto repeat = [](const std::wstring& piece, int times) {
+        std::wstring text;
+        for (int i = 0; i < times; ++i)
+            text += piece;
+        return text;
+    };
+    const std::wstring elements = repeat(L"'k' => [$a, 2],\n", 3000);
+    const std::pair<std::wstring, std::string> cases[] = {
+        {L"$a = [" + elements + L"];", ""},
+        {L"$a = [" + elements + L"$b $c];", "101 3000:3-3000:5 "},
+        {L"if (f([" + elements + L"])) { g(); }\n$d = 1 $e;", "101 3001:7-3001:9 "},
+        {L"$a = [" + elements + L"]\n$b = 1;", "102 3001:0-3001:2 "},
+        {L"$a = " + repeat(L"(", 40) + L"1" + repeat(L")", 40) + L";", ""},
+        {L"$a = " + repeat(L"[", 40) + L"1" + repeat(L"]", 39) + L";", "101 0:91-0:92 "},
+    };
+    for (const auto& [text, expected] : cases) {
+        const CBothWays both(L"<?php " + text);
+        EXPECT_EQ(both.told, expected) << QString::fromStdWString(text.substr(0, 60)).toStdString();
+        EXPECT_EQ(both.asking, expected);
+    }
+}
+
 } // namespace Kesh::CodeAnalyzer
