@@ -96,18 +96,24 @@ void CExpressionStatementParser::BeforeParse(const STextChange& /*change*/)
 // The texts of the regions go with the pass.
 void CExpressionStatementParser::AfterParse()
 {
-    GetSubExpressions();
+    RecordOperations();
 }
 
 const std::vector<SSubExpr>& CExpressionStatementParser::GetSubExpressions()
 {
-    const bool hasEnded = !m_plain.IsOpen();
-    if (!m_plain.Kept().empty()) {
-        ParseKept();
-        if (hasEnded)
-            FinishExpression();
-    }
+    RecordOperations();
     return m_data.subExpressions;
+}
+
+// Of a plain expression nothing has been recorded yet.
+void CExpressionStatementParser::RecordOperations()
+{
+    if (m_plain.Kept().empty())
+        return;
+    const bool hasEnded = !m_plain.IsOpen();
+    ParseKept();
+    if (hasEnded)
+        FinishExpression();
 }
 
 void CExpressionStatementParser::Reset(CRegion* region)
@@ -223,7 +229,7 @@ void CExpressionStatementParser::ParseKept()
     bool isFirst = true;
     for (const CPlainExpression::SKept& kept : m_plain.Kept()) {
         NoteGap(kept.before);
-        CRegion region = kept.Region();
+        CRegion region = kept.region.Get();
         if (std::exchange(isFirst, false))
             StartInStates(&region);
         else

@@ -111,6 +111,7 @@ protected:
     void DispatchToState(SyntaxParser::CRegion* region);
     void HandleRegion(SyntaxParser::CRegion* region);
     void ParseKept();
+    void RecordOperations();
     void NoteGap(CPlainExpression::SGap gap);
     void FinishExpression();
     void NoteRegion(SyntaxParser::CRegion* region);

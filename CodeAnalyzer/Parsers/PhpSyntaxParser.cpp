@@ -248,12 +248,14 @@ void CPhpSyntaxParser::DispatchBracketRegion(CRegion* region)
         parser->HandleBracketRegion(region);
 }
 
-// Most regions mean something to few parsers where a statement may begin: blanks and variables to the last
-// alone, a word to those that know one with its first letter.
+// Most regions mean something to few parsers where a statement may begin: blanks, operators and variables to
+// the last alone, a word to those that know one with its first letter.
 std::uint32_t CPhpSyntaxParser::ParsersFor(const CRegion& region) const
 {
     const std::uint32_t last = 1U << (m_parsers.size() - 1);
     const std::uint32_t all = 2 * last - 1;
+    if (region.definition == m_defs->Php.TokenDefs[1])
+        return last;
     switch (m_classes->Of(region)) {
     case ERegionClass::Blank:
     case ERegionClass::Variable: return last;

@@ -170,18 +170,11 @@ bool CPlainExpression::MakeRoom()
 
 inline CPlainExpression::EStep CPlainExpression::Go(int place, const CRegion& region)
 {
-    const auto size = static_cast<std::int64_t>(region.text.size());
-    const bool fits = region.end.y == region.start.y && region.end.x - region.start.x == size &&
-                      static_cast<std::uint64_t>(region.end.x | region.end.y) >> 32 == 0;
-    if (!fits || (m_count == m_room.size() && !MakeRoom()))
+    if (!SKeptRegion::Fits(region) || (m_count == m_room.size() && !MakeRoom()))
         return EStep::Refused;
     m_place = static_cast<EPlainPlace>(place);
-    SKept& kept = m_room[m_count++]; // member by member: no copy is made
-    kept.definition = region.definition;
-    kept.text = region.text.data();
-    kept.size = static_cast<std::uint32_t>(size);
-    kept.column = static_cast<std::uint32_t>(region.start.x);
-    kept.line = static_cast<std::uint32_t>(region.start.y);
+    SKept& kept = m_room[m_count++];
+    kept.region.Set(region);
     kept.before = m_gap;
     m_gap = {};
     return EStep::Taken;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Parsers/ExpressionData.h"
+#include "Parsers/KeptRegion.h"
 #include "Parsers/RegionClasses.h"
 
 #include <array>
@@ -50,21 +51,10 @@ public:
         bool blanks = false;
         bool lineBreak = false;
     };
-    /// A region in half the space; none that is kept holds a line break.
     struct SKept
     {
-        SyntaxParser::ISynRegion* definition;
-        const wchar_t* text;
-        std::uint32_t size;
-        std::uint32_t column;
-        std::uint32_t line;
+        SKeptRegion region;
         SGap before;
-
-        SyntaxParser::CRegion Region() const
-        {
-            const std::int64_t end = std::int64_t{column} + size;
-            return {{column, line}, {end, line}, definition, {text, size}};
-        }
     };
 
     /// `parser` is asked where the expression ends; it and the classes are not owned.

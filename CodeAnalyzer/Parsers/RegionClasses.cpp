@@ -2,7 +2,6 @@
 
 #include "Base/CommonString.h"
 
-#include <algorithm>
 #include <cstring>
 
 namespace Kesh::CodeAnalyzer {
@@ -54,14 +53,6 @@ ERegionClass ClassOfSigns(std::wstring_view text)
         if (text[0] == signs.text[0] && text == signs.text)
             return signs.kind;
     return Other;
-}
-
-ERegionClass ClassOfPlain(std::wstring_view text)
-{
-    const auto isBlank = [](wchar_t c) { return c == L' ' || c == L'\t' || c == L'\n'; };
-    if (!isBlank(text[0]))
-        return ClassOfSigns(text);
-    return std::all_of(text.begin() + 1, text.end(), isBlank) ? Blank : Other;
 }
 
 // In ASCII. A Kelvin sign lowers to the "k" of "break", too: that one is left to the states.
@@ -128,7 +119,7 @@ ERegionClass ClassOfArgumentWord(std::wstring_view text)
 
 constinit const std::array<TSigns, 2> CRegionClasses::SignsOf{PlainSigns, Brackets};
 
-CRegionClasses::CRegionClasses(const SPhpRegionDefs& defs) : m_plain(defs.TokenDefs[1]), m_defs(defs)
+CRegionClasses::CRegionClasses(const SPhpRegionDefs& defs) : m_defs(defs)
 {
     const auto fixed = [this](const ISynRegion* definition, ERegionClass kind) {
         Add(definition, ERule::Fixed, kind);
@@ -180,7 +171,7 @@ ERegionClass CRegionClasses::FromText(ERule rule, const CRegion& region)
     if (text.empty())
         return Other;
     if (rule == ERule::Plain)
-        return ClassOfPlain(text);
+        return IsBlank(text) ? Blank : ClassOfSigns(text);
     if (text.size() != CCommonString::Trim(text).size())
         return Other;
     switch (rule) {

@@ -6,6 +6,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <memory>
+#include <string_view>
 
 namespace Kesh::CodeAnalyzer {
 
@@ -61,15 +62,18 @@ public:
         const SSlot& slot = Find(definition);
         return slot.rule == ERule::Fixed && slot.fixed == ERegionClass::Blank;
     }
-    /// Whether the region is nothing but white space, as many are.
-    bool IsWhiteSpace(const SyntaxParser::CRegion& region) const
+    /// Whether the text is nothing but what is white space to the parsers.
+    static bool IsBlank(std::wstring_view text)
     {
-        if (region.definition != m_plain || region.text.empty())
-            return false;
-        for (const wchar_t c : region.text)
+        for (const wchar_t c : text) // mostly one or a few
             if (c != L' ' && c != L'\t' && c != L'\n')
                 return false;
         return true;
+    }
+    /// Whether the region is white space, as many are.
+    bool IsWhiteSpace(const SyntaxParser::CRegion& region) const
+    {
+        return region.definition == m_defs.TokenDefs[1] && !region.text.empty() && IsBlank(region.text);
     }
     [[gnu::always_inline]] ERegionClass Of(const SyntaxParser::CRegion& region) const
     {
@@ -114,7 +118,6 @@ private:
     static ERegionClass FromText(ERule rule, const SyntaxParser::CRegion& region);
 
     std::array<SSlot, Slots> m_slots;
-    const SyntaxParser::ISynRegion* m_plain;
     const SyntaxParser::SPhpRegionDefs m_defs;
 };
 

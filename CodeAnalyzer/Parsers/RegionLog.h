@@ -1,11 +1,9 @@
 #pragma once
 
-#include "Kesh/SyntaxParser/Regions.h"
+#include "Parsers/KeptRegion.h"
 
-#include <algorithm>
 #include <array>
 #include <cstddef>
-#include <cstdint>
 #include <memory>
 #include <vector>
 
@@ -19,16 +17,9 @@ public:
     /// False when the region cannot be kept: there are too many, or its source tells no text.
     bool Add(const SyntaxParser::CRegion& region)
     {
-        const auto x = static_cast<std::uint64_t>(region.start.x);
-        const auto y = static_cast<std::uint64_t>(region.start.y);
-        const bool fits = (x | y | region.text.size()) >> 32 == 0;
-        if (!fits || !region.text.data() || (m_next == m_blockEnd && !NextBlock()))
+        if (!SKeptRegion::Fits(region) || (m_next == m_blockEnd && !NextBlock()))
             return false;
-        m_next->definition = region.definition;
-        m_next->text = region.text.data();
-        m_next->size = static_cast<std::uint32_t>(region.text.size());
-        m_next->column = static_cast<std::uint32_t>(x);
-        m_next->line = static_cast<std::uint32_t>(y);
+        m_next->Set(region);
         ++m_next;
         return true;
     }
@@ -38,16 +29,11 @@ public:
     {
         if (m_blocks.empty())
             return;
-        SyntaxParser::CRegion region;
         for (std::size_t block = 0; block <= m_block; ++block) {
             const auto left = static_cast<std::size_t>(m_blockEnd - m_next);
             const std::size_t count = block < m_block ? BlockSize : BlockSize - left;
             for (std::size_t i = 0; i < count; ++i) {
-                const SRegion& kept = (*m_blocks[block])[i];
-                region.definition = kept.definition;
-                region.text = {kept.text, kept.size};
-                region.start = {kept.column, kept.line};
-                region.end = EndOf(kept);
+                SyntaxParser::CRegion region = (*m_blocks[block])[i].Get();
                 take(&region);
             }
         }
@@ -67,15 +53,7 @@ private:
     static constexpr std::size_t UsualBlocks = 64;
     static constexpr std::size_t MostBlocks = 1024;
 
-    struct SRegion
-    {
-        SyntaxParser::ISynRegion* definition;
-        const wchar_t* text;
-        std::uint32_t size;
-        std::uint32_t column;
-        std::uint32_t line;
-    };
-    using TBlock = std::array<SRegion, BlockSize>;
+    using TBlock = std::array<SKeptRegion, BlockSize>;
 
     bool NextBlock()
     {
@@ -90,21 +68,10 @@ private:
         return true;
     }
 
-    static SyntaxParser::CIterator EndOf(const SRegion& kept)
-    {
-        SyntaxParser::CIterator end{static_cast<std::int64_t>(kept.column) + kept.size, kept.line};
-        const wchar_t* const last = kept.text + kept.size;
-        for (const wchar_t* p = kept.text; (p = std::find(p, last, L'\n')) != last;) {
-            ++p;
-            end = {last - p, end.y + 1};
-        }
-        return end;
-    }
-
     std::vector<std::unique_ptr<TBlock>> m_blocks;
     std::size_t m_block = 0;
-    SRegion* m_next = nullptr; ///< in the last block in use
-    SRegion* m_blockEnd = nullptr;
+    SKeptRegion* m_next = nullptr; ///< in the last block in use
+    SKeptRegion* m_blockEnd = nullptr;
 };
 
 } // namespace Kesh::CodeAnalyzer

@@ -38,11 +38,6 @@ const TWords& ReservedWords()
     return words;
 }
 
-bool IsBlank(wchar_t c)
-{
-    return c == L'\t' || c == L'\n' || c == L' ';
-}
-
 } // namespace
 
 CStatementParser::CStatementParser(SyntaxParser::CDefRegions* defs, boost::shared_ptr<IReader> reader,
@@ -59,10 +54,8 @@ int CStatementParser::IsNonSignificantRegion(CRegion* region)
 {
     const auto& php = Php();
     const ISynRegion* definition = region->definition;
-    if (definition == php.TokenDefs[1]) {
-        const std::wstring_view view = Text(region);
-        return std::all_of(view.rbegin(), view.rend(), IsBlank);
-    }
+    if (definition == php.TokenDefs[1])
+        return CRegionClasses::IsBlank(Text(region));
     if (definition == php.TokenDefs[19])
         return !BeginsOtherwise(region, L'p') && HasText(region, {L"php", 3}, 1);
     return m_classes->IsComment(definition);
