@@ -84,9 +84,12 @@ TEST(TimerService, StopFromAnotherThreadWaitsForTheRunningHandler)
     Host::CTimerService timers;
     CHandler handler;
     std::promise<void> inside;
+    std::atomic<bool> stopping{false};
     std::atomic<bool> stopped{false};
     handler.m_action = [&] {
         inside.set_value();
+        while (!stopping)
+            std::this_thread::yield();
         std::this_thread::sleep_for(std::chrono::milliseconds(100));
         EXPECT_FALSE(stopped);
         timers.StartTimer(&handler); // must not outlive the stop that waits
@@ -94,6 +97,7 @@ TEST(TimerService, StopFromAnotherThreadWaitsForTheRunningHandler)
     timers.StartTimer(&handler);
     std::thread stopper([&] {
         inside.get_future().wait();
+        stopping = true;
         timers.StopTimer(&handler);
         stopped = true;
         EXPECT_EQ(handler.m_left, 1);
