@@ -1,36 +1,36 @@
 #include "Grammar/BraceIndents.h"
 
+#include <array>
+
 namespace Kesh::CodeAnalyzer {
 
 using K = SyntaxParser::EPhpTokenKind;
 
 namespace {
 
-bool Opens(K kind)
+/// Which sort of bracket a token opens or closes; None: none.
+enum ESort : std::uint8_t { Round, Square, Brace, None };
+
+ESort SortOpened(K kind)
 {
     switch (kind) {
-    case K::OpenRound:
+    case K::OpenRound: return Round;
     case K::OpenSquare:
+    case K::AttributeStart: return Square;
     case K::OpenBrace:
-    case K::AttributeStart:
     case K::CodeBrace:
-    case K::DollarBrace: return true;
-    default: return false;
+    case K::DollarBrace: return Brace;
+    default: return None;
     }
 }
 
-bool Closes(K kind)
+ESort SortClosed(K kind)
 {
-    return kind == K::CloseRound || kind == K::CloseSquare || kind == K::CloseBrace;
-}
-
-K ClosingOf(K opening)
-{
-    switch (opening) {
-    case K::OpenRound: return K::CloseRound;
-    case K::OpenSquare:
-    case K::AttributeStart: return K::CloseSquare;
-    default: return K::CloseBrace;
+    switch (kind) {
+    case K::CloseRound: return Round;
+    case K::CloseSquare: return Square;
+    case K::CloseBrace: return Brace;
+    default: return None;
     }
 }
 
@@ -92,21 +92,27 @@ std::uint32_t IndentOf(const CGrammarTokens& tokens, std::uint32_t token)
 std::vector<std::uint32_t> OpenBrackets(const CGrammarTokens& tokens, std::uint32_t end)
 {
     std::vector<std::uint32_t> open;
+    std::array<std::vector<std::size_t>, 3> places; ///< in `open`, of each sort
+    std::vector<std::size_t> blocks;                ///< likewise, of braces that are no part of a string
     for (std::uint32_t i = 0; i < end; ++i) {
-        const K kind = tokens[i].kind;
-        if (Opens(kind)) {
+        if (const ESort opened = SortOpened(tokens[i].kind); opened != None) {
+            places[opened].push_back(open.size());
+            if (tokens[i].kind == K::OpenBrace)
+                blocks.push_back(open.size());
             open.push_back(i);
-        } else if (Closes(kind)) {
-            // A bracket that closes another kind closes what was left open in between.
-            for (std::size_t at = open.size(); at > 0; --at) {
-                if (ClosingOf(tokens[open[at - 1]].kind) == kind) {
-                    open.resize(at - 1);
-                    break;
-                }
-                if (kind != K::CloseBrace && tokens[open[at - 1]].kind == K::OpenBrace)
-                    break;
-            }
+            continue;
         }
+        const ESort closed = SortClosed(tokens[i].kind);
+        if (closed == None || places[closed].empty())
+            continue;
+        // A bracket that closes another kind closes what was left open in between, but for a block.
+        const std::size_t at = places[closed].back();
+        if (closed != Brace && !blocks.empty() && blocks.back() > at)
+            continue;
+        open.resize(at);
+        for (std::vector<std::size_t>* list : {&places[Round], &places[Square], &places[Brace], &blocks})
+            while (!list->empty() && list->back() >= at)
+                list->pop_back();
     }
     return open;
 }

@@ -193,7 +193,7 @@ void CPhpRules::EnumType(const SGrammarValue& type)
         Report(Code::EnumRule, type);
     if (Class())
         Class()->backed = true;
-    m_typeNames.clear();
+    m_typeNames.Clear();
 }
 
 void CPhpRules::EndClass()
@@ -305,7 +305,7 @@ void CPhpRules::AddConstant(std::uint32_t name)
 
 void CPhpRules::ClassConstant(const SGrammarValue& name, const SGrammarValue& value)
 {
-    m_typeNames.clear();
+    m_typeNames.Clear();
     const std::uint16_t set = m_modifiers.set;
     const SClassScope* type = Class();
     const SGrammarValue first{m_modifiers.first, 0, 0, 0, EValue::Other, EValue::Other};
@@ -354,8 +354,8 @@ void CPhpRules::CheckMagicMethod(const SFunctionScope& scope)
     const bool isStatic = scope.modifiers.set & ModStatic;
     const bool counted = found->parameters != AnyCount;
     const bool typed = scope.hasReturnType && (m_version == 0 || m_version >= 800);
-    if ((counted && scope.parameters.size() != found->parameters) || (counted && !scope.references.empty()) ||
-        (isStatic != (found->isStatic == SMagicMethod::Yes)))
+    if ((counted && scope.parameters.Count() != found->parameters) ||
+        (counted && !scope.references.empty()) || (isStatic != (found->isStatic == SMagicMethod::Yes)))
         Report(Code::MagicMethod, scope.token);
     else if (typed && found->returns == 0)
         Report(Code::MagicMethod, scope.token);

@@ -4,16 +4,30 @@
 
 namespace Kesh::CodeAnalyzer {
 
+// A block knows of those around it what a jump asks, so that no jump has to go through all of them.
 void CPhpRules::OpenBlock(SBlock::EKind kind)
 {
     SFunctionScope& scope = Function();
-    scope.blocks.push_back({kind, scope.block});
-    scope.block = static_cast<std::uint32_t>(scope.blocks.size() - 1);
+    SBlock block = scope.blocks[scope.block];
+    block.kind = kind;
+    block.hasDefault = false;
+    block.parent = scope.block;
+    block.end = ~0U;
+    scope.block = static_cast<std::uint32_t>(scope.blocks.size());
+    if (kind == SBlock::Finally) {
+        block.finally = scope.block;
+        block.loops = 0;
+    } else {
+        block.inLoop = true;
+        ++block.loops;
+    }
+    scope.blocks.push_back(block);
 }
 
 void CPhpRules::CloseBlock()
 {
     SFunctionScope& scope = Function();
+    scope.blocks[scope.block].end = static_cast<std::uint32_t>(scope.blocks.size());
     scope.block = scope.blocks[scope.block].parent;
 }
 
@@ -45,30 +59,13 @@ void CPhpRules::Leave(const SGrammarValue& word, const SGrammarValue& depth)
             Report(Code::LeaveDepth, depth);
         return;
     }
-    const SFunctionScope& scope = Function();
-    std::uint64_t found = 0;
-    for (std::uint32_t block = scope.block; scope.blocks[block].kind != SBlock::Function;
-         block = scope.blocks[block].parent) {
-        if (scope.blocks[block].kind == SBlock::Finally) {
-            Report(found == 0 && IsOutermostLoopless(block) ? Code::LeaveOutsideLoop : Code::LeaveFinally,
-                   word);
-            return;
-        }
-        if (++found == levels)
-            return;
-    }
-    Report(found == 0 ? Code::LeaveOutsideLoop : Code::LeaveDepth, word);
-}
-
-// Whether no loop and no switch surrounds the block.
-bool CPhpRules::IsOutermostLoopless(std::uint32_t block)
-{
-    const SFunctionScope& scope = Function();
-    for (; scope.blocks[block].kind != SBlock::Function; block = scope.blocks[block].parent) {
-        if (scope.blocks[block].kind != SBlock::Finally)
-            return false;
-    }
-    return true;
+    const SBlock& block = Function().blocks[Function().block];
+    if (levels <= block.loops)
+        return;
+    if (block.finally)
+        Report(block.inLoop ? Code::LeaveFinally : Code::LeaveOutsideLoop, word);
+    else
+        Report(block.loops == 0 ? Code::LeaveOutsideLoop : Code::LeaveDepth, word);
 }
 
 void CPhpRules::Goto(const SGrammarValue& label)
@@ -84,14 +81,6 @@ void CPhpRules::Label(const SGrammarValue& label)
         Report(Code::LabelTwice, label.first, at->second.token);
 }
 
-bool CPhpRules::IsWithin(const SFunctionScope& scope, std::uint32_t block, std::uint32_t outer) const
-{
-    // A block has a higher number than what surrounds it.
-    while (block > outer)
-        block = scope.blocks[block].parent;
-    return block == outer;
-}
-
 void CPhpRules::ResolveJumps(const SFunctionScope& scope)
 {
     for (const SJump& jump : scope.jumps) {
@@ -101,16 +90,11 @@ void CPhpRules::ResolveJumps(const SFunctionScope& scope)
             continue;
         }
         const std::uint32_t target = label->second.block;
-        if (!IsWithin(scope, jump.block, target)) {
+        // Blocks are numbered as they begin, so those inside of one follow it up to its end.
+        if (jump.block < target || jump.block >= scope.blocks[target].end)
             Report(Code::GotoIntoBlock, jump.token, label->second.token);
-            continue;
-        }
-        for (std::uint32_t block = jump.block; block != target; block = scope.blocks[block].parent) {
-            if (scope.blocks[block].kind == SBlock::Finally) {
-                Report(Code::LeaveFinally, jump.token);
-                break;
-            }
-        }
+        else if (scope.blocks[jump.block].finally > target)
+            Report(Code::LeaveFinally, jump.token);
     }
 }
 

@@ -1,7 +1,5 @@
 #include "Grammar/PhpRules.h"
 
-#include <algorithm>
-
 namespace Kesh::CodeAnalyzer {
 
 using K = SyntaxParser::EPhpTokenKind;
@@ -136,13 +134,9 @@ void CPhpRules::AddParameter(std::uint32_t variable)
         Report(Code::VariadicMisused, variable, scope.variadic);
     if (IsThis(variable) || IsSuperglobal(variable))
         Report(Code::ReservedVariable, variable);
-    for (const std::uint32_t other : scope.parameters) {
-        if (Text(other) == Text(variable)) {
-            Report(Code::ParameterTwice, variable, other);
-            break;
-        }
-    }
-    scope.parameters.push_back(variable);
+    const std::uint32_t index = scope.parameters.Add(variable);
+    if (const std::uint32_t first = scope.parameters.FirstOfName(m_tokens, index); first != variable)
+        Report(Code::ParameterTwice, variable, first);
     scope.hasParameterType = false;
 }
 
@@ -192,9 +186,9 @@ void CPhpRules::EndPromotion()
     SFunctionScope& scope = Function();
     scope.promoting = false;
     SClassScope* type = Class();
-    if (!type || scope.parameters.empty())
+    if (!type || scope.parameters.Count() == 0)
         return;
-    const std::uint32_t variable = scope.parameters.back();
+    const std::uint32_t variable = scope.parameters.Last();
     if (!type->properties.insert(std::wstring(Text(variable))).second)
         Report(Code::PropertyTwice, variable);
     if (((scope.promotion.set | type->modifiers) & ModReadonly) && !scope.hasParameterType)
@@ -228,12 +222,11 @@ void CPhpRules::EndParameter()
 void CPhpRules::LexicalVariable(const SGrammarValue& variable)
 {
     SFunctionScope& scope = Function();
-    const auto isSame = [&](std::uint32_t other) { return Text(other) == Text(variable.first); };
+    const std::uint32_t index = scope.parameters.Add(variable.first);
     if (IsThis(variable.first) || IsSuperglobal(variable.first))
         Report(Code::ReservedVariable, variable);
-    else if (std::any_of(scope.parameters.begin(), scope.parameters.end(), isSame))
+    else if (scope.parameters.FirstOfName(m_tokens, index) != variable.first)
         Report(Code::LexicalVariable, variable);
-    scope.parameters.push_back(variable.first);
 }
 
 void CPhpRules::StaticVariable(const SGrammarValue& variable)

@@ -85,16 +85,10 @@ void CPhpGrammarChecker::Add(std::int32_t code, SScheme span, std::uint32_t stop
     m_diagnostics.push_back(std::move(diagnostic));
 }
 
-// Where something is missing between a token and the next: at the end of the token, unless there is an empty
-// line between them, on which it will have stood.
+// Where something is missing behind a token: at its last character.
 SScheme CPhpGrammarChecker::GapBehind(std::uint32_t token) const
 {
     SScheme span = m_tokens.Span(token);
-    const SGrammarToken& next = m_tokens[token + 1];
-    if (next.line > span.end.y + 1) {
-        const std::int64_t column = std::min<std::int64_t>(next.column, m_tokens[token].column);
-        return {{column, span.end.y + 1}, {column + 1, span.end.y + 1}};
-    }
     if (span.end.x > 0)
         span.start = {span.end.x - 1, span.end.y};
     return span;

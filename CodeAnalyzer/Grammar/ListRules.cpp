@@ -99,13 +99,13 @@ SGrammarValue CPhpRules::SpreadElement(const SGrammarValue& dots, const SGrammar
 
 SGrammarValue CPhpRules::ListElement(const SGrammarValue& list)
 {
-    m_pending.push_back({Code::ListAsValue, list.first});
+    m_pending.try_emplace(list.first, Code::ListAsValue);
     return Element(list);
 }
 
 SGrammarValue CPhpRules::KeyedListElement(const SGrammarValue& key, const SGrammarValue& list)
 {
-    m_pending.push_back({Code::ListAsValue, list.first});
+    m_pending.try_emplace(list.first, Code::ListAsValue);
     return KeyedElement(key, list);
 }
 
@@ -129,7 +129,7 @@ SGrammarValue CPhpRules::ArrayValue(const SGrammarValue& first, const SGrammarVa
     value.kind = EValue::ArrayLiteral;
     value.flags = elements.flags & (ConstantFlags | ElementFlags);
     if (elements.flags & Hole)
-        m_pending.push_back({Code::HoleInArray, first.first});
+        m_pending.try_emplace(first.first, Code::HoleInArray);
     return value;
 }
 

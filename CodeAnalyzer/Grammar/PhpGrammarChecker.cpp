@@ -77,7 +77,7 @@ bool CPhpGrammarChecker::BeginTokens()
     m_gaveUp = false;
     m_diagnostics.clear();
     m_skip = {};
-    m_next = m_resumed = 0;
+    m_next = m_resumed = m_settled = 0;
     m_stops = m_trials = 0;
     m_stalled = m_complete = false;
     m_dead = false;
@@ -302,6 +302,7 @@ bool CPhpGrammarChecker::ResolveByBraces(std::uint32_t stop)
         }
         m_diagnostics.back().resumed = m_tokens.Span(m_next - 1).end;
         m_resumed = m_next;
+        m_settled = 0; // the whole window behind the brace has passed
         return true;
     }
     return false;

@@ -17,7 +17,7 @@ void CPhpRules::Begin(std::int32_t version)
     m_matchDefaults.clear();
     m_pending.clear();
     m_modifiers = {};
-    m_typeNames.clear();
+    m_typeNames.Clear();
     m_namespaces = ENamespaces::None;
     m_inNamespaceBraces = m_anyStatement = m_anyCode = false;
     m_useItems.clear();
@@ -33,8 +33,8 @@ void CPhpRules::Finish()
             ResolveJumps(m_functions.back());
         m_functions.pop_back();
     }
-    for (const SPending& pending : m_pending)
-        Report(pending.code, pending.token);
+    for (const auto& [token, code] : m_pending)
+        Report(code, token);
     m_pending.clear();
     m_functions.emplace_back();
 }

@@ -3,6 +3,7 @@
 #include "Grammar/GrammarCodes.h"
 #include "Grammar/GrammarTokens.h"
 #include "Grammar/GrammarValue.h"
+#include "Grammar/NameTokens.h"
 #include "Grammar/RuleScopes.h"
 
 #include <cstdint>
@@ -223,14 +224,6 @@ public:
     void Attribute(const SGrammarValue& start, const SGrammarValue& end);
 
 private:
-    /// An array with a hole, or a list among the elements of one, or a `[]`: right only where something is
-    /// assigned to it, which is seen later.
-    struct SPending
-    {
-        std::int32_t code;
-        std::uint32_t token;
-    };
-
     std::wstring_view Text(std::uint32_t token) const { return m_tokens.Text(token); }
     bool IsWord(std::uint32_t token, std::wstring_view lower) const;
     bool IsThis(std::uint32_t token) const { return Text(token) == L"$this"; }
@@ -244,8 +237,6 @@ private:
     SClassScope* Class() { return m_classes.empty() ? nullptr : &m_classes.back(); }
     void OpenBlock(SBlock::EKind kind);
     void CloseBlock();
-    bool IsOutermostLoopless(std::uint32_t block);
-    bool IsWithin(const SFunctionScope& scope, std::uint32_t block, std::uint32_t outer) const;
     void ResolveJumps(const SFunctionScope& scope);
     void CheckReturns(const SFunctionScope& scope);
     void PushFunction(SFunctionScope::EKind kind, std::uint32_t token);
@@ -261,7 +252,7 @@ private:
     void DeclareFunction(std::uint32_t name);
     void DeclareClass(std::uint32_t name);
     void BeginCodeInNamespace(std::uint32_t token);
-    void CheckTypeNames(const SGrammarValue& a, const SGrammarValue& b);
+    void CheckLastTypeName(std::uint32_t from);
     void CheckBase(const SGrammarValue& base, const SGrammarValue& op, bool looksUp);
     EValue RootOf(const SGrammarValue& base) const;
     void Consume(std::uint32_t first, std::uint32_t end = NoToken);
@@ -278,9 +269,11 @@ private:
     std::vector<SFunctionScope> m_functions;
     std::vector<SClassScope> m_classes;
     std::vector<std::uint32_t> m_matchDefaults; ///< the default arm of each open match; NoToken: none yet
-    std::vector<SPending> m_pending;
+    /// Codes by token: an array with a hole, or a list among the elements of one, or a `[]`: right only where
+    /// something is assigned to it, which is seen later.
+    std::map<std::uint32_t, std::int32_t> m_pending;
     SModifiers m_modifiers;
-    std::vector<std::uint32_t> m_typeNames;
+    CNameTokens m_typeNames{CNameTokens::ECase::IsOne}; ///< of the type being read
 
     // The file.
     enum class ENamespaces : std::uint8_t { None, Plain, Braces } m_namespaces = ENamespaces::None;

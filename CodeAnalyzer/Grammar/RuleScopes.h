@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Grammar/GrammarValue.h"
+#include "Grammar/NameTokens.h"
 
 #include <cstdint>
 #include <set>
@@ -60,8 +61,12 @@ struct SModifiers
 struct SBlock
 {
     enum EKind : std::uint8_t { Function, Loop, Switch, Finally } kind;
-    std::uint32_t parent;
     bool hasDefault = false;
+    bool inLoop = false; ///< it or what surrounds it is one, or a switch
+    std::uint32_t parent = 0;
+    std::uint32_t end = ~0U;   ///< the number of the first block behind it
+    std::uint32_t finally = 0; ///< the innermost finally block that it is or stands in; 0: none
+    std::uint32_t loops = 0;   ///< loops and switches from there inwards
 };
 
 struct SJump
@@ -80,10 +85,10 @@ struct SFunctionScope
     bool byReference = false;
     SModifiers modifiers;
 
-    std::vector<std::uint32_t> parameters; ///< tokens of the variables
-    std::vector<std::uint32_t> references; ///< those that are passed by reference
-    std::uint32_t variadic = 0;            ///< the `...`; 0: none
-    bool promoting = false;                ///< the parameter being read becomes a property
+    CNameTokens parameters{CNameTokens::ECase::Differs}; ///< the variables
+    std::vector<std::uint32_t> references;               ///< those that are passed by reference
+    std::uint32_t variadic = 0;                          ///< the `...`; 0: none
+    bool promoting = false;                              ///< the parameter being read becomes a property
     SModifiers promotion;
     std::uint32_t parameterType = 0;
     bool hasParameterType = false;
@@ -94,7 +99,7 @@ struct SFunctionScope
     std::vector<std::uint32_t> emptyReturns;
     std::uint32_t yield = 0; ///< token; 0: no generator
 
-    std::vector<SBlock> blocks{{SBlock::Function, 0}};
+    std::vector<SBlock> blocks{{SBlock::Function}};
     std::uint32_t block = 0;
     std::unordered_map<std::wstring, SJump> labels;
     std::vector<SJump> jumps;

@@ -50,9 +50,7 @@ SGrammarValue CPhpRules::TypeName(const SGrammarValue& name)
     }
     if (type == TypeClass || type == TypeStatic)
         CheckClassWord(name.first);
-    m_typeNames.push_back(name.first);
-    return {name.first,   static_cast<std::uint32_t>(m_typeNames.size() - 1), type, 0, EValue::Type,
-            EValue::Other};
+    return {name.first, m_typeNames.Add(name.first), type, 0, EValue::Type, EValue::Other};
 }
 
 SGrammarValue CPhpRules::Nullable(const SGrammarValue& mark, const SGrammarValue& type)
@@ -66,13 +64,12 @@ SGrammarValue CPhpRules::Nullable(const SGrammarValue& mark, const SGrammarValue
     return result;
 }
 
-// Classes that both have.
-void CPhpRules::CheckTypeNames(const SGrammarValue& a, const SGrammarValue& b)
+// Whether the last name stands before in the type that begins with the name at `from`.
+void CPhpRules::CheckLastTypeName(std::uint32_t from)
 {
-    for (std::uint32_t i = a.bad; i < b.bad; ++i)
-        for (std::size_t k = b.bad; k < m_typeNames.size(); ++k)
-            if (m_tokens.Lower(m_typeNames[i]) == m_tokens.Lower(m_typeNames[k]))
-                Report(Code::TypeRedundant, m_typeNames[k], m_typeNames[i]);
+    const std::uint32_t first = m_typeNames.FirstOfName(m_tokens, m_typeNames.Count() - 1, from);
+    if (first != m_typeNames.Last())
+        Report(Code::TypeRedundant, m_typeNames.Last(), first);
 }
 
 SGrammarValue CPhpRules::Union(const SGrammarValue& a, const SGrammarValue& b)
@@ -89,7 +86,7 @@ SGrammarValue CPhpRules::Union(const SGrammarValue& a, const SGrammarValue& b)
     else if ((all & TypeIterable) && (all & (TypeArray)))
         Report(Code::TypeRedundant, b.first, a.first);
     else if ((a.extra & b.extra & classes) && !((a.flags | b.flags) & IsIntersection))
-        CheckTypeNames(a, b);
+        CheckLastTypeName(a.bad);
     SGrammarValue result = a;
     result.extra = all;
     result.flags = static_cast<std::uint16_t>((a.flags | b.flags) | IsUnion);
@@ -101,7 +98,7 @@ SGrammarValue CPhpRules::Intersection(const SGrammarValue& a, const SGrammarValu
     for (const SGrammarValue* part : {&a, &b})
         if (!(part->extra & TypeClass))
             Report(Code::TypeNotAllowed, *part);
-    CheckTypeNames(a, b);
+    CheckLastTypeName(a.bad);
     SGrammarValue result = a;
     result.extra = a.extra & b.extra & TypeTraversable ? a.extra : TypeClass;
     result.flags = IsIntersection;
@@ -117,7 +114,7 @@ void CPhpRules::ParameterType(const SGrammarValue& type)
         Report(Code::TypeNotAllowed, type);
     if (scope.promoting && (type.extra & TypeCallable))
         Report(Code::TypeNotAllowed, type);
-    m_typeNames.clear();
+    m_typeNames.Clear();
 }
 
 void CPhpRules::ReturnType(const SGrammarValue& type)
@@ -125,7 +122,7 @@ void CPhpRules::ReturnType(const SGrammarValue& type)
     SFunctionScope& scope = Function();
     scope.hasReturnType = true;
     scope.returnType = type.extra;
-    m_typeNames.clear();
+    m_typeNames.Clear();
 }
 
 // The type of a property or a class constant.
@@ -133,7 +130,7 @@ void CPhpRules::CheckPropertyType(std::uint32_t type, std::uint32_t token)
 {
     if (type & (TypeVoid | TypeNever | TypeCallable))
         Report(Code::TypeNotAllowed, token);
-    m_typeNames.clear();
+    m_typeNames.Clear();
 }
 
 // A literal must be of its variable's type; whatever else is constant is looked at when the program runs.

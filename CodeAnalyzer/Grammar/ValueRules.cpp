@@ -200,8 +200,8 @@ SGrammarValue CPhpRules::Property(const SGrammarValue& base, const SGrammarValue
 SGrammarValue CPhpRules::Call(const SGrammarValue& base, const SGrammarValue& arguments)
 {
     CheckBase(base, arguments, false);
-    if (base.kind == EValue::DynamicMember && !m_pending.empty() && m_pending.back().code == Code::TooNew)
-        m_pending.pop_back();
+    if (base.kind == EValue::DynamicMember && !m_pending.empty())
+        m_pending.erase(base.bad);
     SGrammarValue value = Computed(base);
     value.kind = EValue::Call;
     value.bad = arguments.first;
@@ -281,7 +281,7 @@ SGrammarValue CPhpRules::DynamicMember(const SGrammarValue& base, const SGrammar
     value.kind = EValue::DynamicMember;
     // A method could always be called so; a constant has a name of its own before 8.3.
     if (m_version != 0 && m_version < 803)
-        m_pending.push_back({Code::TooNew, colons.first});
+        m_pending.try_emplace(colons.first, Code::TooNew);
     return value;
 }
 

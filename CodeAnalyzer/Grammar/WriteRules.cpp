@@ -8,14 +8,13 @@ namespace Kesh::CodeAnalyzer {
 void CPhpRules::Consume(std::uint32_t first, std::uint32_t end)
 {
     if (!m_pending.empty())
-        std::erase_if(m_pending,
-                      [&](const SPending& pending) { return pending.token >= first && pending.token < end; });
+        m_pending.erase(m_pending.lower_bound(first), m_pending.lower_bound(end));
 }
 
 void CPhpRules::Append(SGrammarValue& value, const SGrammarValue& bracket)
 {
     value.flags |= Appending;
-    m_pending.push_back({Code::AppendRead, bracket.first});
+    m_pending.try_emplace(bracket.first, Code::AppendRead);
 }
 
 // Whether the value is a place, or the call of something that may give one back.

@@ -16,32 +16,57 @@ namespace Kesh::Tests {
 
 using namespace SyntaxParser;
 
+CDiagnoser::CDiagnoser()
+    : m_reader(boost::make_shared<CTextReader>(std::wstring())),
+      m_document(MakeSPDocument(m_reader, {L"/a.php", L"PHPSPDocFactory"})),
+      m_checker(std::make_unique<CodeAnalyzer::CPhpGrammarChecker>())
+{
+    EXPECT_TRUE(m_checker->Follow(*m_document));
+}
+
+CDiagnoser::~CDiagnoser() = default;
+
+const std::vector<CodeAnalyzer::SGrammarDiagnostic>& CDiagnoser::Diagnose(std::string_view text, int version)
+{
+    m_reader->SetText(DecodeSource(text));
+    m_checker->Expect(true, version);
+    m_document->Parse(true);
+    EXPECT_TRUE(m_checker->HasVerdict());
+    return m_checker->Diagnostics();
+}
+
+namespace {
+
+std::string Listed(const std::vector<CodeAnalyzer::SGrammarDiagnostic>& diagnostics, std::int64_t shift)
+{
+    std::string result;
+    const auto place = [shift](const CIterator& p) {
+        return std::to_string(p.y) + ":" + std::to_string(p.y == 0 ? p.x - shift : p.x);
+    };
+    for (const auto& diagnostic : diagnostics)
+        result += (result.empty() ? "" : " ") + std::to_string(diagnostic.error.code) + " " +
+                  place(diagnostic.error.pos.start) + "-" + place(diagnostic.error.pos.end);
+    return result;
+}
+
+} // namespace
+
+std::string CDiagnoser::Describe(std::string_view text)
+{
+    return Listed(Diagnose(text), 0);
+}
+
 std::vector<CodeAnalyzer::SGrammarDiagnostic> Diagnose(std::string_view text, int version)
 {
-    const auto document = MakeSPDocument(boost::make_shared<CTextReader>(DecodeSource(std::string(text))),
-                                         {L"/a.php", L"PHPSPDocFactory"});
-    CodeAnalyzer::CPhpGrammarChecker checker;
-    EXPECT_TRUE(checker.Follow(*document));
-    checker.Expect(true, version);
-    document->Parse(true);
-    EXPECT_TRUE(checker.HasVerdict());
-    return checker.Diagnostics();
+    return CDiagnoser().Diagnose(text, version);
 }
 
 std::string Describe(std::string_view text, int version)
 {
     constexpr std::string_view tag = "<?php ";
     const bool tagged = text.find("<?") != std::string_view::npos;
-    const std::int64_t shift = tagged ? 0 : static_cast<std::int64_t>(tag.size());
-    std::string result;
-    const auto place = [shift](const CIterator& p) {
-        return std::to_string(p.y) + ":" + std::to_string(p.y == 0 ? p.x - shift : p.x);
-    };
-    for (const auto& diagnostic :
-         Diagnose(tagged ? std::string(text) : std::string(tag) + std::string(text), version))
-        result += (result.empty() ? "" : " ") + std::to_string(diagnostic.error.code) + " " +
-                  place(diagnostic.error.pos.start) + "-" + place(diagnostic.error.pos.end);
-    return result;
+    return Listed(Diagnose((tagged ? std::string() : std::string(tag)) + std::string(text), version),
+                  tagged ? 0 : static_cast<std::int64_t>(tag.size()));
 }
 
 std::vector<SPhpVerdict> AskPhp(const std::vector<std::string>& files)

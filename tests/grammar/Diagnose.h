@@ -2,11 +2,39 @@
 
 #include "Grammar/GrammarDiagnostic.h"
 
+#include <boost/shared_ptr.hpp>
+#include <memory>
 #include <string>
 #include <string_view>
 #include <vector>
 
+namespace Kesh::CodeAnalyzer {
+class CPhpGrammarChecker;
+}
+namespace Kesh::SyntaxParser {
+class CTextReader;
+class ISPDocument;
+} // namespace Kesh::SyntaxParser
+
 namespace Kesh::Tests {
+
+/// Checks one text after another, as an editor and `check` do.
+class CDiagnoser
+{
+public:
+    CDiagnoser();
+    ~CDiagnoser();
+
+    /// Until the next text.
+    const std::vector<CodeAnalyzer::SGrammarDiagnostic>& Diagnose(std::string_view text, int version = 0);
+    /// As the function below, without a tag that does not count.
+    std::string Describe(std::string_view text);
+
+private:
+    boost::shared_ptr<SyntaxParser::CTextReader> m_reader;
+    boost::shared_ptr<SyntaxParser::ISPDocument> m_document;
+    std::unique_ptr<CodeAnalyzer::CPhpGrammarChecker> m_checker;
+};
 
 /// What the grammar check says of a text in UTF-8, through the real lexer. Version as IGrammarCheck takes it.
 std::vector<CodeAnalyzer::SGrammarDiagnostic> Diagnose(std::string_view text, int version = 0);

@@ -5,6 +5,7 @@
 #include "SyntaxParser/SourceText.h"
 #include "SyntaxParser/TextReader.h"
 
+#include <algorithm>
 #include <boost/make_shared.hpp>
 #include <gtest/gtest.h>
 #include <random>
@@ -88,6 +89,14 @@ TEST(Grammar, NamesWhatIsMissingOrTooMuch)
     static constexpr SCase Cases[]{
         {"$a = 1\n$b = 2;", "1001 0:5-0:6"},
         {"$a = 1 ?>x<?php $b = 2;", ""},
+        // What is to be inserted goes behind the token before it, however far away the next one is.
+        {"foo()\n\n    bar();", "1001 0:4-0:5"},
+        {"foo() // why\n/* not */\nbar();", "1001 0:4-0:5"},
+        {"f(1\n\n\n;", "1002 3:0-3:1"},
+        {"f(1\n\n\n$a = 2;", "1002 0:2-0:3"},
+        {"$a = [1\n\n\n$b = 2;", "1003 0:6-0:7"},
+        {"<?php\nif ($a) {\n  f();\n\n\n", "1004 2:5-2:6"},
+        {"class A\n\n\n    public $b; }", "1006 0:6-0:7"},
         {"f(1, g(2);\n$b = 3;", "1002 0:8-0:9"},
         {"if ($a { f(); }", "1002 0:5-0:6"},
         {"$a = [1, [2];", "1003 0:11-0:12"},
@@ -120,7 +129,7 @@ TEST(Grammar, FindsBracesByIndentation)
     static constexpr SCase Cases[]{
         {"<?php\nfunction f()\n{\n    if ($a) {\n        g();\n    h();\n}\n", "1004 4:11-4:12"},
         {"<?php\nclass A\n{\n    function f()\n    {\n        g();\n\n    function h()\n    {\n    }\n}\n",
-         "1004 6:4-6:5"},
+         "1004 5:11-5:12"},
         {"<?php\nclass A\n{\n    function f()\n    {\n        g();\n        }\n        h();\n    }\n"
          "    public function i()\n    {\n    }\n}\n",
          "1023 6:8-6:9"},
@@ -151,6 +160,39 @@ TEST(Grammar, GoesOnAfterAnError)
     };
     for (const auto& [text, expected] : Cases)
         EXPECT_EQ(Describe(text), expected) << text;
+}
+
+// Nothing of one text is left when the next one is checked.
+TEST(Grammar, TellsOfEachTextWhatItTellsOfItAlone)
+{
+    // A brace that the indentation asks for, and a slip right behind the place where the parse goes on.
+    static constexpr const char* Second =
+        "<?php\n$a = 1;\n$b = 2;\nclass A {\n    public function f() {\n        if (1) {\n            x();\n "
+        "   }\n"
+        "    public function g() {\n        $z = 5 $y;\n        return 2;\n    }\n}\n";
+    EXPECT_EQ(Describe(Second), "1004 6:15-6:16 1012 9:15-9:17");
+
+    std::vector<std::string> texts{Second, "<?php\n$a = 1\n$b = 2;\n"};
+    std::string lacking = Second;
+    lacking.erase(lacking.find(';'), 1);
+    texts.push_back(lacking);
+    static constexpr const char* Pieces[]{
+        "$a = 1;\n", "$a = 1\n", "f(1;\n",    "if ($a) {\n", "    g();\n", "}\n", "class A {\n",
+        "    }\n",   "[1, ",     "function ", "h() {\n",     "$x $y;\n",   "'z",  "foo bar baz quux;\n"};
+    std::mt19937 random(11);
+    for (int i = 0; i < 200; ++i) {
+        std::string text = "<?php\n";
+        for (int k = 0; k < 12; ++k)
+            text += Pieces[random() % std::size(Pieces)];
+        texts.push_back(std::move(text));
+    }
+    CDiagnoser diagnoser;
+    for (int i = 0; i < 2000; ++i) {
+        const std::string& before = texts[random() % texts.size()];
+        const std::string& text = texts[random() % texts.size()];
+        diagnoser.Diagnose(before);
+        ASSERT_EQ(diagnoser.Describe(text), CDiagnoser().Describe(text)) << text << "\nbehind\n" << before;
+    }
 }
 
 // Without a version all of them pass; what Debian's PHP cannot judge is judged here.
@@ -219,6 +261,30 @@ TEST(Grammar, StandsWhateverItIsGiven)
           "'",          "`", "&$", "new ",    "${"})
         Diagnose("<?php " + Repeated(piece, many / std::string_view(piece).size()));
     EXPECT_TRUE(Diagnose("<?php $a = " + Repeated("(", many) + "1" + Repeated(")", many) + ";").empty());
+
+    // What there may be one of each, and what jumps out of many blocks.
+    const auto numbered = [](std::size_t count, const std::string& before, const std::string& after) {
+        std::string list;
+        for (std::size_t i = 0; i < count; ++i)
+            list += (i ? "," : "") + before + std::to_string(i) + after;
+        return list;
+    };
+    constexpr std::size_t names = 60000;
+    const std::string parameters = numbered(names, "$p", "");
+    std::string types = numbered(names, "T", "");
+    std::replace(types.begin(), types.end(), ',', '|');
+    EXPECT_TRUE(Diagnose("<?php function f(" + parameters + ") {}").empty());
+    EXPECT_TRUE(Diagnose("<?php $f = function () use (" + parameters + ") {};").empty());
+    EXPECT_TRUE(Diagnose("<?php function f(" + types + " $a) {}").empty());
+    EXPECT_EQ(Diagnose("<?php function f(" + parameters + "," + parameters + ") {}").size(), names);
+    EXPECT_EQ(Diagnose("<?php function f(T" + Repeated("|T", names) + " $a) {}").size(), names);
+    EXPECT_EQ(Diagnose("<?php " + Repeated("$a[];", names) + Repeated("$b[0] = 1;", names)).size(), names);
+    const std::string loops = Repeated("while (1) {", names);
+    const std::string ends = Repeated("}", names);
+    EXPECT_TRUE(Diagnose("<?php " + loops + Repeated("break 50000;", names) + ends).empty());
+    EXPECT_TRUE(Diagnose("<?php x: " + loops + Repeated("goto x;", names) + ends).empty());
+    Diagnose("<?php " + Repeated("(", names) + Repeated("x y z ", names) + Repeated("]", names) +
+             "; = = =; [ ] (;");
 
     std::mt19937 random(7);
     for (int round = 0; round < 300; ++round) {

@@ -46,7 +46,8 @@ std::vector<std::string> Snippets()
 struct SSlip
 {
     std::string text;
-    int line = 0; ///< from 1
+    int line = 0;   ///< from 1
+    int before = 0; ///< the line of the token before, behind which something may be missing now
     std::string source{};
 };
 
@@ -91,8 +92,12 @@ SSlip MakeSlip(const std::string& source, std::mt19937& random)
                   text.substr(end, nextBegin - end) + token + text.substr(nextEnd);
     }
     }
-    const auto line = std::count(text.begin(), text.begin() + static_cast<std::ptrdiff_t>(begin), L'\n') + 1;
-    return {QString::fromStdWString(changed).toStdString(), static_cast<int>(line)};
+    const auto lineAt = [&](std::size_t place) {
+        return static_cast<int>(
+            std::count(text.begin(), text.begin() + static_cast<std::ptrdiff_t>(place), L'\n') + 1);
+    };
+    return {QString::fromStdWString(changed).toStdString(), lineAt(begin),
+            at > 0 ? lineAt(pieces[at - 1].end) : 1};
 }
 
 } // namespace
@@ -164,12 +169,12 @@ TEST(GrammarOracle, JudgesSlipsAsPhpDoes)
             continue;
         ++parseErrors;
         const auto line = static_cast<int>(ours.front().error.pos.start.y) + 1;
-        if (line < std::min(made[i].line, verdicts[i].line) ||
-            line > std::max(made[i].line, verdicts[i].line))
+        const bool isPlaced = std::min(made[i].before, verdicts[i].line) <= line &&
+                              line <= std::max(made[i].line, verdicts[i].line);
+        if (!isPlaced)
             std::cout << made[i].source << " slip " << made[i].line << " php " << verdicts[i].line << " ours "
                       << Describe(made[i].text, OracleVersion) << "\n";
-        placed += std::min(made[i].line, verdicts[i].line) <= line &&
-                  line <= std::max(made[i].line, verdicts[i].line);
+        placed += isPlaced;
         near += std::abs(line - made[i].line) <= 1;
     }
     std::cout << parseErrors << " parse errors, " << placed << " placed between slip and PHP's line, " << near
