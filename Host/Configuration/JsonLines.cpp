@@ -6,6 +6,7 @@
 #include <cstddef>
 #include <iterator>
 #include <nlohmann/json.hpp>
+#include <unordered_set>
 
 namespace Kesh::Configuration {
 
@@ -84,9 +85,8 @@ public:
     bool end_array() override { return Close(); }
     bool key(string_t& name) override
     {
-        for (const auto& [known, value] : m_open.back()->members)
-            if (known == name)
-                Fail(m_progress.line, "the key \"" + name + "\" stands there twice");
+        if (!m_names.back().insert(name).second)
+            Fail(m_progress.line, "the key \"" + name + "\" stands there twice");
         m_open.back()->members.push_back({name, {}});
         m_open.back()->members.back().value.line = m_progress.line;
         return true;
@@ -117,17 +117,20 @@ private:
             Fail(m_progress.line, "nested too deeply");
         m_open.push_back(&Add(kind));
         m_open.back()->inside = m_progress.bytes;
+        m_names.emplace_back();
         return true;
     }
     bool Close()
     {
         m_open.pop_back();
+        m_names.pop_back();
         return true;
     }
 
     const SProgress& m_progress;
     SJsonValue m_root;
     std::vector<SJsonValue*> m_open; ///< an open value gets no siblings, so it stays where it is
+    std::vector<std::unordered_set<std::string>> m_names; ///< of each, its keys so far
 };
 
 } // namespace

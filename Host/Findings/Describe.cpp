@@ -114,7 +114,7 @@ void CDescriber::Silence(std::vector<SCAError>& errors, const SCheckedFile& file
                          const CTextLines& lines, SFileFindings& described) const
 {
     CIgnores ignores(text, lines);
-    std::erase_if(errors, [&](const SCAError& error) { return ignores.Silences(error); });
+    ignores.Silence(errors);
     for (const CIgnores::SUnused& unused : ignores.Unused()) {
         SFinding finding = UnusedFinding(unused);
         if (ApplyLevel(finding.error, file))

@@ -3,6 +3,10 @@
 #include <algorithm>
 #include <cstring>
 #include <cwchar>
+#include <limits>
+#include <map>
+#include <set>
+#include <utility>
 
 namespace Kesh::Findings {
 
@@ -50,6 +54,7 @@ std::size_t CommentStart(std::wstring_view text, std::size_t at)
 std::vector<std::int32_t> ReadCodes(std::wstring_view rest)
 {
     std::vector<std::int32_t> codes;
+    std::set<std::int32_t> known;
     std::size_t at = 0;
     for (;;) {
         while (at < rest.size() && (IsBlank(rest[at]) || rest[at] == L',' || rest[at] == L':'))
@@ -60,7 +65,7 @@ std::vector<std::int32_t> ReadCodes(std::wstring_view rest)
             code = code * 10 + static_cast<std::int32_t>(rest[at] - L'0');
         if (digits == 0)
             return codes;
-        if (std::find(codes.begin(), codes.end(), code) == codes.end())
+        if (known.insert(code).second)
             codes.push_back(code);
     }
 }
@@ -126,9 +131,7 @@ void CIgnores::Read(std::wstring_view text, const CTextLines& lines, std::size_t
         ignore.last = m_lastLine;
         m_open.push_back(m_ignores.size());
     } else {
-        const std::wstring_view before = text.substr(lineStart, start - lineStart);
-        const bool alone = std::all_of(before.begin(), before.end(), &IsBlank);
-        if (alone) {
+        if (IsAlone(text, start, lineStart)) {
             // Several of them may stand above one line; where that is has been found by the first.
             if (m_streakEnd <= line) {
                 m_streakEnd = line + 1;
@@ -141,21 +144,95 @@ void CIgnores::Read(std::wstring_view text, const CTextLines& lines, std::size_t
     m_ignores.push_back(std::move(ignore));
 }
 
-bool CIgnores::Silences(const CodeAnalyzer::SCAError& error)
+// Whether only blanks stand before the comment on its line, which may hold many.
+bool CIgnores::IsAlone(std::wstring_view text, std::size_t start, std::size_t lineStart)
 {
-    bool silenced = false;
-    for (SIgnore& ignore : m_ignores) {
-        const std::int64_t line = error.pos.start.y;
-        if (line < ignore.first || line > ignore.last)
-            continue;
-        const auto code = std::find(ignore.codes.begin(), ignore.codes.end(), error.code);
-        if (!ignore.codes.empty() && code == ignore.codes.end())
-            continue;
-        ignore.needed[static_cast<std::size_t>(ignore.codes.empty() ? 0 : code - ignore.codes.begin())] =
-            true;
-        silenced = true;
+    if (m_lineStart != lineStart) {
+        m_lineStart = lineStart;
+        m_indentEnd = std::min(text.find_first_not_of(L" \t", lineStart), text.size());
     }
-    return silenced;
+    return start <= m_indentEnd;
+}
+
+namespace {
+
+/// The lines of records, in order.
+using TLines = std::vector<std::int64_t>;
+
+bool HasAny(const TLines& lines, std::int64_t first, std::int64_t last)
+{
+    const auto at = std::lower_bound(lines.begin(), lines.end(), first);
+    return at != lines.end() && *at <= last;
+}
+
+/// Stretches of lines that may overlap.
+class CStretches
+{
+public:
+    void Add(std::int64_t first, std::int64_t last) { m_stretches.emplace_back(first, last); }
+    /// Once, before Has().
+    void Join()
+    {
+        std::sort(m_stretches.begin(), m_stretches.end());
+        std::size_t count = 0;
+        for (const auto& [first, last] : m_stretches) {
+            if (count > 0 && first <= m_stretches[count - 1].second)
+                m_stretches[count - 1].second = std::max(m_stretches[count - 1].second, last);
+            else
+                m_stretches[count++] = {first, last};
+        }
+        m_stretches.resize(count);
+    }
+    bool Has(std::int64_t line) const
+    {
+        const auto behind = std::upper_bound(m_stretches.begin(), m_stretches.end(),
+                                             std::pair(line, std::numeric_limits<std::int64_t>::max()));
+        return behind != m_stretches.begin() && line <= (behind - 1)->second;
+    }
+
+private:
+    std::vector<std::pair<std::int64_t, std::int64_t>> m_stretches;
+};
+
+} // namespace
+
+// Comments and records may be many of each: neither side is looked through for every one of the other.
+void CIgnores::Silence(std::vector<CodeAnalyzer::SCAError>& errors)
+{
+    TLines all;
+    std::map<std::int32_t, TLines> byCode;
+    for (const CodeAnalyzer::SCAError& error : errors) {
+        all.push_back(error.pos.start.y);
+        byCode[error.code].push_back(error.pos.start.y);
+    }
+    std::sort(all.begin(), all.end());
+    for (auto& [code, lines] : byCode)
+        std::sort(lines.begin(), lines.end());
+
+    CStretches whole;
+    std::map<std::int32_t, CStretches> ofCode;
+    for (SIgnore& ignore : m_ignores) {
+        if (ignore.last < ignore.first)
+            continue;
+        if (ignore.codes.empty()) {
+            ignore.needed[0] = HasAny(all, ignore.first, ignore.last);
+            whole.Add(ignore.first, ignore.last);
+        }
+        for (std::size_t i = 0; i < ignore.codes.size(); ++i) {
+            const auto lines = byCode.find(ignore.codes[i]);
+            if (lines == byCode.end())
+                continue;
+            ignore.needed[i] = HasAny(lines->second, ignore.first, ignore.last);
+            ofCode[ignore.codes[i]].Add(ignore.first, ignore.last);
+        }
+    }
+    whole.Join();
+    for (auto& [code, stretches] : ofCode)
+        stretches.Join();
+    std::erase_if(errors, [&](const CodeAnalyzer::SCAError& error) {
+        const auto own = ofCode.find(error.code);
+        return whole.Has(error.pos.start.y) || (own != ofCode.end() && own->second.Has(error.pos.start.y));
+    });
 }
 
 std::vector<CIgnores::SUnused> CIgnores::Unused() const

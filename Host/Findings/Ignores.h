@@ -20,8 +20,8 @@ public:
 
     CIgnores(std::wstring_view text, const CTextLines& lines);
 
-    /// Whether a comment silences the record; the comment then counts as needed.
-    bool Silences(const CodeAnalyzer::SCAError& error);
+    /// Takes away the records that comments silence; those comments then count as needed. Once.
+    void Silence(std::vector<CodeAnalyzer::SCAError>& errors);
 
     /// A comment that silences nothing, or codes of it that do not.
     struct SUnused
@@ -30,7 +30,7 @@ public:
         std::vector<std::int32_t> codes; ///< empty: it names none
         bool whole;                      ///< whether nothing of the comment is needed
     };
-    /// Once every record has been shown to Silences().
+    /// After Silence().
     std::vector<SUnused> Unused() const;
 
 private:
@@ -43,11 +43,14 @@ private:
         std::vector<bool> needed; ///< one for each code; a single one when there is none
     };
     void Read(std::wstring_view text, const CTextLines& lines, std::size_t at);
+    bool IsAlone(std::wstring_view text, std::size_t start, std::size_t lineStart);
 
     std::vector<SIgnore> m_ignores;
     std::vector<std::size_t> m_open; ///< stretches without an end so far
     std::int64_t m_lastLine;
     std::int64_t m_streakEnd = 0; ///< the line behind the last comments that stood above one line together
+    std::size_t m_lineStart = std::wstring_view::npos; ///< of the line of which `m_indentEnd` is known
+    std::size_t m_indentEnd = 0;
 };
 
 } // namespace Kesh::Findings
