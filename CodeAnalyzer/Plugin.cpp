@@ -46,11 +46,6 @@ IGrammarCheck* CodeAnalyzerGetGrammarCheck(ICAComponent* component)
     return Own(component)->GetGrammarCheck();
 }
 
-IErrorDetails* CodeAnalyzerGetErrorDetails(ICAComponent* component)
-{
-    return Own(component)->GetErrorDetails();
-}
-
 ICustomNames* CodeAnalyzerGetCustomNames(ICAComponent* component)
 {
     return Own(component)->GetHtmlCustomItemsKeeper();

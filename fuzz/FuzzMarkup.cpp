@@ -3,9 +3,9 @@
 
 #include "Application/BareApplication.h"
 #include "Components/CAErrorsManager.h"
-#include "Parsers/CssSyntaxChecker.h"
-#include "Parsers/HtmlCustomItemsKeeper.h"
-#include "Parsers/HtmlSyntaxChecker.h"
+#include "Markup/CssSyntaxChecker.h"
+#include "Markup/HtmlCustomItemsKeeper.h"
+#include "Markup/HtmlSyntaxChecker.h"
 #include "Require.h"
 #include "SyntaxParser/SPDocument.h"
 #include "SyntaxParser/SourceText.h"

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "Checks/CancelFlag.h"
+
 #include <QPointer>
 #include <QThread>
 #include <atomic>
@@ -10,9 +12,6 @@
 #include <vector>
 
 namespace Kesh::CodeAnalyzer {
-
-/// Set, it has a check be given up; shared with whoever may want that, since a check may end at any moment.
-using TCancelFlag = std::shared_ptr<std::atomic<bool>>;
 
 /// Which files are being checked, and by which threads. Two checks of one file at once would list its errors
 /// twice, whoever starts them: the editor's checker, the project check, or the user.

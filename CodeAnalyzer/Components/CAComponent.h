@@ -1,14 +1,13 @@
 #pragma once
 
 #include "Components/CADocManager.h"
-#include "Components/CAErrorDetails.h"
 #include "Components/CAErrorsManager.h"
 #include "Components/CAErrorsSource.h"
-#include "Components/CAGrammarCheck.h"
+#include "Checks/CAGrammarCheck.h"
 #include "Components/CAParserHelper.h"
 #include "Components/CAProjectHandler.h"
 #include "Kesh/CodeAnalyzer/ICAComponent.h"
-#include "Parsers/HtmlCustomItemsKeeper.h"
+#include "Markup/HtmlCustomItemsKeeper.h"
 
 #include <boost/signals2/trackable.hpp>
 #include <cstdint>
@@ -43,7 +42,6 @@ public:
     /// Null before InitComponent().
     CCAErrorsBar* GetErrorsBar() { return m_errorsBar; }
     IGrammarCheck* GetGrammarCheck() { return &m_grammarCheck; }
-    IErrorDetails* GetErrorDetails() { return &m_errorDetails; }
     IProjectCheck* GetProjectCheck() { return &m_projectHandler; }
     IErrorsSource* GetErrorsSource() { return &m_errorsSource; }
     /// The open project when `project` is non-zero, else the document that the user works in.
@@ -66,7 +64,6 @@ private:
     SDK::IImageList* m_imageList = nullptr;
     CHtmlCustomItemsKeeper m_customItems;
     CErrorsSource m_errorsSource{m_errorsManager};
-    CErrorDetails m_errorDetails{m_grammarCheck};
 };
 
 } // namespace Kesh::CodeAnalyzer

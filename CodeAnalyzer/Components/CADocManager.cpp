@@ -1,8 +1,9 @@
 #include "Components/CADocManager.h"
 
 #include "Base/HostComponent.h"
+#include "Checks/CACheckable.h"
+#include "Checks/CAGrammarCheck.h"
 #include "Components/CACheckWorkers.h"
-#include "Components/CACheckable.h"
 #include "Kesh/SyntaxParser/IParserComponent.h"
 
 #include <algorithm>

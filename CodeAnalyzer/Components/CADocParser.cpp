@@ -1,9 +1,10 @@
 #include "Components/CADocParser.h"
 
 #include "Base/HostComponent.h"
+#include "Checks/CADocumentCheck.h"
+#include "Checks/CAGrammarCheck.h"
 #include "Components/CACheckWorkers.h"
 #include "Components/CADocParserThread.h"
-#include "Components/CADocumentCheck.h"
 #include "Components/CAErrorsManager.h"
 #include "Kesh/ProjectManager/IProjectManager.h"
 #include "Kesh/SDK/IServices.h"
@@ -161,6 +162,7 @@ bool CCADocParser::BeginCheck()
     m_busy = 1;
     m_checkDue = false;
     m_application->GetTimerService()->StopTimer(this);
+    m_check->SetDetailed(m_errorsManager->IsDetailed());
     m_check->TakeSnapshot(*source, path);
     m_keepAlive = m_self;
     m_checkedSource = source;

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Components/CAErrorsReceiver.h"
+#include "Diagnostics/ErrorsReceiver.h"
 #include "Kesh/Base/ITimerHandler.h"
 #include "Kesh/CodeAnalyzer/SCAError.h"
 #include "Kesh/Editor/IDocBuffer.h"

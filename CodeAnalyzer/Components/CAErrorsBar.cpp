@@ -100,16 +100,19 @@ bool CCAErrorsBar::event(QEvent* e)
         return QTreeWidget::event(e);
     const auto* message = static_cast<CCAErrorsEvent*>(e);
     switch (message->GetType()) {
-    case CCAErrorsEvent::Add: AddErrorsMessageHandler(message->GetFileName(), message->GetErrors()); break;
+    case CCAErrorsEvent::Add:
+        AddErrorsMessageHandler(message->GetFileName(), message->GetErrors(), message->GetDetails());
+        break;
     case CCAErrorsEvent::ProjectFinished: FinProjectErrorsHandler(); break;
     case CCAErrorsEvent::Remove: RemoveErrorsMessageHandler(message->GetFileName()); break;
     }
     return true;
 }
 
-void CCAErrorsBar::AddErrorsMessageHandler(const std::wstring& file, const std::vector<SCAError>& errors)
+void CCAErrorsBar::AddErrorsMessageHandler(const std::wstring& file, const std::vector<SCAError>& errors,
+                                           TDetails details)
 {
-    m_errorsManager->AddErrorsFormBar(file, errors);
+    m_errorsManager->AddErrorsFormBar(file, errors, std::move(details));
 }
 
 void CCAErrorsBar::RemoveErrorsMessageHandler(const std::wstring& file)

@@ -42,7 +42,8 @@ public:
 
     bool event(QEvent* e) override;
 
-    void AddErrorsMessageHandler(const std::wstring& file, const std::vector<SCAError>& errors);
+    void AddErrorsMessageHandler(const std::wstring& file, const std::vector<SCAError>& errors,
+                                 TDetails details = nullptr);
     void RemoveErrorsMessageHandler(const std::wstring& file);
     /// Shows the bar when it lists any error.
     void FinProjectErrorsHandler();

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Kesh/CodeAnalyzer/SCAError.h"
+#include "Kesh/CodeAnalyzer/Diagnostic.h"
 
 #include <QEvent>
 #include <atomic>
@@ -48,6 +48,9 @@ public:
     std::int32_t GetType() const { return m_type; }
     const std::wstring& GetFileName() const { return m_fileName; }
     const std::vector<SCAError>& GetErrors() const { return m_errors; }
+    /// What is known of them beyond their records.
+    const TDetails& GetDetails() const { return m_details; }
+    void SetDetails(TDetails details) { m_details = std::move(details); }
 
 private:
     void CountWaiting(int step)
@@ -64,6 +67,7 @@ private:
     std::int32_t m_type;
     std::wstring m_fileName;
     std::vector<SCAError> m_errors;
+    TDetails m_details;
 };
 
 } // namespace Kesh::CodeAnalyzer

@@ -1,9 +1,9 @@
 #include "Components/CAErrorsManager.h"
 
 #include "Base/HostComponent.h"
-#include "Components/CAErrorKinds.h"
 #include "Components/CAErrorsBar.h"
 #include "Components/CAErrorsEvent.h"
+#include "Diagnostics/Messages.h"
 #include "Kesh/LangSupport/LangSupport.h"
 #include "Kesh/SyntaxParser/IParserComponent.h"
 
@@ -34,10 +34,14 @@ void CCAErrorsManager::DetachBar()
     m_bar = nullptr;
 }
 
-void CCAErrorsManager::AddErrors(const std::wstring& file, const std::vector<SCAError>& errors)
+void CCAErrorsManager::AddErrors(const std::wstring& file, const std::vector<SCAError>& errors,
+                                 TDetails details)
 {
-    if (m_bar && !file.empty() && !errors.empty())
-        QCoreApplication::postEvent(m_bar, new CCAErrorsEvent(CCAErrorsEvent::Add, file, errors));
+    if (!m_bar || file.empty() || errors.empty())
+        return;
+    auto event = std::make_unique<CCAErrorsEvent>(CCAErrorsEvent::Add, file, errors);
+    event->SetDetails(std::move(details));
+    QCoreApplication::postEvent(m_bar, event.release());
 }
 
 void CCAErrorsManager::RemoveErrorsMSG(const std::wstring& file)
@@ -52,32 +56,38 @@ void CCAErrorsManager::DeliverPosted()
         QCoreApplication::sendPostedEvents(m_bar, CCAErrorsEvent::EventType);
 }
 
-void CCAErrorsManager::AddErrorsFormBar(const std::wstring& file, const std::vector<SCAError>& errors)
+void CCAErrorsManager::AddErrorsFormBar(const std::wstring& file, const std::vector<SCAError>& errors,
+                                        TDetails details)
 {
     QMutexLocker locker(&m_lock);
     std::vector<SCAError>& stored = m_errors[file];
+    m_details.Append(file, stored.size(), errors.size(), details);
     if (ForgetUntold(file))
         m_added(file, stored);
     stored.insert(stored.end(), errors.begin(), errors.end());
     m_added(file, errors);
 }
 
-void CCAErrorsManager::AddErrorsMT(const std::wstring& file, const std::vector<SCAError>& errors)
+void CCAErrorsManager::AddErrorsMT(const std::wstring& file, const std::vector<SCAError>& errors,
+                                   TDetails details)
 {
     QMutexLocker locker(&m_lock);
     ForgetUntold(file);
     m_removed(file);
     m_errors[file] = errors;
+    m_details.Replace(file, details);
     m_added(file, errors);
 }
 
-void CCAErrorsManager::AddErrorsGradually(const std::wstring& file, const std::vector<SCAError>& errors)
+void CCAErrorsManager::AddErrorsGradually(const std::wstring& file, const std::vector<SCAError>& errors,
+                                          TDetails details)
 {
     if (!m_bar)
-        return AddErrorsMT(file, errors);
+        return AddErrorsMT(file, errors, std::move(details));
     QMutexLocker locker(&m_lock);
     m_removed(file);
     m_errors[file] = errors;
+    m_details.Replace(file, details);
     const bool isFirst = m_untold.empty();
     m_untold.insert(file);
     m_toTell.push_back(file);
@@ -114,6 +124,7 @@ void CCAErrorsManager::RemoveErrors(const std::wstring& file)
     ForgetUntold(file);
     m_removed(file);
     m_errors.erase(file);
+    m_details.Remove(file);
 }
 
 void CCAErrorsManager::RemoveErrorsOf(const std::vector<std::wstring>& files)
@@ -129,6 +140,7 @@ void CCAErrorsManager::Clear()
 {
     QMutexLocker locker(&m_lock);
     m_errors.clear();
+    m_details.Clear();
     m_untold.clear();
 }
 
@@ -192,9 +204,22 @@ void CCAErrorsManager::OnFindErrorRegions(const std::wstring& file, const SSchem
     }
 }
 
+std::vector<SDiagnostic> CCAErrorsManager::GetDiagnostics(const std::wstring& file)
+{
+    QMutexLocker locker(&m_lock);
+    std::vector<SDiagnostic> diagnostics;
+    const auto found = m_errors.find(file);
+    if (found == m_errors.end())
+        return diagnostics;
+    const std::vector<SDetails>* details = m_details.Find(file);
+    for (std::size_t i = 0; i < found->second.size(); ++i)
+        diagnostics.push_back({found->second[i], details ? (*details)[i] : SDetails()});
+    return diagnostics;
+}
+
 std::wstring CCAErrorsManager::GetErrorDescription(const SCAError& error)
 {
-    return LangSupport::CLangSupport::LoadStr(ErrorMessageKey(error.code));
+    return TitleOf(error.code);
 }
 
 } // namespace Kesh::CodeAnalyzer

@@ -1,12 +1,14 @@
 #pragma once
 
-#include "Components/CAErrorsReceiver.h"
+#include "Components/CADetailsTable.h"
+#include "Diagnostics/ErrorsReceiver.h"
 #include "Kesh/CodeAnalyzer/IErrorsManager.h"
 #include "Kesh/CodeAnalyzer/SCAError.h"
 #include "Kesh/SDK/IApplication.h"
 
 #include <QIcon>
 #include <QMutex>
+#include <atomic>
 #include <boost/signals2/signal.hpp>
 #include <boost/signals2/trackable.hpp>
 #include <deque>
@@ -39,16 +41,19 @@ public:
     void DetachBar();
 
     /// Posts the errors of a finished check; nothing for an empty list or path. Any thread.
-    void AddErrors(const std::wstring& file, const std::vector<SCAError>& errors) override;
+    void AddErrors(const std::wstring& file, const std::vector<SCAError>& errors,
+                   TDetails details = nullptr) override;
     /// Posts that the file's errors are gone. Any thread.
     void RemoveErrorsMSG(const std::wstring& file);
     /// Delivers at once what has been posted so far, for those about to replace or save errors. GUI thread.
     void DeliverPosted();
 
     /// Appends to the file's errors. GUI thread.
-    void AddErrorsFormBar(const std::wstring& file, const std::vector<SCAError>& errors);
+    void AddErrorsFormBar(const std::wstring& file, const std::vector<SCAError>& errors,
+                          TDetails details = nullptr);
     /// Replaces the file's errors, also by none. GUI thread.
-    void AddErrorsMT(const std::wstring& file, const std::vector<SCAError>& errors);
+    void AddErrorsMT(const std::wstring& file, const std::vector<SCAError>& errors,
+                     TDetails details = nullptr);
     /// GUI thread.
     void RemoveErrors(const std::wstring& file);
     /// The same for each of many. GUI thread.
@@ -57,13 +62,19 @@ public:
     void Clear();
     /// Like AddErrorsMT(), but tells of it later, when the GUI thread has nothing else to do: many files do
     /// not stop the window then. GUI thread.
-    void AddErrorsGradually(const std::wstring& file, const std::vector<SCAError>& errors);
+    void AddErrorsGradually(const std::wstring& file, const std::vector<SCAError>& errors,
+                            TDetails details = nullptr);
     /// GUI thread.
     void ShowHostErrors(const std::wstring& file, const std::vector<SHostError>& errors);
 
     /// Leaves `out` as it was when the file has no entry. Any thread.
     void GetErrors(const std::wstring& file, std::vector<SCAError>& out);
     ErrorsTable GetAllErrors();
+    /// The same with what is known of each beyond its record. Any thread.
+    std::vector<SDiagnostic> GetDiagnostics(const std::wstring& file);
+    /// Whether checkers say more of errors than their records do. Any thread.
+    void SetDetailed(bool detailed) { m_detailed = detailed; }
+    bool IsDetailed() const { return m_detailed; }
     /// Whether the file has errors, or some that wait to be delivered. Any thread.
     bool MayHaveErrors(const std::wstring& file);
     bool IsErrorOnLine(const std::wstring& file, int line) override;
@@ -89,6 +100,8 @@ private:
     std::deque<std::wstring> m_toTell;
     QMutex m_lock;
     ErrorsTable m_errors;
+    CDetailsTable m_details;
+    std::atomic<bool> m_detailed{false};
     QIcon m_icon;
     AddedSignal m_added;
     RemovedSignal m_removed;

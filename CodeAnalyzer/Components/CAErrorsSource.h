@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Components/CAErrorsManager.h"
+#include "Diagnostics/Messages.h"
 #include "Kesh/CodeAnalyzer/Plugin.h"
 
 namespace Kesh::CodeAnalyzer {
@@ -16,10 +17,12 @@ public:
         m_manager.GetErrors(file, out);
     }
     std::map<std::wstring, std::vector<SCAError>> GetAllErrors() override { return m_manager.GetAllErrors(); }
-    std::wstring GetErrorDescription(const SCAError& error) override
+    std::vector<SDiagnostic> GetDiagnostics(const std::wstring& file) override
     {
-        return m_manager.GetErrorDescription(error);
+        return m_manager.GetDiagnostics(file);
     }
+    void SetDetailed(bool detailed) override { m_manager.SetDetailed(detailed); }
+    IDiagnosticTexts& GetTexts() override { return m_texts; }
     AddedSignal& GetAddedSignal() override { return m_manager.GetAddedSignal(); }
     RemovedSignal& GetRemovedSignal() override { return m_manager.GetRemovedSignal(); }
     void ShowHostErrors(const std::wstring& file, const std::vector<SHostError>& errors) override
@@ -29,6 +32,7 @@ public:
 
 private:
     CCAErrorsManager& m_manager;
+    CDiagnosticTexts m_texts;
 };
 
 } // namespace Kesh::CodeAnalyzer

@@ -1,9 +1,10 @@
 #include "Components/CAParserHelper.h"
 
 #include "Base/HostComponent.h"
+#include "Checks/CADocumentCheck.h"
+#include "Checks/CAGrammarCheck.h"
 #include "Components/CACheckWorkers.h"
 #include "Components/CADocManager.h"
-#include "Components/CADocumentCheck.h"
 #include "Components/CAErrorsManager.h"
 #include "Components/CAProjectHandler.h"
 #include "Kesh/SDK/IDocument.h"
@@ -44,6 +45,7 @@ void CParserHelper::ParsecurrentDoc()
     check->FollowGrammar(m_docManager ? m_docManager->GetGrammarCheck() : nullptr);
     m_errorsManager->DeliverPosted();
     m_errorsManager->RemoveErrors(path);
+    check->SetDetailed(m_errorsManager->IsDetailed());
     check->TakeSnapshot(*source, path);
     check->Run();
 }

@@ -2,10 +2,11 @@
 
 #include "Base/CommonString.h"
 #include "Base/HostComponent.h"
+#include "Checks/CADocumentCheck.h"
+#include "Checks/CAGrammarCheck.h"
 #include "Components/CACheckWorkers.h"
 #include "Components/CAComponent.h"
 #include "Components/CADocManager.h"
-#include "Components/CADocumentCheck.h"
 #include "Components/CAErrorsBar.h"
 #include "Components/CAErrorsEvent.h"
 #include "Components/CAErrorsManager.h"
@@ -478,6 +479,7 @@ bool CCAProjectHandler::CheckClosed(IParserComponent& parser, const std::wstring
     const auto complete = CCADocumentCheck::CreateOver(m_application, document, m_errorsManager,
                                                        m_component->GetHtmlCustomItemsKeeper());
     complete->FollowGrammar(m_docManager ? m_docManager->GetGrammarCheck() : nullptr);
+    complete->SetDetailed(m_errorsManager->IsDetailed());
     complete->SetCancelFlag(m_cancelled);
     // Given up half-way, it leaves what was known.
     if (!complete->Run())

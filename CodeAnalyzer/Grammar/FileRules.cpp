@@ -1,11 +1,21 @@
-#include "Grammar/PhpRules.h"
+#include "Grammar/FileRules.h"
 
 #include <algorithm>
 
 namespace Kesh::CodeAnalyzer {
 
+void CFileRules::Begin()
+{
+    m_namespaces = ENamespaces::None;
+    m_inNamespaceBraces = m_anyStatement = m_anyCode = false;
+    m_useItems.clear();
+    m_imports.clear();
+    m_declared.clear();
+    m_strictTypes = false;
+}
+
 // One statement of the file, or of a namespace in braces, is complete.
-void CPhpRules::TopStatement(const SGrammarValue& statement)
+void CFileRules::TopStatement(const SGrammarValue& statement)
 {
     switch (statement.kind) {
     case EValue::Nop: return;
@@ -22,19 +32,19 @@ void CPhpRules::TopStatement(const SGrammarValue& statement)
 }
 
 // Code stands here: outside of the braces of namespaces there must be none.
-void CPhpRules::BeginCodeInNamespace(std::uint32_t token)
+void CFileRules::BeginCodeInNamespace(std::uint32_t token)
 {
     if (token != NoToken && m_namespaces == ENamespaces::Braces && !m_inNamespaceBraces)
         Report(Code::NamespaceStyles, token);
 }
 
-void CPhpRules::Halt(const SGrammarValue& word)
+void CFileRules::Halt(const SGrammarValue& word)
 {
     if (m_inNamespaceBraces)
         Report(Code::HaltInside, word);
 }
 
-void CPhpRules::NamespaceStatement(const SGrammarValue& word)
+void CFileRules::NamespaceStatement(const SGrammarValue& word)
 {
     if (m_namespaces == ENamespaces::Braces)
         Report(Code::NamespaceStyles, word);
@@ -46,7 +56,7 @@ void CPhpRules::NamespaceStatement(const SGrammarValue& word)
     m_declared.clear();
 }
 
-void CPhpRules::BeginNamespace(const SGrammarValue& word)
+void CFileRules::BeginNamespace(const SGrammarValue& word)
 {
     if (m_inNamespaceBraces)
         Report(Code::NamespaceNested, word);
@@ -61,19 +71,19 @@ void CPhpRules::BeginNamespace(const SGrammarValue& word)
     m_declared.clear();
 }
 
-void CPhpRules::EndNamespace()
+void CFileRules::EndNamespace()
 {
     m_inNamespaceBraces = false;
     m_imports.clear();
     m_declared.clear();
 }
 
-void CPhpRules::UseItem(const SGrammarValue& /*name*/, const SGrammarValue& alias)
+void CFileRules::UseItem(const SGrammarValue& /*name*/, const SGrammarValue& alias)
 {
     m_useItems.push_back({alias.first, ImportClass, false});
 }
 
-void CPhpRules::RetypeUse(EImport import)
+void CFileRules::RetypeUse(EImport import)
 {
     m_useItems.back().type = import;
     m_useItems.back().retyped = true;
@@ -97,55 +107,55 @@ std::wstring NameKey(EImport type, std::wstring_view name)
 } // namespace
 
 // An import statement is complete: its names must be free.
-void CPhpRules::Uses(const SGrammarValue& word, EImport import)
+void CFileRules::Uses(const SGrammarValue& word, EImport import)
 {
     if (import != ImportClass)
-        Needs(506, word);
+        Needs(EFeature::UseFunction, word);
     BeginCodeInNamespace(word.first);
     m_anyStatement = m_anyCode = true;
     for (const SImport& item : m_useItems) {
         const EImport type = item.retyped ? item.type : import;
         const std::wstring key = NameKey(type, LastPart(Text(item.alias)));
-        if (type == ImportClass && IsReservedClassName(key)) {
+        if (type == ImportClass && m_names.IsReservedClassName(key)) {
             Report(Code::ReservedName, item.alias);
             continue;
         }
         const auto [at, isNew] = m_imports.try_emplace({type, key}, item.alias);
         if (!isNew) {
-            Report(Code::NameInUse, item.alias, at->second);
+            Report(Code::NameInUse, item.alias, FirstIs(at->second));
             continue;
         }
         const auto declared = m_declared.find({type, key});
         if (declared != m_declared.end())
-            Report(Code::NameInUse, item.alias, declared->second);
+            Report(Code::NameInUse, item.alias, FirstIs(declared->second));
     }
     m_useItems.clear();
 }
 
-void CPhpRules::DeclareFunction(std::uint32_t name)
+void CFileRules::DeclareFunction(std::uint32_t name)
 {
-    const std::wstring key = m_tokens.Lower(name);
+    const std::wstring key = Tokens().Lower(name);
     const auto imported = m_imports.find({ImportFunction, key});
     if (imported != m_imports.end()) {
-        Report(Code::NameInUse, name, imported->second);
+        Report(Code::NameInUse, name, FirstIs(imported->second));
         return;
     }
     const auto [at, isNew] = m_declared.try_emplace({ImportFunction, key}, name);
     if (!isNew)
-        Report(Code::FunctionTwice, name, at->second);
+        Report(Code::FunctionTwice, name, FirstIs(at->second));
 }
 
 // A class may stand twice in a file: which one counts is told when the file runs.
-void CPhpRules::DeclareClass(std::uint32_t name)
+void CFileRules::DeclareClass(std::uint32_t name)
 {
-    const std::wstring key = m_tokens.Lower(name);
+    const std::wstring key = Tokens().Lower(name);
     const auto imported = m_imports.find({ImportClass, key});
     if (imported != m_imports.end())
-        Report(Code::NameInUse, name, imported->second);
+        Report(Code::NameInUse, name, FirstIs(imported->second));
     m_declared.try_emplace({ImportClass, key}, name);
 }
 
-void CPhpRules::Constant(const SGrammarValue& name, const SGrammarValue& value)
+void CFileRules::Constant(const SGrammarValue& name, const SGrammarValue& value)
 {
     CheckConstant(value, true);
     if (IsWord(name.first, L"true") || IsWord(name.first, L"false") || IsWord(name.first, L"null")) {
@@ -154,17 +164,17 @@ void CPhpRules::Constant(const SGrammarValue& name, const SGrammarValue& value)
     }
     const auto imported = m_imports.find({ImportConstant, std::wstring(Text(name.first))});
     if (imported != m_imports.end())
-        Report(Code::NameInUse, name.first, imported->second);
+        Report(Code::NameInUse, name.first, FirstIs(imported->second));
     m_declared.try_emplace({ImportConstant, std::wstring(Text(name.first))}, name.first);
 }
 
-void CPhpRules::ConstStatement(const SGrammarValue& word)
+void CFileRules::ConstStatement(const SGrammarValue& word)
 {
     BeginCodeInNamespace(word.first);
     m_anyStatement = m_anyCode = true;
 }
 
-void CPhpRules::DeclareItem(const SGrammarValue& name, const SGrammarValue& value)
+void CFileRules::DeclareItem(const SGrammarValue& name, const SGrammarValue& value)
 {
     const bool strict = IsWord(name.first, L"strict_types");
     if (!strict && !IsWord(name.first, L"ticks"))
@@ -180,20 +190,20 @@ void CPhpRules::DeclareItem(const SGrammarValue& name, const SGrammarValue& valu
     const std::wstring_view number = Text(value.first);
     if (number != L"0" && number != L"1")
         Report(Code::DeclareMisused, value);
-    else if (m_anyCode || m_functions.size() > 1)
+    else if (m_anyCode || m_scopes.functions.size() > 1)
         Report(Code::DeclareMisused, name);
 }
 
 // `declare(...)` with the statement that it holds for; a lone `;` says that it holds for the rest of the
 // file.
-void CPhpRules::EndDeclare(const SGrammarValue& /*word*/, const SGrammarValue& statement)
+void CFileRules::EndDeclare(const SGrammarValue& /*word*/, const SGrammarValue& statement)
 {
     if (m_strictTypes && statement.kind != EValue::Nop)
         Report(Code::DeclareMisused, m_strictTypesWord);
     m_strictTypes = false;
 }
 
-void CPhpRules::EndDeclareBlock(const SGrammarValue& /*word*/)
+void CFileRules::EndDeclareBlock(const SGrammarValue& /*word*/)
 {
     if (m_strictTypes)
         Report(Code::DeclareMisused, m_strictTypesWord);

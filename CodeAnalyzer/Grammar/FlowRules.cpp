@@ -1,16 +1,16 @@
-#include "Grammar/PhpRules.h"
+#include "Grammar/FlowRules.h"
 
 #include <cwchar>
 
 namespace Kesh::CodeAnalyzer {
 
 // A block knows of those around it what a jump asks, so that no jump has to go through all of them.
-void CPhpRules::OpenBlock(SBlock::EKind kind)
+void CFlowRules::OpenBlock(SBlock::EKind kind)
 {
     SFunctionScope& scope = Function();
     SBlock block = scope.blocks[scope.block];
     block.kind = kind;
-    block.hasDefault = false;
+    block.defaultWord = NoToken;
     block.parent = scope.block;
     block.end = ~0U;
     scope.block = static_cast<std::uint32_t>(scope.blocks.size());
@@ -24,38 +24,39 @@ void CPhpRules::OpenBlock(SBlock::EKind kind)
     scope.blocks.push_back(block);
 }
 
-void CPhpRules::CloseBlock()
+void CFlowRules::CloseBlock()
 {
     SFunctionScope& scope = Function();
     scope.blocks[scope.block].end = static_cast<std::uint32_t>(scope.blocks.size());
     scope.block = scope.blocks[scope.block].parent;
 }
 
-void CPhpRules::DefaultCase(const SGrammarValue& word)
+void CFlowRules::DefaultCase(const SGrammarValue& word)
 {
     SBlock& block = Function().blocks[Function().block];
-    if (block.kind == SBlock::Switch && block.hasDefault && (m_version == 0 || m_version >= 700))
-        Report(Code::DefaultTwice, word);
-    block.hasDefault = true;
+    if (block.kind == SBlock::Switch && block.defaultWord != NoToken && IsFrom(700))
+        Report(Code::DefaultTwice, word.first, FirstIs(block.defaultWord));
+    else
+        block.defaultWord = word.first;
 }
 
-void CPhpRules::Leave(const SGrammarValue& word)
+void CFlowRules::Leave(const SGrammarValue& word)
 {
     Leave(word, {word.first, 0, 0, 0, EValue::Nop, EValue::Other});
 }
 
 // `break` and `continue`, with how many loops they leave.
-void CPhpRules::Leave(const SGrammarValue& word, const SGrammarValue& depth)
+void CFlowRules::Leave(const SGrammarValue& word, const SGrammarValue& depth)
 {
     std::uint64_t levels = 1;
     if (depth.kind == EValue::Literal || depth.kind == EValue::Group) {
         const std::uint32_t token = depth.kind == EValue::Group ? depth.extra : depth.first;
-        levels = token < m_tokens.Count() ? std::wcstoull(std::wstring(Text(token)).c_str(), nullptr, 0) : 0;
+        levels = token < Tokens().Count() ? std::wcstoull(std::wstring(Text(token)).c_str(), nullptr, 0) : 0;
     } else if (depth.kind != EValue::Nop) {
         levels = 0;
     }
     if (levels == 0) {
-        if (m_version == 0 || m_version >= 504)
+        if (IsFrom(504))
             Report(Code::LeaveDepth, depth);
         return;
     }
@@ -68,20 +69,20 @@ void CPhpRules::Leave(const SGrammarValue& word, const SGrammarValue& depth)
         Report(block.loops == 0 ? Code::LeaveOutsideLoop : Code::LeaveDepth, word);
 }
 
-void CPhpRules::Goto(const SGrammarValue& label)
+void CFlowRules::Goto(const SGrammarValue& label)
 {
     Function().jumps.push_back({label.first, Function().block});
 }
 
-void CPhpRules::Label(const SGrammarValue& label)
+void CFlowRules::Label(const SGrammarValue& label)
 {
     const auto [at, isNew] =
         Function().labels.try_emplace(std::wstring(Text(label.first)), SJump{label.first, Function().block});
     if (!isNew)
-        Report(Code::LabelTwice, label.first, at->second.token);
+        Report(Code::LabelTwice, label.first, FirstIs(at->second.token));
 }
 
-void CPhpRules::ResolveJumps(const SFunctionScope& scope)
+void CFlowRules::ResolveJumps(const SFunctionScope& scope)
 {
     for (const SJump& jump : scope.jumps) {
         const auto label = scope.labels.find(std::wstring(Text(jump.token)));
@@ -92,30 +93,30 @@ void CPhpRules::ResolveJumps(const SFunctionScope& scope)
         const std::uint32_t target = label->second.block;
         // Blocks are numbered as they begin, so those inside of one follow it up to its end.
         if (jump.block < target || jump.block >= scope.blocks[target].end)
-            Report(Code::GotoIntoBlock, jump.token, label->second.token);
+            Report(Code::GotoIntoBlock, jump.token, {label->second.token, "The label is here"});
         else if (scope.blocks[jump.block].finally > target)
             Report(Code::LeaveFinally, jump.token);
     }
 }
 
-void CPhpRules::Return(const SGrammarValue& word)
+void CFlowRules::Return(const SGrammarValue& word)
 {
     SFunctionScope& scope = Function();
     if (scope.hasReturnType)
         scope.emptyReturns.push_back(word.first);
 }
 
-void CPhpRules::Return(const SGrammarValue& word, const SGrammarValue& value)
+void CFlowRules::Return(const SGrammarValue& word, const SGrammarValue& value)
 {
     const SFunctionScope& scope = Function();
     if (scope.returnType == TypeVoid || scope.returnType == TypeNever)
         Report(Code::ReturnValue, word);
-    if (scope.byReference && !m_pending.empty())
-        Consume(value.first);
+    if (scope.byReference)
+        m_scopes.pending.Drop(value.first, NoToken);
 }
 
 // At the end of a function: only now it is known whether it is a generator, where `return;` is right.
-void CPhpRules::CheckReturns(const SFunctionScope& scope)
+void CFlowRules::CheckReturns(const SFunctionScope& scope)
 {
     if (!scope.hasReturnType)
         return;
@@ -131,7 +132,7 @@ void CPhpRules::CheckReturns(const SFunctionScope& scope)
         Report(Code::ReturnValue, word);
 }
 
-void CPhpRules::YieldHere(const SGrammarValue& word)
+void CFlowRules::YieldHere(const SGrammarValue& word)
 {
     SFunctionScope& scope = Function();
     if (!scope.inBody)
@@ -143,12 +144,12 @@ void CPhpRules::YieldHere(const SGrammarValue& word)
 }
 
 // Before 8.0 it was a statement.
-void CPhpRules::ThrowHere(const SGrammarValue& word)
+void CFlowRules::ThrowHere(const SGrammarValue& word)
 {
     using K = SyntaxParser::EPhpTokenKind;
-    if (m_version == 0 || m_version >= 800 || word.first == 0)
+    if (word.first == 0)
         return;
-    switch (m_tokens[word.first - 1].kind) {
+    switch (Tokens()[word.first - 1].kind) {
     case K::Semicolon:
     case K::OpenBrace:
     case K::CloseBrace:
@@ -159,47 +160,46 @@ void CPhpRules::ThrowHere(const SGrammarValue& word)
     case K::OpenTag:
     case K::CloseTag:
     case K::InlineHtml: return;
-    default: Report(Code::TooNew, word);
+    default: Needs(EFeature::ThrowExpression, word);
     }
 }
 
-void CPhpRules::TryAlone(const SGrammarValue& word, const SGrammarValue& catches)
+void CFlowRules::TryAlone(const SGrammarValue& word, const SGrammarValue& catches)
 {
     if (catches.kind == EValue::Nop)
         Report(Code::TryAlone, word);
 }
 
-void CPhpRules::CatchType(const SGrammarValue& name)
+void CFlowRules::CatchType(const SGrammarValue& name)
 {
-    if (IsWord(name.first, L"self") || IsWord(name.first, L"parent") || IsWord(name.first, L"static"))
-        Report(Code::ReservedName, name);
+    m_names.CheckNoClassWord(name);
 }
 
-void CPhpRules::CatchVariable(const SGrammarValue& variable)
+void CFlowRules::CatchVariable(const SGrammarValue& variable)
 {
     if (IsThis(variable.first))
         Report(Code::ReservedVariable, variable);
 }
 
-void CPhpRules::MatchHead(const SGrammarValue& word, const SGrammarValue& arguments)
+void CFlowRules::MatchHead(const SGrammarValue& word, const SGrammarValue& arguments)
 {
-    Needs(800, word);
+    Needs(EFeature::Match, word);
     // What it takes looks like the arguments of a call to the grammar, and is one expression.
     if (arguments.flags & (Named | Unpacked | Several | NoneGiven | AsCallable))
         Report(Code::OutOfPlace, arguments.flags & Several ? arguments.extra : arguments.first);
     m_matchDefaults.push_back(NoToken);
 }
 
-void CPhpRules::DefaultArm(const SGrammarValue& word)
+void CFlowRules::DefaultArm(const SGrammarValue& word)
 {
     if (m_matchDefaults.empty())
         return;
     if (m_matchDefaults.back() != NoToken)
-        Report(Code::DefaultTwice, word.first, m_matchDefaults.back());
+        Report(Code::DefaultTwice, word.first, FirstIs(m_matchDefaults.back()));
     m_matchDefaults.back() = word.first;
 }
 
-void CPhpRules::EndMatch()
+void CFlowRules::EndMatch()
 {
     if (!m_matchDefaults.empty())
         m_matchDefaults.pop_back();

@@ -1,10 +1,10 @@
-#include "Grammar/PhpRules.h"
+#include "Grammar/FunctionRules.h"
 
 namespace Kesh::CodeAnalyzer {
 
 using K = SyntaxParser::EPhpTokenKind;
 
-void CPhpRules::PushFunction(SFunctionScope::EKind kind, std::uint32_t token)
+void CFunctionRules::PushFunction(SFunctionScope::EKind kind, std::uint32_t token)
 {
     SFunctionScope scope;
     scope.kind = kind;
@@ -12,36 +12,35 @@ void CPhpRules::PushFunction(SFunctionScope::EKind kind, std::uint32_t token)
     const bool closure = kind == SFunctionScope::Closure || kind == SFunctionScope::Arrow;
     scope.inClass =
         kind == SFunctionScope::Method || kind == SFunctionScope::Hook || (closure && Function().inClass);
-    m_functions.push_back(std::move(scope));
+    m_scopes.functions.push_back(std::move(scope));
 }
 
-void CPhpRules::BeginFunction(const SGrammarValue& word, const SGrammarValue& name)
+void CFunctionRules::BeginFunction(const SGrammarValue& word, const SGrammarValue& name)
 {
-    const K kind = m_tokens[name.first].kind;
+    const K kind = Tokens()[name.first].kind;
     // Only a method may have a reserved word for its name.
     if (kind != K::Identifier && kind != K::Readonly && kind != K::Enum && kind != K::Match && kind != K::Fn)
         Report(Code::WordOutOfPlace, name);
     else if (kind == K::Match || kind == K::Fn)
-        Gone(kind == K::Match ? 800 : 704, name);
-    if ((m_version == 0 || m_version >= 800) &&
-        (IsWord(name.first, L"__autoload") || IsWord(name.first, L"assert")) && m_version != 0)
+        Needs(kind == K::Match ? EFeature::FunctionMatch : EFeature::FunctionFn, name);
+    if (IsFrom(800) && (IsWord(name.first, L"__autoload") || IsWord(name.first, L"assert")) && Version() != 0)
         Report(Code::ReservedName, name);
     PushFunction(SFunctionScope::Function, name.first);
     SetReference(word);
 }
 
 // `&` behind the word: what the function gives back is a place.
-void CPhpRules::SetReference(const SGrammarValue& word)
+void CFunctionRules::SetReference(const SGrammarValue& word)
 {
     const std::uint32_t next = word.first + 1;
-    Function().byReference = next < m_tokens.Count() && (m_tokens[next].kind == K::BitAnd ||
-                                                         m_tokens[next].kind == K::BitAndBeforeVariable);
+    Function().byReference = next < Tokens().Count() && (Tokens()[next].kind == K::BitAnd ||
+                                                         Tokens()[next].kind == K::BitAndBeforeVariable);
 }
 
-void CPhpRules::BeginMethod(const SGrammarValue& word, const SGrammarValue& name)
+void CFunctionRules::BeginMethod(const SGrammarValue& word, const SGrammarValue& name)
 {
-    const SModifiers modifiers = m_modifiers;
-    m_modifiers = {};
+    const SModifiers modifiers = m_scopes.modifiers;
+    m_scopes.modifiers = {};
     if (modifiers.set & ModVar)
         Report(Code::WordOutOfPlace, word);
     PushFunction(SFunctionScope::Method, name.first);
@@ -51,15 +50,15 @@ void CPhpRules::BeginMethod(const SGrammarValue& word, const SGrammarValue& name
 }
 
 // What the modifiers of a method, its name and its class have to do with one another.
-void CPhpRules::CheckMethod(std::uint32_t name)
+void CFunctionRules::CheckMethod(std::uint32_t name)
 {
     SClassScope* type = Class();
     if (!type)
         return;
     const std::uint16_t set = Function().modifiers.set;
     const std::uint32_t first = Function().modifiers.first;
-    if (!type->methods.insert(m_tokens.Lower(name)).second)
-        Report(Code::MethodTwice, name);
+    if (const auto [at, isNew] = type->methods.try_emplace(Tokens().Lower(name), name); !isNew)
+        Report(Code::MethodTwice, name, FirstIs(at->second));
     if (set & (ModReadonly | ModSet))
         Report(Code::ModifierMisused, first);
     if (type->kind == InterfaceKind) {
@@ -73,99 +72,99 @@ void CPhpRules::CheckMethod(std::uint32_t name)
         type->abstractMethod = name;
 }
 
-void CPhpRules::BeginHook(const SGrammarValue& name)
+void CFunctionRules::BeginHook(const SGrammarValue& name)
 {
-    Needs(804, name);
+    Needs(EFeature::PropertyHook, name);
     if (!IsWord(name.first, L"get") && !IsWord(name.first, L"set"))
         Report(Code::HookRule, name);
-    m_modifiers = {};
+    m_scopes.modifiers = {};
     PushFunction(SFunctionScope::Hook, name.first);
 }
 
-void CPhpRules::BeginClosure(const SGrammarValue& word)
+void CFunctionRules::BeginClosure(const SGrammarValue& word)
 {
-    PushFunction(m_tokens[word.first].kind == K::Fn ? SFunctionScope::Arrow : SFunctionScope::Closure,
+    PushFunction(Tokens()[word.first].kind == K::Fn ? SFunctionScope::Arrow : SFunctionScope::Closure,
                  word.first);
     SetReference(word);
 }
 
-void CPhpRules::BeginBody(const SGrammarValue& brace)
+void CFunctionRules::BeginBody(const SGrammarValue& brace)
 {
     SFunctionScope& scope = Function();
     scope.inBody = scope.hasBody = true;
     const SClassScope* type = Class();
     if (scope.kind == SFunctionScope::Method && type &&
         (type->kind == InterfaceKind || (scope.modifiers.set & ModAbstract)))
-        Report(Code::BodyNotAllowed, brace.first, scope.token);
+        Report(Code::BodyNotAllowed, brace.first, {scope.token, "The method is declared here"});
 }
 
-void CPhpRules::BeginArrow()
+void CFunctionRules::BeginArrow()
 {
     Function().inBody = true;
     if (Function().returnType == TypeVoid)
         Report(Code::ReturnValue, Function().token);
 }
 
-void CPhpRules::NoBody(const SGrammarValue& semicolon)
+void CFunctionRules::NoBody(const SGrammarValue& semicolon)
 {
     const SFunctionScope& scope = Function();
     const SClassScope* type = Class();
     if (scope.kind == SFunctionScope::Method && type && type->kind != InterfaceKind &&
         !(scope.modifiers.set & ModAbstract))
-        Report(Code::BodyMissing, semicolon.first, scope.token);
+        Report(Code::BodyMissing, semicolon.first, {scope.token, "The method is declared here"});
 }
 
-void CPhpRules::EndFunction()
+void CFunctionRules::EndFunction()
 {
-    if (m_functions.size() < 2)
+    if (m_scopes.functions.size() < 2)
         return;
-    const SFunctionScope scope = std::move(m_functions.back());
-    CheckReturns(scope);
-    ResolveJumps(scope);
+    const SFunctionScope scope = std::move(m_scopes.functions.back());
+    m_flow.CheckReturns(scope);
+    m_flow.ResolveJumps(scope);
     if (scope.kind == SFunctionScope::Method)
-        CheckMagicMethod(scope);
-    m_functions.pop_back();
+        m_magicMethods.Check(scope);
+    m_scopes.functions.pop_back();
 }
 
-void CPhpRules::AddParameter(std::uint32_t variable)
+void CFunctionRules::AddParameter(std::uint32_t variable)
 {
     SFunctionScope& scope = Function();
     if (scope.variadic)
-        Report(Code::VariadicMisused, variable, scope.variadic);
+        Report(Code::VariadicMisused, variable, {scope.variadic, "The variadic parameter is here"});
     if (IsThis(variable) || IsSuperglobal(variable))
         Report(Code::ReservedVariable, variable);
     const std::uint32_t index = scope.parameters.Add(variable);
-    if (const std::uint32_t first = scope.parameters.FirstOfName(m_tokens, index); first != variable)
-        Report(Code::ParameterTwice, variable, first);
+    if (const std::uint32_t first = scope.parameters.FirstOfName(Tokens(), index); first != variable)
+        Report(Code::ParameterTwice, variable, FirstIs(first));
     scope.hasParameterType = false;
 }
 
-void CPhpRules::Parameter(const SGrammarValue& variable)
+void CFunctionRules::Parameter(const SGrammarValue& variable)
 {
     AddParameter(variable.first);
 }
 
-void CPhpRules::ReferenceParameter(const SGrammarValue& variable)
+void CFunctionRules::ReferenceParameter(const SGrammarValue& variable)
 {
     AddParameter(variable.first);
     Function().references.push_back(variable.first);
 }
 
-void CPhpRules::Variadic(const SGrammarValue& dots, const SGrammarValue& variable)
+void CFunctionRules::Variadic(const SGrammarValue& dots, const SGrammarValue& variable)
 {
-    Needs(506, dots);
+    Needs(EFeature::Variadic, dots);
     AddParameter(variable.first);
     if (Function().promoting)
         Report(Code::PromotionMisused, dots);
     Function().variadic = dots.first;
 }
 
-void CPhpRules::BeginPromotion(const SGrammarValue& modifiers)
+void CFunctionRules::BeginPromotion(const SGrammarValue& modifiers)
 {
-    Needs(800, modifiers);
+    Needs(EFeature::Promotion, modifiers);
     SFunctionScope& scope = Function();
-    scope.promotion = m_modifiers;
-    m_modifiers = {};
+    scope.promotion = m_scopes.modifiers;
+    m_scopes.modifiers = {};
     scope.promoting = true;
     constexpr std::uint16_t allowed = ModAccess | ModReadonly | ModSet | ModFinal;
     const SClassScope* type = Class();
@@ -174,14 +173,14 @@ void CPhpRules::BeginPromotion(const SGrammarValue& modifiers)
         return;
     }
     if (scope.promotion.set & ModFinal)
-        Needs(805, modifiers);
+        Needs(EFeature::FinalPromotion, modifiers);
     if (scope.kind != SFunctionScope::Method || !type || !IsWord(scope.token, L"__construct"))
         Report(Code::PromotionMisused, modifiers);
     else if (type->kind == InterfaceKind || (scope.modifiers.set & ModAbstract))
         Report(Code::PromotionMisused, modifiers);
 }
 
-void CPhpRules::EndPromotion()
+void CFunctionRules::EndPromotion()
 {
     SFunctionScope& scope = Function();
     scope.promoting = false;
@@ -189,60 +188,60 @@ void CPhpRules::EndPromotion()
     if (!type || scope.parameters.Count() == 0)
         return;
     const std::uint32_t variable = scope.parameters.Last();
-    if (!type->properties.insert(std::wstring(Text(variable))).second)
-        Report(Code::PropertyTwice, variable);
+    if (const auto [at, isNew] = type->properties.try_emplace(std::wstring(Text(variable)), variable); !isNew)
+        Report(Code::PropertyTwice, variable, FirstIs(at->second));
     if (((scope.promotion.set | type->modifiers) & ModReadonly) && !scope.hasParameterType)
         Report(Code::ReadonlyRule, variable);
 }
 
-void CPhpRules::BeginParameterHooks(const SGrammarValue& brace)
+void CFunctionRules::BeginParameterHooks(const SGrammarValue& brace)
 {
-    Needs(804, brace);
+    Needs(EFeature::PropertyHook, brace);
     if (!Function().promotion.set)
         Report(Code::PromotionMisused, brace);
 }
 
-void CPhpRules::DefaultValue(const SGrammarValue& value)
+void CFunctionRules::DefaultValue(const SGrammarValue& value)
 {
     const SFunctionScope& scope = Function();
     CheckConstant(value, true);
     if (scope.variadic)
         Report(Code::VariadicMisused, value);
     else if (scope.hasParameterType)
-        CheckDefault(scope.parameterType, value, !scope.promotion.set);
+        m_types.CheckDefault(scope.parameterType, value, !scope.promotion.set);
 }
 
-void CPhpRules::EndParameter()
+void CFunctionRules::EndParameter()
 {
     SFunctionScope& scope = Function();
     scope.promotion = {};
     scope.hasParameterType = false;
 }
 
-void CPhpRules::LexicalVariable(const SGrammarValue& variable)
+void CFunctionRules::LexicalVariable(const SGrammarValue& variable)
 {
     SFunctionScope& scope = Function();
     const std::uint32_t index = scope.parameters.Add(variable.first);
     if (IsThis(variable.first) || IsSuperglobal(variable.first))
         Report(Code::ReservedVariable, variable);
-    else if (scope.parameters.FirstOfName(m_tokens, index) != variable.first)
+    else if (scope.parameters.FirstOfName(Tokens(), index) != variable.first)
         Report(Code::LexicalVariable, variable);
 }
 
-void CPhpRules::StaticVariable(const SGrammarValue& variable)
+void CFunctionRules::StaticVariable(const SGrammarValue& variable)
 {
     if (IsThis(variable.first))
         Report(Code::ReservedVariable, variable);
 }
 
 // Since 8.3 it is worked out when the program gets there.
-void CPhpRules::StaticValue(const SGrammarValue& value)
+void CFunctionRules::StaticValue(const SGrammarValue& value)
 {
-    if (m_version != 0 && m_version < 803)
+    if (Version() != 0 && Version() < 803)
         CheckConstant(value, true);
 }
 
-void CPhpRules::GlobalVariable(const SGrammarValue& variable)
+void CFunctionRules::GlobalVariable(const SGrammarValue& variable)
 {
     if (variable.kind == EValue::This)
         Report(Code::ReservedVariable, variable);

@@ -1,9 +1,6 @@
 #pragma once
 
-#include "Kesh/CodeAnalyzer/SCAError.h"
-
-#include <optional>
-#include <string>
+#include "Kesh/CodeAnalyzer/Diagnostic.h"
 
 namespace Kesh::CodeAnalyzer {
 
@@ -19,12 +16,7 @@ struct SGrammarDiagnostic
     bool repaired = true;
     /// Where the check has found its feet again: what lies between is about the same mistake.
     SyntaxParser::CIterator resumed;
-    std::wstring subject;
-    std::optional<SyntaxParser::SScheme> related;
-    const char* relatedKey = "";
-    std::wstring insertion;
-    SyntaxParser::CIterator insertAt;
-    bool removable = false;
+    SDetails details;
 };
 
 } // namespace Kesh::CodeAnalyzer

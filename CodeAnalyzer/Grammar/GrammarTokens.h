@@ -35,6 +35,11 @@ public:
     }
     std::uint32_t Count() const { return static_cast<std::uint32_t>(m_tokens.size()); }
     const SGrammarToken& operator[](std::uint32_t index) const { return m_tokens[index]; }
+    /// Whether no PHP holds it.
+    bool IsBad(std::uint32_t index) const
+    {
+        return ClassOf(m_tokens[index].kind) == SyntaxParser::EPhpTokenClass::Bad;
+    }
     std::wstring_view Text(std::uint32_t index) const { return m_tokens[index].View(); }
     /// The text with small letters; for names, which know no other difference.
     std::wstring Lower(std::uint32_t index) const;

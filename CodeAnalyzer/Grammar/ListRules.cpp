@@ -1,4 +1,4 @@
-#include "Grammar/PhpRules.h"
+#include "Grammar/ListRules.h"
 
 namespace Kesh::CodeAnalyzer {
 
@@ -11,7 +11,7 @@ constexpr std::uint16_t ElementFlags =
 } // namespace
 
 // Whether the element may be among those that values are assigned to.
-bool CPhpRules::CanBeTarget(const SGrammarValue& value) const
+bool CListRules::CanBeTarget(const SGrammarValue& value) const
 {
     switch (value.kind) {
     case EValue::Variable:
@@ -32,12 +32,12 @@ bool CPhpRules::CanBeTarget(const SGrammarValue& value) const
     }
 }
 
-SGrammarValue CPhpRules::NoElement() const
+SGrammarValue CListRules::NoElement() const
 {
     return {NoToken, NoToken, NoToken, LastEmpty, EValue::Other, EValue::Other};
 }
 
-SGrammarValue CPhpRules::Element(const SGrammarValue& value) const
+SGrammarValue CListRules::Element(const SGrammarValue& value) const
 {
     SGrammarValue element{
         value.first,   value.bad,
@@ -56,7 +56,7 @@ SGrammarValue CPhpRules::Element(const SGrammarValue& value) const
     return element;
 }
 
-SGrammarValue CPhpRules::KeyedElement(const SGrammarValue& key, const SGrammarValue& value) const
+SGrammarValue CListRules::KeyedElement(const SGrammarValue& key, const SGrammarValue& value) const
 {
     SGrammarValue element = Element(value);
     element.first = key.first;
@@ -68,20 +68,20 @@ SGrammarValue CPhpRules::KeyedElement(const SGrammarValue& key, const SGrammarVa
     return element;
 }
 
-SGrammarValue CPhpRules::ReferenceElement(const SGrammarValue& value)
+SGrammarValue CListRules::ReferenceElement(const SGrammarValue& value)
 {
-    Consume(value.first);
-    if (!IsPlace(value))
+    m_scopes.pending.Drop(value.first, NoToken);
+    if (!m_targets.IsPlace(value))
         Report(Code::OutOfPlace, value);
     else
-        CheckPlace(value);
+        m_targets.CheckPlace(value);
     SGrammarValue element = Element(value);
     element.flags |= ByReference | NotConstant;
     element.bad = value.first;
     return element;
 }
 
-SGrammarValue CPhpRules::KeyedReferenceElement(const SGrammarValue& key, const SGrammarValue& value)
+SGrammarValue CListRules::KeyedReferenceElement(const SGrammarValue& key, const SGrammarValue& value)
 {
     SGrammarValue element = ReferenceElement(value);
     element.first = key.first;
@@ -89,27 +89,27 @@ SGrammarValue CPhpRules::KeyedReferenceElement(const SGrammarValue& key, const S
     return element;
 }
 
-SGrammarValue CPhpRules::SpreadElement(const SGrammarValue& dots, const SGrammarValue& value)
+SGrammarValue CListRules::SpreadElement(const SGrammarValue& dots, const SGrammarValue& value)
 {
-    Needs(704, dots);
+    Needs(EFeature::ArraySpread, dots);
     return {dots.first,    value.bad,
             NoToken,       static_cast<std::uint16_t>((value.flags & ConstantFlags) | Filled | Spread),
             EValue::Other, EValue::Other};
 }
 
-SGrammarValue CPhpRules::ListElement(const SGrammarValue& list)
+SGrammarValue CListRules::ListElement(const SGrammarValue& list)
 {
-    m_pending.try_emplace(list.first, Code::ListAsValue);
+    m_scopes.pending.Add(list.first, Code::ListAsValue);
     return Element(list);
 }
 
-SGrammarValue CPhpRules::KeyedListElement(const SGrammarValue& key, const SGrammarValue& list)
+SGrammarValue CListRules::KeyedListElement(const SGrammarValue& key, const SGrammarValue& list)
 {
-    m_pending.try_emplace(list.first, Code::ListAsValue);
+    m_scopes.pending.Add(list.first, Code::ListAsValue);
     return KeyedElement(key, list);
 }
 
-SGrammarValue CPhpRules::NextElement(const SGrammarValue& before, const SGrammarValue& element) const
+SGrammarValue CListRules::NextElement(const SGrammarValue& before, const SGrammarValue& element) const
 {
     SGrammarValue all = before;
     if (before.flags & LastEmpty)
@@ -122,18 +122,18 @@ SGrammarValue CPhpRules::NextElement(const SGrammarValue& before, const SGrammar
     return all;
 }
 
-SGrammarValue CPhpRules::ArrayValue(const SGrammarValue& first, const SGrammarValue& elements)
+SGrammarValue CListRules::ArrayValue(const SGrammarValue& first, const SGrammarValue& elements)
 {
     SGrammarValue value = elements;
     value.first = first.first;
     value.kind = EValue::ArrayLiteral;
     value.flags = elements.flags & (ConstantFlags | ElementFlags);
     if (elements.flags & Hole)
-        m_pending.try_emplace(first.first, Code::HoleInArray);
+        m_scopes.pending.Add(first.first, Code::HoleInArray);
     return value;
 }
 
-SGrammarValue CPhpRules::ListValue(const SGrammarValue& first, const SGrammarValue& elements)
+SGrammarValue CListRules::ListValue(const SGrammarValue& first, const SGrammarValue& elements)
 {
     SGrammarValue value = elements;
     value.first = first.first;
@@ -142,28 +142,28 @@ SGrammarValue CPhpRules::ListValue(const SGrammarValue& first, const SGrammarVal
     return value;
 }
 
-SGrammarValue CPhpRules::NoArguments(const SGrammarValue& bracket) const
+SGrammarValue CListRules::NoArguments(const SGrammarValue& bracket) const
 {
     SGrammarValue value = bracket;
     value.flags = NoneGiven;
     return value;
 }
 
-SGrammarValue CPhpRules::CallableSyntax(const SGrammarValue& bracket) const
+SGrammarValue CListRules::CallableSyntax(const SGrammarValue& bracket) const
 {
     SGrammarValue value = bracket;
     value.flags = AsCallable;
     return value;
 }
 
-SGrammarValue CPhpRules::EndArguments(const SGrammarValue& bracket, const SGrammarValue& arguments) const
+SGrammarValue CListRules::EndArguments(const SGrammarValue& bracket, const SGrammarValue& arguments) const
 {
     SGrammarValue value = arguments;
     value.first = bracket.first;
     return value;
 }
 
-SGrammarValue CPhpRules::NextArgument(const SGrammarValue& before, const SGrammarValue& argument)
+SGrammarValue CListRules::NextArgument(const SGrammarValue& before, const SGrammarValue& argument)
 {
     const bool plain = !(argument.flags & (Named | Unpacked));
     if ((plain && (before.flags & (Named | Unpacked))) ||
@@ -179,15 +179,15 @@ SGrammarValue CPhpRules::NextArgument(const SGrammarValue& before, const SGramma
 }
 
 // What is passed may be passed by reference.
-SGrammarValue CPhpRules::PlainArgument(const SGrammarValue& value)
+SGrammarValue CListRules::PlainArgument(const SGrammarValue& value)
 {
     if (value.kind == EValue::Element || value.kind == EValue::Property)
-        Consume(value.first);
+        m_scopes.pending.Drop(value.first, NoToken);
     return {value.first,   value.bad,    0, static_cast<std::uint16_t>(value.flags & ConstantFlags),
             EValue::Other, EValue::Other};
 }
 
-SGrammarValue CPhpRules::NamedArgument(const SGrammarValue& name, const SGrammarValue& value)
+SGrammarValue CListRules::NamedArgument(const SGrammarValue& name, const SGrammarValue& value)
 {
     SGrammarValue argument = PlainArgument(value);
     argument.first = name.first;
@@ -195,26 +195,26 @@ SGrammarValue CPhpRules::NamedArgument(const SGrammarValue& name, const SGrammar
     return argument;
 }
 
-SGrammarValue CPhpRules::UnpackedArgument(const SGrammarValue& dots, const SGrammarValue& value)
+SGrammarValue CListRules::UnpackedArgument(const SGrammarValue& dots, const SGrammarValue& value)
 {
-    Needs(506, dots);
+    Needs(EFeature::ArgumentUnpacking, dots);
     return {
         dots.first,    value.bad,    0, static_cast<std::uint16_t>((value.flags & ConstantFlags) | Unpacked),
         EValue::Other, EValue::Other};
 }
 
 // Before 8.4 it was no function: one value at the most.
-void CPhpRules::ExitArguments(const SGrammarValue& arguments)
+void CListRules::ExitArguments(const SGrammarValue& arguments)
 {
-    if (m_version == 0 || m_version >= 804)
+    if (IsFrom(804))
         return;
     if (arguments.flags & (Several | Named | Unpacked | AsCallable))
         Report(Code::OutOfPlace, arguments.flags & Several ? arguments.extra : arguments.first + 1);
 }
 
-void CPhpRules::AttributeArguments(const SGrammarValue& arguments)
+void CListRules::AttributeArguments(const SGrammarValue& arguments)
 {
-    if (m_version != 0 && m_version < 800)
+    if (Version() != 0 && Version() < 800)
         return;
     if (arguments.flags & AsCallable)
         Report(Code::ClosureOfNew, arguments);
@@ -224,10 +224,10 @@ void CPhpRules::AttributeArguments(const SGrammarValue& arguments)
 }
 
 // To older versions it is a comment, which ends with its line.
-void CPhpRules::Attribute(const SGrammarValue& start, const SGrammarValue& end)
+void CListRules::Attribute(const SGrammarValue& start, const SGrammarValue& end)
 {
-    if (m_version != 0 && m_version < 800 && m_tokens[start.first].line != m_tokens[end.first].line)
-        Report(Code::TooNew, start);
+    if (Tokens()[start.first].line != Tokens()[end.first].line)
+        Needs(EFeature::AttributeLines, start);
 }
 
 } // namespace Kesh::CodeAnalyzer

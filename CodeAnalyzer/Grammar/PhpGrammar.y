@@ -100,25 +100,25 @@ file:
 
 top_list:
     %empty
-|   top_list statement          { rules.TopStatement($2); }
-|   top_list declaration        { rules.TopStatement($2); }
-|   top_list attributes declaration { rules.TopStatement($3); }
+|   top_list statement          { rules.files.TopStatement($2); }
+|   top_list declaration        { rules.files.TopStatement($2); }
+|   top_list attributes declaration { rules.files.TopStatement($3); }
 |   top_list top_only
 ;
 
 top_only:
-    HaltCompiler "(" ")" ";"    { rules.Halt($1); }
-|   Namespace namespace_name ";" { rules.NamespaceStatement($1); }
-|   Namespace namespace_name "{" { rules.BeginNamespace($1); } top_list "}" { rules.EndNamespace(); }
-|   Namespace "{"               { rules.BeginNamespace($1); } top_list "}" { rules.EndNamespace(); }
-|   Use uses ";"                { rules.Uses($1, ImportClass); }
-|   Use Function uses ";"       { rules.Uses($1, ImportFunction); }
-|   Use Const uses ";"          { rules.Uses($1, ImportConstant); }
-|   Use use_prefix "{" group_uses comma_opt "}" ";" { rules.Uses($1, ImportClass); }
-|   Use Function use_prefix "{" plain_group_uses comma_opt "}" ";" { rules.Uses($1, ImportFunction); }
-|   Use Const use_prefix "{" plain_group_uses comma_opt "}" ";" { rules.Uses($1, ImportConstant); }
-|   Const constants ";"         { rules.ConstStatement($1); }
-|   attributes Const constants ";" { rules.Needs(805, $2); rules.ConstStatement($2); }
+    HaltCompiler "(" ")" ";"    { rules.files.Halt($1); }
+|   Namespace namespace_name ";" { rules.files.NamespaceStatement($1); }
+|   Namespace namespace_name "{" { rules.files.BeginNamespace($1); } top_list "}" { rules.files.EndNamespace(); }
+|   Namespace "{"               { rules.files.BeginNamespace($1); } top_list "}" { rules.files.EndNamespace(); }
+|   Use uses ";"                { rules.files.Uses($1, ImportClass); }
+|   Use Function uses ";"       { rules.files.Uses($1, ImportFunction); }
+|   Use Const uses ";"          { rules.files.Uses($1, ImportConstant); }
+|   Use use_prefix "{" group_uses comma_opt "}" ";" { rules.files.Uses($1, ImportClass); }
+|   Use Function use_prefix "{" plain_group_uses comma_opt "}" ";" { rules.files.Uses($1, ImportFunction); }
+|   Use Const use_prefix "{" plain_group_uses comma_opt "}" ";" { rules.files.Uses($1, ImportConstant); }
+|   Const constants ";"         { rules.files.ConstStatement($1); }
+|   attributes Const constants ";" { rules.Needs(EFeature::ConstantAttribute, $2); rules.files.ConstStatement($2); }
 ;
 
 namespace_name:
@@ -132,8 +132,8 @@ uses:
 ;
 
 use_item:
-    use_name                    { rules.UseItem($1, $1); }
-|   use_name As Identifier      { rules.UseItem($1, $3); }
+    use_name                    { rules.files.UseItem($1, $1); }
+|   use_name As Identifier      { rules.files.UseItem($1, $3); }
 ;
 
 use_name:
@@ -143,7 +143,7 @@ use_name:
 ;
 
 use_prefix:
-    use_name Backslash          { rules.Needs(700, $2); }
+    use_name Backslash          { rules.Needs(EFeature::GroupUse, $2); }
 ;
 
 plain_group_uses:
@@ -158,13 +158,13 @@ group_uses:
 
 group_use:
     group_item
-|   Function group_item         { rules.RetypeUse(ImportFunction); }
-|   Const group_item            { rules.RetypeUse(ImportConstant); }
+|   Function group_item         { rules.files.RetypeUse(ImportFunction); }
+|   Const group_item            { rules.files.RetypeUse(ImportConstant); }
 ;
 
 group_item:
-    group_name                  { rules.UseItem($1, $1); }
-|   group_name As Identifier    { rules.UseItem($1, $3); }
+    group_name                  { rules.files.UseItem($1, $1); }
+|   group_name As Identifier    { rules.files.UseItem($1, $3); }
 ;
 
 group_name:
@@ -174,7 +174,7 @@ group_name:
 
 comma_opt:
     %empty
-|   ","                         { rules.Needs(702, $1); }
+|   ","                         { rules.Needs(EFeature::GroupUseComma, $1); }
 ;
 
 trailing_comma:
@@ -188,7 +188,7 @@ constants:
 ;
 
 constant:
-    Identifier "=" expr         { rules.Constant($1, $3); }
+    Identifier "=" expr         { rules.files.Constant($1, $3); }
 ;
 
 inner_list:
@@ -209,34 +209,34 @@ statement:
 |   if_plain Else statement
 |   if_colon Endif ";"
 |   if_colon Else ":" inner_list Endif ";"
-|   while_head statement        { rules.EndLoop(); }
-|   while_head ":" inner_list Endwhile ";" { rules.EndLoop(); }
-|   do_start statement While    { rules.EndLoop(); } "(" expr ")" ";"
-|   for_head statement          { rules.EndLoop(); }
-|   for_head ":" inner_list Endfor ";" { rules.EndLoop(); }
-|   foreach_head statement      { rules.EndLoop(); }
-|   foreach_head ":" inner_list Endforeach ";" { rules.EndLoop(); }
-|   switch_head switch_body     { rules.EndSwitch(); }
-|   Break ";"                   { rules.Leave($1); }
-|   Break expr ";"              { rules.Leave($1, $2); }
-|   Continue ";"                { rules.Leave($1); }
-|   Continue expr ";"           { rules.Leave($1, $2); }
-|   Return ";"                  { rules.Return($1); }
-|   Return expr ";"             { rules.Return($1, $2); }
+|   while_head statement        { rules.flow.EndLoop(); }
+|   while_head ":" inner_list Endwhile ";" { rules.flow.EndLoop(); }
+|   do_start statement While    { rules.flow.EndLoop(); } "(" expr ")" ";"
+|   for_head statement          { rules.flow.EndLoop(); }
+|   for_head ":" inner_list Endfor ";" { rules.flow.EndLoop(); }
+|   foreach_head statement      { rules.flow.EndLoop(); }
+|   foreach_head ":" inner_list Endforeach ";" { rules.flow.EndLoop(); }
+|   switch_head switch_body     { rules.flow.EndSwitch(); }
+|   Break ";"                   { rules.flow.Leave($1); }
+|   Break expr ";"              { rules.flow.Leave($1, $2); }
+|   Continue ";"                { rules.flow.Leave($1); }
+|   Continue expr ";"           { rules.flow.Leave($1, $2); }
+|   Return ";"                  { rules.flow.Return($1); }
+|   Return expr ";"             { rules.flow.Return($1, $2); }
 |   Global global_variables ";"
 |   Static static_variables ";"
 |   Echo expressions ";"        { $$.kind = Other; }
 |   InlineHtml                  { $$.kind = Html; }
 |   expr ";"
-|   VoidCast expr ";"           { rules.Needs(805, $1); }
+|   VoidCast expr ";"           { rules.Needs(EFeature::VoidCast, $1); }
 |   Unset "(" unset_targets trailing_comma ")" ";"
-|   declare_head statement      { rules.EndDeclare($1, $2); $$.kind = DeclareStatement; }
-|   declare_head ":" inner_list Enddeclare ";" { rules.EndDeclareBlock($1); $$.kind = DeclareStatement; }
+|   declare_head statement      { rules.files.EndDeclare($1, $2); $$.kind = DeclareStatement; }
+|   declare_head ":" inner_list Enddeclare ";" { rules.files.EndDeclareBlock($1); $$.kind = DeclareStatement; }
 |   ";"                         { $$.kind = Nop; }
-|   try_block catches           { rules.TryAlone($1, $2); }
-|   try_block catches Finally   { rules.BeginFinally(); } "{" inner_list "}" { rules.EndFinally(); }
-|   Goto Identifier ";"         { rules.Goto($2); }
-|   Identifier ":"              { rules.Label($1); }
+|   try_block catches           { rules.flow.TryAlone($1, $2); }
+|   try_block catches Finally   { rules.flow.BeginFinally(); } "{" inner_list "}" { rules.flow.EndFinally(); }
+|   Goto Identifier ";"         { rules.flow.Goto($2); }
+|   Identifier ":"              { rules.flow.Label($1); }
 ;
 
 if_plain:
@@ -250,31 +250,31 @@ if_colon:
 ;
 
 while_head:
-    While "(" expr ")"          { rules.BeginLoop(); }
+    While "(" expr ")"          { rules.flow.BeginLoop(); }
 ;
 
 do_start:
-    Do                          { rules.BeginLoop(); }
+    Do                          { rules.flow.BeginLoop(); }
 ;
 
 for_head:
-    For "(" expressions_opt ";" expressions_opt ";" expressions_opt ")" { rules.BeginLoop(); }
+    For "(" expressions_opt ";" expressions_opt ";" expressions_opt ")" { rules.flow.BeginLoop(); }
 ;
 
 foreach_head:
-    Foreach "(" expr As foreach_target ")" { rules.BeginLoop(); }
-|   Foreach "(" expr As foreach_target "=>" foreach_target ")" { rules.ForeachKey($5); rules.BeginLoop(); }
+    Foreach "(" expr As foreach_target ")" { rules.flow.BeginLoop(); }
+|   Foreach "(" expr As foreach_target "=>" foreach_target ")" { rules.targets.ForeachKey($5); rules.flow.BeginLoop(); }
 ;
 
 foreach_target:
-    primary                     { rules.Target($1); }
-|   BitAndBeforeVariable primary { rules.ReferenceTarget($2); $$ = $2; $$.kind = Reference; }
-|   "&" primary                 { rules.ReferenceTarget($2); $$ = $2; $$.kind = Reference; }
-|   list_literal                { rules.Target($1); }
+    primary                     { rules.targets.Target($1); }
+|   BitAndBeforeVariable primary { rules.targets.ReferenceTarget($2); $$ = $2; $$.kind = Reference; }
+|   "&" primary                 { rules.targets.ReferenceTarget($2); $$ = $2; $$.kind = Reference; }
+|   list_literal                { rules.targets.Target($1); }
 ;
 
 switch_head:
-    Switch "(" expr ")"         { rules.BeginSwitch(); }
+    Switch "(" expr ")"         { rules.flow.BeginSwitch(); }
 ;
 
 switch_body:
@@ -287,7 +287,7 @@ switch_body:
 cases:
     %empty
 |   cases Case expr case_end inner_list
-|   cases Default case_end { rules.DefaultCase($2); } inner_list
+|   cases Default case_end { rules.flow.DefaultCase($2); } inner_list
 ;
 
 case_end:
@@ -296,8 +296,8 @@ case_end:
 ;
 
 global_variables:
-    simple_variable             { rules.GlobalVariable($1); }
-|   global_variables "," simple_variable { rules.GlobalVariable($3); }
+    simple_variable             { rules.functions.GlobalVariable($1); }
+|   global_variables "," simple_variable { rules.functions.GlobalVariable($3); }
 ;
 
 static_variables:
@@ -306,13 +306,13 @@ static_variables:
 ;
 
 static_variable:
-    Variable                    { rules.StaticVariable($1); }
-|   Variable "=" expr           { rules.StaticVariable($1); rules.StaticValue($3); }
+    Variable                    { rules.functions.StaticVariable($1); }
+|   Variable "=" expr           { rules.functions.StaticVariable($1); rules.functions.StaticValue($3); }
 ;
 
 unset_targets:
-    primary                     { rules.UnsetTarget($1); }
-|   unset_targets "," primary   { rules.UnsetTarget($3); }
+    primary                     { rules.targets.UnsetTarget($1); }
+|   unset_targets "," primary   { rules.targets.UnsetTarget($3); }
 ;
 
 declare_head:
@@ -325,7 +325,7 @@ declarations:
 ;
 
 declare_item:
-    Identifier "=" expr         { rules.DeclareItem($1, $3); }
+    Identifier "=" expr         { rules.files.DeclareItem($1, $3); }
 ;
 
 try_block:
@@ -334,13 +334,13 @@ try_block:
 
 catches:
     %empty                      { $$.kind = Nop; }
-|   catches Catch "(" catch_types ")" "{" { rules.Needs(800, $5); } inner_list "}" { $$.kind = Other; }
-|   catches Catch "(" catch_types Variable ")" "{" { rules.CatchVariable($5); } inner_list "}" { $$.kind = Other; }
+|   catches Catch "(" catch_types ")" "{" { rules.Needs(EFeature::CatchWithoutVariable, $5); } inner_list "}" { $$.kind = Other; }
+|   catches Catch "(" catch_types Variable ")" "{" { rules.flow.CatchVariable($5); } inner_list "}" { $$.kind = Other; }
 ;
 
 catch_types:
-    class_name                  { rules.CatchType($1); }
-|   catch_types "|" class_name  { rules.Needs(701, $2); rules.CatchType($3); }
+    class_name                  { rules.flow.CatchType($1); }
+|   catch_types "|" class_name  { rules.Needs(EFeature::CatchSeveral, $2); rules.flow.CatchType($3); }
 ;
 
 expressions:
@@ -354,41 +354,41 @@ expressions_opt:
 ;
 
 declaration:
-    Function ref Identifier     { rules.BeginFunction($1, $3); } function_rest { $$ = $3; $$.kind = FunctionDeclaration; }
-|   Function ref Readonly       { rules.BeginFunction($1, $3); } function_rest { $$ = $3; $$.kind = FunctionDeclaration; }
-|   class_start Identifier      { rules.BeginClass(ClassKind, $1, $2); } extends implements class_body
+    Function ref Identifier     { rules.functions.BeginFunction($1, $3); } function_rest { $$ = $3; $$.kind = FunctionDeclaration; }
+|   Function ref Readonly       { rules.functions.BeginFunction($1, $3); } function_rest { $$ = $3; $$.kind = FunctionDeclaration; }
+|   class_start Identifier      { rules.classes.BeginClass(ClassKind, $1, $2); } extends implements class_body
                                 { $$ = $2; $$.kind = ClassDeclaration; }
-|   Trait Identifier            { rules.Needs(504, $1); rules.BeginClass(TraitKind, $1, $2); } class_body
+|   Trait Identifier            { rules.Needs(EFeature::Trait, $1); rules.classes.BeginClass(TraitKind, $1, $2); } class_body
                                 { $$ = $2; $$.kind = ClassDeclaration; }
-|   Interface Identifier        { rules.BeginClass(InterfaceKind, $1, $2); } interface_extends class_body
+|   Interface Identifier        { rules.classes.BeginClass(InterfaceKind, $1, $2); } interface_extends class_body
                                 { $$ = $2; $$.kind = ClassDeclaration; }
-|   Enum Identifier             { rules.Needs(801, $1); rules.BeginClass(EnumKind, $1, $2); } enum_type implements class_body
+|   Enum Identifier             { rules.Needs(EFeature::Enum, $1); rules.classes.BeginClass(EnumKind, $1, $2); } enum_type implements class_body
                                 { $$ = $2; $$.kind = ClassDeclaration; }
 ;
 
 function_rest:
-    "(" parameters ")" return_type "{" { rules.BeginBody($5); } inner_list "}" { rules.EndFunction(); }
+    "(" parameters ")" return_type "{" { rules.functions.BeginBody($5); } inner_list "}" { rules.functions.EndFunction(); }
 ;
 
 class_start:
-    Class                       { rules.NoModifiers(); }
+    Class                       { rules.classes.NoModifiers(); }
 |   class_modifiers Class       { $$ = $1; }
 ;
 
 class_modifiers:
-    class_modifier              { rules.BeginModifiers(); rules.ClassModifier($1); }
-|   class_modifiers class_modifier { rules.ClassModifier($2); }
+    class_modifier              { rules.classes.BeginModifiers(); rules.classes.ClassModifier($1); }
+|   class_modifiers class_modifier { rules.classes.ClassModifier($2); }
 ;
 
 class_modifier:
     Abstract
 |   Final
-|   Readonly                    { rules.Needs(802, $1); }
+|   Readonly                    { rules.Needs(EFeature::ReadonlyClass, $1); }
 ;
 
 extends:
     %empty
-|   Extends class_name          { rules.Extends($2); }
+|   Extends class_name          { rules.classes.Extends($2); }
 ;
 
 interface_extends:
@@ -402,17 +402,17 @@ implements:
 ;
 
 implemented:
-    class_name                  { rules.Implements($1); }
-|   implemented "," class_name  { rules.Implements($3); }
+    class_name                  { rules.classes.Implements($1); }
+|   implemented "," class_name  { rules.classes.Implements($3); }
 ;
 
 enum_type:
     %empty
-|   ":" type                    { rules.EnumType($2); }
+|   ":" type                    { rules.classes.EnumType($2); }
 ;
 
 class_body:
-    "{" members "}"             { rules.EndClass(); }
+    "{" members "}"             { rules.classes.EndClass(); }
 ;
 
 members:
@@ -423,13 +423,13 @@ members:
 ;
 
 member:
-    Use trait_names ";"         { rules.TraitUse($1); }
-|   Use trait_names "{" trait_rules "}" { rules.TraitUse($1); }
+    Use trait_names ";"         { rules.classes.TraitUse($1); }
+|   Use trait_names "{" trait_rules "}" { rules.classes.TraitUse($1); }
 ;
 
 trait_names:
-    class_name                  { rules.TraitName($1); }
-|   trait_names "," class_name  { rules.TraitName($3); }
+    class_name                  { rules.classes.TraitName($1); }
+|   trait_names "," class_name  { rules.classes.TraitName($3); }
 ;
 
 trait_rules:
@@ -458,20 +458,20 @@ trait_alias:
 
 attributed_member:
     properties_start properties ";"
-|   properties_start Variable "{" { rules.BeginHooks($2); } hooks "}"
-|   properties_start Variable "=" expr "{" { rules.BeginHooks($2, $4); } hooks "}"
-|   modifiers Const constants_of_class ";" { rules.EndConstants(); }
-|   Const                       { rules.NoModifiers(); } constants_of_class ";" { rules.EndConstants(); }
-|   modifiers Function ref identifier { rules.BeginMethod($2, $4); } method_rest
-|   Function ref identifier     { rules.NoModifiers(); rules.BeginMethod($1, $3); } method_rest
-|   Case identifier ";"         { rules.EnumCase($1, $2); }
-|   Case identifier "=" expr ";" { rules.EnumCase($1, $2, $4); }
+|   properties_start Variable "{" { rules.classes.BeginHooks($2); } hooks "}"
+|   properties_start Variable "=" expr "{" { rules.classes.BeginHooks($2, $4); } hooks "}"
+|   modifiers Const constants_of_class ";" { rules.classes.EndConstants(); }
+|   Const                       { rules.classes.NoModifiers(); } constants_of_class ";" { rules.classes.EndConstants(); }
+|   modifiers Function ref identifier { rules.functions.BeginMethod($2, $4); } method_rest
+|   Function ref identifier     { rules.classes.NoModifiers(); rules.functions.BeginMethod($1, $3); } method_rest
+|   Case identifier ";"         { rules.classes.EnumCase($1, $2); }
+|   Case identifier "=" expr ";" { rules.classes.EnumCase($1, $2, $4); }
 ;
 
 constants_of_class:
     class_constants
-|   type class_constants        { rules.Needs(803, $1); rules.ConstantType($1); }
-|   static_type class_constants { rules.Needs(803, $1); }
+|   type class_constants        { rules.Needs(EFeature::ConstantType, $1); rules.classes.ConstantType($1); }
+|   static_type class_constants { rules.Needs(EFeature::ConstantType, $1); }
 ;
 
 class_constants:
@@ -480,38 +480,38 @@ class_constants:
 ;
 
 class_constant:
-    Identifier "=" expr         { rules.ClassConstant($1, $3); }
-|   word "=" expr               { rules.ClassConstant($1, $3); }
+    Identifier "=" expr         { rules.classes.ClassConstant($1, $3); }
+|   word "=" expr               { rules.classes.ClassConstant($1, $3); }
 ;
 
 method_rest:
-    "(" parameters ")" return_type ";" { rules.NoBody($5); rules.EndFunction(); }
-|   "(" parameters ")" return_type "{" { rules.BeginBody($5); } inner_list "}" { rules.EndFunction(); }
+    "(" parameters ")" return_type ";" { rules.functions.NoBody($5); rules.functions.EndFunction(); }
+|   "(" parameters ")" return_type "{" { rules.functions.BeginBody($5); } inner_list "}" { rules.functions.EndFunction(); }
 ;
 
 properties_start:
-    modifiers                   { rules.BeginProperties(); }
-|   modifiers type              { rules.Needs(704, $2); rules.BeginProperties($2); }
+    modifiers                   { rules.classes.BeginProperties(); }
+|   modifiers type              { rules.Needs(EFeature::PropertyType, $2); rules.classes.BeginProperties($2); }
 ;
 
 modifiers:
     modifier
-|   modifiers member_modifier   { rules.MemberModifier($2); }
-|   modifiers Var               { rules.MemberModifier($2); }
+|   modifiers member_modifier   { rules.classes.MemberModifier($2); }
+|   modifiers Var               { rules.classes.MemberModifier($2); }
 ;
 
 modifier:
-    member_modifier             { rules.BeginModifiers(); rules.MemberModifier($1); }
-|   Var                         { rules.BeginModifiers(); rules.MemberModifier($1); }
+    member_modifier             { rules.classes.BeginModifiers(); rules.classes.MemberModifier($1); }
+|   Var                         { rules.classes.BeginModifiers(); rules.classes.MemberModifier($1); }
 ;
 
 member_modifier:
     Access
-|   AccessSet                   { rules.Needs(804, $1); }
+|   AccessSet                   { rules.Needs(EFeature::AccessSet, $1); }
 |   Static
 |   Abstract
 |   Final
-|   Readonly                    { rules.Needs(801, $1); }
+|   Readonly                    { rules.Needs(EFeature::ReadonlyProperty, $1); }
 ;
 
 properties:
@@ -520,8 +520,8 @@ properties:
 ;
 
 property:
-    Variable                    { rules.Property($1); }
-|   Variable "=" expr           { rules.Property($1, $3); }
+    Variable                    { rules.classes.Property($1); }
+|   Variable "=" expr           { rules.classes.Property($1, $3); }
 ;
 
 hooks:
@@ -531,14 +531,14 @@ hooks:
 ;
 
 hook:
-    hook_head ";"               { rules.NoBody($2); rules.EndFunction(); }
-|   hook_head "=>" expr ";"     { rules.EndFunction(); }
-|   hook_head "{"               { rules.BeginBody($2); } inner_list "}" { rules.EndFunction(); }
+    hook_head ";"               { rules.functions.NoBody($2); rules.functions.EndFunction(); }
+|   hook_head "=>" expr ";"     { rules.functions.EndFunction(); }
+|   hook_head "{"               { rules.functions.BeginBody($2); } inner_list "}" { rules.functions.EndFunction(); }
 ;
 
 hook_head:
-    ref Identifier              { rules.NoModifiers(); rules.BeginHook($2); } hook_parameters
-|   modifiers ref Identifier    { rules.BeginHook($3); } hook_parameters
+    ref Identifier              { rules.classes.NoModifiers(); rules.functions.BeginHook($2); } hook_parameters
+|   modifiers ref Identifier    { rules.functions.BeginHook($3); } hook_parameters
 ;
 
 hook_parameters:
@@ -555,7 +555,7 @@ ref:
 parameters:
     %empty
 |   parameter_list
-|   parameter_list ","          { rules.Needs(800, $2); }
+|   parameter_list ","          { rules.Needs(EFeature::ParameterComma, $2); }
 ;
 
 parameter_list:
@@ -564,77 +564,77 @@ parameter_list:
 ;
 
 parameter:
-    parameter_head              { rules.EndParameter(); }
-|   parameter_head "=" expr     { rules.DefaultValue($3); rules.EndParameter(); }
-|   parameter_head "{"          { rules.BeginParameterHooks($2); } hooks "}" { rules.EndParameter(); }
-|   parameter_head "=" expr "{" { rules.DefaultValue($3); rules.BeginParameterHooks($4); } hooks "}" { rules.EndParameter(); }
+    parameter_head              { rules.functions.EndParameter(); }
+|   parameter_head "=" expr     { rules.functions.DefaultValue($3); rules.functions.EndParameter(); }
+|   parameter_head "{"          { rules.functions.BeginParameterHooks($2); } hooks "}" { rules.functions.EndParameter(); }
+|   parameter_head "=" expr "{" { rules.functions.DefaultValue($3); rules.functions.BeginParameterHooks($4); } hooks "}" { rules.functions.EndParameter(); }
 ;
 
 parameter_head:
     bare_parameter
-|   modifiers                   { rules.BeginPromotion($1); } bare_parameter { rules.EndPromotion(); }
+|   modifiers                   { rules.functions.BeginPromotion($1); } bare_parameter { rules.functions.EndPromotion(); }
 |   attributes bare_parameter
-|   attributes modifiers        { rules.BeginPromotion($2); } bare_parameter { rules.EndPromotion(); }
+|   attributes modifiers        { rules.functions.BeginPromotion($2); } bare_parameter { rules.functions.EndPromotion(); }
 ;
 
 bare_parameter:
-    Variable                    { rules.Parameter($1); }
-|   BitAndBeforeVariable Variable { rules.ReferenceParameter($2); }
-|   "..." Variable              { rules.Variadic($1, $2); }
-|   BitAndBeforeVariable "..." Variable { rules.Variadic($2, $3); }
-|   type Variable               { rules.Parameter($2); rules.ParameterType($1); }
-|   type BitAndBeforeVariable Variable { rules.ReferenceParameter($3); rules.ParameterType($1); }
-|   type "..." Variable         { rules.Variadic($2, $3); rules.ParameterType($1); }
-|   type BitAndBeforeVariable "..." Variable { rules.Variadic($3, $4); rules.ParameterType($1); }
+    Variable                    { rules.functions.Parameter($1); }
+|   BitAndBeforeVariable Variable { rules.functions.ReferenceParameter($2); }
+|   "..." Variable              { rules.functions.Variadic($1, $2); }
+|   BitAndBeforeVariable "..." Variable { rules.functions.Variadic($2, $3); }
+|   type Variable               { rules.functions.Parameter($2); rules.types.ParameterType($1); }
+|   type BitAndBeforeVariable Variable { rules.functions.ReferenceParameter($3); rules.types.ParameterType($1); }
+|   type "..." Variable         { rules.functions.Variadic($2, $3); rules.types.ParameterType($1); }
+|   type BitAndBeforeVariable "..." Variable { rules.functions.Variadic($3, $4); rules.types.ParameterType($1); }
 ;
 
 return_type:
     %empty
-|   ":" type                    { rules.Needs(700, $1); rules.ReturnType($2); }
-|   ":" static_type             { rules.Needs(800, $1); rules.ReturnType($2); }
+|   ":" type                    { rules.Needs(EFeature::ReturnType, $1); rules.types.ReturnType($2); }
+|   ":" static_type             { rules.Needs(EFeature::StaticReturn, $1); rules.types.ReturnType($2); }
 ;
 
 type:
     type_atom
-|   "?" type_atom               { rules.Needs(701, $1); $$ = rules.Nullable($1, $2); }
+|   "?" type_atom               { rules.Needs(EFeature::NullableType, $1); $$ = rules.types.Nullable($1, $2); }
 |   union_type
 |   intersection_type
 ;
 
 type_atom:
-    name                        { $$ = rules.TypeName($1); }
-|   Array                       { $$ = rules.TypeName($1); }
-|   Callable                    { $$ = rules.TypeName($1); }
+    name                        { $$ = rules.types.TypeName($1); }
+|   Array                       { $$ = rules.types.TypeName($1); }
+|   Callable                    { $$ = rules.types.TypeName($1); }
 ;
 
 union_member:
     type_atom
-|   "(" intersection_type ")"   { rules.Needs(802, $1); $$ = $2; }
+|   "(" intersection_type ")"   { rules.Needs(EFeature::MixedType, $1); $$ = $2; }
 ;
 
 union_type:
-    union_member "|" union_member { rules.Needs(800, $2); $$ = rules.Union($1, $3); }
-|   union_type "|" union_member { $$ = rules.Union($1, $3); }
+    union_member "|" union_member { rules.Needs(EFeature::UnionType, $2); $$ = rules.types.Union($1, $3); }
+|   union_type "|" union_member { $$ = rules.types.Union($1, $3); }
 ;
 
 intersection_type:
-    type_atom "&" type_atom     { rules.Needs(801, $2); $$ = rules.Intersection($1, $3); }
-|   intersection_type "&" type_atom { $$ = rules.Intersection($1, $3); }
+    type_atom "&" type_atom     { rules.Needs(EFeature::IntersectionType, $2); $$ = rules.types.Intersection($1, $3); }
+|   intersection_type "&" type_atom { $$ = rules.types.Intersection($1, $3); }
 ;
 
 static_type:
-    Static                      { $$ = rules.TypeName($1); }
-|   "?" Static                  { $$ = rules.Nullable($1, rules.TypeName($2)); }
+    Static                      { $$ = rules.types.TypeName($1); }
+|   "?" Static                  { $$ = rules.types.Nullable($1, rules.types.TypeName($2)); }
 |   static_union
-|   Static "&" type_atom        { $$ = rules.Intersection(rules.TypeName($1), $3); }
-|   type_atom "&" Static        { $$ = rules.Intersection($1, rules.TypeName($3)); }
+|   Static "&" type_atom        { $$ = rules.types.Intersection(rules.types.TypeName($1), $3); }
+|   type_atom "&" Static        { $$ = rules.types.Intersection($1, rules.types.TypeName($3)); }
 ;
 
 static_union:
-    Static "|" union_member     { $$ = rules.Union(rules.TypeName($1), $3); }
-|   union_member "|" Static     { $$ = rules.Union($1, rules.TypeName($3)); }
-|   union_type "|" Static       { $$ = rules.Union($1, rules.TypeName($3)); }
-|   static_union "|" union_member { $$ = rules.Union($1, $3); }
+    Static "|" union_member     { $$ = rules.types.Union(rules.types.TypeName($1), $3); }
+|   union_member "|" Static     { $$ = rules.types.Union($1, rules.types.TypeName($3)); }
+|   union_type "|" Static       { $$ = rules.types.Union($1, rules.types.TypeName($3)); }
+|   static_union "|" union_member { $$ = rules.types.Union($1, $3); }
 ;
 
 attributes:
@@ -643,7 +643,7 @@ attributes:
 ;
 
 attribute_group:
-    AttributeStart attribute_list trailing_comma "]" { rules.Attribute($1, $4); }
+    AttributeStart attribute_list trailing_comma "]" { rules.lists.Attribute($1, $4); }
 ;
 
 attribute_list:
@@ -653,88 +653,88 @@ attribute_list:
 
 attribute:
     class_name
-|   class_name arguments        { rules.AttributeArguments($2); }
+|   class_name arguments        { rules.lists.AttributeArguments($2); }
 ;
 
 expr:
     primary
-|   Number                      { $$ = rules.NumberValue($1); }
-|   HeredocStart HeredocEnd     { $$ = rules.TextValue($1); $$.kind = Literal; }
-|   HeredocStart string_parts HeredocEnd { $$ = rules.Joined($1, $2); }
-|   New class_reference         { $$ = rules.NewValue($1, $2); }
-|   Clone expr                  { $$ = rules.Computed($1); }
-|   list_literal "=" expr       { rules.Assign($1, $2, $3); $$ = rules.Computed($1); }
-|   primary "=" expr            { rules.Assign($1, $2, $3); $$ = rules.Computed($1); }
-|   primary "=" "&" primary     { rules.AssignReference($1, $2, $4); $$ = rules.Computed($1); }
-|   primary "=" BitAndBeforeVariable primary { rules.AssignReference($1, $2, $4); $$ = rules.Computed($1); }
-|   primary "=" "&" New class_reference { rules.Gone(700, $4); $$ = rules.Computed($1); }
-|   primary OpAssign expr       { rules.Change($1, $2); $$ = rules.Computed($1); }
-|   primary CoalesceAssign expr { rules.Needs(704, $2); rules.Change($1, $2); $$ = rules.Computed($1); }
-|   primary IncDec              { rules.Change($1, $2); $$ = rules.Computed($1); }
-|   IncDec primary              { rules.Change($2, $1); $$ = rules.Computed($1); }
-|   expr BooleanOr expr         { $$ = rules.Binary($1, $3); }
-|   expr BooleanAnd expr        { $$ = rules.Binary($1, $3); }
-|   expr Or expr                { $$ = rules.Binary($1, $3); }
-|   expr And expr               { $$ = rules.Binary($1, $3); }
-|   expr Xor expr               { $$ = rules.Binary($1, $3); }
-|   expr "|" expr               { $$ = rules.Binary($1, $3); }
-|   expr "&" expr               { $$ = rules.Binary($1, $3); }
-|   expr BitAndBeforeVariable expr { $$ = rules.Binary($1, $3); }
-|   expr BitXor expr            { $$ = rules.Binary($1, $3); }
-|   expr Equality expr          { $$ = rules.Binary($1, $3); }
-|   expr Comparison expr        { $$ = rules.Binary($1, $3); }
-|   expr Pipe expr              { rules.Needs(805, $2); $$ = rules.Binary($1, $3); $$.flags |= NotConstant; }
-|   expr Dot expr               { $$ = rules.Binary($1, $3); }
-|   expr Shift expr             { $$ = rules.Binary($1, $3); }
-|   expr Additive expr          { $$ = rules.Binary($1, $3); }
-|   expr Multiplicative expr    { $$ = rules.Binary($1, $3); }
-|   expr Power expr             { rules.Needs(506, $2); $$ = rules.Binary($1, $3); }
-|   expr Coalesce expr          { rules.Needs(700, $2); $$ = rules.Binary($1, $3); }
-|   Additive expr %prec Complement { $$ = rules.Unary($1, $2); }
-|   Not expr                    { $$ = rules.Unary($1, $2); }
-|   Complement expr             { $$ = rules.Unary($1, $2); }
-|   At expr                     { $$ = rules.Computed($1); }
-|   Cast expr                   { $$ = rules.CastValue($1, $2); }
-|   expr Instanceof class_reference { $$ = rules.Computed($1); }
-|   expr "?" expr ":" expr      { $$ = rules.Ternary($1, $2, $3, $5); }
-|   expr "?" ":" expr           { $$ = rules.ShortTernary($1, $2, $4); }
-|   Isset "(" isset_list trailing_comma ")" { $$ = rules.Computed($1); }
-|   Empty "(" expr ")"          { $$ = rules.Computed($1); }
-|   Include expr                { $$ = rules.Computed($1); }
-|   Eval "(" expr ")"           { $$ = rules.Computed($1); }
-|   Exit                        { $$ = rules.Computed($1); }
-|   Exit arguments              { rules.ExitArguments($2); $$ = rules.Computed($1); }
-|   Backtick Backtick           { $$ = rules.Computed($1); }
-|   Backtick string_parts Backtick { $$ = rules.Computed($1); }
-|   Print expr                  { $$ = rules.Computed($1); }
-|   Yield                       { rules.YieldHere($1); $$ = rules.Computed($1); }
-|   Yield expr                  { rules.YieldHere($1); $$ = rules.Computed($1); }
-|   Yield expr "=>" expr        { rules.YieldHere($1); $$ = rules.Computed($1); }
-|   YieldFrom expr              { rules.YieldHere($1); $$ = rules.Computed($1); }
-|   Throw expr                  { rules.ThrowHere($1); $$ = rules.Computed($1); }
-|   closure                     { $$ = rules.ClosureValue($1); }
-|   attributes closure          { $$ = rules.ClosureValue($1); }
-|   Static closure              { $$ = rules.ClosureValue($1); }
-|   attributes Static closure   { $$ = rules.ClosureValue($1); }
-|   Match arguments "{" { rules.MatchHead($1, $2); } match_arms "}" { rules.EndMatch(); $$ = rules.Computed($1); }
+|   Number                      { $$ = rules.values.NumberValue($1); }
+|   HeredocStart HeredocEnd     { $$ = rules.values.TextValue($1); $$.kind = Literal; }
+|   HeredocStart string_parts HeredocEnd { $$ = rules.values.Joined($1, $2); }
+|   New class_reference         { $$ = rules.values.NewValue($1, $2); }
+|   Clone expr                  { $$ = rules.values.Computed($1); }
+|   list_literal "=" expr       { rules.targets.Assign($1, $2, $3); $$ = rules.values.Computed($1); }
+|   primary "=" expr            { rules.targets.Assign($1, $2, $3); $$ = rules.values.Computed($1); }
+|   primary "=" "&" primary     { rules.targets.AssignReference($1, $2, $4); $$ = rules.values.Computed($1); }
+|   primary "=" BitAndBeforeVariable primary { rules.targets.AssignReference($1, $2, $4); $$ = rules.values.Computed($1); }
+|   primary "=" "&" New class_reference { rules.Needs(EFeature::NewByReference, $4); $$ = rules.values.Computed($1); }
+|   primary OpAssign expr       { rules.targets.Change($1, $2); $$ = rules.values.Computed($1); }
+|   primary CoalesceAssign expr { rules.Needs(EFeature::CoalesceAssign, $2); rules.targets.Change($1, $2); $$ = rules.values.Computed($1); }
+|   primary IncDec              { rules.targets.Change($1, $2); $$ = rules.values.Computed($1); }
+|   IncDec primary              { rules.targets.Change($2, $1); $$ = rules.values.Computed($1); }
+|   expr BooleanOr expr         { $$ = rules.values.Binary($1, $3); }
+|   expr BooleanAnd expr        { $$ = rules.values.Binary($1, $3); }
+|   expr Or expr                { $$ = rules.values.Binary($1, $3); }
+|   expr And expr               { $$ = rules.values.Binary($1, $3); }
+|   expr Xor expr               { $$ = rules.values.Binary($1, $3); }
+|   expr "|" expr               { $$ = rules.values.Binary($1, $3); }
+|   expr "&" expr               { $$ = rules.values.Binary($1, $3); }
+|   expr BitAndBeforeVariable expr { $$ = rules.values.Binary($1, $3); }
+|   expr BitXor expr            { $$ = rules.values.Binary($1, $3); }
+|   expr Equality expr          { $$ = rules.values.Binary($1, $3); }
+|   expr Comparison expr        { $$ = rules.values.Binary($1, $3); }
+|   expr Pipe expr              { rules.Needs(EFeature::Pipe, $2); $$ = rules.values.Binary($1, $3); $$.flags |= NotConstant; }
+|   expr Dot expr               { $$ = rules.values.Binary($1, $3); }
+|   expr Shift expr             { $$ = rules.values.Binary($1, $3); }
+|   expr Additive expr          { $$ = rules.values.Binary($1, $3); }
+|   expr Multiplicative expr    { $$ = rules.values.Binary($1, $3); }
+|   expr Power expr             { rules.Needs(EFeature::Power, $2); $$ = rules.values.Binary($1, $3); }
+|   expr Coalesce expr          { rules.Needs(EFeature::Coalesce, $2); $$ = rules.values.Binary($1, $3); }
+|   Additive expr %prec Complement { $$ = rules.values.Unary($1, $2); }
+|   Not expr                    { $$ = rules.values.Unary($1, $2); }
+|   Complement expr             { $$ = rules.values.Unary($1, $2); }
+|   At expr                     { $$ = rules.values.Computed($1); }
+|   Cast expr                   { $$ = rules.values.CastValue($1, $2); }
+|   expr Instanceof class_reference { $$ = rules.values.Computed($1); }
+|   expr "?" expr ":" expr      { $$ = rules.values.Ternary($1, $2, $3, $5); }
+|   expr "?" ":" expr           { $$ = rules.values.ShortTernary($1, $2, $4); }
+|   Isset "(" isset_list trailing_comma ")" { $$ = rules.values.Computed($1); }
+|   Empty "(" expr ")"          { $$ = rules.values.Computed($1); }
+|   Include expr                { $$ = rules.values.Computed($1); }
+|   Eval "(" expr ")"           { $$ = rules.values.Computed($1); }
+|   Exit                        { $$ = rules.values.Computed($1); }
+|   Exit arguments              { rules.lists.ExitArguments($2); $$ = rules.values.Computed($1); }
+|   Backtick Backtick           { $$ = rules.values.Computed($1); }
+|   Backtick string_parts Backtick { $$ = rules.values.Computed($1); }
+|   Print expr                  { $$ = rules.values.Computed($1); }
+|   Yield                       { rules.flow.YieldHere($1); $$ = rules.values.Computed($1); }
+|   Yield expr                  { rules.flow.YieldHere($1); $$ = rules.values.Computed($1); }
+|   Yield expr "=>" expr        { rules.flow.YieldHere($1); $$ = rules.values.Computed($1); }
+|   YieldFrom expr              { rules.flow.YieldHere($1); $$ = rules.values.Computed($1); }
+|   Throw expr                  { rules.flow.ThrowHere($1); $$ = rules.values.Computed($1); }
+|   closure                     { $$ = rules.values.ClosureValue($1); }
+|   attributes closure          { $$ = rules.values.ClosureValue($1); }
+|   Static closure              { $$ = rules.values.ClosureValue($1); }
+|   attributes Static closure   { $$ = rules.values.ClosureValue($1); }
+|   Match arguments "{" { rules.flow.MatchHead($1, $2); } match_arms "}" { rules.flow.EndMatch(); $$ = rules.values.Computed($1); }
 ;
 
 isset_list:
-    expr                        { rules.IssetTarget($1); }
-|   isset_list "," expr         { rules.IssetTarget($3); }
+    expr                        { rules.targets.IssetTarget($1); }
+|   isset_list "," expr         { rules.targets.IssetTarget($3); }
 ;
 
 closure:
-    Function ref                { rules.BeginClosure($1); } "(" parameters ")" lexical_variables return_type
-    "{"                         { rules.BeginBody($9); } inner_list "}" { rules.EndFunction(); }
-|   Fn ref                      { rules.Needs(704, $1); rules.BeginClosure($1); } "(" parameters ")" return_type
-    "=>"                        { rules.BeginArrow(); } expr %prec ArrowFunction { rules.EndFunction(); }
+    Function ref                { rules.functions.BeginClosure($1); } "(" parameters ")" lexical_variables return_type
+    "{"                         { rules.functions.BeginBody($9); } inner_list "}" { rules.functions.EndFunction(); }
+|   Fn ref                      { rules.Needs(EFeature::ArrowFunction, $1); rules.functions.BeginClosure($1); } "(" parameters ")" return_type
+    "=>"                        { rules.functions.BeginArrow(); } expr %prec ArrowFunction { rules.functions.EndFunction(); }
 ;
 
 lexical_variables:
     %empty
 |   Use "(" lexical_list ")"
-|   Use "(" lexical_list "," ")" { rules.Needs(800, $4); }
+|   Use "(" lexical_list "," ")" { rules.Needs(EFeature::ClosureUseComma, $4); }
 ;
 
 lexical_list:
@@ -743,8 +743,8 @@ lexical_list:
 ;
 
 lexical_variable:
-    Variable                    { rules.LexicalVariable($1); }
-|   BitAndBeforeVariable Variable { rules.LexicalVariable($2); }
+    Variable                    { rules.functions.LexicalVariable($1); }
+|   BitAndBeforeVariable Variable { rules.functions.LexicalVariable($2); }
 ;
 
 match_arms:
@@ -760,51 +760,51 @@ match_arm_list:
 
 match_arm:
     expressions trailing_comma "=>" expr
-|   Default trailing_comma "=>" expr { rules.DefaultArm($1); }
+|   Default trailing_comma "=>" expr { rules.flow.DefaultArm($1); }
 ;
 
 primary:
-    Variable                    { $$ = rules.VariableValue($1); }
-|   Dollar dollar_rest          { $$ = rules.Computed($1); $$.kind = VariableVariable; }
-|   name                        { $$ = rules.NameValue($1); }
+    Variable                    { $$ = rules.values.VariableValue($1); }
+|   Dollar dollar_rest          { $$ = rules.values.Computed($1); $$.kind = VariableVariable; }
+|   name                        { $$ = rules.values.NameValue($1); }
 |   MagicConstant               { $$.kind = Magic; }
-|   String                      { $$ = rules.TextValue($1); }
-|   Quote string_parts Quote    { $$ = rules.Joined($1, $2); $$.kind = Text; }
-|   "(" expr ")"                { $$ = rules.Grouped($1, $2); }
-|   "[" elements "]"            { rules.Needs(504, $1); $$ = rules.ArrayValue($1, $2); }
-|   Array "(" elements ")"      { $$ = rules.ArrayValue($1, $3); $$.flags |= LongArray; }
-|   primary "[" "]"             { $$ = rules.Dim($1, $2); rules.Append($$, $2); }
-|   primary "[" expr "]"        { $$ = rules.Dim($1, $2, $3); }
-|   primary OffsetBrace expr "}" { rules.Gone(800, $2); $$ = rules.Dim($1, $2, $3); }
-|   primary arrow property_name { $$ = rules.Property($1, $2, $3); }
-|   primary arguments           { $$ = rules.Call($1, $2); }
-|   Readonly arguments          { $$ = rules.Computed($1); $$.kind = Call; }
-|   Match arguments %prec OldCall { rules.Gone(800, $1); $$ = rules.Computed($1); $$.kind = Call; }
-|   Clone "(" clone_arguments ")" { rules.Needs(805, $1); $$ = rules.Computed($1); $$.kind = Call; }
-|   primary "::" Identifier     { $$ = rules.ClassConstant($1, $2, $3); }
-|   primary "::" simple_variable { $$ = rules.StaticProperty($1, $2, $3); }
-|   primary "::" "{" expr "}"   { $$ = rules.DynamicMember($1, $2); }
-|   Static "::" Identifier      { $$ = rules.ClassConstant($1, $2, $3); }
-|   Static "::" simple_variable { $$ = rules.StaticProperty($1, $2, $3); }
-|   Static "::" "{" expr "}"    { $$ = rules.DynamicMember($1, $2); }
-|   New class_reference arguments { $$ = rules.NewValue($1, $2, $3); }
-|   New anonymous_class         { $$ = rules.Computed($1); $$.kind = NewObject; }
-|   New attributes anonymous_class { $$ = rules.Computed($1); $$.kind = NewObject; }
+|   String                      { $$ = rules.values.TextValue($1); }
+|   Quote string_parts Quote    { $$ = rules.values.Joined($1, $2); $$.kind = Text; }
+|   "(" expr ")"                { $$ = rules.values.Grouped($1, $2); }
+|   "[" elements "]"            { rules.Needs(EFeature::ShortArray, $1); $$ = rules.lists.ArrayValue($1, $2); }
+|   Array "(" elements ")"      { $$ = rules.lists.ArrayValue($1, $3); $$.flags |= LongArray; }
+|   primary "[" "]"             { $$ = rules.values.Dim($1, $2); rules.targets.Append($$, $2); }
+|   primary "[" expr "]"        { $$ = rules.values.Dim($1, $2, $3); }
+|   primary OffsetBrace expr "}" { rules.Needs(EFeature::OffsetBraces, $2); $$ = rules.values.Dim($1, $2, $3); }
+|   primary arrow property_name { $$ = rules.values.Property($1, $2, $3); }
+|   primary arguments           { $$ = rules.values.Call($1, $2); }
+|   Readonly arguments          { $$ = rules.values.Computed($1); $$.kind = Call; }
+|   Match arguments %prec OldCall { rules.Needs(EFeature::FunctionMatch, $1); $$ = rules.values.Computed($1); $$.kind = Call; }
+|   Clone "(" clone_arguments ")" { rules.Needs(EFeature::CloneWith, $1); $$ = rules.values.Computed($1); $$.kind = Call; }
+|   primary "::" Identifier     { $$ = rules.values.ClassConstant($1, $2, $3); }
+|   primary "::" simple_variable { $$ = rules.values.StaticProperty($1, $2, $3); }
+|   primary "::" "{" expr "}"   { $$ = rules.values.DynamicMember($1, $2); }
+|   Static "::" Identifier      { $$ = rules.values.ClassConstant($1, $2, $3); }
+|   Static "::" simple_variable { $$ = rules.values.StaticProperty($1, $2, $3); }
+|   Static "::" "{" expr "}"    { $$ = rules.values.DynamicMember($1, $2); }
+|   New class_reference arguments { $$ = rules.values.NewValue($1, $2, $3); }
+|   New anonymous_class         { $$ = rules.values.Computed($1); $$.kind = NewObject; }
+|   New attributes anonymous_class { $$ = rules.values.Computed($1); $$.kind = NewObject; }
 ;
 
 anonymous_class:
-    anonymous_start             { rules.BeginClass(AnonymousKind, $1, $1); } extends implements class_body
-|   anonymous_start arguments   { rules.BeginClass(AnonymousKind, $1, $1); } extends implements class_body
+    anonymous_start             { rules.classes.BeginClass(AnonymousKind, $1, $1); } extends implements class_body
+|   anonymous_start arguments   { rules.classes.BeginClass(AnonymousKind, $1, $1); } extends implements class_body
 ;
 
 anonymous_start:
-    Class                       { rules.Needs(700, $1); rules.NoModifiers(); }
-|   class_modifiers Class       { rules.AnonymousModifiers($1); }
+    Class                       { rules.Needs(EFeature::AnonymousClass, $1); rules.classes.NoModifiers(); }
+|   class_modifiers Class       { rules.classes.AnonymousModifiers($1); }
 ;
 
 arrow:
     Arrow
-|   NullsafeArrow               { rules.Needs(800, $1); }
+|   NullsafeArrow               { rules.Needs(EFeature::Nullsafe, $1); }
 ;
 
 property_name:
@@ -814,8 +814,8 @@ property_name:
 ;
 
 simple_variable:
-    Variable                    { $$ = rules.VariableValue($1); }
-|   Dollar dollar_rest          { $$ = rules.Computed($1); $$.kind = VariableVariable; }
+    Variable                    { $$ = rules.values.VariableValue($1); }
+|   Dollar dollar_rest          { $$ = rules.values.Computed($1); $$.kind = VariableVariable; }
 ;
 
 dollar_rest:
@@ -825,17 +825,17 @@ dollar_rest:
 ;
 
 class_reference:
-    name                        { rules.ClassReference($1); $$.kind = Name; }
+    name                        { rules.values.ClassReference($1); $$.kind = Name; }
 |   Static                      { $$.kind = StaticName; }
 |   new_variable                { $$.kind = Other; }
-|   "(" expr ")"                { rules.Needs(800, $1); $$.kind = Other; }
+|   "(" expr ")"                { rules.Needs(EFeature::NewExpression, $1); $$.kind = Other; }
 ;
 
 new_variable:
     simple_variable
 |   new_variable "[" "]"
 |   new_variable "[" expr "]"
-|   new_variable OffsetBrace expr "}" { rules.Gone(800, $2); }
+|   new_variable OffsetBrace expr "}" { rules.Needs(EFeature::OffsetBraces, $2); }
 |   new_variable arrow property_name
 |   name "::" simple_variable
 |   Static "::" simple_variable
@@ -843,23 +843,23 @@ new_variable:
 ;
 
 arguments:
-    "(" ")"                     { $$ = rules.NoArguments($1); }
-|   "(" argument_list ")"       { $$ = rules.EndArguments($1, $2); }
-|   "(" argument_list "," ")"   { rules.Needs(703, $3); $$ = rules.EndArguments($1, $2); }
-|   "(" "..." ")"               { rules.Needs(801, $2); $$ = rules.CallableSyntax($1); }
+    "(" ")"                     { $$ = rules.lists.NoArguments($1); }
+|   "(" argument_list ")"       { $$ = rules.lists.EndArguments($1, $2); }
+|   "(" argument_list "," ")"   { rules.Needs(EFeature::ArgumentComma, $3); $$ = rules.lists.EndArguments($1, $2); }
+|   "(" "..." ")"               { rules.Needs(EFeature::CallableSyntax, $2); $$ = rules.lists.CallableSyntax($1); }
 ;
 
 argument_list:
     argument
-|   argument_list "," argument  { $$ = rules.NextArgument($1, $3); }
+|   argument_list "," argument  { $$ = rules.lists.NextArgument($1, $3); }
 ;
 
 argument:
-    expr                        { $$ = rules.PlainArgument($1); }
-|   Identifier ":" expr         { rules.Needs(800, $2); $$ = rules.NamedArgument($1, $3); }
-|   word ":" expr               { rules.Needs(800, $2); $$ = rules.NamedArgument($1, $3); }
-|   "..." expr                  { $$ = rules.UnpackedArgument($1, $2); }
-|   BitAndBeforeVariable primary { rules.Gone(504, $1); $$ = rules.PlainArgument($2); }
+    expr                        { $$ = rules.lists.PlainArgument($1); }
+|   Identifier ":" expr         { rules.Needs(EFeature::NamedArgument, $2); $$ = rules.lists.NamedArgument($1, $3); }
+|   word ":" expr               { rules.Needs(EFeature::NamedArgument, $2); $$ = rules.lists.NamedArgument($1, $3); }
+|   "..." expr                  { $$ = rules.lists.UnpackedArgument($1, $2); }
+|   BitAndBeforeVariable primary { rules.Needs(EFeature::CallReference, $1); $$ = rules.lists.PlainArgument($2); }
 ;
 
 /* One value in brackets is no list of arguments but an expression. */
@@ -873,41 +873,41 @@ clone_arguments:
 
 elements:
     element
-|   elements "," element        { $$ = rules.NextElement($1, $3); }
+|   elements "," element        { $$ = rules.lists.NextElement($1, $3); }
 ;
 
 element:
-    %empty                      { $$ = rules.NoElement(); }
-|   expr                        { $$ = rules.Element($1); }
-|   expr "=>" expr              { $$ = rules.KeyedElement($1, $3); }
-|   BitAndBeforeVariable primary { $$ = rules.ReferenceElement($2); }
-|   "&" primary                 { $$ = rules.ReferenceElement($2); }
-|   expr "=>" BitAndBeforeVariable primary { $$ = rules.KeyedReferenceElement($1, $4); }
-|   expr "=>" "&" primary       { $$ = rules.KeyedReferenceElement($1, $4); }
-|   "..." expr                  { $$ = rules.SpreadElement($1, $2); }
-|   list_literal                { $$ = rules.ListElement($1); }
-|   expr "=>" list_literal      { $$ = rules.KeyedListElement($1, $3); }
+    %empty                      { $$ = rules.lists.NoElement(); }
+|   expr                        { $$ = rules.lists.Element($1); }
+|   expr "=>" expr              { $$ = rules.lists.KeyedElement($1, $3); }
+|   BitAndBeforeVariable primary { $$ = rules.lists.ReferenceElement($2); }
+|   "&" primary                 { $$ = rules.lists.ReferenceElement($2); }
+|   expr "=>" BitAndBeforeVariable primary { $$ = rules.lists.KeyedReferenceElement($1, $4); }
+|   expr "=>" "&" primary       { $$ = rules.lists.KeyedReferenceElement($1, $4); }
+|   "..." expr                  { $$ = rules.lists.SpreadElement($1, $2); }
+|   list_literal                { $$ = rules.lists.ListElement($1); }
+|   expr "=>" list_literal      { $$ = rules.lists.KeyedListElement($1, $3); }
 ;
 
 list_literal:
-    List "(" elements ")"       { $$ = rules.ListValue($1, $3); }
+    List "(" elements ")"       { $$ = rules.lists.ListValue($1, $3); }
 ;
 
 string_parts:
     string_part
-|   string_parts string_part    { $$ = rules.StringParts($1, $2); }
+|   string_parts string_part    { $$ = rules.values.StringParts($1, $2); }
 ;
 
 string_part:
     StringPart                  { $$.kind = Literal; }
-|   Variable                    { $$ = rules.CodeInString($1); }
-|   Variable "[" StringName "]" { $$ = rules.CodeInString($1); }
-|   Variable "[" Variable "]"   { $$ = rules.CodeInString($1); }
-|   Variable arrow Identifier   { $$ = rules.CodeInString($1); }
-|   DollarBrace expr "}"        { $$ = rules.CodeInString($1); }
-|   DollarBrace StringVariable "}" { $$ = rules.CodeInString($1); }
-|   DollarBrace StringVariable "[" expr "]" "}" { $$ = rules.CodeInString($1); }
-|   CodeBrace primary "}"       { rules.InBraces($2); $$ = rules.CodeInString($1); }
+|   Variable                    { $$ = rules.values.CodeInString($1); }
+|   Variable "[" StringName "]" { $$ = rules.values.CodeInString($1); }
+|   Variable "[" Variable "]"   { $$ = rules.values.CodeInString($1); }
+|   Variable arrow Identifier   { $$ = rules.values.CodeInString($1); }
+|   DollarBrace expr "}"        { $$ = rules.values.CodeInString($1); }
+|   DollarBrace StringVariable "}" { $$ = rules.values.CodeInString($1); }
+|   DollarBrace StringVariable "[" expr "]" "}" { $$ = rules.values.CodeInString($1); }
+|   CodeBrace primary "}"       { rules.values.InBraces($2); $$ = rules.values.CodeInString($1); }
 ;
 
 name:
@@ -918,7 +918,7 @@ name:
 ;
 
 class_name:
-    name                        { rules.ClassReference($1); }
+    name                        { rules.values.ClassReference($1); }
 |   Static                      { $$.kind = StaticName; }
 ;
 
@@ -956,52 +956,14 @@ namespace {
 
 using K = SyntaxParser::EPhpTokenKind;
 
-constexpr TGrammarSymbol NoSymbol = -1;
+constexpr TGrammarSymbol T_None = -1; ///< what the grammar never sees
 
 /// Kinds that are alike to the grammar share a symbol.
-constexpr auto Symbols = [] {
-    std::array<TGrammarSymbol, static_cast<std::size_t>(K::Count)> symbols{};
-    symbols.fill(NoSymbol);
-    const auto set = [&symbols](TGrammarSymbol symbol, std::initializer_list<K> kinds) {
-        for (const K kind : kinds)
-            symbols[static_cast<std::size_t>(kind)] = symbol;
-    };
-#define SAME(name) set(T_##name, {K::name})
-    SAME(End); SAME(InlineHtml); SAME(Variable); SAME(Number); SAME(Identifier); SAME(QualifiedName);
-    SAME(FullyQualifiedName); SAME(RelativeName); SAME(String); SAME(MagicConstant); SAME(VoidCast);
-    SAME(Quote); SAME(Backtick); SAME(HeredocStart); SAME(HeredocEnd); SAME(StringPart); SAME(StringName);
-    SAME(StringVariable); SAME(CodeBrace); SAME(DollarBrace); SAME(OpenRound); SAME(CloseRound); SAME(OpenSquare);
-    SAME(CloseSquare); SAME(OpenBrace); SAME(CloseBrace); SAME(AttributeStart); SAME(Comma); SAME(Semicolon);
-    SAME(Colon); SAME(DoubleColon); SAME(Question); SAME(Arrow); SAME(NullsafeArrow); SAME(DoubleArrow);
-    SAME(Backslash); SAME(Ellipsis); SAME(Dollar); SAME(At); SAME(Assign); SAME(CoalesceAssign); SAME(Coalesce);
-    SAME(BooleanOr); SAME(BooleanAnd); SAME(BitOr); SAME(BitXor); SAME(BitAnd); SAME(BitAndBeforeVariable);
-    SAME(Pipe); SAME(Dot); SAME(Power); SAME(Not); SAME(Complement);
-    SAME(Abstract); SAME(And); SAME(Array); SAME(As); SAME(Break); SAME(Callable); SAME(Case); SAME(Catch); SAME(Class);
-    SAME(Clone); SAME(Const); SAME(Continue); SAME(Declare); SAME(Default); SAME(Do); SAME(Echo); SAME(Else);
-    SAME(Elseif); SAME(Empty); SAME(Enddeclare); SAME(Endfor); SAME(Endforeach); SAME(Endif); SAME(Endswitch);
-    SAME(Endwhile); SAME(Enum); SAME(Eval); SAME(Exit); SAME(Extends); SAME(Final); SAME(Finally); SAME(Fn); SAME(For);
-    SAME(Foreach); SAME(Function); SAME(Global); SAME(Goto); SAME(HaltCompiler); SAME(If); SAME(Implements);
-    SAME(Include); SAME(Instanceof); SAME(Insteadof); SAME(Interface); SAME(Isset); SAME(List); SAME(Match);
-    SAME(Namespace); SAME(New); SAME(Or); SAME(Print); SAME(Readonly); SAME(Return); SAME(Static); SAME(Switch);
-    SAME(Throw); SAME(Trait); SAME(Try); SAME(Unset); SAME(Use); SAME(Var); SAME(While); SAME(Xor); SAME(Yield);
-    SAME(YieldFrom);
-#undef SAME
-    set(T_Semicolon, {K::CloseTag});
-    set(T_Echo, {K::OpenTagEcho});
-    set(T_Cast, {K::Cast, K::OldCast});
-    set(T_Access, {K::Public, K::Protected, K::Private});
-    set(T_AccessSet, {K::PublicSet, K::ProtectedSet, K::PrivateSet});
-    set(T_OpAssign, {K::PlusAssign, K::MinusAssign, K::TimesAssign, K::DivideAssign, K::DotAssign, K::ModuloAssign,
-                     K::AndAssign, K::OrAssign, K::XorAssign, K::ShiftLeftAssign, K::ShiftRightAssign,
-                     K::PowerAssign});
-    set(T_Equality, {K::Equal, K::NotEqual, K::Identical, K::NotIdentical, K::Spaceship});
-    set(T_Comparison, {K::Less, K::LessEqual, K::Greater, K::GreaterEqual});
-    set(T_Shift, {K::ShiftLeft, K::ShiftRight});
-    set(T_Additive, {K::Plus, K::Minus});
-    set(T_Multiplicative, {K::Times, K::Divide, K::Modulo});
-    set(T_IncDec, {K::Increment, K::Decrement});
-    return symbols;
-}();
+constexpr TGrammarSymbol Symbols[] = {
+#define PHP_TOKEN(kind, tokenClass, symbol, text) T_##symbol,
+#include "Kesh/SyntaxParser/PhpTokens.def"
+#undef PHP_TOKEN
+};
 
 /// What the parser does in a state with a symbol: above 0 it goes to that state, below 0 it reduces by that rule, 0 is
 /// an error.

@@ -1,11 +1,8 @@
 #pragma once
 
-#include "Grammar/BraceIndents.h"
-#include "Grammar/GrammarDiagnostic.h"
-#include "Grammar/GrammarRepair.h"
-#include "Grammar/GrammarTokens.h"
-#include "Grammar/PhpGrammarParser.h"
-#include "Grammar/PhpRules.h"
+#include "Grammar/GrammarFeed.h"
+#include "Grammar/GrammarRecovery.h"
+#include "Grammar/GrammarReporter.h"
 #include "Kesh/SyntaxParser/ITokenSource.h"
 
 #include <cstdint>
@@ -42,90 +39,26 @@ public:
     /// The tokens of that pass; all of them if the grammar accepts the text.
     const CGrammarTokens& Tokens() const { return m_tokens; }
     /// What that pass has found, in document order.
-    const std::vector<SGrammarDiagnostic>& Diagnostics() const { return m_diagnostics; }
+    const std::vector<SGrammarDiagnostic>& Diagnostics() const { return m_reporter.Diagnostics(); }
 
     bool BeginTokens() override;
     void AddToken(const SyntaxParser::SPhpToken& token) override;
     void EndTokens(SyntaxParser::CIterator end) override;
 
 private:
-    using K = SyntaxParser::EPhpTokenKind;
-
-    /// A change of the text that the parse goes by: what it takes to stand before a token, and how many
-    /// tokens from that one on it takes not to stand there.
-    struct SEdit
-    {
-        std::uint32_t token;
-        std::vector<K> inserted;
-        std::uint32_t dropped;
-    };
-    /// Rules and parser, which change together.
-    struct SParse
-    {
-        explicit SParse(const CGrammarTokens& tokens) : rules(tokens), parser(rules) {}
-
-        CPhpRules rules;
-        CPhpGrammarParser parser;
-    };
-    /// The search for a place to go on at, after an error that nothing small puts right.
-    struct SSkip
-    {
-        bool active = false;
-        std::uint32_t from = 0;
-        std::uint32_t round = 0; ///< brackets still open of what was given up
-        std::uint32_t brace = 0;
-        bool inClass = false;
-    };
-
+    bool Feed(std::uint32_t token);
     void Pump(bool ended);
-    bool Feed(SParse& parse, std::uint32_t token);
-    bool PushKind(SParse& parse, K kind, std::uint32_t token);
-    bool ApplyEdit(SParse& parse, std::uint32_t token, bool& dropped);
-    bool PushBad(SParse& parse, std::uint32_t token);
-    K KindInPlace(const SParse& parse, std::uint32_t token) const;
-    wchar_t NextCharacter(std::uint32_t token) const;
-
-    void Resolve();
-    bool ResolveByBraces(std::uint32_t stop);
-    bool TryEdit(const SEdit& edit, std::uint32_t stop);
-    void AddEdit(const SEdit& edit);
-    void ResolveByRepair(std::uint32_t stop);
-    void GiveUpStatement(std::uint32_t stop);
-    void Skip(std::uint32_t token);
-    bool LeadsLine(std::uint32_t token) const;
-    SGrammarStop DescribeStop(std::uint32_t stop, const std::vector<std::uint32_t>& open) const;
-
-    void Add(std::int32_t code, SyntaxParser::SScheme span, std::uint32_t stop);
-    SyntaxParser::SScheme GapBehind(std::uint32_t token) const;
-    void ReportRepair(std::uint32_t stop, const SGrammarRepair& repair,
-                      const std::vector<std::uint32_t>& open);
-    void ReportUnrepaired(std::uint32_t stop, const std::vector<std::uint32_t>& open);
-    void ReportMissing(K kind, std::uint32_t stop, const std::vector<std::uint32_t>& open);
-    void ReportOdd(std::uint32_t stop);
-    void ReportLexical(std::uint32_t token);
-    bool EndsNumber(std::uint32_t stop) const;
-    bool EndsLateString(std::uint32_t stop) const;
-    std::int32_t OddCode(std::uint32_t token) const;
-    void AddRuleReports();
 
     std::int32_t m_version = 0;
     bool m_wanted = false;
     bool m_complete = false;
     CGrammarTokens m_tokens;
-    std::unique_ptr<SParse> m_parse;
-    std::unique_ptr<SParse> m_trial;
-    std::vector<SEdit> m_edits;             ///< in the order of their tokens
-    std::vector<SRuleReport> m_keptReports; ///< of rules, from a parse that another has replaced
-    bool m_gaveUp = false;                  ///< a statement: the parse cannot be done again
-    std::uint32_t m_next = 0;               ///< the token to feed next
-    bool m_stalled = false;                 ///< it cannot be fed; more tokens are awaited
-    bool m_dead = false;                    ///< too many errors: nothing more is looked at
-    SSkip m_skip;
-    std::uint32_t m_resumed = 0; ///< the token at which the parse last went on after an error
-    std::uint32_t m_settled = 0; ///< tokens from there within which nothing new is told
-    std::size_t m_stops = 0;
-    std::size_t m_trials = 0;
-    std::vector<SGrammarDiagnostic> m_diagnostics;
+    CGrammarFeed m_feed{m_tokens};
+    CGrammarReporter m_reporter{m_tokens};
+    CGrammarRecovery m_recovery{m_tokens, m_feed, m_reporter};
+    std::unique_ptr<SGrammarParse> m_parse;
+    std::uint32_t m_next = 0; ///< the token to feed next
+    bool m_stalled = false;   ///< it cannot be fed; more tokens are awaited
 };
 
 } // namespace Kesh::CodeAnalyzer

@@ -28,9 +28,10 @@ const SGrammarDiagnostic* LastStop(const std::vector<SGrammarDiagnostic>& diagno
 
 } // namespace
 
-void MergeRecords(std::vector<SCAError>& errors, const std::vector<SGrammarDiagnostic>& diagnostics)
+void MergeRecords(std::vector<SDiagnostic>& records, const std::vector<SGrammarDiagnostic>& diagnostics)
 {
-    std::erase_if(errors, [&](const SCAError& error) {
+    std::erase_if(records, [&](const SDiagnostic& record) {
+        const SCAError& error = record.error;
         if (error.type != SeverityError)
             return false;
         const SGrammarDiagnostic* before = LastStop(diagnostics, error.pos.start);
@@ -39,9 +40,10 @@ void MergeRecords(std::vector<SCAError>& errors, const std::vector<SGrammarDiagn
                            [&](const SGrammarDiagnostic& diagnostic) { return IsAbout(error, diagnostic); });
     });
     for (const SGrammarDiagnostic& diagnostic : diagnostics)
-        errors.push_back(diagnostic.error);
-    std::stable_sort(errors.begin(), errors.end(),
-                     [](const SCAError& a, const SCAError& b) { return a.pos.start < b.pos.start; });
+        records.push_back({diagnostic.error, diagnostic.details});
+    std::stable_sort(records.begin(), records.end(), [](const SDiagnostic& a, const SDiagnostic& b) {
+        return a.error.pos.start < b.error.pos.start;
+    });
 }
 
 } // namespace Kesh::CodeAnalyzer

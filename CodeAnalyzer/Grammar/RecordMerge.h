@@ -1,7 +1,6 @@
 #pragma once
 
 #include "Grammar/GrammarDiagnostic.h"
-#include "Kesh/CodeAnalyzer/SCAError.h"
 
 #include <vector>
 
@@ -12,6 +11,6 @@ namespace Kesh::CodeAnalyzer {
 /// finds none; where both speak of the same statement the grammar does it better. Behind an error that a
 /// small repair put right the grammar is as sure as before it; behind a statement that it gave up both may
 /// speak. Warnings stay.
-void MergeRecords(std::vector<SCAError>& errors, const std::vector<SGrammarDiagnostic>& diagnostics);
+void MergeRecords(std::vector<SDiagnostic>& records, const std::vector<SGrammarDiagnostic>& diagnostics);
 
 } // namespace Kesh::CodeAnalyzer

@@ -1,10 +1,14 @@
 #pragma once
 
+#include "Grammar/GrammarTokens.h"
 #include "Grammar/GrammarValue.h"
 #include "Grammar/NameTokens.h"
+#include "Grammar/RuleReport.h"
+#include "Kesh/CodeAnalyzer/Catalog.h"
 
 #include <cstdint>
-#include <set>
+#include <map>
+#include <optional>
 #include <string>
 #include <unordered_map>
 #include <vector>
@@ -61,8 +65,8 @@ struct SModifiers
 struct SBlock
 {
     enum EKind : std::uint8_t { Function, Loop, Switch, Finally } kind;
-    bool hasDefault = false;
     bool inLoop = false; ///< it or what surrounds it is one, or a switch
+    std::uint32_t defaultWord = NoToken;
     std::uint32_t parent = 0;
     std::uint32_t end = ~0U;   ///< the number of the first block behind it
     std::uint32_t finally = 0; ///< the innermost finally block that it is or stands in; 0: none
@@ -113,14 +117,85 @@ struct SClassScope
     std::size_t depth = 0; ///< functions open around it
     bool hasParent = false;
     bool backed = false;
-    std::uint32_t abstractMethod = 0; ///< token; 0: none
-    std::set<std::wstring> methods;
-    std::set<std::wstring> properties;
-    std::set<std::wstring> constants;
+    std::uint32_t abstractMethod = 0;              ///< token; 0: none
+    std::map<std::wstring, std::uint32_t> methods; ///< tokens by name
+    std::map<std::wstring, std::uint32_t> properties;
+    std::map<std::wstring, std::uint32_t> constants;
 
     SModifiers member; ///< those of the properties or constants being read
     std::uint32_t memberType = 0;
     bool hasMemberType = false;
+};
+
+/// Holes in arrays, lists among elements, `[]`: right only where something is assigned to them, which is seen
+/// later than they are.
+class CPendingUses
+{
+public:
+    void Add(std::uint32_t token, std::int32_t code, std::optional<EFeature> feature = {})
+    {
+        m_uses.try_emplace(token, SUse{code, feature});
+    }
+    void Drop(std::uint32_t token) { m_uses.erase(token); }
+    /// Those from one token up to another are right.
+    void Drop(std::uint32_t first, std::uint32_t end)
+    {
+        if (!m_uses.empty())
+            m_uses.erase(m_uses.lower_bound(first), m_uses.lower_bound(end));
+    }
+    void Clear() { m_uses.clear(); }
+
+private:
+    friend class CRuleScopes;
+    struct SUse
+    {
+        std::int32_t code;
+        std::optional<EFeature> feature;
+    };
+    std::map<std::uint32_t, SUse> m_uses; ///< by token
+};
+
+/// What all rules share: where in the document the grammar is, and what has been found.
+class CRuleScopes
+{
+public:
+    /// `tokens` outlives the scopes.
+    explicit CRuleScopes(const CGrammarTokens& documentTokens) : tokens(documentTokens) {}
+
+    /// A new document. `phpVersion` as IGrammarCheck::SetPhpVersion() takes it.
+    void Begin(std::int32_t phpVersion);
+    /// What nobody has assigned to by the end of the document.
+    void ReportPending();
+    /// What is recognised from now on was put right by guesses: it breaks no rule that would be worth
+    /// telling.
+    void Distrust() { m_trusted = false; }
+    bool IsTrusted() const { return m_trusted; }
+    const std::vector<SRuleReport>& Reports() const { return m_reports; }
+
+    void Report(std::int32_t code, std::uint32_t token, SRelatedToken related = {})
+    {
+        if (m_trusted)
+            m_reports.push_back({code, token, related, {}});
+    }
+    /// Something stands at the token that only some versions have.
+    void Needs(EFeature feature, std::uint32_t token)
+    {
+        if (!FeatureOf(feature).IsIn(version))
+            ReportFeature(feature, token);
+    }
+
+    const CGrammarTokens& tokens;
+    std::int32_t version = 0;
+    std::vector<SFunctionScope> functions; ///< the file's is the first
+    std::vector<SClassScope> classes;
+    SModifiers modifiers; ///< of the declaration being read
+    CPendingUses pending;
+
+private:
+    void ReportFeature(EFeature feature, std::uint32_t token);
+
+    bool m_trusted = true;
+    std::vector<SRuleReport> m_reports;
 };
 
 } // namespace Kesh::CodeAnalyzer

@@ -1,4 +1,4 @@
-#include "Grammar/PhpRules.h"
+#include "Grammar/TypeRules.h"
 
 #include <array>
 
@@ -35,25 +35,25 @@ constexpr std::uint32_t Standalone = TypeMixed | TypeVoid | TypeNever;
 
 } // namespace
 
-SGrammarValue CPhpRules::TypeName(const SGrammarValue& name)
+SGrammarValue CTypeRules::TypeName(const SGrammarValue& name)
 {
-    std::wstring lower = m_tokens.Lower(name.first);
+    std::wstring lower = Tokens().Lower(name.first);
     std::uint32_t type = TypeClass;
     if (lower.starts_with(L'\\'))
         lower.erase(0, 1);
     for (const STypeName& known : TypeNames) {
         // A name of an older version is a class there.
-        if (known.name == lower && (m_version == 0 || m_version >= known.since)) {
+        if (known.name == lower && (Version() == 0 || Version() >= known.since)) {
             type = known.type;
             break;
         }
     }
     if (type == TypeClass || type == TypeStatic)
-        CheckClassWord(name.first);
+        m_names.CheckClassWord(name.first);
     return {name.first, m_typeNames.Add(name.first), type, 0, EValue::Type, EValue::Other};
 }
 
-SGrammarValue CPhpRules::Nullable(const SGrammarValue& mark, const SGrammarValue& type)
+SGrammarValue CTypeRules::Nullable(const SGrammarValue& mark, const SGrammarValue& type)
 {
     if (type.extra & (Standalone | TypeNull))
         Report(Code::TypeNotAllowed, type);
@@ -65,14 +65,14 @@ SGrammarValue CPhpRules::Nullable(const SGrammarValue& mark, const SGrammarValue
 }
 
 // Whether the last name stands before in the type that begins with the name at `from`.
-void CPhpRules::CheckLastTypeName(std::uint32_t from)
+void CTypeRules::CheckLastTypeName(std::uint32_t from)
 {
-    const std::uint32_t first = m_typeNames.FirstOfName(m_tokens, m_typeNames.Count() - 1, from);
+    const std::uint32_t first = m_typeNames.FirstOfName(Tokens(), m_typeNames.Count() - 1, from);
     if (first != m_typeNames.Last())
-        Report(Code::TypeRedundant, m_typeNames.Last(), first);
+        Report(Code::TypeRedundant, m_typeNames.Last(), FirstIs(first));
 }
 
-SGrammarValue CPhpRules::Union(const SGrammarValue& a, const SGrammarValue& b)
+SGrammarValue CTypeRules::Union(const SGrammarValue& a, const SGrammarValue& b)
 {
     constexpr std::uint32_t classes = TypeClass | TypeStatic;
     const std::uint32_t both = a.extra & b.extra & ~classes & ~TypeTraversable;
@@ -80,11 +80,11 @@ SGrammarValue CPhpRules::Union(const SGrammarValue& a, const SGrammarValue& b)
     if ((a.extra | b.extra) & Standalone)
         Report(Code::TypeNotAllowed, a.extra & Standalone ? a : b);
     else if (both != 0 || ((all & TypeBool) == TypeBool && (a.extra & TypeBool) && (b.extra & TypeBool)))
-        Report(Code::TypeRedundant, b.first, a.first);
+        Report(Code::TypeRedundant, b.first, {a.first, "The other type is here"});
     else if ((all & TypeObject) && (all & classes))
-        Report(Code::TypeRedundant, b.first, a.first);
+        Report(Code::TypeRedundant, b.first, {a.first, "The other type is here"});
     else if ((all & TypeIterable) && (all & (TypeArray)))
-        Report(Code::TypeRedundant, b.first, a.first);
+        Report(Code::TypeRedundant, b.first, {a.first, "The other type is here"});
     else if ((a.extra & b.extra & classes) && !((a.flags | b.flags) & IsIntersection))
         CheckLastTypeName(a.bad);
     SGrammarValue result = a;
@@ -93,7 +93,7 @@ SGrammarValue CPhpRules::Union(const SGrammarValue& a, const SGrammarValue& b)
     return result;
 }
 
-SGrammarValue CPhpRules::Intersection(const SGrammarValue& a, const SGrammarValue& b)
+SGrammarValue CTypeRules::Intersection(const SGrammarValue& a, const SGrammarValue& b)
 {
     for (const SGrammarValue* part : {&a, &b})
         if (!(part->extra & TypeClass))
@@ -105,7 +105,7 @@ SGrammarValue CPhpRules::Intersection(const SGrammarValue& a, const SGrammarValu
     return result;
 }
 
-void CPhpRules::ParameterType(const SGrammarValue& type)
+void CTypeRules::ParameterType(const SGrammarValue& type)
 {
     SFunctionScope& scope = Function();
     scope.hasParameterType = true;
@@ -117,7 +117,7 @@ void CPhpRules::ParameterType(const SGrammarValue& type)
     m_typeNames.Clear();
 }
 
-void CPhpRules::ReturnType(const SGrammarValue& type)
+void CTypeRules::ReturnType(const SGrammarValue& type)
 {
     SFunctionScope& scope = Function();
     scope.hasReturnType = true;
@@ -126,7 +126,7 @@ void CPhpRules::ReturnType(const SGrammarValue& type)
 }
 
 // The type of a property or a class constant.
-void CPhpRules::CheckPropertyType(std::uint32_t type, std::uint32_t token)
+void CTypeRules::CheckPropertyType(std::uint32_t type, std::uint32_t token)
 {
     if (type & (TypeVoid | TypeNever | TypeCallable))
         Report(Code::TypeNotAllowed, token);
@@ -134,7 +134,7 @@ void CPhpRules::CheckPropertyType(std::uint32_t type, std::uint32_t token)
 }
 
 // A literal must be of its variable's type; whatever else is constant is looked at when the program runs.
-void CPhpRules::CheckDefault(std::uint32_t type, const SGrammarValue& value, bool nullAllowed)
+void CTypeRules::CheckDefault(std::uint32_t type, const SGrammarValue& value, bool nullAllowed)
 {
     const bool isLiteral = value.kind == EValue::Literal || value.kind == EValue::Text ||
                            value.kind == EValue::ArrayLiteral || value.kind == EValue::Name ||

@@ -1,10 +1,10 @@
-#include "Grammar/PhpRules.h"
+#include "Grammar/ValueRules.h"
 
 namespace Kesh::CodeAnalyzer {
 
 using K = SyntaxParser::EPhpTokenKind;
 
-SGrammarValue CPhpRules::VariableValue(const SGrammarValue& variable) const
+SGrammarValue CValueRules::VariableValue(const SGrammarValue& variable) const
 {
     SGrammarValue value = variable;
     value.flags = NotConstant;
@@ -12,7 +12,7 @@ SGrammarValue CPhpRules::VariableValue(const SGrammarValue& variable) const
     return value;
 }
 
-SGrammarValue CPhpRules::NumberValue(const SGrammarValue& number) const
+SGrammarValue CValueRules::NumberValue(const SGrammarValue& number) const
 {
     SGrammarValue value = number;
     value.kind = EValue::Literal;
@@ -22,7 +22,7 @@ SGrammarValue CPhpRules::NumberValue(const SGrammarValue& number) const
     return value;
 }
 
-SGrammarValue CPhpRules::NameValue(const SGrammarValue& name) const
+SGrammarValue CValueRules::NameValue(const SGrammarValue& name) const
 {
     SGrammarValue value = name;
     value.kind = EValue::Name;
@@ -36,7 +36,7 @@ SGrammarValue CPhpRules::NameValue(const SGrammarValue& name) const
     return value;
 }
 
-SGrammarValue CPhpRules::TextValue(const SGrammarValue& text) const
+SGrammarValue CValueRules::TextValue(const SGrammarValue& text) const
 {
     SGrammarValue value = text;
     value.kind = EValue::Text;
@@ -44,11 +44,11 @@ SGrammarValue CPhpRules::TextValue(const SGrammarValue& text) const
     return value;
 }
 
-SGrammarValue CPhpRules::Unary(const SGrammarValue& op, const SGrammarValue& operand) const
+SGrammarValue CValueRules::Unary(const SGrammarValue& op, const SGrammarValue& operand) const
 {
     SGrammarValue value = operand;
     const bool isNumber = operand.kind == EValue::Literal && (operand.extra & (TypeInt | TypeFloat)) &&
-                          (m_tokens[op.first].kind == K::Minus || m_tokens[op.first].kind == K::Plus);
+                          (Tokens()[op.first].kind == K::Minus || Tokens()[op.first].kind == K::Plus);
     value.first = op.first;
     value.kind = isNumber ? EValue::SignedNumber : EValue::Other;
     value.flags &= NotConstant | HasNew;
@@ -56,13 +56,13 @@ SGrammarValue CPhpRules::Unary(const SGrammarValue& op, const SGrammarValue& ope
 }
 
 // Since 8.5 a cast may be part of a constant.
-SGrammarValue CPhpRules::CastValue(const SGrammarValue& cast, const SGrammarValue& operand) const
+SGrammarValue CValueRules::CastValue(const SGrammarValue& cast, const SGrammarValue& operand) const
 {
     SGrammarValue value = operand;
     value.first = cast.first;
     value.kind = EValue::Other;
     value.flags &= NotConstant | HasNew;
-    if (m_version != 0 && m_version < 805) {
+    if (Version() != 0 && Version() < 805) {
         value.flags |= NotConstant;
         value.bad = cast.first;
     }
@@ -70,37 +70,37 @@ SGrammarValue CPhpRules::CastValue(const SGrammarValue& cast, const SGrammarValu
 }
 
 // Since 8.5 a closure may be a constant.
-SGrammarValue CPhpRules::ClosureValue(const SGrammarValue& first) const
+SGrammarValue CValueRules::ClosureValue(const SGrammarValue& first) const
 {
     SGrammarValue value = Computed(first);
     value.kind = EValue::Closure;
-    if (m_version == 0 || m_version >= 805)
+    if (IsFrom(805))
         value.flags = 0;
     return value;
 }
 
 // Nested without brackets, it was read from the left once and must not be nested now.
-SGrammarValue CPhpRules::Ternary(const SGrammarValue& condition, const SGrammarValue& mark,
-                                 const SGrammarValue& then, const SGrammarValue& otherwise)
+SGrammarValue CValueRules::Ternary(const SGrammarValue& condition, const SGrammarValue& mark,
+                                   const SGrammarValue& then, const SGrammarValue& otherwise)
 {
-    if (m_version >= 800 && (condition.kind == EValue::Ternary || condition.kind == EValue::ShortTernary))
+    if (Version() >= 800 && (condition.kind == EValue::Ternary || condition.kind == EValue::ShortTernary))
         Report(Code::NestedTernary, mark);
     SGrammarValue value = Binary(Binary(condition, then), otherwise);
     value.kind = EValue::Ternary;
     return value;
 }
 
-SGrammarValue CPhpRules::ShortTernary(const SGrammarValue& condition, const SGrammarValue& mark,
-                                      const SGrammarValue& otherwise)
+SGrammarValue CValueRules::ShortTernary(const SGrammarValue& condition, const SGrammarValue& mark,
+                                        const SGrammarValue& otherwise)
 {
-    if (m_version >= 800 && condition.kind == EValue::Ternary)
+    if (Version() >= 800 && condition.kind == EValue::Ternary)
         Report(Code::NestedTernary, mark);
     SGrammarValue value = Binary(condition, otherwise);
     value.kind = EValue::ShortTernary;
     return value;
 }
 
-SGrammarValue CPhpRules::Grouped(const SGrammarValue& bracket, const SGrammarValue& value) const
+SGrammarValue CValueRules::Grouped(const SGrammarValue& bracket, const SGrammarValue& value) const
 {
     SGrammarValue group = value;
     group.extra = value.kind == EValue::Literal ? value.first : NoToken;
@@ -110,7 +110,7 @@ SGrammarValue CPhpRules::Grouped(const SGrammarValue& bracket, const SGrammarVal
     return group;
 }
 
-SGrammarValue CPhpRules::Joined(const SGrammarValue& quote, const SGrammarValue& parts) const
+SGrammarValue CValueRules::Joined(const SGrammarValue& quote, const SGrammarValue& parts) const
 {
     SGrammarValue value = quote;
     value.kind = EValue::Literal;
@@ -121,7 +121,7 @@ SGrammarValue CPhpRules::Joined(const SGrammarValue& quote, const SGrammarValue&
     return value;
 }
 
-SGrammarValue CPhpRules::StringParts(const SGrammarValue& a, const SGrammarValue& b) const
+SGrammarValue CValueRules::StringParts(const SGrammarValue& a, const SGrammarValue& b) const
 {
     SGrammarValue value = a;
     if (!(a.flags & NotConstant)) {
@@ -132,13 +132,13 @@ SGrammarValue CPhpRules::StringParts(const SGrammarValue& a, const SGrammarValue
 }
 
 // `{` and `$` in a string hold a variable and what belongs to it, no other expression.
-void CPhpRules::InBraces(const SGrammarValue& value)
+void CValueRules::InBraces(const SGrammarValue& value)
 {
-    if (!IsPlace(value))
+    if (!m_targets.IsPlace(value))
         Report(Code::OutOfPlace, value);
 }
 
-SGrammarValue CPhpRules::Dim(const SGrammarValue& base, const SGrammarValue& bracket)
+SGrammarValue CValueRules::Dim(const SGrammarValue& base, const SGrammarValue& bracket)
 {
     SGrammarValue value = Dim(base, bracket, base);
     value.flags |= NotConstant;
@@ -146,16 +146,16 @@ SGrammarValue CPhpRules::Dim(const SGrammarValue& base, const SGrammarValue& bra
 }
 
 // What can be looked into. `new` could not before 8.4, a magic constant can by its offset only.
-void CPhpRules::CheckBase(const SGrammarValue& base, const SGrammarValue& op, bool looksUp)
+void CValueRules::CheckBase(const SGrammarValue& base, const SGrammarValue& op, bool looksUp)
 {
     if (base.kind == EValue::NewObject)
-        Needs(804, op);
+        Needs(EFeature::NewChain, op);
     else if (base.kind == EValue::Magic && !looksUp)
         Report(Code::OutOfPlace, op);
 }
 
-SGrammarValue CPhpRules::Dim(const SGrammarValue& base, const SGrammarValue& bracket,
-                             const SGrammarValue& index)
+SGrammarValue CValueRules::Dim(const SGrammarValue& base, const SGrammarValue& bracket,
+                               const SGrammarValue& index)
 {
     CheckBase(base, bracket, true);
     SGrammarValue value = Binary(base, index);
@@ -166,7 +166,7 @@ SGrammarValue CPhpRules::Dim(const SGrammarValue& base, const SGrammarValue& bra
 }
 
 // Whether writing to what is reached through `base` writes to something that stays.
-EValue CPhpRules::RootOf(const SGrammarValue& base) const
+EValue CValueRules::RootOf(const SGrammarValue& base) const
 {
     switch (base.kind) {
     case EValue::Element:
@@ -179,8 +179,8 @@ EValue CPhpRules::RootOf(const SGrammarValue& base) const
     }
 }
 
-SGrammarValue CPhpRules::Property(const SGrammarValue& base, const SGrammarValue& arrow,
-                                  const SGrammarValue& name)
+SGrammarValue CValueRules::Property(const SGrammarValue& base, const SGrammarValue& arrow,
+                                    const SGrammarValue& name)
 {
     CheckBase(base, arrow, true);
     SGrammarValue value = base;
@@ -188,7 +188,7 @@ SGrammarValue CPhpRules::Property(const SGrammarValue& base, const SGrammarValue
     value.inner = RootOf(base);
     value.flags &= NotConstant | HasNew | Nullsafe;
     value.extra = 0;
-    if (m_tokens[arrow.first].kind == K::NullsafeArrow)
+    if (Tokens()[arrow.first].kind == K::NullsafeArrow)
         value.flags |= Nullsafe;
     if (!(value.flags & NotConstant) && (name.flags & NotConstant)) {
         value.flags |= NotConstant;
@@ -197,11 +197,11 @@ SGrammarValue CPhpRules::Property(const SGrammarValue& base, const SGrammarValue
     return value;
 }
 
-SGrammarValue CPhpRules::Call(const SGrammarValue& base, const SGrammarValue& arguments)
+SGrammarValue CValueRules::Call(const SGrammarValue& base, const SGrammarValue& arguments)
 {
     CheckBase(base, arguments, false);
-    if (base.kind == EValue::DynamicMember && !m_pending.empty())
-        m_pending.erase(base.bad);
+    if (base.kind == EValue::DynamicMember)
+        m_scopes.pending.Drop(base.bad);
     SGrammarValue value = Computed(base);
     value.kind = EValue::Call;
     value.bad = arguments.first;
@@ -209,23 +209,23 @@ SGrammarValue CPhpRules::Call(const SGrammarValue& base, const SGrammarValue& ar
     if (arguments.flags & AsCallable) {
         if ((base.flags & Nullsafe) && base.kind == EValue::Property)
             Report(Code::ClosureOfNew, arguments);
-        if (m_version == 0 || m_version >= 805)
+        if (IsFrom(805))
             value.flags &= ~NotConstant;
     }
     return value;
 }
 
-SGrammarValue CPhpRules::NewValue(const SGrammarValue& word, const SGrammarValue& type) const
+SGrammarValue CValueRules::NewValue(const SGrammarValue& word, const SGrammarValue& type) const
 {
     SGrammarValue value = word;
     value.kind = EValue::Other;
-    const bool constant = type.kind == EValue::Name && (m_version == 0 || m_version >= 801);
+    const bool constant = type.kind == EValue::Name && IsFrom(801);
     value.flags = static_cast<std::uint16_t>(constant ? HasNew : NotConstant);
     return value;
 }
 
-SGrammarValue CPhpRules::NewValue(const SGrammarValue& word, const SGrammarValue& type,
-                                  const SGrammarValue& arguments)
+SGrammarValue CValueRules::NewValue(const SGrammarValue& word, const SGrammarValue& type,
+                                    const SGrammarValue& arguments)
 {
     SGrammarValue value = NewValue(word, type);
     value.kind = EValue::NewObject;
@@ -238,19 +238,19 @@ SGrammarValue CPhpRules::NewValue(const SGrammarValue& word, const SGrammarValue
     return value;
 }
 
-SGrammarValue CPhpRules::ClassConstant(const SGrammarValue& base, const SGrammarValue& colons,
-                                       const SGrammarValue& name)
+SGrammarValue CValueRules::ClassConstant(const SGrammarValue& base, const SGrammarValue& colons,
+                                         const SGrammarValue& name)
 {
     CheckBase(base, colons, false);
     SGrammarValue value = base;
     value.kind = EValue::ClassConstant;
     value.extra = 0;
     value.flags &= NotConstant | HasNew;
-    const bool isStatic = m_tokens[base.first].kind == K::Static && base.first + 1 == colons.first;
+    const bool isStatic = Tokens()[base.first].kind == K::Static && base.first + 1 == colons.first;
     // A value that is worked out later asks for its class later.
-    const bool inClassBody = Class() && Class()->depth == m_functions.size();
+    const bool inClassBody = Class() && Class()->depth == m_scopes.functions.size();
     if ((base.kind == EValue::Name || isStatic) && Function().inBody && !inClassBody)
-        CheckClassWord(base.first);
+        m_names.CheckClassWord(base.first);
     if (isStatic) {
         value.flags |= NotConstant;
         value.bad = base.first;
@@ -258,36 +258,36 @@ SGrammarValue CPhpRules::ClassConstant(const SGrammarValue& base, const SGrammar
         value.flags |= NotConstant;
         value.bad = colons.first;
         if (IsWord(name.first, L"class"))
-            Needs(800, name);
+            Needs(EFeature::ClassOfObject, name);
     }
     return value;
 }
 
-SGrammarValue CPhpRules::StaticProperty(const SGrammarValue& base, const SGrammarValue& colons,
-                                        const SGrammarValue& /*name*/)
+SGrammarValue CValueRules::StaticProperty(const SGrammarValue& base, const SGrammarValue& colons,
+                                          const SGrammarValue& /*name*/)
 {
     CheckBase(base, colons, false);
-    if (base.kind == EValue::Name || m_tokens[base.first].kind == K::Static)
-        CheckClassWord(base.first);
+    if (base.kind == EValue::Name || Tokens()[base.first].kind == K::Static)
+        m_names.CheckClassWord(base.first);
     SGrammarValue value = Computed(base);
     value.kind = EValue::StaticProperty;
     value.bad = colons.first;
     return value;
 }
 
-SGrammarValue CPhpRules::DynamicMember(const SGrammarValue& base, const SGrammarValue& colons)
+SGrammarValue CValueRules::DynamicMember(const SGrammarValue& base, const SGrammarValue& colons)
 {
     SGrammarValue value = StaticProperty(base, colons, base);
     value.kind = EValue::DynamicMember;
     // A method could always be called so; a constant has a name of its own before 8.3.
-    if (m_version != 0 && m_version < 803)
-        m_pending.try_emplace(colons.first, Code::TooNew);
+    if (Version() != 0 && Version() < 803)
+        m_scopes.pending.Add(colons.first, Code::TooNew, EFeature::DynamicConstant);
     return value;
 }
 
-void CPhpRules::ClassReference(const SGrammarValue& name)
+void CValueRules::ClassReference(const SGrammarValue& name)
 {
-    CheckClassWord(name.first);
+    m_names.CheckClassWord(name.first);
 }
 
 } // namespace Kesh::CodeAnalyzer

@@ -1,6 +1,6 @@
 #include "Parsers/AnonymousClassParser.h"
 
-#include "Parsers/ErrorCodes.h"
+#include "Kesh/CodeAnalyzer/Catalog.h"
 
 namespace Kesh::CodeAnalyzer {
 
@@ -47,9 +47,9 @@ void CAnonymousClassParser::HandleAnonymosClassParamsState(CRegion* region)
         ++m_braces;
     } else if (IsClosing(region, L'}')) {
         if (--m_braces < 0)
-            Error(ExpressionError, region);
+            Error(Code::ExpressionError, region);
     } else if (IsToken(region, 10) && m_braces == 0) {
-        Error(ExpressionError, region);
+        Error(Code::ExpressionError, region);
     }
 }
 
@@ -59,7 +59,7 @@ void CAnonymousClassParser::HandleAfterParamsState(CRegion* region)
     if (IsOpening(region, L'{'))
         SendStructureEnd(region, 1);
     else if (!StartsList(region))
-        Error(ClassError, region);
+        Error(Code::ClassError, region);
 }
 
 void CAnonymousClassParser::SendStructureEnd(CRegion* region, int /*redispatch*/)
@@ -91,7 +91,7 @@ void CAnonymousClassParser::HandleAfterFunctionBodyState(CRegion* region)
                                  region->definition == php.VarDefs[2] || IsWord(region) ||
                                  IsToken(region, 20) || IsToken(region, 5) || IsOpening(region, L'{');
     if (startsStatement)
-        Error(MissingSemicolon, region);
+        Error(Code::UnendedStatement, region);
     else
         CClassParser::SendStructureEnd(region, 1);
 }

@@ -1,6 +1,6 @@
 #include "Parsers/AnonymousFunctionParser.h"
 
-#include "Parsers/ErrorCodes.h"
+#include "Kesh/CodeAnalyzer/Catalog.h"
 
 namespace Kesh::CodeAnalyzer {
 
@@ -23,7 +23,7 @@ void CAnonymousFunctionParser::HandleFunctionState(CRegion* region)
     if (IsOpening(region, L'('))
         OpenList(ParamsState);
     else
-        Error(ParameterError, region);
+        Error(Code::ParameterError, region);
 }
 
 // 3: after the parameters.
@@ -36,7 +36,7 @@ void CAnonymousFunctionParser::HandleAfterParamsState(CRegion* region)
     else if (IsSymbol(region, L":"))
         m_state = ReturnDeclState;
     else
-        Error(MissingBrace, region);
+        Error(Code::MissingBody, region);
 }
 
 // 7: after the "use" list or the return type.
@@ -47,7 +47,7 @@ void CAnonymousFunctionParser::HandleAfterUseState(CRegion* region)
     else if (IsSymbol(region, L":"))
         m_state = ReturnDeclState;
     else
-        Error(MissingBrace, region);
+        Error(Code::MissingBody, region);
 }
 
 void CAnonymousFunctionParser::StartBody(CRegion* region)

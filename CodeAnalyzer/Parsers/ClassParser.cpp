@@ -1,6 +1,6 @@
 #include "Parsers/ClassParser.h"
 
-#include "Parsers/ErrorCodes.h"
+#include "Kesh/CodeAnalyzer/Catalog.h"
 
 namespace Kesh::CodeAnalyzer {
 
@@ -47,7 +47,7 @@ void CClassParser::HandleClassState(CRegion* region)
     else if (IsSymbol(region, L"%"))
         m_state = TemplateNameState;
     else
-        Error(ClassError, region);
+        Error(Code::ClassError, region);
 }
 
 // 1: after the name.
@@ -56,7 +56,7 @@ void CClassParser::HandleClassNameState(CRegion* region)
     if (IsOpening(region, L'{'))
         SendStructureEnd(region, 1);
     else if (!StartsList(region))
-        Error(ClassError, region);
+        Error(Code::ClassError, region);
 }
 
 // 2: a parent's name.
@@ -67,7 +67,7 @@ void CClassParser::HandleExtendsState(CRegion* region)
     else if (IsSymbol(region, L"\\"))
         m_state = ExtendsNameNamespaceState;
     else
-        Error(ClassError, region);
+        Error(Code::ClassError, region);
 }
 
 // 3: after a parent's name; interfaces extend several.
@@ -82,7 +82,7 @@ void CClassParser::HandleExtendsNameState(CRegion* region)
     else if (IsKeyword(region, L"implements"))
         m_state = ImplementsState;
     else
-        Error(ClassError, region);
+        Error(Code::ClassError, region);
 }
 
 // 4: the next part of a parent's name.
@@ -91,7 +91,7 @@ void CClassParser::HandleExtendsNameNamespaceState(CRegion* region)
     if (IsWord(region))
         m_state = ExtendsNameState;
     else
-        Error(ClassError, region);
+        Error(Code::ClassError, region);
 }
 
 // 5: an interface's name.
@@ -102,7 +102,7 @@ void CClassParser::HandleImplementsState(CRegion* region)
     else if (IsSymbol(region, L"\\"))
         m_state = ImplementsNameNamespaceState;
     else
-        Error(ClassError, region);
+        Error(Code::ClassError, region);
 }
 
 // 6: after an interface's name.
@@ -115,7 +115,7 @@ void CClassParser::HandleImplementsNameState(CRegion* region)
     else if (IsSymbol(region, L"\\"))
         m_state = ImplementsNameNamespaceState;
     else
-        Error(ClassError, region);
+        Error(Code::ClassError, region);
 }
 
 // 7: the next part of an interface's name.
@@ -124,7 +124,7 @@ void CClassParser::HandleImplementsNameNamespaceState(CRegion* region)
     if (IsWord(region))
         m_state = ImplementsNameState;
     else
-        Error(ClassError, region);
+        Error(Code::ClassError, region);
 }
 
 // 8: inside the placeholder.

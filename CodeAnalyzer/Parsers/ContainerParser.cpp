@@ -1,6 +1,6 @@
 #include "Parsers/ContainerParser.h"
 
-#include "Parsers/ErrorCodes.h"
+#include "Kesh/CodeAnalyzer/Catalog.h"
 
 namespace Kesh::CodeAnalyzer {
 
@@ -30,7 +30,7 @@ void CContainerParser::AddWarning(const SScheme& span, int code)
 
 void CContainerParser::WarnOddSemicolon(CRegion* region)
 {
-    AddWarning({region->start, region->end}, OddSemicolon);
+    AddWarning({region->start, region->end}, Code::OddSemicolon);
 }
 
 } // namespace Kesh::CodeAnalyzer

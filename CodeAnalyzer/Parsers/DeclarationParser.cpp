@@ -1,6 +1,6 @@
 #include "Parsers/DeclarationParser.h"
 
-#include "Parsers/ErrorCodes.h"
+#include "Kesh/CodeAnalyzer/Catalog.h"
 
 namespace Kesh::CodeAnalyzer {
 
@@ -131,7 +131,7 @@ void CDeclarationParser::End(CRegion* region, int redispatch)
 void CDeclarationParser::Error(CRegion* region)
 {
     m_state = KeywordState;
-    m_parent->OnStructureError(ExpressionError, region, 1);
+    m_parent->OnStructureError(Code::ExpressionError, region, 1);
 }
 
 } // namespace Kesh::CodeAnalyzer

@@ -1,4 +1,4 @@
-#include "Parsers/ErrorCodes.h"
+#include "Kesh/CodeAnalyzer/Catalog.h"
 #include "Parsers/ExpressionStatementParser.h"
 
 namespace Kesh::CodeAnalyzer {
@@ -16,7 +16,7 @@ void CExpressionStatementParser::HandleNumberState(CRegion* region)
         SetState(FloatCommaNumberState);
         NoteRegion(region);
     } else if (IsOpening(region, L'(') || IsOpening(region, L'[')) { // a number is neither called nor indexed
-        DoExpressionError(ExpressionError, region, 1);
+        DoExpressionError(Code::ExpressionError, region, 1);
     } else {
         SetState(BinarOpState);
         HandleBinarOpState(region);
@@ -29,7 +29,7 @@ void CExpressionStatementParser::HandleFloatCommaNumberState(CRegion* region)
     if (IsSymbol(region, L"+") || IsSymbol(region, L"-"))
         return;
     if (!IsToken(region, 20)) {
-        DoExpressionError(ExpressionError, region, 1);
+        DoExpressionError(Code::ExpressionError, region, 1);
         return;
     }
     SetState(ExpNumberState);

@@ -1,5 +1,5 @@
 #include "Base/CommonString.h"
-#include "Parsers/ErrorCodes.h"
+#include "Kesh/CodeAnalyzer/Catalog.h"
 #include "Parsers/ExpressionStatementParser.h"
 
 namespace Kesh::CodeAnalyzer {
@@ -72,7 +72,7 @@ void CExpressionStatementParser::HandleUOperandState(CRegion* region)
         } else if (IsExpressionKeyword(text)) {
             SetState(MayBeFuncCallState);
         } else {
-            DoExpressionError(ExpressionError, region, 1);
+            DoExpressionError(Code::ExpressionError, region, 1);
             return;
         }
     } else if (IsWord(region)) {
@@ -89,7 +89,7 @@ void CExpressionStatementParser::HandleUOperandState(CRegion* region)
     } else if (IsToken(region, 21)) {
         SetState(DotState);
     } else {
-        DoExpressionError(ExpressionError, region, 1);
+        DoExpressionError(Code::ExpressionError, region, 1);
         return;
     }
     NoteRegion(region);
@@ -145,7 +145,7 @@ void CExpressionStatementParser::HandleComma(CRegion* region)
         EndElement();
         SetState(UOperandState);
     } else {
-        DoExpressionError(ExpressionError, region, 1);
+        DoExpressionError(Code::ExpressionError, region, 1);
         return;
     }
     NoteRegion(region);
@@ -155,7 +155,7 @@ void CExpressionStatementParser::HandleKeyArrow(CRegion* region)
 {
     if (InArray()) {
         if (m_data.keyArrowSeen) {
-            DoExpressionError(ExpressionError, region, 1);
+            DoExpressionError(Code::ExpressionError, region, 1);
             return;
         }
         m_data.keyArrowSeen = true;
@@ -178,14 +178,14 @@ void CExpressionStatementParser::HandleClosing(CRegion* region)
             return;
         }
         if (!InnermostIs(EBracket::Brace) && !InnermostIs(EBracket::MatchBody)) {
-            DoExpressionError(ExpressionError, region, 1);
+            DoExpressionError(Code::ExpressionError, region, 1);
             return;
         }
         Close(region);
         --m_data.braceDepth;
     } else {
         if (!InnermostIs(EBracket::Index) && !InnermostIs(EBracket::ArrayLiteral)) {
-            DoExpressionError(ExpressionError, region, 1);
+            DoExpressionError(Code::ExpressionError, region, 1);
             return;
         }
         CloseSquare(region);
@@ -206,7 +206,7 @@ void CExpressionStatementParser::HandleClosingRound(CRegion* region)
     case EBracket::List:
     case EBracket::ArrayCall:
     case EBracket::MatchHead: break;
-    default: DoExpressionError(ExpressionError, region, 1); return;
+    default: DoExpressionError(Code::ExpressionError, region, 1); return;
     }
     CloseRound(region);
     SetState(ChainState);
@@ -219,9 +219,9 @@ void CExpressionStatementParser::HandleUnexpected(CRegion* region)
 {
     const bool nextStatement = m_data.lineBreakSeen || IsToken(region, 2);
     if (!AnyBracketOpen() && nextStatement)
-        DoExpressionError(MissingSemicolon, region, 0);
+        DoExpressionError(Code::UnendedStatement, region, 0);
     else
-        DoExpressionError(ExpressionError, region, IsOpening(region, L'{') ? 0 : 1);
+        DoExpressionError(Code::ExpressionError, region, IsOpening(region, L'{') ? 0 : 1);
 }
 
 // 4: after an operator that a `=` may complete.
@@ -287,7 +287,7 @@ void CExpressionStatementParser::HandleFuncCallNoBrParamsState(CRegion* region)
         m_data.operandDue = true;
         HandleOperandDue(region);
     } else if (m_data.argument == EArgument::Required) {
-        DoExpressionError(ExpressionError, region, 1);
+        DoExpressionError(Code::ExpressionError, region, 1);
     } else {
         CExpressionStatementParser::HandleChainState(region);
     }
@@ -310,7 +310,7 @@ void CExpressionStatementParser::HandleFuncState(CRegion* region)
     } else if (region->definition == Php().ClassDefs[1]) {
         StartEmbedded(region, 1);
     } else {
-        DoExpressionError(ExpressionError, region, 1);
+        DoExpressionError(Code::ExpressionError, region, 1);
     }
 }
 
@@ -379,7 +379,7 @@ void CExpressionStatementParser::HandleChainArrowState(CRegion* region)
         HandleUOperandState(region);
         return;
     } else {
-        DoExpressionError(ExpressionError, region, 1);
+        DoExpressionError(Code::ExpressionError, region, 1);
         return;
     }
     NoteRegion(region);
@@ -389,7 +389,7 @@ void CExpressionStatementParser::HandleChainArrowState(CRegion* region)
 void CExpressionStatementParser::HandleArrayState(CRegion* region)
 {
     if (!IsOpening(region, L'(')) {
-        DoExpressionError(ExpressionError, region, 1);
+        DoExpressionError(Code::ExpressionError, region, 1);
         return;
     }
     OpenArrayConstruct(region);
@@ -408,9 +408,9 @@ void CExpressionStatementParser::HandleArrayKeyState(CRegion* region)
         HandleBinarOpState(region);
     } else if (IsToken(region, 8)) { // only what may be taken apart has empty places
         if (!InnermostIs(EBracket::ArrayLiteral) && !InnermostIs(EBracket::List))
-            DoExpressionError(ExpressionError, region, 1);
+            DoExpressionError(Code::ExpressionError, region, 1);
     } else if (IsToken(region, 11) || IsStatementEnd(region)) {
-        DoExpressionError(ExpressionError, region, 1);
+        DoExpressionError(Code::ExpressionError, region, 1);
     } else {
         SetState(UOperandState);
         HandleUOperandState(region);
@@ -456,7 +456,7 @@ void CExpressionStatementParser::HandleArrayTypeOperatorState(CRegion* region)
         OpenArrayConstruct(region);
         SetState(ArrayKeyState);
     } else {
-        DoExpressionError(ExpressionError, region, 1);
+        DoExpressionError(Code::ExpressionError, region, 1);
         return;
     }
     NoteRegion(region);
@@ -483,7 +483,7 @@ void CExpressionStatementParser::HandleBreakState(CRegion* region)
     else if (IsToken(region, 20) || region->definition == Php().VarDefs[3]) // old PHP took a variable
         SetState(BreakAfterArgState);
     else
-        DoExpressionError(MissingSemicolon, region, m_data.lineBreakSeen || IsToken(region, 2) ? 0 : 1);
+        DoExpressionError(Code::UnendedStatement, region, m_data.lineBreakSeen || IsToken(region, 2) ? 0 : 1);
 }
 
 // 28: the level in brackets.
@@ -492,7 +492,7 @@ void CExpressionStatementParser::HandleBreakArgState(CRegion* region)
     if (IsToken(region, 20) || region->definition == Php().VarDefs[3])
         SetState(BreakAfterArgState);
     else
-        DoExpressionError(ExpressionError, region, 1);
+        DoExpressionError(Code::ExpressionError, region, 1);
 }
 
 // 29: after the level.
@@ -506,7 +506,7 @@ void CExpressionStatementParser::HandleBreakAfterArgState(CRegion* region)
 void CExpressionStatementParser::HandleStreamState(CRegion* region)
 {
     if (!IsToken(region, 18)) {
-        DoExpressionError(MissingSemicolon, region, 1);
+        DoExpressionError(Code::UnendedStatement, region, 1);
         return;
     }
     SetState(BinarOpState);
@@ -526,7 +526,7 @@ void CExpressionStatementParser::HandleDollarState(CRegion* region)
         NoteRegion(region);
     } else {
         m_data.state = AssignExprState;
-        m_parent->OnStructureError(ExpressionError, region, 1);
+        m_parent->OnStructureError(Code::ExpressionError, region, 1);
     }
 }
 

@@ -1,6 +1,6 @@
 #include "Parsers/ForParser.h"
 
-#include "Parsers/ErrorCodes.h"
+#include "Kesh/CodeAnalyzer/Catalog.h"
 
 namespace Kesh::CodeAnalyzer {
 
@@ -132,7 +132,7 @@ void CForParser::End(CRegion* region, int redispatch)
 void CForParser::Error(CRegion* region)
 {
     m_state = ForState;
-    m_parent->OnStructureError(ForError, region, 1);
+    m_parent->OnStructureError(Code::ForError, region, 1);
 }
 
 } // namespace Kesh::CodeAnalyzer

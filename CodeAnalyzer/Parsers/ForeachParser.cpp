@@ -1,7 +1,7 @@
 #include "Parsers/ForeachParser.h"
 
 #include "Base/CommonString.h"
-#include "Parsers/ErrorCodes.h"
+#include "Kesh/CodeAnalyzer/Catalog.h"
 
 namespace Kesh::CodeAnalyzer {
 
@@ -234,7 +234,7 @@ void CForeachParser::HandleEndforeachState(CRegion* region)
         End(region, 0);
     } else {
         m_state = ForeachState;
-        m_parent->OnStructureError(MissingSemicolon, region, 1);
+        m_parent->OnStructureError(Code::UnendedStatement, region, 1);
     }
 }
 
@@ -268,11 +268,11 @@ void CForeachParser::AddForeachTreeNode()
     const std::size_t ofValue = NearestAround(m_values, m_data.valueName);
     // The nearer loop first.
     if (ofValue > ofKey)
-        WarnSameName(m_loops[ofValue].data.valueSpan, m_data.valueSpan, SameValue);
+        WarnSameName(m_loops[ofValue].data.valueSpan, m_data.valueSpan, Code::SameValue);
     if (ofKey > 0)
-        WarnSameName(m_loops[ofKey].data.keySpan, m_data.keySpan, SameKey);
+        WarnSameName(m_loops[ofKey].data.keySpan, m_data.keySpan, Code::SameKey);
     if (ofValue > 0 && ofValue <= ofKey)
-        WarnSameName(m_loops[ofValue].data.valueSpan, m_data.valueSpan, SameValue);
+        WarnSameName(m_loops[ofValue].data.valueSpan, m_data.valueSpan, Code::SameValue);
 
     const std::size_t loop = m_loops.size();
     m_keys[m_data.keyName].push_back(loop);
@@ -321,7 +321,7 @@ void CForeachParser::End(CRegion* region, int redispatch)
 void CForeachParser::Error(CRegion* region)
 {
     m_state = ForeachState;
-    m_parent->OnStructureError(ForeachError, region, 1);
+    m_parent->OnStructureError(Code::ForeachError, region, 1);
 }
 
 } // namespace Kesh::CodeAnalyzer

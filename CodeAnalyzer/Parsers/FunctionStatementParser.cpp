@@ -1,6 +1,6 @@
 #include "Parsers/FunctionStatementParser.h"
 
-#include "Parsers/ErrorCodes.h"
+#include "Kesh/CodeAnalyzer/Catalog.h"
 
 namespace Kesh::CodeAnalyzer {
 
@@ -49,7 +49,7 @@ void CFunctionStatementParser::HandleFunctionState(CRegion* region)
     if (region->definition == Php().ExtraDefs[5] || IsToken(region, 2) || IsWord(region))
         m_state = NameState;
     else
-        Error(FunctionNameError, region);
+        Error(Code::FunctionNameError, region);
 }
 
 // 1: the `(` of the parameters.
@@ -58,7 +58,7 @@ void CFunctionStatementParser::HandleNameState(CRegion* region)
     if (IsOpening(region, L'('))
         OpenList(ParamsState);
     else
-        Error(ParameterError, region);
+        Error(Code::ParameterError, region);
 }
 
 // 2: the parameters, whatever they are.
@@ -79,7 +79,7 @@ void CFunctionStatementParser::HandleAfterParamsState(CRegion* region)
     else if (IsSymbol(region, L":"))
         m_state = ReturnDeclState;
     else
-        Error(MissingBrace, region);
+        Error(Code::MissingBody, region);
 }
 
 // 4: the return type.
@@ -90,7 +90,7 @@ void CFunctionStatementParser::HandleReturnDeclState(CRegion* region)
     if (IsWord(region) || IsToken(region, 2))
         m_state = AfterUseState;
     else
-        Error(MissingBrace, region);
+        Error(Code::MissingBody, region);
 }
 
 // 5: the `(` after "use".
@@ -99,7 +99,7 @@ void CFunctionStatementParser::HandleUseState(CRegion* region)
     if (IsOpening(region, L'('))
         OpenList(UseParamsState);
     else
-        Error(ParameterError, region);
+        Error(Code::ParameterError, region);
 }
 
 // 6: the variables of "use".
@@ -116,7 +116,7 @@ void CFunctionStatementParser::HandleAfterUseState(CRegion* region)
     else if (IsToken(region, 10))
         End(region, 0);
     else
-        Error(MissingBrace, region);
+        Error(Code::MissingBody, region);
 }
 
 void CFunctionStatementParser::OpenList(int state)
@@ -133,7 +133,7 @@ void CFunctionStatementParser::HandleList(CRegion* region, int next)
     else if (IsClosing(region, L')') && --m_depth == 0)
         m_state = next;
     else if (IsToken(region, 10)) // the `;` may end the statement
-        Error(ParameterError, region, 0);
+        Error(Code::ParameterError, region, 0);
 }
 
 void CFunctionStatementParser::End(CRegion* region, int redispatch)

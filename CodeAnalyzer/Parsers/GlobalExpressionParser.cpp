@@ -1,6 +1,6 @@
 #include "Parsers/GlobalExpressionParser.h"
 
-#include "Parsers/ErrorCodes.h"
+#include "Kesh/CodeAnalyzer/Catalog.h"
 
 namespace Kesh::CodeAnalyzer {
 
@@ -73,7 +73,7 @@ void CGlobalExpressionParser::HandleFigureBodyState(CRegion* region)
 void CGlobalExpressionParser::Error(CRegion* region)
 {
     m_state = GlobalState;
-    m_parent->OnStructureError(ExpressionError, region, 1);
+    m_parent->OnStructureError(Code::ExpressionError, region, 1);
 }
 
 } // namespace Kesh::CodeAnalyzer

@@ -1,7 +1,7 @@
 #include "Parsers/IfElseParser.h"
 
 #include "Base/CommonString.h"
-#include "Parsers/ErrorCodes.h"
+#include "Kesh/CodeAnalyzer/Catalog.h"
 #include "Parsers/SwitchParser.h"
 
 #include <deque>
@@ -51,7 +51,7 @@ int CIfElseParser::StatementStartRegion(CRegion* region)
     if (!isElse && !IsKeyword(region, L"elseif"))
         return false;
     if (m_openChains.empty()) {
-        m_parent->OnStructureError(ElseWithoutIf, region, 1);
+        m_parent->OnStructureError(Code::ElseWithoutIf, region, 1);
         return false;
     }
     m_state = isElse ? ElseState : IfState;
@@ -79,7 +79,7 @@ void CIfElseParser::HandleIfState(CRegion* region)
         m_condText = region->text.data() ? region->text.data() + region->text.size() : nullptr;
         m_state = ConditionStartState;
     } else if (!IsNonSignificantRegion(region)) {
-        Error(IfError, region);
+        Error(Code::IfError, region);
     }
 }
 
@@ -91,14 +91,14 @@ void CIfElseParser::HandleConditionStartState(CRegion* region)
     if (m_conditionParser.StatementStartRegion(region))
         m_state = ConditionState;
     else
-        Error(IfError, region);
+        Error(Code::IfError, region);
 }
 
 // 2: the condition has ended.
 void CIfElseParser::OnStructureEnd(CRegion* region, int /*redispatch*/)
 {
     if (!IsClosing(region, L')')) {
-        Error(IfError, region);
+        Error(Code::IfError, region);
         return;
     }
     if (!m_openChains.empty()) {
@@ -251,7 +251,7 @@ void CIfElseParser::WarnEqualConditions(const TChain& chain)
             continue;
         for (std::size_t i : *same) {
             if (reported.insert(chain[i].span.start).second)
-                AddWarning(chain[i].span, EqualConditions);
+                AddWarning(chain[i].span, Code::EqualConditions);
         }
     }
 }

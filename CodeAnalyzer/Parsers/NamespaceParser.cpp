@@ -1,6 +1,6 @@
 #include "Parsers/NamespaceParser.h"
 
-#include "Parsers/ErrorCodes.h"
+#include "Kesh/CodeAnalyzer/Catalog.h"
 
 namespace Kesh::CodeAnalyzer {
 
@@ -52,7 +52,7 @@ void CNamespaceParser::HandleNamespaceState(CRegion* region)
     else if (IsSymbol(region, L"%")) // a placeholder in a file template, as in `namespace %NAME%;`
         m_state = TemplateNameState;
     else if (!IsSymbol(region, L"\\"))
-        Error(NamespaceError, region);
+        Error(Code::NamespaceError, region);
 }
 
 // 1: after a part of the name.
@@ -65,7 +65,7 @@ void CNamespaceParser::HandleNamespaceNameState(CRegion* region)
     else if (IsSymbol(region, L"\\"))
         m_state = NamespaceState;
     else
-        Error(NamespaceError, region);
+        Error(Code::NamespaceError, region);
 }
 
 // 2: inside the placeholder.
@@ -85,7 +85,7 @@ void CNamespaceParser::HandleUseState(CRegion* region)
             m_braces = 1;
         else if (!CloseGroup(region) && !IsSymbol(region, L"\\") && !IsKeyword(region, L"const") &&
                  region->definition != Php().ExtraDefs[1])
-            Error(NamespaceError, region);
+            Error(Code::NamespaceError, region);
     } else if (IsStatementEnd(region) && m_braces == 0) {
         End(region, 0);
     } else if (IsToken(region, 8) || IsSymbol(region, L"\\")) {
@@ -96,7 +96,7 @@ void CNamespaceParser::HandleUseState(CRegion* region)
     } else if (IsOpening(region, L'{') && m_braces == 0) {
         m_state = UseTraitState;
     } else if (!CloseGroup(region)) {
-        Error(NamespaceError, region);
+        Error(Code::NamespaceError, region);
     }
 }
 
@@ -111,7 +111,7 @@ void CNamespaceParser::HandleUseAsState(CRegion* region)
     } else if (m_afterName && IsStatementEnd(region) && m_braces == 0) {
         End(region, 0);
     } else if (!m_afterName || !CloseGroup(region)) {
-        Error(NamespaceError, region);
+        Error(Code::NamespaceError, region);
     }
 }
 
@@ -122,7 +122,7 @@ void CNamespaceParser::HandleUseTraitState(CRegion* region)
         End(region, 0);
     else if (!IsWord(region) && !IsToken(region, 2) && !IsToken(region, 8) && !IsToken(region, 10) &&
              !IsSymbol(region, L"::") && !IsSymbol(region, L"\\"))
-        Error(UseError, region);
+        Error(Code::UseError, region);
 }
 
 // The group is a complete name.

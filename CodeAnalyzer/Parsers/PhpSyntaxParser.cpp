@@ -1,11 +1,11 @@
 #include "Parsers/PhpSyntaxParser.h"
 
 #include "Base/CommonString.h"
-#include "Components/CAErrorsReceiver.h"
-#include "Components/CAGrammarCheck.h"
+#include "Diagnostics/DiagnosticList.h"
+#include "Diagnostics/ErrorsReceiver.h"
 #include "Grammar/PhpGrammarChecker.h"
 #include "Grammar/RecordMerge.h"
-#include "Grammar/WarningSigns.h"
+#include "Parsers/WarningSigns.h"
 #include "Parsers/ClassParser.h"
 #include "Parsers/CompoundStatementParser.h"
 #include "Parsers/ConstExpressionParser.h"
@@ -16,6 +16,7 @@
 #include "Parsers/GlobalExpressionParser.h"
 #include "Parsers/IfElseParser.h"
 #include "Parsers/NamespaceParser.h"
+#include "Parsers/StatementDetails.h"
 #include "Parsers/StaticExpressionParser.h"
 #include "Parsers/SwitchParser.h"
 #include "Parsers/TryCatchParser.h"
@@ -111,7 +112,7 @@ template <class TParser> TParser* CPhpSyntaxParser::AddParser(std::string_view l
     return parser;
 }
 
-void CPhpSyntaxParser::FollowGrammar(ISPDocument& document, const CCAGrammarCheck* wanted)
+void CPhpSyntaxParser::FollowGrammar(ISPDocument& document, const IGrammarCheck* wanted)
 {
     if (!wanted)
         return;
@@ -174,9 +175,22 @@ void CPhpSyntaxParser::AfterParse()
     m_suspended.clear();
     m_active = nullptr;
     if (m_grammar && m_grammar->HasVerdict())
-        MergeRecords(m_errors, m_grammar->Diagnostics());
-    if (!m_errors.empty())
+        ReportMerged();
+    else if (!m_errors.empty())
         m_errorsManager->AddErrors(m_fileName, m_errors);
+}
+
+// With what is known of each record, since a host that asks for the grammar check wants to know.
+void CPhpSyntaxParser::ReportMerged()
+{
+    std::vector<SDiagnostic> diagnostics;
+    for (const SCAError& error : m_errors)
+        diagnostics.push_back({error, StatementDetails(error, m_grammar->Tokens())});
+    MergeRecords(diagnostics, m_grammar->Diagnostics());
+    if (diagnostics.empty())
+        return;
+    const auto [errors, details] = Apart(std::move(diagnostics));
+    m_errorsManager->AddErrors(m_fileName, errors, details);
 }
 
 int CPhpSyntaxParser::AddRegion(CRegion* region)

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Kesh/CodeAnalyzer/IGrammarCheck.h"
 #include "Kesh/SDK/IComponent.h"
 #include "Kesh/SyntaxParser/IParser.h"
 #include "Kesh/SyntaxParser/ISPDocument.h"
@@ -17,7 +18,6 @@
 
 namespace Kesh::CodeAnalyzer {
 
-class CCAGrammarCheck;
 class CPhpGrammarChecker;
 class IErrorsReceiver;
 class CStatementParser;
@@ -60,7 +60,7 @@ public:
                     boost::shared_ptr<SyntaxParser::IReader> reader);
     /// Lets the grammar check of the document take part in each pass for which the host asks for it. `wanted`
     /// is not owned. Call once, after InitParser(), if the document's host hands its tokens on.
-    void FollowGrammar(SyntaxParser::ISPDocument& document, const CCAGrammarCheck* wanted);
+    void FollowGrammar(SyntaxParser::ISPDocument& document, const IGrammarCheck* wanted);
     /// The file under whose name errors are reported.
     void SteFileName(const std::wstring& name);
 
@@ -76,6 +76,7 @@ private:
 
     std::uint32_t ParsersFor(const SyntaxParser::CRegion& region) const;
     bool NeedsStatements() const;
+    void ReportMerged();
     /// `letters`: what the words begin with that may mean something to the parser.
     template <class TParser> TParser* AddParser(std::string_view letters);
 
@@ -96,7 +97,7 @@ private:
     bool m_redeliver = false;                      ///< the ending region still has to reach what was resumed
     bool m_delivering = false;                     ///< a loop that does so runs further down the stack
     std::unique_ptr<CPhpGrammarChecker> m_grammar; ///< null: there is none
-    const CCAGrammarCheck* m_grammarWanted = nullptr;
+    const IGrammarCheck* m_grammarWanted = nullptr;
     CRegionLog m_kept;      ///< regions that wait for the grammar's verdict
     bool m_keeping = false; ///< more of them are to be kept
     bool m_taken = false;   ///< what was resumed has offered the region, or has ended with it

@@ -1,6 +1,6 @@
 #include "Parsers/SwitchParser.h"
 
-#include "Parsers/ErrorCodes.h"
+#include "Kesh/CodeAnalyzer/Catalog.h"
 
 namespace Kesh::CodeAnalyzer {
 
@@ -141,7 +141,7 @@ void CSwitchParser::Error(CRegion* region)
 {
     m_state = SwitchState;
     m_inCase = 0;
-    m_parent->OnStructureError(SwitchError, region, 1);
+    m_parent->OnStructureError(Code::SwitchError, region, 1);
 }
 
 } // namespace Kesh::CodeAnalyzer

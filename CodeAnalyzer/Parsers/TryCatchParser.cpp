@@ -1,6 +1,6 @@
 #include "Parsers/TryCatchParser.h"
 
-#include "Parsers/ErrorCodes.h"
+#include "Kesh/CodeAnalyzer/Catalog.h"
 
 namespace Kesh::CodeAnalyzer {
 
@@ -91,7 +91,7 @@ void CTryCatchParser::End(CRegion* region)
 void CTryCatchParser::Error(CRegion* region)
 {
     m_state = ThrowState;
-    m_parent->OnStructureError(CatchError, region, 1);
+    m_parent->OnStructureError(Code::CatchError, region, 1);
 }
 
 } // namespace Kesh::CodeAnalyzer

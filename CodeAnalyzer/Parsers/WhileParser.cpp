@@ -1,6 +1,6 @@
 #include "Parsers/WhileParser.h"
 
-#include "Parsers/ErrorCodes.h"
+#include "Kesh/CodeAnalyzer/Catalog.h"
 #include "Parsers/SwitchParser.h"
 
 namespace Kesh::CodeAnalyzer {
@@ -66,7 +66,7 @@ void CWhileParser::HandleWhileState(CRegion* region)
     if (IsOpening(region, L'('))
         m_state = ConditionStartState;
     else
-        Error(WhileError, region);
+        Error(Code::WhileError, region);
 }
 
 // 1: the first region of the condition.
@@ -75,7 +75,7 @@ void CWhileParser::HandleConditionStartState(CRegion* region)
     if (m_conditionParser.StatementStartRegion(region))
         m_state = ConditionState;
     else
-        Error(WhileError, region);
+        Error(Code::WhileError, region);
 }
 
 // 2: the condition has ended.
@@ -84,7 +84,7 @@ void CWhileParser::OnStructureEnd(CRegion* region, int /*redispatch*/)
     if (IsClosing(region, L')'))
         m_state = AfterConditionState;
     else
-        Error(WhileError, region);
+        Error(Code::WhileError, region);
 }
 
 // 3: after the condition.
@@ -94,7 +94,7 @@ void CWhileParser::HandleAfterConditionState(CRegion* region)
         if (IsStatementEnd(region))
             End(region, 0);
         else
-            Error(MissingSemicolon, region);
+            Error(Code::UnendedStatement, region);
     } else if (IsToken(region, 10)) {
         WarnOddSemicolon(region);
         End(region, 0);
@@ -130,7 +130,7 @@ void CWhileParser::HandleAfterDoBodyState(CRegion* region)
     } else if (m_switches && m_switches->OpensBody(region)) { // the body goes on
         HandBody(region);
     } else {
-        Error(WhileError, region);
+        Error(Code::WhileError, region);
     }
 }
 

@@ -19,6 +19,7 @@ CPlugin::CPlugin(CApplication& application) : m_application(application), m_libr
 {
     m_component = m_library.Symbol<decltype(CodeAnalyzerCreate)>("CodeAnalyzerCreate")();
     m_component->InitComponent(&application);
+    Errors().SetDetailed(true);
     // The registry must not delete it: CodeAnalyzerDestroy() does.
     m_application.AddComponent(boost::shared_ptr<SDK::IComponent1<SDK::IApplication>>(
         m_component, [](SDK::IComponent1<SDK::IApplication>*) {}));
@@ -39,11 +40,6 @@ CodeAnalyzer::IErrorsSource& CPlugin::Errors()
 CodeAnalyzer::ICustomNames& CPlugin::CustomNames()
 {
     return *m_library.Symbol<decltype(CodeAnalyzerGetCustomNames)>("CodeAnalyzerGetCustomNames")(m_component);
-}
-
-CodeAnalyzer::IErrorDetails* CPlugin::ErrorDetails() const
-{
-    return Offered<CodeAnalyzer::IErrorDetails>("CodeAnalyzerGetErrorDetails");
 }
 
 CodeAnalyzer::IGrammarCheck* CPlugin::GrammarCheck() const

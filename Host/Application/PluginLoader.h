@@ -1,7 +1,6 @@
 #pragma once
 
 #include "Application/PluginLibrary.h"
-#include "Kesh/CodeAnalyzer/IErrorDetails.h"
 #include "Kesh/CodeAnalyzer/IGrammarCheck.h"
 #include "Kesh/CodeAnalyzer/Plugin.h"
 
@@ -30,7 +29,6 @@ public:
     CodeAnalyzer::ICustomNames& CustomNames();
     CodeAnalyzer::IProjectCheck& ProjectCheck();
     /// Null when the plug-in offers none.
-    CodeAnalyzer::IErrorDetails* ErrorDetails() const;
     CodeAnalyzer::IGrammarCheck* GrammarCheck() const;
     /// Runs a command of the plug-in by its class name.
     void RunCommand(const char* className);

@@ -2,37 +2,26 @@
 
 #include "Configuration/Configuration.h"
 #include "Findings/Finding.h"
-#include "Findings/NearestName.h"
 #include "Findings/TextLines.h"
-#include "Kesh/CodeAnalyzer/IErrorDetails.h"
+#include "Kesh/CodeAnalyzer/IDiagnosticTexts.h"
 
 #include <functional>
-#include <utility>
+#include <vector>
 
 namespace Kesh::Findings {
-
-/// A comment that ignores nothing: a warning of the host's own.
-constexpr std::int32_t UnusedIgnore = 9001;
 
 /// A checked file as Describe() needs it.
 struct SCheckedFile
 {
     std::wstring shown; ///< the path as the user knows it
     std::wstring path;  ///< absolute
-    std::wstring factory;
     /// Its text as it was checked; asked for only when there is something to describe.
     std::function<std::wstring()> text;
     /// False when its bytes are known to hold no comment that ignores anything.
     bool mayIgnore = true;
 };
 
-/// The name in question without the "<" that a tag's span begins with.
-std::wstring NameOf(const SFinding& finding);
-/// The name of the tag that the attribute at `position` stands on; empty when there is none.
-std::wstring TagAround(const CTextLines& lines, std::wstring_view text,
-                       const SyntaxParser::CIterator& position);
-
-/// Makes findings of error records: adds what a report says about them, and leaves out what the project or a
+/// Makes findings of diagnostics: adds what a report says about them, and leaves out what the project or a
 /// comment does not want to hear. One thread, which may be any.
 class CDescriber
 {
@@ -40,28 +29,27 @@ public:
     /// What it asks; nothing is owned.
     struct SSources
     {
-        /// The fixed text of a record's code.
-        std::function<std::wstring(const CodeAnalyzer::SCAError&)> messageOf;
-        const SyntaxParser::ICompletionData& names;
-        CodeAnalyzer::IErrorDetails* details = nullptr; ///< null: the plug-in has none to give
+        CodeAnalyzer::IDiagnosticTexts& texts;
         const Configuration::SConfiguration* configuration = nullptr;
-        /// Only which records are left: what a report says about them is not looked for.
+        /// Only which findings are left and their lines: what a report says about them is not looked for.
         bool brief = false;
     };
-    explicit CDescriber(SSources sources) : m_sources(std::move(sources)), m_nearest(m_sources.names) {}
+    explicit CDescriber(const SSources& sources) : m_sources(sources) {}
 
     /// Sorted by position, then code.
-    SFileFindings Describe(const SCheckedFile& file, std::vector<CodeAnalyzer::SCAError> errors);
+    SFileFindings Describe(const SCheckedFile& file,
+                           std::vector<CodeAnalyzer::SDiagnostic> diagnostics) const;
 
 private:
-    void Silence(std::vector<CodeAnalyzer::SCAError>& errors, const SCheckedFile& file,
-                 std::wstring_view text, const CTextLines& lines, SFileFindings& described) const;
+    void Silence(std::vector<CodeAnalyzer::SDiagnostic>& diagnostics, std::wstring_view text,
+                 const CTextLines& lines) const;
     bool ApplyLevel(CodeAnalyzer::SCAError& error, const SCheckedFile& file) const;
-    void AddNames(SFinding& finding, std::wstring_view text, const CTextLines& lines);
-    void AddDetails(SFileFindings& described, const SCheckedFile& file, const std::wstring& text) const;
 
     SSources m_sources;
-    CNearestName m_nearest;
 };
+
+/// Findings of diagnostics of which all are wanted, in their order.
+std::vector<SFinding> MakeFindings(std::vector<CodeAnalyzer::SDiagnostic> diagnostics, std::wstring_view text,
+                                   CodeAnalyzer::IDiagnosticTexts& texts);
 
 } // namespace Kesh::Findings

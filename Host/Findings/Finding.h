@@ -1,9 +1,8 @@
 #pragma once
 
-#include "Kesh/CodeAnalyzer/IErrorDetails.h"
+#include "Kesh/CodeAnalyzer/Diagnostic.h"
 
 #include <cstdint>
-#include <optional>
 #include <string>
 #include <vector>
 
@@ -17,18 +16,23 @@ struct SLineExcerpt
     bool cut = false;      ///< whether the line goes on behind it
 };
 
+/// Another place that a finding speaks of, and what is there.
+struct SRelated
+{
+    SyntaxParser::SScheme pos;
+    std::wstring message;
+};
+
 /// An error record with all that a report says about it: it needs neither the plug-in nor the text any more.
 struct SFinding
 {
     CodeAnalyzer::SCAError error;
-    std::wstring message; ///< the fixed text of its code
-    /// What follows the message for a human reader (" 'strng', did you mean 'strong'?"); may be empty.
-    std::wstring detail;
+    std::wstring title;   ///< what can be said of its code alone
+    std::wstring message; ///< all there is to say, in a sentence
+    CodeAnalyzer::SDetails details;
+    std::vector<SRelated> related;
     SLineExcerpt line;
-    std::wstring text;    ///< what the span holds, at most MaxTextLength characters of it
-    std::wstring nearest; ///< the listed name that may be meant; empty: none
-    /// What the plug-in knows beyond the record, if it does.
-    std::optional<CodeAnalyzer::SErrorDetails> details;
+    std::wstring text; ///< what the span holds, at most MaxTextLength characters of it
 
     bool IsError() const { return error.type == CodeAnalyzer::SeverityError; }
 };

@@ -197,11 +197,11 @@ private:
 } // namespace
 
 // Comments and records may be many of each: neither side is looked through for every one of the other.
-void CIgnores::Silence(std::vector<CodeAnalyzer::SCAError>& errors)
+void CIgnores::Silence(std::vector<CodeAnalyzer::SDiagnostic>& diagnostics)
 {
     TLines all;
     std::map<std::int32_t, TLines> byCode;
-    for (const CodeAnalyzer::SCAError& error : errors) {
+    for (const auto& [error, details] : diagnostics) {
         all.push_back(error.pos.start.y);
         byCode[error.code].push_back(error.pos.start.y);
     }
@@ -229,7 +229,8 @@ void CIgnores::Silence(std::vector<CodeAnalyzer::SCAError>& errors)
     whole.Join();
     for (auto& [code, stretches] : ofCode)
         stretches.Join();
-    std::erase_if(errors, [&](const CodeAnalyzer::SCAError& error) {
+    std::erase_if(diagnostics, [&](const CodeAnalyzer::SDiagnostic& diagnostic) {
+        const CodeAnalyzer::SCAError& error = diagnostic.error;
         const auto own = ofCode.find(error.code);
         return whole.Has(error.pos.start.y) || (own != ofCode.end() && own->second.Has(error.pos.start.y));
     });

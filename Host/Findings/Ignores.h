@@ -21,7 +21,7 @@ public:
     CIgnores(std::wstring_view text, const CTextLines& lines);
 
     /// Takes away the records that comments silence; those comments then count as needed. Once.
-    void Silence(std::vector<CodeAnalyzer::SCAError>& errors);
+    void Silence(std::vector<CodeAnalyzer::SDiagnostic>& diagnostics);
 
     /// A comment that silences nothing, or codes of it that do not.
     struct SUnused

@@ -51,7 +51,7 @@ std::string NewText(const std::wstring& text, const SOpenDocument& open)
 
 json ActionOf(const SQuickFix& fix, const SOpenDocument& open, const json& diagnostic, CRangeMaker& ranges)
 {
-    json action = {{"title", Host::PathToBytes(fix.title)},
+    json action = {{"title", Host::PathToBytes(fix.Title())},
                    {"kind", "quickfix"},
                    {"diagnostics", json::array({diagnostic})}};
     if (fix.kind == SQuickFix::EKind::Mend)

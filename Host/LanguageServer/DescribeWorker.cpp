@@ -81,7 +81,7 @@ SDescribed CDescribeWorker::Describe(SDescribeOrder order)
     try {
         text = order.text ? *order.text : SyntaxParser::DecodeSource(Host::ReadFileBytes(order.path));
     } catch (const Base::CWorkError&) {
-        order.errors.clear(); // the file has gone meanwhile
+        order.diagnostics.clear(); // the file has gone meanwhile
     }
     SDescribed described{std::move(order), {}, nlohmann::json::array(), "[]"};
     const SDescribeOrder& done = described.order;
@@ -89,11 +89,8 @@ SDescribed CDescribeWorker::Describe(SDescribeOrder order)
         done.settings ? &done.settings->configuration : nullptr;
     if (configuration && configuration->Excludes(done.path))
         return described;
-    Findings::CDescriber describer(
-        {[this](const CodeAnalyzer::SCAError& error) { return m_settings.errors.GetErrorDescription(error); },
-         *done.names, m_settings.details, configuration});
-    described.findings =
-        describer.Describe({done.path, done.path, done.factory, [&] { return text; }}, done.errors);
+    Findings::CDescriber describer({m_settings.texts, configuration});
+    described.findings = describer.Describe({done.path, done.path, [&] { return text; }}, done.diagnostics);
     if (done.settings && done.settings->baseline)
         done.settings->baseline->Filter(described.findings);
     CDiagnosticMaker maker(text, done.uri, m_encoding, m_settings.documentation);

@@ -24,8 +24,7 @@ struct SDescribeOrder
     std::wstring factory;
     std::int64_t revision = -1;               ///< of an open document; -1: the text is that on disk
     std::shared_ptr<const std::wstring> text; ///< null: to be read from disk
-    std::vector<CodeAnalyzer::SCAError> errors;
-    const SyntaxParser::ICompletionData* names = nullptr;
+    std::vector<CodeAnalyzer::SDiagnostic> diagnostics;
     TProjectSettings settings; ///< null: none
 };
 
@@ -43,9 +42,8 @@ class CDescribeWorker
 public:
     struct SSettings
     {
-        CodeAnalyzer::IErrorsSource& errors;
-        CodeAnalyzer::IErrorDetails* details; ///< null: none
-        std::string documentation;            ///< the URI of the list of errors; empty: there is none
+        CodeAnalyzer::IDiagnosticTexts& texts;
+        std::string documentation; ///< the URI of the list of errors; empty: there is none
     };
     /// `done` is called on the thread that makes the worker, which runs an event loop.
     CDescribeWorker(const SSettings& settings, std::function<void(SDescribed)> done);

@@ -43,13 +43,13 @@ json CDiagnosticMaker::Make(const Findings::SFinding& finding)
                        {"severity", finding.IsError() ? Error : Warning},
                        {"code", finding.error.code},
                        {"source", "code-analyzer"},
-                       {"message", Host::PathToBytes(finding.message + finding.detail)}};
+                       {"message", Host::PathToBytes(finding.message)}};
     if (!m_documentation.empty())
         diagnostic["codeDescription"]["href"] = m_documentation + '#' + std::to_string(finding.error.code);
-    if (finding.details && finding.details->related)
-        diagnostic["relatedInformation"] = json::array(
-            {{{"location", {{"uri", m_uri}, {"range", m_ranges.Range(*finding.details->related)}}},
-              {"message", finding.details->relatedKey}}});
+    for (const Findings::SRelated& place : finding.related)
+        diagnostic["relatedInformation"].push_back(
+            {{"location", {{"uri", m_uri}, {"range", m_ranges.Range(place.pos)}}},
+             {"message", Host::PathToBytes(place.message)}});
     return diagnostic;
 }
 

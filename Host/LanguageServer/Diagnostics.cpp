@@ -20,7 +20,7 @@ constexpr int RefreshDelay = 100;
 
 CDiagnostics::CDiagnostics(const SParts& parts)
     : m_parts(parts),
-      m_worker({parts.plugin.Errors(), parts.plugin.ErrorDetails(), parts.documentation},
+      m_worker({parts.plugin.Errors().GetTexts(), parts.documentation},
                [this](SDescribed described) { OnDescribed(std::move(described)); })
 {
     CodeAnalyzer::IErrorsSource& errors = parts.plugin.Errors();
@@ -117,8 +117,7 @@ void CDiagnostics::Order(const std::wstring& path)
 {
     SDescribeOrder order;
     order.path = path;
-    m_parts.plugin.Errors().GetErrors(path, order.errors);
-    order.names = m_parts.application.Parser().GetCompletionData();
+    order.diagnostics = m_parts.plugin.Errors().GetDiagnostics(path);
     order.settings = m_parts.settings.For(path);
     if (const SOpenDocument* open = m_parts.documents.Find(path)) {
         // What was found in an older text, or only so far, is not told: the end of the check follows.

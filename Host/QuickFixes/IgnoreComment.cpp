@@ -1,6 +1,5 @@
 #include "QuickFixes/IgnoreComment.h"
 
-#include "Findings/NameErrors.h"
 #include "QuickFixes/PhpPlaces.h"
 
 namespace Kesh::QuickFixes {
@@ -44,7 +43,7 @@ std::optional<SEdit> IgnoreComment(const Findings::SFinding& finding, const SFil
         return SEdit{{lineStart, lineStart}, indent + comment + L"\n"};
     };
     const EPlace place = PlaceAtStartOf(at.y, file);
-    if (!Findings::IsNameError(finding.error.code)) {
+    if (!CodeAnalyzer::IsNameError(finding.error.code)) {
         if (place == EPlace::Code)
             return above(L"// " + words);
         return SEdit{{at, at}, L"/* " + words + L" */ "};

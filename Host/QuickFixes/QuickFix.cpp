@@ -1,7 +1,6 @@
 #include "QuickFixes/QuickFix.h"
 
-#include "Findings/Describe.h"
-#include "Findings/NameErrors.h"
+#include "Kesh/LangSupport/LangSupport.h"
 #include "QuickFixes/IgnoreComment.h"
 #include "QuickFixes/PhpPlaces.h"
 
@@ -15,44 +14,33 @@ namespace {
 using EKind = SQuickFix::EKind;
 using Findings::SFinding;
 
+const char* SentenceOf(CodeAnalyzer::EFix kind)
+{
+    switch (kind) {
+    case CodeAnalyzer::EFix::Insert: return "Insert '{what}'";
+    case CodeAnalyzer::EFix::Remove: return "Remove '{what}'";
+    default: return "Replace by '{what}'";
+    }
+}
+
 void AddMending(const SFinding& finding, std::vector<SQuickFix>& fixes)
 {
-    if (!finding.details)
-        return;
-    const CodeAnalyzer::SErrorDetails& details = *finding.details;
-    if (!details.insertion.empty())
-        fixes.push_back({EKind::Mend,
-                         L"Insert '" + details.insertion + L"'",
-                         {{{details.insertAt, details.insertAt}, details.insertion}},
-                         {},
-                         {},
-                         finding.error.code});
-    if (details.removable)
-        fixes.push_back({EKind::Mend,
-                         L"Remove '" + finding.text + L"'",
-                         {{finding.error.pos, {}}},
-                         {},
-                         {},
-                         finding.error.code});
+    for (const CodeAnalyzer::SFix& known : finding.details.fixes) {
+        SQuickFix& fix = fixes.emplace_back();
+        fix.sentence = SentenceOf(known.kind);
+        fix.what = known.kind == CodeAnalyzer::EFix::Remove ? finding.text : known.edits.front().text;
+        fix.edits = known.edits;
+        fix.code = finding.error.code;
+    }
 }
 
 const char* ListOf(std::int32_t code)
 {
     switch (code) {
-    case Findings::UnknownAttribute: return "attributes";
-    case Findings::UnknownProperty: return "properties";
+    case CodeAnalyzer::Code::UnknownAttribute: return "attributes";
+    case CodeAnalyzer::Code::UnknownProperty: return "properties";
     default: return "tags";
     }
-}
-
-/// The name's own span: that of a tag begins with "<".
-SyntaxParser::SScheme NameSpan(const SFinding& finding, const std::wstring& name)
-{
-    SyntaxParser::SScheme span = finding.error.pos;
-    const auto front = static_cast<std::int64_t>(finding.text.size() - name.size());
-    if (span.start.y == span.end.y)
-        span.start.x += front;
-    return span;
 }
 
 /// The end tag of an element goes the way of its start tag.
@@ -65,32 +53,24 @@ void RenameEndTag(const SFinding& finding, const std::wstring& name, const SFile
     if (at == std::wstring_view::npos || behind.substr(0, at).find(L'<' + name) != std::wstring_view::npos)
         return;
     fix.edits.push_back(
-        {{file.lines.Position(from + at + 2), file.lines.Position(from + at + 2 + name.size())},
-         finding.nearest});
+        {{file.lines.Position(from + at + 2), file.lines.Position(from + at + 2 + name.size())}, fix.what});
 }
 
 void AddNameFixes(const SFinding& finding, const SFileText& file, std::vector<SQuickFix>& fixes)
 {
-    const std::wstring name = Findings::NameOf(finding);
-    if (name.empty())
+    const std::wstring* name = finding.details.Find("name");
+    if (!name || name->empty())
         return;
-    if (!finding.nearest.empty()) {
-        SQuickFix fix{EKind::Mend,
-                      L"Replace by '" + finding.nearest + L"'",
-                      {{NameSpan(finding, name), finding.nearest}},
-                      {},
-                      {},
-                      finding.error.code};
-        if (finding.error.code == Findings::UnknownTag)
-            RenameEndTag(finding, name, file, fix);
-        fixes.push_back(std::move(fix));
-    }
-    fixes.push_back({EKind::AddOwnName,
-                     L"Add '" + name + L"' to the project's own names",
-                     {},
-                     name,
-                     ListOf(finding.error.code),
-                     finding.error.code});
+    AddMending(finding, fixes);
+    if (finding.error.code == CodeAnalyzer::Code::UnknownTag)
+        for (SQuickFix& fix : fixes)
+            RenameEndTag(finding, *name, file, fix);
+    SQuickFix& own = fixes.emplace_back();
+    own.kind = EKind::AddOwnName;
+    own.sentence = "Add '{what}' to the project's own names";
+    own.what = own.name = *name;
+    own.list = ListOf(finding.error.code);
+    own.code = finding.error.code;
 }
 
 /// The comment around a place of a line; npos for both when it does not begin and end there.
@@ -119,7 +99,7 @@ void AddRemovalOfComment(const SFinding& finding, const SFileText& file, std::ve
     const auto [column, line] = finding.error.pos.start;
     const std::wstring_view text = file.lines.Line(line);
     auto [start, end] = CommentAround(text, static_cast<std::size_t>(column));
-    if (start == std::wstring_view::npos || !finding.details || !finding.details->removable)
+    if (start == std::wstring_view::npos || finding.details.fixes.empty())
         return;
     while (start > 0 && (text[start - 1] == L' ' || text[start - 1] == L'\t'))
         --start;
@@ -128,32 +108,39 @@ void AddRemovalOfComment(const SFinding& finding, const SFileText& file, std::ve
     const SyntaxParser::SScheme span =
         alone ? SyntaxParser::SScheme{{0, line}, {0, line + 1}}
               : SyntaxParser::SScheme{{columnOf(start), line}, {columnOf(end), line}};
-    fixes.push_back({EKind::Mend,
-                     alone ? L"Remove this line" : L"Remove this comment",
-                     {{span, {}}},
-                     {},
-                     {},
-                     finding.error.code});
+    SQuickFix& fix = fixes.emplace_back();
+    fix.sentence = alone ? "Remove this line" : "Remove this comment";
+    fix.edits = {{span, {}}};
+    fix.code = finding.error.code;
 }
 
 } // namespace
+
+std::wstring SQuickFix::Title() const
+{
+    std::wstring title = LangSupport::CLangSupport::LoadStr(sentence);
+    constexpr std::wstring_view place = L"{what}";
+    if (const std::size_t at = title.find(place); at != std::wstring::npos)
+        title.replace(at, place.size(), what);
+    return title;
+}
 
 std::vector<SQuickFix> FixesFor(const SFinding& finding, const SFileText& file)
 {
     std::vector<SQuickFix> fixes;
     const std::int32_t code = finding.error.code;
-    if (code == Findings::UnusedIgnore) {
+    if (code == CodeAnalyzer::Code::UnusedIgnore) {
         AddRemovalOfComment(finding, file, fixes);
         return fixes;
     }
-    if (Findings::IsNameError(code))
+    if (CodeAnalyzer::IsNameError(code))
         AddNameFixes(finding, file, fixes);
     else
         AddMending(finding, fixes);
     const std::wstring number = std::to_wstring(code);
     if (const auto edit = IgnoreComment(finding, file))
-        fixes.push_back({EKind::IgnoreHere, L"Ignore error " + number + L" here", {*edit}, {}, {}, code});
-    fixes.push_back({EKind::IgnoreCode, L"Ignore error " + number + L" in this project", {}, {}, {}, code});
+        fixes.push_back({EKind::IgnoreHere, "Ignore error {what} here", number, {*edit}, {}, {}, code});
+    fixes.push_back({EKind::IgnoreCode, "Ignore error {what} in this project", number, {}, {}, {}, code});
     return fixes;
 }
 

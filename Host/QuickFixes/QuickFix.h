@@ -12,12 +12,7 @@ namespace Kesh::QuickFixes {
 
 class CPhpPlaces;
 
-/// A place in a file and what is to stand there instead.
-struct SEdit
-{
-    SyntaxParser::SScheme span;
-    std::wstring text;
-};
+using SEdit = CodeAnalyzer::STextEdit;
 
 /// Something that a user can do about a finding at the press of a button.
 struct SQuickFix
@@ -30,11 +25,16 @@ struct SQuickFix
     };
 
     EKind kind = EKind::Mend;
-    std::wstring title;
+    /// What it does, as a sentence with a place for {what}; the key of its translation.
+    const char* sentence = "";
+    std::wstring what;
     std::vector<SEdit> edits;
     std::wstring name;
     std::string list; ///< "tags", "attributes" or "properties"
     std::int32_t code = 0;
+
+    /// The sentence in the user's language.
+    std::wstring Title() const;
 };
 
 /// The text of the file that a finding is in, as it was checked.

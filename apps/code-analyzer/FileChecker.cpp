@@ -51,9 +51,7 @@ CFileChecker::CFileChecker(const Configuration::SConfiguration& configuration)
       m_reader(boost::make_shared<SyntaxParser::CTextReader>(std::wstring()))
 {
     Configuration::Apply(configuration, m_application.Parser(), m_checks->GetGrammarCheck());
-    m_describer.emplace(Findings::CDescriber::SSources{
-        [this](const CodeAnalyzer::SCAError& error) { return m_checks->GetErrorDescription(error); },
-        *m_application.Parser().GetCompletionData(), m_checks->GetErrorDetails(), &configuration});
+    m_describer.emplace(Findings::CDescriber::SSources{*m_checks->GetTexts(), &configuration});
 }
 
 std::string_view CFileChecker::ReadInput(const SInput& input)
@@ -71,12 +69,11 @@ std::optional<Findings::SFileFindings> CFileChecker::Check(const SInput& input)
         return {};
     m_reader->Decode(bytes);
     const std::wstring factory = FactoryOf(input);
-    std::vector<CodeAnalyzer::SCAError> errors;
-    m_checks->Check(m_reader, input.absolute, factory, errors);
+    std::vector<CodeAnalyzer::SDiagnostic> found;
+    m_checks->Check(m_reader, input.absolute, factory, found);
     const bool mayIgnore = SyntaxParser::Utf16OrderOf(bytes) || Findings::CIgnores::MayHave(bytes);
     return m_describer->Describe(
-        {input.shown, input.absolute, factory, [this] { return m_reader->GetText(); }, mayIgnore},
-        std::move(errors));
+        {input.shown, input.absolute, [this] { return m_reader->GetText(); }, mayIgnore}, std::move(found));
 }
 
 } // namespace Kesh::CommandLine

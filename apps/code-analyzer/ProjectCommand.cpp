@@ -107,9 +107,8 @@ int RunProject(const SOptions& options)
             PrintProblem(shownPath(file), "skipped: a binary file");
             continue;
         }
-        Findings::SFileFindings findings =
-            session.FindingsOf(file, {shownPath(file), file, application.Parser().FactoryOfFile(file),
-                                      [&] { return SyntaxParser::DecodeSource(bytes); }});
+        Findings::SFileFindings findings = session.FindingsOf(
+            file, {shownPath(file), file, [&] { return SyntaxParser::DecodeSource(bytes); }});
         baseline.Apply(findings);
         report.Add(findings);
         ++checked;

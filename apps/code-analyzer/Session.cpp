@@ -21,10 +21,7 @@ CSession::CSession(const Configuration::SConfiguration& configuration)
     m_plugin.emplace(m_application);
     m_frame.Build();
     Configuration::Apply(configuration, m_application.Parser(), m_plugin->GrammarCheck());
-    CodeAnalyzer::IErrorsSource& errors = m_plugin->Errors();
-    m_describer.emplace(Findings::CDescriber::SSources{
-        [&errors](const CodeAnalyzer::SCAError& error) { return errors.GetErrorDescription(error); },
-        *m_application.Parser().GetCompletionData(), m_plugin->ErrorDetails(), &configuration});
+    m_describer.emplace(Findings::CDescriber::SSources{m_plugin->Errors().GetTexts(), &configuration});
 }
 
 const Configuration::SConfiguration& CSession::NoConfiguration()
@@ -35,9 +32,7 @@ const Configuration::SConfiguration& CSession::NoConfiguration()
 
 Findings::SFileFindings CSession::FindingsOf(const std::wstring& file, const Findings::SCheckedFile& checked)
 {
-    std::vector<CodeAnalyzer::SCAError> errors;
-    m_plugin->Errors().GetErrors(file, errors);
-    return m_describer->Describe(checked, std::move(errors));
+    return m_describer->Describe(checked, m_plugin->Errors().GetDiagnostics(file));
 }
 
 } // namespace Kesh::CommandLine

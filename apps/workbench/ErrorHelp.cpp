@@ -11,7 +11,6 @@
 #include "DocumentArea.h"
 #include "ErrorWatch.h"
 #include "Findings/Describe.h"
-#include "Findings/NameErrors.h"
 #include "ProjectManager/ProjectManager.h"
 #include "SyntaxParser/ParserComponent.h"
 #include "SyntaxParser/SPDocument.h"
@@ -22,7 +21,6 @@
 #include <QFile>
 #include <QMenu>
 #include <QPushButton>
-#include <QRegularExpression>
 #include <QTextBrowser>
 #include <QVBoxLayout>
 #include <algorithm>
@@ -32,9 +30,6 @@ namespace Kesh::Workbench {
 using QuickFixes::SQuickFix;
 
 namespace {
-
-/// In longer texts the details would take more time than a hover has.
-constexpr std::size_t MaxExplainedLength = 400000;
 
 bool Touches(const SyntaxParser::SScheme& span, const SyntaxParser::CIterator& pos)
 {
@@ -57,33 +52,11 @@ void CErrorHelp::SetPlugin(Host::CPlugin* plugin, CErrorWatch* watch)
 std::vector<Findings::SFinding> CErrorHelp::FindingsOf(const TPick& pick, const std::wstring& text) const
 {
     const std::wstring path = m_area.GetCurrent()->GetPath();
-    std::vector<CodeAnalyzer::SCAError> errors = m_watch->GetErrors(path);
-    std::erase_if(errors, [&](const CodeAnalyzer::SCAError& error) { return !pick(error.pos); });
-    // What the window has found itself needs no description, and its comment must not be taken for idle.
-    std::vector<Findings::SFinding> findings;
-    for (const CodeAnalyzer::SCAError& error : errors)
-        if (error.code == Findings::UnusedIgnore) {
-            Findings::SFinding& own = findings.emplace_back();
-            own.error = error;
-            const QString message = m_watch->GetMessage(path, error);
-            own.message = message.section(':', 0, 0).toStdWString();
-            own.detail = message.mid(static_cast<int>(own.message.size())).toStdWString();
-        }
-    std::erase_if(errors, [](const auto& error) { return error.code == Findings::UnusedIgnore; });
-    if (errors.empty())
-        return findings;
-    const bool isShort = text.size() < MaxExplainedLength;
-    Findings::CDescriber describer({[this](const CodeAnalyzer::SCAError& error) {
-                                        return m_plugin->Errors().GetErrorDescription(error);
-                                    },
-                                    *m_application.Parser().GetCompletionData(),
-                                    isShort ? m_plugin->ErrorDetails() : nullptr, nullptr});
-    const auto described = describer.Describe(
-        {path, path, SyntaxParser::FactoryForPath(path), [&text] { return text; }}, errors);
-    for (const Findings::SFinding& finding : described.findings)
-        if (finding.error.code != Findings::UnusedIgnore)
-            findings.push_back(finding);
-    return findings;
+    std::vector<CodeAnalyzer::SDiagnostic> diagnostics = m_watch->GetDiagnostics(path);
+    std::erase_if(diagnostics,
+                  [&](const CodeAnalyzer::SDiagnostic& diagnostic) { return !pick(diagnostic.error.pos); });
+    // What is not wanted has been left out already: no comment need be looked for.
+    return Findings::MakeFindings(std::move(diagnostics), text, m_plugin->Errors().GetTexts());
 }
 
 std::vector<CErrorTip::SLine> CErrorHelp::GetTips(const SyntaxParser::CIterator& pos, bool wholeLine) const
@@ -100,14 +73,7 @@ std::vector<CErrorTip::SLine> CErrorHelp::GetTips(const SyntaxParser::CIterator&
         return {};
     std::vector<CErrorTip::SLine> lines;
     for (const Findings::SFinding& finding : FindingsOf(covers, editor->GetContent())) {
-        QString text = QString::fromStdWString(finding.message);
-        if (Findings::IsNameError(finding.error.code)) {
-            text += QStringLiteral(" '%1'").arg(QString::fromStdWString(Findings::NameOf(finding)));
-            if (!finding.nearest.empty())
-                text += Tr(", did you mean '%1'?").arg(QString::fromStdWString(finding.nearest));
-        } else {
-            text += QString::fromStdWString(finding.detail);
-        }
+        const QString text = QString::fromStdWString(finding.message);
         const int code = finding.error.code;
         const auto isAlike = [&](const CErrorTip::SLine& line) {
             return line.text == text && line.code == code;
@@ -141,22 +107,14 @@ std::vector<SQuickFix> CErrorHelp::GetFixes() const
         for (SQuickFix& fix : QuickFixes::FixesFor(finding, file))
             // What two errors have in common is offered once, for the first of them.
             if (std::none_of(fixes.begin(), fixes.end(),
-                             [&](const SQuickFix& known) { return known.title == fix.title; }))
+                             [&](const SQuickFix& known) { return known.Title() == fix.Title(); }))
                 fixes.push_back(std::move(fix));
     return fixes;
 }
 
 QString CErrorHelp::TitleOf(const SQuickFix& fix)
 {
-    // A text of the project, or a number, stands in an otherwise fixed title.
-    static const QRegularExpression variable(QStringLiteral("(?<=').*?(?='( |$))|\\d+"),
-                                             QRegularExpression::DotMatchesEverythingOption);
-    const QString title = QString::fromStdWString(fix.title);
-    const QRegularExpressionMatch match = variable.match(title);
-    if (!match.hasMatch())
-        return Tr(title.toUtf8().constData());
-    const QString key = title.left(match.capturedStart()) + "%1" + title.mid(match.capturedEnd());
-    return Tr(key.toUtf8().constData()).replace(QStringLiteral("%1"), match.captured());
+    return QString::fromStdWString(fix.Title());
 }
 
 void CErrorHelp::AddFixes(QMenu& menu)

@@ -4,7 +4,6 @@
 #include "Application/FileIO.h"
 #include "Base/Exception.h"
 #include "Findings/Describe.h"
-#include "SyntaxParser/SPDocument.h"
 #include "SyntaxParser/SourceText.h"
 
 #include <algorithm>
@@ -24,7 +23,7 @@ auto KeyOf(const SCAError& error)
 
 bool IsOwn(const Findings::SFinding& finding)
 {
-    return finding.error.code == Findings::UnusedIgnore;
+    return finding.error.code == CodeAnalyzer::Code::UnusedIgnore;
 }
 
 /// Without a text there are no comments and no lines, so that all that is left is the project's settings.
@@ -41,8 +40,8 @@ std::wstring TextOf(CErrorJudge::SOrder& order)
 
 } // namespace
 
-CErrorJudge::CErrorJudge(const SyntaxParser::ICompletionData& names)
-    : m_names(names), m_rules(std::make_shared<SProjectRules>()), m_thread([this] { Run(); })
+CErrorJudge::CErrorJudge(CodeAnalyzer::IDiagnosticTexts& texts)
+    : m_texts(texts), m_rules(std::make_shared<SProjectRules>()), m_thread([this] { Run(); })
 {
 }
 
@@ -100,16 +99,18 @@ SVerdict CErrorJudge::Decide(STask& task) const
               [](const SCAError& a, const SCAError& b) { return KeyOf(a) < KeyOf(b); });
     Findings::SFileFindings found;
     if (!task.rules->settings.Excludes(file)) {
-        Findings::CDescriber describer(
-            {[](const SCAError&) { return std::wstring(); }, m_names, nullptr, &task.rules->settings, true});
-        found = describer.Describe(
-            {file, file, SyntaxParser::FactoryForPath(file), [&] { return TextOf(task.order); }}, errors);
+        std::vector<CodeAnalyzer::SDiagnostic> diagnostics;
+        for (const SCAError& error : errors)
+            diagnostics.push_back({error, {}});
+        const Findings::CDescriber describer({m_texts, &task.rules->settings, true});
+        found = describer.Describe({file, file, [&] { return TextOf(task.order); }}, std::move(diagnostics));
         if (task.rules->baseline)
             task.rules->baseline->Filter(found);
     }
     for (const Findings::SFinding& finding : found.findings)
         if (IsOwn(finding))
-            verdict.own.push_back({finding.error, finding.message + finding.detail});
+            verdict.own.push_back(
+                {finding.error, m_texts.GetMessage({finding.error, finding.details}), finding.details});
     std::erase_if(found.findings, IsOwn);
     std::sort(found.findings.begin(), found.findings.end(),
               [](const auto& a, const auto& b) { return KeyOf(a.error) < KeyOf(b.error); });

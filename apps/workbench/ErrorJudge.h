@@ -15,10 +15,6 @@
 #include <thread>
 #include <vector>
 
-namespace Kesh::SyntaxParser {
-class ICompletionData;
-}
-
 namespace Kesh::Workbench {
 
 /// What a project does not want to hear of.
@@ -62,8 +58,8 @@ public:
         std::optional<std::wstring> text; ///< unset: what is on disk
     };
 
-    /// The names are not owned.
-    explicit CErrorJudge(const SyntaxParser::ICompletionData& names);
+    /// The texts are not owned.
+    explicit CErrorJudge(CodeAnalyzer::IDiagnosticTexts& texts);
     /// Gives up what has not been decided.
     ~CErrorJudge() override;
 
@@ -85,7 +81,7 @@ private:
     void Run();
     SVerdict Decide(STask& task) const;
 
-    const SyntaxParser::ICompletionData& m_names;
+    CodeAnalyzer::IDiagnosticTexts& m_texts;
     std::shared_ptr<const SProjectRules> m_rules;
     std::mutex m_mutex;
     std::condition_variable m_changed;

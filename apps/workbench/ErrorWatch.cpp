@@ -17,14 +17,6 @@ namespace {
 constexpr int AskDelay = 20;  // ms
 constexpr int TellDelay = 20; // ms
 
-/// The host's own messages begin with a fixed text.
-std::wstring Translated(const std::wstring& message)
-{
-    const std::size_t end = std::min(message.find(L':'), message.size());
-    const QString fixed = QString::fromStdWString(message.substr(0, end));
-    return Tr(fixed.toUtf8().constData()).toStdWString() + message.substr(end);
-}
-
 } // namespace
 
 ESeverity SeverityOf(const SCAError& error)
@@ -32,9 +24,11 @@ ESeverity SeverityOf(const SCAError& error)
     return error.type == CodeAnalyzer::SeverityError ? ESeverity::Error : ESeverity::Warning;
 }
 
-CErrorWatch::CErrorWatch(CodeAnalyzer::IErrorsSource& source, CodeAnalyzer::IErrorsManager& manager,
-                         const SyntaxParser::ICompletionData& names)
-    : m_source(source), m_manager(manager), m_judge(names), m_rules(std::make_shared<SProjectRules>())
+CErrorWatch::CErrorWatch(CodeAnalyzer::IErrorsSource& source, CodeAnalyzer::IErrorsManager& manager)
+    : m_source(source),
+      m_manager(manager),
+      m_judge(source.GetTexts()),
+      m_rules(std::make_shared<SProjectRules>())
 {
     const auto once = [this](QTimer& timer, int delay, auto action) {
         timer.setSingleShot(true);
@@ -126,8 +120,6 @@ void CErrorWatch::OnJudged(const SVerdict& verdict)
     const bool hadOwn = !state.verdict.own.empty();
     m_hiding += verdict.hides - state.verdict.hides;
     state.verdict = verdict;
-    for (CodeAnalyzer::SHostError& own : state.verdict.own)
-        own.message = Translated(own.message);
     if (hadOwn || !state.verdict.own.empty())
         m_source.ShowHostErrors(verdict.file, state.verdict.own);
     state.isJudged = true;
@@ -216,7 +208,7 @@ bool CErrorWatch::HidesUndecided(const std::wstring& file) const
 
 std::int32_t CErrorWatch::TypeOf(const std::wstring& file, const SCAError& error) const
 {
-    if (error.code == Findings::UnusedIgnore)
+    if (error.code == CodeAnalyzer::Code::UnusedIgnore)
         return error.type; // found in deciding
     const auto state = m_states.find(file);
     if (state != m_states.end() && state->second.isJudged) {
@@ -272,13 +264,26 @@ std::vector<SCAError> CErrorWatch::GetErrors(const std::wstring& file)
     return errors;
 }
 
+std::vector<CodeAnalyzer::SDiagnostic> CErrorWatch::GetDiagnostics(const std::wstring& file)
+{
+    std::vector<CodeAnalyzer::SDiagnostic> diagnostics = m_source.GetDiagnostics(file);
+    std::erase_if(diagnostics, [&](CodeAnalyzer::SDiagnostic& diagnostic) {
+        diagnostic.error.type = TypeOf(file, diagnostic.error);
+        return diagnostic.error.type == 0;
+    });
+    if (const auto state = m_states.find(file); state != m_states.end())
+        for (const CodeAnalyzer::SHostError& own : state->second.verdict.own)
+            diagnostics.push_back({own.error, own.details});
+    return diagnostics;
+}
+
 QString CErrorWatch::GetMessage(const std::wstring& file, const SCAError& error)
 {
     if (const auto state = m_states.find(file); state != m_states.end())
         for (const CodeAnalyzer::SHostError& own : state->second.verdict.own)
             if (own.error.code == error.code && own.error.pos == error.pos)
                 return QString::fromStdWString(own.message);
-    return QString::fromStdWString(m_source.GetErrorDescription(error));
+    return QString::fromStdWString(m_source.GetTexts().GetTitle(error.code));
 }
 
 std::optional<SCAError> CErrorWatch::FindAt(const std::wstring& file, const SyntaxParser::CIterator& pos)

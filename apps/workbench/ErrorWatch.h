@@ -38,8 +38,7 @@ public:
     };
 
     /// Nothing is owned; all must outlive this.
-    CErrorWatch(CodeAnalyzer::IErrorsSource& source, CodeAnalyzer::IErrorsManager& manager,
-                const SyntaxParser::ICompletionData& names);
+    CErrorWatch(CodeAnalyzer::IErrorsSource& source, CodeAnalyzer::IErrorsManager& manager);
 
     /// The text of an open file, asked when its errors have changed; nothing for one that is not open.
     using TTextOf = std::function<std::optional<std::wstring>(const std::wstring& file)>;
@@ -55,6 +54,8 @@ public:
     /// The gravest of a file's errors.
     ESeverity GetSeverity(const std::wstring& file) const;
     std::vector<CodeAnalyzer::SCAError> GetErrors(const std::wstring& file);
+    /// The same, with what is known of each.
+    std::vector<CodeAnalyzer::SDiagnostic> GetDiagnostics(const std::wstring& file);
     QString GetMessage(const std::wstring& file, const CodeAnalyzer::SCAError& error);
     /// The error at a place: the one that begins last of those that cover it, or else that of its line.
     std::optional<CodeAnalyzer::SCAError> FindAt(const std::wstring& file,

@@ -188,8 +188,7 @@ void CMainWindow::LoadValidator()
     }
     ChooseGrammarFor(m_application->Project().GetFolder());
     m_frame.AddBars();
-    m_errors = std::make_unique<CErrorWatch>(m_plugin->Errors(), m_plugin->ErrorsManager(),
-                                             *m_application->Parser().GetCompletionData());
+    m_errors = std::make_unique<CErrorWatch>(m_plugin->Errors(), m_plugin->ErrorsManager());
     m_errors->SetTextSource([this](const std::wstring& file) -> std::optional<std::wstring> {
         // Asked for many files; to find one by all its spellings would take too long.
         for (Host::CDocument* document : m_application->Documents().GetDocuments())

@@ -2,7 +2,7 @@
 // example site. MB are those of the files; the texts are in memory.
 
 #include "Components/CAErrorsManager.h"
-#include "Components/CAGrammarCheck.h"
+#include "Checks/CAGrammarCheck.h"
 #include "Grammar/PhpGrammarChecker.h"
 #include "Parsers/PhpSyntaxParser.h"
 #include "SyntaxParser/PhpScanner.h"

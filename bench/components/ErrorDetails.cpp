@@ -29,15 +29,15 @@ struct CMany
 
     void Check()
     {
-        errors.clear();
-        checks->Check(reader, Path, Factory, errors);
+        found.clear();
+        checks->Check(reader, Path, Factory, found);
     }
 
     Host::CBareApplication application;
     CodeAnalyzer::ITextChecks* checks = CodeAnalyzerCreateChecks(&application);
     std::wstring text = L"<?php\n";
     boost::shared_ptr<SyntaxParser::CTextReader> reader;
-    std::vector<CodeAnalyzer::SCAError> errors;
+    std::vector<CodeAnalyzer::SDiagnostic> found;
 };
 
 void CheckOfManyErrors(benchmark::State& state)
@@ -51,12 +51,10 @@ BENCHMARK(CheckOfManyErrors)->Arg(1000)->Arg(8000)->Arg(64000)->Unit(benchmark::
 void DescribeManyErrors(benchmark::State& state)
 {
     CMany many(state.range(0));
-    Findings::CDescriber describer({[](const auto&) { return std::wstring(); },
-                                    *many.application.Parser().GetCompletionData(),
-                                    many.checks->GetErrorDetails()});
+    const Findings::CDescriber describer({*many.checks->GetTexts()});
     for (auto _ : state)
-        if (describer.Describe({Path, Path, Factory, [&] { return many.text; }}, many.errors)
-                .findings.size() < static_cast<std::size_t>(state.range(0)))
+        if (describer.Describe({Path, Path, [&] { return many.text; }}, many.found).findings.size() <
+            static_cast<std::size_t>(state.range(0)))
             state.SkipWithError("errors are missing");
 }
 BENCHMARK(DescribeManyErrors)->Arg(1000)->Arg(8000)->Arg(64000)->Unit(benchmark::kMillisecond);

@@ -154,7 +154,7 @@ TEST(Plugin, IsDrivenThroughItsFunctions)
     std::vector<SCAError> errors;
     source->GetErrors(L"/a.php", errors);
     ASSERT_EQ(errors.size(), 1u);
-    EXPECT_EQ(source->GetErrorDescription(errors[0]), L"ElSE or ELSEIF has no IF statement");
+    EXPECT_EQ(source->GetTexts().GetTitle(errors[0].code), L"ElSE or ELSEIF has no IF statement");
     EXPECT_EQ(source->GetAllErrors().size(), 1u);
     int removed = 0;
     source->GetRemovedSignal().connect([&](const std::wstring&) { ++removed; });

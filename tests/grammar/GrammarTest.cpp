@@ -143,9 +143,11 @@ TEST(Grammar, FindsBracesByIndentation)
         EXPECT_EQ(Describe(text), expected) << text;
     const auto unclosed = Diagnose(Cases[0].text);
     ASSERT_EQ(unclosed.size(), 1U);
-    ASSERT_TRUE(unclosed[0].related);
-    EXPECT_EQ(unclosed[0].related->start, (SyntaxParser::CIterator{12, 3}));
-    EXPECT_EQ(unclosed[0].insertion, L"}");
+    const CodeAnalyzer::SDetails& details = unclosed[0].details;
+    ASSERT_EQ(details.related.size(), 1U);
+    EXPECT_EQ(details.related[0].pos.start, (SyntaxParser::CIterator{12, 3}));
+    ASSERT_EQ(details.fixes.size(), 1U);
+    EXPECT_EQ(details.fixes[0].edits, (std::vector<CodeAnalyzer::STextEdit>{{{{12, 4}, {12, 4}}, L"}"}}));
 }
 
 // A second slip is found, and nothing that follows from the first.

@@ -1,9 +1,9 @@
 #include "Base/Exception.h"
 #include "Components/CAErrorsBar.h"
 #include "Components/CAErrorsManager.h"
-#include "Parsers/CssSyntaxChecker.h"
-#include "Parsers/HtmlCustomItemsKeeper.h"
-#include "Parsers/HtmlSyntaxChecker.h"
+#include "Markup/CssSyntaxChecker.h"
+#include "Markup/HtmlCustomItemsKeeper.h"
+#include "Markup/HtmlSyntaxChecker.h"
 #include "markup/FakeHost.h"
 #include "markup/MarkupTestText.h"
 

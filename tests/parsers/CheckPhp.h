@@ -5,7 +5,7 @@
 #include "Application/Settings.h"
 #include "Components/CAErrorsBar.h"
 #include "Components/CAErrorsManager.h"
-#include "Components/CAGrammarCheck.h"
+#include "Checks/CAGrammarCheck.h"
 #include "LangSupport/Translations.h"
 
 #include <string>

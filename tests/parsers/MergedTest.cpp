@@ -1,5 +1,6 @@
 #include "CheckPhp.h"
 
+#include "Diagnostics/DiagnosticList.h"
 #include "Grammar/PhpGrammarChecker.h"
 #include "Grammar/RecordMerge.h"
 #include "SyntaxParser/SPDocument.h"
@@ -27,9 +28,11 @@ std::vector<SCAError> MergedByHand(CPhpCheck& statements, std::string_view text)
     EXPECT_TRUE(grammar.Follow(*document));
     grammar.Expect(true, 0);
     document->Parse(true);
-    std::vector<SCAError> errors = statements.Errors(text);
-    MergeRecords(errors, grammar.Diagnostics());
-    return errors;
+    std::vector<CodeAnalyzer::SDiagnostic> records;
+    for (const SCAError& error : statements.Errors(text))
+        records.push_back({error, {}});
+    MergeRecords(records, grammar.Diagnostics());
+    return CodeAnalyzer::Apart(std::move(records)).first;
 }
 
 /// Statements at random out of what the statement parsers warn of, few names, in every way to write a body.

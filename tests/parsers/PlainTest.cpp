@@ -1,4 +1,4 @@
-#include "Components/CAErrorsReceiver.h"
+#include "Diagnostics/ErrorsReceiver.h"
 #include "Parsers/PhpSyntaxParser.h"
 #include "SPBase/reader.h"
 #include "SyntaxParser/PhpScanner.h"
@@ -34,7 +34,7 @@ public:
     }
 
 private:
-    void AddErrors(const std::wstring&, const std::vector<SCAError>& errors) override
+    void AddErrors(const std::wstring&, const std::vector<SCAError>& errors, TDetails) override
     {
         for (const SCAError& e : errors)
             m_found += std::to_string(e.code) + " " + std::to_string(e.pos.start.y) + ":" +

@@ -2,9 +2,8 @@
 
 #include "Kesh/Base/Export.h"
 #include "Kesh/CodeAnalyzer/ICustomNames.h"
-#include "Kesh/CodeAnalyzer/IErrorDetails.h"
+#include "Kesh/CodeAnalyzer/IDiagnosticTexts.h"
 #include "Kesh/CodeAnalyzer/IGrammarCheck.h"
-#include "Kesh/CodeAnalyzer/SCAError.h"
 #include "Kesh/SDK/IApplication.h"
 #include "Kesh/SyntaxParser/IReader.h"
 
@@ -20,17 +19,15 @@ class ITextChecks
 {
 public:
     /// Checks the text of `reader`, of which `path` and `factoryName` tell the language as those of a syntax
-    /// document do, and appends what is found to `errors`: of PHP first, then HTML, then CSS. A reader that
+    /// document do, and appends what is found to `found`: of PHP first, then HTML, then CSS. A reader that
     /// is given again, with another text, is checked faster than a new one. False: the check was given up,
     /// and what it had found until then may not be all.
     virtual bool Check(const boost::shared_ptr<SyntaxParser::IReader>& reader, const std::wstring& path,
-                       const std::wstring& factoryName, std::vector<SCAError>& errors) = 0;
-    /// The message in the user's language.
-    virtual std::wstring GetErrorDescription(const SCAError& error) = 0;
+                       const std::wstring& factoryName, std::vector<SDiagnostic>& found) = 0;
     /// Names that the user allows; owned by the checks. To be changed between checks only.
     virtual ICustomNames* GetCustomNames() = 0;
-    /// As the plug-in offers them; null: not at all. Owned by the checks.
-    virtual IErrorDetails* GetErrorDetails() = 0;
+    /// As the plug-in offers them. Owned by the checks.
+    virtual IDiagnosticTexts* GetTexts() = 0;
     virtual IGrammarCheck* GetGrammarCheck() = 0;
     /// Ends them.
     virtual void Free() = 0;

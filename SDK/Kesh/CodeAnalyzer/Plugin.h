@@ -3,7 +3,7 @@
 #include "Kesh/Base/Export.h"
 #include "Kesh/CodeAnalyzer/ICAComponent.h"
 #include "Kesh/CodeAnalyzer/ICustomNames.h"
-#include "Kesh/CodeAnalyzer/IErrorDetails.h"
+#include "Kesh/CodeAnalyzer/IDiagnosticTexts.h"
 #include "Kesh/CodeAnalyzer/IGrammarCheck.h"
 #include "Kesh/CodeAnalyzer/IProjectCheck.h"
 #include "Kesh/CodeAnalyzer/SCAError.h"
@@ -21,6 +21,7 @@ struct SHostError
 {
     SCAError error;
     std::wstring message;
+    SDetails details = {}; ///< handed back to nobody: for the host's own use
 };
 
 /// The stored errors, for a host that shows them in its own way. Reading is safe from any thread. The signals
@@ -34,8 +35,13 @@ public:
 
     virtual void GetErrors(const std::wstring& file, std::vector<SCAError>& out) = 0;
     virtual std::map<std::wstring, std::vector<SCAError>> GetAllErrors() = 0;
-    /// The message in the user's language.
-    virtual std::wstring GetErrorDescription(const SCAError& error) = 0;
+    /// The errors of a file with what is known of each beyond its record: nothing, unless the host has asked
+    /// for it before they were found.
+    virtual std::vector<SDiagnostic> GetDiagnostics(const std::wstring& file) = 0;
+    /// Whether checkers tell all they know of errors. Off until a host asks.
+    virtual void SetDetailed(bool detailed) = 0;
+    /// Owned by the component.
+    virtual IDiagnosticTexts& GetTexts() = 0;
     virtual AddedSignal& GetAddedSignal() = 0;
     virtual RemovedSignal& GetRemovedSignal() = 0;
     /// Has the errors bar list what the host has found in a file, in place of what it has found there before.
@@ -65,8 +71,6 @@ KESH_EXPORT Kesh::CodeAnalyzer::ICustomNames*
 CodeAnalyzerGetCustomNames(Kesh::CodeAnalyzer::ICAComponent* component);
 KESH_EXPORT Kesh::CodeAnalyzer::IGrammarCheck*
 CodeAnalyzerGetGrammarCheck(Kesh::CodeAnalyzer::ICAComponent* component);
-KESH_EXPORT Kesh::CodeAnalyzer::IErrorDetails*
-CodeAnalyzerGetErrorDetails(Kesh::CodeAnalyzer::ICAComponent* component);
 KESH_EXPORT Kesh::CodeAnalyzer::IProjectCheck*
 CodeAnalyzerGetProjectCheck(Kesh::CodeAnalyzer::ICAComponent* component);
 }

@@ -9,7 +9,6 @@ namespace Kesh::CommandLine {
 
 namespace {
 
-using CodeAnalyzer::SErrorDetails;
 using Findings::SFinding;
 
 /// Writes and reads by one description of the fields, so that the two cannot differ.
@@ -31,14 +30,6 @@ public:
         Field(list.size());
         for (const T& item : list)
             Describe(*this, item);
-    }
-    template <class T>
-    requires std::is_same_v<T, SErrorDetails>
-    void Field(const std::optional<T>& maybe)
-    {
-        Field(maybe.has_value());
-        if (maybe)
-            Describe(*this, *maybe);
     }
 
 private:
@@ -73,31 +64,50 @@ public:
         for (T& item : list)
             Describe(*this, item);
     }
-    template <class T>
-    requires std::is_same_v<T, SErrorDetails>
-    void Field(std::optional<T>& maybe)
-    {
-        bool has = false;
-        Field(has);
-        if (has)
-            Describe(*this, maybe.emplace());
-    }
 
 private:
     std::string_view m_bytes;
 };
 
 template <class TStream, class T>
-requires std::is_same_v<std::remove_const_t<T>, SErrorDetails>
-void Describe(TStream& stream, T& details)
+requires std::is_same_v<std::remove_const_t<T>, CodeAnalyzer::SArgument>
+void Describe(TStream& stream, T& argument)
 {
-    stream.Field(details.error);
-    stream.Field(details.subject);
-    stream.Field(details.related);
-    stream.Field(details.relatedKey);
-    stream.Field(details.insertion);
-    stream.Field(details.insertAt);
-    stream.Field(details.removable);
+    stream.Field(argument.name);
+    stream.Field(argument.value);
+    stream.Field(argument.kind);
+}
+
+template <class TStream, class T>
+requires std::is_same_v<std::remove_const_t<T>, CodeAnalyzer::SRelatedPlace>
+void Describe(TStream& stream, T& place)
+{
+    stream.Field(place.pos);
+    stream.Field(place.message);
+}
+
+template <class TStream, class T>
+requires std::is_same_v<std::remove_const_t<T>, CodeAnalyzer::STextEdit>
+void Describe(TStream& stream, T& edit)
+{
+    stream.Field(edit.span);
+    stream.Field(edit.text);
+}
+
+template <class TStream, class T>
+requires std::is_same_v<std::remove_const_t<T>, CodeAnalyzer::SFix>
+void Describe(TStream& stream, T& fix)
+{
+    stream.Field(fix.kind);
+    stream.Field(fix.edits);
+}
+
+template <class TStream, class T>
+requires std::is_same_v<std::remove_const_t<T>, Findings::SRelated>
+void Describe(TStream& stream, T& place)
+{
+    stream.Field(place.pos);
+    stream.Field(place.message);
 }
 
 template <class TStream, class T>
@@ -105,14 +115,16 @@ requires std::is_same_v<std::remove_const_t<T>, SFinding>
 void Describe(TStream& stream, T& finding)
 {
     stream.Field(finding.error);
+    stream.Field(finding.title);
     stream.Field(finding.message);
-    stream.Field(finding.detail);
+    stream.Field(finding.details.arguments);
+    stream.Field(finding.details.related);
+    stream.Field(finding.details.fixes);
+    stream.Field(finding.related);
     stream.Field(finding.line.text);
     stream.Field(finding.line.from);
     stream.Field(finding.line.cut);
     stream.Field(finding.text);
-    stream.Field(finding.nearest);
-    stream.Field(finding.details);
 }
 
 template <class TStream, class T>

@@ -28,7 +28,7 @@ public:
             m_xml.Attribute(QStringLiteral("line"), start.y + 1);
             m_xml.Attribute(QStringLiteral("column"), start.x + 1);
             m_xml.Attribute(QStringLiteral("severity"), SeverityName(finding));
-            m_xml.Attribute(QStringLiteral("message"), CXmlOutput::Text(FullMessage(finding)));
+            m_xml.Attribute(QStringLiteral("message"), CXmlOutput::Text(finding.message));
             m_xml.Attribute(QStringLiteral("source"),
                             QStringLiteral("code-analyzer.") + QString::number(finding.error.code));
         }

@@ -40,7 +40,7 @@ public:
             else
                 line += ",endLine=" + std::to_string(end.y + 1);
             m_output.Write(line + ",title=code-analyzer " + std::to_string(finding.error.code) +
-                           "::" + Escaped(FullMessage(finding), false) + '\n');
+                           "::" + Escaped(finding.message, false) + '\n');
         }
     }
 

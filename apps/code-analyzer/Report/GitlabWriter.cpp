@@ -21,7 +21,7 @@ public:
         SetText(location["path"], name);
         for (const Findings::SFinding& finding : file.findings) {
             const auto& [start, end] = finding.error.pos;
-            SetText(m_issue["description"], Host::PathToBytes(FullMessage(finding)));
+            SetText(m_issue["description"], Host::PathToBytes(finding.message));
             SetText(m_issue["check_name"], std::to_string(finding.error.code));
             SetText(m_issue["fingerprint"], fingerprints.Next(finding));
             SetText(m_issue["severity"], finding.IsError() ? "major" : "minor");

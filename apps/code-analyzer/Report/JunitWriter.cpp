@@ -35,7 +35,7 @@ public:
             if (finding.IsError())
                 AddCase(name, Place(finding), &finding);
             else
-                warnings += Line(name, finding, CXmlOutput::Text(FullMessage(finding))) + QLatin1Char('\n');
+                warnings += Line(name, finding, CXmlOutput::Text(finding.message)) + QLatin1Char('\n');
         }
         if (!warnings.isEmpty())
             m_xml.Xml().writeTextElement(QStringLiteral("system-out"), warnings);
@@ -69,7 +69,7 @@ private:
         m_xml.Attribute(QStringLiteral("name"), name);
         m_xml.Attribute(QStringLiteral("classname"), file);
         if (failure) {
-            const QString message = CXmlOutput::Text(FullMessage(*failure));
+            const QString message = CXmlOutput::Text(failure->message);
             m_xml.Xml().writeStartElement(QStringLiteral("failure"));
             m_xml.Attribute(QStringLiteral("type"), QStringLiteral("error"));
             m_xml.Attribute(QStringLiteral("message"), message);

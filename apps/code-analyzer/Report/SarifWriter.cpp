@@ -60,17 +60,17 @@ public:
         for (const Findings::SFinding& finding : file.findings) {
             const std::string code = std::to_string(finding.error.code);
             if (!m_rules.contains(code))
-                m_rules[code] = Host::PathToBytes(finding.message);
+                m_rules[code] = Host::PathToBytes(finding.title);
             SetText(m_result["ruleId"], code);
             SetText(m_result["level"], SeverityName(finding));
-            SetText(m_result["message"]["text"], Host::PathToBytes(FullMessage(finding)));
+            SetText(m_result["message"]["text"], Host::PathToBytes(finding.message));
             SetLocation(m_result["locations"][0], uri, finding.error.pos);
             SetText(m_result["partialFingerprints"]["lineAndCode/v1"], fingerprints.Next(finding));
-            if (finding.details && finding.details->related) {
+            for (const Findings::SRelated& place : finding.related) {
                 ordered_json related = NoLocation();
-                SetLocation(related, uri, *finding.details->related);
-                related["message"]["text"] = finding.details->relatedKey;
-                m_result["relatedLocations"] = ordered_json::array({std::move(related)});
+                SetLocation(related, uri, place.pos);
+                related["message"]["text"] = Host::PathToBytes(place.message);
+                m_result["relatedLocations"].push_back(std::move(related));
             }
             m_json.Add(m_result);
             m_result.erase("relatedLocations");

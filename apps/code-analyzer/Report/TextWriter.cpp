@@ -77,8 +77,8 @@ private:
         const auto& start = finding.error.pos.start;
         m_output.Write(Style(Bold) + file + ':' + std::to_string(start.y + 1) + ':' +
                        std::to_string(start.x + 1) + ": " + Style(Plain) + Tint(finding) +
-                       SeverityName(finding) + ':' + Style(Plain) + ' ' + Printable(FullMessage(finding)) +
-                       " [" + std::to_string(finding.error.code) + "]\n");
+                       SeverityName(finding) + ':' + Style(Plain) + ' ' + Printable(finding.message) + " [" +
+                       std::to_string(finding.error.code) + "]\n");
     }
 
     void AddSnippet(const SFinding& finding)
@@ -109,12 +109,10 @@ private:
     /// A second place that explains the first.
     void AddRelated(const std::string& file, const SFinding& finding)
     {
-        if (!finding.details || !finding.details->related)
-            return;
-        const auto& start = finding.details->related->start;
-        m_output.Write(Style(Bold) + file + ':' + std::to_string(start.y + 1) + ':' +
-                       std::to_string(start.x + 1) + ": " + Style(Plain) +
-                       "note: " + finding.details->relatedKey + '\n');
+        for (const Findings::SRelated& place : finding.related)
+            m_output.Write(Style(Bold) + file + ':' + std::to_string(place.pos.start.y + 1) + ':' +
+                           std::to_string(place.pos.start.x + 1) + ": " + Style(Plain) +
+                           "note: " + Printable(place.message) + '\n');
     }
 
     COutput& m_output;

@@ -7,11 +7,6 @@ const char* SeverityName(const Findings::SFinding& finding)
     return finding.IsError() ? "error" : "warning";
 }
 
-std::wstring FullMessage(const Findings::SFinding& finding)
-{
-    return finding.message + finding.detail;
-}
-
 std::wstring PlainPath(const std::wstring& path)
 {
     std::size_t begin = 0;

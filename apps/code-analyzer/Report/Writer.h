@@ -46,8 +46,6 @@ std::unique_ptr<IReportWriter> MakeJunitWriter(COutput& output);
 
 /// "error" or "warning".
 const char* SeverityName(const Findings::SFinding& finding);
-/// The message and what follows it.
-std::wstring FullMessage(const Findings::SFinding& finding);
 /// A path below the current folder without "./", which some readers do not match with their files.
 std::wstring PlainPath(const std::wstring& path);
 

@@ -10,11 +10,19 @@ using namespace Kesh;
 
 namespace {
 
+class CFixedTexts final : public CodeAnalyzer::IDiagnosticTexts
+{
+public:
+    std::wstring GetTitle(std::int32_t /*code*/) override { return L"found"; }
+    std::wstring GetMessage(const CodeAnalyzer::SDiagnostic& /*diagnostic*/) override { return L"found"; }
+    std::wstring GetMessage(const CodeAnalyzer::SRelatedPlace& /*place*/) override { return {}; }
+};
+
 class CActingChecks final : public CodeAnalyzer::ITextChecks
 {
 public:
     bool Check(const boost::shared_ptr<SyntaxParser::IReader>& reader, const std::wstring& /*path*/,
-               const std::wstring& /*factoryName*/, std::vector<CodeAnalyzer::SCAError>& errors) override
+               const std::wstring& /*factoryName*/, std::vector<CodeAnalyzer::SDiagnostic>& found) override
     {
         const std::wstring text = reader->GetText();
         const auto asks = [&](const wchar_t* word) { return text.find(word) != std::wstring::npos; };
@@ -25,14 +33,16 @@ public:
         if (asks(L"sleep"))
             std::this_thread::sleep_for(std::chrono::minutes(2));
         if (asks(L"find"))
-            errors.push_back({{{0, 0}, {1, 0}}, 101, CodeAnalyzer::SeverityError});
+            found.push_back({{{{0, 0}, {1, 0}}, 101, CodeAnalyzer::SeverityError}, {}});
         return true;
     }
-    std::wstring GetErrorDescription(const CodeAnalyzer::SCAError& /*error*/) override { return L"found"; }
     CodeAnalyzer::ICustomNames* GetCustomNames() override { return nullptr; }
-    CodeAnalyzer::IErrorDetails* GetErrorDetails() override { return nullptr; }
+    CodeAnalyzer::IDiagnosticTexts* GetTexts() override { return &m_texts; }
     CodeAnalyzer::IGrammarCheck* GetGrammarCheck() override { return nullptr; }
     void Free() override { delete this; }
+
+private:
+    CFixedTexts m_texts;
 };
 
 } // namespace

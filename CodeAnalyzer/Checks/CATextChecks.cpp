@@ -1,0 +1,55 @@
+#include "Checks/CATextChecks.h"
+
+#include "Base/HostComponent.h"
+#include "Checks/CACheckable.h"
+#include "Diagnostics/DiagnosticList.h"
+#include "Kesh/LangSupport/LangSupport.h"
+
+namespace Kesh::CodeAnalyzer {
+
+CTextChecks::CTextChecks(SDK::IApplication* application)
+    : m_application(application),
+      m_parser(Base::GetHostComponent<SyntaxParser::IParserComponent>(application, L"IParserComponent"))
+{
+    LangSupport::CLangSupport::SetSource(application->GetLangSource());
+}
+
+bool CTextChecks::Check(const boost::shared_ptr<SyntaxParser::IReader>& reader, const std::wstring& path,
+                        const std::wstring& factoryName, std::vector<SDiagnostic>& found)
+{
+    if (!IsCheckable(factoryName, path))
+        return true;
+    SLanguage& language = m_languages[factoryName];
+    if (language.reader != reader) {
+        language.check.reset();
+        language.reader = reader;
+        if (auto document = m_parser->CreateDocument(reader, path, factoryName)) {
+            language.check =
+                CCADocumentCheck::CreateOver(m_application, std::move(document), this, &m_customItems);
+            language.check->FollowGrammar(&m_grammarCheck);
+            language.check->SetDetailed(true);
+        }
+    }
+    if (!language.check)
+        return true;
+    m_found = &found;
+    const bool complete = language.check->Run();
+    m_found = nullptr;
+    if (!complete) // the next text gets a document without a past
+        language.reader.reset();
+    return complete;
+}
+
+void CTextChecks::AddErrors(const std::wstring& /*file*/, const std::vector<SCAError>& errors,
+                            TDetails details)
+{
+    for (SDiagnostic& diagnostic : Joined(errors, details))
+        m_found->push_back(std::move(diagnostic));
+}
+
+} // namespace Kesh::CodeAnalyzer
+
+Kesh::CodeAnalyzer::ITextChecks* CodeAnalyzerCreateChecks(Kesh::SDK::IApplication* application)
+{
+    return new Kesh::CodeAnalyzer::CTextChecks(application);
+}

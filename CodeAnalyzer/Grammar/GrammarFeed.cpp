@@ -1,0 +1,119 @@
+#include "Grammar/GrammarFeed.h"
+
+#include <algorithm>
+
+namespace Kesh::CodeAnalyzer {
+
+using SyntaxParser::EPhpTokenClass;
+using SyntaxParser::EPhpTokenKind;
+
+wchar_t CGrammarFeed::NextCharacter(std::uint32_t token) const
+{
+    const wchar_t* p = m_tokens[token].text + m_tokens[token].size;
+    while (*p == L' ' || *p == L'\t' || *p == L'\r' || *p == L'\n')
+        ++p;
+    return *p;
+}
+
+// What a word or a brace is where it stands, and in the version that is asked for.
+EPhpTokenKind CGrammarFeed::KindInPlace(const SGrammarParse& parse, std::uint32_t token) const
+{
+    const K kind = m_tokens[token].kind;
+    const K before = token > 0 ? m_tokens[token - 1].kind : K::End;
+    if (kind == K::OpenBrace) {
+        if ((before != K::Variable && before != K::CloseSquare && before != K::CloseBrace &&
+             before != K::Identifier && before != K::String))
+            return kind;
+        // People write it without a blank; with one it is mostly a body behind a head that was not closed.
+        const SGrammarToken& last = m_tokens[token - 1];
+        if (last.text + last.size != m_tokens[token].text)
+            return kind;
+        const CPhpGrammarParser& parser = parse.parser;
+        return !parser.Accepts(GrammarSymbol(kind)) && parser.Accepts(OffsetBraceSymbol()) ? K::Count : kind;
+    }
+    if (!IsWordKind(kind) || kind == K::HaltCompiler)
+        return kind;
+    const bool afterRef = (before == K::BitAnd || before == K::BitAndBeforeVariable) && token > 1 &&
+                          m_tokens[token - 2].kind == K::Function;
+    if (before == K::Arrow || before == K::NullsafeArrow || before == K::DoubleColon ||
+        before == K::Function || afterRef)
+        return K::Identifier;
+    if (kind == K::Match && m_version < 800 && NextCharacter(token) != L'(')
+        return K::Identifier;
+    if (kind == K::Fn && m_version < 704 && NextCharacter(token) != L'(' && NextCharacter(token) != L'&')
+        return K::Identifier;
+    return kind;
+}
+
+bool CGrammarFeed::PushKind(SGrammarParse& parse, K kind, std::uint32_t token)
+{
+    const TGrammarSymbol symbol = kind == K::Count ? OffsetBraceSymbol() : GrammarSymbol(kind);
+    return parse.parser.Push(symbol, {token, token, 0, 0, EValue::Other, EValue::Other});
+}
+
+bool CGrammarFeed::ApplyEdit(SGrammarParse& parse, std::uint32_t token, bool& dropped)
+{
+    const auto after =
+        std::upper_bound(m_edits.begin(), m_edits.end(), token,
+                         [](std::uint32_t t, const SGrammarEdit& edit) { return t < edit.token; });
+    if (after == m_edits.begin())
+        return true;
+    const SGrammarEdit& edit = *(after - 1);
+    if (edit.token == token) {
+        for (const K kind : edit.inserted)
+            if (!PushKind(parse, kind, token))
+                return false;
+    }
+    dropped = token < edit.token + edit.dropped;
+    return true;
+}
+
+void CGrammarFeed::AddEdit(const SGrammarEdit& edit)
+{
+    m_edits.insert(
+        std::upper_bound(m_edits.begin(), m_edits.end(), edit.token,
+                         [](std::uint32_t t, const SGrammarEdit& other) { return t < other.token; }),
+        edit);
+}
+
+bool CGrammarFeed::Feed(SGrammarParse& parse, std::uint32_t token)
+{
+    bool dropped = false;
+    if (!m_edits.empty() && !ApplyEdit(parse, token, dropped))
+        return false;
+    if (dropped)
+        return true;
+    const K kind = m_tokens[token].kind;
+    if (!IsWordKind(kind) && kind != K::OpenBrace) {
+        if (ClassOf(kind) == EPhpTokenClass::Bad)
+            return PushBad(parse, token);
+        if (kind == K::OldCast || kind == K::Spaceship)
+            parse.rules.Needs(kind == K::OldCast ? EFeature::OldCast : EFeature::Spaceship, token);
+        return PushKind(parse, kind, token);
+    }
+    return PushKind(parse, KindInPlace(parse, token), token);
+}
+
+// What no PHP holds is told, and taken for what it was meant to be.
+bool CGrammarFeed::PushBad(SGrammarParse& parse, std::uint32_t token)
+{
+    const K kind = m_tokens[token].kind;
+    switch (kind) {
+    case K::BadNumber: PushKind(parse, K::Number, token); break;
+    case K::BadString:
+    case K::BadHeredoc:
+        if (parse.parser.Accepts(GrammarSymbol(K::String)))
+            PushKind(parse, K::String, token);
+        break;
+    case K::BadEscape:
+        if (parse.parser.Accepts(GrammarSymbol(K::String)))
+            PushKind(parse, K::String, token);
+        else if (parse.parser.Accepts(GrammarSymbol(K::StringPart)))
+            PushKind(parse, K::StringPart, token);
+        break;
+    default: break;
+    }
+    return true;
+}
+
+} // namespace Kesh::CodeAnalyzer

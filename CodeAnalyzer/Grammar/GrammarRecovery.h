@@ -1,0 +1,80 @@
+#pragma once
+
+#include "Grammar/GrammarFeed.h"
+#include "Grammar/GrammarReporter.h"
+
+#include <cstdint>
+#include <memory>
+#include <vector>
+
+namespace Kesh::CodeAnalyzer {
+
+/// Has a parse go on behind a token that cannot follow: by a brace that the indentation asks for, by a small
+/// repair, or by giving the statement up.
+class CGrammarRecovery
+{
+public:
+    /// All outlive it.
+    CGrammarRecovery(const CGrammarTokens& tokens, CGrammarFeed& feed, CGrammarReporter& reporter)
+        : m_tokens(tokens),
+          m_feed(feed),
+          m_reporter(reporter),
+          m_trial(std::make_unique<SGrammarParse>(tokens))
+    {
+    }
+
+    /// How many tokens from a wrong one on are looked at to put it right.
+    static constexpr std::uint32_t Window = 9;
+
+    void Begin();
+    /// The parse stands before the token `next`, which cannot follow; both may become others.
+    void Resolve(std::unique_ptr<SGrammarParse>& parse, std::uint32_t& next);
+    /// Whether the parse has given a statement up and looks for a place to go on at: tokens go to Skip().
+    bool IsSkipping() const { return m_skip.active; }
+    void Skip(SGrammarParse& parse, std::uint32_t& next);
+    /// So many errors that nobody reads on.
+    bool HasGivenUp() const { return m_dead; }
+    bool HasStopped() const { return m_stops > 0; }
+    /// A token that no PHP holds: told once, unless it is about what was told just before.
+    void OnLexicalError(std::uint32_t token);
+    /// What the rules had found before another parse took the place of the first.
+    const std::vector<SRuleReport>& KeptReports() const { return m_keptReports; }
+
+private:
+    using K = SyntaxParser::EPhpTokenKind;
+
+    /// The search for a place to go on at, after an error that nothing small puts right.
+    struct SSkip
+    {
+        bool active = false;
+        std::uint32_t from = 0;
+        std::uint32_t round = 0; ///< brackets still open of what was given up
+        std::uint32_t brace = 0;
+        bool inClass = false;
+    };
+
+    bool ResolveByBraces(std::unique_ptr<SGrammarParse>& parse, std::uint32_t& next);
+    bool TryEdit(std::unique_ptr<SGrammarParse>& parse, std::uint32_t& next, const SGrammarEdit& edit);
+    void ResolveByRepair(SGrammarParse& parse, std::uint32_t stop);
+    void GiveUpStatement(SGrammarParse& parse, std::uint32_t stop);
+    void Resume(SGrammarParse& parse, std::uint32_t& next, std::uint32_t at);
+    bool LeadsLine(std::uint32_t token) const;
+    bool IsAboutTheSame(std::uint32_t stop) const;
+    SGrammarStop Describe(const SGrammarParse& parse, std::uint32_t stop,
+                          const std::vector<std::uint32_t>& open) const;
+
+    const CGrammarTokens& m_tokens;
+    CGrammarFeed& m_feed;
+    CGrammarReporter& m_reporter;
+    std::unique_ptr<SGrammarParse> m_trial;
+    std::vector<SRuleReport> m_keptReports;
+    SSkip m_skip;
+    bool m_gaveUp = false;       ///< a statement: the parse cannot be done again
+    bool m_dead = false;         ///< too many errors: nothing more is looked at
+    std::uint32_t m_resumed = 0; ///< the token at which the parse last went on after an error
+    std::uint32_t m_settled = 0; ///< tokens from there within which nothing new is told
+    std::size_t m_stops = 0;
+    std::size_t m_trials = 0;
+};
+
+} // namespace Kesh::CodeAnalyzer

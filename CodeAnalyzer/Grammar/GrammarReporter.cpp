@@ -1,0 +1,331 @@
+#include "Grammar/GrammarReporter.h"
+
+#include "Base/CommonString.h"
+
+#include <algorithm>
+
+namespace Kesh::CodeAnalyzer {
+
+using SyntaxParser::SScheme;
+
+namespace {
+
+using K = SyntaxParser::EPhpTokenKind;
+
+constexpr const char* OpenedHere = "It is opened here";
+
+/// The code for a token that is missing, where that does not depend on its place.
+std::int32_t MissingCode(K kind)
+{
+    switch (kind) {
+    case K::Semicolon: return Code::MissingSemicolon;
+    case K::CloseRound: return Code::MissingCloseRound;
+    case K::CloseSquare: return Code::MissingCloseSquare;
+    case K::CloseBrace: return Code::MissingCloseBrace;
+    case K::OpenRound: return Code::MissingOpenRound;
+    case K::OpenBrace: return Code::MissingOpenBrace;
+    case K::Comma: return Code::MissingComma;
+    case K::Colon: return Code::MissingColon;
+    case K::DoubleArrow: return Code::MissingDoubleArrow;
+    case K::Assign: return Code::MissingAssign;
+    case K::Dot:
+    case K::Arrow:
+    case K::DoubleColon:
+    case K::Question:
+    case K::OpenSquare: return Code::MissingOperator;
+    case K::Endif:
+    case K::Endforeach:
+    case K::Endwhile:
+    case K::Endfor:
+    case K::Endswitch: return Code::MissingEndWord;
+    case K::Quote: return Code::StringWithoutEnd;
+    case K::Try:
+    case K::If: return Code::BranchWithoutStatement;
+    default: return Code::MissingWord;
+    }
+}
+
+bool IsOperator(K kind)
+{
+    return ClassOf(kind) == SyntaxParser::EPhpTokenClass::Operator;
+}
+
+/// Whether what is missing before the token will have stood on the token's own line.
+bool KeepsCompany(K kind)
+{
+    switch (kind) {
+    case K::Semicolon:
+    case K::Comma:
+    case K::CloseRound:
+    case K::CloseSquare:
+    case K::OpenBrace:
+    case K::DoubleArrow:
+    case K::DoubleColon:
+    case K::Else:
+    case K::Elseif:
+    case K::Catch:
+    case K::Finally: return true;
+    default: return IsOperator(kind);
+    }
+}
+
+/// What is missing belongs directly before the wrong token, not behind the one before it.
+bool StandsAtToken(std::int32_t code, K kind)
+{
+    switch (kind) {
+    case K::As:
+    case K::Function:
+    case K::Class:
+    case K::Try:
+    case K::If:
+    case K::Case:
+    case K::Catch: return true;
+    default: return code == Code::MissingOperator;
+    }
+}
+
+std::wstring VersionText(std::int32_t version)
+{
+    return std::to_wstring(version / 100) + L'.' + std::to_wstring(version % 100);
+}
+
+/// Whether a report's token is a name that its message speaks of by that word.
+const char* PlaceOfToken(std::int32_t code)
+{
+    switch (code) {
+    case Code::LeaveOutsideLoop:
+    case Code::ModifierConflict:
+    case Code::ModifierMisused:
+    case Code::NoClassHere:
+    case Code::WordOutOfPlace:
+    case Code::OutOfPlace: return "found";
+    default: return "name";
+    }
+}
+
+} // namespace
+
+SGrammarDiagnostic& CGrammarReporter::Add(std::int32_t code, SScheme span, std::uint32_t stop)
+{
+    SGrammarDiagnostic& diagnostic = m_diagnostics.emplace_back();
+    diagnostic.error = {span, code, SeverityError};
+    diagnostic.stop = diagnostic.resumed = m_tokens.Span(stop).start;
+    return diagnostic;
+}
+
+// Where something is missing behind a token: at its last character.
+SScheme CGrammarReporter::GapBehind(std::uint32_t token) const
+{
+    SScheme span = m_tokens.Span(token);
+    if (span.end.x > 0)
+        span.start = {span.end.x - 1, span.end.y};
+    return span;
+}
+
+void CGrammarReporter::AddFound(SGrammarDiagnostic& diagnostic, const char* place, std::uint32_t token) const
+{
+    if (m_tokens[token].kind == K::End)
+        diagnostic.details.arguments.push_back({place, L"the end of the file", SArgument::Key});
+    else
+        diagnostic.details.arguments.push_back({place, std::wstring(m_tokens.Text(token))});
+}
+
+void CGrammarReporter::ReportRepair(const SGrammarHalt& halt, const SGrammarRepair& repair)
+{
+    const std::uint32_t stop = halt.stop;
+    if (EndsLateString(stop)) {
+        Add(Code::StringWithoutEnd, m_tokens.Span(stop - 1), stop);
+    } else if (EndsNumber(stop)) {
+        const SScheme span{m_tokens.Span(stop - 1).start, m_tokens.Span(stop).end};
+        Add(Code::BadNumber, span, stop)
+            .details.arguments.push_back(
+                {"found", std::wstring(m_tokens.Text(stop - 1)) += m_tokens.Text(stop)});
+    } else if (repair.inserted.empty() || repair.dropped > 0) {
+        ReportOdd(halt);
+    } else {
+        ReportMissing(halt, repair.inserted.front());
+    }
+}
+
+// Whether the wrong token follows directly on a string of several lines, which then began where one should
+// have ended.
+bool CGrammarReporter::EndsLateString(std::uint32_t stop) const
+{
+    if (stop == 0)
+        return false;
+    const SGrammarToken& before = m_tokens[stop - 1];
+    const bool isString = before.kind == K::String || before.kind == K::BadEscape;
+    return isString && before.text + before.size == m_tokens[stop].text &&
+           before.View().find(L'\n') != std::wstring_view::npos;
+}
+
+// Whether the wrong token is what a number was to go on with.
+bool CGrammarReporter::EndsNumber(std::uint32_t stop) const
+{
+    return stop > 0 && m_tokens[stop - 1].kind == K::Number && m_tokens[stop].kind == K::Identifier &&
+           m_tokens[stop - 1].text + m_tokens[stop - 1].size == m_tokens[stop].text;
+}
+
+void CGrammarReporter::ReportMissing(const SGrammarHalt& halt, K kind)
+{
+    const std::uint32_t stop = halt.stop;
+    std::int32_t code = MissingCode(kind);
+    // Two values with nothing between them, or none where one should be.
+    const bool isValue = kind == K::Variable || kind == K::Identifier;
+    if (isValue)
+        code = halt.parser.Accepts(GrammarSymbol(K::Number)) ? Code::MissingOperand
+               : kind == K::Variable                         ? Code::MissingVariable
+                                                             : Code::MissingName;
+    const bool atToken = isValue || stop == 0 || StandsAtToken(code, kind) ||
+                         (KeepsCompany(m_tokens[stop].kind) && halt.description.leadsLine);
+    SGrammarDiagnostic& diagnostic = Add(code, atToken ? m_tokens.Span(stop) : GapBehind(stop - 1), stop);
+    AddFound(diagnostic, "found", stop);
+    const std::wstring text(TextOf(kind));
+    if (isValue || stop == 0 || text.empty())
+        return;
+    if (code == Code::MissingWord || code == Code::MissingEndWord)
+        diagnostic.details.arguments.push_back({"expected", text});
+    const SyntaxParser::CIterator place = m_tokens.Span(stop - 1).end;
+    diagnostic.details.fixes.push_back({EFix::Insert, {{{place, place}, text}}});
+    const bool closes = kind == K::CloseRound || kind == K::CloseSquare || kind == K::CloseBrace;
+    if (closes && !halt.open.empty())
+        diagnostic.details.related.push_back({m_tokens.Span(halt.open.back()), OpenedHere});
+}
+
+void CGrammarReporter::ReportMissingBrace(std::uint32_t token, std::uint32_t opened, std::uint32_t stop)
+{
+    SGrammarDiagnostic& diagnostic = Add(Code::MissingCloseBrace, GapBehind(token - 1), stop);
+    AddFound(diagnostic, "found", token);
+    const SyntaxParser::CIterator place = diagnostic.error.pos.end;
+    diagnostic.details.related.push_back({m_tokens.Span(opened), OpenedHere});
+    diagnostic.details.fixes.push_back({EFix::Insert, {{{place, place}, L"}"}}});
+}
+
+void CGrammarReporter::ReportOddBrace(std::uint32_t token, std::uint32_t opened, std::uint32_t stop)
+{
+    SGrammarDiagnostic& diagnostic = Add(Code::OddCloseBrace, m_tokens.Span(token), stop);
+    diagnostic.details.related.push_back({m_tokens.Span(opened), "It closes what is opened here"});
+    diagnostic.details.fixes.push_back({EFix::Remove, {{diagnostic.error.pos, {}}}});
+}
+
+void CGrammarReporter::ReportOdd(const SGrammarHalt& halt)
+{
+    SGrammarDiagnostic& diagnostic = Add(OddCode(halt), m_tokens.Span(halt.stop), halt.stop);
+    if (m_tokens[halt.stop].kind == K::End)
+        return;
+    AddFound(diagnostic, "found", halt.stop);
+    diagnostic.details.fixes.push_back({EFix::Remove, {{diagnostic.error.pos, {}}}});
+}
+
+std::int32_t CGrammarReporter::OddCode(const SGrammarHalt& halt) const
+{
+    const CPhpGrammarParser& parser = halt.parser;
+    const K kind = m_tokens[halt.stop].kind;
+    switch (kind) {
+    case K::CloseRound: return Code::OddCloseRound;
+    case K::CloseSquare: return Code::OddCloseSquare;
+    case K::CloseBrace: return Code::OddCloseBrace;
+    case K::Comma: return Code::OddComma;
+    case K::End: return Code::UnfinishedFile;
+    case K::Else:
+    case K::Elseif:
+    case K::Case:
+    case K::Default:
+    case K::Catch:
+    case K::Finally:
+    case K::Endif:
+    case K::Endfor:
+    case K::Endforeach:
+    case K::Endwhile:
+    case K::Endswitch:
+    case K::Enddeclare: return Code::BranchWithoutStatement;
+    case K::Public:
+    case K::Protected:
+    case K::Private:
+    case K::Var:
+    case K::PublicSet:
+    case K::ProtectedSet:
+    case K::PrivateSet: return Code::MemberOutsideClass;
+    default: break;
+    }
+    const bool inClass = parser.Accepts(GrammarSymbol(MemberMark)) &&
+                         !parser.Accepts(GrammarSymbol(StatementMark)) &&
+                         parser.Accepts(GrammarSymbol(K::CloseBrace));
+    if (inClass)
+        return Code::StatementInClass;
+    if (IsOperator(kind))
+        return Code::OddOperator;
+    return ClassOf(kind) == SyntaxParser::EPhpTokenClass::Word ? Code::WordOutOfPlace : Code::OutOfPlace;
+}
+
+// What would have to come first is told all the same.
+void CGrammarReporter::ReportUnrepaired(const SGrammarHalt& halt)
+{
+    const std::uint32_t stop = halt.stop;
+    if (EndsLateString(stop)) {
+        Add(Code::StringWithoutEnd, m_tokens.Span(stop - 1), stop);
+        return;
+    }
+    const auto& closers = halt.description.closers;
+    const bool closes = !closers.empty() && halt.parser.Accepts(GrammarSymbol(closers.front()));
+    if (stop > 0 && halt.parser.Accepts(GrammarSymbol(K::Semicolon)) && halt.description.leadsLine)
+        ReportMissing(halt, K::Semicolon);
+    else if (stop > 0 && closes && (m_tokens[stop].kind == K::End || closers.front() != K::CloseBrace))
+        ReportMissing(halt, closers.front());
+    else
+        ReportOdd(halt);
+}
+
+void CGrammarReporter::ReportLexical(std::uint32_t token)
+{
+    std::int32_t code = Code::BadCharacter;
+    switch (m_tokens[token].kind) {
+    case K::BadNumber: code = Code::BadNumber; break;
+    case K::BadEscape: code = Code::BadEscape; break;
+    case K::BadComment: code = Code::CommentWithoutEnd; break;
+    case K::BadString: code = Code::StringWithoutEnd; break;
+    case K::BadHeredoc: code = Code::HeredocWithoutEnd; break;
+    case K::BadIndent: code = Code::HeredocIndent; break;
+    default: break;
+    }
+    AddFound(Add(code, m_tokens.Span(token), token), "found", token);
+}
+
+void CGrammarReporter::AddRuleReports(const std::vector<SRuleReport>& reports, std::int32_t version)
+{
+    for (const SRuleReport& report : reports)
+        AddRuleReport(report, version);
+}
+
+void CGrammarReporter::AddRuleReport(const SRuleReport& report, std::int32_t version)
+{
+    const std::uint32_t token = std::min(report.token, m_tokens.Count() - 1);
+    SGrammarDiagnostic& diagnostic = Add(report.code, m_tokens.Span(token), token);
+    diagnostic.stopsParse = false;
+    diagnostic.resumed = m_tokens.Span(token).end;
+    SDetails& details = diagnostic.details;
+    if (report.feature) {
+        const SPhpFeature& feature = FeatureOf(*report.feature);
+        const std::int32_t since = report.code == Code::TooNew ? feature.since : feature.until;
+        details.arguments = {
+            {"feature", Base::CCommonString::FromUtf8(feature.text), SArgument::Key},
+            {"since", VersionText(since), SArgument::Plain},
+            {"version", VersionText(version), SArgument::Plain},
+        };
+    } else {
+        const bool isOfMethod = report.code == Code::BodyMissing || report.code == Code::BodyNotAllowed;
+        AddFound(diagnostic, PlaceOfToken(report.code), isOfMethod ? report.related.token : token);
+    }
+    if (report.related.token != NoToken)
+        details.related.push_back({m_tokens.Span(report.related.token), report.related.message});
+}
+
+void CGrammarReporter::Finish()
+{
+    std::stable_sort(m_diagnostics.begin(), m_diagnostics.end(),
+                     [](const SGrammarDiagnostic& a, const SGrammarDiagnostic& b) {
+                         return a.error.pos.start < b.error.pos.start;
+                     });
+}
+
+} // namespace Kesh::CodeAnalyzer

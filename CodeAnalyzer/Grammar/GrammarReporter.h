@@ -1,0 +1,68 @@
+#pragma once
+
+#include "Grammar/GrammarDiagnostic.h"
+#include "Grammar/GrammarRepair.h"
+#include "Grammar/GrammarTokens.h"
+#include "Grammar/PhpGrammarParser.h"
+#include "Grammar/RuleReport.h"
+
+#include <cstdint>
+#include <vector>
+
+namespace Kesh::CodeAnalyzer {
+
+/// Where a parse stands that cannot go on.
+struct SGrammarHalt
+{
+    const CPhpGrammarParser& parser;
+    std::uint32_t stop;                     ///< the token that cannot follow
+    const std::vector<std::uint32_t>& open; ///< brackets open before it, the innermost last
+    const SGrammarStop& description;
+};
+
+/// Says what is wrong, where, and what would mend it.
+class CGrammarReporter
+{
+public:
+    /// `tokens` outlive it.
+    explicit CGrammarReporter(const CGrammarTokens& tokens) : m_tokens(tokens) {}
+
+    void Begin() { m_diagnostics.clear(); }
+    /// What has been found so far; in document order once it is finished.
+    const std::vector<SGrammarDiagnostic>& Diagnostics() const { return m_diagnostics; }
+    /// Null: nothing has been found yet.
+    SGrammarDiagnostic* Last() { return m_diagnostics.empty() ? nullptr : &m_diagnostics.back(); }
+
+    /// A small repair lets the parse go on.
+    void ReportRepair(const SGrammarHalt& halt, const SGrammarRepair& repair);
+    /// Nothing small helps.
+    void ReportUnrepaired(const SGrammarHalt& halt);
+    /// By the indentation a brace is missing before the token, of the block that `opened` opens.
+    void ReportMissingBrace(std::uint32_t token, std::uint32_t opened, std::uint32_t stop);
+    /// By the indentation the brace is one too many; it closes what `opened` opens.
+    void ReportOddBrace(std::uint32_t token, std::uint32_t opened, std::uint32_t stop);
+    /// A token that no PHP holds.
+    void ReportLexical(std::uint32_t token);
+    /// What the rules have found, for a version.
+    void AddRuleReports(const std::vector<SRuleReport>& reports, std::int32_t version);
+    /// That was all there is.
+    void Finish();
+
+private:
+    using K = SyntaxParser::EPhpTokenKind;
+
+    SGrammarDiagnostic& Add(std::int32_t code, SyntaxParser::SScheme span, std::uint32_t stop);
+    SyntaxParser::SScheme GapBehind(std::uint32_t token) const;
+    void AddFound(SGrammarDiagnostic& diagnostic, const char* place, std::uint32_t token) const;
+    void ReportMissing(const SGrammarHalt& halt, K kind);
+    void ReportOdd(const SGrammarHalt& halt);
+    std::int32_t OddCode(const SGrammarHalt& halt) const;
+    bool EndsNumber(std::uint32_t stop) const;
+    bool EndsLateString(std::uint32_t stop) const;
+    void AddRuleReport(const SRuleReport& report, std::int32_t version);
+
+    const CGrammarTokens& m_tokens;
+    std::vector<SGrammarDiagnostic> m_diagnostics;
+};
+
+} // namespace Kesh::CodeAnalyzer

@@ -1,0 +1,33 @@
+#pragma once
+
+#include "Grammar/PhpFeatures.h"
+
+#include <cstdint>
+#include <optional>
+
+namespace Kesh::CodeAnalyzer {
+
+constexpr std::uint32_t NoToken = 0xFFFFFFFF;
+
+/// A second place that a report speaks of.
+struct SRelatedToken
+{
+    std::uint32_t token = NoToken;
+    const char* message = ""; ///< the key of what is there
+};
+
+constexpr SRelatedToken FirstIs(std::uint32_t token)
+{
+    return {token, "The first one is here"};
+}
+
+/// What a rule of the language found.
+struct SRuleReport
+{
+    std::int32_t code;
+    std::uint32_t token;
+    SRelatedToken related = {};
+    std::optional<EFeature> feature = {}; ///< that the version has not
+};
+
+} // namespace Kesh::CodeAnalyzer

@@ -1,0 +1,33 @@
+#include "Grammar/RuleSet.h"
+
+#include <algorithm>
+#include <array>
+
+namespace Kesh::CodeAnalyzer {
+
+bool CRuleSet::IsWord(std::uint32_t token, std::wstring_view lower) const
+{
+    const std::wstring_view text = Text(token);
+    return text.size() == lower.size() &&
+           std::equal(text.begin(), text.end(), lower.begin(), [](wchar_t a, wchar_t b) {
+               return a == b || ((a | 0x20) == b && a >= L'A' && a <= L'Z');
+           });
+}
+
+bool CRuleSet::IsSuperglobal(std::uint32_t token) const
+{
+    static constexpr std::array<std::wstring_view, 9> names{L"$GLOBALS",  L"$_SERVER",  L"$_GET",
+                                                            L"$_POST",    L"$_FILES",   L"$_COOKIE",
+                                                            L"$_SESSION", L"$_REQUEST", L"$_ENV"};
+    const std::wstring_view text = Text(token);
+    return text.size() > 1 && (text[1] == L'_' || text[1] == L'G') &&
+           std::find(names.begin(), names.end(), text) != names.end();
+}
+
+void CRuleSet::CheckConstant(const SGrammarValue& value, bool allowNew)
+{
+    if ((value.flags & NotConstant) || (!allowNew && (value.flags & HasNew)))
+        Report(Code::NotConstantValue, value.bad);
+}
+
+} // namespace Kesh::CodeAnalyzer

@@ -1,0 +1,44 @@
+#pragma once
+
+#include "Grammar/RuleScopes.h"
+
+#include <string_view>
+
+namespace Kesh::CodeAnalyzer {
+
+/// Rules of one subject. The grammar calls them with what it recognises, in the order in which it does.
+class CRuleSet
+{
+public:
+    CRuleSet(const CRuleSet&) = delete;
+    CRuleSet& operator=(const CRuleSet&) = delete;
+
+protected:
+    explicit CRuleSet(CRuleScopes& scopes) : m_scopes(scopes) {}
+    ~CRuleSet() = default;
+
+    const CGrammarTokens& Tokens() const { return m_scopes.tokens; }
+    std::wstring_view Text(std::uint32_t token) const { return m_scopes.tokens.Text(token); }
+    bool IsWord(std::uint32_t token, std::wstring_view lower) const;
+    bool IsThis(std::uint32_t token) const { return Text(token) == L"$this"; }
+    bool IsSuperglobal(std::uint32_t token) const;
+    std::int32_t Version() const { return m_scopes.version; }
+    /// Whether the version is this one or a later one, or any.
+    bool IsFrom(std::int32_t version) const { return m_scopes.version == 0 || m_scopes.version >= version; }
+
+    SFunctionScope& Function() { return m_scopes.functions.back(); }
+    SClassScope* Class() { return m_scopes.classes.empty() ? nullptr : &m_scopes.classes.back(); }
+
+    void Report(std::int32_t code, std::uint32_t token, SRelatedToken related = {})
+    {
+        m_scopes.Report(code, token, related);
+    }
+    void Report(std::int32_t code, const SGrammarValue& value) { m_scopes.Report(code, value.first); }
+    void Needs(EFeature feature, const SGrammarValue& value) { m_scopes.Needs(feature, value.first); }
+    /// A value that has to be known before the program runs.
+    void CheckConstant(const SGrammarValue& value, bool allowNew);
+
+    CRuleScopes& m_scopes;
+};
+
+} // namespace Kesh::CodeAnalyzer
