@@ -357,8 +357,12 @@ void CMainWindow::NewFile()
         return;
     const std::wstring path = Host::AbsolutePath(Host::PathFromQt(name));
     try {
-        if (Host::StampOf(path).size < 0)
+        if (Host::StampOf(path).size < 0) {
+            if (Host::LinkTarget(path) != path)
+                throw Base::CWorkError(L"is a link that leads nowhere", __LINE__,
+                                       "apps/workbench/MainWindow");
             Host::WriteFileBytes(path, "");
+        }
         m_area->Open(path);
     } catch (const Base::CWorkError& fault) {
         m_area->GetMessageStrip().Show(name + QStringLiteral(": ") +

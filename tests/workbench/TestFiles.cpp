@@ -1,6 +1,7 @@
 #include "Application/FileIO.h"
 #include "Application/FilePath.h"
 #include "FindBar.h"
+#include "Limits.h"
 #include "MessageStrip.h"
 #include "WorkbenchFixture.h"
 
@@ -13,6 +14,7 @@
 #include <QUrl>
 #include <filesystem>
 #include <gmock/gmock.h>
+#include <sys/stat.h>
 
 using namespace Kesh;
 using Workbench::CCodeEditor;
@@ -235,7 +237,8 @@ TEST_F(Files, AFailureIsToldAboveTheEditor)
     Open(m_folder.Write(L"gone/a.php", "x")).append("y");
     std::filesystem::remove_all(Host::PathToBytes(m_folder.Path(L"gone")));
     Trigger("&Save");
-    EXPECT_THAT(Strip().toStdString(), ::testing::HasSubstr("gone/a.php: "));
+    EXPECT_THAT(Strip().toStdString(),
+                ::testing::HasSubstr("gone/a.php cannot be saved: No such file or directory"));
     EXPECT_TRUE(Window().isWindowModified());
     Window().OpenProject(m_folder.Path(L"gone"));
     ASSERT_TRUE(WaitFor([&] { return Strip().contains("gone: No such file"); }));
@@ -276,6 +279,44 @@ TEST_F(Files, FindAndReplace)
     EXPECT_EQ(editor.text(), "one two One\none\n");
     QTest::keyClick(pattern, Qt::Key_Escape);
     EXPECT_FALSE(Area().GetFindBar().isVisible());
+}
+
+TEST_F(Files, WhatASaveMightCostNeedsConsent)
+{
+    namespace fs = std::filesystem;
+    const auto bytes = [&](const wchar_t* name) { return Host::PathToBytes(m_folder.Path(name)); };
+    m_folder.Write(L"outside.php", "old");
+    m_folder.Write(L"p/closed/a.php", "old");
+    fs::create_symlink("../outside.php", bytes(L"p/link.php"));
+    ::chmod(bytes(L"p/closed").c_str(), 0555);
+    OpenProject(m_folder.Path(L"p"));
+    struct SCase
+    {
+        const wchar_t* name;
+        const char* question; ///< part of it
+    };
+    for (const SCase& c :
+         {SCase{L"p/closed/a.php", "a.php can only be written over in place: its folder takes "
+                                   "no other file: Permission denied. "},
+          SCase{L"p/link.php", "link.php is a link out of the project, to "}}) {
+        const std::wstring path = m_folder.Path(c.name);
+        Open(path).append("x");
+        for (const bool agreed : {false, true}) {
+            m_prompts.m_confirm = agreed;
+            const CPlainUser plain;
+            EXPECT_EQ(Area().Save(*Area().GetCurrent()), agreed);
+            EXPECT_THAT(m_prompts.m_asked.join("").toStdString(), ::testing::StartsWith(c.question));
+            EXPECT_EQ(Bytes(path), agreed ? "oldx" : "old");
+        }
+        // Asked once for a link; a crash may come each time.
+        m_prompts.m_asked.clear();
+        Area().GetCurrentEditor()->append("y");
+        const CPlainUser plain;
+        EXPECT_TRUE(Area().Save(*Area().GetCurrent()));
+        EXPECT_EQ(m_prompts.m_asked.isEmpty(), c.name == std::wstring_view(L"p/link.php"));
+    }
+    EXPECT_TRUE(fs::is_symlink(bytes(L"p/link.php")));
+    ::chmod(bytes(L"p/closed").c_str(), 0755);
 }
 
 TEST_F(Files, LinesBecomeCommentsOfTheirLanguage)
