@@ -94,7 +94,8 @@ void CDocumentService::SaveAs(CDocument& document, const std::wstring& path, con
 
 void CDocumentService::Close(CDocument& document)
 {
-    m_parser.CloseDocument(&document);
+    // What is found in a file outside of the project goes with its document.
+    m_parser.CloseDocument(&document, m_project.BelongsToProject(document.GetPath()));
     if (m_current == &document)
         m_current = nullptr;
     const auto found = std::find_if(m_documents.begin(), m_documents.end(),
