@@ -50,12 +50,12 @@ void CDocument::LoadAs(SyntaxParser::EEncoding encoding)
     m_stamp = stamp;
 }
 
-void CDocument::Save(bool acceptLoss)
+void CDocument::Save(bool acceptLoss, const SWriteRules& rules)
 {
     if (!m_format.valid && !acceptLoss)
         throw Base::CWorkError(L"the file's bytes are not valid; saving would change them", __LINE__,
                                "Host/Application/Document");
-    WriteFileBytes(m_path, Editor::EncodeSource(GetBuffer()->GetText(L"\n"), m_format));
+    WriteFileBytes(m_path, Editor::EncodeSource(GetBuffer()->GetText(L"\n"), m_format), rules);
     m_resolvedPath = ResolvedPath(m_path);
     NoteSaved();
 }

@@ -47,7 +47,7 @@ public:
     /// Writes the text to the file in its own format. Throws Base::CWorkError, the file left as it was, when
     /// that fails, when the encoding lacks a character, or when the file's bytes were not valid and
     /// `acceptLoss` does not allow to replace them.
-    void Save(bool acceptLoss = false);
+    void Save(bool acceptLoss = false, const SWriteRules& rules = {});
 
 private:
     friend class CDocumentService;

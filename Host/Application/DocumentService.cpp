@@ -78,10 +78,11 @@ CDocument& CDocumentService::Add(std::unique_ptr<CDocument> document, const std:
     return added;
 }
 
-void CDocumentService::SaveAs(CDocument& document, const std::wstring& path)
+void CDocumentService::SaveAs(CDocument& document, const std::wstring& path, const SWriteRules& rules)
 {
     const std::wstring absolute = AbsolutePath(path);
-    WriteFileBytes(absolute, Editor::EncodeSource(document.GetBuffer()->GetText(L"\n"), document.m_format));
+    WriteFileBytes(absolute, Editor::EncodeSource(document.GetBuffer()->GetText(L"\n"), document.m_format),
+                   rules);
     // Checks know a file by its path: under the new name they start afresh.
     m_parser.CloseDocument(&document);
     document.SetPath(absolute);
@@ -93,7 +94,8 @@ void CDocumentService::SaveAs(CDocument& document, const std::wstring& path)
 
 void CDocumentService::Close(CDocument& document)
 {
-    m_parser.CloseDocument(&document);
+    // What is found in a file outside of the project goes with its document.
+    m_parser.CloseDocument(&document, m_project.BelongsToProject(document.GetPath()));
     if (m_current == &document)
         m_current = nullptr;
     const auto found = std::find_if(m_documents.begin(), m_documents.end(),

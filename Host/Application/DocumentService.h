@@ -51,7 +51,7 @@ public:
     /// A document of this name with the text of `bytes`; nothing is read from disk.
     CDocument& OpenBytes(const std::wstring& path, std::string_view bytes, const std::wstring& factory = {});
     /// Saves under another name, which the document bears from then on; throws like CDocument::Save().
-    void SaveAs(CDocument& document, const std::wstring& path);
+    void SaveAs(CDocument& document, const std::wstring& path, const SWriteRules& rules = {});
     /// Ends a document, saved or not.
     void Close(CDocument& document);
     /// Ends the syntax documents of all documents; Resume() makes new ones. In between a plug-in that follows

@@ -1,5 +1,6 @@
 #include "Application/Fault.h"
 
+#include "Application/Printable.h"
 #include "Base/CommonString.h"
 
 #include <atomic>
@@ -11,7 +12,7 @@ namespace {
 
 void PrintFault(const std::wstring& text)
 {
-    std::fprintf(stderr, "code-analyzer: %s\n", Base::CCommonString::ToUtf8(text).c_str());
+    std::fprintf(stderr, "code-analyzer: %s\n", Printable(text).c_str());
 }
 
 std::atomic<TFaultSink> s_sink{&PrintFault};

@@ -1,25 +1,30 @@
 #pragma once
 
+#include "Application/FileReplacement.h"
+
 #include <cstddef>
 #include <string>
 #include <string_view>
 
 namespace Kesh::Host {
 
-/// Larger files are refused: a check holds the text several times over, at four bytes a character.
+/// Larger texts are refused, wherever they come from: a check holds the text several times over, at four
+/// bytes a character.
 constexpr std::size_t MaxFileBytes = std::size_t{64} << 20;
+/// What is said of them: "larger than 64 MiB".
+std::string TooLarge();
 
 /// The bytes of a regular file. Throws Base::CWorkError with a text for the user ("No such file or
 /// directory", "not a regular file", ...) that does not name the path. Any thread.
-std::string ReadFileBytes(const std::wstring& path);
+std::string ReadFileBytes(const std::wstring& path, bool followsLinks = true);
 /// The same without a new string for each file: the bytes lie in `buffer`, which only ever grows.
-std::string_view ReadFileInto(std::string& buffer, const std::wstring& path);
-/// Replaces the file as a whole or leaves it as it was; links are followed. Throws Base::CWorkError likewise.
-/// Any thread.
-void WriteFileBytes(const std::wstring& path, std::string_view bytes);
-/// Removes what writers of this file have left behind when they were killed an hour ago or earlier. Any
+std::string_view ReadFileInto(std::string& buffer, const std::wstring& path, bool followsLinks = true);
+/// Replaces the file as a whole or leaves it as it was, as CFileReplacement does, and throws like it. Any
 /// thread.
-void RemoveAbandonedCopies(const std::wstring& path);
+void WriteFileBytes(const std::wstring& path, std::string_view bytes, const SWriteRules& rules = {});
+/// Removes what writers of files in this folder have left behind when they were killed an hour ago or
+/// earlier. Any thread.
+void RemoveAbandonedParts(const std::wstring& folder);
 
 /// What became of a file on disk since it was looked at: equal stamps mean no change.
 struct SFileStamp

@@ -149,6 +149,9 @@ std::wstring AbsolutePath(const std::wstring& path)
 {
     std::error_code error;
     std::filesystem::path absolute = std::filesystem::absolute(PathToBytes(path), error);
+    // A current folder that has been removed still has the name of where it was.
+    if (error && !path.empty())
+        absolute = std::filesystem::read_symlink("/proc/self/cwd", error) / PathToBytes(path);
     absolute = absolute.lexically_normal();
     std::string bytes = absolute.string();
     while (bytes.size() > 1 && bytes.back() == '/')
@@ -161,6 +164,31 @@ std::wstring ResolvedPath(const std::wstring& path)
     std::error_code error;
     const std::filesystem::path resolved = std::filesystem::canonical(PathToBytes(path), error);
     return error ? AbsolutePath(path) : PathFromBytes(resolved.string());
+}
+
+std::wstring LinkTarget(const std::wstring& path)
+{
+    namespace fs = std::filesystem;
+    constexpr int MaxLinks = 40; // as the system has it
+    fs::path target(PathToBytes(path));
+    std::error_code error;
+    for (int i = 0; i < MaxLinks && fs::is_symlink(fs::symlink_status(target, error)); ++i)
+        target = target.parent_path() / fs::read_symlink(target, error);
+    return PathFromBytes(target.string());
+}
+
+bool LiesIn(const std::wstring& folder, const std::wstring& path)
+{
+    return path == folder || path.starts_with(folder.ends_with(L'/') ? folder : folder + L'/');
+}
+
+bool LeadsOut(const std::wstring& folder, const std::wstring& path)
+{
+    if (!LiesIn(AbsolutePath(folder), AbsolutePath(path)))
+        return false;
+    const std::wstring target = AbsolutePath(LinkTarget(path));
+    const std::size_t slash = target.rfind(L'/') + 1;
+    return !LiesIn(ResolvedPath(folder), ResolvedPath(target.substr(0, slash)) + L'/' + target.substr(slash));
 }
 
 std::string ProgramFolder()

@@ -17,6 +17,12 @@ QString PathToQt(std::wstring_view path);
 std::wstring AbsolutePath(const std::wstring& path);
 /// The path with all links resolved; AbsolutePath() when the file does not exist. Any thread.
 std::wstring ResolvedPath(const std::wstring& path);
+/// Where the path ends when it is, or becomes, a link: also one to a file that does not exist. Any thread.
+std::wstring LinkTarget(const std::wstring& path);
+/// Whether `path` is `folder` or lies below it. Neither is looked for on the disk.
+bool LiesIn(const std::wstring& folder, const std::wstring& path);
+/// Whether a path that lies in the folder leads to a place outside by links. Any thread.
+bool LeadsOut(const std::wstring& folder, const std::wstring& path);
 /// The folder of the running program; other parts of the installation lie beside it. Any thread.
 std::string ProgramFolder();
 /// The part after the last slash.

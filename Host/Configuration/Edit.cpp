@@ -1,6 +1,8 @@
 #include "Configuration/Edit.h"
 
+#include "Application/FileIO.h"
 #include "Application/FilePath.h"
+#include "Base/Exception.h"
 #include "Configuration/Configuration.h"
 #include "Configuration/JsonLines.h"
 
@@ -68,6 +70,21 @@ std::string WithCodeOff(std::string_view given, std::int32_t code)
         return std::string(text).replace(level->inside - length, length, "\"off\"");
     }
     return Inserted(text, *codes, "\n    \"" + key + "\": \"off\"");
+}
+
+void ChangeSettings(const std::wstring& file, const std::function<std::string(const std::string&)>& change)
+{
+    if (Host::LeadsOut(file.substr(0, file.rfind(L'/') + 1), file))
+        throw Base::CWorkError(L"is a link that leads out of its folder, and nothing is written through it",
+                               __LINE__, "Host/Configuration/Edit");
+    const std::string text =
+        change(Host::StampOf(file).size >= 0 ? Host::ReadFileBytes(file) : std::string());
+    try {
+        Host::WriteFileBytes(file, text);
+    } catch (const Base::CWorkError& fault) {
+        throw Base::CWorkError(L"cannot be written: " + fault.GetMessage(), __LINE__,
+                               "Host/Configuration/Edit");
+    }
 }
 
 } // namespace Kesh::Configuration

@@ -8,6 +8,7 @@ ProjectManager::SFileQuery CheckedFiles(const std::wstring& folder, const SConfi
 {
     const std::wstring prefix = folder.ends_with(L'/') ? folder : folder + L'/';
     ProjectManager::SFileQuery query;
+    query.project = settings.root;
     query.takesFile = [&settings, prefix](const std::wstring& path) {
         return settings.Includes(prefix + path) && !settings.Excludes(prefix + path);
     };

@@ -5,6 +5,8 @@
 #include "Base/CommonString.h"
 #include "Base/Exception.h"
 
+#include <cstdint>
+#include <limits>
 #include <nlohmann/json.hpp>
 
 namespace Kesh::Findings {
@@ -16,6 +18,19 @@ using nlohmann::ordered_json;
 [[noreturn]] void Fail(const std::string& what)
 {
     throw Base::CWorkError(Base::CCommonString::FromUtf8(what), __LINE__, "Host/Findings/Baseline");
+}
+
+/// A whole number within limits. Throws likewise.
+std::int64_t NumberOf(const nlohmann::json& item, const char* key, std::int64_t lowest)
+{
+    constexpr std::int64_t Highest = std::numeric_limits<std::int32_t>::max();
+    const nlohmann::json& value = item.at(key);
+    const bool fits = value.is_number_integer() &&
+                      (!value.is_number_unsigned() || value.get<std::uint64_t>() <= std::uint64_t{Highest});
+    if (!fits || value.get<std::int64_t>() < lowest || value.get<std::int64_t>() > Highest)
+        Fail("no baseline: \"" + std::string(key) + "\" is " + value.dump() + ", not a whole number from " +
+             std::to_string(lowest) + " to " + std::to_string(Highest));
+    return value.get<std::int64_t>();
 }
 
 std::wstring FolderOf(const std::wstring& file)
@@ -33,10 +48,13 @@ CBaseline CBaseline::Read(const std::wstring& file)
         const auto whole = nlohmann::json::parse(Host::ReadFileBytes(file));
         if (whole.at("version") != 1)
             Fail("a baseline of a version that is not known");
-        for (const auto& item : whole.at("findings"))
-            baseline.m_files[item.at("file").get<std::string>()]
-                            [{item.at("code").get<std::int32_t>(), item.at("line").get<std::string>()}] +=
-                item.value("count", std::size_t{1});
+        for (const auto& item : whole.at("findings")) {
+            const auto code = static_cast<std::int32_t>(NumberOf(item, "code", 1));
+            const std::int64_t count = item.contains("count") ? NumberOf(item, "count", 1) : 1;
+            baseline
+                .m_files[item.at("file").get<std::string>()][{code, item.at("line").get<std::string>()}] +=
+                static_cast<std::size_t>(count);
+        }
     } catch (const nlohmann::json::exception& fault) {
         // In front stands the library's own name for it, in brackets.
         const std::string what = fault.what();

@@ -1,7 +1,7 @@
 #include "LanguageServer/CodeActions.h"
 
-#include "Application/FileIO.h"
 #include "Application/FilePath.h"
+#include "Application/Printable.h"
 #include "Base/Exception.h"
 #include "Configuration/Edit.h"
 #include "LanguageServer/Diagnostic.h"
@@ -112,21 +112,18 @@ void CCodeActions::Execute(const json& params, const std::wstring& settings)
 {
     const std::string command = params.at("command");
     const json arguments = params.value("arguments", json::array());
-    std::string text;
-    if (Host::StampOf(settings).size >= 0)
-        text = Host::ReadFileBytes(settings);
     try {
-        if (command == AddOwnName)
-            text = Configuration::WithOwnName(text, arguments.at(1),
-                                              Host::PathFromBytes(arguments.at(2).get<std::string>()));
-        else if (command == IgnoreCode)
-            text = Configuration::WithCodeOff(text, arguments.at(1));
-        else
+        Configuration::ChangeSettings(settings, [&](const std::string& text) {
+            if (command == AddOwnName)
+                return Configuration::WithOwnName(text, arguments.at(1),
+                                                  Host::PathFromBytes(arguments.at(2).get<std::string>()));
+            if (command == IgnoreCode)
+                return Configuration::WithCodeOff(text, arguments.at(1));
             throw SResponseError{InvalidParams, "unknown command " + command};
-        Host::WriteFileBytes(settings, text);
+        });
     } catch (const Base::CWorkError& fault) {
         throw SResponseError{InternalError,
-                             Host::PathToBytes(Host::FileName(settings)) + ": " + fault.what()};
+                             Host::Printable(Host::FileName(settings) + L": " + fault.GetMessage())};
     }
 }
 

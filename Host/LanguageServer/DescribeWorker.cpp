@@ -56,6 +56,12 @@ void CDescribeWorker::Add(SDescribeOrder order)
     m_changed.notify_all();
 }
 
+void CDescribeWorker::Drop(const std::wstring& path)
+{
+    const std::lock_guard lock(m_mutex);
+    std::erase_if(m_orders, [&](const SDescribeOrder& order) { return order.path == path; });
+}
+
 void CDescribeWorker::Run()
 {
     isDescribing = true;

@@ -56,6 +56,8 @@ public:
     void SetEncoding(EPositionEncoding encoding) { m_encoding = encoding; }
     /// Takes the place of an order for the same file that waits.
     void Add(SDescribeOrder order);
+    /// Forgets an order for the file that waits.
+    void Drop(const std::wstring& path);
 
 private:
     void Run();

@@ -126,7 +126,7 @@ void CDiagnostics::Order(const std::wstring& path)
         order.uri = open->uri;
         order.factory = open->factory;
         order.revision = open->revision;
-        order.text = std::make_shared<std::wstring>(open->Text().Text());
+        order.text = std::make_shared<std::wstring>(open->tooLarge ? std::wstring() : open->Text().Text());
     } else {
         order.uri = m_parts.documents.UriOf(path);
         order.factory = m_parts.application.Parser().FactoryOfFile(path);
@@ -183,6 +183,7 @@ void CDiagnostics::Publish(const std::wstring& path, SState& state)
 
 void CDiagnostics::OnClosed(const std::wstring& path)
 {
+    m_worker.Drop(path);
     if (IsMember(path)) {
         // The project goes on with the file as it is on disk.
         MarkDirty(path);

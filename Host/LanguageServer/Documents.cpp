@@ -43,7 +43,8 @@ std::int64_t WholeNumber(const json& value)
 
 } // namespace
 
-CDocuments::CDocuments(Host::CApplication& application) : m_application(application)
+CDocuments::CDocuments(Host::CApplication& application, std::function<void(const std::wstring&)> onTooLarge)
+    : m_application(application), m_onTooLarge(std::move(onTooLarge))
 {
     application.Documents().SetHolderFactory([this](Host::CDocument& document) {
         return std::make_unique<CServerText>([this, path = document.GetPath()] { OnTaken(path); });
@@ -57,8 +58,14 @@ void CDocuments::OnTaken(const std::wstring& path)
         return;
     open->taken = open->revision;
     open->checked = false;
-    const std::lock_guard lock(m_mutex);
-    open->check = m_checks[path] = ++m_lastCheck;
+    // Its checker is made, and looks at the text, before all of it is there.
+    const bool wasTooLarge = std::exchange(open->tooLarge, open->document && open->Text().IsTooLarge());
+    {
+        const std::lock_guard lock(m_mutex);
+        open->check = m_checks[path] = ++m_lastCheck;
+    }
+    if (open->tooLarge && !wasTooLarge)
+        m_onTooLarge(path);
 }
 
 std::int64_t CDocuments::LastCheck(const std::wstring& path) const

@@ -4,6 +4,7 @@
 #include "LanguageServer/PositionEncoding.h"
 #include "LanguageServer/ServerText.h"
 
+#include <functional>
 #include <map>
 #include <mutex>
 #include <nlohmann/json.hpp>
@@ -27,6 +28,7 @@ struct SOpenDocument
     std::int64_t taken = -1;   ///< the revision that the last check that began has taken
     std::int64_t check = 0;    ///< the number of that check; 0: none
     bool crlf = false;         ///< whether the editor ends lines with CR LF
+    bool tooLarge = false;     ///< to be checked
     bool checked = false;      ///< whether it has ended, so that all it found is known
 
     /// Whether what is known was found in the text as it is now.
@@ -39,7 +41,8 @@ struct SOpenDocument
 class CDocuments
 {
 public:
-    explicit CDocuments(Host::CApplication& application);
+    /// `onTooLarge` is told of each document that becomes too large to be checked.
+    CDocuments(Host::CApplication& application, std::function<void(const std::wstring& path)> onTooLarge);
     CDocuments(const CDocuments&) = delete;
     CDocuments& operator=(const CDocuments&) = delete;
     /// Closes them.
@@ -77,6 +80,7 @@ private:
     std::size_t OffsetOf(const CServerText& text, const nlohmann::json& position) const;
 
     Host::CApplication& m_application;
+    std::function<void(const std::wstring&)> m_onTooLarge;
     EPositionEncoding m_encoding = EPositionEncoding::Utf16;
     std::map<std::wstring, SOpenDocument> m_open; ///< by path
     std::map<std::wstring, std::string> m_uris;   ///< of all that were open

@@ -1,8 +1,10 @@
 #include "LanguageServer/Server.h"
 
 #include "Application/Application.h"
+#include "Application/FileIO.h"
 #include "Application/FilePath.h"
 #include "Application/PluginLoader.h"
+#include "Application/Printable.h"
 #include "Base/Exception.h"
 #include "Configuration/Apply.h"
 #include "LanguageServer/Uri.h"
@@ -19,7 +21,7 @@ constexpr int CheckDelay = 200; ///< milliseconds after the last edit
 /// More changed files than this are checked by a check of the whole project.
 constexpr std::size_t ManyFiles = 40;
 
-enum EMessageType : int { MessageError = 1 };
+enum EMessageType : int { MessageError = 1, MessageWarning = 2 };
 enum EFileChange : int { FileDeleted = 3 };
 
 /// A member of a member; null when there is none on the way.
@@ -68,7 +70,11 @@ const char* NameOf(EPositionEncoding encoding)
 CServer::CServer(const SParts& parts)
     : m_parts(parts),
       m_connection(parts.send),
-      m_documents(parts.application),
+      m_documents(parts.application,
+                  [this](const std::wstring& path) {
+                      Show(MessageWarning, Host::PathToBytes(Host::FileName(path)) + " is " +
+                                               Host::TooLarge() + ", and is not checked");
+                  }),
       m_diagnostics(
           {parts.application, parts.plugin, m_documents, m_connection, m_settings, parts.documentation}),
       m_workspace(parts.application, m_connection, m_settings),
@@ -328,7 +334,7 @@ void CServer::CheckFile(const std::wstring& path)
 
 void CServer::Show(int type, const std::string& message)
 {
-    m_connection.Notify("window/showMessage", {{"type", type}, {"message", message}});
+    m_connection.Notify("window/showMessage", {{"type", type}, {"message", Host::PrintableBytes(message)}});
 }
 
 } // namespace Kesh::LanguageServer

@@ -1,5 +1,7 @@
 #include "LanguageServer/ServerText.h"
 
+#include "Application/FileIO.h"
+#include "Application/FilePath.h"
 #include "SyntaxParser/SourceText.h"
 
 #include <algorithm>
@@ -59,6 +61,13 @@ void CServerText::ReplaceAll(std::wstring text)
         m_starts.push_back(at + 1);
 }
 
+bool CServerText::IsTooLarge() const
+{
+    constexpr std::size_t MostBytes = 4; // of a character
+    return m_text.size() > Host::MaxFileBytes || (m_text.size() > Host::MaxFileBytes / MostBytes &&
+                                                  Host::PathToBytes(m_text).size() > Host::MaxFileBytes);
+}
+
 void CServerText::Announce()
 {
     m_change(nullptr);
@@ -68,7 +77,7 @@ std::wstring CServerText::GetText(const std::wstring& lineBreak)
 {
     if (m_onTaken)
         m_onTaken();
-    return Editor::JoinLines(m_text, lineBreak);
+    return IsTooLarge() ? std::wstring() : Editor::JoinLines(m_text, lineBreak);
 }
 
 std::wstring TextFromUtf8(std::string_view utf8)

@@ -29,6 +29,9 @@ public:
     /// The place of a column of a line; both may lie beyond the text.
     std::size_t Offset(std::int64_t line, std::int64_t column) const;
 
+    /// Whether it has more bytes than a file may have that is checked. A check then gets no text at all.
+    bool IsTooLarge() const;
+
     /// Replaces what lies between two places. Tells nobody: several edits come at once.
     void Replace(std::size_t from, std::size_t to, std::wstring_view text);
     void ReplaceAll(std::wstring text);

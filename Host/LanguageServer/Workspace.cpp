@@ -20,6 +20,7 @@ ProjectManager::SFileQuery QueryFor(const std::wstring& folder, const CProjectSe
 {
     const std::wstring prefix = folder.ends_with(L'/') ? folder : folder + L'/';
     ProjectManager::SFileQuery query;
+    query.project = settings.For(prefix)->configuration.root;
     query.takesFile = [settings, prefix](const std::wstring& relative) {
         const std::wstring path = prefix + relative;
         const Configuration::SConfiguration& configuration = settings.For(path)->configuration;

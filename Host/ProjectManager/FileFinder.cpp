@@ -41,6 +41,14 @@ bool IsFoundIn(const std::wstring& folder, const std::wstring& file, const SFile
     return query.takesFile(below);
 }
 
+bool IsForeign(const std::wstring& folder, const std::wstring& file, const SFileQuery& query)
+{
+    const bool staysInProject = !query.project.empty() &&
+                                Host::LiesIn(query.project, Host::AbsolutePath(file)) &&
+                                !Host::LeadsOut(query.project, file);
+    return !staysInProject && Host::LeadsOut(folder, file);
+}
+
 std::vector<std::wstring> FindFiles(const std::wstring& folder, const SFileQuery& query)
 {
     const std::wstring prefix = WithSlash(folder);
@@ -59,7 +67,10 @@ std::vector<std::wstring> FindFiles(const std::wstring& folder, const SFileQuery
                 if (Enters(query, relative, name) && !entry->is_symlink(ignored))
                     pending.push_back(relative + L'/');
             } else if (query.takesFile(relative) && entry->is_regular_file(ignored)) {
-                files.push_back(prefix + relative);
+                if (!entry->is_symlink(ignored) || !IsForeign(folder, prefix + relative, query))
+                    files.push_back(prefix + relative);
+                else if (query.onLeadsOut)
+                    query.onLeadsOut(prefix + relative);
             }
         }
         if (error && query.onError)

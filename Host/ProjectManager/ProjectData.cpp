@@ -17,7 +17,21 @@ bool IsDataName(const std::wstring& name)
     return !name.empty() && !name.starts_with(L'.') && name.find(L'/') == std::wstring::npos;
 }
 
+[[noreturn]] void Fail(const std::string& reason)
+{
+    throw Base::CWorkError(Base::CCommonString::FromUtf8(reason), __LINE__,
+                           "Host/ProjectManager/ProjectData");
+}
+
 } // namespace
+
+/// A folder that came with the project may be a link to anywhere.
+void CProjectData::RequireNoLink() const
+{
+    std::error_code ignored;
+    if (std::filesystem::is_symlink(std::filesystem::symlink_status(Host::PathToBytes(m_folder), ignored)))
+        Fail(".code-analyzer is a link, and nothing is written through it");
+}
 
 CProjectData::CProjectData(const std::wstring& projectFolder, SEvents events)
     : m_folder(projectFolder + L"/.code-analyzer"), m_events(std::move(events))
@@ -35,7 +49,8 @@ std::wstring CProjectData::GetData(const std::wstring& name)
     if (!IsDataName(name))
         return {};
     try {
-        return Host::PathFromBytes(Host::ReadFileBytes(m_folder + L'/' + name));
+        RequireNoLink();
+        return Host::PathFromBytes(Host::ReadFileBytes(m_folder + L'/' + name, false));
     } catch (const Base::CWorkError&) {
         return {}; // nothing has been kept yet
     }
@@ -46,16 +61,19 @@ void CProjectData::SetData(const std::wstring& name, const std::wstring& text)
     if (!IsDataName(name))
         return;
     try {
+        RequireNoLink();
         std::error_code error;
-        if (std::filesystem::create_directory(Host::PathToBytes(m_folder), error))
-            Host::WriteFileBytes(m_folder + L"/.gitignore", "*\n"); // what is kept here is nobody else's
+        std::filesystem::create_directory(Host::PathToBytes(m_folder), error);
         if (error == std::errc::file_exists)
             error = std::make_error_code(std::errc::not_a_directory);
         if (error)
-            throw Base::CWorkError(Base::CCommonString::FromUtf8(error.message()), __LINE__,
-                                   "Host/ProjectManager/ProjectData");
-        Host::WriteFileBytes(m_folder + L'/' + name, Host::PathToBytes(text));
-        Host::RemoveAbandonedCopies(m_folder + L'/' + name);
+            Fail(error.message());
+        constexpr Host::SWriteRules inside{false};
+        const std::wstring ignore = m_folder + L"/.gitignore"; // what is kept here is nobody else's
+        if (!std::filesystem::exists(std::filesystem::symlink_status(Host::PathToBytes(ignore), error)))
+            Host::WriteFileBytes(ignore, "*\n", inside);
+        Host::WriteFileBytes(m_folder + L'/' + name, Host::PathToBytes(text), inside);
+        Host::RemoveAbandonedParts(m_folder);
     } catch (const Base::CWorkError& fault) {
         if (m_events.failed)
             m_events.failed(fault.GetMessage());

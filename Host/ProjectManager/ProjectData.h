@@ -7,7 +7,8 @@
 
 namespace Kesh::ProjectManager {
 
-/// The texts kept with a project, files in its subfolder ".code-analyzer". Any thread.
+/// The texts kept with a project, files in its subfolder ".code-analyzer". That nor they may be links: they
+/// would be neither read nor written. Any thread.
 class CProjectData final : public IProjectData
 {
 public:
@@ -24,6 +25,8 @@ public:
     void SetData(const std::wstring& name, const std::wstring& text) override;
 
 private:
+    void RequireNoLink() const;
+
     std::wstring m_folder;
     SEvents m_events;
 };

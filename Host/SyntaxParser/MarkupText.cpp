@@ -32,9 +32,8 @@ bool IsForScanners(wchar_t c)
 
 } // namespace
 
-CMarkupText::CMarkupText(std::wstring_view text, const std::vector<SIsland>& islands,
-                         const std::atomic<bool>* cancelled)
-    : m_text(text), m_cancelled(cancelled)
+CMarkupText::CMarkupText(std::wstring_view text, const std::vector<SIsland>& islands, const SGiveUp* giveUp)
+    : m_text(text), m_giveUp(giveUp)
 {
     m_scan.reserve(text.size());
     for (const SIsland& island : islands) {

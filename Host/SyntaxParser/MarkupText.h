@@ -3,7 +3,6 @@
 #include "Kesh/SyntaxParser/Position.h"
 #include "SyntaxParser/MarkupTrees.h"
 
-#include <atomic>
 #include <cstddef>
 #include <string>
 #include <string_view>
@@ -29,11 +28,10 @@ public:
     static constexpr wchar_t Island = 0xFDD0;
 
     /// `text` and the flag, which may be null, must outlive the object.
-    CMarkupText(std::wstring_view text, const std::vector<SIsland>& islands,
-                const std::atomic<bool>* cancelled = nullptr);
+    CMarkupText(std::wstring_view text, const std::vector<SIsland>& islands, const SGiveUp* giveUp = nullptr);
 
     /// Whether nobody wants to know any more what is in the text.
-    bool IsCancelled() const { return m_cancelled && m_cancelled->load(std::memory_order_relaxed); }
+    bool IsCancelled() const { return m_giveUp && m_giveUp->IsSet(); }
 
     /// The copy, which ends with a NUL. Scanners may overwrite characters that they need not read again.
     wchar_t* Scan() { return m_scan.data(); }
@@ -66,7 +64,7 @@ private:
 
     std::wstring_view m_text;
     std::wstring m_scan;
-    const std::atomic<bool>* m_cancelled;
+    const SGiveUp* m_giveUp;
     std::size_t m_offset = 0;    ///< of the last position asked for
     std::size_t m_lineStart = 0; ///< of its line
     std::int64_t m_line = 0;

@@ -7,7 +7,7 @@
 namespace Kesh::SyntaxParser {
 
 SMarkupTrees BuildMarkupTrees(std::wstring_view text, EMarkup markup, const std::vector<SIsland>& islands,
-                              const std::atomic<bool>* cancelled)
+                              const SGiveUp* giveUp)
 {
     SMarkupTrees trees;
     CTreeWriter html(trees.html);
@@ -15,7 +15,7 @@ SMarkupTrees BuildMarkupTrees(std::wstring_view text, EMarkup markup, const std:
     // Most files of PHP hold nothing else.
     if (islands.size() == 1 && islands[0].begin == 0 && islands[0].end >= text.size())
         return trees;
-    CMarkupText source(text, islands, cancelled);
+    CMarkupText source(text, islands, giveUp);
     if (markup == EMarkup::Html)
         CHtmlTreeBuilder(source, html, css).Build();
     else

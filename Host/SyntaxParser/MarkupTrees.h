@@ -1,8 +1,8 @@
 #pragma once
 
 #include "Kesh/SyntaxParser/SemanticTree.h"
+#include "SyntaxParser/GiveUp.h"
 
-#include <atomic>
 #include <cstddef>
 #include <string_view>
 #include <vector>
@@ -31,6 +31,6 @@ struct SMarkupTrees
 /// order and do not overlap. The trees are not complete once the flag, which may be null, has been set.
 /// Reentrant.
 SMarkupTrees BuildMarkupTrees(std::wstring_view text, EMarkup markup, const std::vector<SIsland>& islands,
-                              const std::atomic<bool>* cancelled = nullptr);
+                              const SGiveUp* giveUp = nullptr);
 
 } // namespace Kesh::SyntaxParser

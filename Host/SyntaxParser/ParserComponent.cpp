@@ -65,6 +65,11 @@ boost::shared_ptr<ISPDocument> CParserComponent::Make(boost::shared_ptr<IReader>
                                                       const std::wstring& factoryName, bool ofFile) const
 {
     SDocumentSource source{path, factoryName};
+    if (!ofFile) {
+        const std::lock_guard lock(m_pathsMutex);
+        if (const auto open = m_openPaths.find(path); open != m_openPaths.end())
+            source.giveUp = open->second;
+    }
     if (m_parsedHook)
         source.parsed = [hook = m_parsedHook, path, ofFile](bool complete) {
             (*hook)({path, ofFile, complete});
@@ -123,7 +128,7 @@ void CParserComponent::OpenDocument(SDK::IDocument* document, const std::wstring
     opened.path = path;
     {
         const std::lock_guard lock(m_pathsMutex);
-        m_openPaths.insert(path);
+        m_openPaths[path] = std::make_shared<std::atomic<bool>>(false);
     }
     Editor::IDocBuffer* buffer = document->GetBuffer();
     if (factoryName.empty() || !buffer)
@@ -135,7 +140,7 @@ void CParserComponent::OpenDocument(SDK::IDocument* document, const std::wstring
         Host::Guard(L"open document", [&] { m_docCreated(syntax); });
 }
 
-void CParserComponent::CloseDocument(SDK::IDocument* document)
+void CParserComponent::CloseDocument(SDK::IDocument* document, bool wanted)
 {
     const auto found = m_opened.find(document);
     if (found == m_opened.end())
@@ -144,7 +149,9 @@ void CParserComponent::CloseDocument(SDK::IDocument* document)
         Host::Guard(L"close document", [&] { syntax->GetDocDestroySignal()(document); });
     {
         const std::lock_guard lock(m_pathsMutex);
-        m_openPaths.erase(found->second.path);
+        // From here on the checker begins no other parse.
+        if (const auto open = m_openPaths.extract(found->second.path); open && !wanted)
+            *open.mapped() = true;
     }
     m_opened.erase(found);
 }

@@ -8,7 +8,6 @@
 #include <map>
 #include <memory>
 #include <mutex>
-#include <set>
 #include <string>
 #include <vector>
 
@@ -35,8 +34,9 @@ public:
     /// Follows a host document from now on: a syntax document is made for it and announced, unless the empty
     /// factory name says that the file is of no language. GUI thread.
     void OpenDocument(SDK::IDocument* document, const std::wstring& factoryName);
-    /// Announces the end of its syntax document and drops it. GUI thread.
-    void CloseDocument(SDK::IDocument* document);
+    /// Announces the end of its syntax document and drops it. Unless what a check of it finds is still
+    /// `wanted`, one that runs is given up. GUI thread.
+    void CloseDocument(SDK::IDocument* document, bool wanted = true);
 
     /// A parse that has ended.
     struct SParsed
@@ -82,8 +82,9 @@ private:
     std::map<SDK::IDocument*, SOpened> m_opened; ///< GUI thread
     std::mutex m_phpMutex;
     std::shared_ptr<const std::function<bool(const std::wstring&)>> m_isPhp;
-    std::mutex m_pathsMutex;
-    std::set<std::wstring> m_openPaths; ///< the same files, for any thread
+    mutable std::mutex m_pathsMutex;
+    /// The same files, for any thread, each with what gives up the parses of its texts.
+    std::map<std::wstring, std::shared_ptr<std::atomic<bool>>> m_openPaths;
     std::function<void(const std::wstring&)> m_fileHook;
     std::shared_ptr<const TParsedHook> m_parsedHook;
     SOwnNames m_ownNames;

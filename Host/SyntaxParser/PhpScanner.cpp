@@ -41,7 +41,7 @@ CPhpScanner::CPhpScanner(std::wstring_view text, const std::vector<IStateRegionH
         fix(token, m_php.TokenDefs[PhpText]);
 }
 
-bool CPhpScanner::Run(std::vector<SIsland>* islands, const std::atomic<bool>* cancelled)
+bool CPhpScanner::Run(std::vector<SIsland>* islands, const SGiveUp* giveUp)
 {
     m_islands = islands;
     const wchar_t* p = m_text;
@@ -52,7 +52,7 @@ bool CPhpScanner::Run(std::vector<SIsland>* islands, const std::atomic<bool>* ca
         if (p < pause) {
             __builtin_prefetch(p + ReadAhead);
         } else {
-            if (cancelled && cancelled->load(std::memory_order_relaxed))
+            if (giveUp && giveUp->IsSet())
                 return false;
             if (const std::ptrdiff_t left = m_lexer.Limit() - p; left > ReadAhead)
                 pause = p + std::min(left - ReadAhead, LookInterval);

@@ -7,7 +7,6 @@
 #include "SyntaxParser/RegionEmitter.h"
 
 #include <array>
-#include <atomic>
 #include <cstdint>
 #include <vector>
 
@@ -24,7 +23,7 @@ public:
 
     /// Delivers every region. Appends the stretches of PHP to `islands` unless it is null. False when it has
     /// stopped early because the flag, which may be null, has been set.
-    bool Run(std::vector<SIsland>* islands, const std::atomic<bool>* cancelled = nullptr);
+    bool Run(std::vector<SIsland>* islands, const SGiveUp* giveUp = nullptr);
 
 private:
     /// What stands between two brackets.

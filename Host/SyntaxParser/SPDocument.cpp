@@ -111,6 +111,7 @@ public:
           m_tokenSource(boost::make_shared<CTokenSource>()),
           m_source(source)
     {
+        m_giveUp.byHost = source.giveUp;
     }
 
     boost::weak_ptr<SDK::IComponent1<ISPDocument>> GetComponent(const std::wstring& name) override
@@ -163,7 +164,7 @@ public:
             return;
         if (m_semanticParser.IsEnabled()) {
             const EMarkup markup = m_source.factory == CssFactory ? EMarkup::Css : EMarkup::Html;
-            SMarkupTrees trees = BuildMarkupTrees(text, markup, islands, m_cancelled);
+            SMarkupTrees trees = BuildMarkupTrees(text, markup, islands, &m_giveUp);
             const std::lock_guard lock(m_semanticMutex);
             m_trees = std::move(trees);
             m_treesBuilt = true;
@@ -172,10 +173,10 @@ public:
             m_endOfParse(this);
     }
 
-    void SetCancelFlag(const std::atomic<bool>* cancelled) override { m_cancelled = cancelled; }
+    void SetCancelFlag(const std::atomic<bool>* cancelled) override { m_giveUp.byAsker = cancelled; }
 
 private:
-    bool IsCancelled() const { return m_cancelled && *m_cancelled; }
+    bool IsCancelled() const { return m_giveUp.IsSet(); }
 
     /// Style sheets hold no PHP; everything else is scanned for it. False when the parse has been given up.
     bool SendRegions(std::wstring_view text, std::vector<SIsland>& islands)
@@ -192,7 +193,7 @@ private:
         }
         if (m_source.factory != CssFactory &&
             !CPhpScanner(text, handlers, m_tokenSource->Handlers())
-                 .Run(m_semanticParser.IsEnabled() ? &islands : nullptr, m_cancelled))
+                 .Run(m_semanticParser.IsEnabled() ? &islands : nullptr, &m_giveUp))
             return false;
         for (IStateRegionHandler* handler : handlers) {
             handler->SendRegsEnd();
@@ -205,7 +206,7 @@ private:
     boost::shared_ptr<CDocumentParser> m_parser;
     boost::shared_ptr<CTokenSource> m_tokenSource;
     SDocumentSource m_source;
-    const std::atomic<bool>* m_cancelled = nullptr;
+    SGiveUp m_giveUp;
     CHtmlSemanticParser m_semanticParser;
     EndOfParseSignal m_endOfParse;
     DocDestroySignal m_docDestroy;

@@ -2,6 +2,7 @@
 
 #include "Kesh/SyntaxParser/ISPDocument.h"
 
+#include <atomic>
 #include <boost/shared_ptr.hpp>
 #include <functional>
 #include <memory>
@@ -18,6 +19,8 @@ struct SDocumentSource
     Editor::IDocBuffer* buffer = nullptr;
     /// Called at the end of each Parse(), however it ends: true unless it was cancelled. May be unset.
     std::function<void(bool complete)> parsed = {};
+    /// Set once nobody wants what a parse finds, which then ends soon. May be null.
+    std::shared_ptr<const std::atomic<bool>> giveUp = {};
 };
 
 /// The factory name for a path by its ending: PHP for .php .phtml .inc .tpl .ctp, HTML for .html .htm, CSS

@@ -1,5 +1,6 @@
 #include "BaselineUse.h"
 
+#include "Application/FileIO.h"
 #include "Application/FilePath.h"
 #include "Base/Exception.h"
 #include "Commands.h"
@@ -26,6 +27,26 @@ std::wstring FileOf(const SOptions& options, const Configuration::SConfiguration
     return Host::AbsolutePath(configuration.root.empty() ? name : configuration.root + L'/' + name);
 }
 
+/// A settings file may be a stranger's: the file that it names is written only where and over what a baseline
+/// may be.
+void RequireBaseline(const std::wstring& file, const std::wstring& root)
+{
+    const auto refuse = [&](const std::string& why) {
+        throw Base::CWorkError(L"cannot write " + file + L": " + Host::PathFromBytes(why) +
+                                   L"; --baseline FILE writes it all the same",
+                               __LINE__, "apps/code-analyzer/BaselineUse");
+    };
+    if (!Host::LiesIn(root, file) || Host::LeadsOut(root, file))
+        refuse("it lies outside of the project");
+    if (Host::StampOf(file).size <= 0)
+        return;
+    try {
+        Findings::CBaseline::Read(file);
+    } catch (const Base::CWorkError& fault) {
+        refuse(fault.what());
+    }
+}
+
 } // namespace
 
 CBaselineUse::CBaselineUse(const SOptions& options, const Configuration::SConfiguration& configuration)
@@ -34,6 +55,15 @@ CBaselineUse::CBaselineUse(const SOptions& options, const Configuration::SConfig
     if (m_file.empty())
         return;
     if (m_generate) {
+        if (!options.baseline.empty() && Host::LeadsOut(L".", m_file))
+            throw Base::CWorkError(
+                L"cannot write " + m_file +
+                    L": is a link that leads out of the current folder; name the file that "
+                    L"it leads to",
+                __LINE__, "apps/code-analyzer/BaselineUse");
+        if (options.baseline.empty())
+            RequireBaseline(m_file,
+                            configuration.root.empty() ? Host::AbsolutePath(L".") : configuration.root);
         m_baseline.emplace(m_file.substr(0, m_file.rfind(L'/')));
         return;
     }
@@ -65,7 +95,7 @@ void CBaselineUse::Finish()
         try {
             m_baseline->Write(m_file);
         } catch (const Base::CWorkError& fault) {
-            Fail(m_file, fault);
+            Fail(L"cannot write " + m_file, fault);
         }
         std::fprintf(stderr, "code-analyzer: %s: %s written\n", Printable(m_file).c_str(),
                      Counted(m_baseline->Size(), "finding").c_str());

@@ -5,6 +5,7 @@
 #include "Base/Exception.h"
 #include "Commands.h"
 #include "Configuration/Composer.h"
+#include "Report/Printable.h"
 
 #include <filesystem>
 
@@ -44,21 +45,23 @@ int RunInit(const SOptions& options)
 {
     const std::wstring folder = Host::PathFromBytes(options.paths.empty() ? "." : options.paths.front());
     const std::wstring file = (options.paths.empty() ? L"" : folder + L'/') + Configuration::FileName;
-    if (!std::filesystem::is_directory(Host::PathToBytes(folder))) {
-        PrintProblem(folder, "not a folder");
+    std::error_code error;
+    if (!std::filesystem::is_directory(Host::PathToBytes(folder), error)) {
+        PrintProblem(folder, error ? error.message() : "not a folder");
         return ExitFailed;
     }
-    if (std::filesystem::exists(Host::PathToBytes(file))) {
+    // A link is there, too, whether or not it leads to anything.
+    if (std::filesystem::exists(std::filesystem::symlink_status(Host::PathToBytes(file), error))) {
         PrintProblem(file, "is there already; it has been left alone");
         return ExitFailed;
     }
     try {
         Host::WriteFileBytes(file, Configuration::InitialConfiguration());
     } catch (const Base::CWorkError& fault) {
-        PrintProblem(file, fault.what());
+        PrintProblem(file, std::string("cannot be written: ") + fault.what());
         return ExitFailed;
     }
-    std::printf("%s written; its comments say what can be set.\n", Host::PathToBytes(file).c_str());
+    std::printf("%s written; its comments say what can be set.\n", Printable(file).c_str());
     return ExitClean;
 }
 

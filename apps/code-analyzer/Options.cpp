@@ -1,5 +1,6 @@
 #include "Options.h"
 
+#include "Application/Printable.h"
 #include "Application/Version.h"
 #include "Completion.h"
 #include "Configuration/Configuration.h"
@@ -105,7 +106,6 @@ bool ParseOptions(int argc, char** argv, SOptions& options, int& exitCode)
     app.set_version_flag("--version", "code-analyzer " + Host::VersionText());
     app.require_subcommand(1);
     app.footer(Footer);
-    app.failure_message(CLI::FailureMessage::simple);
 
     CLI::App* check = app.add_subcommand("check", "Check files and folders");
     check->footer(CheckFooter + std::string(Footer));
@@ -179,14 +179,20 @@ bool ParseOptions(int argc, char** argv, SOptions& options, int& exitCode)
         }
     } catch (const CLI::ParseError& error) {
         if (argc > 1 && argv[1][0] != '-' && app.get_subcommands().empty()) {
-            std::cerr << "code-analyzer: unknown command \"" << argv[1]
+            std::cerr << "code-analyzer: unknown command \"" << Host::PrintableBytes(argv[1])
                       << "\"; the commands are check, project, language-server, init, explain, regions, "
                          "tree and completion (see --help)\n";
             exitCode = ExitFailed;
             return false;
         }
-        exitCode = app.exit(error, std::cout, std::cerr) == 0 ? ExitClean : ExitFailed;
-        if (exitCode != ExitClean && NamesDashedPath(argc, argv))
+        if (error.get_exit_code() == 0) { // help was asked for
+            app.exit(error, std::cout, std::cerr);
+            return false;
+        }
+        exitCode = ExitFailed;
+        // What stands on the command line may be the name of a file, filled in by a shell.
+        std::cerr << Host::PrintableBytes(error.what()) << "\nRun with --help for more information.\n";
+        if (NamesDashedPath(argc, argv))
             std::cerr << "A path that begins with a dash goes behind \"--\", as in: check -- -dash.php\n";
         return false;
     }

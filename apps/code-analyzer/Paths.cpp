@@ -2,6 +2,7 @@
 
 #include "Application/FilePath.h"
 #include "ChangedFiles.h"
+#include "Commands.h"
 #include "ProjectManager/FileFinder.h"
 
 #include <algorithm>
@@ -32,6 +33,8 @@ public:
     {
         return !ProjectManager::IsLeftOut(Host::FileName(below)) && !Excludes(below, absolute);
     }
+    /// Where links may lead.
+    const std::wstring& Project() const { return m_configuration.root; }
     bool Excludes(const std::wstring& path, const std::wstring& absolute) const
     {
         return MatchesPath(m_options.exclude, Host::PathToBytes(path)) || m_configuration.Excludes(absolute);
@@ -59,6 +62,8 @@ ProjectManager::SFileQuery QueryFor(const std::wstring& folder, const CSelection
 {
     const std::wstring prefix = WithSlash(Host::AbsolutePath(folder));
     ProjectManager::SFileQuery query;
+    query.project = selection.Project();
+    query.onLeadsOut = &PrintLeadsOut;
     query.takesFile = [&selection, prefix](const std::wstring& path) {
         return selection.TakesFile(path, prefix + path);
     };
@@ -87,16 +92,26 @@ std::vector<std::wstring> ChangedFilesOf(const std::wstring& path, bool isFolder
     for (const std::wstring& file : ChangedFiles(folder, options.changedRef)) {
         if (!isFolder && file == absolute)
             files.push_back(path);
-        else if (isFolder && ProjectManager::IsFoundIn(absolute, file, query))
-            files.push_back((path == L"."           ? L""
-                             : path.ends_with(L'/') ? path
-                                                    : path + L'/') +
-                            file.substr(absolute.size() + !absolute.ends_with(L'/')));
+        if (!isFolder || !ProjectManager::IsFoundIn(absolute, file, query))
+            continue;
+        const std::wstring shown = (path == L"."           ? L""
+                                    : path.ends_with(L'/') ? path
+                                                           : path + L'/') +
+                                   file.substr(absolute.size() + !absolute.ends_with(L'/'));
+        if (ProjectManager::IsForeign(absolute, file, query))
+            PrintLeadsOut(shown);
+        else
+            files.push_back(shown);
     }
     return files;
 }
 
 } // namespace
+
+void PrintLeadsOut(const std::wstring& path)
+{
+    PrintProblem(path, "skipped: a link that leads out of the project");
+}
 
 std::vector<SInput> CollectInputs(const SOptions& options, const Configuration::SConfiguration& configuration,
                                   const TPathError& onError)
@@ -118,6 +133,10 @@ std::vector<SInput> CollectInputs(const SOptions& options, const Configuration::
         }
         const std::wstring path = Host::PathFromBytes(bytes);
         std::error_code error;
+        if (!path.starts_with(L'/') && std::filesystem::current_path(error).empty()) {
+            onError(path, "the current folder is gone");
+            continue;
+        }
         const bool isFolder = std::filesystem::is_directory(bytes, error);
         if (error) {
             onError(path, error.message());

@@ -19,6 +19,8 @@ struct SInput
 
 /// Told of each path that cannot be read, with the reason.
 using TPathError = std::function<void(const std::wstring& path, const std::string& reason)>;
+/// Says of a file of a folder that it is not checked, since it is a link to somebody else's.
+void PrintLeadsOut(const std::wstring& path);
 
 /// The files that the paths of a check stand for, each once, in the order of the command line and sorted
 /// within a folder.

@@ -25,10 +25,12 @@ namespace {
 
 /// The files that `check` would take, so that both list the same.
 std::vector<std::wstring> FilesOf(const std::wstring& folder, const Configuration::SConfiguration& settings,
-                                  const TPathError& onError)
+                                  const TPathError& onError,
+                                  const std::function<void(const std::wstring&)>& onLeadsOut)
 {
     ProjectManager::SFileQuery query = Configuration::CheckedFiles(folder, settings);
     query.onError = onError;
+    query.onLeadsOut = onLeadsOut;
     return ProjectManager::FindFiles(folder, query);
 }
 
@@ -75,7 +77,8 @@ int RunProject(const SOptions& options)
 
     std::atomic<std::size_t> asked{0};
     application.Parser().SetFileHook([&](const std::wstring&) { ++asked; });
-    const std::vector<std::wstring> files = FilesOf(folder, configuration, onError);
+    const std::vector<std::wstring> files = FilesOf(
+        folder, configuration, onError, [&](const std::wstring& path) { PrintLeadsOut(shownPath(path)); });
     if (failed)
         return ExitFailed;
     CheckAllThatIsIncluded(session, configuration);

@@ -7,6 +7,7 @@
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
+#include <exception>
 #include <fcntl.h>
 #include <unistd.h>
 
@@ -14,7 +15,7 @@ namespace Kesh::CommandLine {
 
 void PrintProblem(const std::wstring& path, const std::string& reason)
 {
-    std::fprintf(stderr, "code-analyzer: %s: %s\n", Printable(path).c_str(), reason.c_str());
+    std::fprintf(stderr, "code-analyzer: %s: %s\n", Printable(path).c_str(), PrintableBytes(reason).c_str());
 }
 
 namespace {
@@ -35,7 +36,9 @@ int Run(const SOptions& options)
         if (options.command == ECommand::Regions || options.command == ECommand::Tree)
             PrintProblem(Host::PathFromBytes(options.paths.front()), fault.what());
         else
-            std::fprintf(stderr, "code-analyzer: %s\n", fault.what());
+            std::fprintf(stderr, "code-analyzer: %s\n", PrintableBytes(fault.what()).c_str());
+    } catch (const std::exception& fault) {
+        std::fprintf(stderr, "code-analyzer: %s\n", PrintableBytes(fault.what()).c_str());
     }
     return ExitFailed;
 }
@@ -53,7 +56,7 @@ void OccupyStandardDescriptors()
 void DropQtChatter(QtMsgType type, const QMessageLogContext& /*context*/, const QString& text)
 {
     if (type == QtCriticalMsg || type == QtFatalMsg)
-        std::fprintf(stderr, "code-analyzer: %s\n", qUtf8Printable(text));
+        std::fprintf(stderr, "code-analyzer: %s\n", PrintableBytes(qUtf8Printable(text)).c_str());
 }
 
 } // namespace

@@ -10,6 +10,8 @@
 #include "FindBar.h"
 #include "FormatChoice.h"
 #include "MessageStrip.h"
+#include "PlainTip.h"
+#include "ProjectManager/ProjectManager.h"
 #include "Prompts.h"
 #include "Texts.h"
 
@@ -102,7 +104,7 @@ std::unique_ptr<Editor::ITextHolder> CDocumentArea::MakeHolder(Host::CDocument& 
         editor->SetErrorIcon(m_errors->GetManager().GetIcon());
     m_making = true; // until the document has its text, nobody may ask it
     m_tabs->addTab(editor, Shown(Host::FileName(document.GetPath())).replace('&', QStringLiteral("&&")));
-    m_tabs->setTabToolTip(m_tabs->indexOf(editor), Shown(document.GetPath()));
+    m_tabs->setTabToolTip(m_tabs->indexOf(editor), PlainTip(Shown(document.GetPath())));
     ApplyTheme(*editor, m_choices.fontSize);
     m_stack->setCurrentWidget(m_tabs);
     m_watcher.addPath(Shown(document.GetPath()));
@@ -211,7 +213,7 @@ void CDocumentArea::UpdateTitle(const CCodeEditor* editor)
     if (document->IsModified())
         title += QStringLiteral(" *");
     m_tabs->setTabText(index, title);
-    m_tabs->setTabToolTip(index, Shown(document->GetPath()));
+    m_tabs->setTabToolTip(index, PlainTip(Shown(document->GetPath())));
     emit currentChanged();
 }
 
@@ -293,9 +295,38 @@ bool CDocumentArea::WriteDocument(Host::CDocument& document)
         if (!acceptLoss)
             return false;
     }
-    document.Save(acceptLoss);
+    if (!WriteAs(document.GetPath(),
+                 [&](const Host::SWriteRules& rules) { document.Save(acceptLoss, rules); }))
+        return false;
     if (CCodeEditor* editor = FindEditor(document.GetPath()))
         UpdateTitle(editor);
+    return true;
+}
+
+bool CDocumentArea::WriteAs(const std::wstring& path,
+                            const std::function<void(const Host::SWriteRules&)>& write)
+{
+    const QString name = Shown(Host::FileName(path));
+    const std::wstring& project = m_application.Project().GetFolder();
+    if (!project.empty() && Host::LeadsOut(project, path) && m_linksOut.count(path) == 0) {
+        if (!m_prompts->Confirm(Tr("%1 is a link out of the project, to %2. Save there?")
+                                    .arg(name, Shown(Host::ResolvedPath(Host::LinkTarget(path)))),
+                                Tr("&Save")))
+            return false;
+        m_linksOut.insert(path);
+    }
+    try {
+        write({});
+        return true;
+    } catch (const Host::CNoCopyBeside& fault) {
+        if (!m_prompts->Confirm(
+                Tr("%1 can only be written over in place: %2. If that were interrupted, a part "
+                   "of the file would be lost.")
+                    .arg(name, QString::fromStdWString(fault.GetMessage())),
+                Tr("&Save")))
+            return false;
+    }
+    write({true, true});
     return true;
 }
 
@@ -309,7 +340,7 @@ bool CDocumentArea::Save(Host::CDocument& document)
         m_watcher.addPath(Shown(document.GetPath()));
         return written;
     } catch (const Base::CWorkError& fault) {
-        Report(document.GetPath(), fault.GetMessage());
+        ReportUnsaved(document.GetPath(), fault.GetMessage());
         return false;
     }
 }
@@ -329,13 +360,16 @@ bool CDocumentArea::SaveAs(Host::CDocument& document)
     if (!CanWrite(document))
         return false;
     try {
-        m_watcher.removePath(Shown(document.GetPath()));
-        SettleDisk(document.GetPath());
-        m_application.Documents().SaveAs(document, path);
+        const QString before = Shown(document.GetPath());
+        if (!WriteAs(path, [&](const Host::SWriteRules& rules) {
+                m_application.Documents().SaveAs(document, path, rules);
+            }))
+            return false;
+        m_watcher.removePath(before);
+        SettleDisk(Host::PathFromQt(before));
         m_watcher.addPath(Shown(path));
     } catch (const Base::CWorkError& fault) {
-        m_watcher.addPath(Shown(document.GetPath()));
-        Report(path, fault.GetMessage());
+        ReportUnsaved(path, fault.GetMessage());
         return false;
     }
     if (CCodeEditor* editor = FindEditor(path)) {

@@ -109,6 +109,8 @@ private:
     void ColorTab(const CCodeEditor& editor);
     void OnErrorsChanged(const std::set<std::wstring>& files);
     bool WriteDocument(Host::CDocument& document);
+    /// Calls `write` as the user agrees to; false without that.
+    bool WriteAs(const std::wstring& path, const std::function<void(const Host::SWriteRules&)>& write);
     /// Whether the encoding has all characters; if not, says so.
     bool CanWrite(Host::CDocument& document);
     void Reload(Host::CDocument& document);
@@ -123,6 +125,7 @@ private:
     /// The state on disk is the document's, or nobody's concern any more.
     void SettleDisk(const std::wstring& path);
     void Report(const std::wstring& path, const std::wstring& reason);
+    void ReportUnsaved(const std::wstring& path, const std::wstring& reason);
 
     Host::CApplication& m_application;
     IPrompts* m_prompts;
@@ -136,6 +139,7 @@ private:
     SChoices m_choices;
     std::map<const QWidget*, Host::CDocument*> m_documents; ///< by editor
     bool m_making = false;                                  ///< a document is not complete yet
+    std::set<std::wstring> m_linksOut;                      ///< through which the user has agreed to save
     std::wstring m_refused; ///< the binary file that Open() was asked for last
     /// What was on disk, by path, when the user was told of it.
     std::map<std::wstring, Host::SFileStamp> m_toldStamps;

@@ -57,6 +57,12 @@ void CDocumentArea::Report(const std::wstring& path, const std::wstring& reason)
     m_strip->Show(shown + QStringLiteral(": ") + QString::fromStdWString(reason), std::move(answers), shown);
 }
 
+void CDocumentArea::ReportUnsaved(const std::wstring& path, const std::wstring& reason)
+{
+    const QString shown = Host::PathToQt(path);
+    m_strip->Show(Tr("%1 cannot be saved: %2").arg(shown, QString::fromStdWString(reason)), {}, shown);
+}
+
 void CDocumentArea::TellOfLineEnds(Host::CDocument& document)
 {
     if (!document.GetFormat().mixedLineEnds)

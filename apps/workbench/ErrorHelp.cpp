@@ -162,10 +162,11 @@ void CErrorHelp::WriteSettings(const SQuickFix& fix)
     if (file.empty())
         file = folder + L'/' + Configuration::FileName;
     try {
-        std::string text = Host::StampOf(file).size >= 0 ? Host::ReadFileBytes(file) : std::string();
-        text = fix.kind == SQuickFix::EKind::AddOwnName ? Configuration::WithOwnName(text, fix.list, fix.name)
-                                                        : Configuration::WithCodeOff(text, fix.code);
-        Host::WriteFileBytes(file, text);
+        Configuration::ChangeSettings(file, [&](const std::string& text) {
+            return fix.kind == SQuickFix::EKind::AddOwnName
+                       ? Configuration::WithOwnName(text, fix.list, fix.name)
+                       : Configuration::WithCodeOff(text, fix.code);
+        });
     } catch (const Base::CWorkError& fault) {
         emit failed(Host::PathToQt(file) + QStringLiteral(": ") +
                     QString::fromStdWString(fault.GetMessage()));

@@ -1,6 +1,7 @@
 #include "ErrorRowDelegate.h"
 
 #include "Kesh/CodeAnalyzer/SCAError.h"
+#include "PlainTip.h"
 #include "Severity.h"
 #include "Texts.h"
 
@@ -31,7 +32,7 @@ bool CErrorRowDelegate::helpEvent(QHelpEvent* event, QAbstractItemView* view,
     if (event->type() != QEvent::ToolTip || !index.isValid())
         return QStyledItemDelegate::helpEvent(event, view, option, index);
     // The whole text, which may not fit into its column.
-    QToolTip::showText(event->globalPos(), index.data().toString(), view);
+    QToolTip::showText(event->globalPos(), PlainTip(index.data().toString()), view);
     return true;
 }
 

@@ -1,6 +1,7 @@
 #include "FindBar.h"
 
 #include "CodeEditor.h"
+#include "ReplaceAll.h"
 #include "Texts.h"
 
 #include <QCheckBox>
@@ -105,25 +106,10 @@ void CFindBar::ReplaceAll()
 {
     if (!m_editor || m_pattern->text().isEmpty())
         return;
-    int count = 0;
-    m_editor->beginUndoAction();
-    // Without wrapping, a replacement that holds the pattern cannot be found again.
-    bool found = m_editor->findFirst(m_pattern->text(), m_regExp->isChecked(), m_matchCase->isChecked(),
-                                     m_wholeWord->isChecked(), false, true, 0, 0, false, false, true);
-    int lastLine = -1, lastIndex = -1;
-    while (found) {
-        int line = 0, index = 0, endLine = 0, endIndex = 0;
-        m_editor->getSelection(&line, &index, &endLine, &endIndex);
-        if (line == lastLine && index == lastIndex)
-            break; // an empty match would be found for ever
-        lastLine = line;
-        lastIndex = index;
-        m_editor->replace(m_replacement->text());
-        ++count;
-        found = m_editor->findNext();
-    }
-    m_editor->endUndoAction();
-    m_result->setText(count ? Tr("Replaced: %1").arg(count) : Tr("Not found"));
+    const int count =
+        Workbench::ReplaceAll(*m_editor, {m_pattern->text(), m_replacement->text(), m_matchCase->isChecked(),
+                                          m_wholeWord->isChecked(), m_regExp->isChecked()});
+    m_result->setText(count > 0 ? Tr("Replaced: %1").arg(count) : Tr("Not found"));
 }
 
 void CFindBar::Close()

@@ -2,6 +2,7 @@
 
 #include "Application/Fault.h"
 #include "Application/FilePath.h"
+#include "Application/Printable.h"
 #include "Base/Exception.h"
 #include "CodeEditor.h"
 #include "DocumentArea.h"
@@ -53,7 +54,7 @@ QPointer<CMainWindow> s_window; ///< where faults are shown
 /// Any thread.
 void ShowFault(const std::wstring& text)
 {
-    std::fprintf(stderr, "code-analyzer-workbench: %s\n", Host::PathToBytes(text).c_str());
+    std::fprintf(stderr, "code-analyzer-workbench: %s\n", Host::Printable(text).c_str());
     QMetaObject::invokeMethod(
         qApp,
         [shown = QString::fromStdWString(text)] {
@@ -145,7 +146,7 @@ CMainWindow::CMainWindow(Host::CFileSettings& settings, LangSupport::ILangSource
             Tr("The project's errors could not be kept: %1").arg(QString::fromStdWString(reason)));
         // For when the window is about to close.
         std::fprintf(stderr, "code-analyzer-workbench: the project's errors could not be kept: %s\n",
-                     Host::PathToBytes(reason).c_str());
+                     Host::Printable(reason).c_str());
         m_stays = true;
     });
     m_application->Project().GetDataReleasedSignal().connect([this] {
@@ -355,8 +356,12 @@ void CMainWindow::NewFile()
         return;
     const std::wstring path = Host::AbsolutePath(Host::PathFromQt(name));
     try {
-        if (Host::StampOf(path).size < 0)
+        if (Host::StampOf(path).size < 0) {
+            if (Host::LinkTarget(path) != path)
+                throw Base::CWorkError(L"is a link that leads nowhere", __LINE__,
+                                       "apps/workbench/MainWindow");
             Host::WriteFileBytes(path, "");
+        }
         m_area->Open(path);
     } catch (const Base::CWorkError& fault) {
         m_area->GetMessageStrip().Show(name + QStringLiteral(": ") +

@@ -1,6 +1,7 @@
 #include "SearchPanel.h"
 
 #include "Application/FilePath.h"
+#include "PlainTip.h"
 #include "Texts.h"
 
 #include <QAbstractTableModel>
@@ -36,9 +37,9 @@ public:
     QVariant data(const QModelIndex& index, int role) const override
     {
         const SSearchHit& hit = At(index.row());
-        if (role == Qt::ToolTipRole && index.column() == 0)
-            return Host::PathToQt(hit.file);
-        if (role != Qt::DisplayRole && role != Qt::ToolTipRole)
+        if (role == Qt::ToolTipRole)
+            return PlainTip(index.column() == 0 ? Host::PathToQt(hit.file) : hit.line);
+        if (role != Qt::DisplayRole)
             return {};
         if (index.column() == 1)
             return hit.line;
@@ -90,6 +91,7 @@ CSearchPanel::CSearchPanel(TPlace place)
     prepare(*m_files, "searchFiles", Tr("In files such as *.php, or all"));
     m_start->setObjectName(QStringLiteral("searchStart"));
     m_state->setObjectName(QStringLiteral("searchState"));
+    m_state->setTextFormat(Qt::PlainText);
     m_list->setObjectName(QStringLiteral("searchHits"));
     m_list->setAccessibleName(Tr("Found places"));
     m_list->setModel(m_model);

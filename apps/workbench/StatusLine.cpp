@@ -44,8 +44,10 @@ CStatusLine::CStatusLine(QStatusBar& bar)
         button->setAutoRaise(true);
         button->setFocusPolicy(Qt::TabFocus);
     }
-    for (QLabel* label : {m_progressText, m_counts, m_caret})
+    for (QLabel* label : {m_progressText, m_counts, m_caret}) {
         label->setContentsMargins(8, 0, 8, 0);
+        label->setTextFormat(Qt::PlainText);
+    }
     for (QWidget* widget : std::initializer_list<QWidget*>{m_progressText, m_progress, m_stop, m_counts,
                                                            m_encoding, m_lineEnds, m_caret})
         bar.addPermanentWidget(widget);

@@ -7,6 +7,7 @@
 #include "LangSupport/Translations.h"
 #include "MainWindow.h"
 #include "ProjectManager/ProjectManager.h"
+#include "ReplaceAll.h"
 #include "TempFolder.h"
 
 #include <QDockWidget>
@@ -226,6 +227,32 @@ void Keystroke(benchmark::State& state)
     made.window.GetArea().DiscardAll();
 }
 BENCHMARK(Keystroke)->Unit(benchmark::kMillisecond);
+
+// So many matches in a file: words, a regular expression, and one on a single line.
+void ReplaceAll(benchmark::State& state)
+{
+    enum { Words, RegExp, OneLine };
+    CWindow made;
+    std::string text = "<?php\n";
+    for (int i = 0; i < state.range(0); ++i)
+        text += std::string("    $total = array_sum($items) + 1;") + (state.range(1) == OneLine ? ' ' : '\n');
+    made.window.GetArea().Open(made.folder.Write(L"big.php", text));
+    Workbench::CCodeEditor& editor = *made.window.GetArea().GetCurrentEditor();
+    QTest::qWait(300);
+    Workbench::SReplaceOrder order{"total", "sum"};
+    Workbench::SReplaceOrder back{"sum =", "total ="};
+    if (state.range(1) != Words) {
+        order = {"\\$(\\w+) =", "$\\1 =", false, false, true};
+        back = order;
+    }
+    for (auto _ : state) {
+        if (Workbench::ReplaceAll(editor, order) != state.range(0))
+            state.SkipWithError("not all were replaced");
+        std::swap(order, back);
+    }
+    made.window.GetArea().DiscardAll();
+}
+BENCHMARK(ReplaceAll)->Unit(benchmark::kMillisecond)->ArgsProduct({{12500, 25000, 51282, 100000}, {0, 1, 2}});
 
 } // namespace
 

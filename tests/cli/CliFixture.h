@@ -22,8 +22,12 @@ protected:
 
     SResult Run(const QStringList& arguments, const std::string& input = {})
     {
+        return RunIn({}, arguments, input);
+    }
+    SResult RunIn(const std::wstring& folder, const QStringList& arguments, const std::string& input = {})
+    {
         QProcess process;
-        process.setWorkingDirectory(Kesh::Host::PathToQt(m_folder.Path()));
+        process.setWorkingDirectory(Kesh::Host::PathToQt(m_folder.Path(folder)));
         process.setProcessEnvironment(m_environment);
         process.start(PROGRAM, arguments);
         process.write(input.data(), static_cast<qint64>(input.size()));

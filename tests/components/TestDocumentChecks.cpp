@@ -67,6 +67,31 @@ TEST_F(DocumentChecksTest, AnOpenedDocumentIsCheckedAndMarkedEverywhere)
     EXPECT_EQ(error.code, 252);
 }
 
+TEST_F(DocumentChecksTest, TheCheckOfAClosedDocumentIsGivenUpUnlessTheProjectWantsIt)
+{
+    const CTempFolder folder;
+    for (const bool isMember : {false, true}) {
+        const std::wstring path = folder.Write(L"a.php", Faulty(5000));
+        if (isMember)
+            m_host->application.OpenProject(folder.Path());
+        WaitUntil([&] { return !m_host->application.Threads().IsRunning(); }, "the project's check");
+        Gate().Close();
+        const int begun = Gate().GetBegun();
+        const int ended = Gate().GetEnded();
+        Host::CDocument& document = m_host->Open(path, Faulty(5000));
+        WaitForChecks(begun + 1);
+        m_host->Close(document);
+        bool removed = false;
+        const boost::signals2::scoped_connection connection =
+            m_host->Errors().GetRemovedSignal().connect([&](const std::wstring&) { removed = true; });
+        Gate().Open();
+        WaitUntil([&] { return removed || Gate().GetEnded() > ended; }, "the end of the check");
+        Settle();
+        EXPECT_EQ(Gate().GetEnded() > ended, isMember);
+        EXPECT_EQ(Count(path) > 0, isMember);
+    }
+}
+
 TEST_F(DocumentChecksTest, ANulDoesNotEndTheText)
 {
     Host::CDocument& document = m_host->Open(L"/a.php", std::string("<?php // \0\n/*\0\0*/ else;\n", 24));
@@ -144,6 +169,8 @@ TEST_F(DocumentChecksTest, ClosingEndsTheErrorsUnlessTheProjectHasTheFile)
             WaitForErrors(outside, 2);
         }
         m_host->Close(first);
+        // As by a host that gives no check up.
+        m_host->application.Parser().CloseDocument(&second);
         m_host->Close(second);
         Gate().Open();
         WaitUntil([&] { return added == 1 && Count(outside) == 0; }, "posted, then removed");

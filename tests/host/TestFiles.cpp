@@ -2,7 +2,6 @@
 #include "Application/FilePath.h"
 #include "Base/Exception.h"
 #include "Editor/TextFile.h"
-#include "Limits.h"
 #include "TempFolder.h"
 
 #include <filesystem>
@@ -68,54 +67,6 @@ TEST(FileIO, WhatIsNoReadableFileIsRefusedWithAReason)
         } catch (const Base::CWorkError& fault) {
             EXPECT_EQ(fault.GetMessage(), reason);
         }
-    }
-}
-
-TEST(FileIO, WritingReplacesTheTargetOfALinkAndKeepsItsMode)
-{
-    const CTempFolder folder;
-    const std::wstring file = folder.Write(L"file", "old");
-    const std::string link = Host::PathToBytes(folder.Path(L"link"));
-    std::filesystem::create_symlink(Host::PathToBytes(file), link);
-    ::chmod(Host::PathToBytes(file).c_str(), 0640);
-    Host::WriteFileBytes(folder.Path(L"link"), "new\0bytes"s);
-    EXPECT_EQ(Host::ReadFileBytes(file), "new\0bytes"s);
-    EXPECT_TRUE(std::filesystem::is_symlink(link));
-    struct stat status = {};
-    ASSERT_EQ(::stat(link.c_str(), &status), 0);
-    EXPECT_EQ(status.st_mode & 0777, 0640u);
-    EXPECT_THROW(Host::WriteFileBytes(folder.Path(L"no/such/folder"), "x"), Base::CWorkError);
-}
-
-TEST(FileIO, AFailedSaveLeavesTheFileAsItWasAndSaysWhy)
-{
-    const CTempFolder folder;
-    struct SCase
-    {
-        const wchar_t* name;
-        std::size_t size;
-        const wchar_t* reason;
-    };
-    const SCase cases[] = {{L"a", 0, nullptr}, // needs no room
-                           {L"a", 25, L"File too large"},
-                           {L"a", 20000, L"File too large"},
-                           {L"no/such/folder", 25, L"No such file or directory"},
-                           {L"a/b", 25, L"Not a directory"},
-                           {L"", 25, L"is a folder"}};
-    for (const SCase& c : cases) {
-        const std::wstring file = folder.Write(L"a", "old text of the file");
-        std::wstring reason;
-        try {
-            const CFullDisk full;
-            Host::WriteFileBytes(folder.Path(c.name), std::string(c.size, 'x'));
-        } catch (const Base::CWorkError& fault) {
-            reason = fault.GetMessage();
-        }
-        EXPECT_EQ(reason, c.reason ? c.reason : L"");
-        EXPECT_EQ(Host::ReadFileBytes(file), c.reason ? "old text of the file" : "");
-        EXPECT_EQ(std::distance(std::filesystem::directory_iterator(Host::PathToBytes(folder.Path())),
-                                std::filesystem::directory_iterator()),
-                  1);
     }
 }
 

@@ -119,11 +119,12 @@ TEST_F(ProjectFolder, WhatAKilledSaveHasLeftIsRemovedLater)
         const wchar_t* name;
         int hours; ///< since it was last written
         bool stays;
-    } cases[] = {{L"errors.aBcDeF", 2, false},
-                 {L"errors.GhIjKl", 0, true},
-                 {L"errors.backup1", 2, true},
-                 {L"errors.oldest.x", 2, true},
-                 {L"other.aBcDeF", 2, true}};
+    } cases[] = {{L".code-analyzer-part-0123456789abcdef", 2, false},
+                 {L".code-analyzer-part-0123456789abcdee", 0, true},
+                 {L".code-analyzer-part-0123456789abcdefg", 2, true},
+                 {L".code-analyzer-part-0123456789abcdeF", 2, true},
+                 {L"errors.backup", 2, true},
+                 {L"errors.aBcDeF", 2, true}};
     const auto path = [&](const wchar_t* name) {
         return Host::PathToBytes(m_folder.Path(std::wstring(L".code-analyzer/") + name));
     };
@@ -136,6 +137,64 @@ TEST_F(ProjectFolder, WhatAKilledSaveHasLeftIsRemovedLater)
     for (const auto& c : cases)
         EXPECT_EQ(std::filesystem::exists(path(c.name)), c.stays) << path(c.name);
     EXPECT_EQ(Project().GetData(L"errors"), L"new");
+}
+
+TEST_F(ProjectFolder, NothingIsReadOrWrittenThroughLinksOfAProject)
+{
+    namespace fs = std::filesystem;
+    const auto path = [&](const wchar_t* name) { return Host::PathToBytes(m_folder.Path(name)); };
+    struct SCase
+    {
+        const char* title;
+        const wchar_t* link;
+        const wchar_t* target;
+    };
+    const SCase cases[] = {
+        {"the text", L"p/.code-analyzer/errors", L"outside/errors"},
+        {"a text that is not there", L"p/.code-analyzer/errors", L"outside/new"},
+        {"the folder", L"p/.code-analyzer", L"outside"},
+        {"a folder that is not there", L"p/.code-analyzer", L"nowhere"},
+    };
+    for (const SCase& c : cases) {
+        SCOPED_TRACE(c.title);
+        for (const wchar_t* folder : {L"p", L"outside"})
+            fs::remove_all(path(folder));
+        m_folder.Write(L"p/a.php", "");
+        const std::string part = path(L"outside/.code-analyzer-part-0123456789abcdef");
+        m_folder.Write(L"outside/.code-analyzer-part-0123456789abcdef", "");
+        fs::last_write_time(part, fs::file_time_type::clock::now() - std::chrono::hours(2));
+        m_folder.Write(L"outside/errors", "old");
+        fs::create_directories(fs::path(path(c.link)).parent_path());
+        fs::create_symlink(path(c.target), path(c.link));
+        m_host.OpenProject(m_folder.Path(L"p"));
+        std::wstring reason;
+        const boost::signals2::scoped_connection told =
+            m_host.Project().GetDataErrorSignal().connect([&](const std::wstring& r) { reason = r; });
+        EXPECT_EQ(Project().GetData(L"errors"), L"");
+        Project().SetData(L"errors", L"x");
+        EXPECT_NE(reason.find(L"is a link"), std::wstring::npos);
+        EXPECT_EQ(Host::ReadFileBytes(m_folder.Path(L"outside/errors")), "old");
+        EXPECT_TRUE(fs::exists(part));
+        EXPECT_EQ(std::distance(fs::directory_iterator(path(L"outside")), fs::directory_iterator()), 2);
+        EXPECT_FALSE(fs::exists(path(L"nowhere")));
+        m_host.Project().Close();
+    }
+}
+
+TEST_F(ProjectFolder, WhatIsKeptIsAlwaysIgnored)
+{
+    const std::wstring ignore = m_folder.Path(L".code-analyzer/.gitignore");
+    m_host.OpenProject(m_folder.Path());
+    {
+        const CFullDisk full;
+        Project().SetData(L"errors", L"x");
+    }
+    EXPECT_LT(Host::StampOf(ignore).size, 0);
+    Project().SetData(L"errors", L"x");
+    EXPECT_EQ(Host::ReadFileBytes(ignore), "*\n");
+    m_folder.Write(L".code-analyzer/.gitignore", "mine");
+    Project().SetData(L"errors", L"x");
+    EXPECT_EQ(Host::ReadFileBytes(ignore), "mine");
 }
 
 TEST_F(ProjectFolder, AKilledSaveLeavesTheOldOrTheNewText)
@@ -161,6 +220,49 @@ TEST_F(ProjectFolder, AKilledSaveLeavesTheOldOrTheNewText)
         ASSERT_TRUE(found == texts[0] || found == texts[1]) << "length " << found.size();
     }
     EXPECT_EQ(killedWhileSaving, 40);
+}
+
+TEST(FileFinder, LinksAreFollowedWithinTheProjectOnly)
+{
+    const CTempFolder folder;
+    const auto link = [&](const wchar_t* name, const char* target) {
+        std::filesystem::create_symlink(target, Host::PathToBytes(folder.Path(name)));
+    };
+    folder.Write(L"outside.php", "");
+    folder.Write(L"p/other/b.php", "");
+    folder.Write(L"p/src/a.php", "");
+    link(L"p/src/in.php", "a.php");
+    link(L"p/src/aside.php", "../other/b.php");
+    link(L"p/src/out.php", "../../outside.php");
+    link(L"p/src/round.php", "../src/out.php");
+    link(L"p/src/gone.php", "nothing.php");
+    link(L"byname", "p/src");
+    struct SCase
+    {
+        const wchar_t* folder;
+        std::wstring project; ///< of the query
+        std::vector<std::wstring> found;
+        std::vector<std::wstring> foreign;
+    };
+    const SCase cases[] = {
+        {L"p/src", {}, {L"a.php", L"in.php"}, {L"aside.php", L"out.php", L"round.php"}},
+        {L"p/src", folder.Path(L"p"), {L"a.php", L"aside.php", L"in.php"}, {L"out.php", L"round.php"}},
+        {L"p/src", folder.Path(L"x"), {L"a.php", L"in.php"}, {L"aside.php", L"out.php", L"round.php"}},
+        {L"byname", {}, {L"a.php", L"in.php"}, {L"aside.php", L"out.php", L"round.php"}},
+    };
+    for (const SCase& c : cases) {
+        ProjectManager::SFileQuery query;
+        query.takesFile = [](const std::wstring&) { return true; };
+        query.project = c.project;
+        std::vector<std::wstring> foreign;
+        query.onLeadsOut = [&](const std::wstring& path) { foreign.push_back(Host::FileName(path)); };
+        std::vector<std::wstring> found = ProjectManager::FindFiles(folder.Path(c.folder), query);
+        for (std::wstring& path : found)
+            path = Host::FileName(path);
+        std::sort(foreign.begin(), foreign.end());
+        EXPECT_EQ(found, c.found);
+        EXPECT_EQ(foreign, c.foreign);
+    }
 }
 
 TEST(FileFinder, AnUnreadableOrVanishedFolderIsReportedAndTheRestFound)

@@ -1,11 +1,13 @@
 // What a server answers to whatever comes, message by message, in one process.
 
+#include "Application/FileIO.h"
 #include "Application/HeadlessHost.h"
 #include "Application/PluginLoader.h"
 #include "LanguageServer/Server.h"
 
 #include <QCoreApplication>
 #include <QDeadlineTimer>
+#include <algorithm>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <optional>
@@ -101,6 +103,31 @@ protected:
 
 const std::string Wrong = "<?php\n$a = 1;\n$b = = 2;\n";
 const std::string Found = "2:5-2:6 1025";
+
+TEST_F(Server, ATextThatIsTooLargeIsNotCheckedAndTheUserIsTold)
+{
+    Initialize();
+    const auto told = [this] {
+        return std::count_if(m_sent.begin(), m_sent.end(), [](const json& message) {
+            return message.value("method", "") == "window/showMessage" &&
+                   message["params"]["message"] == "big.php is larger than 64 MiB, and is not checked";
+        });
+    };
+    // A character of the text may be several bytes of the file.
+    std::string text = Wrong + "// ";
+    while (text.size() < Host::MaxFileBytes - 2)
+        text += "\xE2\x82\xAC";
+    text.resize(Host::MaxFileBytes, ' ');
+    LanguageServer::CServerText known;
+    known.ReplaceAll(LanguageServer::TextFromUtf8(text));
+    EXPECT_FALSE(known.IsTooLarge());
+    Open("file:///big.php", text + ' ');
+    EXPECT_THAT(Await("file:///big.php", 1), IsEmpty());
+    EXPECT_EQ(told(), 1);
+    Change("file:///big.php", 2, {{{"text", Wrong}}});
+    EXPECT_THAT(Await("file:///big.php", 2), ::testing::ElementsAre(Found));
+    EXPECT_EQ(told(), 1);
+}
 
 TEST_F(Server, AnswersEveryRequestOnceAndNothingElse)
 {

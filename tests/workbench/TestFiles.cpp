@@ -1,7 +1,9 @@
 #include "Application/FileIO.h"
 #include "Application/FilePath.h"
 #include "FindBar.h"
+#include "Limits.h"
 #include "MessageStrip.h"
+#include "ReplaceAll.h"
 #include "WorkbenchFixture.h"
 
 #include <QCloseEvent>
@@ -13,6 +15,7 @@
 #include <QUrl>
 #include <filesystem>
 #include <gmock/gmock.h>
+#include <sys/stat.h>
 
 using namespace Kesh;
 using Workbench::CCodeEditor;
@@ -235,7 +238,8 @@ TEST_F(Files, AFailureIsToldAboveTheEditor)
     Open(m_folder.Write(L"gone/a.php", "x")).append("y");
     std::filesystem::remove_all(Host::PathToBytes(m_folder.Path(L"gone")));
     Trigger("&Save");
-    EXPECT_THAT(Strip().toStdString(), ::testing::HasSubstr("gone/a.php: "));
+    EXPECT_THAT(Strip().toStdString(),
+                ::testing::HasSubstr("gone/a.php cannot be saved: No such file or directory"));
     EXPECT_TRUE(Window().isWindowModified());
     Window().OpenProject(m_folder.Path(L"gone"));
     ASSERT_TRUE(WaitFor([&] { return Strip().contains("gone: No such file"); }));
@@ -276,6 +280,127 @@ TEST_F(Files, FindAndReplace)
     EXPECT_EQ(editor.text(), "one two One\none\n");
     QTest::keyClick(pattern, Qt::Key_Escape);
     EXPECT_FALSE(Area().GetFindBar().isVisible());
+}
+
+TEST_F(Files, AllThatIsFoundIsReplacedInOneStep)
+{
+    using CIterator = SyntaxParser::CIterator;
+    struct SCase
+    {
+        Workbench::SReplaceOrder order; ///< pattern, replacement; case, words, regular expression
+        std::string before;
+        std::string after;
+        int count;
+        CIterator caret; ///< before and after
+        CIterator moved;
+    };
+    const SCase cases[] = {
+        {{"one", "one1"}, "one two One\n", "one1 two one1\n", 2, {7, 0}, {8, 0}},
+        {{"one", "1", true}, "one two One\n", "1 two One\n", 1, {11, 0}, {9, 0}},
+        {{"one", "", false, true}, "one ones\none", " ones\n", 2, {0, 1}, {0, 1}},
+        {{"\u00E9", "\u00E9\u00E9", true},
+         "\xC3\xA9x\xC3\xA9\n",
+         "\xC3\xA9\xC3\xA9x\xC3\xA9\xC3\xA9\n",
+         2,
+         {2, 0},
+         {3, 0}},
+        {{"a", "b\nb"}, "xax\nxax\n", "xb\nbx\nxb\nbx\n", 2, {1, 1}, {1, 2}},
+        {{"(\\w+)=(\\w+)", "\\2=\\1\\t\\\\\\0\\3\\q", false, false, true},
+         "a=b, cd=e",
+         "b=a\t\\a=b\\q, e=cd\t\\cd=e\\q",
+         2,
+         {2, 0},
+         {10, 0}},
+        {{"^", "> ", false, false, true}, "a\n\nb", "> a\n> \n> b", 3, {1, 0}, {3, 0}},
+        {{"$", ";", false, false, true}, "a\nb\n", "a;\nb;\n;", 3, {0, 1}, {0, 1}},
+        {{"x*", "-", false, false, true}, "xxa", "--a-", 3, {0, 0}, {0, 0}},
+        {{"none", "x"}, "one\n", "one\n", 0, {1, 0}, {1, 0}},
+        {{"(", "x", false, false, true}, "one(\n", "one(\n", 0, {1, 0}, {1, 0}},
+        {{"a", "b"}, std::string("\0a\0", 3), std::string("\0b\0", 3), 1, {2, 0}, {2, 0}},
+    };
+    for (const SCase& c : cases) {
+        SCOPED_TRACE(c.order.pattern.toStdString());
+        CCodeEditor editor;
+        const auto text = [&] { return Host::PathToBytes(editor.GetContent()); };
+        editor.SetContent(Host::PathFromBytes(c.before));
+        editor.SetCaretPosition(c.caret);
+        int changes = 0;
+        QObject::connect(&editor, &CCodeEditor::SCN_MODIFIED, [&](int, int type) {
+            changes += (type & (CCodeEditor::SC_MOD_INSERTTEXT | CCodeEditor::SC_MOD_DELETETEXT)) != 0;
+        });
+        EXPECT_EQ(Workbench::ReplaceAll(editor, c.order), c.count);
+        EXPECT_EQ(text(), c.after);
+        EXPECT_EQ(editor.GetCaretPosition(), c.moved);
+        EXPECT_LE(changes, 2) << "out with the old, in with the new";
+        EXPECT_EQ(editor.isUndoAvailable(), c.before != c.after);
+        if (editor.isUndoAvailable())
+            editor.undo();
+        EXPECT_EQ(text(), c.before);
+        EXPECT_FALSE(editor.isUndoAvailable());
+    }
+}
+
+TEST_F(Files, ReplacingKeepsFoldsMarksAndView)
+{
+    std::string php = "<?php\n";
+    for (int i = 0; i < 100; ++i)
+        php += "function f() {\n    one();\n}\n";
+    m_folder.Write(L"p/a.php", php + "$a = = 1;\n");
+    OpenProject(m_folder.Path(L"p"));
+    CCodeEditor& editor = Open(m_folder.Path(L"p/a.php"));
+    ASSERT_TRUE(WaitForRows(1));
+    editor.SetCaretPosition({0, 300});
+    editor.setFirstVisibleLine(280);
+    editor.SetFolds({1, 4});
+    const QList<int> folds = editor.contractedFolds();
+    ASSERT_FALSE(folds.isEmpty());
+    const int view = editor.firstVisibleLine();
+    ASSERT_TRUE(WaitFor([&] { return !MarkedLines(editor).isEmpty(); }));
+    const QList<int> marks = MarkedLines(editor);
+    EXPECT_EQ(Workbench::ReplaceAll(editor, {"one", "two"}), 100);
+    EXPECT_EQ(editor.contractedFolds(), folds);
+    EXPECT_EQ(editor.firstVisibleLine(), view);
+    EXPECT_EQ(MarkedLines(editor), marks);
+    EXPECT_EQ(editor.GetCaretPosition(), (SyntaxParser::CIterator{0, 300}));
+    editor.setModified(false);
+}
+
+TEST_F(Files, WhatASaveMightCostNeedsConsent)
+{
+    namespace fs = std::filesystem;
+    const auto bytes = [&](const wchar_t* name) { return Host::PathToBytes(m_folder.Path(name)); };
+    m_folder.Write(L"outside.php", "old");
+    m_folder.Write(L"p/closed/a.php", "old");
+    fs::create_symlink("../outside.php", bytes(L"p/link.php"));
+    ::chmod(bytes(L"p/closed").c_str(), 0555);
+    OpenProject(m_folder.Path(L"p"));
+    struct SCase
+    {
+        const wchar_t* name;
+        const char* question; ///< part of it
+    };
+    for (const SCase& c :
+         {SCase{L"p/closed/a.php", "a.php can only be written over in place: its folder takes "
+                                   "no other file: Permission denied. "},
+          SCase{L"p/link.php", "link.php is a link out of the project, to "}}) {
+        const std::wstring path = m_folder.Path(c.name);
+        Open(path).append("x");
+        for (const bool agreed : {false, true}) {
+            m_prompts.m_confirm = agreed;
+            const CPlainUser plain;
+            EXPECT_EQ(Area().Save(*Area().GetCurrent()), agreed);
+            EXPECT_THAT(m_prompts.m_asked.join("").toStdString(), ::testing::StartsWith(c.question));
+            EXPECT_EQ(Bytes(path), agreed ? "oldx" : "old");
+        }
+        // Asked once for a link; a crash may come each time.
+        m_prompts.m_asked.clear();
+        Area().GetCurrentEditor()->append("y");
+        const CPlainUser plain;
+        EXPECT_TRUE(Area().Save(*Area().GetCurrent()));
+        EXPECT_EQ(m_prompts.m_asked.isEmpty(), c.name == std::wstring_view(L"p/link.php"));
+    }
+    EXPECT_TRUE(fs::is_symlink(bytes(L"p/link.php")));
+    ::chmod(bytes(L"p/closed").c_str(), 0755);
 }
 
 TEST_F(Files, LinesBecomeCommentsOfTheirLanguage)

@@ -3,12 +3,17 @@
 #include "SearchPanel.h"
 #include "WorkbenchFixture.h"
 
+#include <QApplication>
 #include <QCheckBox>
+#include <QHeaderView>
+#include <QHelpEvent>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
 #include <QTest>
+#include <QTextDocument>
 #include <QTimer>
+#include <QToolTip>
 #include <QTreeView>
 
 using namespace Kesh;
@@ -89,6 +94,40 @@ TEST_F(Search, FindsWhatIsAskedFor)
     EXPECT_EQ(Part<QLabel>("searchState").text(), "Found: 2, in 3 files that were searched");
     Area().GetCurrentEditor()->setModified(false);
     Shoot(Window(), "search");
+}
+
+TEST_F(Search, LinesThatLookLikeHtmlAreShownAsTheyAre)
+{
+    const QString evil = "<img src='file:///x'><b>total</b> & <!-- -->";
+    m_folder.Write(L"p/<b>a<.php", evil.toStdString() + " = = 1;\n<?php $a = = <b>1;\n");
+    const auto shown = [](const QString& tip) {
+        if (!Qt::mightBeRichText(tip))
+            return tip;
+        QTextDocument document;
+        document.setHtml(tip);
+        return document.toPlainText();
+    };
+    Trigger("&Look for new files");
+    ASSERT_EQ(Find("src", "*.php").size(), 1);
+    const QModelIndex hit = List().model()->index(0, 1);
+    EXPECT_EQ(shown(hit.data(Qt::ToolTipRole).toString()), hit.data().toString());
+    EXPECT_EQ(shown(hit.siblingAtColumn(0).data(Qt::ToolTipRole).toString()),
+              Host::PathToQt(m_folder.Path(L"p/<b>a<.php")));
+    Open(m_folder.Path(L"p/<b>a<.php"));
+    EXPECT_EQ(shown(Area().GetTabs().tabToolTip(0)), Host::PathToQt(m_folder.Path(L"p/<b>a<.php")));
+    ASSERT_TRUE(WaitForRows(1));
+    const QRect row = Bar()->visualItemRect(Bar()->topLevelItem(0));
+    for (int column = 0; column < 3; ++column) {
+        const QPoint point(Bar()->header()->sectionViewportPosition(column) + 2, row.center().y());
+        QHelpEvent help(QEvent::ToolTip, point, Bar()->viewport()->mapToGlobal(point));
+        QApplication::sendEvent(Bar()->viewport(), &help);
+        EXPECT_EQ(shown(QToolTip::text()), Bar()->topLevelItem(0)->data(column, Qt::DisplayRole).toString());
+    }
+    // Labels say how they take their texts.
+    for (const QLabel* label : Window().findChildren<QLabel*>()) {
+        EXPECT_FALSE(label->textFormat() == Qt::AutoText && Qt::mightBeRichText(label->text()))
+            << label->text().toStdString();
+    }
 }
 
 TEST_F(Search, EnterOpensThePlace)

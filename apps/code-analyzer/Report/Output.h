@@ -1,6 +1,7 @@
 #pragma once
 
-#include <QFileDevice>
+#include "Application/FileReplacement.h"
+
 #include <cstdio>
 #include <memory>
 #include <string>
@@ -18,21 +19,23 @@ public:
     explicit COutput(std::FILE* stream) : m_stream(stream) {}
     /// `file` is bytes, as the user gave them.
     explicit COutput(const std::string& file);
+    COutput(const COutput&) = delete;
+    COutput& operator=(const COutput&) = delete;
+    ~COutput();
 
     void Write(std::string_view bytes);
     /// Once, at the end.
     void Commit();
     /// Whether people read along.
     bool IsTerminal() const;
-    /// Null for a file.
-    std::FILE* Stream() const { return m_stream; }
+    /// Standard output; null for what has a name.
+    std::FILE* Stream() const { return m_device ? nullptr : m_stream; }
 
 private:
-    void Check(bool done) const;
-
     std::FILE* m_stream = nullptr;
-    std::string m_name;
-    std::unique_ptr<QFileDevice> m_file;
+    std::FILE* m_device = nullptr; ///< the same, when it is owned
+    std::wstring m_name;
+    std::unique_ptr<Host::CFileReplacement> m_file;
 };
 
 } // namespace Kesh::CommandLine

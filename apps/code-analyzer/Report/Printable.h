@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Application/Printable.h"
 #include "Options.h"
 
 #include <cstdio>
@@ -8,8 +9,9 @@
 
 namespace Kesh::CommandLine {
 
-/// UTF-8 for people: control characters become escapes such as \n and \x1B, bytes that are not UTF-8 \xFF.
-std::string Printable(std::wstring_view text);
+using Host::Printable;
+using Host::PrintableBytes;
+
 /// Whether colours are wanted on this stream.
 bool WantsColor(EColor color, std::FILE* stream);
 /// "1 file", "2 files".

@@ -1,0 +1,131 @@
+#include "ReplaceAll.h"
+
+#include "CodeEditor.h"
+
+#include <algorithm>
+#include <string>
+#include <vector>
+
+namespace Kesh::Workbench {
+
+namespace {
+
+using TBase = QsciScintillaBase;
+
+struct SMatch
+{
+    long start; ///< bytes of the old text
+    long end;
+    std::string text; ///< in its place
+};
+
+/// What the group of the last match holds.
+std::string GroupOf(const CCodeEditor& editor, int group)
+{
+    const auto wanted = static_cast<unsigned long>(group);
+    const long length = editor.SendScintilla(TBase::SCI_GETTAG, wanted, static_cast<void*>(nullptr));
+    std::string text(static_cast<std::size_t>(length) + 1, '\0'); // one is written behind it
+    editor.SendScintilla(TBase::SCI_GETTAG, wanted, static_cast<void*>(text.data()));
+    text.pop_back();
+    return text;
+}
+
+/// The replacement with the groups of the last match, `found`, and with what stands for control characters.
+std::string Filled(const CCodeEditor& editor, const std::string& replacement, const std::string& found)
+{
+    static const std::string Letters = "abfnrtv\\";
+    static const std::string Meanings = "\a\b\f\n\r\t\v\\";
+    std::string text;
+    for (std::size_t i = 0; i < replacement.size(); ++i) {
+        const char next = replacement[i] == '\\' && i + 1 < replacement.size() ? replacement[i + 1] : '\0';
+        const std::size_t letter = next == '\0' ? std::string::npos : Letters.find(next);
+        if (next >= '0' && next <= '9')
+            text += next == '0' ? found : GroupOf(editor, next - '0');
+        else if (letter != std::string::npos)
+            text += Meanings[letter];
+        else {
+            text += replacement[i];
+            continue;
+        }
+        ++i;
+    }
+    return text;
+}
+
+/// All matches, in order.
+std::vector<SMatch> FindAll(const CCodeEditor& editor, const SReplaceOrder& order)
+{
+    std::vector<SMatch> matches;
+    const std::string pattern = order.pattern.toStdString();
+    const std::string replacement = order.replacement.toStdString();
+    const unsigned long flags = (order.matchCase ? TBase::SCFIND_MATCHCASE : 0) |
+                                (order.wholeWords ? TBase::SCFIND_WHOLEWORD : 0) |
+                                (order.regExp ? TBase::SCFIND_REGEXP | TBase::SCFIND_CXX11REGEX : 0);
+    editor.SendScintilla(TBase::SCI_SETSEARCHFLAGS, flags);
+    const long length = editor.SendScintilla(TBase::SCI_GETLENGTH);
+    for (long from = 0; from <= length;) {
+        editor.SendScintilla(TBase::SCI_SETTARGETRANGE, static_cast<unsigned long>(from), length);
+        const long found = editor.SendScintilla(TBase::SCI_SEARCHINTARGET, pattern.size(), pattern.data());
+        if (found < 0)
+            break;
+        const long end = editor.SendScintilla(TBase::SCI_GETTARGETEND);
+        const std::string_view bytes(
+            static_cast<const char*>(editor.SendScintillaPtrResult(TBase::SCI_GETCHARACTERPOINTER)) + found,
+            static_cast<std::size_t>(end - found));
+        matches.push_back(
+            {found, end, order.regExp ? Filled(editor, replacement, std::string(bytes)) : replacement});
+        // What is empty would be found for ever.
+        from = end > found ? end : std::max(end + 1, editor.SendScintilla(TBase::SCI_POSITIONAFTER, end));
+    }
+    return matches;
+}
+
+/// Where a place of the old text is in the new one; in a match, behind what took its place.
+long Moved(long position, const std::vector<SMatch>& matches)
+{
+    long shift = 0;
+    for (const SMatch& match : matches) {
+        if (match.start >= position)
+            break;
+        const long end = match.start + shift + static_cast<long>(match.text.size());
+        if (match.end > position)
+            return end;
+        shift = end - match.end;
+    }
+    return position + shift;
+}
+
+} // namespace
+
+int ReplaceAll(CCodeEditor& editor, const SReplaceOrder& order)
+{
+    const std::vector<SMatch> matches = FindAll(editor, order);
+    if (matches.empty() || editor.isReadOnly())
+        return 0;
+    const long begin = matches.front().start;
+    const long end = matches.back().end;
+    // Until the text is changed this stays where it is.
+    const char* old = static_cast<const char*>(editor.SendScintillaPtrResult(TBase::SCI_GETCHARACTERPOINTER));
+    std::string text;
+    long at = begin;
+    for (const SMatch& match : matches) {
+        text.append(old + at, static_cast<std::size_t>(match.start - at)).append(match.text);
+        at = match.end;
+    }
+    const long anchor = Moved(editor.SendScintilla(TBase::SCI_GETANCHOR), matches);
+    const long caret = Moved(editor.SendScintilla(TBase::SCI_GETCURRENTPOS), matches);
+    const int firstLine = editor.firstVisibleLine();
+    const int lines = editor.lines();
+    const QList<int> folds = editor.contractedFolds();
+    editor.SendScintilla(TBase::SCI_SETTARGETRANGE, static_cast<unsigned long>(begin), end);
+    editor.SendScintilla(TBase::SCI_REPLACETARGET, text.size(), text.data());
+    if (editor.lines() == lines) // else they are the folds of other lines
+        editor.SetFolds(folds);
+    editor.SendScintilla(TBase::SCI_SETSEL, static_cast<unsigned long>(anchor), caret);
+    editor.setFirstVisibleLine(firstLine);
+    // The marks of the errors have to be shown anew.
+    emit editor.visibleLinesChanged();
+    return static_cast<int>(matches.size());
+}
+
+} // namespace Kesh::Workbench
