@@ -11,7 +11,7 @@ bench_packages=(libbenchmark-dev)
 # Tests also compare with PHP itself, on PHP files that Debian ships.
 test_packages=(
     "${bench_packages[@]}" libgtest-dev libgmock-dev
-    clang-format doxygen binutils pkg-config php-cli php-mbstring python3 xvfb openbox xdotool
+    doxygen binutils pkg-config php-cli php-mbstring python3 xvfb openbox xdotool
     php-twig php-symfony-console php-symfony-dependency-injection php-symfony-http-foundation
     neovim libxml2-utils
 )
@@ -45,7 +45,8 @@ install_missing() {
         apt-get install -y -qq --no-install-recommends "${missing[@]}"
 }
 
-# Installs the clients and schemas that tests hold the program against, at the versions of their lock file.
+# Installs the clients and schemas that tests hold the program against, and the formatter, at the versions of their lock
+# file.
 install_clients() {
     local folder=tests/editors
     cmp -s "$folder/package-lock.json" "$folder/node_modules/installed-lock.json" && return
