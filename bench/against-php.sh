@@ -9,7 +9,11 @@ here=$(cd "$(dirname "$0")/.." && pwd)
 folder=$(realpath -- "${1:-$here/examples}")
 cd "$here"
 source scripts/setup.sh
-build release code-analyzer bench_checker >&2
+{
+    install_missing "${packages[@]}" "${bench_packages[@]}" php-cli
+    configure release -DCODE_ANALYZER_BENCHMARKS=ON
+    build release code-analyzer bench_checker
+} >&2
 read -ra options <<<"${OPTIONS:-}"
 checker=(build/release/bin/code-analyzer check --quiet --include '*.php')
 

@@ -60,6 +60,10 @@ install(FILES ${manual}/zsh/_code-analyzer
 install(FILES ${manual}/fish/code-analyzer.fish
     DESTINATION ${CMAKE_INSTALL_DATADIR}/fish/vendor_completions.d COMPONENT cli)
 
+# What ./run builds: all that is installed, also where tests are part of the whole build.
+add_custom_target(installed DEPENDS CodeAnalyzer CodeAnalyzerChecks code-analyzer code-analyzer-session
+    code-analyzer-workbench manual)
+
 include(CMakePackageConfigHelpers)
 set(package_dir ${CMAKE_INSTALL_LIBDIR}/cmake/CodeAnalyzer)
 configure_package_config_file(packaging/CodeAnalyzerConfig.cmake.in ${CMAKE_BINARY_DIR}/CodeAnalyzerConfig.cmake

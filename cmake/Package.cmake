@@ -4,6 +4,7 @@ set(CPACK_PACKAGE_NAME code-analyzer)
 set(CPACK_PACKAGE_VENDOR "The code analyzer's maintainers")
 set(CPACK_PACKAGE_CONTACT "The code analyzer's maintainers <maintainers@code-analyzer.invalid>")
 set(CPACK_PACKAGE_VERSION ${PROJECT_VERSION})
+set(CPACK_PACKAGE_DIRECTORY ${CMAKE_BINARY_DIR}/packages) # in the checkout itself they would be taken for changes
 set(CPACK_PACKAGING_INSTALL_PREFIX /usr)
 set(CPACK_STRIP_FILES ON)
 set(CPACK_COMPONENTS_ALL cli workbench dev)

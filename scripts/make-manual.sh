@@ -3,7 +3,8 @@
 set -euo pipefail
 bin=$1
 version=$2
-folder=$3
+folder=$(realpath -m -- "$3")
+cd "$bin" # commands are named from here: their words are split at blanks
 rm -rf "$folder"
 mkdir -p "$folder/man1" "$folder/bash" "$folder/zsh" "$folder/fish"
 
@@ -15,13 +16,13 @@ page() {
         gzip -9n >"$folder/man1/$1.1.gz"
 }
 
-page code-analyzer "check PHP, HTML and CSS" "$bin/code-analyzer"
-page code-analyzer-workbench "editor that shows mistakes in PHP, HTML and CSS" "$bin/code-analyzer-workbench"
-"$bin/code-analyzer" --help | sed -n '/^Subcommands:/,/^$/s/^  \([a-z-]*\)  *\(.*\)/\1 \2/p' |
+page code-analyzer "check PHP, HTML and CSS" ./code-analyzer
+page code-analyzer-workbench "editor that shows mistakes in PHP, HTML and CSS" ./code-analyzer-workbench
+./code-analyzer --help | sed -n '/^Subcommands:/,/^$/s/^  \([a-z-]*\)  *\(.*\)/\1 \2/p' |
     while read -r command description; do
-        page "code-analyzer-$command" "${description,}" "$bin/code-analyzer $command"
+        page "code-analyzer-$command" "${description,}" "./code-analyzer $command"
     done
 
-"$bin/code-analyzer" completion bash >"$folder/bash/code-analyzer"
-"$bin/code-analyzer" completion zsh >"$folder/zsh/_code-analyzer"
-"$bin/code-analyzer" completion fish >"$folder/fish/code-analyzer.fish"
+./code-analyzer completion bash >"$folder/bash/code-analyzer"
+./code-analyzer completion zsh >"$folder/zsh/_code-analyzer"
+./code-analyzer completion fish >"$folder/fish/code-analyzer.fish"

@@ -69,6 +69,17 @@ std::string Describe(std::string_view text, int version)
                   tagged ? 0 : static_cast<std::int64_t>(tag.size()));
 }
 
+int PhpVersion()
+{
+    static const int version = [] {
+        QProcess php;
+        php.start("php", {"-n", "-r", "echo PHP_MAJOR_VERSION * 100 + PHP_MINOR_VERSION;"});
+        EXPECT_TRUE(php.waitForFinished(-1)) << "php-cli is needed";
+        return php.readAll().toInt();
+    }();
+    return version;
+}
+
 std::vector<SPhpVerdict> AskPhp(const std::vector<std::string>& files)
 {
     QProcess php;

@@ -42,6 +42,8 @@ std::vector<CodeAnalyzer::SGrammarDiagnostic> Diagnose(std::string_view text, in
 /// has no tag, and does not count.
 std::string Describe(std::string_view text, int version = 0);
 
+/// The version of the PHP that is there, which is the oracle, as IGrammarCheck takes it.
+int PhpVersion();
 /// What `php -l` says of a file.
 struct SPhpVerdict
 {

@@ -16,9 +16,6 @@ namespace Kesh::Tests {
 
 namespace {
 
-/// The version of the PHP that Debian 12 ships, which is the oracle.
-constexpr int OracleVersion = 802;
-
 std::vector<std::string> InstalledFiles()
 {
     std::vector<std::string> files;
@@ -109,7 +106,7 @@ TEST(GrammarOracle, AcceptsEveryInstalledFile)
     std::vector<std::string> suspects;
     for (const std::string& file : files) {
         EXPECT_TRUE(Diagnose(ReadBytes(file), 0).empty()) << file;
-        if (!Diagnose(ReadBytes(file), OracleVersion).empty())
+        if (!Diagnose(ReadBytes(file), PhpVersion()).empty())
             suspects.push_back(file);
     }
     // Some hold what only another PHP takes.
@@ -129,7 +126,7 @@ TEST(GrammarOracle, JudgesSnippetsAsPhpDoes)
     }
     const std::vector<SPhpVerdict> verdicts = AskPhp(files);
     for (std::size_t i = 0; i < files.size(); ++i) {
-        const std::string ours = Describe("<?php\n" + snippets[i], OracleVersion);
+        const std::string ours = Describe("<?php\n" + snippets[i], PhpVersion());
         EXPECT_EQ(ours.empty(), verdicts[i].accepts) << snippets[i] << ours << verdicts[i].line;
     }
 }
@@ -161,10 +158,10 @@ TEST(GrammarOracle, JudgesSlipsAsPhpDoes)
     int placed = 0;
     int near = 0;
     for (std::size_t i = 0; i < files.size(); ++i) {
-        const auto ours = Diagnose(made[i].text, OracleVersion);
+        const auto ours = Diagnose(made[i].text, PhpVersion());
         EXPECT_EQ(ours.empty(), verdicts[i].accepts)
             << "slip in line " << made[i].line << " of\n"
-            << " of " << made[i].source << ": " << Describe(made[i].text, OracleVersion);
+            << " of " << made[i].source << ": " << Describe(made[i].text, PhpVersion());
         if (verdicts[i].accepts || verdicts[i].parses || ours.empty())
             continue;
         ++parseErrors;
@@ -173,7 +170,7 @@ TEST(GrammarOracle, JudgesSlipsAsPhpDoes)
                               line <= std::max(made[i].line, verdicts[i].line);
         if (!isPlaced)
             std::cout << made[i].source << " slip " << made[i].line << " php " << verdicts[i].line << " ours "
-                      << Describe(made[i].text, OracleVersion) << "\n";
+                      << Describe(made[i].text, PhpVersion()) << "\n";
         placed += isPlaced;
         near += std::abs(line - made[i].line) <= 1;
     }
