@@ -38,9 +38,15 @@ void MergeRecords(std::vector<SCAError>& errors, const std::vector<SGrammarDiagn
                std::any_of(diagnostics.begin(), diagnostics.end(),
                            [&](const SGrammarDiagnostic& diagnostic) { return IsAbout(error, diagnostic); });
     });
+    const auto warnings = std::stable_partition(
+        errors.begin(), errors.end(), [](const SCAError& error) { return error.type == SeverityError; });
+    const auto first = warnings - errors.begin();
+    std::vector<SCAError> found;
+    found.reserve(diagnostics.size());
     for (const SGrammarDiagnostic& diagnostic : diagnostics)
-        errors.push_back(diagnostic.error);
-    std::stable_sort(errors.begin(), errors.end(),
+        found.push_back(diagnostic.error);
+    errors.insert(warnings, found.begin(), found.end());
+    std::stable_sort(errors.begin(), errors.begin() + first + static_cast<std::ptrdiff_t>(found.size()),
                      [](const SCAError& a, const SCAError& b) { return a.pos.start < b.pos.start; });
 }
 
