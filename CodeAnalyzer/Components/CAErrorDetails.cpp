@@ -98,8 +98,9 @@ std::vector<SErrorDetails> CErrorDetails::GetDetails(const std::wstring& path,
     if (!m_application || errors.empty())
         return details;
     auto parser = Base::GetHostComponent<SyntaxParser::IParserComponent>(m_application, L"IParserComponent");
-    const auto document =
-        parser->CreateDocument(boost::make_shared<SyntaxParser::CSimpleReader>(text), path, factoryName);
+    const auto reader = boost::make_shared<SyntaxParser::CSimpleReader>();
+    reader->SetWhole(text);
+    const auto document = parser->CreateDocument(reader, path, factoryName);
     CPhpGrammarChecker grammar;
     CTokenEnds ends;
     if (!document || !grammar.Follow(*document))
