@@ -27,7 +27,8 @@ void CSwitchParser::BeforeParse(const STextChange& change)
 int CSwitchParser::StatementStartRegion(CRegion* region)
 {
     if (IsWordOrKeyword(region, L"switch"sv)) {
-        m_inCase = 0; // an error in a label has left it set
+        if (m_exact) // an error in a label has left it set
+            m_inCase = 0;
         m_state = SwitchState;
         return true;
     }
@@ -137,7 +138,6 @@ void CSwitchParser::End(CRegion* region, int redispatch)
 void CSwitchParser::Error(CRegion* region)
 {
     m_state = SwitchState;
-    m_inCase = 0;
     m_parent->OnStructureError(SwitchError, region, 1);
 }
 

@@ -29,7 +29,7 @@ const SReported Reported[] = {
     {"$o = new class(1 }; $x = 1; y();", "101 0:17-0:18"},
     {"function f($a, $b {\n $x = 1;\n return $x;\n}\ng();", "202 1:7-1:8"},
     {"class A {\n function f($a {\n $x = 1;\n }\n function g() { $b = ; }\n}", "202 2:7-2:8 101 4:21-4:22"},
-    {"switch ($a) {\n case 1 2: x();\n}\nswitch ($b) {\n case 3: y();\n}", "101 1:8-1:9"},
+    {"switch ($a) {\n case 1 2: x();\n}\nswitch ($b) {\n case 3: y();\n}", "101 1:8-1:9 351 3:10-3:11"},
     {"foreach ($a as $k => $x) { foreach ($b as $q => $v) { foreach ($c as $k => $v) {} } }",
      "w303 0:48-0:50 w303 0:75-0:77 w302 0:15-0:18 w302 0:69-0:72"},
     {"$a = 1 2;", "101 0:7-0:8"},
