@@ -1,7 +1,9 @@
-// Any bytes as a PHP document: its regions are its text, its errors lie in it, and neither another text that
-// was checked before nor the reader changes anything, nor whether the regions tell their texts.
+// Any bytes as a PHP document: its regions are its text, its errors lie in it, and the reader changes
+// nothing, nor whether the regions tell their texts, nor, with the grammar, another text that was checked
+// before.
 
 #include "Components/CAErrorsManager.h"
+#include "Components/CAGrammarCheck.h"
 #include "Parsers/PhpSyntaxParser.h"
 #include "Require.h"
 #include "SPBase/reader.h"
@@ -82,19 +84,24 @@ public:
 template <class TReader> class CChecked
 {
 public:
-    explicit CChecked(bool tellsTexts = true)
+    explicit CChecked(bool tellsTexts = true, bool withGrammar = false)
         : m_reader(boost::make_shared<TReader>(std::wstring())),
           m_document(SyntaxParser::MakeSPDocument(m_reader, {L"/fuzz.php", L"PHPSPDocFactory"})),
           m_driver(m_document->GetDefRegions(), &s_manager)
     {
         m_driver.tellsTexts = tellsTexts;
         m_driver.InitParser(m_document);
+        m_driver.FollowGrammar(*m_document, &m_grammarCheck);
+        m_grammarCheck.SetEnabled(withGrammar);
         boost::dynamic_pointer_cast<SyntaxParser::IParser>(m_document->GetComponent(L"IParser").lock())
             ->AddStateRegionHandler(&m_regions);
     }
     std::vector<SCAError> Check(const std::wstring& text)
     {
-        m_reader->SetText(text);
+        if constexpr (requires { m_reader->SetWhole(text); })
+            m_reader->SetWhole(text);
+        else
+            m_reader->SetText(text);
         m_driver.records.clear();
         m_document->Parse(true);
         const CIterator end = m_reader->GetEnd();
@@ -108,6 +115,7 @@ private:
     static inline CodeAnalyzer::CCAErrorsManager s_manager;
     boost::shared_ptr<TReader> m_reader;
     boost::shared_ptr<SyntaxParser::ISPDocument> m_document;
+    CodeAnalyzer::CCAGrammarCheck m_grammarCheck;
     CGaplessRegions m_regions;
     CDriver m_driver;
 };
@@ -124,15 +132,20 @@ void RequireSame(const std::vector<SCAError>& a, const std::vector<SCAError>& b)
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
 {
     const std::string_view bytes(reinterpret_cast<const char*>(data), size);
-    std::wstring text = SyntaxParser::DecodeSource(bytes);
-    std::replace(text.begin(), text.end(), L'\0', L'\xFFFD'); // as a check of a document does
+    const std::wstring text = SyntaxParser::DecodeSource(bytes);
     const std::wstring earlier = L"<?php " + text.substr(text.size() / 2);
 
     CChecked<SyntaxParser::CSimpleReader> document;
     const std::vector<SCAError> records = document.Check(text);
-    document.Check(earlier);
-    RequireSame(document.Check(text), records);
     RequireSame(CChecked<SyntaxParser::CTextReader>().Check(text), records);
     RequireSame(CChecked<SyntaxParser::CTextReader>(false).Check(text), records);
+    // What is left unfinished is taken up again.
+    for (const std::wstring& next : {earlier, text, earlier})
+        document.Check(next);
+
+    CChecked<SyntaxParser::CSimpleReader> withGrammar(true, true);
+    const std::vector<SCAError> exact = withGrammar.Check(text);
+    withGrammar.Check(earlier);
+    RequireSame(withGrammar.Check(text), exact);
     return 0;
 }

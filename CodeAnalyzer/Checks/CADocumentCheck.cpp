@@ -8,7 +8,6 @@
 #include "Parsers/PhpSyntaxParser.h"
 #include "SPBase/reader.h"
 
-#include <algorithm>
 #include <boost/make_shared.hpp>
 
 namespace Kesh::CodeAnalyzer {
@@ -18,10 +17,7 @@ namespace {
 std::wstring WholeText(SyntaxParser::ISPDocument& source)
 {
     Editor::IDocBuffer* buffer = source.GetBuffer();
-    std::wstring text = buffer ? buffer->GetText(L"\n") : std::wstring();
-    // The reader takes the first NUL for the end of the text.
-    std::replace(text.begin(), text.end(), L'\0', L'\xFFFD');
-    return text;
+    return buffer ? buffer->GetText(L"\n") : std::wstring();
 }
 
 } // namespace
@@ -35,7 +31,8 @@ CCADocumentCheck::Create(SDK::IApplication* application, SyntaxParser::ISPDocume
                          CHtmlCustomItemsKeeper* customItems, ICheckOwner* owner)
 {
     std::unique_ptr<CCADocumentCheck> check(new CCADocumentCheck);
-    check->m_reader = boost::make_shared<SyntaxParser::CSimpleReader>(WholeText(source));
+    check->m_reader = boost::make_shared<SyntaxParser::CSimpleReader>();
+    check->m_reader->SetWhole(WholeText(source));
     auto parser = Base::GetHostComponent<SyntaxParser::IParserComponent>(application, L"IParserComponent");
     auto document = parser->CreateDocument(check->m_reader, source.GetFilePath(), source.GetFactoryName());
     if (!document)
@@ -97,7 +94,7 @@ void CCADocumentCheck::TakeSnapshot(SyntaxParser::ISPDocument& source, const std
     *m_cancelled = false;
     if (m_phpParser)
         m_phpParser->SteFileName(path);
-    m_reader->SetString(WholeText(source));
+    m_reader->SetWhole(WholeText(source)); // to PHP a NUL is a character like any other
 }
 
 bool CCADocumentCheck::Run()

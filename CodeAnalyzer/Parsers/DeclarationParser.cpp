@@ -2,6 +2,8 @@
 
 #include "Kesh/CodeAnalyzer/Catalog.h"
 
+#include <algorithm>
+
 namespace Kesh::CodeAnalyzer {
 
 using SyntaxParser::CRegion;
@@ -23,7 +25,7 @@ void CDeclarationParser::Start()
 {
     m_state = KeywordState;
     m_hasValue = false;
-    m_arguments = 0;
+    m_arguments = m_braces = 0;
 }
 
 void CDeclarationParser::SetName()
@@ -79,14 +81,19 @@ void CDeclarationParser::HandleAssignState(CRegion* region)
     }
 }
 
-// The arguments of a call in a value, or an index, are passed by, but a `;` among them is one too early.
+// The arguments of a call in a value, or an index, are passed by, but a `;` among them is one too early
+// unless it stands in a closure.
 void CDeclarationParser::HandleArguments(CRegion* region)
 {
     if (OpensArguments(region))
         ++m_arguments;
     else if (IsClosing(region, L')') || IsClosing(region, L']'))
         --m_arguments;
-    else if (IsStatementEnd(region))
+    else if (IsOpening(region, L'{'))
+        ++m_braces;
+    else if (IsClosing(region, L'}'))
+        m_braces = std::max(0, m_braces - 1);
+    else if (IsStatementEnd(region) && m_braces == 0)
         Error(region);
 }
 

@@ -49,6 +49,7 @@ protected:
     int m_state = KeywordState;
     bool m_hasValue = false; ///< an operand of the present name's value has been read
     int m_arguments = 0;     ///< open brackets of a call or an index that the operand parser stopped at
+    int m_braces = 0;        ///< open braces of closures in them
     CStaticOperandParser m_operandParser;
 };
 

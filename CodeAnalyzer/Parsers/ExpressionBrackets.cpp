@@ -6,15 +6,30 @@ namespace Kesh::CodeAnalyzer {
 
 using SyntaxParser::CRegion;
 
+namespace {
+
+/// The character that closes it.
+wchar_t Shape(EBracket kind)
+{
+    switch (kind) {
+    case EBracket::ArrayLiteral:
+    case EBracket::Index: return L']';
+    case EBracket::Brace:
+    case EBracket::MatchBody: return L'}';
+    default: return L')';
+    }
+}
+
+} // namespace
+
 void CExpressionStatementParser::Open(CRegion* region, EBracket kind)
 {
     if (!m_data.startRecorded)
         m_data.start = {region->start, region->end};
-    m_data.brackets.push_back({kind, m_data.keyArrowSeen, m_data.start, m_data.operands.size()});
-    m_data.keyArrowSeen = false;
+    m_data.brackets.push_back({kind, m_data.start, m_data.operands.size()});
     if (kind == EBracket::Index)
         PushOperand();
-    if (!InnermostIs(EBracket::Brace) && !InnermostIs(EBracket::MatchBody))
+    if (Shape(kind) != L'}')
         AddOperator(region);
     m_data.startRecorded = false;
 }
@@ -28,6 +43,7 @@ void CExpressionStatementParser::OpenRound(CRegion* region, EBracket kind)
 void CExpressionStatementParser::OpenArrayConstruct(CRegion* region)
 {
     m_data.roundMarks.push_back(m_data.roundDepth);
+    m_data.keyArrowSeen = false;
     OpenRound(region, EBracket::ArrayCall);
 }
 
@@ -35,6 +51,7 @@ void CExpressionStatementParser::OpenArrayLiteral(CRegion* region)
 {
     ++m_data.squareArrays;
     m_data.squareMarks.push_back(m_data.squareDepth);
+    m_data.keyArrowSeen = false;
     Open(region, EBracket::ArrayLiteral);
     ++m_data.squareDepth;
 }
@@ -51,34 +68,58 @@ void CExpressionStatementParser::OpenBrace(CRegion* region, EBracket kind)
     ++m_data.braceDepth;
 }
 
+// Whether an array has begun at this depth: it ends, and is an element, key and value, of the one around it.
+bool CExpressionStatementParser::EndArray(std::vector<int>& marks, int depth)
+{
+    if (marks.empty() || marks.back() != depth)
+        return false;
+    marks.pop_back();
+    m_data.keyArrowSeen = true;
+    return true;
+}
+
 void CExpressionStatementParser::CloseSquare(CRegion* region)
 {
-    if (!AnyBracketOpen())
-        return;
-    Close(region);
     --m_data.squareDepth;
-    if (!m_data.squareMarks.empty() && m_data.squareMarks.back() == m_data.squareDepth) {
-        m_data.squareMarks.pop_back();
-        --m_data.squareArrays;
-        m_data.keyArrowSeen = true;
-    }
+    m_data.squareArrays -= EndArray(m_data.squareMarks, m_data.squareDepth);
+    Close(region);
 }
 
 void CExpressionStatementParser::CloseRound(CRegion* region)
 {
-    if (!AnyBracketOpen()) // whoever set the state has opened none
+    --m_data.roundDepth;
+    m_data.arrayConstructs -= EndArray(m_data.roundMarks, m_data.roundDepth);
+    if (m_data.roundDepth < 0) // it belongs to the statement around the expression
         return;
     m_data.matchHead = InnermostIs(EBracket::MatchHead);
     Close(region);
-    --m_data.roundDepth;
-    if (!m_data.roundMarks.empty() && m_data.roundMarks.back() == m_data.roundDepth) {
-        m_data.roundMarks.pop_back();
-        --m_data.arrayConstructs;
-        m_data.keyArrowSeen = true;
-    }
 }
 
+void CExpressionStatementParser::CloseBrace(CRegion* region)
+{
+    --m_data.braceDepth;
+    Close(region);
+}
+
+// The brackets are counted each shape by itself: those opened within this one and not closed stay open, but
+// what they are for is not known any more.
 void CExpressionStatementParser::Close(CRegion* region)
+{
+    auto& brackets = m_data.brackets;
+    const wchar_t shape = LastChar(region);
+    const auto open = std::find_if(brackets.rbegin(), brackets.rend(), [shape](const SOpenBracket& bracket) {
+        return Shape(bracket.kind) == shape;
+    });
+    if (open == brackets.rbegin() && open != brackets.rend()) {
+        CloseInnermost(region);
+        return;
+    }
+    if (shape != L'}')
+        AddOperator(region);
+    brackets.erase(open == brackets.rend() ? brackets.begin() : std::next(open).base(), brackets.end());
+}
+
+void CExpressionStatementParser::CloseInnermost(CRegion* region)
 {
     const SOpenBracket open = m_data.brackets.back();
     auto& operands = m_data.operands;
@@ -88,14 +129,22 @@ void CExpressionStatementParser::Close(CRegion* region)
         EndElement();
     if (operands.size() <= open.operandsOutside)
         operands.push_back({open.start.start, region->end});
-    if (open.kind != EBracket::Brace && open.kind != EBracket::MatchBody)
+    if (Shape(open.kind) != L'}')
         AddOperator(region);
     operands.resize(std::min(open.operandsOutside, operands.size()));
 
     m_data.brackets.pop_back();
-    m_data.keyArrowSeen = open.keyArrowOutside;
     m_data.start = open.start;
     m_data.startRecorded = true;
+}
+
+void CExpressionStatementParser::ForgetBrackets()
+{
+    m_data.roundDepth = m_data.squareDepth = m_data.braceDepth = 0;
+    m_data.arrayConstructs = m_data.squareArrays = 0;
+    m_data.roundMarks.clear();
+    m_data.squareMarks.clear();
+    m_data.brackets.clear();
 }
 
 bool CExpressionStatementParser::InnermostIs(EBracket kind) const

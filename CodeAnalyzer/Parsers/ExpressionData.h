@@ -63,7 +63,6 @@ enum class EBracket { Group, Call, List, ArrayCall, ArrayLiteral, Index, Brace, 
 struct SOpenBracket
 {
     EBracket kind;
-    bool keyArrowOutside;        ///< the key-arrow flag of what surrounds it
     SyntaxParser::SScheme start; ///< where the operand that it is part of begins
     std::size_t operandsOutside; ///< operands that were on the stack when it opened
 };

@@ -119,17 +119,13 @@ void CExpressionStatementParser::RecordOperations()
 void CExpressionStatementParser::Reset(CRegion* region)
 {
     SExpressionData& data = m_data;
-    data.roundDepth = data.squareDepth = data.braceDepth = 0;
-    data.arrayConstructs = data.squareArrays = 0;
-    data.roundMarks.clear();
-    data.squareMarks.clear();
+    ForgetBrackets();
     data.keyArrowSeen = false;
     data.operators.clear();
     data.operands.clear();
     data.subExpressions.clear();
     data.start = {region->start, region->end};
     data.startRecorded = true;
-    data.brackets.clear();
     data.operandDue = false;
     data.commaAllowed = false;
     data.matchHead = false;
@@ -139,7 +135,7 @@ void CExpressionStatementParser::Reset(CRegion* region)
 
 int CExpressionStatementParser::StatementStartRegion(CRegion* region)
 {
-    return m_plain.Start(*region) || StartInStates(region);
+    return (m_followsPlain && m_plain.Start(*region)) || StartInStates(region);
 }
 
 int CExpressionStatementParser::StartInStates(CRegion* region)
@@ -322,7 +318,7 @@ void CExpressionStatementParser::FinishExpression()
     m_data.operators.clear();
     m_data.operands.clear();
     m_data.currentOperand = {};
-    m_data.brackets.clear();
+    ForgetBrackets();
     m_data.state = AssignExprState;
 }
 
@@ -332,14 +328,23 @@ void CExpressionStatementParser::DoExpressionError(int code, CRegion* region, in
     m_data.operands.clear();
     m_data.operators.clear();
     m_data.currentOperand = {};
-    m_data.brackets.clear();
     m_data.state = AssignExprState;
     m_parent->OnStructureError(code, region, skip);
+}
+
+bool CExpressionStatementParser::TakesOperand() const
+{
+    constexpr std::uint64_t WithOperand =
+        Set({AssignExprState, UOperandState, PseudoFuncCallStartState, FuncCallNoBrParamsState,
+             NumberDotState, ArrayKeyState, OpenRoundBrState, ReturnState});
+    return (WithOperand >> m_data.state & 1) || m_data.operandDue;
 }
 
 bool CExpressionStatementParser::IsIgnored(CRegion* region)
 {
     if (!IsNonSignificantRegion(region))
+        return false;
+    if (IsToken(region, 19) && TakesOperand()) // "php" is a name like any other
         return false;
     m_data.indexable = false;
     m_data.lineBreakSeen |= region->start.y != region->end.y;
@@ -417,6 +422,7 @@ void CExpressionStatementParser::OnParsingContinue(CRegion* region, int offer)
 
 void CExpressionStatementParser::RestoreForContinue()
 {
+    m_plain.Clear();
     const int kind = m_dataStack.empty() ? 0 : m_dataStack.back().embeddedKind;
     if (kind == 0) {
         m_data.state = AnonymousFunctionState;

@@ -50,16 +50,22 @@ public:
 
     /// The operations recorded for the last expression, in the order in which they were reduced.
     const std::vector<SSubExpr>& GetSubExpressions();
+    /// Before a pass whose beginning this parser does not hear of: what it holds on to of the last one's
+    /// text.
+    void ForgetTexts() { m_plain.Clear(); }
 
 protected:
-    /// Claims a statement for the states alone, however plain it is.
-    int StartInStates(SyntaxParser::CRegion* region);
+    /// From now on every expression is for the states alone, however plain it is.
+    void LeaveToStates() { m_followsPlain = false; }
     void DoExpressionEnd(SyntaxParser::CRegion* region);
     void DoExpressionError(int code, SyntaxParser::CRegion* region, int skip);
 
     /// Opens `[` after an operand; the index follows.
     void OpenIndex(SyntaxParser::CRegion* region);
-    bool AnyBracketOpen() const { return !m_data.brackets.empty(); }
+    bool AnyBracketOpen() const
+    {
+        return m_data.roundDepth > 0 || m_data.squareDepth > 0 || m_data.braceDepth > 0;
+    }
     void AddBinaryOperator(SyntaxParser::CRegion* region);
     void Reset(SyntaxParser::CRegion* region);
     void SetState(int state);
@@ -108,6 +114,7 @@ protected:
     /// Notes what it skips, so that a missing `;` can be told from a stray operand.
     bool IsIgnored(SyntaxParser::CRegion* region);
     [[gnu::noinline]] void DispatchToPlain(SyntaxParser::CRegion* region); // blanks need not come so far
+    int StartInStates(SyntaxParser::CRegion* region);
     void DispatchToState(SyntaxParser::CRegion* region);
     void HandleRegion(SyntaxParser::CRegion* region);
     void ParseKept();
@@ -125,7 +132,12 @@ protected:
     void OpenBrace(SyntaxParser::CRegion* region, EBracket kind);
     void CloseSquare(SyntaxParser::CRegion* region);
     void CloseRound(SyntaxParser::CRegion* region);
+    void CloseBrace(SyntaxParser::CRegion* region);
     void Close(SyntaxParser::CRegion* region);
+    void CloseInnermost(SyntaxParser::CRegion* region);
+    bool EndArray(std::vector<int>& marks, int depth);
+    void ForgetBrackets();
+    bool TakesOperand() const;
     bool InnermostIs(EBracket kind) const;
     bool InArray() const { return m_data.arrayConstructs > 0 || m_data.squareArrays > 0; }
     void StartEmbedded(SyntaxParser::CRegion* region, int kind);
@@ -138,6 +150,7 @@ protected:
     void LoadDataFromStack();
 
     CPlainExpression m_plain;
+    bool m_followsPlain = true;
     std::vector<SExpressionData> m_dataStack;
     CAnonymousFunctionParser m_functionParser;
     CAnonymousClassParser m_classParser;

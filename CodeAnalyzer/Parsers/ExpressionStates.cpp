@@ -50,9 +50,9 @@ void CExpressionStatementParser::HandleUOperandState(CRegion* region)
         SetState(StringState);
     } else if (IsToken(region, 1) && LastChar(region) == L'`') {
         SetState(BacktickState);
-    } else if (IsClosing(region, L']') &&
-               (InnermostIs(EBracket::Index) || InnermostIs(EBracket::ArrayLiteral))) {
-        CloseSquare(region);
+    } else if (IsClosing(region, L']')) { // of an index; a literal that ends here stays open as an array
+        --m_data.squareDepth;
+        Close(region);
         SetState(ChainState);
     } else if (IsOpening(region, L'(')) {
         OpenRound(region, EBracket::Group);
@@ -134,8 +134,7 @@ void CExpressionStatementParser::HandleBinarOpState(CRegion* region)
 
 void CExpressionStatementParser::HandleComma(CRegion* region)
 {
-    const bool inList = InnermostIs(EBracket::Call) || InnermostIs(EBracket::List) ||
-                        InnermostIs(EBracket::ArrayCall) || InnermostIs(EBracket::ArrayLiteral) ||
+    const bool inList = InArray() || InnermostIs(EBracket::Call) || InnermostIs(EBracket::List) ||
                         InnermostIs(EBracket::MatchBody);
     if (inList) {
         EndElement();
@@ -167,28 +166,16 @@ void CExpressionStatementParser::HandleKeyArrow(CRegion* region)
 
 void CExpressionStatementParser::HandleClosing(CRegion* region)
 {
-    const wchar_t bracket = LastChar(region);
-    if (bracket == L')') {
-        HandleClosingRound(region);
-        return;
-    }
-    if (bracket == L'}') {
+    switch (LastChar(region)) {
+    case L')': HandleClosingRound(region); return;
+    case L']': CloseSquare(region); break;
+    default:
         if (m_data.braceDepth == 0) { // it ends the block around: what follows is another statement
             m_data.lineBreakSeen = true;
             return;
         }
-        if (!InnermostIs(EBracket::Brace) && !InnermostIs(EBracket::MatchBody)) {
-            DoExpressionError(Code::ExpressionError, region, 1);
-            return;
-        }
-        Close(region);
-        --m_data.braceDepth;
-    } else {
-        if (!InnermostIs(EBracket::Index) && !InnermostIs(EBracket::ArrayLiteral)) {
-            DoExpressionError(Code::ExpressionError, region, 1);
-            return;
-        }
-        CloseSquare(region);
+        CloseBrace(region);
+        break;
     }
     SetState(ChainState);
     NoteRegion(region);
@@ -196,19 +183,11 @@ void CExpressionStatementParser::HandleClosing(CRegion* region)
 
 void CExpressionStatementParser::HandleClosingRound(CRegion* region)
 {
-    if (!AnyBracketOpen()) { // it belongs to the statement around the expression
+    CloseRound(region);
+    if (m_data.roundDepth < 0) {
         DoExpressionEnd(region);
         return;
     }
-    switch (m_data.brackets.back().kind) {
-    case EBracket::Group:
-    case EBracket::Call:
-    case EBracket::List:
-    case EBracket::ArrayCall:
-    case EBracket::MatchHead: break;
-    default: DoExpressionError(Code::ExpressionError, region, 1); return;
-    }
-    CloseRound(region);
     SetState(ChainState);
     NoteRegion(region);
 }

@@ -161,8 +161,22 @@ std::wstring CForeachParser::PartText(CRegion* end) const
 }
 
 // 7: after the header. What no parser takes, such as the `:`, comes back here, and the next region is handed
-// on in its place.
+// on.
 void CForeachParser::HandleAfterConditionState(CRegion* region)
+{
+    if (m_exact) {
+        FollowAfterCondition(region);
+    } else if (IsToken(region, 10)) {
+        WarnOddSemicolon(region);
+        End(region, 0);
+    } else {
+        m_bodyStack.push_back({m_current, IsSymbol(region, L":") ? 1 : 0});
+        m_parent->OnParsingContinue(region, 1);
+    }
+}
+
+// A region that comes back belongs to the body it was handed to, and the next one is handed on in its place.
+void CForeachParser::FollowAfterCondition(CRegion* region)
 {
     const bool inBody = m_handed;
     if (inBody)
@@ -196,8 +210,33 @@ void CForeachParser::RestoreForContinue()
     }
 }
 
-// 8: after a statement of the body.
+// 8: after a statement of the body. The loop ends there, unless the body is a loop with a `:` body.
 void CForeachParser::HandleAfterBodyState(CRegion* region)
+{
+    if (m_exact) {
+        FollowAfterBody(region);
+        return;
+    }
+    if (m_bodyStack.size() == 1) {
+        End(region, 1);
+        return;
+    }
+    const bool isAlternative = m_bodyStack.back().alternative;
+    if (isAlternative && !IsEndforeach(region)) {
+        m_parent->OnParsingContinue(region, 1);
+        return;
+    }
+    PopBody();
+    End(region, isAlternative ? 0 : 1);
+}
+
+// In lower case only.
+bool CForeachParser::IsEndforeach(CRegion* region) const
+{
+    return IsRegion(region, Php().TokenDefs[2], L"endforeach", 0);
+}
+
+void CForeachParser::FollowAfterBody(CRegion* region)
 {
     if (m_handed) { // nobody has taken the last region of the body
         m_frames.pop_back();
@@ -210,7 +249,7 @@ void CForeachParser::HandleAfterBodyState(CRegion* region)
         return;
     }
     const bool isInnermost = place + 1 == m_bodyStack.size();
-    const bool isEnd = IsRegion(region, Php().TokenDefs[2], L"endforeach", 0); // in lower case only
+    const bool isEnd = IsEndforeach(region);
     const bool isAlternative = m_bodyStack.back().alternative;
     if (isAlternative && !isEnd) {
         if (isInnermost) // the statements that follow are parsed one by one until `endforeach`

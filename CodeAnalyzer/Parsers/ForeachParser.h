@@ -81,7 +81,10 @@ protected:
     std::size_t NearestAround(TNames& names, const std::wstring& name) const;
     void WarnSameName(const SyntaxParser::SScheme& outer, const SyntaxParser::SScheme& inner, int code);
     void Warn(const SyntaxParser::SScheme& span, int code);
+    void FollowAfterCondition(SyntaxParser::CRegion* region);
+    void FollowAfterBody(SyntaxParser::CRegion* region);
     void HandOn(SyntaxParser::CRegion* region, SFrame frame);
+    bool IsEndforeach(SyntaxParser::CRegion* region) const;
     void CloseAlternative(SyntaxParser::CRegion* region);
     void PopBody();
     void SetCurrent(std::size_t loop);
@@ -94,9 +97,11 @@ protected:
     TNames m_keys;
     TNames m_values;
     std::vector<SBody> m_bodyStack; ///< loops whose body is being parsed, above an entry for the root
-    std::vector<SFrame> m_frames;   ///< innermost last
-    SFrame m_ended;                 ///< of the body that a statement has just ended in
-    bool m_handed = false; ///< the last region was handed on, and no parser is known to have taken it
+    // Where nesting is followed exactly:
+    std::vector<SFrame> m_frames; ///< innermost last
+    SFrame m_ended;               ///< of the body that a statement has just ended in
+    bool m_handed = false;        ///< the last region was handed on, and no parser is known to have taken it
+
     SyntaxParser::CIterator m_partStart; ///< of the key or value being read
     SyntaxParser::CIterator m_partEnd;
     const wchar_t* m_partText = nullptr; ///< the text at m_partStart, if the source holds it in one piece

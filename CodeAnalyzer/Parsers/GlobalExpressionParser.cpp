@@ -53,7 +53,7 @@ void CGlobalExpressionParser::HandleVarNameState(CRegion* region)
 {
     if (IsToken(region, 8)) {
         m_state = GlobalState;
-    } else if (IsStatementEnd(region)) {
+    } else if (IsSemicolon(region)) {
         m_state = GlobalState;
         m_parent->OnStructureEnd(region, 0);
     } else {

@@ -2,11 +2,9 @@
 
 #include "Base/CommonString.h"
 #include "Kesh/CodeAnalyzer/Catalog.h"
-#include "Parsers/SwitchParser.h"
 
 #include <deque>
 #include <map>
-#include <set>
 
 namespace Kesh::CodeAnalyzer {
 
@@ -28,11 +26,14 @@ void CIfElseParser::BeforeParse(const STextChange& change)
     m_lastHanded = {-1, -1};
     m_chains.clear();
     m_openChains.clear();
-    m_resume.clear();
     m_condStart = {};
     m_condText = nullptr;
     m_warnings.clear();
-    m_conditionParser.BeforeParse(change);
+    m_conditionParser.ForgetTexts();
+    if (m_exact) { // an `if` of an earlier pass is not taken up again
+        m_resume.clear();
+        m_conditionParser.BeforeParse(change);
+    }
 }
 
 int CIfElseParser::StatementStartRegion(CRegion* region)
@@ -108,7 +109,8 @@ void CIfElseParser::OnStructureEnd(CRegion* region, int /*redispatch*/)
         m_openChains.back().chain->push_back(condition);
     }
     m_state = AfterCondState;
-    m_resume.push_back({ContinueState, {}, nullptr});
+    if (m_exact)
+        m_resume.push_back({ContinueState, {}, nullptr});
 }
 
 // 3: after the condition: `;`, `:` or the body.
@@ -118,14 +120,16 @@ void CIfElseParser::HandleAfterCondState(CRegion* region)
         return;
     if (IsToken(region, 10)) {
         WarnOddSemicolon(region);
-        m_resume.pop_back();
+        PopResume();
         m_state = ContinueState;
     } else if (IsSymbol(region, L":")) {
-        m_resume.pop_back();
+        PopResume();
         if (!m_openChains.empty())
             m_openChains.back().alternative = 1;
         m_parent->OnStructureEnd(region, 0);
     } else {
+        if (!m_exact)
+            m_resume.assign(1, {ContinueState, {}, nullptr});
         m_parent->OnParsingContinue(region, 1);
     }
 }
@@ -158,14 +162,12 @@ void CIfElseParser::HandleContinueState(CRegion* region)
         m_state = IfState;
     } else if (IsKeyword(region, L"else")) {
         m_state = ElseState;
-    } else if (m_switches && m_switches->OpensBody(region)) { // the body goes on
-        m_resume.push_back({ContinueState, {}, nullptr});
-        m_parent->OnParsingContinue(region, 1);
     } else if (IsKeyword(region, L"endif")) {
         PopChain();
         m_parent->OnStructureEnd(region, 1);
     } else if (!m_openChains.empty() && m_openChains.back().alternative) {
-        m_resume.push_back({ContinueState, {}, nullptr});
+        if (m_exact)
+            m_resume.push_back({ContinueState, {}, nullptr});
         m_parent->OnParsingContinue(region, 0);
     } else {
         PopChain();
@@ -175,22 +177,28 @@ void CIfElseParser::HandleContinueState(CRegion* region)
 
 void CIfElseParser::RestoreForContinue()
 {
-    if (m_resume.empty()) { // suspended by an earlier pass that ended inside a branch
-        m_state = ContinueState;
-        return;
-    }
-    m_state = m_resume.back().state;
+    m_state = m_resume.empty() ? ContinueState : m_resume.back().state;
     if (m_state == ConditionState) {
-        m_condStart = m_resume.back().condStart;
-        m_condText = m_resume.back().condText;
+        if (m_exact) {
+            m_condStart = m_resume.back().condStart;
+            m_condText = m_resume.back().condText;
+        }
         m_conditionParser.RestoreForContinue();
     }
-    m_resume.pop_back();
+    PopResume();
+}
+
+void CIfElseParser::PopResume()
+{
+    if (m_exact && !m_resume.empty())
+        m_resume.pop_back();
 }
 
 // The condition holds a closure whose body may hold conditions of its own.
 void CIfElseParser::OnParsingContinue(CRegion* region, int offer)
 {
+    if (!m_exact)
+        m_resume.clear();
     m_resume.push_back({ConditionState, m_condStart, m_condText});
     m_parent->OnParsingContinue(region, offer);
 }
@@ -202,7 +210,8 @@ void CIfElseParser::OnStructureError(int code, CRegion* region, int /*skipToEnd*
 
 void CIfElseParser::OnError()
 {
-    m_resume.clear();
+    if (m_exact)
+        m_resume.clear();
 }
 
 void CIfElseParser::PopChain()
@@ -219,13 +228,14 @@ void CIfElseParser::Error(int code, CRegion* region)
 
 void CIfElseParser::AfterParse()
 {
+    std::set<CIterator> reported;
     for (const TChain& chain : m_chains)
-        WarnEqualConditions(chain);
+        WarnEqualConditions(chain, reported);
     CContainerParser::AfterParse();
 }
 
 // Each text that occurs twice or more is reported where it first occurs, then at its repetitions.
-void CIfElseParser::WarnEqualConditions(const TChain& chain)
+void CIfElseParser::WarnEqualConditions(const TChain& chain, std::set<CIterator>& reported)
 {
     if (chain.size() < 2)
         return;
@@ -245,7 +255,6 @@ void CIfElseParser::WarnEqualConditions(const TChain& chain)
             order.push_back(&found);
         found.push_back(i);
     }
-    std::set<CIterator> reported;
     for (const auto* same : order) {
         if (same->size() < 2)
             continue;

@@ -4,10 +4,9 @@
 #include "Parsers/ExpressionStatementParser.h"
 
 #include <list>
+#include <set>
 
 namespace Kesh::CodeAnalyzer {
-
-class CSwitchParser;
 
 /// `if`, `elseif`, `else if`, `else` and `endif`, with braces, single statements or `:`. Warns of a `;` in
 /// place of a body and of equal conditions in one chain.
@@ -16,10 +15,6 @@ class CIfElseParser : public CContainerParser
 public:
     CIfElseParser(SyntaxParser::CDefRegions* defs, boost::shared_ptr<SyntaxParser::IReader> reader,
                   CParentParser* parent);
-
-    /// The parser of the `switch` statements that may be the body of a branch, whose block it does not take
-    /// with it. Not owned.
-    void SetSwitches(const CSwitchParser* switches) { m_switches = switches; }
 
     void DispathRegion(SyntaxParser::CRegion* region) override;
     int StatementStartRegion(SyntaxParser::CRegion* region) override;
@@ -70,8 +65,9 @@ protected:
     void HandleContinueState(SyntaxParser::CRegion* region);
 
     void PopChain();
+    void PopResume();
     void Error(int code, SyntaxParser::CRegion* region);
-    void WarnEqualConditions(const TChain& chain);
+    void WarnEqualConditions(const TChain& chain, std::set<SyntaxParser::CIterator>& reported);
 
     CExpressionStatementParser m_conditionParser;
     std::list<TChain> m_chains;           ///< of the whole pass
@@ -79,8 +75,7 @@ protected:
     SyntaxParser::CIterator m_condStart;  ///< the end of the `(` of the condition being read
     const wchar_t* m_condText = nullptr;  ///< the text there, if the source holds it in one piece
     int m_state = IfState;
-    std::vector<SResume> m_resume; ///< one entry per suspension, innermost last
-    const CSwitchParser* m_switches = nullptr;
+    std::vector<SResume> m_resume; ///< the last suspension; followed exactly, all of them, innermost last
     SyntaxParser::CIterator m_lastHanded; ///< start of the region last handed on after `else`
 };
 

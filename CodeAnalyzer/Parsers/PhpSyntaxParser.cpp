@@ -82,11 +82,11 @@ void CPhpSyntaxParser::InitParser(boost::shared_ptr<IParser> parser, boost::shar
 
     // The first that claims a region wins, so the expression parser, which claims nearly anything, is last.
     AddParser<CCompoundStatementParser>("");
-    auto* ifElse = AddParser<CIfElseParser>("ie");
-    const auto* switches = AddParser<CSwitchParser>("sc");
+    AddParser<CIfElseParser>("ie");
+    m_switches = AddParser<CSwitchParser>("sc");
     AddParser<CFunctionStatementParser>("");
     AddParser<CForeachParser>("fe");
-    auto* whiles = AddParser<CWhileParser>("wd");
+    m_whiles = AddParser<CWhileParser>("wd");
     AddParser<CForParser>("f");
     AddParser<CClassParser>("t");
     AddParser<CGlobalExpressionParser>("g");
@@ -95,11 +95,9 @@ void CPhpSyntaxParser::InitParser(boost::shared_ptr<IParser> parser, boost::shar
     AddParser<CTryCatchParser>("tc");
     AddParser<CNamespaceParser>("nu");
     AddParser<CExpressionStatementParser>("abcdefghijklmnopqrstuvwxyz");
-    ifElse->SetSwitches(switches);
-    whiles->SetSwitches(switches);
 }
 
-template <class TParser> TParser* CPhpSyntaxParser::AddParser(std::string_view letters)
+template <class TParser> CStatementParser* CPhpSyntaxParser::AddParser(std::string_view letters)
 {
     auto* parser = new TParser(m_defs, m_reader, this);
     m_parsers.push_back(parser);
@@ -155,12 +153,19 @@ bool CPhpSyntaxParser::BeforeParse(const STextChange& change, boost::shared_ptr<
     m_inPhp = 0;
     m_errors.clear();
     m_redeliver = m_delivering = m_taken = false;
-    for (CStatementParser* parser : m_parsers)
+    // With the grammar a check depends on its text alone. Without it, what the text of the last pass has left
+    // unfinished is taken up again where a statement of this one ends.
+    m_exact = m_grammar && m_grammarWanted->IsEnabled();
+    if (m_exact)
+        m_suspended.clear();
+    for (CStatementParser* parser : m_parsers) {
+        parser->SetExact(m_exact);
         parser->BeforeParse(change);
+    }
     m_kept.Clear();
-    m_keeping = m_grammar && m_grammarWanted->IsEnabled();
+    m_keeping = m_exact;
     if (m_grammar)
-        m_grammar->Expect(m_keeping, m_grammarWanted->GetPhpVersion());
+        m_grammar->Expect(m_exact, m_grammarWanted->GetPhpVersion());
     return true;
 }
 
@@ -171,9 +176,6 @@ void CPhpSyntaxParser::AfterParse()
     m_kept.Clear();
     for (CStatementParser* parser : m_parsers)
         parser->AfterParse();
-    // What the text has left unfinished is nothing to the next pass, which may see another text.
-    m_suspended.clear();
-    m_active = nullptr;
     if (m_grammar && m_grammar->HasVerdict())
         ReportMerged();
     else if (!m_errors.empty())
@@ -286,16 +288,18 @@ std::uint32_t CPhpSyntaxParser::ParsersFor(const CRegion& region) const
     }
 }
 
-void CPhpSyntaxParser::Offer(CRegion* region)
+// Whether a parser has claimed it.
+bool CPhpSyntaxParser::Offer(CRegion* region)
 {
     m_taken = true;
     for (std::uint32_t left = ParsersFor(*region); left != 0; left &= left - 1) {
         CStatementParser* const parser = m_parsers[static_cast<std::size_t>(std::countr_zero(left))];
         if (parser->StatementStartRegion(region)) {
             m_active = parser;
-            return;
+            return true;
         }
     }
+    return false;
 }
 
 void CPhpSyntaxParser::OnParsingContinue(CRegion* region, int offer)
@@ -305,17 +309,23 @@ void CPhpSyntaxParser::OnParsingContinue(CRegion* region, int offer)
     if (!offer)
         return;
     const std::size_t depth = m_suspended.size();
-    Offer(region);
-    // A parser that does not claim the region may still end a statement with it and so have resumed the one
-    // suspended here.
-    if (!m_active && m_suspended.size() == depth) {
-        m_active = m_suspended.back();
-        m_suspended.pop_back();
-    }
+    if (Offer(region) || m_suspended.empty())
+        return;
+    // A parser that does not claim the region may still have ended a statement with it. What it has resumed
+    // then goes on only if nesting is followed exactly.
+    if (m_exact && (m_active || m_suspended.size() != depth))
+        return;
+    m_active = m_suspended.back();
+    m_suspended.pop_back();
 }
 
 void CPhpSyntaxParser::OnStructureEnd(CRegion* region, int redispatch)
 {
+    if (m_exact && redispatch && m_active && m_active == m_switches) { // its block is a part of it
+        m_active = nullptr;
+        Offer(region);
+        return;
+    }
     m_active = nullptr;
     if (!m_suspended.empty()) {
         m_active = m_suspended.back();
@@ -331,9 +341,12 @@ void CPhpSyntaxParser::OnStructureEnd(CRegion* region, int redispatch)
     // The resumed parser may end with the same region, and so may the one below it: a loop, since statements
     // can be nested deeper than the stack.
     m_redeliver = true;
-    if (m_delivering)
+    if (m_delivering) {
+        ++m_ended;
         return;
+    }
     m_delivering = true;
+    m_ended = 1;
     m_taken = false;
     while (m_redeliver) {
         m_redeliver = false;
@@ -341,10 +354,21 @@ void CPhpSyntaxParser::OnStructureEnd(CRegion* region, int redispatch)
             m_active->DispathRegion(region);
     }
     m_delivering = false;
-    // The region reaches both what was resumed and whatever it starts; what was resumed may have offered it
-    // already or have ended with it, and what an error skips starts nothing.
-    if (!m_taken && !m_skipToEnd)
+    OfferEnding(region);
+}
+
+// A region that ends statements reaches both what it resumes and whatever it starts: it is offered once for
+// each statement it has ended. Followed exactly, it starts something only if nothing has taken it yet: what
+// was resumed may have offered it or have ended with it, a `do` takes its `while`, and what an error skips
+// starts nothing.
+void CPhpSyntaxParser::OfferEnding(CRegion* region)
+{
+    if (!m_exact) {
+        for (std::size_t left = m_ended; left > 0; --left)
+            Offer(region);
+    } else if (!m_taken && !m_skipToEnd && (!m_active || m_active != m_whiles)) {
         Offer(region);
+    }
 }
 
 void CPhpSyntaxParser::OnStructureError(int code, CRegion* region, int skipToEnd)

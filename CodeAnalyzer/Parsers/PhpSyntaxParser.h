@@ -69,7 +69,8 @@ private:
     [[gnu::noinline]] int EnterPhp(SyntaxParser::CRegion* region);
     [[gnu::noinline]] int Keep(SyntaxParser::CRegion* region);
     [[gnu::noinline]] void DispatchRegion(SyntaxParser::CRegion* region);
-    [[gnu::noinline]] void Offer(SyntaxParser::CRegion* region);
+    [[gnu::noinline]] bool Offer(SyntaxParser::CRegion* region);
+    void OfferEnding(SyntaxParser::CRegion* region);
     [[gnu::noinline]] void ParseKept();
     [[gnu::noinline]] void DispatchToNone(SyntaxParser::CRegion* region);
     [[gnu::noinline]] void DispatchBracketRegion(SyntaxParser::CRegion* region);
@@ -78,7 +79,7 @@ private:
     bool NeedsStatements() const;
     void ReportMerged();
     /// `letters`: what the words begin with that may mean something to the parser.
-    template <class TParser> TParser* AddParser(std::string_view letters);
+    template <class TParser> CStatementParser* AddParser(std::string_view letters);
 
     std::vector<CStatementParser*> m_parsers; ///< owned, in the order in which they are offered a region
     /// Sets of parsers, one bit for each: those that may know a word with this first letter.
@@ -94,13 +95,17 @@ private:
     int m_skipToEnd = 0;
     int m_inPhp = 0;
     std::vector<CStatementParser*> m_suspended;
-    bool m_redeliver = false;                      ///< the ending region still has to reach what was resumed
-    bool m_delivering = false;                     ///< a loop that does so runs further down the stack
+    bool m_exact = false;      ///< nesting is followed exactly in this pass
+    bool m_redeliver = false;  ///< the ending region still has to reach what was resumed
+    bool m_delivering = false; ///< a loop that does so runs further down the stack
+    std::size_t m_ended = 0;   ///< statements that the region being redelivered has ended
+    bool m_taken = false;      ///< what was resumed has offered the region, or has ended with it
+    const CStatementParser* m_switches = nullptr;
+    const CStatementParser* m_whiles = nullptr;
     std::unique_ptr<CPhpGrammarChecker> m_grammar; ///< null: there is none
     const IGrammarCheck* m_grammarWanted = nullptr;
     CRegionLog m_kept;      ///< regions that wait for the grammar's verdict
     bool m_keeping = false; ///< more of them are to be kept
-    bool m_taken = false;   ///< what was resumed has offered the region, or has ended with it
 };
 
 } // namespace Kesh::CodeAnalyzer

@@ -1,5 +1,6 @@
 #include "Parsers/PlainExpression.h"
 
+#include "Base/CommonString.h"
 #include "Parsers/ExpressionStatementParser.h"
 
 #include <algorithm>
@@ -7,6 +8,7 @@
 
 namespace Kesh::CodeAnalyzer {
 
+using Base::CCommonString;
 using SyntaxParser::CRegion;
 using enum ERegionClass;
 
@@ -23,6 +25,7 @@ enum EStepKind : std::uint8_t {
     ShutRound,
     ShutCast,
     ShutSquare,
+    ShutIndex,
     CastOrOperand,
     SkipElement, ///< a `,` before which nothing stands
     End,
@@ -47,7 +50,8 @@ constexpr auto Steps = [] {
 
     TRow& operand = rows[AtOperand];
     Set(operand,
-        {Sign, Operator, Relation, Negation, Step, Colon, DoubleColon, Backslash, Ellipsis, PrefixWord},
+        {Sign, Operator, Relation, Negation, Step, Colon, DoubleColon, Backslash, Ellipsis, PrefixWord,
+         PrefixKeyword},
         AtOperand);
     Set(operand, {Variable}, AfterChain);
     Set(operand, {Number}, AfterNumber);
@@ -57,10 +61,10 @@ constexpr auto Steps = [] {
     Set(operand, {ArrayWord}, AtArrayCall);
     Set(operand, {RoundOpen}, OpenGroup);
     Set(operand, {SquareOpen}, OpenLiteral);
-    Set(operand, {SquareClose}, ShutSquare);
+    Set(operand, {SquareClose}, ShutIndex);
 
     TRow& start = rows[AtStart] = operand;
-    Set(start, {Operator, Relation, Colon, DoubleColon, Ellipsis, SquareClose}, Refuse);
+    Set(start, {Operator, Relation, Colon, DoubleColon, Ellipsis, SquareClose, PrefixKeyword}, Refuse);
     Set(start, {Word}, AfterStartWord);
     Set(start, {EchoWord, PrintWord}, AfterEcho);
     Set(start, {ReturnWord}, AfterReturn);
@@ -69,6 +73,7 @@ constexpr auto Steps = [] {
     TRow& element = rows[AtElement] = operand;
     Set(element, {Ellipsis}, AtElement);
     Set(element, {RoundClose}, ShutRound);
+    Set(element, {SquareClose}, ShutSquare);
     Set(element, {Comma}, SkipElement);
 
     TRow& argument = rows[AtArgument] = operand;
@@ -125,6 +130,11 @@ constexpr auto Steps = [] {
     Set(rows[AtMember], {Variable, Word, WordOperator, ArrayWord, OtherKeyword}, AfterChain);
     return rows;
 }();
+
+constexpr bool IsArray(EBracket kind)
+{
+    return kind == EBracket::ArrayCall || kind == EBracket::ArrayLiteral;
+}
 
 std::uint8_t StepFor(int place, ERegionClass kind)
 {
@@ -203,11 +213,12 @@ CPlainExpression::EStep CPlainExpression::Follow(std::uint8_t step, CRegion& reg
     case OpenIndex: return Open(EBracket::Index, AtOperand, region);
     case ShutRound: return CloseRound(AfterChain, region);
     case ShutCast: return CloseRound(AtOperand, region);
-    case ShutSquare: return CloseSquare(region);
+    case ShutSquare: return CloseSquare(region, false);
+    case ShutIndex: return CloseSquare(region, true);
     case CastOrOperand:
         if (!m_parser.IsTypeRegion(&region))
             return Follow(StepFor(AtOperand, m_classes.Of(region)), region);
-        return m_classes.Of(region) == ArrayWord ? EStep::Refused : Go(AtCastEnd, region);
+        return CCommonString::LowersTo(region.text, L"array") ? EStep::Refused : Go(AtCastEnd, region);
     case SkipElement: return InnermostIs(EBracket::ArrayLiteral) ? Go(AtElement, region) : EStep::Refused;
     case End: m_open = false; return EStep::Ended;
     case EndOrRefuse: return EndsWith(region) ? EStep::Ended : EStep::Refused;
@@ -223,18 +234,20 @@ CPlainExpression::EStep CPlainExpression::Open(EBracket kind, int place, const C
 {
     if (m_depth == MostBrackets)
         return EStep::Refused;
-    m_brackets[m_depth++] = {kind, m_keyArrowSeen};
-    m_keyArrowSeen = false;
-    m_arrays += kind == EBracket::ArrayCall || kind == EBracket::ArrayLiteral;
+    m_brackets[m_depth++] = kind;
+    if (IsArray(kind)) {
+        ++m_arrays;
+        m_keyArrowSeen = false;
+    }
     return Go(place, region);
 }
 
 void CPlainExpression::Pop()
 {
-    const SPlainBracket& open = m_brackets[--m_depth];
-    const bool isArray = open.kind == EBracket::ArrayCall || open.kind == EBracket::ArrayLiteral;
-    m_arrays -= isArray;
-    m_keyArrowSeen = isArray || open.keyArrowOutside;
+    if (IsArray(m_brackets[--m_depth])) {
+        --m_arrays;
+        m_keyArrowSeen = true;
+    }
 }
 
 CPlainExpression::EStep CPlainExpression::CloseRound(int place, CRegion& region)
@@ -249,9 +262,9 @@ CPlainExpression::EStep CPlainExpression::CloseRound(int place, CRegion& region)
     return Go(place, region);
 }
 
-CPlainExpression::EStep CPlainExpression::CloseSquare(const CRegion& region)
+CPlainExpression::EStep CPlainExpression::CloseSquare(const CRegion& region, bool indexOnly)
 {
-    if (!InnermostIs(EBracket::ArrayLiteral) && !InnermostIs(EBracket::Index))
+    if (!InnermostIs(EBracket::Index) && (indexOnly || !InnermostIs(EBracket::ArrayLiteral)))
         return EStep::Refused;
     Pop();
     return Go(AfterChain, region);

@@ -82,11 +82,6 @@ public:
     void Clear();
 
 private:
-    struct SPlainBracket
-    {
-        EBracket kind;
-        bool keyArrowOutside; ///< the key-arrow flag of what surrounds it
-    };
     static constexpr std::size_t MostBrackets = 32;
     static constexpr std::size_t LeastKept = 64;
     static constexpr std::size_t MostKept = 16384; ///< what is longer is left to the states
@@ -103,19 +98,19 @@ private:
     EStep Go(int place, const SyntaxParser::CRegion& region);
     EStep Open(EBracket kind, int place, const SyntaxParser::CRegion& region);
     EStep CloseRound(int place, SyntaxParser::CRegion& region);
-    EStep CloseSquare(const SyntaxParser::CRegion& region);
+    EStep CloseSquare(const SyntaxParser::CRegion& region, bool indexOnly);
     EStep NextElement(const SyntaxParser::CRegion& region);
     EStep TakeKeyArrow(const SyntaxParser::CRegion& region);
     bool EndsWith(SyntaxParser::CRegion& region);
     void Pop();
-    bool InnermostIs(EBracket kind) const { return m_depth > 0 && m_brackets[m_depth - 1].kind == kind; }
+    bool InnermostIs(EBracket kind) const { return m_depth > 0 && m_brackets[m_depth - 1] == kind; }
 
     const CRegionClasses& m_classes;
     const SyntaxParser::ISynRegion* const m_stringEnd;
     CExpressionStatementParser& m_parser;
     std::vector<SKept> m_room;
     std::size_t m_count = 0; ///< of those that are kept
-    std::array<SPlainBracket, MostBrackets> m_brackets;
+    std::array<EBracket, MostBrackets> m_brackets;
     std::size_t m_depth = 0;
     EPlainPlace m_place = AtStart;
     bool m_open = false;

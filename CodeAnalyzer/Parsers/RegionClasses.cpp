@@ -33,8 +33,8 @@ constexpr TSigns PlainSigns = Signs({{"\t\n ", Blank},
                                      {"!~@", Negation},
                                      {":", Colon},
                                      {"\\", Backslash}});
-constexpr TSigns Brackets =
-    Signs({{"(", RoundOpen}, {")", RoundClose}, {"[", SquareOpen}, {"]", SquareClose}});
+constexpr TSigns OpeningSigns = Signs({{"(", RoundOpen}, {"[", SquareOpen}});
+constexpr TSigns ClosingSigns = Signs({{")", RoundClose}, {"]", SquareClose}});
 
 ERegionClass ClassOfSigns(std::wstring_view text)
 {
@@ -79,6 +79,12 @@ ERegionClass ClassOfWord(std::wstring_view text)
     }
 }
 
+// A word to every rule but one: "php" begins nothing.
+ERegionClass ClassOfConstant(std::wstring_view text)
+{
+    return Is(text, L"php") ? Other : Word;
+}
+
 ERegionClass ClassOfCalledWord(std::wstring_view text)
 {
     const bool special = Is(text, L"match") || Is(text, L"list") || Is(text, L"exit") || Is(text, L"die") ||
@@ -91,7 +97,7 @@ ERegionClass ClassOfKeyword(std::wstring_view text)
     switch (CCommonString::AsciiLower(text[0])) {
     case L'a': return Is(text, L"array") ? ArrayWord : Is(text, L"and") ? WordOperator : OtherKeyword;
     case L'b': return Is(text, L"break") ? BreakWord : OtherKeyword;
-    case L'c': return text == L"clone" ? PrefixWord : OtherKeyword;
+    case L'c': return text == L"clone" ? PrefixKeyword : OtherKeyword;
     case L'e':
         if (Is(text, L"echo"))
             return EchoWord;
@@ -117,7 +123,7 @@ ERegionClass ClassOfArgumentWord(std::wstring_view text)
 
 } // namespace
 
-constinit const std::array<TSigns, 2> CRegionClasses::SignsOf{PlainSigns, Brackets};
+constinit const std::array<TSigns, 3> CRegionClasses::SignsOf{PlainSigns, OpeningSigns, ClosingSigns};
 
 CRegionClasses::CRegionClasses(const SPhpRegionDefs& defs) : m_defs(defs)
 {
@@ -139,10 +145,10 @@ CRegionClasses::CRegionClasses(const SPhpRegionDefs& defs) : m_defs(defs)
     fixed(defs.TokenDefs[21], Carried);
     Add(defs.TokenDefs[1], ERule::Plain, Other);
     Add(defs.TokenDefs[2], ERule::Keyword, Other);
-    Add(defs.TokenDefs[3], ERule::Bracket, Other);
-    Add(defs.TokenDefs[4], ERule::Bracket, Other);
+    Add(defs.TokenDefs[3], ERule::Opening, Other);
+    Add(defs.TokenDefs[4], ERule::Closing, Other);
     Add(defs.TokenDefs[16], ERule::Argument, Other);
-    Add(defs.TokenDefs[17], ERule::Word, Other);
+    Add(defs.TokenDefs[17], ERule::Constant, Other);
     Add(defs.TokenDefs[19], ERule::Word, Other);
     Add(defs.ExtraDefs[3], ERule::CalledWord, Other);
 }
@@ -176,6 +182,7 @@ ERegionClass CRegionClasses::FromText(ERule rule, const CRegion& region)
         return Other;
     switch (rule) {
     case ERule::Word: return ClassOfWord(text);
+    case ERule::Constant: return ClassOfConstant(text);
     case ERule::CalledWord: return ClassOfCalledWord(text);
     case ERule::Argument: return ClassOfArgumentWord(text);
     case ERule::Keyword: return ClassOfKeyword(text);

@@ -21,8 +21,9 @@ enum class ERegionClass : std::uint8_t {
     CalledWord, ///< called like a function: `isset`, `fn`
     ArrayWord,
     OtherKeyword,
-    WordOperator, ///< `and`, `instanceof`
-    PrefixWord,   ///< `new`
+    WordOperator,  ///< `and`, `instanceof`
+    PrefixWord,    ///< `new`
+    PrefixKeyword, ///< the same, but it begins no statement: `clone`
     EchoWord,
     PrintWord,
     ReturnWord,
@@ -80,22 +81,32 @@ public:
         const SSlot& slot = Find(region.definition);
         if (slot.rule == ERule::Fixed)
             return slot.fixed;
-        if (region.text.size() == 1 && slot.rule <= ERule::Bracket)
+        if (region.text.size() == 1 && slot.rule <= ERule::Closing)
             return OfSign(slot.rule, region.text[0]);
         return FromText(slot.rule, region);
     }
 
 private:
     /// How much the kind tells by itself.
-    enum class ERule : std::uint8_t { Fixed, Plain, Bracket, Word, CalledWord, Argument, Keyword };
+    enum class ERule : std::uint8_t {
+        Fixed,
+        Plain,
+        Opening,
+        Closing,
+        Word,
+        Constant,
+        CalledWord,
+        Argument,
+        Keyword
+    };
     struct SSlot
     {
         const SyntaxParser::ISynRegion* definition = nullptr;
         ERule rule = ERule::Fixed;
         ERegionClass fixed = ERegionClass::Other;
     };
-    /// What ASCII characters are when they stand alone, in plain text and as brackets.
-    static const std::array<std::array<ERegionClass, 0x80>, 2> SignsOf;
+    /// What ASCII characters are when they stand alone, in plain text and as opening and closing brackets.
+    static const std::array<std::array<ERegionClass, 0x80>, 3> SignsOf;
     static constexpr std::size_t Slots = 256; ///< several times the kinds there are: they hardly ever collide
 
     static std::size_t Hash(const SyntaxParser::ISynRegion* definition)
@@ -113,7 +124,7 @@ private:
     static ERegionClass OfSign(ERule rule, wchar_t sign)
     {
         const auto code = static_cast<char32_t>(sign);
-        return code < 0x80 ? SignsOf[rule == ERule::Bracket][code] : ERegionClass::Other;
+        return code < 0x80 ? SignsOf[static_cast<std::size_t>(rule) - 1][code] : ERegionClass::Other;
     }
     static ERegionClass FromText(ERule rule, const SyntaxParser::CRegion& region);
 

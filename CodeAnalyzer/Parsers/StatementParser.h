@@ -36,6 +36,10 @@ public:
     virtual int StatementStartRegion(SyntaxParser::CRegion* region) = 0;
     virtual void BeforeParse(const SyntaxParser::STextChange& /*change*/) {}
     virtual void AfterParse() {}
+    /// Before each pass: whether statements nested in one another are told apart exactly, as the host wants
+    /// that has the grammar checked too, or by what one statement of a kind can remember.
+    void SetExact(bool exact) { m_exact = exact; }
+
     /// Whether the region carries no code: blanks, comments, and the word "php" of a short opening tag.
     virtual int IsNonSignificantRegion(SyntaxParser::CRegion* region);
     /// The statements nested inside this one have ended; this parser is active again.
@@ -119,6 +123,11 @@ protected:
     {
         return IsToken(region, 10) || region->definition == m_defs->Php.TagDefs[2];
     }
+    /// A `;`; the closing tag only where all is followed exactly.
+    bool IsSemicolon(SyntaxParser::CRegion* region) const
+    {
+        return IsToken(region, 10) || (m_exact && region->definition == m_defs->Php.TagDefs[2]);
+    }
     /// A name: an identifier, or a reserved word that may stand for one.
     bool IsWord(SyntaxParser::CRegion* region) const { return IsToken(region, 19) || IsToken(region, 17); }
 
@@ -144,6 +153,7 @@ protected:
     CParentParser* m_parent;
     std::span<const std::wstring_view> m_reservedWords; ///< an ordered set, one for all parsers
     std::shared_ptr<const CRegionClasses> m_classes;
+    bool m_exact = false;
 
 private:
     mutable std::wstring m_copy; ///< of the region last read from the reader

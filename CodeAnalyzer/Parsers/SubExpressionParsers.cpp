@@ -15,9 +15,11 @@ void COperandParser::StartInside(CRegion* region)
 }
 
 // Where an operand ends is for its states to say.
-int COperandParser::StatementStartRegion(CRegion* region)
+COperandParser::COperandParser(SyntaxParser::CDefRegions* defs,
+                               boost::shared_ptr<SyntaxParser::IReader> reader, CParentParser* parent)
+    : CExpressionStatementParser(defs, reader, parent)
 {
-    return StartInStates(region);
+    LeaveToStates();
 }
 
 void COperandParser::HandleChainState(CRegion* region)
@@ -51,14 +53,6 @@ int CStaticOperandParser::StatementStartRegion(CRegion* region)
     Reset(region);
     SetState(StreamState);
     return true;
-}
-
-void CStaticOperandParser::HandleChainState(CRegion* region)
-{
-    if (IsOpening(region, L'('))
-        CExpressionStatementParser::HandleChainState(region);
-    else
-        COperandParser::HandleChainState(region);
 }
 
 int CCaseExpressionParser::IsTerminalRegion(CRegion* region)

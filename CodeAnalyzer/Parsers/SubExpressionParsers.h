@@ -8,13 +8,13 @@ namespace Kesh::CodeAnalyzer {
 class COperandParser : public CExpressionStatementParser
 {
 public:
-    using CExpressionStatementParser::CExpressionStatementParser;
+    COperandParser(SyntaxParser::CDefRegions* defs, boost::shared_ptr<SyntaxParser::IReader> reader,
+                   CParentParser* parent);
 
     void SetState(int state) { m_data.state = state; }
     /// Begins with a region that may only stand inside an expression, as that of a closure.
     void StartInside(SyntaxParser::CRegion* region);
 
-    int StatementStartRegion(SyntaxParser::CRegion* region) override;
     void HandleBinarOpState(SyntaxParser::CRegion* region) override;
     void HandleChainState(SyntaxParser::CRegion* region) override;
 };
@@ -26,8 +26,6 @@ public:
     using COperandParser::COperandParser;
 
     int StatementStartRegion(SyntaxParser::CRegion* region) override;
-    /// A value may be a call, in young PHP.
-    void HandleChainState(SyntaxParser::CRegion* region) override;
 };
 
 /// The value after `case`: ends at `:` or `;`.

@@ -22,13 +22,13 @@ void CSwitchParser::BeforeParse(const STextChange& change)
     m_conditionParser.BeforeParse(change);
     m_caseParser.BeforeParse(change);
     m_inCase = 0;
-    m_body = {-1, -1};
 }
 
 int CSwitchParser::StatementStartRegion(CRegion* region)
 {
     if (IsWordOrKeyword(region, L"switch"sv)) {
-        m_inCase = 0; // an error in a label has left it set
+        if (m_exact) // an error in a label has left it set
+            m_inCase = 0;
         m_state = SwitchState;
         return true;
     }
@@ -83,14 +83,12 @@ void CSwitchParser::HandleExpressionState(CRegion* region)
 // 3: after the `)`; the block is a statement of its own.
 void CSwitchParser::HandleAfterConditionState(CRegion* region)
 {
-    if (IsOpening(region, L'{')) {
-        m_body = region->start;
+    if (IsOpening(region, L'{'))
         End(region, 1);
-    } else if (IsSymbol(region, L":")) {
+    else if (IsSymbol(region, L":"))
         End(region, 0);
-    } else if (!IsNonSignificantRegion(region)) {
+    else if (!IsNonSignificantRegion(region))
         Error(region);
-    }
 }
 
 // 4: the first region of a case's value.
@@ -140,7 +138,6 @@ void CSwitchParser::End(CRegion* region, int redispatch)
 void CSwitchParser::Error(CRegion* region)
 {
     m_state = SwitchState;
-    m_inCase = 0;
     m_parent->OnStructureError(Code::SwitchError, region, 1);
 }
 

@@ -18,9 +18,6 @@ public:
 
     void OnStructureEnd(SyntaxParser::CRegion* region, int redispatch) override;
 
-    /// Whether the region is the `{` with which the last head has ended: the block still belongs to it.
-    bool OpensBody(const SyntaxParser::CRegion* region) const { return region->start == m_body; }
-
 protected:
     enum EState {
         SwitchState = 0,
@@ -47,7 +44,6 @@ protected:
     int m_state = SwitchState;
     CExpressionStatementParser m_conditionParser;
     CCaseExpressionParser m_caseParser;
-    SyntaxParser::CIterator m_body{-1, -1};
     int m_inCase = 0; ///< 1 while the value of a `case` is being read
 };
 

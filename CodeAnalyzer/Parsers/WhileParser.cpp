@@ -1,7 +1,6 @@
 #include "Parsers/WhileParser.h"
 
 #include "Kesh/CodeAnalyzer/Catalog.h"
-#include "Parsers/SwitchParser.h"
 
 namespace Kesh::CodeAnalyzer {
 
@@ -20,15 +19,12 @@ void CWhileParser::BeforeParse(const STextChange& change)
     m_conditionParser.BeforeParse(change);
     m_warnings.clear();
     m_isDo = 0;
-    m_doWhile = {-1, -1};
     m_doStack.clear();
 }
 
 int CWhileParser::StatementStartRegion(CRegion* region)
 {
     if (IsKeyword(region, L"while")) {
-        if (region->start == m_doWhile) // it belongs to the `do`
-            return true;
         m_isDo = 0;
         m_state = WhileState;
         return true;
@@ -91,7 +87,7 @@ void CWhileParser::OnStructureEnd(CRegion* region, int /*redispatch*/)
 void CWhileParser::HandleAfterConditionState(CRegion* region)
 {
     if (m_isDo) {
-        if (IsStatementEnd(region))
+        if (IsSemicolon(region))
             End(region, 0);
         else
             Error(Code::UnendedStatement, region);
@@ -111,27 +107,22 @@ void CWhileParser::HandleAfterBodyState(CRegion* region)
     End(region, 1);
 }
 
-// 5: the body of `do`, which may be empty.
+// 5: the body of `do`. One that is a mere `;` no parser takes.
 void CWhileParser::HandleDoState(CRegion* region)
 {
-    if (IsToken(region, 10)) {
+    if (m_exact && IsToken(region, 10))
         m_state = AfterDoBodyState;
-        return;
-    }
-    HandBody(region);
+    else
+        HandBody(region);
 }
 
 // 6: the `while` after the body of `do`.
 void CWhileParser::HandleAfterDoBodyState(CRegion* region)
 {
-    if (IsKeyword(region, L"while")) {
-        m_doWhile = region->start;
+    if (IsKeyword(region, L"while"))
         m_state = WhileState;
-    } else if (m_switches && m_switches->OpensBody(region)) { // the body goes on
-        HandBody(region);
-    } else {
+    else
         Error(Code::WhileError, region);
-    }
 }
 
 void CWhileParser::HandBody(CRegion* region)

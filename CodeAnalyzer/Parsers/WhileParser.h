@@ -5,18 +5,12 @@
 
 namespace Kesh::CodeAnalyzer {
 
-class CSwitchParser;
-
 /// `while` and `do ... while`.
 class CWhileParser : public CContainerParser
 {
 public:
     CWhileParser(SyntaxParser::CDefRegions* defs, boost::shared_ptr<SyntaxParser::IReader> reader,
                  CParentParser* parent);
-
-    /// The parser of the `switch` statements that may be the body of a `do`, whose block it does not take
-    /// with it. Not owned.
-    void SetSwitches(const CSwitchParser* switches) { m_switches = switches; }
 
     void DispathRegion(SyntaxParser::CRegion* region) override;
     int StatementStartRegion(SyntaxParser::CRegion* region) override;
@@ -50,9 +44,7 @@ protected:
     int m_state = WhileState;
     CExpressionStatementParser m_conditionParser;
     int m_isDo = 0;
-    const CSwitchParser* m_switches = nullptr;
-    SyntaxParser::CIterator m_doWhile; ///< the `while` that ended the last `do`, which is offered again
-    std::vector<int> m_doStack;        ///< the kind of each loop whose body is being parsed, innermost last
+    std::vector<int> m_doStack; ///< the kind of each loop whose body is being parsed, innermost last
 };
 
 } // namespace Kesh::CodeAnalyzer

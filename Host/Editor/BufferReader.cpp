@@ -28,7 +28,7 @@ public:
         return Text().GetText(from, to);
     }
     std::wstring GetText() override { return Text().GetText(); }
-    void SetText(const std::wstring& text) override { m_text.emplace(text); }
+    void SetText(const std::wstring& text) override { m_text.emplace().SetWhole(text); }
     std::wstring GetFirstString() override { return Text().GetFirstString(); }
     void Free() override { delete this; }
     SyntaxParser::CIterator GetEnd() override { return Text().GetEnd(); }
@@ -37,7 +37,7 @@ private:
     SyntaxParser::CSimpleReader& Text()
     {
         if (!m_text)
-            m_text.emplace(m_buffer->GetText(L"\n"));
+            m_text.emplace().SetWhole(m_buffer->GetText(L"\n"));
         return *m_text;
     }
 

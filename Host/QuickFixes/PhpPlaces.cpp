@@ -1,8 +1,8 @@
 #include "QuickFixes/PhpPlaces.h"
 
-#include "SPBase/reader.h"
 #include "SyntaxParser/PhpDefs.h"
 #include "SyntaxParser/SPDocument.h"
+#include "SyntaxParser/TextReader.h"
 
 #include <boost/make_shared.hpp>
 
@@ -60,8 +60,7 @@ private:
 CPhpPlaces::CPhpPlaces(std::wstring_view text, const std::wstring& factory, std::size_t lines)
     : m_places(lines, EPlace::Markup)
 {
-    const auto document =
-        MakeSPDocument(boost::make_shared<CSimpleReader>(std::wstring(text)), {{}, factory});
+    const auto document = MakeSPDocument(boost::make_shared<CTextReader>(std::wstring(text)), {{}, factory});
     CLineStarts starts(m_places);
     boost::dynamic_pointer_cast<IParser>(document->GetComponent(L"IParser").lock())
         ->AddStateRegionHandler(&starts);

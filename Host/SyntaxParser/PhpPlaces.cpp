@@ -13,14 +13,14 @@ void CPhpScanner::ScanBracket(EPhpToken token)
         const bool annotate = m_prev == Declare || (Place().kind == EPlace::HookBody && Place().hookHead);
         if (annotate)
             AnnotateFrom(m_places.size() + 1);
-        Open(kind);
+        Open(kind, m_prev == Array);
         Token(PhpOpening);
         if (kind == EPlace::FnParams) // parameters are no arguments
             AnnotateFrom(m_places.size());
         break;
     }
     case OpenSquare:
-        Open(EPlace::Square);
+        Open(EPlace::Square, m_prev != Variable && m_prev != Name && m_prev != CloseSquare);
         Token(PhpOpening);
         break;
     case OpenBrace: ScanOpenBrace(); break;
@@ -28,9 +28,12 @@ void CPhpScanner::ScanBracket(EPhpToken token)
     }
 }
 
-void CPhpScanner::Open(EPlace kind)
+void CPhpScanner::Open(EPlace kind, bool isArray)
 {
     m_places.push_back({kind});
+    Place().isArray = isArray;
+    if (isArray)
+        m_arrayEnd = nullptr;
     UpdateAnnotated();
 }
 
@@ -114,6 +117,8 @@ void CPhpScanner::ScanClosing(EPhpToken token)
         return;
 
     m_lastClosed = Place().kind;
+    if (Place().isArray)
+        m_arrayEnd = m_lexer.Cursor();
     m_places.pop_back();
     if (m_annotation > m_places.size())
         m_annotation = 0;

@@ -4,6 +4,7 @@
 #include "SyntaxParser/SPDocument.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace Kesh::SyntaxParser {
 
@@ -187,18 +188,27 @@ void CPhpScanner::ScanOperator(EPhpToken token)
     }
 }
 
-// The arrows of `fn` and of `match` are no key arrows; that of a hook begins a statement.
+// The arrows of `fn` and of `match` are no key arrows; that of a hook begins a statement. To the parsers an
+// array in a key is the whole element, and a key arrow after it one too many.
 void CPhpScanner::ScanDoubleArrow()
 {
     const bool ofFn = (m_prev == CloseRound || m_prev == ReturnType) && m_lastClosed == EPlace::FnParams;
     if (Place().kind == EPlace::HookBody && Place().hookHead) {
         Comment(PhpAnnotation);
         SetHookHead(false);
-    } else if (ofFn || Place().kind == EPlace::MatchBody) {
+    } else if (ofFn || Place().kind == EPlace::MatchBody || EndsKeyWithArray()) {
         Token(PhpDot);
     } else {
         Token(PhpDoubleArrow);
     }
+}
+
+bool CPhpScanner::EndsKeyWithArray()
+{
+    if (!Place().isArray || !m_arrayEnd)
+        return false;
+    const wchar_t* const begin = std::exchange(m_arrayEnd, nullptr);
+    return std::find(begin, m_lexer.Begin(), L',') == m_lexer.Begin();
 }
 
 void CPhpScanner::ScanColon()

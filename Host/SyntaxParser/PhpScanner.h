@@ -49,6 +49,7 @@ private:
         bool memberIsHead = false;  ///< the member is a method or a `use`: its braces are no hooks
         bool caseLabel = false;     ///< between a `case` and its `:`
         bool hookHead = false;      ///< before the body of a hook
+        bool isArray = false;       ///< the elements of an array
         std::uint32_t ternaries = 0;
     };
     struct SPendingClass
@@ -103,7 +104,8 @@ private:
         UpdateAnnotated();
     }
 
-    void Open(EPlace kind);
+    void Open(EPlace kind, bool isArray = false);
+    bool EndsKeyWithArray();
     SPlace& Place() { return m_places.back(); }
     bool InClassBody() const;
     bool InExpressionBrackets() const;
@@ -138,6 +140,7 @@ private:
     EPhpToken m_prev = EPhpToken::End;   ///< the last token that was neither blank nor comment
     EPhpToken m_actual = EPhpToken::End; ///< what the token being read acts as
     EPlace m_lastClosed = EPlace::Block; ///< what the last closing bracket closed
+    const wchar_t* m_arrayEnd = nullptr; ///< of the last array inside an array, up to the next one or a key
     std::size_t m_annotation = 0;        ///< number of places from which all is annotation; 0: none
     bool m_annotated = false;            ///< whether what comes now is annotation
     std::size_t m_throwDepth = 0;        ///< number of places at the `throw` being read; 0: none

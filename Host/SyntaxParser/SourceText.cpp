@@ -10,6 +10,9 @@ namespace {
 
 constexpr wchar_t Replacement = 0xFFFD;
 
+/// How many bytes tell what a file is.
+constexpr std::size_t Looked = 8000;
+
 /// Decodes one sequence that does not begin with ASCII at `p`; advances `p` past it, or past one bad byte.
 wchar_t DecodeSequence(const unsigned char*& p, const unsigned char* end)
 {
@@ -151,13 +154,22 @@ std::wstring DecodeSource(std::string_view bytes)
 
 bool LooksBinary(std::string_view bytes)
 {
-    constexpr std::size_t Looked = 8000;
     return !Utf16OrderOf(bytes) && bytes.substr(0, Looked).find('\0') != std::string_view::npos;
 }
 
 bool HoldsNoSource(std::string_view bytes)
 {
-    return LooksBinary(bytes) && !bytes.starts_with("<?");
+    if (!LooksBinary(bytes))
+        return false;
+    bytes = bytes.substr(0, Looked);
+    const bool marked = bytes.starts_with("\xEF\xBB\xBF");
+    const std::size_t first = bytes.find_first_not_of('\0', marked ? 3 : 0);
+    constexpr std::string_view tag = "<?php";
+    return first == std::string_view::npos ||
+           (!bytes.substr(first).starts_with("<?") &&
+            std::search(bytes.begin(), bytes.end(), tag.begin(), tag.end(), [](char a, char b) {
+                return a == b || (a >= 'A' && a <= 'Z' && (a | 0x20) == b);
+            }) == bytes.end());
 }
 
 std::wstring DecodeSource(std::string_view bytes, SSourceFormat& format)

@@ -33,8 +33,8 @@ std::wstring DecodeSourceAs(std::string_view bytes, EEncoding encoding, SSourceF
 std::size_t DecodeInto(std::wstring& buffer, std::string_view bytes, SSourceFormat& format);
 /// Whether these are the bytes of no text at all: a NUL stands near their beginning.
 bool LooksBinary(std::string_view bytes);
-/// Whether there is nothing in them to check: they look binary, and do not begin as PHP does, to which a NUL
-/// is a character like any other.
+/// Whether there is nothing in them to check: they look binary, do not begin as PHP does but for a NUL, which
+/// to it is a character like any other, and have no `<?php` near their beginning.
 bool HoldsNoSource(std::string_view bytes);
 
 } // namespace Kesh::SyntaxParser

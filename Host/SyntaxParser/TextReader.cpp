@@ -13,8 +13,6 @@ void CTextReader::Decode(std::string_view bytes)
 {
     SSourceFormat format;
     m_size = DecodeInto(m_storage, bytes, format);
-    if (bytes.find('\0') != std::string_view::npos)
-        std::replace(m_storage.data(), m_storage.data() + m_size, L'\0', L'\xFFFD');
     m_lineStarts.clear();
     Reset();
 }

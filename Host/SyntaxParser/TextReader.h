@@ -17,8 +17,7 @@ public:
 
     /// The whole text; followed by a NUL character, valid until it changes.
     std::wstring_view View() const { return {m_storage.data(), m_size}; }
-    /// Takes the text of a file, with U+FFFD for NUL, which readers take for the end of a text. No memory is
-    /// asked for unless it is the longest text so far.
+    /// Takes the text of a file. No memory is asked for unless it is the longest text so far.
     void Decode(std::string_view bytes);
 
     void InitComponent(ISPDocument* /*document*/) override {}

@@ -64,10 +64,15 @@ CSimpleReader::CSimpleReader(const std::wstring& text)
 
 void CSimpleReader::SetString(const wchar_t* text)
 {
-    Reset();
-    m_string.clear();
+    SetWhole(text);
+}
+
+void CSimpleReader::SetWhole(std::wstring_view whole)
+{
+    Clear();
     std::wstring* line = &m_string.emplace_back();
-    const wchar_t* const end = text + std::wcslen(text);
+    const wchar_t* text = whole.data();
+    const wchar_t* const end = text + whole.size();
     while (text < end) {
         // As much of the line as stands in one piece, its break included.
         const wchar_t* next = text;

@@ -4,6 +4,7 @@
 #include "SPBase/SPException.h"
 
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace Kesh::SyntaxParser {
@@ -38,6 +39,8 @@ public:
     /// Replaces the text; it ends at the first zero character.
     void SetString(const wchar_t* text);
     void SetString(const std::wstring& text) { SetString(text.c_str()); }
+    /// The same with the zero characters that the text may hold.
+    void SetWhole(std::wstring_view text);
     /// Appends a further line as it is.
     void AddLine(const std::wstring& line) { m_string.push_back(line); }
     /// Leaves no line at all.

@@ -2,9 +2,9 @@
 #include "Application/FilePath.h"
 #include "Commands.h"
 #include "Report/Printable.h"
-#include "SPBase/reader.h"
 #include "SyntaxParser/SPDocument.h"
 #include "SyntaxParser/SourceText.h"
+#include "SyntaxParser/TextReader.h"
 
 #include <algorithm>
 #include <boost/make_shared.hpp>
@@ -23,7 +23,7 @@ boost::shared_ptr<ISPDocument> MakeDocument(const std::string& path)
     const std::wstring file = Host::PathFromBytes(path);
     const std::wstring text = DecodeSource(Host::ReadFileBytes(file));
     const std::wstring factory = FactoryForPath(file);
-    return MakeSPDocument(boost::make_shared<CSimpleReader>(text),
+    return MakeSPDocument(boost::make_shared<CTextReader>(text),
                           {file, factory.empty() ? L"PHPSPDocFactory" : factory});
 }
 

@@ -247,11 +247,34 @@ TEST_F(CommandLine, Utf16IsReadAndBinaryFilesAreSkippedWithANote)
     EXPECT_EQ(alone.err, "code-analyzer: a.php: skipped: a binary file\n");
     EXPECT_EQ(alone.out, "No files were checked.\n");
     EXPECT_EQ(Run({"check", "a.php", "b.php"}).out, "No errors in 1 file.\n");
-    // To PHP a NUL is a character like any other.
-    m_folder.Write(L"b.php", std::string("<?php\nf('\0');\n$a = 1 2;\n", 24));
-    const json records = RunJson({"b.php"}, 1);
-    ASSERT_EQ(records.size(), 1u);
-    EXPECT_EQ(records[0]["startLine"], 3);
+}
+
+// To PHP a NUL is a character like any other, but one that code does not hold.
+TEST_F(CommandLine, NulIsNoEndOfPhp)
+{
+    using namespace std::string_literals;
+    const std::tuple<std::string, int, int, int> cases[] = {
+        {"<?php\nf('\0');\n$a = 1 2;\n"s, 3, 8, 1012},
+        {"<?php f(\0);\n"s, 1, 9, 1056},
+        {"<?php if ($a\0) {}\n"s, 1, 13, 1056},
+        {"<?php if ($a) {} else\0;\n"s, 1, 22, 1056},
+        {"<?php $a = \"\0\"; /* \0 */ $b = 1 2;\n"s, 1, 32, 1012},
+        {"\0<?php $b = 1 2;\n"s, 1, 15, 1012},
+        {"\xEF\xBB\xBF\0\0<?= $b 2;\n"s, 1, 8, 1007},
+        {"<p>\0</p>\n<?PHP $b = 1 2;\n"s, 2, 14, 1012},
+    };
+    for (const auto& [text, line, column, code] : cases) {
+        m_folder.Write(L"a.php", text);
+        for (const char* command : {"check", "project"}) {
+            const SResult result = Run({command, "--format", "json", "."});
+            EXPECT_EQ(result.exit, 1) << command << " " << text;
+            const json records = json::parse(result.out);
+            ASSERT_EQ(records.size(), 1u) << command << " " << text;
+            EXPECT_EQ(records[0]["startLine"], line) << command << " " << text;
+            EXPECT_EQ(records[0]["startColumn"], column) << command << " " << text;
+            EXPECT_EQ(records[0]["code"], code) << command << " " << text;
+        }
+    }
 }
 
 TEST_F(CommandLine, ColumnsCountCharacters)

@@ -42,6 +42,12 @@ TEST(Readers, KeepLinesWithTheirLineFeeds)
     // A lone carriage return breaks the line of the forward reader only.
     EXPECT_EQ(CSimpleReader(L"a\rb").GetFirstString(), L"a");
     EXPECT_EQ(CBackSimpleReader(L"a\rb").GetFirstString(), L"ab");
+    CSimpleReader whole;
+    whole.SetWhole({L"a\0\r\nb\0c", 7});
+    EXPECT_EQ(whole.GetText(), (std::wstring{L"a\0\nb\0c", 6}));
+    EXPECT_EQ(whole.GetText({0, 1}, {3, 1}), (std::wstring{L"b\0c", 3}));
+    whole.SetText({L"a\0b", 3});
+    EXPECT_EQ(whole.GetText(), L"a") << "where a text ends with a zero";
     EXPECT_EQ(CSimpleReader(L" \tfirst line \nsecond").GetFirstString(), L"first line");
 }
 

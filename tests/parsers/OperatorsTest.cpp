@@ -1,3 +1,5 @@
+#include "Components/CAErrorsReceiver.h"
+#include "Parsers/PhpSyntaxParser.h"
 #include "Parsers/SubExpressionParsers.h"
 #include "SPBase/reader.h"
 #include "SyntaxParser/PhpScanner.h"
@@ -106,8 +108,17 @@ struct CParent : CParentParser
     std::wstring reports;
 };
 
+struct CErrors : IErrorsReceiver
+{
+    void AddErrors(const std::wstring&, const std::vector<SCAError>& errors) override
+    {
+        count += errors.size();
+    }
+    std::size_t count = 0;
+};
+
 /// One line of text, cut by hand.
-class CByHand
+class CByHand : private SyntaxParser::IParser
 {
 public:
     explicit CByHand(const std::wstring& text)
@@ -122,12 +133,18 @@ public:
         return CRegion{{static_cast<std::int64_t>(at), 0}, {static_cast<std::int64_t>(m_end), 0}, kind};
     }
 
+    boost::shared_ptr<IParser> AsParser() { return {boost::shared_ptr<void>(), this}; }
+
     SyntaxParser::CDefRegions* defs = SyntaxParser::GetDefRegions();
     const SyntaxParser::SPhpRegionDefs& php = defs->Php;
     boost::shared_ptr<SyntaxParser::IReader> reader;
     CParent parent;
 
 private:
+    void InitComponent(SyntaxParser::ISPDocument*) override {}
+    std::wstring GetComponentName() override { return {}; }
+    void AddStateRegionHandler(SyntaxParser::IStateRegionHandler*) override {}
+
     std::wstring m_text;
     std::size_t m_end = 0;
 };
@@ -149,6 +166,48 @@ TEST(ByHand, RegionKindsCanBeMade)
         region.definition = text.php.TokenDefs[index];
         EXPECT_FALSE(parser.StatementStartRegion(&region)) << index;
     }
+}
+
+// Where a statement begins it is blank; where an operand is due it is a name.
+TEST(ByHand, TheWordAfterAShortTagIsAnOperand)
+{
+    for (const wchar_t* before : {L"=", L"+", L"(", L"["}) {
+        CByHand text(L"$a " + std::wstring(before) + L" php ;");
+        CRegion variable = text.Next(L"$a", text.php.VarDefs[3]);
+        const bool isBracket = std::wcschr(L"([", *before);
+        CRegion sign = text.Next(before, text.php.TokenDefs[isBracket ? 3 : *before == L'=' ? 14 : 1]);
+        CRegion word = text.Next(L"php", text.php.TokenDefs[19]);
+        CRegion end = text.Next(L";", text.php.TokenDefs[10]);
+        CExpressionStatementParser parser(text.defs, text.reader, &text.parent);
+        ASSERT_TRUE(parser.StatementStartRegion(&variable));
+        for (CRegion* region : {&sign, &word, &end})
+            parser.DispathRegion(region);
+        EXPECT_EQ(text.parent.reports, isBracket ? L"101 " : L"end0 ");
+        parser.DispathRegion(&word);
+        EXPECT_FALSE(parser.StatementStartRegion(&word));
+    }
+}
+
+// A parser that nests statements while none is active leaves nobody to be resumed.
+TEST(ByHand, NobodyCanBeSuspended)
+{
+    CByHand text(L"} else");
+    CRegion brace = text.Next(L"}", text.php.TokenDefs[4]);
+    CRegion word = text.Next(L"else", text.php.TokenDefs[2]);
+    CErrors errors;
+    CPhpSyntaxParser driver(text.defs, &errors);
+    driver.InitParser(text.AsParser(), text.reader);
+    for (int pass = 0; pass < 2; ++pass) {
+        driver.BeforeParse({}, text.reader);
+        for (int i = 0; i < 3; ++i)
+            driver.OnParsingContinue(&brace, i % 2);
+        driver.OnStructureEnd(&brace, 1);
+        driver.OnStructureEnd(&brace, 0);
+        if (pass == 1)
+            driver.OnStructureError(101, &word, 0);
+        driver.AfterParse();
+    }
+    EXPECT_EQ(errors.count, 2U) << "the error, and the `else` that it is offered as";
 }
 
 TEST(ByHand, AnOperandEndsAtTheBracketAfterAWord)

@@ -34,6 +34,14 @@ const char* const Pieces[] = {"(",       ")",        "[",         "]",          
                               "get",     "++",       "!",         "instanceof", "and",     "var",
                               "final",   "abstract", "interface", "trait",      "?->",     "__halt_compiler"};
 
+std::string AnyPieces(std::mt19937& random)
+{
+    std::string any = "<?php ";
+    for (std::size_t i = 0, length = 5 + random() % 60; i < length; ++i)
+        (any += Pieces[random() % std::size(Pieces)]) += ' ';
+    return any;
+}
+
 } // namespace
 
 // Deeper than any stack: what recurses here does not come back.
@@ -119,12 +127,13 @@ TEST(Robustness, AnyBytes)
               "101 1:5-1:6 101 2:5-2:6 101 3:2-3:4");
 }
 
-// What a text is reported for must not depend on what the user had typed before.
+// With the grammar, what a text is reported for does not depend on what the user had typed before.
 TEST(Robustness, EarlierStatesOfTheTextLeaveNoTrace)
 {
     CPhpCheck php;
+    php.SetGrammar(true);
     const std::string_view text = "<?php\n\n$x = 1;\n$y = 2 $z;\nif ($a) { f(); } else { g(); }\n";
-    const std::string expected = "101 3:7-3:9";
+    const std::string expected = "1012 3:7-3:9";
     ASSERT_EQ(php.Check(text), expected);
     for (std::string_view earlier :
          {"<?php if ($a) { f();", "<?php f(function() { g();", "<?php $f = new class { function g() {",
@@ -144,17 +153,48 @@ TEST(Robustness, EarlierStatesOfTheTextLeaveNoTrace)
             EXPECT_EQ(php.CheckAfter({earlier}, later), php.Check(later)) << earlier << " then " << later;
 
     std::mt19937 random(3);
-    const auto any = [&random] {
-        std::string any = "<?php ";
-        for (std::size_t i = 0, length = 5 + random() % 60; i < length; ++i)
-            (any += Pieces[random() % std::size(Pieces)]) += ' ';
-        return any;
-    };
     for (int round = 0; round < 2000; ++round) {
-        const std::string earlier = any();
+        const std::string earlier = AnyPieces(random);
         ASSERT_EQ(php.CheckAfter({earlier}, text), expected) << earlier;
-        const std::string later = any();
+        const std::string later = AnyPieces(random);
         ASSERT_EQ(php.CheckAfter({earlier}, later), php.Check(later)) << earlier << " then " << later;
+    }
+}
+
+// Without it, a statement that an earlier text has left unfinished is resumed.
+TEST(Robustness, WithoutTheGrammarUnfinishedStatementsAreTakenUpAgain)
+{
+    struct SCase
+    {
+        const char* earlier;
+        const char* later;
+        const char* alone;
+        const char* after;
+    };
+    static constexpr SCase Cases[]{
+        {"<?php if ($o) { if ($y) f", "<?php f(); elseif ($a) { }", "252 0:11-0:17", ""},
+        {"<?php if ($o) { f", "<?php if ($a); f(); } else { }", "252 0:22-0:26 w901 0:13-0:14",
+         "w901 0:13-0:14"},
+        {"<?php do { f", "<?php f(); } while ($a);", "w901 0:23-0:24", "w901 0:23-0:24"},
+        {"<?php if ($o): if ($y) f", "<?php if ($o): if ($y) f();", "", "101 0:23-0:24"},
+        {"<?php foreach ($a as $b) f", "<?php f(); ; $x = 1 2;", "101 0:20-0:21", "101 0:20-0:21"},
+    };
+    CPhpCheck php;
+    for (const auto& [earlier, later, alone, after] : Cases) {
+        php.SetGrammar(false);
+        EXPECT_EQ(php.Check(later), alone) << later;
+        EXPECT_EQ(php.CheckAfter({earlier}, later), after) << earlier << " then " << later;
+        php.SetGrammar(true);
+        EXPECT_EQ(php.CheckAfter({earlier}, later), php.Check(later)) << earlier << " then " << later;
+    }
+    // Whatever it is, it is there no more but by name: no text, no closure that it stood in.
+    php.SetGrammar(false);
+    std::mt19937 random(4);
+    for (int round = 0; round < 100; ++round) {
+        std::vector<std::string> texts(30);
+        for (std::string& text : texts)
+            text = AnyPieces(random);
+        php.CheckAfter({texts.begin(), texts.end()}, texts.front());
     }
 }
 

@@ -75,6 +75,11 @@ TEST(Kinds, FollowFromThePlace)
          "Tag1 Class1 Token19 Token3 Token2 Token19 Var3 Token3 Comment13 Comment13 Token20 Token10 Token4 "
          "Var1 "
          "Token19 Var3 Token10 Var1 Var3 Token10 Token4"},
+        {L"<?php [f([1]) => 2, [3], 4 => 5]; array(array() => [6]);",
+         "Tag1 Token3 Token19 Token3 Token3 Token20 Token4 Token4 Token21 Token20 Token8 Token3 Token20 "
+         "Token4 "
+         "Token8 Token20 Token11 Token20 Token4 Token10 Token2 Token3 Token2 Token3 Token4 Token21 Token3 "
+         "Token20 Token4 Token4 Token10"},
         {L"<?php \"a", "Tag1 Token5 Token6"},
         {L"<?php __halt_compiler(); ) (", "Tag1 Extra3 Token3 Token4 Token10 Comment11"},
     };
