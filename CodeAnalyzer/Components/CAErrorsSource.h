@@ -22,6 +22,7 @@ public:
     }
     AddedSignal& GetAddedSignal() override { return m_manager.GetAddedSignal(); }
     RemovedSignal& GetRemovedSignal() override { return m_manager.GetRemovedSignal(); }
+    FailedSignal& GetFailedSignal() override { return m_manager.GetFailedSignal(); }
     void ShowHostErrors(const std::wstring& file, const std::vector<SHostError>& errors) override
     {
         m_manager.ShowHostErrors(file, errors);

@@ -26,6 +26,7 @@ public:
     IErrorDetails* GetErrorDetails() override { return &m_errorDetails; }
     IGrammarCheck* GetGrammarCheck() override { return &m_grammarCheck; }
     void Free() override { delete this; }
+    std::wstring GetFailure() override { return m_failure; }
 
 private:
     /// What the texts of one language are checked with.
@@ -44,6 +45,7 @@ private:
     CErrorDetails m_errorDetails{m_grammarCheck};
     std::map<std::wstring, SLanguage> m_languages; ///< by factory name
     std::vector<SCAError>* m_found = nullptr;      ///< while a check runs
+    std::wstring m_failure;
 };
 
 } // namespace Kesh::CodeAnalyzer

@@ -72,7 +72,9 @@ std::optional<Findings::SFileFindings> CFileChecker::Check(const SInput& input)
     m_reader->Decode(bytes);
     const std::wstring factory = FactoryOf(input);
     std::vector<CodeAnalyzer::SCAError> errors;
-    m_checks->Check(m_reader, input.absolute, factory, errors);
+    if (!m_checks->Check(m_reader, input.absolute, factory, errors))
+        throw Base::CWorkError(L"the check failed: " + m_checks->GetFailure(), __LINE__,
+                               "apps/code-analyzer/FileChecker");
     const bool mayIgnore = SyntaxParser::Utf16OrderOf(bytes) || Findings::CIgnores::MayHave(bytes);
     return m_describer->Describe(
         {input.shown, input.absolute, factory, [this] { return m_reader->GetText(); }, mayIgnore},

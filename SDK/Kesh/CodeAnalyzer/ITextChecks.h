@@ -21,8 +21,8 @@ class ITextChecks
 public:
     /// Checks the text of `reader`, of which `path` and `factoryName` tell the language as those of a syntax
     /// document do, and appends what is found to `errors`: of PHP first, then HTML, then CSS. A reader that
-    /// is given again, with another text, is checked faster than a new one. False: the check was given up,
-    /// and what it had found until then may not be all.
+    /// is given again, with another text, is checked faster than a new one. False: the check was given up
+    /// or has failed, and what it had found until then may not be all.
     virtual bool Check(const boost::shared_ptr<SyntaxParser::IReader>& reader, const std::wstring& path,
                        const std::wstring& factoryName, std::vector<SCAError>& errors) = 0;
     /// The message in the user's language.
@@ -34,6 +34,8 @@ public:
     virtual IGrammarCheck* GetGrammarCheck() = 0;
     /// Ends them.
     virtual void Free() = 0;
+    /// Why the last check has failed; empty when it has not.
+    virtual std::wstring GetFailure() = 0;
 
 protected:
     ~ITextChecks() = default;

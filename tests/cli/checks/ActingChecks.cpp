@@ -4,6 +4,7 @@
 
 #include <chrono>
 #include <csignal>
+#include <stdexcept>
 #include <thread>
 
 using namespace Kesh;
@@ -26,13 +27,20 @@ public:
             std::this_thread::sleep_for(std::chrono::minutes(2));
         if (asks(L"find"))
             errors.push_back({{{0, 0}, {1, 0}}, 101, CodeAnalyzer::SeverityError});
-        return true;
+        if (asks(L"throw"))
+            throw std::runtime_error("thrown");
+        m_failed = asks(L"fail");
+        return !m_failed;
     }
     std::wstring GetErrorDescription(const CodeAnalyzer::SCAError& /*error*/) override { return L"found"; }
     CodeAnalyzer::ICustomNames* GetCustomNames() override { return nullptr; }
     CodeAnalyzer::IErrorDetails* GetErrorDetails() override { return nullptr; }
     CodeAnalyzer::IGrammarCheck* GetGrammarCheck() override { return nullptr; }
     void Free() override { delete this; }
+    std::wstring GetFailure() override { return m_failed ? L"no more regions" : L""; }
+
+private:
+    bool m_failed = false;
 };
 
 } // namespace
