@@ -2,12 +2,14 @@
 
 namespace Kesh::CodeAnalyzer {
 
-bool IsCheckable(const std::wstring& factory, const std::wstring& path)
+bool IsOwnFactory(const std::wstring& factory)
 {
-    if (factory != L"PHPSPDocFactory" && factory != L"HTMLSPDocFactory" && factory != L"CSSSPDocFactory")
-        return false;
-    // Templates are full of what only their engine understands.
-    return path.size() <= 4 || !(path.ends_with(L".tpl") || path.ends_with(L".ctp"));
+    return factory == L"PHPSPDocFactory" || factory == L"HTMLSPDocFactory" || factory == L"CSSSPDocFactory";
+}
+
+bool IsTemplate(const std::wstring& path)
+{
+    return path.size() > 4 && (path.ends_with(L".tpl") || path.ends_with(L".ctp"));
 }
 
 } // namespace Kesh::CodeAnalyzer

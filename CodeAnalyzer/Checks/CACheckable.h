@@ -4,7 +4,9 @@
 
 namespace Kesh::CodeAnalyzer {
 
-/// Whether documents of this factory and path are checked.
-bool IsCheckable(const std::wstring& factory, const std::wstring& path);
+/// Whether documents of this factory are checked, unless they are templates.
+bool IsOwnFactory(const std::wstring& factory);
+/// Templates are full of what only their engine understands.
+bool IsTemplate(const std::wstring& path);
 
 } // namespace Kesh::CodeAnalyzer

@@ -1,6 +1,8 @@
 #include "Checks/CADocumentCheck.h"
 
+#include "Base/CommonString.h"
 #include "Base/HostComponent.h"
+#include "Components/CAGrammarCheck.h"
 #include "Kesh/Editor/IDocBuffer.h"
 #include "Kesh/SyntaxParser/IParserComponent.h"
 #include "Markup/CssSyntaxChecker.h"
@@ -9,6 +11,7 @@
 #include "SPBase/reader.h"
 
 #include <boost/make_shared.hpp>
+#include <exception>
 
 namespace Kesh::CodeAnalyzer {
 
@@ -69,12 +72,9 @@ void CCADocumentCheck::AddCheckers(SDK::IApplication* application, SyntaxParser:
     m_cssChecker = std::make_unique<CCssSyntaxChecker>(owner, m_document, application, receiver);
     if (SyntaxParser::ISemanticParser* semantic = m_document->GetSemanticParser(L"HTML"))
         semantic->SetEnabled(true);
-}
-
-void CCADocumentCheck::FollowGrammar(const IGrammarCheck* wanted)
-{
-    if (m_phpParser)
-        m_phpParser->FollowGrammar(*m_document, wanted);
+    // Behind the checkers, which are done when this is called.
+    m_endOfParse =
+        m_document->GetEndOfParseSignal().connect([this](SyntaxParser::ISPDocument*) { m_passEnded = true; });
 }
 
 void CCADocumentCheck::SetDetailed(bool detailed)
@@ -97,20 +97,33 @@ void CCADocumentCheck::TakeSnapshot(SyntaxParser::ISPDocument& source, const std
     m_reader->SetWhole(WholeText(source)); // to PHP a NUL is a character like any other
 }
 
-bool CCADocumentCheck::Run()
+ECheckEnd CCADocumentCheck::Run()
 {
-    bool complete = false;
-    try {
-        m_document->Parse(true);
-        complete = !*m_cancelled;
-    } catch (...) {
-        // A fault in the check of one text ends that check; it must not take the user's editor with it.
-    }
-    if (!complete && m_phpParser) { // has not heard of the end of the pass
+    m_end = Parse();
+    if (m_end != ECheckEnd::Complete && m_phpParser) { // has not heard of the end of the pass
         m_phpParser->BeforeParse({}, m_reader);
         m_phpParser->AfterParse();
     }
-    return !*m_cancelled;
+    return m_end;
+}
+
+// A fault in the check of one text ends that check; it must not take the user's editor with it.
+ECheckEnd CCADocumentCheck::Parse()
+{
+    m_passEnded = false;
+    try {
+        if (!m_followsGrammar && m_phpParser && m_grammarWanted && m_grammarWanted->IsEnabled()) {
+            m_phpParser->FollowGrammar(*m_document, m_grammarWanted);
+            m_followsGrammar = true;
+        }
+        m_document->Parse(true);
+        return m_passEnded || !*m_cancelled ? ECheckEnd::Complete : ECheckEnd::GivenUp;
+    } catch (const std::exception& fault) {
+        m_failure = Base::CCommonString::FromUtf8(fault.what());
+    } catch (...) {
+        m_failure = L"the positions of regions do not fit the text";
+    }
+    return *m_cancelled ? ECheckEnd::GivenUp : ECheckEnd::Failed;
 }
 
 void CCADocumentCheck::ReleaseMarkupCheckers()

@@ -6,6 +6,7 @@
 #include "Kesh/SyntaxParser/ISPDocument.h"
 
 #include <boost/shared_ptr.hpp>
+#include <boost/signals2/connection.hpp>
 #include <memory>
 #include <string>
 
@@ -21,6 +22,12 @@ class CHtmlSyntaxChecker;
 class CPhpSyntaxParser;
 class ICheckOwner;
 class IErrorsReceiver;
+
+enum class ECheckEnd {
+    Complete, ///< everything that it has found has been posted
+    GivenUp,  ///< somebody has set the flag: what may have been posted is not complete
+    Failed    ///< the same because of a fault
+};
 
 /// Everything that a check of one document needs: a private syntax document over a snapshot of the text, and
 /// the checkers that follow its parse. One thread at a time; built on the GUI thread.
@@ -40,15 +47,18 @@ public:
                                                         CHtmlCustomItemsKeeper* customItems);
     ~CCADocumentCheck();
 
-    /// Has the grammar check take part when the host wants it; `wanted` may be null. Once.
-    void FollowGrammar(const IGrammarCheck* wanted);
+    /// Has the grammar check take part in checks that begin when the host wants it; `wanted` may be null.
+    void FollowGrammar(const IGrammarCheck* wanted) { m_grammarWanted = wanted; }
     /// Whether to say more of errors than their records do. Before a check.
     void SetDetailed(bool detailed);
     /// Takes the source's text as it is now; errors will be reported under `path`. GUI thread.
     void TakeSnapshot(SyntaxParser::ISPDocument& source, const std::wstring& path);
-    /// Checks the last snapshot; the results are posted to the receiver. False when the check was given
-    /// up; what it may have posted then is not complete. Never throws.
-    bool Run();
+    /// Checks the last snapshot; the results are posted to the receiver. Never throws.
+    ECheckEnd Run();
+    /// Of the last Run().
+    ECheckEnd GetEnd() const { return m_end; }
+    /// Why it has failed.
+    const std::wstring& GetFailure() const { return m_failure; }
     /// Set, it has Run() return soon; cleared by each snapshot.
     const TCancelFlag& GetCancelFlag() const { return m_cancelled; }
     void SetCancelFlag(TCancelFlag cancelled);
@@ -59,6 +69,7 @@ private:
     CCADocumentCheck();
     void AddCheckers(SDK::IApplication* application, SyntaxParser::CDefRegions* defs,
                      IErrorsReceiver* receiver, CHtmlCustomItemsKeeper* customItems, ICheckOwner* owner);
+    ECheckEnd Parse();
 
     TCancelFlag m_cancelled; ///< outlives the document, which looks at it
     boost::shared_ptr<SyntaxParser::ISPDocument> m_document;
@@ -66,6 +77,12 @@ private:
     boost::shared_ptr<CPhpSyntaxParser> m_phpParser;         ///< null unless the document is PHP
     std::unique_ptr<CHtmlSyntaxChecker> m_htmlChecker;
     std::unique_ptr<CCssSyntaxChecker> m_cssChecker;
+    const IGrammarCheck* m_grammarWanted = nullptr;
+    bool m_followsGrammar = false;
+    bool m_passEnded = false; ///< whatever the flag says: a host may leave it aside
+    boost::signals2::scoped_connection m_endOfParse;
+    ECheckEnd m_end = ECheckEnd::Complete;
+    std::wstring m_failure;
 };
 
 } // namespace Kesh::CodeAnalyzer

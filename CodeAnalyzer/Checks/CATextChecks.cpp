@@ -17,7 +17,8 @@ CTextChecks::CTextChecks(SDK::IApplication* application)
 bool CTextChecks::Check(const boost::shared_ptr<SyntaxParser::IReader>& reader, const std::wstring& path,
                         const std::wstring& factoryName, std::vector<SDiagnostic>& found)
 {
-    if (!IsCheckable(factoryName, path))
+    m_failure.clear();
+    if (!IsOwnFactory(factoryName) || IsTemplate(path))
         return true;
     SLanguage& language = m_languages[factoryName];
     if (language.reader != reader) {
@@ -33,11 +34,14 @@ bool CTextChecks::Check(const boost::shared_ptr<SyntaxParser::IReader>& reader, 
     if (!language.check)
         return true;
     m_found = &found;
-    const bool complete = language.check->Run();
+    const ECheckEnd end = language.check->Run();
     m_found = nullptr;
-    if (!complete) // the next text gets a document without a past
-        language.reader.reset();
-    return complete;
+    if (end == ECheckEnd::Complete)
+        return true;
+    if (end == ECheckEnd::Failed)
+        m_failure = language.check->GetFailure();
+    language.reader.reset(); // the next text gets a document without a past
+    return false;
 }
 
 void CTextChecks::AddErrors(const std::wstring& /*file*/, const std::vector<SCAError>& errors,

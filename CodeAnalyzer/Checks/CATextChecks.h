@@ -25,6 +25,7 @@ public:
     IDiagnosticTexts* GetTexts() override { return &m_texts; }
     IGrammarCheck* GetGrammarCheck() override { return &m_grammarCheck; }
     void Free() override { delete this; }
+    std::wstring GetFailure() override { return m_failure; }
 
 private:
     /// What the texts of one language are checked with.
@@ -43,6 +44,7 @@ private:
     CDiagnosticTexts m_texts;
     std::map<std::wstring, SLanguage> m_languages; ///< by factory name
     std::vector<SDiagnostic>* m_found = nullptr;   ///< while a check runs
+    std::wstring m_failure;
 };
 
 } // namespace Kesh::CodeAnalyzer

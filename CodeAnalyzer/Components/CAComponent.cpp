@@ -1,5 +1,6 @@
 #include "Components/CAComponent.h"
 
+#include "Components/CACheckWorkers.h"
 #include "Components/CACommands.h"
 #include "Components/CAErrorsBar.h"
 #include "Kesh/LangSupport/LangSupport.h"
@@ -9,6 +10,11 @@
 
 #include <boost/bind/bind.hpp>
 #include <boost/bind/placeholders.hpp>
+#include <utility>
+
+// The pointers that a host gives for its menu are asserted in every build.
+#undef NDEBUG
+#include <cassert>
 
 namespace Kesh::CodeAnalyzer {
 
@@ -16,11 +22,11 @@ using namespace boost::placeholders;
 
 CCAComponent::~CCAComponent()
 {
-    // Workers post to the bar and read the custom items, so they end first.
-    m_projectHandler.Shutdown();
-    m_docManager.Shutdown();
+    // Workers post to the bar and read the custom items, so they end first, which the host does not see.
+    m_projectHandler.EndRuns();
+    m_docManager.GetWorkers()->EndThreads();
     m_errorsManager.DetachBar();
-    delete m_errorsBar;
+    delete std::exchange(m_errorsBar, nullptr);
     if (m_imageList)
         m_imageList->Release();
 }
@@ -70,8 +76,11 @@ void CCAComponent::OnMainFrameAddBars(SDK::IMainFrame* frame)
 void CCAComponent::OnFillMainFrameMenu(SDK::IMenu* menu, int /*which*/)
 {
     const auto root = menu->GetItem({});
+    assert(root);
     const auto tools = root->AddPopup(new SDK::CEmptyCmd(L"&Tools"), -1);
+    assert(tools);
     const auto validator = tools->AddPopup(new SDK::CEmptyCmd(L"Code validator"), 0);
+    assert(validator);
     validator->AddCommand(new CCAShowErrorsBarCmd(m_application, this), -1, 0, 0);
 }
 

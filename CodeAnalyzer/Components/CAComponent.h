@@ -28,7 +28,7 @@ class CCAComponent final : public ICAComponent, public boost::signals2::trackabl
 public:
     /// Touches nothing of the host.
     CCAComponent() = default;
-    /// Waits for the checks that run.
+    /// Waits for the checks that run. The bar goes first, then what the host has given.
     ~CCAComponent();
     CCAComponent(const CCAComponent&) = delete;
     CCAComponent& operator=(const CCAComponent&) = delete;

@@ -61,17 +61,18 @@ void CCADocManager::OnSPDocDestroy(SDK::IDocument* document)
     });
     if (found == m_checkers.end())
         return;
-    const bool differs = (*found)->MayDifferFromDisk();
-    const std::wstring path = (*found)->GetFilePath();
+    std::wstring path;
+    if (m_closedHandler && (*found)->MayDifferFromDisk())
+        path = (*found)->GetFilePath();
     (*found)->DestroyPtr();
     m_checkers.erase(found);
-    if (differs && m_closedHandler)
+    if (!path.empty())
         m_closedHandler(path);
 }
 
 bool CCADocManager::IsCheckable(SyntaxParser::ISPDocument& document)
 {
-    return CodeAnalyzer::IsCheckable(document.GetFactoryName(), document.GetFilePath());
+    return IsOwnFactory(document.GetFactoryName()) && !IsTemplate(document.GetFilePath());
 }
 
 boost::shared_ptr<CCADocParser> CCADocManager::FindChecker(SyntaxParser::ISPDocument* document) const

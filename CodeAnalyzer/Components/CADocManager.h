@@ -43,7 +43,7 @@ public:
     /// Whether a document of this path is open and checked.
     bool HasChecker(const std::wstring& path) const;
     /// Told the path of each document whose errors may not be those of the file on disk when it ends, while
-    /// the host still takes it for open.
+    /// the host still takes it for open. None: nobody wants to know.
     void SetClosedHandler(std::function<void(const std::wstring&)> handler)
     {
         m_closedHandler = std::move(handler);

@@ -47,9 +47,9 @@ CCADocParser::CCADocParser(SDK::IApplication* application, SyntaxParser::ISPDocu
 {
     if (!source)
         return;
+    m_sourceAddress = source;
     m_source = source->weak_from_this();
-    if (m_source.expired())
-        m_unsharedSource = source;
+    m_isShared = !m_source.expired();
     m_filePath = source->GetFilePath();
     m_check = CCADocumentCheck::Create(application, *source, defs, errorsManager, customItems, this);
     if (!m_check)
@@ -129,7 +129,7 @@ void CCADocParser::CheckNow()
 {
     if (!BeginCheck())
         return;
-    m_check->Run();
+    RunCheck();
     EndCheck();
 }
 
@@ -172,15 +172,23 @@ bool CCADocParser::BeginCheck()
 
 void CCADocParser::ParseInThread()
 {
-    // Until the next check the old errors are better than none.
-    if (!m_check->Run())
-        m_errorsManager->AddErrors(m_filePath, m_oldErrors);
+    RunCheck();
     EndCheck();
+}
+
+void CCADocParser::RunCheck()
+{
+    const ECheckEnd end = m_check->Run();
+    if (end == ECheckEnd::Complete)
+        return;
+    m_errorsManager->RestoreErrors(m_filePath, m_oldErrors);
+    if (end == ECheckEnd::Failed)
+        m_errorsManager->TellFailure(m_filePath, m_check->GetFailure());
 }
 
 bool CCADocParser::WasCancelled() const
 {
-    return m_check && *m_check->GetCancelFlag();
+    return m_check && m_check->GetEnd() == ECheckEnd::GivenUp;
 }
 
 void CCADocParser::EndCheck()
@@ -200,12 +208,12 @@ void CCADocParser::EndCheck()
 
 bool CCADocParser::IsDocument(SyntaxParser::ISPDocument* document) const
 {
-    return document && LockSource().get() == document;
+    return document && document == m_sourceAddress;
 }
 
 bool CCADocParser::IsDocument(SDK::IDocument* document) const
 {
-    const boost::shared_ptr<SyntaxParser::ISPDocument> source = LockSource();
+    const boost::shared_ptr<SyntaxParser::ISPDocument> source = HoldSource();
     return document && source && source->GetDocument() == document;
 }
 
@@ -221,11 +229,17 @@ std::wstring CCADocParser::GetFilePath() const
     }
 }
 
-boost::shared_ptr<SyntaxParser::ISPDocument> CCADocParser::LockSource() const
+boost::shared_ptr<SyntaxParser::ISPDocument> CCADocParser::HoldSource() const
 {
     boost::shared_ptr<SyntaxParser::ISPDocument> source = m_source.lock();
-    if (m_unsharedSource)
-        source.reset(m_unsharedSource, [](SyntaxParser::ISPDocument*) {});
+    if (!m_isShared && m_sourceAddress)
+        source.reset(m_sourceAddress, [](SyntaxParser::ISPDocument*) {});
+    return source;
+}
+
+boost::shared_ptr<SyntaxParser::ISPDocument> CCADocParser::LockSource() const
+{
+    boost::shared_ptr<SyntaxParser::ISPDocument> source = HoldSource();
     if (source && source->Valid != 10)
         source.reset();
     return source;

@@ -78,15 +78,21 @@ public:
 private:
     class CChangeReceiver;
 
+    /// The source, whatever it says of itself; null when its memory has gone.
+    boost::shared_ptr<SyntaxParser::ISPDocument> HoldSource() const;
+    /// The same, but null also when it says that it is dead.
     boost::shared_ptr<SyntaxParser::ISPDocument> LockSource() const;
     bool BeginCheck();
+    /// Checks the snapshot; when that does not come to its end, the old errors are better than none.
+    void RunCheck();
     void EndCheck();
     void DropErrorsOutsideProject();
 
     std::int64_t m_valid = 10;
+    SyntaxParser::ISPDocument* m_sourceAddress = nullptr; ///< may be dead
     boost::weak_ptr<SyntaxParser::ISPDocument> m_source;
-    /// The source if its host holds it by no shared pointer: it must outlive the checker.
-    SyntaxParser::ISPDocument* m_unsharedSource = nullptr;
+    bool m_isShared =
+        false; ///< if the host holds the source by no shared pointer, it must outlive the checker
     std::unique_ptr<CCADocumentCheck> m_check; ///< null when inert
     CCAErrorsManager* m_errorsManager;
     SDK::IApplication* m_application;

@@ -72,6 +72,7 @@ void CCAErrorsBar::SetGradual()
 {
     if (m_filler)
         return;
+    EndMany();
     m_filler = std::make_unique<CCAErrorsBarFiller>(*this);
     SortItems();
 }
@@ -92,6 +93,16 @@ void CCAErrorsBar::PickAgain(const std::wstring& file)
 {
     if (m_filler)
         m_filler->PickAgain(CCAErrorsBarItem::MakeFileKey(file));
+}
+
+void CCAErrorsBar::ExpectMany(bool many)
+{
+    if (!m_filler)
+        return;
+    if (many)
+        m_filler->WaitForMany();
+    else
+        m_filler->GoOnFilling();
 }
 
 bool CCAErrorsBar::event(QEvent* e)
@@ -122,7 +133,7 @@ void CCAErrorsBar::RemoveErrorsMessageHandler(const std::wstring& file)
 
 void CCAErrorsBar::FinProjectErrorsHandler()
 {
-    if ((topLevelItemCount() > 0 || m_rowCount > 0) && m_component)
+    if ((topLevelItemCount() > 0 || (m_filler && m_rowCount > 0)) && m_component)
         m_component->ShowErrorPage(0);
 }
 
@@ -151,6 +162,8 @@ template <class TMake> void CCAErrorsBar::AddRows(const std::wstring& file, std:
     m_rowCount += count;
     if (m_filler) {
         m_filler->Add(items);
+    } else if (m_many) {
+        m_later.append(items);
     } else if (ordered) {
         InsertSorted(items);
     } else {
@@ -178,6 +191,8 @@ void CCAErrorsBar::OnAddErrors(const std::wstring& file, const std::vector<SCAEr
                        [&] { return QString::fromStdWString(m_errorsManager->GetErrorDescription(error)); }),
                 this);
         });
+        if (m_rememberedFile == file) // a row is selected from now on
+            EndMany();
         if (m_rememberedFile == file && m_rememberedRow >= 0 && m_rememberedRow < topLevelItemCount()) {
             QTreeWidgetItem* row = topLevelItem(m_rememberedRow);
             setCurrentItem(row);
@@ -257,6 +272,24 @@ void CCAErrorsBar::RemoveErrorsOf(const std::vector<std::wstring>& files)
     BurySlice();
 }
 
+void CCAErrorsBar::BeginMany()
+{
+    // A selection stays on its row whatever comes: then one file comes after the other.
+    m_many = !m_filler && !HasForeignRows() && selectedItems().isEmpty();
+}
+
+void CCAErrorsBar::EndMany()
+{
+    PutLaterIn();
+    m_many = false;
+}
+
+void CCAErrorsBar::PutLaterIn()
+{
+    if (!m_later.isEmpty())
+        InsertSorted(std::exchange(m_later, {}));
+}
+
 void CCAErrorsBar::Bury(const std::vector<QTreeWidgetItem*>& rows)
 {
     const bool isFirst = m_buried.isEmpty();
@@ -287,6 +320,8 @@ void CCAErrorsBar::OnRemoveErrors(const std::wstring& file)
     const auto found = m_rowsOfFile.find(key);
     if (found == m_rowsOfFile.end())
         return;
+    if (m_many && !(*found->second.rows.begin())->treeWidget())
+        PutLaterIn();
     const SFileRows gone = std::move(found->second);
     m_rowsOfFile.erase(found);
     m_rowCount -= gone.rows.size();
@@ -394,6 +429,10 @@ std::vector<int> CCAErrorsBar::FindRowsInOrder(const TRows& items) const
 
 void CCAErrorsBar::InsertSorted(QList<QTreeWidgetItem*> items)
 {
+    if (!m_filler && items.size() > topLevelItemCount() / 10) {
+        addTopLevelItems(items);
+        return SortItems();
+    }
     // The rows always are in the current order, so that new ones need only be put where a stable sort of all
     // rows would move them: behind the rows that they are equal to.
     std::stable_sort(items.begin(), items.end(),

@@ -55,6 +55,11 @@ public:
     /// Of many files at once. As one by one, but with the time that it takes for one.
     void RemoveErrorsOf(const std::vector<std::wstring>& files);
 
+    /// Between the two the rows of many files come, which are put into the list at its end. As one file after
+    /// the other, but with the time that it takes for one.
+    void BeginMany();
+    void EndMany();
+
     /// Shows what the host has found in a file beside its errors, each with its message, in place of what it
     /// has shown there before. The rows go with those of the file.
     void ShowHostErrors(const std::wstring& file, const std::vector<SHostError>& errors);
@@ -74,6 +79,8 @@ public:
     void SetPick(TPick pick) override;
     void PickAgain() override;
     void PickAgain(const std::wstring& file) override;
+    /// Very many rows are about to come gradually, or all have come.
+    void ExpectMany(bool many);
     bool IsArranging() const override { return m_filler && m_filler->IsArranging(); }
 
     /// For a row that is about to die, whoever takes it away.
@@ -103,13 +110,15 @@ private:
     /// A host that has them come and go some at a time leaves them alone.
     bool HasForeignRows() const
     {
-        return !m_filler && static_cast<std::size_t>(topLevelItemCount()) != m_rowCount;
+        return !m_filler && static_cast<std::size_t>(topLevelItemCount() + m_later.size()) != m_rowCount;
     }
     bool IsDescending() const;
     void RemoveRowsOneByOne(const std::wstring& fileKey);
     /// In the current order.
     bool IsBefore(const QTreeWidgetItem* a, const QTreeWidgetItem* b) const;
     void InsertSorted(QList<QTreeWidgetItem*> items);
+    /// Has the rows come that wait for EndMany().
+    void PutLaterIn();
     /// Puts new rows of a file, made by `make`, where they belong.
     template <class TMake> void AddRows(const std::wstring& file, std::size_t count, TMake make);
     /// Takes them away by their places, which are ascending.
@@ -139,6 +148,8 @@ private:
     std::map<std::wstring, SFileRows> m_rowsOfFile;
     std::size_t m_rowCount = 0;                   ///< of m_rowsOfFile
     QList<QTreeWidgetItem*> m_buried;             ///< taken away, but not ended yet
+    bool m_many = false;                          ///< rows wait for EndMany()
+    QList<QTreeWidgetItem*> m_later;              ///< they
     std::unique_ptr<CCAErrorsBarFiller> m_filler; ///< null: all rows are in the tree, at once
 };
 

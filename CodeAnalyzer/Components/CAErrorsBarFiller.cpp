@@ -59,7 +59,8 @@ bool CCAErrorsBarFiller::IsArranging() const
 
 void CCAErrorsBarFiller::GoOn()
 {
-    if (IsArranging() && !m_step.isActive())
+    const bool isHeld = m_waitsForMany && m_toPick.empty() && m_picked.empty();
+    if (IsArranging() && !isHeld && !m_step.isActive())
         m_step.start(0);
 }
 
@@ -71,6 +72,8 @@ void CCAErrorsBarFiller::Step()
         PickSlice(time);
     else if (!m_picked.empty())
         FollowPicks();
+    else if (m_waitsForMany)
+        return;
     else if (m_state == EState::Taken)
         Order();
     else if (m_state == EState::Filling)
@@ -230,11 +233,23 @@ void CCAErrorsBarFiller::TakeAll()
     GoOn();
 }
 
+void CCAErrorsBarFiller::WaitForMany()
+{
+    m_waitsForMany = true;
+    TakeAll();
+}
+
+void CCAErrorsBarFiller::GoOnFilling()
+{
+    m_waitsForMany = false;
+    GoOn();
+}
+
 void CCAErrorsBarFiller::Sort()
 {
     m_rowToSelect = -1;
     TakeAll();
-    if (m_bar.m_rowCount > AtOnce || !m_toPick.empty() || !m_picked.empty())
+    if (m_waitsForMany || m_bar.m_rowCount > AtOnce || !m_toPick.empty() || !m_picked.empty())
         return;
     QElapsedTimer time;
     time.start();

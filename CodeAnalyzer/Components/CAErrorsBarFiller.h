@@ -39,6 +39,10 @@ public:
     void Remove(const TItems& rows);
     /// Has all rows come into the tree again, in the bar's order.
     void Sort();
+    /// Very many rows are about to come: the tree stays empty until GoOnFilling(), since each file that is
+    /// put in would move all rows behind it.
+    void WaitForMany();
+    void GoOnFilling();
     /// Selects the row that will be there, unless another one is selected by then.
     void SelectLater(int row) { m_rowToSelect = row; }
     /// A row is about to die.
@@ -73,6 +77,7 @@ private:
     EState m_state = EState::Ordered;
     TItems m_waiting; ///< in order
     std::size_t m_next = 0;
+    bool m_waitsForMany = false;
     QTreeWidgetItem* m_selected = nullptr; ///< to be selected again once it is in the tree
     int m_rowToSelect = -1;
     QTimer m_step;

@@ -24,13 +24,12 @@ CCAErrorsBarItem::CCAErrorsBarItem(const std::wstring& file, const SyntaxParser:
 
 CCAErrorsBarItem::CCAErrorsBarItem(std::shared_ptr<const SBarFile> file, const SCAError& error,
                                    const QString& severity, const QString& description, CCAErrorsBar* bar)
-    : QTreeWidgetItem(Type),
+    : QTreeWidgetItem({severity, file->shown + QStringLiteral(" - ") + QString::number(error.pos.start.y + 1),
+                       description}),
       m_type(error.type),
       m_code(error.code),
       m_file(std::move(file)),
       m_pos(error.pos),
-      m_severity(severity),
-      m_description(description),
       m_bar(bar)
 {
 }
@@ -48,18 +47,6 @@ std::wstring CCAErrorsBarItem::MakeFileKey(const std::wstring& file)
     std::transform(key.begin(), key.end(), key.begin(),
                    [](wchar_t c) { return static_cast<wchar_t>(QChar::toCaseFolded(static_cast<uint>(c))); });
     return key;
-}
-
-QVariant CCAErrorsBarItem::data(int column, int role) const
-{
-    if (role != Qt::DisplayRole)
-        return QTreeWidgetItem::data(column, role);
-    switch (column) {
-    case 0: return m_severity;
-    case 1: return QString(m_file->shown + QStringLiteral(" - ") + QString::number(m_pos.start.y + 1));
-    case 2: return m_description;
-    default: return {};
-    }
 }
 
 bool CCAErrorsBarItem::operator<(const QTreeWidgetItem& other) const

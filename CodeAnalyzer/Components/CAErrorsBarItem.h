@@ -44,12 +44,10 @@ public:
     bool IsBeforeInFile(const CCAErrorsBarItem& other) const;
     /// What comes before the file in the bar's order.
     std::int32_t GetPart() const;
-    /// Makes the texts when they are asked for: most rows are never seen.
-    QVariant data(int column, int role) const override;
 
     const std::wstring& GetFile() const override { return m_file->name; }
     SCAError GetError() const override { return {m_pos, m_code, m_type}; }
-    QString GetMessage() const override { return m_description; }
+    QString GetMessage() const override { return text(2); }
     const SyntaxParser::SScheme& GetPos() const { return m_pos; }
     /// The file with its case folded: two files are the same without regard to case when their keys are
     /// equal.
@@ -77,8 +75,6 @@ private:
     bool m_ofHost = false;
     std::shared_ptr<const SBarFile> m_file;
     SyntaxParser::SScheme m_pos;
-    QString m_severity;
-    QString m_description;
     CCAErrorsBar* m_bar;
 };
 

@@ -50,6 +50,20 @@ void CCAErrorsManager::RemoveErrorsMSG(const std::wstring& file)
         QCoreApplication::postEvent(m_bar, new CCAErrorsEvent(CCAErrorsEvent::Remove, file, {}));
 }
 
+void CCAErrorsManager::RestoreErrors(const std::wstring& file, const std::vector<SCAError>& errors)
+{
+    RemoveErrorsMSG(file);
+    AddErrors(file, errors);
+}
+
+void CCAErrorsManager::TellFailure(const std::wstring& file, const std::wstring& reason)
+{
+    // The bar does not outlive the manager, and what waits for it ends with it.
+    if (m_bar)
+        QMetaObject::invokeMethod(
+            m_bar, [this, file, reason] { m_failed(file, reason); }, Qt::QueuedConnection);
+}
+
 void CCAErrorsManager::DeliverPosted()
 {
     if (m_bar)
@@ -88,7 +102,11 @@ void CCAErrorsManager::AddErrorsGradually(const std::wstring& file, const std::v
     m_removed(file);
     m_errors[file] = errors;
     m_details.Replace(file, details);
+    constexpr std::size_t VeryMany = 20000;
     const bool isFirst = m_untold.empty();
+    m_untoldErrors = (isFirst ? 0 : m_untoldErrors) + errors.size();
+    if (m_untoldErrors > VeryMany && m_untoldErrors - errors.size() <= VeryMany)
+        m_bar->ExpectMany(true);
     m_untold.insert(file);
     m_toTell.push_back(file);
     if (isFirst)
@@ -109,8 +127,10 @@ void CCAErrorsManager::TellSlice()
     }
     if (!m_untold.empty())
         QTimer::singleShot(0, m_bar, [this] { TellSlice(); });
-    else
+    else {
         m_toTell.clear();
+        m_bar->ExpectMany(false);
+    }
 }
 
 bool CCAErrorsManager::ForgetUntold(const std::wstring& file)

@@ -31,6 +31,7 @@ public:
     using ErrorsTable = std::map<std::wstring, std::vector<SCAError>>;
     using AddedSignal = boost::signals2::signal<void(const std::wstring&, const std::vector<SCAError>&)>;
     using RemovedSignal = boost::signals2::signal<void(const std::wstring&)>;
+    using FailedSignal = boost::signals2::signal<void(const std::wstring&, const std::wstring&)>;
 
     virtual ~CCAErrorsManager() = default;
 
@@ -45,6 +46,11 @@ public:
                    TDetails details = nullptr) override;
     /// Posts that the file's errors are gone. Any thread.
     void RemoveErrorsMSG(const std::wstring& file);
+    /// After a check that did not come to its end: posts that the file has the errors that were known before,
+    /// whatever the check has posted. Any thread.
+    void RestoreErrors(const std::wstring& file, const std::vector<SCAError>& errors);
+    /// Posts that a check of the file has failed, and why. Any thread.
+    void TellFailure(const std::wstring& file, const std::wstring& reason);
     /// Delivers at once what has been posted so far, for those about to replace or save errors. GUI thread.
     void DeliverPosted();
 
@@ -56,7 +62,7 @@ public:
                      TDetails details = nullptr);
     /// GUI thread.
     void RemoveErrors(const std::wstring& file);
-    /// The same for each of many. GUI thread.
+    /// The same for each of many, in the time that it takes for one. GUI thread.
     void RemoveErrorsOf(const std::vector<std::wstring>& files);
     /// Empties the table without a signal.
     void Clear();
@@ -87,6 +93,7 @@ public:
 
     AddedSignal& GetAddedSignal() { return m_added; }
     RemovedSignal& GetRemovedSignal() { return m_removed; }
+    FailedSignal& GetFailedSignal() { return m_failed; }
 
 private:
     void TellSlice();
@@ -98,6 +105,7 @@ private:
     /// that may be out of date. GUI thread.
     std::unordered_set<std::wstring> m_untold;
     std::deque<std::wstring> m_toTell;
+    std::size_t m_untoldErrors = 0; ///< of all that were not told when the telling began; GUI thread
     QMutex m_lock;
     ErrorsTable m_errors;
     CDetailsTable m_details;
@@ -105,6 +113,7 @@ private:
     QIcon m_icon;
     AddedSignal m_added;
     RemovedSignal m_removed;
+    FailedSignal m_failed;
 };
 
 } // namespace Kesh::CodeAnalyzer

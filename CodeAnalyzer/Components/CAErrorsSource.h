@@ -25,6 +25,7 @@ public:
     IDiagnosticTexts& GetTexts() override { return m_texts; }
     AddedSignal& GetAddedSignal() override { return m_manager.GetAddedSignal(); }
     RemovedSignal& GetRemovedSignal() override { return m_manager.GetRemovedSignal(); }
+    FailedSignal& GetFailedSignal() override { return m_manager.GetFailedSignal(); }
     void ShowHostErrors(const std::wstring& file, const std::vector<SHostError>& errors) override
     {
         m_manager.ShowHostErrors(file, errors);

@@ -44,10 +44,15 @@ void CParserHelper::ParsecurrentDoc()
         return;
     check->FollowGrammar(m_docManager ? m_docManager->GetGrammarCheck() : nullptr);
     m_errorsManager->DeliverPosted();
+    std::vector<SCAError> old;
+    m_errorsManager->GetErrors(path, old);
     m_errorsManager->RemoveErrors(path);
     check->SetDetailed(m_errorsManager->IsDetailed());
     check->TakeSnapshot(*source, path);
-    check->Run();
+    if (check->Run() == ECheckEnd::Failed) {
+        m_errorsManager->RestoreErrors(path, old);
+        m_errorsManager->TellFailure(path, check->GetFailure());
+    }
 }
 
 void CParserHelper::ParseCurrentProject()

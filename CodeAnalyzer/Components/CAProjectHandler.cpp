@@ -10,6 +10,7 @@
 #include "Components/CAErrorsBar.h"
 #include "Components/CAErrorsEvent.h"
 #include "Components/CAErrorsManager.h"
+#include "Components/CAGrammarCheck.h"
 #include "Kesh/ProjectManager/IProjectManager.h"
 #include "Kesh/SDK/IMainFrame.h"
 #include "Kesh/SyntaxParser/IParserComponent.h"
@@ -17,12 +18,12 @@
 
 #include <QCoreApplication>
 #include <QFileInfo>
+#include <QScopeGuard>
 #include <QThread>
 #include <algorithm>
 #include <boost/bind/bind.hpp>
 #include <boost/bind/placeholders.hpp>
 #include <functional>
-#include <optional>
 #include <set>
 #include <utility>
 
@@ -39,22 +40,6 @@ constexpr const wchar_t* ErrorsItem = L"errors";
 constexpr qint64 MaxFileSize = 1000000; // bytes
 constexpr int MaxUndelivered = 64;      // events
 constexpr int MaxUndeliveredGradually = 6;
-
-/// Shows what goes on for as long as it does.
-class CProgress
-{
-public:
-    explicit CProgress(SDK::IMainFrame* frame) : m_frame(frame)
-    {
-        m_frame->SetProgressText(L"Check project...");
-    }
-    ~CProgress() { m_frame->SetProgressText(L""); }
-    CProgress(const CProgress&) = delete;
-    CProgress& operator=(const CProgress&) = delete;
-
-private:
-    SDK::IMainFrame* m_frame;
-};
 
 bool IsCheckedKind(const std::wstring& file)
 {
@@ -103,7 +88,30 @@ void CCAProjectHandler::SetDocManager(CCADocManager* docManager)
 {
     m_docManager = docManager;
     m_workers = docManager->GetWorkers();
-    docManager->SetClosedHandler([this](const std::wstring& file) { CheckClosedFile(file); });
+    SetThorough(m_thorough);
+}
+
+void CCAProjectHandler::SetThorough(bool thorough)
+{
+    m_thorough = thorough;
+    if (!m_docManager)
+        return;
+    if (thorough)
+        m_docManager->SetClosedHandler([this](const std::wstring& file) { CheckClosedFile(file); });
+    else
+        m_docManager->SetClosedHandler({});
+}
+
+void CCAProjectHandler::EndRuns()
+{
+    GiveUpRestoring();
+    DropOrders();
+    m_background.Wait();
+    if (m_cancelled)
+        *m_cancelled = true;
+    std::unique_lock lock(m_runsMutex);
+    m_ending = true;
+    m_runEnded.wait(lock, [this] { return m_runs == 0; });
 }
 
 void CCAProjectHandler::Shutdown()
@@ -125,6 +133,14 @@ void CCAProjectHandler::OnProjectParsecomplete()
 {
     auto component = Base::GetHostComponent<IPMComponent>(m_application, L"IPMComponent");
     IProjectManager* pm = component->GetProjectManager();
+    if (!m_thorough && !m_gradual) {
+        LoadErrors(pm);
+        m_projectWanted = true;
+        if (!m_thread ||
+            m_stopAsked) // else once it has ended: two checks of a file would list its errors twice
+            StartThread();
+        return;
+    }
     // A project that is parsed anew is checked anew.
     StopThread(pm);
     const bool isReopened = !m_reopenedFiles.empty() && !std::exchange(m_unread, false);
@@ -208,10 +224,14 @@ void CCAProjectHandler::OnCloseProject(IProjectManager* pm)
         KeepErrors(pm);
     m_reopenedFiles.clear();
     if (pm->IsReopening()) {
-        m_reopenedFiles = pm->GetFiles();
-        return;
+        if (m_thorough)
+            m_reopenedFiles = pm->GetFiles();
+    } else if (m_thorough) {
+        m_errorsManager->RemoveErrorsOf(pm->GetFiles());
+    } else {
+        for (const std::wstring& file : pm->GetFiles())
+            m_errorsManager->RemoveErrors(file);
     }
-    m_errorsManager->RemoveErrorsOf(pm->GetFiles());
 }
 
 void CCAProjectHandler::RemoveErrorsOfLeavers(IProjectManager* pm)
@@ -299,6 +319,9 @@ void CCAProjectHandler::StartThread()
     m_checksComplete = m_complete && m_component;
     m_hasRun = false;
     m_cancelled = std::make_shared<std::atomic<bool>>(false);
+    if (m_thread)
+        ++m_endsToCome;
+    m_stopAsked = false;
     m_thread = m_application->GetThreadService()->CreateThread(this, 0);
     if (m_thread)
         m_thread->Start();
@@ -309,13 +332,17 @@ void CCAProjectHandler::StopThread(IProjectManager* pm)
     m_stopping = true;
     if (m_cancelled)
         *m_cancelled = true;
-    if (m_thread)
+    if (m_thread && !std::exchange(m_stopAsked, true))
         m_thread->Stop(pm);
     m_stopping = false;
 }
 
 void CCAProjectHandler::Finished()
 {
+    if (m_endsToCome > 0) {
+        --m_endsToCome;
+        return;
+    }
     m_thread = nullptr;
     const auto isQueueEmpty = [this] {
         const std::lock_guard lock(m_queueMutex);
@@ -362,18 +389,43 @@ void CCAProjectHandler::KeepErrors(IProjectManager* pm)
 void CCAProjectHandler::LoadErrors(IProjectManager* pm)
 {
     const auto cache = pm->GetFilesCache();
-    for (const auto& [file, errors] : ReadErrors(cache.get(), [&] { return pm->GetData(ErrorsItem); }))
+    const auto files = ReadErrors(cache.get(), [&] { return pm->GetData(ErrorsItem); });
+    CCAErrorsBar* bar = GetBar();
+    if (bar)
+        bar->BeginMany();
+    const auto end = qScopeGuard([bar] {
+        if (bar)
+            bar->EndMany();
+    });
+    for (const auto& [file, errors] : files)
         m_errorsManager->AddErrorsMT(file, errors);
 }
 
 void CCAProjectHandler::Run()
 {
+    {
+        const std::lock_guard lock(m_runsMutex);
+        if (m_ending)
+            return;
+        ++m_runs;
+    }
+    const auto endOfRun = qScopeGuard([this] {
+        const std::lock_guard lock(m_runsMutex);
+        --m_runs;
+        m_runEnded.notify_all();
+    });
     m_hasRun = true;
     // Whoever runs this without the handler's own thread wants the project checked.
     const bool checksProject = !m_thread || m_checksProject;
-    std::optional<CProgress> progress;
-    if (checksProject)
-        progress.emplace(m_application->GetMainFrame());
+    const auto showProgress = [&](const wchar_t* text) {
+        if (checksProject)
+            m_application->GetMainFrame()->SetProgressText(text);
+    };
+    showProgress(L"Check project...");
+    const auto endOfProgress = qScopeGuard([&] {
+        if (m_thorough)
+            showProgress(L"");
+    });
     const auto pmComponent = Base::GetHostComponent<IPMComponent>(m_application, L"IPMComponent");
     const auto parser = Base::GetHostComponent<IParserComponent>(m_application, L"IParserComponent");
     IProjectManager* pm = pmComponent->GetProjectManager();
@@ -393,7 +445,7 @@ bool CCAProjectHandler::CheckProject(IProjectManager& pm, IParserComponent& pars
         if (IsStopRequested())
             return false;
         // A document of the file that is being checked reports its errors itself.
-        m_checksComplete ? TryCheckClosed(parser, file) : TryCheck(parser, file);
+        TryCheck(parser, file, m_checksComplete);
     }
     return true;
 }
@@ -406,85 +458,92 @@ void CCAProjectHandler::CheckQueue(IProjectManager& pm, IParserComponent& parser
         if (file.empty())
             return;
         // The last check of the document may still run, on a text that is not the file's any more.
-        while (pm.BelongsToProject(file) && !TryCheckClosed(parser, file) && !IsStopRequested())
+        while (pm.BelongsToProject(file) && !TryCheck(parser, file, true) && !IsStopRequested())
             QThread::msleep(1);
     }
 }
 
-bool CCAProjectHandler::TryCheck(IParserComponent& parser, const std::wstring& file)
+bool CCAProjectHandler::TryCheck(IParserComponent& parser, const std::wstring& file, bool complete)
 {
+    std::vector<SCAError> old;
+    std::wstring failure;
     try {
-        const QFileInfo info(QString::fromStdWString(file));
-        if (IsCheckedKind(file) && info.size() <= MaxFileSize)
-            return CheckFile(parser, file);
-        // What is too large now may have had errors when it was smaller.
-        if (IsCheckedKind(file) || !info.exists())
-            DropErrorsUnlessOpen(file);
+        if (!complete) {
+            const QFileInfo info(QString::fromStdWString(file));
+            if (!IsCheckedKind(file) || info.size() > MaxFileSize) {
+                // What is too large now may have had errors when it was smaller.
+                if (IsCheckedKind(file) || !info.exists())
+                    DropErrorsUnlessOpen(file);
+                return true;
+            }
+        }
+        const CCACheckWorkers::CCheck check(*m_workers, file);
+        if (!check)
+            return false;
+        m_errorsManager->GetErrors(file, old);
+        if (complete)
+            failure = CheckComplete(parser, file, old);
+        else
+            CheckPhp(parser, file);
+    } catch (const std::exception& fault) {
+        failure = Base::CCommonString::FromUtf8(fault.what());
+        m_errorsManager->RestoreErrors(file, old);
     } catch (...) {
-        // Whatever is wrong with this file, the user wants to know about the others.
+        failure = L"the positions of regions do not fit the text";
+        m_errorsManager->RestoreErrors(file, old);
     }
+    // Whatever is wrong with this file, the user wants to know about the others.
+    if (!failure.empty())
+        m_errorsManager->TellFailure(file, failure);
     return true;
-}
-
-bool CCAProjectHandler::TryCheckClosed(IParserComponent& parser, const std::wstring& file)
-{
-    try {
-        return CheckClosed(parser, file);
-    } catch (...) {
-        return true;
-    }
 }
 
 bool CCAProjectHandler::IsStopRequested() const
 {
-    return m_thread && m_thread->IsStopRequested();
+    return m_ending || (m_thread && m_thread->IsStopRequested());
 }
 
 void CCAProjectHandler::WaitForDelivery() const
 {
-    // The GUI thread delivers all that has piled up before it looks at anything else, but not to itself.
-    if (QThread::currentThread() == QCoreApplication::instance()->thread() ||
+    // The GUI thread delivers all that has piled up before it looks at anything else, but not to itself, and
+    // not while it waits for a thread that it has not given.
+    if (!m_thorough || !m_thread || QThread::currentThread() == QCoreApplication::instance()->thread() ||
         CCAErrorsEvent::GetLivingCount() <= (m_gradual ? MaxUndeliveredGradually : MaxUndelivered))
         return;
     while (CCAErrorsEvent::GetLivingCount() > 0 && !IsStopRequested())
         QThread::msleep(1);
 }
 
-bool CCAProjectHandler::CheckFile(IParserComponent& parser, const std::wstring& file)
+void CCAProjectHandler::CheckPhp(IParserComponent& parser, const std::wstring& file)
 {
-    const CCACheckWorkers::CCheck check(*m_workers, file);
-    if (!check)
-        return false;
     const auto document = GetDocument(parser, file);
     if (!document)
-        return true;
+        return;
     CPhpSyntaxParser phpParser(document->GetDefRegions(), m_errorsManager);
     phpParser.SteFileName(file);
     phpParser.InitParser(document);
-    phpParser.FollowGrammar(*document, m_docManager ? m_docManager->GetGrammarCheck() : nullptr);
+    const CCAGrammarCheck* grammar = m_docManager ? m_docManager->GetGrammarCheck() : nullptr;
+    if (grammar && grammar->IsEnabled())
+        phpParser.FollowGrammar(*document, grammar);
     document->Parse(true);
-    return true;
 }
 
-bool CCAProjectHandler::CheckClosed(IParserComponent& parser, const std::wstring& file)
+std::wstring CCAProjectHandler::CheckComplete(IParserComponent& parser, const std::wstring& file,
+                                              const std::vector<SCAError>& old)
 {
-    const CCACheckWorkers::CCheck check(*m_workers, file);
-    if (!check)
-        return false;
-    std::vector<SCAError> old;
-    m_errorsManager->GetErrors(file, old);
     const auto document = GetDocument(parser, file);
     if (!document || !CCADocManager::IsCheckable(*document))
-        return true;
-    const auto complete = CCADocumentCheck::CreateOver(m_application, document, m_errorsManager,
-                                                       m_component->GetHtmlCustomItemsKeeper());
-    complete->FollowGrammar(m_docManager ? m_docManager->GetGrammarCheck() : nullptr);
-    complete->SetDetailed(m_errorsManager->IsDetailed());
-    complete->SetCancelFlag(m_cancelled);
+        return {};
+    const auto check = CCADocumentCheck::CreateOver(m_application, document, m_errorsManager,
+                                                    m_component->GetHtmlCustomItemsKeeper());
+    check->FollowGrammar(m_docManager ? m_docManager->GetGrammarCheck() : nullptr);
+    check->SetDetailed(m_errorsManager->IsDetailed());
+    check->SetCancelFlag(m_cancelled);
+    const ECheckEnd end = check->Run();
     // Given up half-way, it leaves what was known.
-    if (!complete->Run())
-        m_errorsManager->AddErrors(file, old);
-    return true;
+    if (end != ECheckEnd::Complete)
+        m_errorsManager->RestoreErrors(file, old);
+    return end == ECheckEnd::Failed ? check->GetFailure() : std::wstring();
 }
 
 boost::shared_ptr<SyntaxParser::ISPDocument> CCAProjectHandler::GetDocument(IParserComponent& parser,
@@ -500,7 +559,7 @@ boost::shared_ptr<SyntaxParser::ISPDocument> CCAProjectHandler::GetDocument(IPar
 
 void CCAProjectHandler::DropErrorsUnlessOpen(const std::wstring& file)
 {
-    if (!m_errorsManager->MayHaveErrors(file))
+    if (!m_thorough || !m_errorsManager->MayHaveErrors(file))
         return;
     if (!m_docManager) {
         if (!QFileInfo(QString::fromStdWString(file)).isReadable())

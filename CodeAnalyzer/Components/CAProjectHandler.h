@@ -10,6 +10,7 @@
 #include <atomic>
 #include <boost/shared_ptr.hpp>
 #include <boost/signals2/trackable.hpp>
+#include <condition_variable>
 #include <cstdint>
 #include <deque>
 #include <memory>
@@ -49,6 +50,9 @@ public:
     void Init(SDK::IApplication* application, CCAComponent* component, CCAErrorsManager* errorsManager);
     /// Whose checks must not run beside those of the project.
     void SetDocManager(CCADocManager* docManager);
+    /// Ends what runs, and all that still comes to run: nobody uses the errors bar afterwards. The host's
+    /// threads are left to the destructor.
+    void EndRuns();
     /// Ends a check that runs.
     void Shutdown();
 
@@ -58,6 +62,7 @@ public:
     void CheckAgain();
     void SetComplete(bool complete) override { m_complete = complete; }
     void SetGradual(bool gradual) override;
+    void SetThorough(bool thorough) override;
     void Stop() override;
     /// A document has been closed whose errors may not be those of the file: checks the project's file from
     /// disk, in all its languages, once the host has forgotten the document.
@@ -114,16 +119,17 @@ private:
     void CheckQueue(ProjectManager::IProjectManager& pm, SyntaxParser::IParserComponent& parser);
     /// The empty path when the queue is empty. Any thread.
     std::wstring TakeFromQueue();
-    /// False when another check of the file runs.
-    bool TryCheck(SyntaxParser::IParserComponent& parser, const std::wstring& file);
-    bool CheckFile(SyntaxParser::IParserComponent& parser, const std::wstring& file);
-    bool TryCheckClosed(SyntaxParser::IParserComponent& parser, const std::wstring& file);
-    bool CheckClosed(SyntaxParser::IParserComponent& parser, const std::wstring& file);
+    /// `complete`: in all its languages. False when another check of the file runs.
+    bool TryCheck(SyntaxParser::IParserComponent& parser, const std::wstring& file, bool complete);
+    void CheckPhp(SyntaxParser::IParserComponent& parser, const std::wstring& file);
+    /// Answers why it has failed; empty: it has not. `old` are the file's errors before.
+    std::wstring CheckComplete(SyntaxParser::IParserComponent& parser, const std::wstring& file,
+                               const std::vector<SCAError>& old);
     /// The document to be checked, the file's old errors removed; null when the file is open or cannot be
     /// read.
     boost::shared_ptr<SyntaxParser::ISPDocument> GetDocument(SyntaxParser::IParserComponent& parser,
                                                              const std::wstring& file);
-    /// Removes the errors of a file that there is no checking any more.
+    /// Removes the errors of a file that there is no checking any more, if the host wants it.
     void DropErrorsUnlessOpen(const std::wstring& file);
 
     SDK::IApplication* m_application = nullptr;
@@ -134,6 +140,7 @@ private:
     std::shared_ptr<CCACheckWorkers> m_workers;
     bool m_complete = false;                 ///< what the host wants
     bool m_gradual = false;                  ///< the same
+    std::atomic<bool> m_thorough{false};     ///< the same
     std::shared_ptr<SRestoring> m_restoring; ///< what is being read; null: nothing is
     bool m_unread = false;                   ///< the project was closed before it was
     bool m_checksComplete = false;           ///< what the thread does; set before it starts
@@ -142,6 +149,12 @@ private:
     bool m_checksProject = false;            ///< the thread does, else only the queue; set before it starts
     std::atomic<bool> m_hasRun{false};       ///< the last thread has begun its work
     bool m_stopping = false;                 ///< no thread follows the one that ends
+    bool m_stopAsked = false;                ///< of the thread that runs
+    int m_endsToCome = 0;                    ///< of threads that another has taken the place of
+    std::mutex m_runsMutex;
+    std::condition_variable m_runEnded;
+    int m_runs = 0; ///< of Run(), whichever thread does it; guarded by the mutex
+    std::atomic<bool> m_ending{false};
     std::mutex m_queueMutex;
     std::deque<std::wstring> m_queue;          ///< files to be checked besides; guarded by the mutex
     std::vector<std::wstring> m_reopenedFiles; ///< while the project is away to come back at once

@@ -39,28 +39,41 @@ bool FindElement(QXmlStreamReader& reader, const char* name)
     return false;
 }
 
-std::wstring Attribute(const QXmlStreamReader& reader, const char* name)
+/// What an XPath query for the value of an attribute gives as one text, see CXmlXPathParser::GetString().
+std::wstring QueriedText(const QString& value)
 {
-    return reader.attributes().value(QString(), QLatin1String(name)).toString().toStdWString();
+    if (std::all_of(value.begin(), value.end(), [](QChar c) { return c.isSpace(); }))
+        return {};
+    QString text;
+    text.reserve(value.size());
+    for (const QChar c : value) {
+        if (c == QLatin1Char('&'))
+            text += QLatin1String("&amp;");
+        else if (c == QLatin1Char('<'))
+            text += QLatin1String("&lt;");
+        else if (c == QLatin1Char('>'))
+            text += QLatin1String("&gt;");
+        else
+            text += c;
+    }
+    // The query's own line feed at the end is gone by now.
+    return text.mid(text.startsWith(QLatin1Char('\n')) ? 1 : 0).toStdWString();
 }
 
-/// Without the line feed that may stand at either end.
-std::wstring WithoutLineFeeds(std::wstring text)
+QString Attribute(const QXmlStreamReader& reader, const char* name)
 {
-    if (text.ends_with(L'\n'))
-        text.pop_back();
-    if (text.starts_with(L'\n'))
-        text.erase(0, 1);
-    return text;
+    return reader.attributes().value(QString(), QLatin1String(name)).toString();
 }
 
-/// White space of any kind is a blank in an attribute, unless it was written as a reference.
-std::wstring FileName(std::wstring attribute)
+/// The value of an attribute in an element that has been taken out as a text of its own: in it, white space
+/// that was written as a reference stands for itself, and is read as blanks.
+QString TakenOut(QString value)
 {
-    std::replace_if(
-        attribute.begin(), attribute.end(), [](wchar_t c) { return c == L'\t' || c == L'\n' || c == L'\r'; },
-        L' ');
-    return attribute;
+    value.replace(QLatin1String("\r\n"), QLatin1String(" "));
+    for (QChar& c : value)
+        if (c == QLatin1Char('\t') || c == QLatin1Char('\n') || c == QLatin1Char('\r'))
+            c = QLatin1Char(' ');
+    return value;
 }
 
 } // namespace
@@ -90,13 +103,13 @@ std::vector<SSavedFileErrors> ReadSavedErrors(const std::wstring& text,
     if (text.empty() || !XML::IsHarmless(xml))
         return {};
     QXmlStreamReader reader(xml.toUtf8());
-    if (!FindElement(reader, "errors") || WithoutLineFeeds(Attribute(reader, "version")) != Version)
+    if (!FindElement(reader, "errors") || QueriedText(Attribute(reader, "version")) != Version)
         return {};
     std::vector<SSavedFileErrors> files;
     while (FindElement(reader, "errfile")) {
-        SSavedFileErrors file{FileName(Attribute(reader, "name")), {}};
+        SSavedFileErrors file{QueriedText(TakenOut(Attribute(reader, "name"))), {}};
         while (FindElement(reader, "error")) {
-            file.errors.push_back(ReadError(Attribute(reader, "val")));
+            file.errors.push_back(ReadError(QueriedText(TakenOut(Attribute(reader, "val")))));
             reader.skipCurrentElement();
         }
         if (lowerFiles.contains(Base::CCommonString::LowerCaseFast(file.file)))

@@ -20,6 +20,7 @@ enum EResponseError : int {
     InternalError = -32603,
     ServerNotInitialized = -32002,
     RequestCancelled = -32800,
+    RequestFailed = -32803,
 };
 
 /// Thrown by a handler: the request is answered with this error.

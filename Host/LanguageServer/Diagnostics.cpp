@@ -3,6 +3,7 @@
 #include "Application/Application.h"
 #include "Application/FilePath.h"
 #include "Application/PluginLoader.h"
+#include "Base/CommonString.h"
 #include "LanguageServer/Uri.h"
 #include "ProjectManager/ProjectManager.h"
 
@@ -30,6 +31,8 @@ CDiagnostics::CDiagnostics(const SParts& parts)
         });
     m_removed =
         errors.GetRemovedSignal().connect([this](const std::wstring& path) { OnErrorsChanged(path); });
+    m_failed = errors.GetFailedSignal().connect(
+        [this](const std::wstring& path, const std::wstring& reason) { OnFailed(path, reason); });
     m_refresh.setSingleShot(true);
     m_refresh.setInterval(RefreshDelay);
     QObject::connect(&m_refresh, &QTimer::timeout, &m_context,
@@ -98,6 +101,30 @@ void CDiagnostics::OnParsed(const SyntaxParser::CParserComponent::SParsed& parse
         open->checked = true;
     if (open || IsMember(parsed.path))
         Order(parsed.path);
+}
+
+void CDiagnostics::OnFailed(const std::wstring& path, const std::wstring& reason)
+{
+    m_parts.connection.Notify("window/logMessage",
+                              {{"type", 1},
+                               {"message", "the check of " + Host::PathToBytes(path) +
+                                               " failed: " + Base::CCommonString::ToUtf8(reason)}});
+    m_parts.documents.EndHidden(path);
+    // What was known of the text before stays, and who waits for more does so in vain.
+    if (SOpenDocument* open = m_parts.documents.Find(path))
+        open->failed = open->taken;
+    if (HasFailed(path))
+        std::erase_if(m_waiting, [&](const SWaiting& waiting) {
+            if (waiting.path == path)
+                m_parts.connection.RespondError(waiting.id, RequestFailed, "the check failed");
+            return waiting.path == path;
+        });
+}
+
+bool CDiagnostics::HasFailed(const std::wstring& path) const
+{
+    const SOpenDocument* open = m_parts.documents.Find(path);
+    return open && open->failed == open->revision;
 }
 
 void CDiagnostics::Flush()
@@ -248,7 +275,9 @@ void CDiagnostics::AnswerDocument(const json& params, const json& id)
     const std::wstring path = PathOfUri(params.at("textDocument").at("uri").get_ref<const std::string&>());
     const json previous = params.value("previousResultId", json());
     const std::string previousId = previous.is_string() ? previous.get<std::string>() : std::string();
-    if (IsFresh(path))
+    if (HasFailed(path))
+        m_parts.connection.RespondError(id, RequestFailed, "the check failed");
+    else if (IsFresh(path))
         m_parts.connection.Respond(id, Report(path, previousId));
     else
         m_waiting.push_back({path, id, previousId});

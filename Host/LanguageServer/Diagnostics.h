@@ -64,6 +64,7 @@ private:
 
     void OnErrorsChanged(const std::wstring& path);
     void OnParsed(const SyntaxParser::CParserComponent::SParsed& parsed, std::int64_t check);
+    void OnFailed(const std::wstring& path, const std::wstring& reason);
     void Flush();
     void MarkDirty(const std::wstring& path);
     void Order(const std::wstring& path);
@@ -75,6 +76,8 @@ private:
     bool IsFresh(const std::wstring& path) const;
     json Report(const std::wstring& path, const std::string& previousId) const;
     void AnswerWaiting(const std::wstring& path);
+    /// Whether the check of an open document as it is now has failed.
+    bool HasFailed(const std::wstring& path) const;
 
     /// Stands between threads that end a parse and this object, which may have gone.
     struct SRelay
@@ -101,6 +104,7 @@ private:
     QObject m_context; ///< receives what other threads post, and ends it with itself
     boost::signals2::scoped_connection m_added;
     boost::signals2::scoped_connection m_removed;
+    boost::signals2::scoped_connection m_failed;
     CDescribeWorker m_worker;
 };
 

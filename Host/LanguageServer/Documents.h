@@ -27,6 +27,7 @@ struct SOpenDocument
     std::int64_t revision = 0; ///< ours: grows with every edit, also under an editor that counts wrongly
     std::int64_t taken = -1;   ///< the revision that the last check that began has taken
     std::int64_t check = 0;    ///< the number of that check; 0: none
+    std::int64_t failed = -1;  ///< the revision whose check has failed
     bool crlf = false;         ///< whether the editor ends lines with CR LF
     bool tooLarge = false;     ///< to be checked
     bool checked = false;      ///< whether it has ended, so that all it found is known

@@ -85,6 +85,7 @@ CServer::CServer(const SParts& parts)
     parts.application.Project().SetKeepsData(false);
     // What `check` finds in a folder is found here too.
     parts.plugin.ProjectCheck().SetComplete(true);
+    parts.plugin.ProjectCheck().SetThorough(true);
     AddLifecycle();
     AddDocuments();
     AddWorkspace();

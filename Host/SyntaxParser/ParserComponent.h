@@ -43,7 +43,7 @@ public:
     {
         std::wstring path;
         bool ofFile;   ///< of what is on disk, not of a text that somebody handed over
-        bool complete; ///< not cancelled
+        bool complete; ///< neither cancelled nor failed
     };
     using TParsedHook = std::function<void(const SParsed& parsed)>;
 

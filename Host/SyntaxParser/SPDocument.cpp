@@ -149,9 +149,10 @@ public:
 
     void Parse(bool /*full*/) override
     {
-        const auto atEnd = qScopeGuard([this] {
+        bool complete = false; // also where a handler throws
+        const auto atEnd = qScopeGuard([&] {
             if (m_source.parsed)
-                m_source.parsed(!IsCancelled());
+                m_source.parsed(complete);
         });
         std::wstring copy;
         std::wstring_view text;
@@ -169,8 +170,10 @@ public:
             m_trees = std::move(trees);
             m_treesBuilt = true;
         }
-        if (!IsCancelled())
-            m_endOfParse(this);
+        if (IsCancelled())
+            return;
+        m_endOfParse(this);
+        complete = true;
     }
 
     void SetCancelFlag(const std::atomic<bool>* cancelled) override { m_giveUp.byAsker = cancelled; }

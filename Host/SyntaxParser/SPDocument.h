@@ -17,7 +17,8 @@ struct SDocumentSource
     std::wstring factory; ///< "PHPSPDocFactory", "HTMLSPDocFactory" or "CSSSPDocFactory"
     SDK::IDocument* document = nullptr;
     Editor::IDocBuffer* buffer = nullptr;
-    /// Called at the end of each Parse(), however it ends: true unless it was cancelled. May be unset.
+    /// Called at the end of each Parse(), however it ends: true unless it was cancelled or has failed. May be
+    /// unset.
     std::function<void(bool complete)> parsed = {};
     /// Set once nobody wants what a parse finds, which then ends soon. May be null.
     std::shared_ptr<const std::atomic<bool>> giveUp = {};

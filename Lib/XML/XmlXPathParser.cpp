@@ -26,27 +26,17 @@ CXmlXPathParser::~CXmlXPathParser() = default;
 
 std::wstring CXmlXPathParser::GetString(const std::wstring& xpath)
 {
-    const std::vector<std::wstring> strings = GetStrings(xpath + L"/string()");
-    std::wstring text = strings.empty() ? std::wstring() : strings.front();
-    if (text.ends_with(L'\n'))
-        text.pop_back();
-    if (text.starts_with(L'\n'))
-        text.erase(0, 1);
-    return text;
-}
-
-std::vector<std::wstring> CXmlXPathParser::GetStrings(const std::wstring& xpath)
-{
     if (!m_focused)
         return {};
-    m_query.setQuery(QString::fromStdWString(xpath));
-    QStringList strings;
-    if (!m_query.isValid() || !m_query.evaluateTo(&strings))
+    m_query.setQuery(QString::fromStdWString(xpath) + QLatin1String("/string()"));
+    QString text;
+    if (!m_query.isValid() || !m_query.evaluateTo(&text))
         return {};
-    std::vector<std::wstring> wide;
-    for (const QString& text : strings)
-        wide.push_back(text.toStdWString());
-    return wide;
+    if (text.endsWith(QLatin1Char('\n')))
+        text.chop(1);
+    if (text.startsWith(QLatin1Char('\n')))
+        text.remove(0, 1);
+    return text.toStdWString();
 }
 
 std::vector<std::wstring> CXmlXPathParser::GetElements(const std::wstring& xpath)

@@ -18,10 +18,9 @@ public:
     explicit CXmlXPathParser(const std::wstring& xml);
     ~CXmlXPathParser();
 
-    /// The string value of the first thing that `xpath` finds, without a line feed at either end.
+    /// The string values of all that `xpath` finds as one text, as Qt writes it: joined by blanks, those of
+    /// nothing but white space left out, "&", "<" and ">" as references; without one line feed at each end.
     std::wstring GetString(const std::wstring& xpath);
-    /// The strings that `xpath` yields, in document order; for questions asked of many elements at once.
-    std::vector<std::wstring> GetStrings(const std::wstring& xpath);
     /// The complete text of each element that `xpath` finds, in document order.
     std::vector<std::wstring> GetElements(const std::wstring& xpath);
 

@@ -11,6 +11,8 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <exception>
+#include <string>
 
 namespace Kesh::CommandLine {
 
@@ -27,6 +29,8 @@ SResult CheckInput(CFileChecker& checker, const std::vector<SInput>& inputs, std
             result.skipped = "a binary file";
     } catch (const Base::CWorkError& fault) {
         result.problem = fault.what();
+    } catch (const std::exception& fault) {
+        result.problem = std::string("the check failed: ") + fault.what();
     }
     return result;
 }

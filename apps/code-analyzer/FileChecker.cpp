@@ -70,7 +70,9 @@ std::optional<Findings::SFileFindings> CFileChecker::Check(const SInput& input)
     m_reader->Decode(bytes);
     const std::wstring factory = FactoryOf(input);
     std::vector<CodeAnalyzer::SDiagnostic> found;
-    m_checks->Check(m_reader, input.absolute, factory, found);
+    if (!m_checks->Check(m_reader, input.absolute, factory, found))
+        throw Base::CWorkError(L"the check failed: " + m_checks->GetFailure(), __LINE__,
+                               "apps/code-analyzer/FileChecker");
     const bool mayIgnore = SyntaxParser::Utf16OrderOf(bytes) || Findings::CIgnores::MayHave(bytes);
     return m_describer->Describe(
         {input.shown, input.absolute, [this] { return m_reader->GetText(); }, mayIgnore}, std::move(found));

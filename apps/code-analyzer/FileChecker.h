@@ -20,7 +20,7 @@ public:
     /// Loads the checks, for a project's settings, which outlive it. Throws Base::CWorkError when that fails.
     explicit CFileChecker(const Configuration::SConfiguration& configuration);
 
-    /// Null for a binary file. Throws Base::CWorkError when the input cannot be read.
+    /// Null for a binary file. Throws Base::CWorkError when the input cannot be read or its check fails.
     std::optional<Findings::SFileFindings> Check(const SInput& input);
 
 private:

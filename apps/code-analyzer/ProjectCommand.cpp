@@ -18,6 +18,7 @@
 #include <QCoreApplication>
 #include <QTimer>
 #include <atomic>
+#include <map>
 
 namespace Kesh::CommandLine {
 
@@ -41,6 +42,7 @@ void CheckAllThatIsIncluded(CSession& session, const Configuration::SConfigurati
         return !settings.include.empty() && settings.Includes(path);
     });
     session.Plugin().ProjectCheck().SetComplete(true);
+    session.Plugin().ProjectCheck().SetThorough(true);
 }
 
 } // namespace
@@ -63,7 +65,7 @@ int RunProject(const SOptions& options)
     const auto shownPath = [&](const std::wstring& path) {
         return path == folder ? given : prefix + path.substr(folder.size() + (folder == L"/" ? 0 : 1));
     };
-    bool unread = false; // of some paths; the others are checked all the same
+    bool unread = false; // some paths, or unchecked; the others are checked all the same
     const TPathError onError = [&](const std::wstring& path, const std::string& reason) {
         PrintProblem(shownPath(path), reason);
         failed = failed || path == folder;
@@ -74,6 +76,10 @@ int RunProject(const SOptions& options)
     });
     application.Threads().GetStartErrorSignal().connect(
         [&] { fail("the check could not be started: the system has no thread to give"); });
+
+    std::map<std::wstring, std::wstring> failures; ///< of checks, by file
+    session.Plugin().Errors().GetFailedSignal().connect(
+        [&](const std::wstring& file, const std::wstring& reason) { failures[file] = reason; });
 
     std::atomic<std::size_t> asked{0};
     application.Parser().SetFileHook([&](const std::wstring&) { ++asked; });
@@ -100,6 +106,10 @@ int RunProject(const SOptions& options)
     std::size_t checked = 0;
     std::string bytes;
     for (const std::wstring& file : files) {
+        if (const auto failure = failures.find(file); failure != failures.end()) {
+            onError(file, "the check failed: " + Base::CCommonString::ToUtf8(failure->second));
+            continue;
+        }
         try {
             bytes = Host::ReadFileBytes(file);
         } catch (const Base::CWorkError& fault) {

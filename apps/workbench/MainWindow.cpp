@@ -206,6 +206,13 @@ void CMainWindow::LoadValidator()
     GiveCustomNames(m_preferences.GetChoices());
     m_plugin->ProjectCheck().SetComplete(m_preferences.GetChoices().checksMarkup);
     m_plugin->ProjectCheck().SetGradual(true);
+    m_plugin->ProjectCheck().SetThorough(true);
+    m_plugin->Errors().GetFailedSignal().connect(
+        [this](const std::wstring& file, const std::wstring& reason) {
+            m_area->GetMessageStrip().Show(
+                Tr("The check of %1 failed: %2")
+                    .arg(QString::fromStdWString(file), QString::fromStdWString(reason)));
+        });
     m_help->SetPlugin(m_plugin.get(), m_errors.get());
     UseRules(m_rules);
     connect(m_errors.get(), &CErrorWatch::changed, this, &CMainWindow::OnErrorsChanged);

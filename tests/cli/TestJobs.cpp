@@ -104,6 +104,22 @@ TEST_F(Jobs, OutliveACrash)
     EXPECT_EQ(m_out, "");
 }
 
+// What has not been checked is not clean, whatever the report looks like.
+TEST_F(Jobs, NameTheFilesWhoseCheckFails)
+{
+    Write(0, "find fail");
+    Write(1, "throw");
+    Write(2, "nothing");
+    for (const char* format : {"text", "json", "sarif", "checkstyle", "github", "gitlab", "junit"})
+        for (const char* jobs : {"1", "2"}) {
+            EXPECT_EQ(Run({"--jobs", jobs, "--quiet", "--format", format, "s"}), 2) << format;
+            EXPECT_EQ(m_err, "code-analyzer: s/1000.php: the check failed: no more regions\n"
+                             "code-analyzer: s/1001.php: the check failed: thrown\n")
+                << format;
+            EXPECT_THAT(m_out, Not(HasSubstr("found"))) << "of half a check";
+        }
+}
+
 TEST_F(Jobs, EndWithWhatWasFoundWhenInterrupted)
 {
     for (int i = 0; i < 60; ++i)

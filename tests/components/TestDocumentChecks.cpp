@@ -1,6 +1,8 @@
 #include "Components/CADocManager.h"
 #include "Components/CADocParser.h"
+#include "Components/CATextChecks.h"
 #include "Kesh/Editor/IDocBuffer.h"
+#include "SPBase/reader.h"
 #include "TestHost.h"
 #include "host/TempFolder.h"
 
@@ -293,11 +295,58 @@ TEST_F(DocumentChecksTest, TypingGoesOnWhileACheckerEnds)
 
 TEST_F(DocumentChecksTest, AFaultEndsOneCheckOnly)
 {
-    Gate().FailCheck(1);
-    Host::CDocument& document = m_host->Open(L"/a.php", Faulty(1));
-    WaitForChecks(1);
+    std::wstring failed;
+    m_host->Errors().GetFailedSignal().connect(
+        [&](const std::wstring& file, const std::wstring& reason) { failed += file + L": " + reason; });
+    Host::CDocument& document = m_host->Open(L"/a.php", Faulty(3));
+    WaitForErrors(L"/a.php", 3);
+    for (const bool user : {false, true}) {
+        m_host->application.Timers().SetDelayOverride(user ? 60000 : Delay);
+        Gate().FailCheck(1);
+        Tests::CTestHost::Edit(document, L"<?php\n");
+        if (user)
+            m_host->component->DoCheck(0);
+        WaitUntil([&] { return !failed.empty(); }, "the fault is not told");
+        EXPECT_EQ(std::exchange(failed, {}), L"/a.php: a check that fails");
+        EXPECT_EQ(Count(L"/a.php"), 3u) << "what was known before";
+    }
+    m_host->application.Timers().SetDelayOverride(Delay);
     Tests::CTestHost::Edit(document, WideFaulty(2));
     WaitForErrors(L"/a.php", 2);
+}
+
+TEST_F(DocumentChecksTest, AFaultInATextAloneIsTold)
+{
+    CTextChecks checks(&m_host->application);
+    std::vector<SCAError> errors;
+    const auto reader = boost::make_shared<SyntaxParser::CSimpleReader>(WideFaulty(2));
+    Gate().FailCheck(1);
+    EXPECT_FALSE(checks.Check(reader, L"/a.php", L"PHPSPDocFactory", errors));
+    EXPECT_EQ(checks.GetFailure(), L"a check that fails");
+    EXPECT_TRUE(errors.empty());
+    EXPECT_TRUE(checks.Check(reader, L"/a.php", L"PHPSPDocFactory", errors));
+    EXPECT_EQ(checks.GetFailure(), L"");
+    EXPECT_EQ(errors.size(), 2u);
+}
+
+// What is given up between its languages has posted some of what it found.
+TEST_F(DocumentChecksTest, ACheckGivenUpHalfWayLeavesTheOldErrors)
+{
+    CTempFolder folder;
+    m_host->application.OpenProject(folder.Path(), {});
+    const std::wstring path = folder.Path(L"a.php");
+    Host::CDocument& document = m_host->Open(path, Faulty(2));
+    WaitForErrors(path, 2);
+    for (int round = 0; round < 30; ++round) {
+        const int begun = Gate().GetBegun();
+        Tests::CTestHost::Edit(document, WideFaulty(3) + L"?>" + std::wstring(20000, L'<'));
+        WaitForChecks(begun + 1);
+        m_host->application.ReopenProject({}); // at whatever moment of the check
+        const std::size_t count = Count(path);
+        ASSERT_TRUE(count == 2 || count == 3) << count;
+        Tests::CTestHost::Edit(document, WideFaulty(2));
+        WaitForErrors(path, 2);
+    }
 }
 
 TEST_F(DocumentChecksTest, OnlyCheckableDocumentsGetAChecker)

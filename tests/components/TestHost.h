@@ -16,16 +16,18 @@
 
 namespace Kesh::Tests {
 
-/// The real host without a window, and the plug-in's component, started in it unless said otherwise.
+/// The real host without a window, and the plug-in's component, started in it unless said otherwise. Like our
+/// own hosts it asks for a thorough project check, unless it is plain.
 struct CTestHost
 {
-    enum EStart { Started, NotStarted };
+    enum EStart { Started, NotStarted, Plain };
 
     explicit CTestHost(EStart start = Started)
     {
         application.AddComponent(parser);
-        if (start == Started)
+        if (start != NotStarted)
             Start();
+        component->GetProjectCheck()->SetThorough(start != Plain);
     }
     ~CTestHost() { parser->Gate().Open(); }
 

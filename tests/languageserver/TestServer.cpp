@@ -4,10 +4,12 @@
 #include "Application/HeadlessHost.h"
 #include "Application/PluginLoader.h"
 #include "LanguageServer/Server.h"
+#include "components/GatedParser.h"
 
 #include <QCoreApplication>
 #include <QDeadlineTimer>
 #include <algorithm>
+#include <boost/make_shared.hpp>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <optional>
@@ -100,6 +102,16 @@ protected:
     bool m_ended = false;
     std::optional<LanguageServer::CServer> m_server;
 };
+
+/// The messages of a method.
+std::vector<json> Of(const std::vector<json>& sent, const char* method)
+{
+    std::vector<json> found;
+    for (const json& message : sent)
+        if (message.value("method", "") == method)
+            found.push_back(message["params"]);
+    return found;
+}
 
 const std::string Wrong = "<?php\n$a = 1;\n$b = = 2;\n";
 const std::string Found = "2:5-2:6 1025";
@@ -400,6 +412,50 @@ TEST_F(Server, ADiagnosticSaysWhatAnEditorCanShow)
     EXPECT_EQ(related["location"]["uri"], "file:///a.php");
     EXPECT_EQ(related["location"]["range"]["start"], (json{{"line", 1}, {"character", 8}}));
     EXPECT_THAT(found[1]["message"].get<std::string>(), HasSubstr(" 'strng', did you mean 'strong'?"));
+}
+
+// A text whose check ends with a fault is not clean: what was found before stays.
+TEST_F(Server, AFailedCheckLeavesWhatWasKnown)
+{
+    const auto parser = boost::make_shared<Tests::CGatedParser>(m_host.application.Parser());
+    m_host.application.AddComponent(parser);
+    for (const bool pulls : {false, true}) {
+        Start();
+        Initialize(pulls ? json{{"textDocument", {{"diagnostic", json::object()}}}} : json::object());
+        const std::string uri = pulls ? "file:///b.php" : "file:///a.php";
+        Open(uri, Wrong);
+        const auto pull = [&](int id) {
+            m_server->Receive(json{{"id", id},
+                                   {"method", "textDocument/diagnostic"},
+                                   {"params", {{"textDocument", {{"uri", uri}}}}}}
+                                  .dump());
+            for (const QDeadlineTimer end(30000); !end.hasExpired();) {
+                for (const json& message : m_sent)
+                    if (message.value("id", -1) == id)
+                        return message;
+                QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents, 50);
+            }
+            return json();
+        };
+        EXPECT_EQ(pulls ? Brief(pull(1)["result"]["items"]) : Await(uri, 1), std::vector<std::string>{Found});
+        parser->Gate().FailCheck(1);
+        m_sent.clear();
+        Change(uri, 2, {{{"text", "<?php\n"}}});
+        if (pulls) {
+            EXPECT_EQ(pull(2)["error"]["code"], -32803);
+        }
+        for (const QDeadlineTimer end(30000); Of(m_sent, "window/logMessage").empty() && !end.hasExpired();)
+            QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents, 50);
+        ASSERT_EQ(Of(m_sent, "window/logMessage").size(), 1u);
+        EXPECT_EQ(Of(m_sent, "window/logMessage")[0]["message"],
+                  "the check of " + uri.substr(7) + " failed: a check that fails");
+        if (pulls) {
+            EXPECT_EQ(pull(3)["error"]["code"], -32803) << "asked for afterwards";
+        }
+        EXPECT_THAT(Of(m_sent, "textDocument/publishDiagnostics"), IsEmpty());
+        Change(uri, 3, {{{"text", "<?php\n"}}});
+        EXPECT_THAT(pulls ? Brief(pull(4)["result"]["items"]) : Await(uri, 3), IsEmpty());
+    }
 }
 
 } // namespace

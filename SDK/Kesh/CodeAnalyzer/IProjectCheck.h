@@ -15,6 +15,12 @@ public:
     /// written in a thread, through IProjectManager::GetProjectData(), and rows come into the list, and into
     /// another order, some at a time, when the event loop has nothing else to do. Off until a host asks.
     virtual void SetGradual(bool gradual) = 0;
+    /// Whether the stored errors follow the files closely: those of files that have gone, have grown too
+    /// large or have left the project are removed; the file of a document that was closed with edits that
+    /// nobody saved is checked; open documents are checked again when their project has been opened; the
+    /// progress text goes with the check, which waits for a GUI thread that is far behind with what it has
+    /// found. Off until a host asks.
+    virtual void SetThorough(bool thorough) = 0;
 
 protected:
     ~IProjectCheck() = default;

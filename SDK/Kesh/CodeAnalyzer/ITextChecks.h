@@ -20,8 +20,8 @@ class ITextChecks
 public:
     /// Checks the text of `reader`, of which `path` and `factoryName` tell the language as those of a syntax
     /// document do, and appends what is found to `found`: of PHP first, then HTML, then CSS. A reader that
-    /// is given again, with another text, is checked faster than a new one. False: the check was given up,
-    /// and what it had found until then may not be all.
+    /// is given again, with another text, is checked faster than a new one. False: the check was given up
+    /// or has failed, and what it had found until then may not be all.
     virtual bool Check(const boost::shared_ptr<SyntaxParser::IReader>& reader, const std::wstring& path,
                        const std::wstring& factoryName, std::vector<SDiagnostic>& found) = 0;
     /// Names that the user allows; owned by the checks. To be changed between checks only.
@@ -31,6 +31,8 @@ public:
     virtual IGrammarCheck* GetGrammarCheck() = 0;
     /// Ends them.
     virtual void Free() = 0;
+    /// Why the last check has failed; empty when it has not.
+    virtual std::wstring GetFailure() = 0;
 
 protected:
     ~ITextChecks() = default;

@@ -32,6 +32,7 @@ class IErrorsSource
 public:
     using AddedSignal = boost::signals2::signal<void(const std::wstring&, const std::vector<SCAError>&)>;
     using RemovedSignal = boost::signals2::signal<void(const std::wstring&)>;
+    using FailedSignal = boost::signals2::signal<void(const std::wstring& file, const std::wstring& reason)>;
 
     virtual void GetErrors(const std::wstring& file, std::vector<SCAError>& out) = 0;
     virtual std::map<std::wstring, std::vector<SCAError>> GetAllErrors() = 0;
@@ -47,6 +48,9 @@ public:
     /// Has the errors bar list what the host has found in a file, in place of what it has found there before.
     /// It is not stored, and leaves the list with the file's errors. GUI thread.
     virtual void ShowHostErrors(const std::wstring& file, const std::vector<SHostError>& errors) = 0;
+    /// A check of a file has failed. What is stored of it is what was known before: it is not clean. Emitted
+    /// on the GUI thread, the store unlocked.
+    virtual FailedSignal& GetFailedSignal() = 0;
 
 protected:
     ~IErrorsSource() = default;

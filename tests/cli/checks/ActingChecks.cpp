@@ -4,6 +4,7 @@
 
 #include <chrono>
 #include <csignal>
+#include <stdexcept>
 #include <thread>
 
 using namespace Kesh;
@@ -34,14 +35,19 @@ public:
             std::this_thread::sleep_for(std::chrono::minutes(2));
         if (asks(L"find"))
             found.push_back({{{{0, 0}, {1, 0}}, 101, CodeAnalyzer::SeverityError}, {}});
-        return true;
+        if (asks(L"throw"))
+            throw std::runtime_error("thrown");
+        m_failed = asks(L"fail");
+        return !m_failed;
     }
     CodeAnalyzer::ICustomNames* GetCustomNames() override { return nullptr; }
     CodeAnalyzer::IDiagnosticTexts* GetTexts() override { return &m_texts; }
     CodeAnalyzer::IGrammarCheck* GetGrammarCheck() override { return nullptr; }
     void Free() override { delete this; }
+    std::wstring GetFailure() override { return m_failed ? L"no more regions" : L""; }
 
 private:
+    bool m_failed = false;
     CFixedTexts m_texts;
 };
 
