@@ -3,7 +3,7 @@
 // before.
 
 #include "Components/CAErrorsManager.h"
-#include "Components/CAGrammarCheck.h"
+#include "Checks/CAGrammarCheck.h"
 #include "Parsers/PhpSyntaxParser.h"
 #include "Require.h"
 #include "SPBase/reader.h"

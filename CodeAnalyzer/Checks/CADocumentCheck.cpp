@@ -2,7 +2,7 @@
 
 #include "Base/CommonString.h"
 #include "Base/HostComponent.h"
-#include "Components/CAGrammarCheck.h"
+#include "Checks/CAGrammarCheck.h"
 #include "Kesh/Editor/IDocBuffer.h"
 #include "Kesh/SyntaxParser/IParserComponent.h"
 #include "Markup/CssSyntaxChecker.h"

@@ -1,6 +1,6 @@
 #include "Components/CADocManager.h"
 #include "Components/CADocParser.h"
-#include "Components/CATextChecks.h"
+#include "Checks/CATextChecks.h"
 #include "Kesh/Editor/IDocBuffer.h"
 #include "SPBase/reader.h"
 #include "TestHost.h"

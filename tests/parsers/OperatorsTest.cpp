@@ -1,4 +1,4 @@
-#include "Components/CAErrorsReceiver.h"
+#include "Diagnostics/ErrorsReceiver.h"
 #include "Parsers/PhpSyntaxParser.h"
 #include "Parsers/SubExpressionParsers.h"
 #include "SPBase/reader.h"
@@ -110,7 +110,7 @@ struct CParent : CParentParser
 
 struct CErrors : IErrorsReceiver
 {
-    void AddErrors(const std::wstring&, const std::vector<SCAError>& errors) override
+    void AddErrors(const std::wstring&, const std::vector<SCAError>& errors, TDetails) override
     {
         count += errors.size();
     }
