@@ -318,15 +318,15 @@ TEST_F(DocumentChecksTest, AFaultEndsOneCheckOnly)
 TEST_F(DocumentChecksTest, AFaultInATextAloneIsTold)
 {
     CTextChecks checks(&m_host->application);
-    std::vector<SCAError> errors;
+    std::vector<SDiagnostic> found;
     const auto reader = boost::make_shared<SyntaxParser::CSimpleReader>(WideFaulty(2));
     Gate().FailCheck(1);
-    EXPECT_FALSE(checks.Check(reader, L"/a.php", L"PHPSPDocFactory", errors));
+    EXPECT_FALSE(checks.Check(reader, L"/a.php", L"PHPSPDocFactory", found));
     EXPECT_EQ(checks.GetFailure(), L"a check that fails");
-    EXPECT_TRUE(errors.empty());
-    EXPECT_TRUE(checks.Check(reader, L"/a.php", L"PHPSPDocFactory", errors));
+    EXPECT_TRUE(found.empty());
+    EXPECT_TRUE(checks.Check(reader, L"/a.php", L"PHPSPDocFactory", found));
     EXPECT_EQ(checks.GetFailure(), L"");
-    EXPECT_EQ(errors.size(), 2u);
+    EXPECT_EQ(found.size(), 2u);
 }
 
 // What is given up between its languages has posted some of what it found.
