@@ -2,8 +2,8 @@
 // nothing, nor whether the regions tell their texts, nor, with the grammar, another text that was checked
 // before.
 
-#include "Components/CAErrorsManager.h"
 #include "Checks/CAGrammarCheck.h"
+#include "Components/CAErrorsManager.h"
 #include "Parsers/PhpSyntaxParser.h"
 #include "Require.h"
 #include "SPBase/reader.h"

@@ -1,9 +1,9 @@
 #pragma once
 
+#include "Checks/CAGrammarCheck.h"
 #include "Components/CADocManager.h"
 #include "Components/CAErrorsManager.h"
 #include "Components/CAErrorsSource.h"
-#include "Checks/CAGrammarCheck.h"
 #include "Components/CAParserHelper.h"
 #include "Components/CAProjectHandler.h"
 #include "Kesh/CodeAnalyzer/ICAComponent.h"

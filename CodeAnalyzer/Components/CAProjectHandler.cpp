@@ -10,7 +10,6 @@
 #include "Components/CAErrorsBar.h"
 #include "Components/CAErrorsEvent.h"
 #include "Components/CAErrorsManager.h"
-#include "Checks/CAGrammarCheck.h"
 #include "Kesh/ProjectManager/IProjectManager.h"
 #include "Kesh/SDK/IMainFrame.h"
 #include "Kesh/SyntaxParser/IParserComponent.h"

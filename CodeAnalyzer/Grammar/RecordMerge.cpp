@@ -64,18 +64,18 @@ void MergeRecords(std::vector<SDiagnostic>& records, const std::vector<SGrammarD
         const SGrammarDiagnostic* before = sweep.LastStop(error.pos.start);
         return !before || before->repaired || sweep.IsAboutAny(error);
     });
-    const auto warnings = std::stable_partition(
-        records.begin(), records.end(),
-        [](const SDiagnostic& record) { return record.error.type == SeverityError; });
+    const auto warnings =
+        std::stable_partition(records.begin(), records.end(),
+                              [](const SDiagnostic& record) { return record.error.type == SeverityError; });
     const auto errors = warnings - records.begin() + static_cast<std::ptrdiff_t>(diagnostics.size());
     std::vector<SDiagnostic> found;
     found.reserve(diagnostics.size());
     for (const SGrammarDiagnostic& diagnostic : diagnostics)
         found.push_back({diagnostic.error, diagnostic.details});
     records.insert(warnings, std::make_move_iterator(found.begin()), std::make_move_iterator(found.end()));
-    std::stable_sort(records.begin(), records.begin() + errors, [](const SDiagnostic& a, const SDiagnostic& b) {
-        return a.error.pos.start < b.error.pos.start;
-    });
+    std::stable_sort(
+        records.begin(), records.begin() + errors,
+        [](const SDiagnostic& a, const SDiagnostic& b) { return a.error.pos.start < b.error.pos.start; });
 }
 
 } // namespace Kesh::CodeAnalyzer

@@ -5,7 +5,6 @@
 #include "Diagnostics/ErrorsReceiver.h"
 #include "Grammar/PhpGrammarChecker.h"
 #include "Grammar/RecordMerge.h"
-#include "Parsers/WarningSigns.h"
 #include "Parsers/ClassParser.h"
 #include "Parsers/CompoundStatementParser.h"
 #include "Parsers/ConstExpressionParser.h"
@@ -20,6 +19,7 @@
 #include "Parsers/StaticExpressionParser.h"
 #include "Parsers/SwitchParser.h"
 #include "Parsers/TryCatchParser.h"
+#include "Parsers/WarningSigns.h"
 #include "Parsers/WhileParser.h"
 
 #include <bit>

@@ -1,8 +1,8 @@
 // The speed of the region source and of the full PHP check over the PHP files below $CORPUS, or of the
 // example site. MB are those of the files; the texts are in memory.
 
-#include "Components/CAErrorsManager.h"
 #include "Checks/CAGrammarCheck.h"
+#include "Components/CAErrorsManager.h"
 #include "Grammar/PhpGrammarChecker.h"
 #include "Parsers/PhpSyntaxParser.h"
 #include "SyntaxParser/PhpScanner.h"

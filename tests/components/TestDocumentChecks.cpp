@@ -1,6 +1,6 @@
+#include "Checks/CATextChecks.h"
 #include "Components/CADocManager.h"
 #include "Components/CADocParser.h"
-#include "Checks/CATextChecks.h"
 #include "Kesh/Editor/IDocBuffer.h"
 #include "SPBase/reader.h"
 #include "TestHost.h"

@@ -1,5 +1,5 @@
-#include "Configuration/Edit.h"
 #include "Base/EditDistance.h"
+#include "Configuration/Edit.h"
 #include "LanguageServer/Framing.h"
 #include "LanguageServer/PositionEncoding.h"
 #include "LanguageServer/ServerText.h"
@@ -133,10 +133,8 @@ TEST(EditDistance, CountsSlipsUpToALimit)
                            {L"colr", L"color", 1}, {L"abcd", L"", 3},        {L"kitten", L"sitting", 3},
                            {L"ab", L"ba", 1},      {L"abc", L"xyz", 3}};
     for (const SCase& test : cases) {
-        EXPECT_EQ(Base::EditDistance(test.a, test.b, 2), std::min<std::size_t>(3, test.distance))
-            << test.a;
-        EXPECT_EQ(Base::EditDistance(test.b, test.a, 2), std::min<std::size_t>(3, test.distance))
-            << test.b;
+        EXPECT_EQ(Base::EditDistance(test.a, test.b, 2), std::min<std::size_t>(3, test.distance)) << test.a;
+        EXPECT_EQ(Base::EditDistance(test.b, test.a, 2), std::min<std::size_t>(3, test.distance)) << test.b;
     }
 }
 

@@ -3,9 +3,9 @@
 #include "Application/Application.h"
 #include "Application/HeadlessMainFrame.h"
 #include "Application/Settings.h"
+#include "Checks/CAGrammarCheck.h"
 #include "Components/CAErrorsBar.h"
 #include "Components/CAErrorsManager.h"
-#include "Checks/CAGrammarCheck.h"
 #include "LangSupport/Translations.h"
 
 #include <string>
