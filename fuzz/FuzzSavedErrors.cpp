@@ -7,6 +7,7 @@
 #include "SyntaxParser/SourceText.h"
 #include "XML/XmlXPathParser.h"
 
+#include <QCoreApplication>
 #include <cstdint>
 #include <string_view>
 
@@ -17,6 +18,11 @@ namespace {
 void RequireAsQueried(const std::wstring& text, const std::set<std::wstring>& files,
                       const std::vector<CodeAnalyzer::SSavedFileErrors>& read)
 {
+    // The queries look for one.
+    static int argc = 1;
+    static char name[] = "fuzz_saved_errors";
+    static char* argv[] = {name, nullptr};
+    static const QCoreApplication application(argc, argv);
     std::size_t next = 0;
     XML::CXmlXPathParser errors(text);
     if (errors.GetString(L"/errors/@version") == L"5.3")
