@@ -146,11 +146,15 @@ bool CCADocParser::BeginCheck()
     // When the document is closed the checker may be dying in its worker thread.
     if (m_closed || !m_check)
         return false;
+    if (m_busy) {
+        CheckLater();
+        return false;
+    }
     const boost::shared_ptr<SyntaxParser::ISPDocument> source = LockSource();
     if (!source)
         return false;
     const std::wstring path = source->GetFilePath();
-    if (m_busy || !m_workers->BeginCheck(path)) {
+    if (!m_workers->BeginCheck(path)) {
         CheckLater();
         return false;
     }

@@ -56,8 +56,12 @@ std::wstring QueriedText(const QString& value)
         else
             text += c;
     }
-    // The query's own line feed at the end is gone by now.
-    return text.mid(text.startsWith(QLatin1Char('\n')) ? 1 : 0).toStdWString();
+    // It comes as bytes, where a byte order mark is none of the text; its own line feed at the end is gone.
+    if (text.startsWith(QChar(QChar::ByteOrderMark)))
+        text.remove(0, 1);
+    if (text.startsWith(QLatin1Char('\n')))
+        text.remove(0, 1);
+    return text.toStdWString();
 }
 
 QString Attribute(const QXmlStreamReader& reader, const char* name)

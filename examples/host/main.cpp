@@ -189,8 +189,12 @@ int main()
     CHost host;
     auto* checks = reinterpret_cast<decltype(&CodeAnalyzerCreateChecks)>(address)(&host);
     std::vector<CodeAnalyzer::SCAError> errors;
-    checks->Check(boost::make_shared<CReader>(L"<?php\n$a = 1\n$b = 2;\n"), L"example.php",
-                  L"PHPSPDocFactory", errors);
+    if (!checks->Check(boost::make_shared<CReader>(L"<?php\n$a = 1\n$b = 2;\n"), L"example.php",
+                       L"PHPSPDocFactory", errors)) {
+        std::wcout << L"the check failed: " << checks->GetFailure() << L'\n';
+        checks->Free();
+        return 2;
+    }
     for (const CodeAnalyzer::SCAError& error : errors)
         std::wcout << error.pos.start.y + 1 << L':' << error.pos.start.x + 1 << L": "
                    << checks->GetErrorDescription(error) << L" [" << error.code << L"]\n";

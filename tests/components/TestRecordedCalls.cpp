@@ -184,7 +184,7 @@ TEST_F(RecordedCallsTest, ABusyCheckerPutsItsCheckOff)
     WaitFor("check.Parse(true)");
     m_host.Take();
     m_host.FireTimer();
-    EXPECT_EQ(m_host.Take(), "source.GetFilePath\nStartTimer(CCADocParser, 3000)\n");
+    EXPECT_EQ(m_host.Take(), "StartTimer(CCADocParser, 3000)\n");
     m_host.Close(open); // its check comes to its end, then its errors go
     EXPECT_EQ(m_host.Take(), "source.GetDocument\n");
     isOpen = true;

@@ -134,6 +134,11 @@ TEST(SavedErrors, ReadsAsTheQueriesWould)
         L"&#10;5.3",
         L"5.3&#10;",
         L"&#10;5.3&#10;",
+        L"\xFEFF"
+        L"5.3",
+        L"\xFEFF"
+        L"a'b",
+        L"\xFEFF&#10;5.3",
         L"&#10;&#10;5.3",
         L" 5.3",
         L"5.3 ",
