@@ -33,9 +33,18 @@ folder="/home/user/Prüfung neu"
 mkdir -p "$cache/ccache"
 exec 9>"$cache/lock"
 flock -n 9 || fail "another check uses $cache"
-# Nothing is ever mounted where this can see it, so that nothing else can be deleted.
-trap 'rm -rf --one-file-system "$root"' EXIT
-rm -rf --one-file-system "$root"
+
+# Nothing is ever mounted where this can see it, so that nothing else can be deleted. What still runs in the root goes
+# with the process that entered it, a moment later.
+remove_root() {
+    local job
+    for job in $(jobs -p); do
+        kill -KILL "$job" 2>/dev/null && sleep 2
+    done
+    rm -rf --one-file-system "$root"
+}
+trap remove_root EXIT
+remove_root
 
 # Its packages come from where this machine's come from.
 make_base() {
@@ -79,7 +88,8 @@ in_root() {
         chroot "$root" "$@" </dev/null || exit $?' "$root" "$cache" \
         runuser -u "$user" -- env -i LANG=C.UTF-8 CCACHE_DIR=/ccache "${npm[@]}" \
         PATH=/usr/local/sbin:/usr/local/bin:/usr/sbin:/usr/bin:/sbin:/bin USER="$user" LOGNAME="$user" \
-        bash -euc 'HOME=$(getent passwd "$USER" | cut -d: -f6); export HOME; cd "$0"; "$@"' "$folder" "$@"
+        bash -euc 'HOME=$(getent passwd "$USER" | cut -d: -f6); export HOME; cd "$0"; "$@"' "$folder" "$@" &
+    wait $! # unlike a command in the foreground, it is ended by a signal
 }
 
 # What the README says to type after ./run; FOLDER is the reader's own.
