@@ -33,9 +33,18 @@ folder="/home/user/Prüfung neu"
 mkdir -p "$cache/ccache"
 exec 9>"$cache/lock"
 flock -n 9 || fail "another check uses $cache"
-# Nothing is ever mounted where this can see it, so that nothing else can be deleted.
-trap 'rm -rf --one-file-system "$root"' EXIT
-rm -rf --one-file-system "$root"
+
+# Nothing is ever mounted where this can see it, so that nothing else can be deleted. What still runs in the root goes
+# with the process that entered it, a moment later.
+remove_root() {
+    local job
+    for job in $(jobs -p); do
+        kill -KILL "$job" 2>/dev/null && sleep 2
+    done
+    rm -rf --one-file-system "$root"
+}
+trap remove_root EXIT
+remove_root
 
 # Its packages come from where this machine's come from.
 make_base() {
@@ -56,7 +65,7 @@ make_base() {
     rm -rf "$cache/archives"
     mkdir "$cache/archives"
     # shellcheck disable=SC2016 # for the shell of mmdebstrap's hook
-    unshare --mount mmdebstrap --quiet --variant=minbase --include=git,ca-certificates \
+    unshare --mount mmdebstrap --quiet --variant=minbase --include=git,ca-certificates --dpkgopt=force-unsafe-io \
         --setup-hook="mkdir -p \"\$1/etc/apt/apt.conf.d\" && cp '$cache/apt.conf' \"\$1/etc/apt/apt.conf.d/99machine\"" \
         --customize-hook='cp -rn /etc/apt/trusted.gpg.d /etc/apt/keyrings "$1/etc/apt/" 2>/dev/null || true' \
         --customize-hook='cp /etc/ssl/certs/ca-certificates.crt "$1/etc/ssl/certs/" 2>/dev/null || true' \
@@ -79,14 +88,8 @@ in_root() {
         chroot "$root" "$@" </dev/null || exit $?' "$root" "$cache" \
         runuser -u "$user" -- env -i LANG=C.UTF-8 CCACHE_DIR=/ccache "${npm[@]}" \
         PATH=/usr/local/sbin:/usr/local/bin:/usr/sbin:/usr/bin:/sbin:/bin USER="$user" LOGNAME="$user" \
-        bash -euc 'HOME=$(getent passwd "$USER" | cut -d: -f6); export HOME; cd "$0"; "$@"' "$folder" "$@"
-}
-
-# clone OWNER: what is checked out here, anew; objects are copied, since their owner changes.
-clone() {
-    rm -rf "$root$folder"
-    git clone --quiet --no-hardlinks . "$root$folder"
-    chroot "$root" chown -R "$1:$1" "$folder"
+        bash -euc 'HOME=$(getent passwd "$USER" | cut -d: -f6); export HOME; cd "$0"; "$@"' "$folder" "$@" &
+    wait $! # unlike a command in the foreground, it is ended by a signal
 }
 
 # What the README says to type after ./run; FOLDER is the reader's own.
@@ -138,8 +141,9 @@ mkdir -p "$root"
 tar -C "$root" -xf "$base" --exclude='./dev/*'
 mkdir "$root/ccache"
 cp -L /etc/resolv.conf /etc/hosts "$root/etc/"
-chown -R --reference="$root/home/user" "$cache/ccache"
-clone user
+# Objects are copied, since their owner changes.
+git clone --quiet --no-hardlinks . "$root$folder"
+chown -R --reference="$root/home/user" "$root$folder" "$cache/ccache"
 
 if [ $# -eq 0 ]; then
     say "./run without sudo"
@@ -163,6 +167,6 @@ in_root user ./run
 check_readme
 say "./run as root, with a package to install"
 in_root root apt-get purge -qq re2c >/dev/null
-clone root
+chown -R root:root "$root$folder"
 in_root root ./run
 echo "fresh machine ($suite): fine"
