@@ -3,6 +3,8 @@
 #include "Base/CommonString.h"
 
 #include <algorithm>
+#include <cwchar>
+#include <string_view>
 
 namespace Kesh::CodeAnalyzer {
 
@@ -186,19 +188,42 @@ void CGrammarReporter::ReportMissing(const SGrammarHalt& halt, K kind)
     if (code == Code::MissingWord || code == Code::MissingEndWord)
         diagnostic.details.arguments.push_back({"expected", text});
     const SyntaxParser::CIterator place = m_tokens.Span(stop - 1).end;
-    diagnostic.details.fixes.push_back({EFix::Insert, {{{place, place}, text}}});
     const bool closes = kind == K::CloseRound || kind == K::CloseSquare || kind == K::CloseBrace;
     if (closes && !halt.open.empty())
         diagnostic.details.related.push_back({m_tokens.Span(halt.open.back()), OpenedHere});
+    diagnostic.details.fixes.push_back(
+        {EFix::Insert,
+         {kind == K::CloseBrace && !halt.open.empty() ? ClosingBrace(stop - 1, halt.open.back())
+                                                      : STextEdit{{place, place}, text}}});
+}
+
+// The end of a block of several lines has a line of its own, indented as the line that opens it.
+STextEdit CGrammarReporter::ClosingBrace(std::uint32_t behind, std::uint32_t opened) const
+{
+    SyntaxParser::CIterator place = m_tokens.Span(behind).end;
+    if (m_tokens[opened].line == place.y)
+        return {{place, place}, L" }"};
+    std::uint32_t first = opened;
+    while (first > 0 && m_tokens[first - 1].line == m_tokens[opened].line)
+        --first;
+    std::wstring text = L"\n";
+    const wchar_t* indent = m_tokens[first].text - m_tokens[first].column;
+    for (; *indent == L' ' || *indent == L'\t'; ++indent)
+        text += *indent;
+    // What else stands on the line is a comment.
+    const wchar_t* end = m_tokens[behind].text + m_tokens[behind].size;
+    const std::wstring_view rest(end, std::wcscspn(end, L"\n"));
+    if (rest.find(L"/*") == std::wstring_view::npos)
+        place.x += static_cast<std::int64_t>(rest.size());
+    return {{place, place}, text + L'}'};
 }
 
 void CGrammarReporter::ReportMissingBrace(std::uint32_t token, std::uint32_t opened, std::uint32_t stop)
 {
     SGrammarDiagnostic& diagnostic = Add(Code::MissingCloseBrace, GapBehind(token - 1), stop);
     AddFound(diagnostic, "found", token);
-    const SyntaxParser::CIterator place = diagnostic.error.pos.end;
     diagnostic.details.related.push_back({m_tokens.Span(opened), OpenedHere});
-    diagnostic.details.fixes.push_back({EFix::Insert, {{{place, place}, L"}"}}});
+    diagnostic.details.fixes.push_back({EFix::Insert, {ClosingBrace(token - 1, opened)}});
 }
 
 void CGrammarReporter::ReportOddBrace(std::uint32_t token, std::uint32_t opened, std::uint32_t stop)

@@ -53,6 +53,7 @@ private:
 
     SGrammarDiagnostic& Add(std::int32_t code, SyntaxParser::SScheme span, std::uint32_t stop);
     SyntaxParser::SScheme GapBehind(std::uint32_t token) const;
+    STextEdit ClosingBrace(std::uint32_t behind, std::uint32_t opened) const;
     void AddFound(SGrammarDiagnostic& diagnostic, const char* place, std::uint32_t token) const;
     void ReportMissing(const SGrammarHalt& halt, K kind);
     void ReportOdd(const SGrammarHalt& halt);

@@ -1,5 +1,6 @@
 #include "QuickFixes/QuickFix.h"
 
+#include "Base/CommonString.h"
 #include "Kesh/LangSupport/LangSupport.h"
 #include "QuickFixes/IgnoreComment.h"
 #include "QuickFixes/PhpPlaces.h"
@@ -28,7 +29,9 @@ void AddMending(const SFinding& finding, std::vector<SQuickFix>& fixes)
     for (const CodeAnalyzer::SFix& known : finding.details.fixes) {
         SQuickFix& fix = fixes.emplace_back();
         fix.sentence = SentenceOf(known.kind);
-        fix.what = known.kind == CodeAnalyzer::EFix::Remove ? finding.text : known.edits.front().text;
+        fix.what = known.kind == CodeAnalyzer::EFix::Remove
+                       ? finding.text
+                       : std::wstring(Base::CCommonString::Trim(known.edits.front().text));
         fix.edits = known.edits;
         fix.code = finding.error.code;
     }

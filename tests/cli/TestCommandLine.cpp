@@ -50,7 +50,7 @@ TEST_F(CommandLine, ExitStatusAndMessages)
         {{"check", "clean.php"}, 0, "No errors in 1 file.\n", ""},
         {{"check", "wrong.php"},
          1,
-         "wrong.php:3:6: error: Odd operator: = [1025]\n1 error and 0 warnings in 1 of 1 file.\n",
+         "wrong.php:3:6: error: Unexpected operator '=' [1025]\n1 error and 0 warnings in 1 of 1 file.\n",
          ""},
         {{"check", "warned.php"}, 0, "warned.php:2:8: warning: Odd semicolon [901]\n", ""},
         {{"check", "none.php"},
@@ -112,7 +112,7 @@ TEST_F(CommandLine, JsonHasTheAgreedShape)
         {"file": "a.php", "startLine": 2, "startColumn": 8, "endLine": 2, "endColumn": 9, "code": 901,
          "severity": "warning", "message": "Odd semicolon", "text": ";"},
         {"file": "b.php", "startLine": 3, "startColumn": 6, "endLine": 3, "endColumn": 7, "code": 1025,
-         "severity": "error", "message": "Odd operator", "text": "="}])");
+         "severity": "error", "message": "Unexpected operator '='", "text": "="}])");
     EXPECT_EQ(records, expected);
     m_folder.Write(L"c.php", Clean);
     EXPECT_EQ(Run({"check", "--format", "json", "c.php"}).out, "[]\n");
@@ -317,7 +317,7 @@ TEST_F(CommandLine, AProjectIsCheckedAndItsErrorsKept)
         const SResult result = Run({"project", "p"});
         EXPECT_EQ(result.exit, 1);
         EXPECT_EQ(result.out, "p/a.php:2:8: warning: Odd semicolon [901]\n"
-                              "p/b.php:3:6: error: Odd operator: = [1025]\n"
+                              "p/b.php:3:6: error: Unexpected operator '=' [1025]\n"
                               "1 error and 1 warning in 2 of 2 files.\n");
         EXPECT_EQ(result.err, "");
     }
@@ -346,7 +346,7 @@ TEST_F(CommandLine, ErrorsThatCannotBeKeptAreAFailure)
         result = Run({"project", "p"});
     }
     EXPECT_EQ(result.exit, 2);
-    EXPECT_THAT(result.out, HasSubstr("p/a.php:3:6: error: Odd operator: = [1025]"));
+    EXPECT_THAT(result.out, HasSubstr("p/a.php:3:6: error: Unexpected operator '=' [1025]"));
     EXPECT_THAT(result.err, HasSubstr("p: the errors could not be kept: File too large"));
     EXPECT_EQ(Host::ReadFileBytes(m_folder.Path(L"p/.code-analyzer/errors")), kept);
     m_folder.Write(L"report.json", "old");
@@ -436,7 +436,7 @@ TEST_F(CommandLine, TheUsersSettingsAreLeftAlone)
     m_folder.Write(L"home/.config/code-analyzer/workbench.ini", "[Workbench]\nlanguage=de\n");
     m_environment.insert("HOME", Host::PathToQt(m_folder.Path(L"home")));
     m_environment.remove("XDG_CONFIG_HOME");
-    EXPECT_THAT(Run({"check", "a.php"}).out, HasSubstr("Odd operator"));
+    EXPECT_THAT(Run({"check", "a.php"}).out, HasSubstr("Unexpected operator"));
     EXPECT_EQ(std::distance(
                   std::filesystem::recursive_directory_iterator(Host::PathToBytes(m_folder.Path(L"home"))),
                   std::filesystem::recursive_directory_iterator()),

@@ -82,7 +82,7 @@ TEST_F(Settings, AProjectIsReadAsItsFoldersAre)
         SCOPED_TRACE(command);
         const SResult result = Run({command, "."});
         EXPECT_EQ(result.exit, 1);
-        EXPECT_EQ(result.out, "./a.php:3:6: error: Odd operator: = [1025]\n"
+        EXPECT_EQ(result.out, "./a.php:3:6: error: Unexpected operator '=' [1025]\n"
                               "1 error and 0 warnings in 1 of 2 files.\n");
         EXPECT_EQ(result.err, "code-analyzer: ./binary.php: skipped: a binary file\n"
                               "code-analyzer: a.php: gone from the baseline's findings: [1] x\n");
@@ -189,7 +189,7 @@ TEST_F(Settings, InitWritesAFileThatIsUnderstoodAndKeepsOneThatIsThere)
     m_folder.Write(L"sub/a.php", Wrong);
     m_folder.Write(L"sub/b.php", Wrong);
     EXPECT_THAT(Run({"project", "sub"}).out,
-                HasSubstr("sub/b.php:3:6: warning: Odd operator: = [1025]\n0 errors"));
+                HasSubstr("sub/b.php:3:6: warning: Unexpected operator '=' [1025]\n0 errors"));
     const SResult again = Run({"init"});
     EXPECT_EQ(again.exit, 2);
     EXPECT_THAT(again.err, HasSubstr("is there already"));

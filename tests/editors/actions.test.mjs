@@ -31,7 +31,7 @@ const cases = [
   ['n.php', 'php', '<?php\n$a = 1 // one\n$b = 2;\n', "Insert ';'", '<?php\n$a = 1; // one\n$b = 2;\n'],
   ['o.php', 'php', '<?php\nif ($a);\nf();\n', "Remove ';'", '<?php\nif ($a)\nf();\n'],
   ['k.html', 'html', '<img\nwidht="1">', 'Ignore error 2002 here', undefined], // no comment can stand inside a tag
-  ['q.php', 'php', "<?php\nfunction f($a) {\n  if ($a) {\n    g();\n\n  return '😀';\n}\n", "Insert '}'", "<?php\nfunction f($a) {\n  if ($a) {\n    g();\n}\n  return '😀';\n}\n"],
+  ['q.php', 'php', "<?php\nfunction f($a) {\n  if ($a) {\n    g();\n\n  return '😀';\n}\n", "Insert '}'", "<?php\nfunction f($a) {\n  if ($a) {\n    g();\n  }\n\n  return '😀';\n}\n"],
   ['r.php', 'php', '<?php\nf(1;\r\n$a = 2;\r\n', "Insert ')'", '<?php\nf(1);\r\n$a = 2;\r\n'],
   ['s.php', 'php', '<?php\r\n$é = "😀";\r\n\t$b = = 2;\r\n', 'Ignore error 1025 here', '<?php\r\n$é = "😀";\r\n\t// code-analyzer-ignore 1025\r\n\t$b = = 2;\r\n'],
   ['t.php', 'php', '<?php\n// code-analyzer-ignore 101\n$a = 1;\n', 'Remove this line', '<?php\n$a = 1;\n'],

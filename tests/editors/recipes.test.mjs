@@ -25,7 +25,7 @@ test('the hook stops a commit with an error, and only that', () => {
   git('add', '.')
   const stopped = git('commit', '-qm', 'a')
   assert.notEqual(stopped.status, 0)
-  assert.match(stopped.stdout + stopped.stderr, /a\.php:3:6: error: Odd operator: = \[1025\]/)
+  assert.match(stopped.stdout + stopped.stderr, /a\.php:3:6: error: Unexpected operator '=' \[1025\]/)
   folder.write('a.php', '<?php\n$a = 1;\n')
   git('add', '.')
   folder.write('untracked.php', wrong)
@@ -49,7 +49,7 @@ test('Neovim shows what it is told', () => {
     ['--headless', '-i', 'NONE', '-n', '-u', join(folder.path, 'init.lua'), '-c', 'filetype on', '-c', 'edit a.php', '-c', 'luafile look.lua'],
     { cwd: folder.path, env, encoding: 'utf8', timeout: 60000 },
   )
-  assert.equal(stdout, '2 Odd operator: =')
+  assert.equal(stdout, "2 Unexpected operator '='")
   folder.remove()
 })
 
@@ -67,7 +67,7 @@ test('the jobs’ commands write what the services collect', () => {
     assert.equal(status, 1)
   }
   for (const file of ['code-analyzer.sarif', 'gl-code-quality-report.json'])
-    assert.match(readFileSync(join(folder.path, file), 'utf8'), /Odd operator/)
+    assert.match(readFileSync(join(folder.path, file), 'utf8'), /Unexpected operator/)
   assert.match(readFileSync(join(folder.path, 'junit.xml'), 'utf8'), /<failure/)
   folder.remove()
 })

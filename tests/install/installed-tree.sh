@@ -22,7 +22,7 @@ checker=$tree/bin/code-analyzer
 "$checker" --version | grep -q '^code-analyzer [0-9]*\.[0-9]*\.[0-9]*' || fail "--version"
 mkdir "$work/site"
 printf '<?php\n$a = 1\n$b = 2;\n' >"$work/site/a.php"
-record="$work/site/a.php:2:6: error: Missing ';' at the end of the statement [1001]"
+record="$work/site/a.php:2:6: error: Expected ';' before '\$b' [1001]"
 for command in check project; do
     status=0
     found=$("$checker" "$command" --quiet "$work/site") || status=$?
