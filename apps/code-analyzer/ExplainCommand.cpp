@@ -1,8 +1,10 @@
 #include "Application/FilePath.h"
+#include "Base/CommonString.h"
 #include "Commands.h"
+#include "Findings/ErrorPage.h"
+#include "Kesh/CodeAnalyzer/Catalog.h"
 #include "Report/Printable.h"
 
-#include <QFile>
 #include <QStringList>
 #include <cstdio>
 #include <unistd.h>
@@ -11,34 +13,20 @@ namespace Kesh::CommandLine {
 
 namespace {
 
-constexpr const char* Page = ":/documents/errors.md";
-
-/// The sections of the list of errors by code: from its heading to the next one.
-QStringList SectionOf(const QStringList& lines, const QString& code)
-{
-    const int begin = lines.indexOf("## " + code);
-    if (begin < 0)
-        return {};
-    int end = begin + 1;
-    while (end < lines.size() && !lines[end].startsWith("## "))
-        ++end;
-    return lines.mid(begin, end - begin);
-}
-
 /// Markdown as a terminal shows it.
-void Print(const QStringList& section, bool colored)
+void Print(const QString& page, const char* identifier, bool colored)
 {
     const QString bold = colored ? "\x1B[1m" : "";
     const QString plain = colored ? "\x1B[0m" : "";
     bool code = false;
     QString text;
-    for (const QString& line : section) {
+    for (const QString& line : page.split('\n')) {
         if (line.startsWith("```"))
             code = !code;
         else if (code)
             text += "    " + line + '\n';
         else if (line.startsWith("## "))
-            text += bold + "Error " + line.mid(3) + plain + '\n';
+            text += bold + "Error " + line.mid(3) + plain + " (" + identifier + ")\n";
         else
             text += QString(line).remove("**") + '\n';
     }
@@ -46,25 +34,35 @@ void Print(const QStringList& section, bool colored)
     std::fwrite(bytes.data(), 1, bytes.size(), stdout);
 }
 
+/// Of those that have a page.
+std::string AllCodes()
+{
+    std::string codes;
+    for (const CodeAnalyzer::SDiagnosticKind& kind : CodeAnalyzer::Catalog)
+        if (!Findings::ErrorPage(kind.code).isEmpty())
+            codes += (codes.empty() ? "" : ", ") + std::to_string(kind.code);
+    return codes;
+}
+
 } // namespace
 
 int RunExplain(const SOptions& options)
 {
-    QFile file(Page);
-    file.open(QIODevice::ReadOnly);
-    const QStringList lines = QString::fromUtf8(file.readAll()).split('\n');
-    const QStringList section = SectionOf(lines, Host::PathToQt(Host::PathFromBytes(options.code)).trimmed());
-    if (section.isEmpty()) {
-        QStringList codes;
-        for (const QString& line : lines)
-            if (line.startsWith("## ") && line.size() > 3 && line[3].isDigit())
-                codes += line.mid(3);
-        std::fprintf(stderr, "code-analyzer: there is no error \"%s\"; the errors are %s\n",
-                     Printable(Host::PathFromBytes(options.code)).c_str(),
-                     codes.join(", ").toUtf8().constData());
+    const std::string name =
+        Base::CCommonString::ToUtf8(Base::CCommonString::Trim(Base::CCommonString::FromUtf8(options.code)));
+    const auto code = Findings::CodeNamed(name);
+    const QString page = code ? Findings::ErrorPage(*code) : QString();
+    if (page.isEmpty()) {
+        const std::string_view nearest = Findings::NearestIdentifier(name);
+        std::fprintf(stderr, "code-analyzer: there is no error \"%s\"",
+                     Printable(Host::PathFromBytes(name)).c_str());
+        if (!nearest.empty())
+            std::fprintf(stderr, "; did you mean %s?\n", std::string(nearest).c_str());
+        else
+            std::fprintf(stderr, "; the errors are %s\n", AllCodes().c_str());
         return ExitFailed;
     }
-    Print(section, WantsColor(EColor::Auto, stdout));
+    Print(page, CodeAnalyzer::FindKind(*code)->identifier, WantsColor(EColor::Auto, stdout));
     return ExitClean;
 }
 

@@ -10,6 +10,10 @@
 #include <algorithm>
 #include <cstring>
 #include <iostream>
+#include <optional>
+#include <string>
+#include <utility>
+#include <vector>
 
 namespace Kesh::CommandLine {
 
@@ -97,113 +101,163 @@ bool NamesDashedPath(int argc, char** argv)
     });
 }
 
+/// The commands and what belongs to each.
+class CCommands
+{
+public:
+    explicit CCommands(SOptions& options) : m_options(options), m_app(Description, "code-analyzer")
+    {
+        m_app.set_version_flag("--version", "code-analyzer " + Host::VersionText());
+        m_app.require_subcommand(1);
+        m_app.footer(Footer);
+        AddCheck();
+        AddProject();
+        AddServer();
+        AddSmallOnes();
+        AddInspection();
+    }
+
+    CLI::App& App() { return m_app; }
+    /// Throws CLI::ParseError.
+    void Parse(int argc, char** argv)
+    {
+        m_app.parse(argc, argv);
+        if (m_check->parsed()) {
+            m_options.changed = m_check->count("--changed") != 0;
+            CompletePaths(m_options);
+            m_checkOutputs->Resolve();
+        }
+        if (m_project->parsed())
+            m_projectOutputs->Resolve();
+        for (const auto& [app, command] : m_commands)
+            if (app->parsed())
+                m_options.command = command;
+    }
+    /// The shell whose script is asked for; empty: none.
+    const std::string& Shell() const { return m_shell; }
+
+private:
+    CLI::App* Add(ECommand command, const char* name, const char* description)
+    {
+        CLI::App* app = m_app.add_subcommand(name, description);
+        m_commands.emplace_back(app, command);
+        return app;
+    }
+    void AddGlobs(const char* option, std::vector<std::string>& globs, const char* description)
+    {
+        m_check->add_option(option, globs, description)->option_text("GLOB")->allow_extra_args(false);
+    }
+    void AddCheck()
+    {
+        m_check = Add(ECommand::Check, "check", "Check files and folders");
+        m_check->footer(CheckFooter + std::string(Footer));
+        m_check->add_option("PATH", m_options.paths,
+                            "Files and folders; - is standard input (with --changed: the current folder)");
+        AddGlobs("--include", m_options.include,
+                 "In folders, check the files that match GLOB instead of the usual ones (repeatable)");
+        AddGlobs("--exclude", m_options.exclude,
+                 "Leave out files and folders that match GLOB (repeatable). A GLOB without a slash is "
+                 "compared with names, one with a slash with the path below the folder; * matches / too");
+        m_check
+            ->add_option("--stdin-path", m_options.stdinPath,
+                         "Name that standard input goes by; its ending tells the language (stdin.php)")
+            ->option_text("NAME");
+        m_check
+            ->add_option("-j,--jobs", m_options.jobs,
+                         "Check with N processes (as many as there are cores, for a few files one)")
+            ->option_text("N")
+            ->check(CLI::Range(1, 256));
+        AddPhpOptions(*m_check, m_options);
+        AddProjectOptions(*m_check, m_options);
+        m_checkOutputs.emplace(*m_check, m_options);
+    }
+    void AddProject()
+    {
+        m_project = Add(ECommand::Project, "project",
+                        "Open a folder as a project, check its files, and keep the errors in its "
+                        ".code-analyzer/");
+        m_project->add_option("FOLDER", m_options.paths, "The project's folder")->required()->expected(1);
+        AddPhpOptions(*m_project, m_options);
+        m_projectOutputs.emplace(*m_project, m_options);
+    }
+    void AddServer()
+    {
+        Add(ECommand::LanguageServer, "language-server",
+            "Serve an editor: the Language Server Protocol on standard input and output")
+            ->add_flag("--stdio", m_options.stdio, "Accepted, since editors pass it: there is no other way");
+    }
+    void AddSmallOnes()
+    {
+        Add(ECommand::Init, "init", "Write a commented code-analyzer.json to begin with")
+            ->add_option("FOLDER", m_options.paths, "Where to (the current folder)")
+            ->expected(0, 1);
+        Add(ECommand::Explain, "explain", "Say what an error means and how to mend it")
+            ->add_option("CODE", m_options.code,
+                         "The error's number, as it stands behind each message, or its identifier")
+            ->required();
+    }
+    void AddInspection()
+    {
+        const auto add = [this](ECommand command, const char* name, const char* description) {
+            Add(command, name, description)
+                ->add_option("FILE", m_options.paths, "The file")
+                ->required()
+                ->expected(1);
+        };
+        add(ECommand::Regions, "regions",
+            "Print the regions that the PHP scanner cuts a file into: kind, span, text");
+        add(ECommand::Tree, "tree", "Print the HTML and CSS trees of a file: kind, name, span");
+        m_app.add_subcommand("completion", "Print a script that completes options in a shell")
+            ->add_option("SHELL", m_shell, "bash, zsh or fish")
+            ->required()
+            ->check(CLI::IsMember({"bash", "zsh", "fish"}));
+    }
+
+    SOptions& m_options;
+    CLI::App m_app;
+    std::vector<std::pair<CLI::App*, ECommand>> m_commands;
+    CLI::App* m_check = nullptr;
+    CLI::App* m_project = nullptr;
+    std::optional<COutputOptions> m_checkOutputs;
+    std::optional<COutputOptions> m_projectOutputs;
+    std::string m_shell;
+};
+
+/// Says what is wrong with a command line, or what was asked for instead; the exit code.
+int Explain(const CLI::ParseError& error, CLI::App& app, int argc, char** argv)
+{
+    if (argc > 1 && argv[1][0] != '-' && app.get_subcommands().empty()) {
+        std::cerr << "code-analyzer: unknown command \"" << Host::PrintableBytes(argv[1])
+                  << "\"; the commands are check, project, language-server, init, explain, regions, "
+                     "tree and completion (see --help)\n";
+        return ExitFailed;
+    }
+    if (error.get_exit_code() == 0) { // help was asked for
+        app.exit(error, std::cout, std::cerr);
+        return ExitClean;
+    }
+    // What stands on the command line may be the name of a file, filled in by a shell.
+    std::cerr << Host::PrintableBytes(error.what()) << "\nRun with --help for more information.\n";
+    if (NamesDashedPath(argc, argv))
+        std::cerr << "A path that begins with a dash goes behind \"--\", as in: check -- -dash.php\n";
+    return ExitFailed;
+}
+
 } // namespace
 
 bool ParseOptions(int argc, char** argv, SOptions& options, int& exitCode)
 {
     options.arguments = argv;
-    CLI::App app(Description, "code-analyzer");
-    app.set_version_flag("--version", "code-analyzer " + Host::VersionText());
-    app.require_subcommand(1);
-    app.footer(Footer);
-
-    CLI::App* check = app.add_subcommand("check", "Check files and folders");
-    check->footer(CheckFooter + std::string(Footer));
-    check->add_option("PATH", options.paths,
-                      "Files and folders; - is standard input (with --changed: the current folder)");
-    check
-        ->add_option("--include", options.include,
-                     "In folders, check the files that match GLOB instead of the usual ones (repeatable)")
-        ->option_text("GLOB")
-        ->allow_extra_args(false);
-    check
-        ->add_option("--exclude", options.exclude,
-                     "Leave out files and folders that match GLOB (repeatable). A GLOB without a slash is "
-                     "compared with names, one with a slash with the path below the folder; * matches / too")
-        ->option_text("GLOB")
-        ->allow_extra_args(false);
-    check
-        ->add_option("--stdin-path", options.stdinPath,
-                     "Name that standard input goes by; its ending tells the language (stdin.php)")
-        ->option_text("NAME");
-    check
-        ->add_option("-j,--jobs", options.jobs,
-                     "Check with N processes (as many as there are cores, for a few files one)")
-        ->option_text("N")
-        ->check(CLI::Range(1, 256));
-    AddPhpOptions(*check, options);
-    AddProjectOptions(*check, options);
-    COutputOptions checkOutputs(*check, options);
-
-    CLI::App* project = app.add_subcommand(
-        "project", "Open a folder as a project, check its files, and keep the errors in its .code-analyzer/");
-    project->add_option("FOLDER", options.paths, "The project's folder")->required()->expected(1);
-    AddPhpOptions(*project, options);
-    COutputOptions projectOutputs(*project, options);
-
-    CLI::App* server = app.add_subcommand("language-server",
-                                          "Serve an editor: the Language Server Protocol on standard input "
-                                          "and output");
-    server->add_flag("--stdio", options.stdio, "Accepted, since editors pass it: there is no other way");
-    CLI::App* init = app.add_subcommand("init", "Write a commented code-analyzer.json to begin with");
-    init->add_option("FOLDER", options.paths, "Where to (the current folder)")->expected(0, 1);
-    CLI::App* explain = app.add_subcommand("explain", "Say what an error means and how to mend it");
-    explain->add_option("CODE", options.code, "The error's number, as it stands behind each message")
-        ->required();
-
-    CLI::App* regions = app.add_subcommand(
-        "regions", "Print the regions that the PHP scanner cuts a file into: kind, span, text");
-    regions->add_option("FILE", options.paths, "The file")->required()->expected(1);
-    CLI::App* tree = app.add_subcommand("tree", "Print the HTML and CSS trees of a file: kind, name, span");
-    tree->add_option("FILE", options.paths, "The file")->required()->expected(1);
-
-    std::string shell;
-    CLI::App* completion =
-        app.add_subcommand("completion", "Print a script that completes options in a shell");
-    completion->add_option("SHELL", shell, "bash, zsh or fish")
-        ->required()
-        ->check(CLI::IsMember({"bash", "zsh", "fish"}));
-
+    CCommands commands(options);
     try {
-        app.parse(argc, argv);
-        if (check->parsed()) {
-            options.changed = check->count("--changed") != 0;
-            CompletePaths(options);
-            checkOutputs.Resolve();
-        }
-        if (project->parsed())
-            projectOutputs.Resolve();
-        if (completion->parsed()) {
-            std::cout << CompletionScript(app, shell);
-            return false;
-        }
+        commands.Parse(argc, argv);
     } catch (const CLI::ParseError& error) {
-        if (argc > 1 && argv[1][0] != '-' && app.get_subcommands().empty()) {
-            std::cerr << "code-analyzer: unknown command \"" << Host::PrintableBytes(argv[1])
-                      << "\"; the commands are check, project, language-server, init, explain, regions, "
-                         "tree and completion (see --help)\n";
-            exitCode = ExitFailed;
-            return false;
-        }
-        if (error.get_exit_code() == 0) { // help was asked for
-            app.exit(error, std::cout, std::cerr);
-            return false;
-        }
-        exitCode = ExitFailed;
-        // What stands on the command line may be the name of a file, filled in by a shell.
-        std::cerr << Host::PrintableBytes(error.what()) << "\nRun with --help for more information.\n";
-        if (NamesDashedPath(argc, argv))
-            std::cerr << "A path that begins with a dash goes behind \"--\", as in: check -- -dash.php\n";
+        exitCode = Explain(error, commands.App(), argc, argv);
         return false;
     }
-    options.command = check->parsed()     ? ECommand::Check
-                      : project->parsed() ? ECommand::Project
-                      : server->parsed()  ? ECommand::LanguageServer
-                      : init->parsed()    ? ECommand::Init
-                      : explain->parsed() ? ECommand::Explain
-                      : regions->parsed() ? ECommand::Regions
-                                          : ECommand::Tree;
-    return true;
+    if (!commands.Shell().empty())
+        std::cout << CompletionScript(commands.App(), commands.Shell());
+    return commands.Shell().empty();
 }
 
 } // namespace Kesh::CommandLine

@@ -7,15 +7,16 @@
 
 namespace Kesh::CommandLine {
 
+struct SFormat;
+
 enum class ECommand { Check, Project, LanguageServer, Init, Explain, Regions, Tree };
-enum class EFormat { Text, Json, Sarif, Checkstyle, Github, Gitlab, Junit };
 enum class EColor { Auto, Always, Never };
 
 /// A report that the user wants.
 struct SOutputOption
 {
-    EFormat format = EFormat::Text;
-    std::string file; ///< empty: standard output
+    const SFormat* format = nullptr; ///< null: the usual one
+    std::string file;                ///< empty: standard output
 };
 
 /// What the user asks for. Paths are bytes, as the system gave them.

@@ -1,5 +1,7 @@
 #include "OutputOptions.h"
 
+#include "Report/Formats.h"
+
 #include <array>
 #include <optional>
 #include <set>
@@ -9,26 +11,31 @@ namespace Kesh::CommandLine {
 
 namespace {
 
-constexpr std::array<std::pair<const char*, EFormat>, 7> Formats{{{"text", EFormat::Text},
-                                                                  {"json", EFormat::Json},
-                                                                  {"sarif", EFormat::Sarif},
-                                                                  {"checkstyle", EFormat::Checkstyle},
-                                                                  {"github", EFormat::Github},
-                                                                  {"gitlab", EFormat::Gitlab},
-                                                                  {"junit", EFormat::Junit}}};
-
 constexpr std::array<std::pair<const char*, EColor>, 3> Colors{
     {{"auto", EColor::Auto}, {"always", EColor::Always}, {"never", EColor::Never}}};
 
-template <class TKnown> auto Choice(const TKnown& choices, const std::string& option, const std::string& name)
+[[noreturn]] void Refuse(const std::string& option, const std::string& name, const std::string& names)
+{
+    throw CLI::ValidationError(option, '"' + name + "\" is none of " + names);
+}
+
+EColor ColorNamed(const std::string& name)
 {
     std::string names;
-    for (const auto& [known, value] : choices) {
+    for (const auto& [known, value] : Colors) {
         if (name == known)
             return value;
         names += (names.empty() ? "" : ", ") + std::string(known);
     }
-    throw CLI::ValidationError(option, '"' + name + "\" is none of " + names);
+    Refuse("--color", name, names);
+}
+
+const SFormat& FormatNamed(const std::string& name)
+{
+    const SFormat* format = FindFormat(name);
+    if (!format)
+        Refuse("--format", name, FormatNames(", "));
+    return *format;
 }
 
 } // namespace
@@ -40,10 +47,11 @@ COutputOptions::COutputOptions(CLI::App& command, SOptions& options) : m_command
             .add_option("--format", m_formats,
                         "How findings are written (text); more than one with -o. text: a line for each, "
                         "on a terminal with the source line. json: one array of {file, startLine, "
-                        "startColumn, endLine, endColumn, code, severity, message, text}; lines and "
+                        "startColumn, endLine, endColumn, code, identifier, severity, message, text, "
+                        "arguments}; lines and "
                         "columns count from 1, ends are exclusive. The others are for the services "
                         "and tools that they are called after")
-            ->option_text("text|json|sarif|checkstyle|github|gitlab|junit")
+            ->option_text(FormatNames("|"))
             ->allow_extra_args(false);
     m_file = command
                  .add_option("-o,--output", m_files,
@@ -53,8 +61,7 @@ COutputOptions::COutputOptions(CLI::App& command, SOptions& options) : m_command
                  ->allow_extra_args(false);
     command
         .add_option_function<std::string>(
-            "--color",
-            [&options](const std::string& name) { options.color = Choice(Colors, "--color", name); },
+            "--color", [&options](const std::string& name) { options.color = ColorNamed(name); },
             "Colours in text: auto (on a terminal), always or never")
         ->option_text("auto|always|never");
     command.add_flag("--no-snippet", m_noSnippet, "No source lines in text");
@@ -66,7 +73,7 @@ void COutputOptions::Resolve()
     // A format and a file that stand beside each other belong together, whichever comes first.
     struct SWanted
     {
-        std::optional<EFormat> format;
+        const SFormat* format = nullptr;
         std::optional<std::string> file; ///< empty: standard output
     };
     std::vector<SWanted> wanted;
@@ -74,10 +81,10 @@ void COutputOptions::Resolve()
     auto file = m_files.begin();
     for (const CLI::Option* option : m_command.parse_order()) {
         if (option == m_format) {
-            const EFormat named = Choice(Formats, "--format", *format++);
+            const SFormat& named = FormatNamed(*format++);
             if (wanted.empty() || wanted.back().format)
                 wanted.push_back({});
-            wanted.back().format = named;
+            wanted.back().format = &named;
         } else if (option == m_file) {
             if (file->empty())
                 throw CLI::ValidationError("--output", "the name of the file is empty");
@@ -90,7 +97,7 @@ void COutputOptions::Resolve()
     if (!wanted.empty())
         m_options.outputs.clear();
     for (const SWanted& output : wanted)
-        m_options.outputs.push_back({output.format.value_or(EFormat::Text), output.file.value_or("")});
+        m_options.outputs.push_back({output.format, output.file.value_or("")});
     std::set<std::string> files;
     for (const SOutputOption& output : m_options.outputs)
         if (!files.insert(output.file).second)

@@ -11,6 +11,7 @@
 #include "DocumentArea.h"
 #include "ErrorWatch.h"
 #include "Findings/Describe.h"
+#include "Findings/ErrorPage.h"
 #include "ProjectManager/ProjectManager.h"
 #include "SyntaxParser/ParserComponent.h"
 #include "SyntaxParser/SPDocument.h"
@@ -18,7 +19,6 @@
 
 #include <QDialog>
 #include <QDialogButtonBox>
-#include <QFile>
 #include <QMenu>
 #include <QPushButton>
 #include <QTextBrowser>
@@ -79,7 +79,7 @@ std::vector<CErrorTip::SLine> CErrorHelp::GetTips(const SyntaxParser::CIterator&
             return line.text == text && line.code == code;
         };
         if (std::none_of(lines.begin(), lines.end(), isAlike))
-            lines.push_back({text, code, !GetPage(code).isEmpty()});
+            lines.push_back({text, code, !Findings::ErrorPage(code).isEmpty()});
     }
     return lines;
 }
@@ -175,22 +175,9 @@ void CErrorHelp::WriteSettings(const SQuickFix& fix)
     emit settingsChanged();
 }
 
-QString CErrorHelp::GetPage(int code)
-{
-    QFile file(QStringLiteral(":/documents/errors.md"));
-    if (!file.open(QIODevice::ReadOnly))
-        return {};
-    const QString text = QString::fromUtf8(file.readAll());
-    const int begin = text.indexOf(QStringLiteral("\n## %1\n").arg(code));
-    if (begin < 0)
-        return {};
-    const int end = text.indexOf(QStringLiteral("\n## "), begin + 1);
-    return text.mid(begin, end < 0 ? -1 : end - begin).trimmed();
-}
-
 void CErrorHelp::Explain(int code, QWidget* parent)
 {
-    const QString page = GetPage(code);
+    const QString page = Findings::ErrorPage(code);
     if (page.isEmpty())
         return;
     auto* dialog = new QDialog(parent);

@@ -49,8 +49,6 @@ public:
     /// Does it, in one step that can be undone.
     void Apply(const QuickFixes::SQuickFix& fix);
 
-    /// The page of a code; empty when there is none.
-    static QString GetPage(int code);
     void Explain(int code, QWidget* parent);
 
 signals:

@@ -4,6 +4,7 @@
 #include "ErrorHelp.h"
 #include "ErrorPanel.h"
 #include "ErrorWatch.h"
+#include "Findings/ErrorPage.h"
 #include "MainWindow.h"
 #include "ProjectManager/ProjectManager.h"
 #include "StatusLine.h"
@@ -113,7 +114,7 @@ void CMainWindow::ExplainHere()
 void CMainWindow::ExtendErrorMenu(QMenu* menu, const std::wstring& file, const CodeAnalyzer::SCAError& error)
 {
     const int code = error.code;
-    if (!CErrorHelp::GetPage(code).isEmpty())
+    if (!Findings::ErrorPage(code).isEmpty())
         menu->addAction(Tr("&Explain"), this, [this, code] { m_help->Explain(code, this); });
     if (Host::CDocument* document = m_area->GetCurrent(); document && document->GetPath() == file) {
         m_area->GetCurrentEditor()->SetCaretPosition(error.pos.start);

@@ -81,6 +81,8 @@ TEST_F(CommandLine, ExitStatusAndMessages)
          "none/b: No such file"},
         {{"check", "-dash.php"}, 2, "", "goes behind \"--\""},
         {{"explain", "102"}, 0, "Missing ';' (error)\n", ""},
+        {{"explain", "missing-semicolon"}, 0, "Error 1001 (missing-semicolon)\n", ""},
+        {{"explain", "mising-semicolon"}, 2, "", "did you mean missing-semicolon?"},
         {{"explain", "abc"}, 2, "", "there is no error \"abc\"; the errors are 101, 102, "},
         {{"check", "--no-such-option", "clean.php"}, 2, "", "--no-such-option"},
         {{"lint", "clean.php"}, 2, "", "unknown command \"lint\""},
@@ -110,9 +112,11 @@ TEST_F(CommandLine, JsonHasTheAgreedShape)
     const json records = RunJson({"b.php", "a.php"}, 1);
     const json expected = json::parse(R"([
         {"file": "a.php", "startLine": 2, "startColumn": 8, "endLine": 2, "endColumn": 9, "code": 901,
-         "severity": "warning", "message": "Odd semicolon", "text": ";"},
+         "identifier": "odd-semicolon", "severity": "warning", "message": "Odd semicolon", "text": ";",
+         "arguments": {}},
         {"file": "b.php", "startLine": 3, "startColumn": 6, "endLine": 3, "endColumn": 7, "code": 1025,
-         "severity": "error", "message": "Unexpected operator '='", "text": "="}])");
+         "identifier": "unexpected-operator", "severity": "error", "message": "Unexpected operator '='",
+         "text": "=", "arguments": {"found": "="}}])");
     EXPECT_EQ(records, expected);
     m_folder.Write(L"c.php", Clean);
     EXPECT_EQ(Run({"check", "--format", "json", "c.php"}).out, "[]\n");

@@ -22,9 +22,13 @@ public:
             m_record["endLine"] = end.y + 1;
             m_record["endColumn"] = end.x + 1;
             m_record["code"] = finding.error.code;
+            SetText(m_record["identifier"], IdentifierOf(finding));
             SetText(m_record["severity"], SeverityName(finding));
             SetText(m_record["message"], Host::PathToBytes(finding.message));
             SetText(m_record["text"], Host::PathToBytes(finding.text));
+            nlohmann::ordered_json& arguments = m_record["arguments"] = nlohmann::ordered_json::object();
+            for (const CodeAnalyzer::SArgument& argument : finding.details.arguments)
+                arguments[argument.name] = Host::PathToBytes(argument.value);
             m_json.Add(m_record);
         }
     }
@@ -33,9 +37,17 @@ public:
 
 private:
     CJsonOutput m_json;
-    nlohmann::ordered_json m_record = {{"file", ""},     {"startLine", 0}, {"startColumn", 0},
-                                       {"endLine", 0},   {"endColumn", 0}, {"code", 0},
-                                       {"severity", ""}, {"message", ""},  {"text", ""}};
+    nlohmann::ordered_json m_record = {{"file", ""},
+                                       {"startLine", 0},
+                                       {"startColumn", 0},
+                                       {"endLine", 0},
+                                       {"endColumn", 0},
+                                       {"code", 0},
+                                       {"identifier", ""},
+                                       {"severity", ""},
+                                       {"message", ""},
+                                       {"text", ""},
+                                       {"arguments", nlohmann::ordered_json::object()}};
 };
 
 } // namespace

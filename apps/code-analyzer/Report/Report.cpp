@@ -1,5 +1,7 @@
 #include "Report/Report.h"
 
+#include "Report/Formats.h"
+
 #include "Report/Printable.h"
 
 namespace Kesh::CommandLine {
@@ -17,20 +19,6 @@ STextStyle StyleOf(const SOptions& options, const COutput& output)
     return style;
 }
 
-std::unique_ptr<IReportWriter> MakeWriter(EFormat format, COutput& output, const SOptions& options)
-{
-    switch (format) {
-    case EFormat::Json: return MakeJsonWriter(output);
-    case EFormat::Sarif: return MakeSarifWriter(output);
-    case EFormat::Checkstyle: return MakeCheckstyleWriter(output);
-    case EFormat::Github: return MakeGithubWriter(output);
-    case EFormat::Gitlab: return MakeGitlabWriter(output);
-    case EFormat::Junit: return MakeJunitWriter(output);
-    case EFormat::Text: break;
-    }
-    return MakeTextWriter(output, StyleOf(options, output));
-}
-
 } // namespace
 
 CReport::CReport(const SOptions& options)
@@ -38,7 +26,8 @@ CReport::CReport(const SOptions& options)
     for (const SOutputOption& wanted : options.outputs) {
         COutput& output =
             wanted.file.empty() ? m_outputs.emplace_back(stdout) : m_outputs.emplace_back(wanted.file);
-        m_writers.push_back(MakeWriter(wanted.format, output, options));
+        const SFormat& format = wanted.format ? *wanted.format : Formats().front();
+        m_writers.push_back(format.make(output, StyleOf(options, output)));
         m_writers.back()->Begin();
     }
 }

@@ -1,3 +1,4 @@
+#include "Findings/ErrorPage.h"
 #include "Report/Fingerprint.h"
 #include "Report/JsonOutput.h"
 #include "Report/Writer.h"
@@ -41,6 +42,35 @@ void SetLocation(ordered_json& location, const std::string& uri, const SyntaxPar
     region["endColumn"] = span.end.x + 1;
 }
 
+/// What is to be said of a finding's code alone.
+ordered_json RuleOf(const Findings::SFinding& finding)
+{
+    const CodeAnalyzer::SDiagnosticKind* kind = CodeAnalyzer::FindKind(finding.error.code);
+    const bool isError = (kind ? kind->severity : finding.error.type) == CodeAnalyzer::SeverityError;
+    ordered_json rule = {{"id", std::to_string(finding.error.code)},
+                         {"name", IdentifierOf(finding)},
+                         {"shortDescription", {{"text", Host::PathToBytes(finding.title)}}},
+                         {"defaultConfiguration", {{"level", isError ? "error" : "warning"}}}};
+    const QString page = Findings::ErrorPage(finding.error.code);
+    if (!page.isEmpty())
+        rule["help"] = {{"text", page.toStdString()}, {"markdown", page.toStdString()}};
+    return rule;
+}
+
+/// Replacements of one file.
+ordered_json FixOf(const CodeAnalyzer::SFix& fix, const std::string& uri)
+{
+    ordered_json replacements = ordered_json::array();
+    for (const CodeAnalyzer::STextEdit& edit : fix.edits) {
+        ordered_json location = NoLocation();
+        SetLocation(location, uri, edit.span);
+        replacements.push_back({{"deletedRegion", location["physicalLocation"]["region"]},
+                                {"insertedContent", {{"text", Host::PathToBytes(edit.text)}}}});
+    }
+    return {{"artifactChanges",
+             {{{"artifactLocation", {{"uri", uri}}}, {"replacements", std::move(replacements)}}}}};
+}
+
 class CSarifWriter final : public IReportWriter
 {
 public:
@@ -59,8 +89,7 @@ public:
         CFingerprints fingerprints(uri);
         for (const Findings::SFinding& finding : file.findings) {
             const std::string code = std::to_string(finding.error.code);
-            if (!m_rules.contains(code))
-                m_rules[code] = Host::PathToBytes(finding.title);
+            m_rules.try_emplace(finding.error.code, finding);
             SetText(m_result["ruleId"], code);
             SetText(m_result["level"], SeverityName(finding));
             SetText(m_result["message"]["text"], Host::PathToBytes(finding.message));
@@ -72,16 +101,19 @@ public:
                 related["message"]["text"] = Host::PathToBytes(place.message);
                 m_result["relatedLocations"].push_back(std::move(related));
             }
+            for (const CodeAnalyzer::SFix& fix : finding.details.fixes)
+                m_result["fixes"].push_back(FixOf(fix, uri));
             m_json.Add(m_result);
             m_result.erase("relatedLocations");
+            m_result.erase("fixes");
         }
     }
 
     void End(const STotals& /*totals*/) override
     {
         ordered_json rules = ordered_json::array();
-        for (const auto& [code, message] : m_rules)
-            rules.push_back({{"id", code}, {"shortDescription", {{"text", message}}}});
+        for (const auto& [code, finding] : m_rules)
+            rules.push_back(RuleOf(finding));
         const ordered_json driver = {
             {"name", "code-analyzer"}, {"semanticVersion", CODE_ANALYZER_VERSION}, {"rules", rules}};
         m_json.End(",\n\"tool\":{\"driver\":" + JsonText(driver) + "}}]}\n");
@@ -94,7 +126,7 @@ private:
                              {"message", {{"text", ""}}},
                              {"locations", ordered_json::array({NoLocation()})},
                              {"partialFingerprints", {{"lineAndCode/v1", ""}}}};
-    std::map<std::string, std::string> m_rules; ///< those that were broken: code and message
+    std::map<std::int32_t, Findings::SFinding> m_rules; ///< by code: those that were broken, with one finding
 };
 
 } // namespace

@@ -2,6 +2,12 @@
 
 namespace Kesh::CommandLine {
 
+std::string IdentifierOf(const Findings::SFinding& finding)
+{
+    const CodeAnalyzer::SDiagnosticKind* kind = CodeAnalyzer::FindKind(finding.error.code);
+    return kind ? kind->identifier : std::to_string(finding.error.code);
+}
+
 const char* SeverityName(const Findings::SFinding& finding)
 {
     return finding.IsError() ? "error" : "warning";

@@ -44,6 +44,8 @@ std::unique_ptr<IReportWriter> MakeGithubWriter(COutput& output);
 std::unique_ptr<IReportWriter> MakeGitlabWriter(COutput& output);
 std::unique_ptr<IReportWriter> MakeJunitWriter(COutput& output);
 
+/// "missing-semicolon"; the code of a kind that nobody knows.
+std::string IdentifierOf(const Findings::SFinding& finding);
 /// "error" or "warning".
 const char* SeverityName(const Findings::SFinding& finding);
 /// A path below the current folder without "./", which some readers do not match with their files.

@@ -1,0 +1,18 @@
+#pragma once
+
+#include <QString>
+#include <cstdint>
+#include <optional>
+#include <string_view>
+
+namespace Kesh::Findings {
+
+/// The page of a code in the list of errors, as Markdown with its heading; empty when there is none. The
+/// program has the list as a resource.
+QString ErrorPage(std::int32_t code);
+/// The code that a user means by its number or its identifier ("1001", "missing-semicolon").
+std::optional<std::int32_t> CodeNamed(std::string_view name);
+/// The identifier nearest to a name that is none; empty: none is near.
+std::string_view NearestIdentifier(std::string_view name);
+
+} // namespace Kesh::Findings
