@@ -110,7 +110,7 @@ const char* PlaceOfToken(std::int32_t code)
 SGrammarDiagnostic& CGrammarReporter::Add(std::int32_t code, SScheme span, std::uint32_t stop)
 {
     SGrammarDiagnostic& diagnostic = m_diagnostics.emplace_back();
-    diagnostic.error = {span, code, SeverityError};
+    diagnostic.error = {span, code, FindKind(code)->severity};
     diagnostic.stop = diagnostic.resumed = m_tokens.Span(stop).start;
     return diagnostic;
 }
@@ -341,6 +341,8 @@ void CGrammarReporter::AddRuleReport(const SRuleReport& report, std::int32_t ver
         const bool isOfMethod = report.code == Code::BodyMissing || report.code == Code::BodyNotAllowed;
         AddFound(diagnostic, PlaceOfToken(report.code), isOfMethod ? report.related.token : token);
     }
+    if (report.fix == EFix::Remove)
+        details.fixes.push_back({EFix::Remove, {{diagnostic.error.pos, {}}}});
     if (report.related.token != NoToken)
         details.related.push_back({m_tokens.Span(report.related.token), report.related.message});
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Grammar/PhpFeatures.h"
+#include "Kesh/CodeAnalyzer/Catalog.h"
 
 #include <cstdint>
 #include <optional>
@@ -27,6 +28,7 @@ struct SRuleReport
     std::int32_t code;
     std::uint32_t token;
     SRelatedToken related = {};
+    EFix fix = EFix::None;                ///< what mends it, done to the token
     std::optional<EFeature> feature = {}; ///< that the version has not
 };
 

@@ -31,7 +31,7 @@ void CRuleScopes::ReportFeature(EFeature feature, std::uint32_t token)
     if (!m_trusted)
         return;
     const bool isNew = version < FeatureOf(feature).since;
-    m_reports.push_back({isNew ? Code::TooNew : Code::TooOld, token, {}, feature});
+    m_reports.push_back({isNew ? Code::TooNew : Code::TooOld, token, {}, EFix::None, feature});
 }
 
 } // namespace Kesh::CodeAnalyzer

@@ -172,10 +172,10 @@ public:
     bool IsTrusted() const { return m_trusted; }
     const std::vector<SRuleReport>& Reports() const { return m_reports; }
 
-    void Report(std::int32_t code, std::uint32_t token, SRelatedToken related = {})
+    void Report(std::int32_t code, std::uint32_t token, SRelatedToken related = {}, EFix fix = EFix::None)
     {
         if (m_trusted)
-            m_reports.push_back({code, token, related, {}});
+            m_reports.push_back({code, token, related, fix, {}});
     }
     /// Something stands at the token that only some versions have.
     void Needs(EFeature feature, std::uint32_t token)

@@ -29,9 +29,9 @@ protected:
     SFunctionScope& Function() { return m_scopes.functions.back(); }
     SClassScope* Class() { return m_scopes.classes.empty() ? nullptr : &m_scopes.classes.back(); }
 
-    void Report(std::int32_t code, std::uint32_t token, SRelatedToken related = {})
+    void Report(std::int32_t code, std::uint32_t token, SRelatedToken related = {}, EFix fix = EFix::None)
     {
-        m_scopes.Report(code, token, related);
+        m_scopes.Report(code, token, related, fix);
     }
     void Report(std::int32_t code, const SGrammarValue& value) { m_scopes.Report(code, value.first); }
     void Needs(EFeature feature, const SGrammarValue& value) { m_scopes.Needs(feature, value.first); }
