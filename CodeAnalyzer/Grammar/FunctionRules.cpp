@@ -234,12 +234,15 @@ void CPhpRules::LexicalVariable(const SGrammarValue& variable)
     else if (std::any_of(scope.parameters.begin(), scope.parameters.end(), isSame))
         Report(Code::LexicalVariable, variable);
     scope.parameters.push_back(variable.first);
+    scope.statics.emplace(Text(variable.first));
 }
 
 void CPhpRules::StaticVariable(const SGrammarValue& variable)
 {
     if (IsThis(variable.first))
         Report(Code::ReservedVariable, variable);
+    else if (!Function().statics.emplace(Text(variable.first)).second)
+        Gone(803, variable);
 }
 
 // Since 8.3 it is worked out when the program gets there.

@@ -81,6 +81,7 @@ struct SFunctionScope
     SModifiers modifiers;
 
     std::vector<std::uint32_t> parameters; ///< tokens of the variables
+    std::set<std::wstring> statics;        ///< static variables, and those that a closure takes along
     std::vector<std::uint32_t> references; ///< those that are passed by reference
     std::uint32_t variadic = 0;            ///< the `...`; 0: none
     bool promoting = false;                ///< the parameter being read becomes a property
