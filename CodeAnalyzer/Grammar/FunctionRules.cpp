@@ -226,12 +226,15 @@ void CFunctionRules::LexicalVariable(const SGrammarValue& variable)
         Report(Code::ReservedVariable, variable);
     else if (scope.parameters.FirstOfName(Tokens(), index) != variable.first)
         Report(Code::LexicalVariable, variable);
+    scope.statics.emplace(Text(variable.first));
 }
 
 void CFunctionRules::StaticVariable(const SGrammarValue& variable)
 {
     if (IsThis(variable.first))
         Report(Code::ReservedVariable, variable);
+    else if (!Function().statics.emplace(Text(variable.first)).second)
+        Needs(EFeature::StaticTwice, variable);
 }
 
 // Since 8.3 it is worked out when the program gets there.

@@ -9,6 +9,7 @@
 #include <cstdint>
 #include <map>
 #include <optional>
+#include <set>
 #include <string>
 #include <unordered_map>
 #include <vector>
@@ -90,9 +91,10 @@ struct SFunctionScope
     SModifiers modifiers;
 
     CNameTokens parameters{CNameTokens::ECase::Differs}; ///< the variables
-    std::vector<std::uint32_t> references;               ///< those that are passed by reference
-    std::uint32_t variadic = 0;                          ///< the `...`; 0: none
-    bool promoting = false;                              ///< the parameter being read becomes a property
+    std::set<std::wstring> statics;        ///< static variables, and those that a closure takes along
+    std::vector<std::uint32_t> references; ///< those that are passed by reference
+    std::uint32_t variadic = 0;            ///< the `...`; 0: none
+    bool promoting = false;                ///< the parameter being read becomes a property
     SModifiers promotion;
     std::uint32_t parameterType = 0;
     bool hasParameterType = false;

@@ -20,9 +20,11 @@ protected:
     std::vector<std::string> FilesIn(const json& records)
     {
         std::vector<std::string> files;
-        for (const json& record : records)
-            if (files.empty() || files.back() != record["file"])
-                files.push_back(record["file"]);
+        for (const json& record : records) {
+            const auto file = record["file"].get<std::string>();
+            if (files.empty() || files.back() != file)
+                files.push_back(file);
+        }
         return files;
     }
 };

@@ -36,7 +36,8 @@ local ok, fault = pcall(function()
   -- The quick fix that the user picks.
   vim.ui.select = function(items, _, choose)
     for _, item in ipairs(items) do
-      if item[2].title == "Replace by 'strong'" then return choose(item) end
+      local action = item.action or item[2] -- newer versions name it
+      if action.title == "Replace by 'strong'" then return choose(item) end
     end
     fail('no such action: ' .. vim.inspect(items))
   end

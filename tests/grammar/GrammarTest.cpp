@@ -236,6 +236,8 @@ TEST(Grammar, KnowsVersions)
         {"$a = $b ?? $c;", 700, 0},
         {"use A\\{B, C};", 700, 0},
         {"$a = [1];", 504, 0},
+        {"function f() { static $a; if ($b) { static $a; } }", 0, 803},
+        {"$f = function () use ($a) { static $a; };", 0, 803},
         {"$a = $b{0};", 0, 800},
         {"$a = (real) $b;", 0, 800},
         {"$a = $b ? 1 : $c ? 2 : 3;", 0, 800},
