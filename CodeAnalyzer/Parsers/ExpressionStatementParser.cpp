@@ -143,26 +143,25 @@ int CExpressionStatementParser::StartInStates(CRegion* region)
     if (IsNonSignificantRegion(region))
         return false;
     Reset(region);
-    const auto& php = Php();
     int& state = m_data.state;
 
     if (IsNoNeedParamsFuncKeyword(region)) {
         state = PseudoFuncCallStartState;
         NoteArgument(region);
-    } else if (region->definition == php.ExtraDefs[3] || IsFuncStyleKeyword(region)) {
+    } else if (IsExtra(region, PhpExtra::CalledWord) || IsFuncStyleKeyword(region)) {
         state = FuncState;
         NoteFunction(region);
-    } else if (region->definition == php.VarDefs[2]) {
+    } else if (IsVar(region, PhpVar::ExtraDollar)) {
         state = VarDollarState;
-    } else if (region->definition == php.VarDefs[3]) {
+    } else if (IsVar(region, PhpVar::Variable)) {
         state = ChainState;
-    } else if (IsToken(region, 20)) {
+    } else if (IsToken(region, PhpToken::Number)) {
         state = NumberState;
-    } else if (IsToken(region, 5)) {
+    } else if (IsToken(region, PhpToken::StringStart)) {
         state = StringState;
-    } else if (IsToken(region, 1) && LastChar(region) == L'`') {
+    } else if (IsToken(region, PhpToken::Text) && LastChar(region) == L'`') {
         state = BacktickState;
-    } else if (IsToken(region, 2)) {
+    } else if (IsToken(region, PhpToken::Keyword)) {
         const std::wstring_view word = TrimmedText(region);
         if (CCommonString::LowersTo(word, L"array")) {
             ++m_data.arrayConstructs;
@@ -344,7 +343,7 @@ bool CExpressionStatementParser::IsIgnored(CRegion* region)
 {
     if (!IsNonSignificantRegion(region))
         return false;
-    if (IsToken(region, 19) && TakesOperand()) // "php" is a name like any other
+    if (IsToken(region, PhpToken::Word) && TakesOperand()) // "php" is a name like any other
         return false;
     m_data.indexable = false;
     m_data.lineBreakSeen |= region->start.y != region->end.y;
@@ -355,7 +354,7 @@ void CExpressionStatementParser::NoteRegion(CRegion* region)
 {
     m_data.lastEnd = region->end;
     m_data.lineBreakSeen = false;
-    m_data.indexable = region->definition == Php().VarDefs[3] || IsClosing(region, L']');
+    m_data.indexable = IsVar(region, PhpVar::Variable) || IsClosing(region, L']');
 }
 
 void CExpressionStatementParser::NoteArgument(CRegion* region)

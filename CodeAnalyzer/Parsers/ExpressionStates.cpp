@@ -28,7 +28,6 @@ void CExpressionStatementParser::HandleAfterWordStartState(CRegion* region)
 // 2: an operand.
 void CExpressionStatementParser::HandleUOperandState(CRegion* region)
 {
-    const auto& php = Php();
     if (!m_data.startRecorded) {
         m_data.start = {region->start, region->end};
         m_data.startRecorded = true;
@@ -37,18 +36,18 @@ void CExpressionStatementParser::HandleUOperandState(CRegion* region)
     if (IsNoNeedParamsFuncKeyword(region)) {
         SetState(FuncCallStartState);
         NoteArgument(region);
-    } else if (region->definition == php.ExtraDefs[3] || IsFuncStyleKeyword(region)) {
+    } else if (IsExtra(region, PhpExtra::CalledWord) || IsFuncStyleKeyword(region)) {
         SetState(FuncState);
         NoteFunction(region);
-    } else if (region->definition == php.VarDefs[2]) {
+    } else if (IsVar(region, PhpVar::ExtraDollar)) {
         SetState(VarDollarState);
-    } else if (region->definition == php.VarDefs[3]) {
+    } else if (IsVar(region, PhpVar::Variable)) {
         SetState(ChainState);
-    } else if (IsToken(region, 20)) {
+    } else if (IsToken(region, PhpToken::Number)) {
         SetState(NumberState);
-    } else if (IsToken(region, 5)) {
+    } else if (IsToken(region, PhpToken::StringStart)) {
         SetState(StringState);
-    } else if (IsToken(region, 1) && LastChar(region) == L'`') {
+    } else if (IsToken(region, PhpToken::Text) && LastChar(region) == L'`') {
         SetState(BacktickState);
     } else if (IsClosing(region, L']')) { // of an index; a literal that ends here stays open as an array
         --m_data.squareDepth;
@@ -64,7 +63,7 @@ void CExpressionStatementParser::HandleUOperandState(CRegion* region)
         SetState(ArrayKeyState);
     } else if (IsPrefixOperator(region)) {
         // another operand state
-    } else if (IsToken(region, 2)) {
+    } else if (IsToken(region, PhpToken::Keyword)) {
         const std::wstring_view text = TrimmedText(region);
         if (CCommonString::LowersTo(text, L"array")) {
             ++m_data.arrayConstructs;
@@ -77,16 +76,16 @@ void CExpressionStatementParser::HandleUOperandState(CRegion* region)
         }
     } else if (IsWord(region)) {
         SetState(MayBeFuncCallState);
-    } else if (IsToken(region, 1)) {
+    } else if (IsToken(region, PhpToken::Text)) {
         if (IsSymbol(region, L"<<<"))
             SetState(StreamState);
         else if (IsSymbol(region, L"$"))
             SetState(DollarState);
-    } else if (region->definition == php.ExtraDefs[1]) {
+    } else if (IsExtra(region, PhpExtra::Function)) {
         StartEmbedded(region, 0);
-    } else if (region->definition == php.ClassDefs[1]) {
+    } else if (IsClassWord(region)) {
         StartEmbedded(region, 1);
-    } else if (IsToken(region, 21)) {
+    } else if (IsToken(region, PhpToken::Dot)) {
         SetState(DotState);
     } else {
         DoExpressionError(Code::ExpressionError, region, 1);
@@ -108,19 +107,19 @@ void CExpressionStatementParser::HandleBinarOpState(CRegion* region)
     } else if (IsBinaryOperator(region)) {
         AddBinaryOperator(region);
         SetState(UOperandState);
-    } else if (IsToken(region, 8)) {
+    } else if (IsToken(region, PhpToken::Comma)) {
         HandleComma(region);
         return;
-    } else if (IsToken(region, 11)) {
+    } else if (IsToken(region, PhpToken::DoubleArrow)) {
         HandleKeyArrow(region);
         return;
-    } else if (IsToken(region, 4)) {
+    } else if (IsToken(region, PhpToken::Closing)) {
         HandleClosing(region);
         return;
-    } else if (IsToken(region, 14)) {
+    } else if (IsToken(region, PhpToken::Assign)) {
         AddBinaryOperator(region);
         SetState(AssignExprState);
-    } else if (IsToken(region, 9) || IsSymbol(region, L"::")) {
+    } else if (IsToken(region, PhpToken::Arrow) || IsSymbol(region, L"::")) {
         SetState(ChainArrowState);
     } else if (IsOpening(region, L'(') || IsOpening(region, L'[')) {
         SetState(ChainState);
@@ -196,7 +195,7 @@ void CExpressionStatementParser::HandleClosingRound(CRegion* region)
 // missing.
 void CExpressionStatementParser::HandleUnexpected(CRegion* region)
 {
-    const bool nextStatement = m_data.lineBreakSeen || IsToken(region, 2);
+    const bool nextStatement = m_data.lineBreakSeen || IsToken(region, PhpToken::Keyword);
     if (!AnyBracketOpen() && nextStatement)
         DoExpressionError(Code::UnendedStatement, region, 0);
     else
@@ -206,7 +205,7 @@ void CExpressionStatementParser::HandleUnexpected(CRegion* region)
 // 4: after an operator that a `=` may complete.
 void CExpressionStatementParser::HandleBinarAssignOpState(CRegion* region)
 {
-    if (IsToken(region, 14)) {
+    if (IsToken(region, PhpToken::Assign)) {
         SetState(AssignExprState);
         NoteRegion(region);
         return;
@@ -259,9 +258,9 @@ void CExpressionStatementParser::HandleFuncCallNoBrParamsState(CRegion* region)
         return;
     }
     const bool operatorNext =
-        m_data.argument == EArgument::Optional && (IsToken(region, 21) || IsWordOperator(region));
-    const bool none = operatorNext || (!AnyBracketOpen() && IsTerminalRegion(region)) || IsToken(region, 4) ||
-                      IsToken(region, 8);
+        m_data.argument == EArgument::Optional && (IsToken(region, PhpToken::Dot) || IsWordOperator(region));
+    const bool none = operatorNext || (!AnyBracketOpen() && IsTerminalRegion(region)) ||
+                      IsToken(region, PhpToken::Closing) || IsToken(region, PhpToken::Comma);
     if (!none) {
         m_data.operandDue = true;
         HandleOperandDue(region);
@@ -284,9 +283,9 @@ void CExpressionStatementParser::HandleFuncState(CRegion* region)
         m_data.operandDue = true;
         SetState(ChainState);
         NoteRegion(region);
-    } else if (region->definition == Php().ExtraDefs[1]) {
+    } else if (IsExtra(region, PhpExtra::Function)) {
         StartEmbedded(region, 0);
-    } else if (region->definition == Php().ClassDefs[1]) {
+    } else if (IsClassWord(region)) {
         StartEmbedded(region, 1);
     } else {
         DoExpressionError(Code::ExpressionError, region, 1);
@@ -296,7 +295,7 @@ void CExpressionStatementParser::HandleFuncState(CRegion* region)
 // 10: after a complete operand.
 void CExpressionStatementParser::HandleChainState(CRegion* region)
 {
-    if (IsToken(region, 9) || IsSymbol(region, L"::")) {
+    if (IsToken(region, PhpToken::Arrow) || IsSymbol(region, L"::")) {
         SetState(ChainArrowState);
     } else if (IsOpening(region, L'[')) {
         OpenIndex(region);
@@ -331,7 +330,8 @@ void CExpressionStatementParser::HandleOperandDue(CRegion* region)
     if (IsSymbol(region, L"..."))
         return;
     m_data.operandDue = false;
-    if (IsToken(region, 4) || (IsToken(region, 8) && InnermostIs(EBracket::List))) {
+    if (IsToken(region, PhpToken::Closing) ||
+        (IsToken(region, PhpToken::Comma) && InnermostIs(EBracket::List))) {
         SetState(BinarOpState);
         HandleBinarOpState(region);
     } else {
@@ -343,17 +343,16 @@ void CExpressionStatementParser::HandleOperandDue(CRegion* region)
 // 11: the member name.
 void CExpressionStatementParser::HandleChainArrowState(CRegion* region)
 {
-    const auto& php = Php();
-    if (region->definition == php.VarDefs[3]) {
+    if (IsVar(region, PhpVar::Variable)) {
         SetState(ChainState);
-    } else if (IsWord(region) || IsToken(region, 2)) {
+    } else if (IsWord(region) || IsToken(region, PhpToken::Keyword)) {
         SetState(ChainState);
         NoteRegion(region);
         m_data.indexable = true;
         return;
-    } else if (region->definition == php.ExtraDefs[3]) {
+    } else if (IsExtra(region, PhpExtra::CalledWord)) {
         SetState(FuncState);
-    } else if (IsOpening(region, L'{') || region->definition == php.VarDefs[2] || IsSymbol(region, L"$")) {
+    } else if (IsOpening(region, L'{') || IsVar(region, PhpVar::ExtraDollar) || IsSymbol(region, L"$")) {
         SetState(UOperandState);
         HandleUOperandState(region);
         return;
@@ -381,14 +380,14 @@ void CExpressionStatementParser::HandleArrayKeyState(CRegion* region)
 {
     if (IsSymbol(region, L"..."))
         return;
-    const bool endsArm = IsToken(region, 21) && InnermostIs(EBracket::MatchBody);
-    if (IsToken(region, 4) || endsArm) {
+    const bool endsArm = IsToken(region, PhpToken::Dot) && InnermostIs(EBracket::MatchBody);
+    if (IsToken(region, PhpToken::Closing) || endsArm) {
         SetState(BinarOpState);
         HandleBinarOpState(region);
-    } else if (IsToken(region, 8)) { // only what may be taken apart has empty places
+    } else if (IsToken(region, PhpToken::Comma)) { // only what may be taken apart has empty places
         if (!InnermostIs(EBracket::ArrayLiteral) && !InnermostIs(EBracket::List))
             DoExpressionError(Code::ExpressionError, region, 1);
-    } else if (IsToken(region, 11) || IsStatementEnd(region)) {
+    } else if (IsToken(region, PhpToken::DoubleArrow) || IsStatementEnd(region)) {
         DoExpressionError(Code::ExpressionError, region, 1);
     } else {
         SetState(UOperandState);
@@ -459,16 +458,17 @@ void CExpressionStatementParser::HandleBreakState(CRegion* region)
         DoExpressionEnd(region);
     else if (IsOpening(region, L'('))
         SetState(BreakArgState);
-    else if (IsToken(region, 20) || region->definition == Php().VarDefs[3]) // old PHP took a variable
+    else if (IsToken(region, PhpToken::Number) || IsVar(region, PhpVar::Variable)) // old PHP took a variable
         SetState(BreakAfterArgState);
     else
-        DoExpressionError(Code::UnendedStatement, region, m_data.lineBreakSeen || IsToken(region, 2) ? 0 : 1);
+        DoExpressionError(Code::UnendedStatement, region,
+                          m_data.lineBreakSeen || IsToken(region, PhpToken::Keyword) ? 0 : 1);
 }
 
 // 28: the level in brackets.
 void CExpressionStatementParser::HandleBreakArgState(CRegion* region)
 {
-    if (IsToken(region, 20) || region->definition == Php().VarDefs[3])
+    if (IsToken(region, PhpToken::Number) || IsVar(region, PhpVar::Variable))
         SetState(BreakAfterArgState);
     else
         DoExpressionError(Code::ExpressionError, region, 1);
@@ -484,7 +484,7 @@ void CExpressionStatementParser::HandleBreakAfterArgState(CRegion* region)
 // 30: inside a here-document, which is one region.
 void CExpressionStatementParser::HandleStreamState(CRegion* region)
 {
-    if (!IsToken(region, 18)) {
+    if (!IsToken(region, PhpToken::Heredoc)) {
         DoExpressionError(Code::UnendedStatement, region, 1);
         return;
     }
@@ -500,7 +500,7 @@ void CExpressionStatementParser::HandleDollarState(CRegion* region)
     if (IsOpening(region, L'{')) {
         SetState(UOperandState);
         HandleUOperandState(region);
-    } else if (region->definition == Php().VarDefs[2] || region->definition == Php().VarDefs[3]) {
+    } else if (IsVar(region, PhpVar::ExtraDollar) || IsVar(region, PhpVar::Variable)) {
         SetState(VarDollarState);
         NoteRegion(region);
     } else {
@@ -512,10 +512,10 @@ void CExpressionStatementParser::HandleDollarState(CRegion* region)
 // 32: the variable after an extra "$".
 void CExpressionStatementParser::HandleVarDollarState(CRegion* region)
 {
-    if (region->definition == Php().VarDefs[2])
+    if (IsVar(region, PhpVar::ExtraDollar))
         return;
     SetState(ChainState);
-    if (region->definition == Php().VarDefs[3])
+    if (IsVar(region, PhpVar::Variable))
         NoteRegion(region);
     else
         HandleChainState(region);
@@ -530,7 +530,7 @@ void CExpressionStatementParser::HandleMayBeFuncCallState(CRegion* region)
     } else if (IsSymbol(region, L"\\")) {
         SetState(UOperandState);
         NoteRegion(region);
-    } else if (IsToken(region, 9) || IsSymbol(region, L"::") || IsOpening(region, L'[')) {
+    } else if (IsToken(region, PhpToken::Arrow) || IsSymbol(region, L"::") || IsOpening(region, L'[')) {
         SetState(ChainState);
         HandleChainState(region);
     } else {

@@ -33,6 +33,8 @@ using SyntaxParser::CRegion;
 using SyntaxParser::IParser;
 using SyntaxParser::IReader;
 using SyntaxParser::ISPDocument;
+using SyntaxParser::PhpTag;
+using SyntaxParser::PhpToken;
 using SyntaxParser::STextChange;
 
 namespace {
@@ -199,7 +201,7 @@ int CPhpSyntaxParser::AddRegion(CRegion* region)
 {
     if (!m_inPhp)
         return EnterPhp(region);
-    if (region->definition == m_defs->Php.TagDefs[2])
+    if (region->definition == m_defs->Php.TagDefs[PhpTag::Closing])
         m_inPhp = 0;
     if (m_keeping)
         return Keep(region);
@@ -213,7 +215,7 @@ int CPhpSyntaxParser::AddRegion(CRegion* region)
 
 int CPhpSyntaxParser::EnterPhp(CRegion* region)
 {
-    if (region->definition == m_defs->Php.TagDefs[1])
+    if (region->definition == m_defs->Php.TagDefs[PhpTag::Opening])
         m_inPhp = 1;
     return 0;
 }
@@ -254,7 +256,7 @@ void CPhpSyntaxParser::DispatchToNone(CRegion* region)
 {
     if (!m_skipToEnd)
         Offer(region);
-    else if (region->definition == m_defs->Php.TokenDefs[10])
+    else if (region->definition == m_defs->Php.TokenDefs[PhpToken::Semicolon])
         m_skipToEnd = 0;
 }
 
@@ -270,7 +272,7 @@ std::uint32_t CPhpSyntaxParser::ParsersFor(const CRegion& region) const
 {
     const std::uint32_t last = 1U << (m_parsers.size() - 1);
     const std::uint32_t all = 2 * last - 1;
-    if (region.definition == m_defs->Php.TokenDefs[1])
+    if (region.definition == m_defs->Php.TokenDefs[PhpToken::Text])
         return last;
     switch (m_classes->Of(region)) {
     case ERegionClass::Blank:
@@ -384,7 +386,7 @@ void CPhpSyntaxParser::OnStructureError(int code, CRegion* region, int skipToEnd
     m_skipToEnd = skipToEnd;
     if (!m_skipToEnd)
         Offer(region);
-    else if (region->definition == m_defs->Php.TokenDefs[10])
+    else if (region->definition == m_defs->Php.TokenDefs[PhpToken::Semicolon])
         m_skipToEnd = 0;
 }
 
