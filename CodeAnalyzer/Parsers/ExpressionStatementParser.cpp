@@ -138,67 +138,6 @@ int CExpressionStatementParser::StatementStartRegion(CRegion* region)
     return (m_followsPlain && m_plain.Start(*region)) || StartInStates(region);
 }
 
-int CExpressionStatementParser::StartInStates(CRegion* region)
-{
-    if (IsNonSignificantRegion(region))
-        return false;
-    Reset(region);
-    int& state = m_data.state;
-
-    if (IsNoNeedParamsFuncKeyword(region)) {
-        state = PseudoFuncCallStartState;
-        NoteArgument(region);
-    } else if (IsExtra(region, PhpExtra::CalledWord) || IsFuncStyleKeyword(region)) {
-        state = FuncState;
-        NoteFunction(region);
-    } else if (IsVar(region, PhpVar::ExtraDollar)) {
-        state = VarDollarState;
-    } else if (IsVar(region, PhpVar::Variable)) {
-        state = ChainState;
-    } else if (IsToken(region, PhpToken::Number)) {
-        state = NumberState;
-    } else if (IsToken(region, PhpToken::StringStart)) {
-        state = StringState;
-    } else if (IsToken(region, PhpToken::Text) && LastChar(region) == L'`') {
-        state = BacktickState;
-    } else if (IsToken(region, PhpToken::Keyword)) {
-        const std::wstring_view word = TrimmedText(region);
-        if (CCommonString::LowersTo(word, L"array")) {
-            ++m_data.arrayConstructs;
-            state = ArrayState;
-        } else if (CCommonString::LowersTo(word, L"return")) {
-            state = ReturnState;
-        } else if (CCommonString::LowersTo(word, L"break")) {
-            state = BreakState;
-        } else if (IsExpressionKeyword(word)) {
-            state = BinarOpState;
-        } else {
-            return false;
-        }
-    } else if (IsPrefixOperator(region)) {
-        state = UOperandState;
-    } else if (IsWord(region)) {
-        // The word after a short opening tag, which is none of the statement's.
-        if (CCommonString::LowersTo(TrimmedText(region), L"php"))
-            return false;
-        state = AfterWordStartState;
-    } else if (IsSymbol(region, L"$")) {
-        state = DollarState;
-    } else if (IsSymbol(region, L"\\")) {
-        state = UOperandState;
-    } else if (IsOpening(region, L'(')) {
-        state = OpenRoundBrState;
-        OpenRound(region, EBracket::Group);
-    } else if (IsOpening(region, L'[')) {
-        state = ArrayKeyState;
-        OpenArrayLiteral(region);
-    } else {
-        return false;
-    }
-    NoteRegion(region);
-    return true;
-}
-
 void CExpressionStatementParser::DispathRegion(CRegion* region)
 {
     if (!m_plain.IsOpen())

@@ -24,7 +24,7 @@ COperandParser::COperandParser(SyntaxParser::CDefRegions* defs,
 
 void COperandParser::HandleChainState(CRegion* region)
 {
-    if (IsToken(region, PhpToken::Arrow) || IsSymbol(region, L"::")) {
+    if (IsMemberArrow(region)) {
         SetState(ChainArrowState);
     } else if (IsOpening(region, L'[')) {
         OpenIndex(region);
