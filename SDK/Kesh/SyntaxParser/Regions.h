@@ -127,9 +127,9 @@ struct PhpInterface
     };
 };
 
-/// The PHP region kinds. Every entry from 1 on is an object of its own, those that are free included; entry 0
-/// of every table is unused. What a source cuts out of a text it has to give the kind under which the parsers
-/// let correct PHP pass: they know a region by its kind, and by its text only where that is said.
+/// The PHP region kinds, each an object of its own, or null if the source never delivers it; entry 0 of every
+/// table is unused. The parsers know a region by its kind, and by its text only where that is said above: a
+/// construct that is younger than they are has to be cut and named such that it passes.
 struct SPhpRegionDefs
 {
     ISynRegion* TagDefs[PhpTag::Count] = {};
