@@ -191,16 +191,18 @@ int main()
         return std::cerr << ::dlerror() << '\n', 2;
     CHost host;
     auto* checks = reinterpret_cast<decltype(&CodeAnalyzerCreateChecks)>(address)(&host);
-    std::vector<CodeAnalyzer::SCAError> errors;
+    std::vector<CodeAnalyzer::SDiagnostic> found;
     if (!checks->Check(boost::make_shared<CReader>(L"<?php\n$a = 1\n$b = 2;\n"), L"example.php",
-                       L"PHPSPDocFactory", errors)) {
+                       L"PHPSPDocFactory", found)) {
         std::wcout << L"the check failed: " << checks->GetFailure() << L'\n';
         checks->Free();
         return 2;
     }
-    for (const CodeAnalyzer::SCAError& error : errors)
+    for (const CodeAnalyzer::SDiagnostic& diagnostic : found) {
+        const CodeAnalyzer::SCAError& error = diagnostic.error;
         std::wcout << error.pos.start.y + 1 << L':' << error.pos.start.x + 1 << L": "
-                   << checks->GetErrorDescription(error) << L" [" << error.code << L"]\n";
+                   << checks->GetTexts()->GetMessage(diagnostic) << L" [" << error.code << L"]\n";
+    }
     checks->Free();
-    return errors.empty() ? 0 : 1;
+    return found.empty() ? 0 : 1;
 }
