@@ -48,7 +48,7 @@ void CAnonymousClassParser::HandleAnonymosClassParamsState(CRegion* region)
     } else if (IsClosing(region, L'}')) {
         if (--m_braces < 0)
             Error(Code::ExpressionError, region);
-    } else if (IsToken(region, 10) && m_braces == 0) {
+    } else if (IsToken(region, PhpToken::Semicolon) && m_braces == 0) {
         Error(Code::ExpressionError, region);
     }
 }
@@ -86,10 +86,9 @@ void CAnonymousClassParser::RestoreForContinue()
 // 102: the body has ended; an operator, a closing bracket or an end must follow, not the next statement.
 void CAnonymousClassParser::HandleAfterFunctionBodyState(CRegion* region)
 {
-    const auto& php = Php();
-    const bool startsStatement = region->definition == php.VarDefs[3] ||
-                                 region->definition == php.VarDefs[2] || IsWord(region) ||
-                                 IsToken(region, 20) || IsToken(region, 5) || IsOpening(region, L'{');
+    const bool startsStatement = IsVar(region, PhpVar::Variable) || IsVar(region, PhpVar::ExtraDollar) ||
+                                 IsWord(region) || IsToken(region, PhpToken::Number) ||
+                                 IsToken(region, PhpToken::StringStart) || IsOpening(region, L'{');
     if (startsStatement)
         Error(Code::UnendedStatement, region);
     else

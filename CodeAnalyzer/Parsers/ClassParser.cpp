@@ -9,7 +9,7 @@ using SyntaxParser::STextChange;
 
 int CClassParser::StatementStartRegion(CRegion* region)
 {
-    if (region->definition != Php().ClassDefs[1] && region->definition != Php().InterfaceDefs[1] &&
+    if (!IsClassWord(region) && region->definition != Php().InterfaceDefs[PhpInterface::Interface] &&
         !IsKeyword(region, L"trait"))
         return false;
     m_state = ClassState;
@@ -75,7 +75,7 @@ void CClassParser::HandleExtendsNameState(CRegion* region)
 {
     if (IsOpening(region, L'{'))
         SendStructureEnd(region, 1);
-    else if (IsToken(region, 8))
+    else if (IsToken(region, PhpToken::Comma))
         m_state = ExtendsState;
     else if (IsSymbol(region, L"\\"))
         m_state = ExtendsNameNamespaceState;
@@ -110,7 +110,7 @@ void CClassParser::HandleImplementsNameState(CRegion* region)
 {
     if (IsOpening(region, L'{'))
         SendStructureEnd(region, 1);
-    else if (IsToken(region, 8))
+    else if (IsToken(region, PhpToken::Comma))
         m_state = ImplementsState;
     else if (IsSymbol(region, L"\\"))
         m_state = ImplementsNameNamespaceState;

@@ -16,7 +16,7 @@ void CCompoundStatementParser::DispathRegion(CRegion* region)
 {
     if (IsClosing(region, L'}'))
         m_parent->OnStructureEnd(region, 0);
-    else if (!IsNonSignificantRegion(region) && region->definition != Php().TagDefs[2])
+    else if (!IsNonSignificantRegion(region) && region->definition != Php().TagDefs[PhpTag::Closing])
         m_parent->OnParsingContinue(region, 1);
 }
 

@@ -15,7 +15,7 @@ int CConstExpressionParser::StatementStartRegion(CRegion* region)
 // 0: the name, or the beginning of a type.
 void CConstExpressionParser::HandleConstState(CRegion* region)
 {
-    if (IsWord(region) || IsToken(region, 2))
+    if (IsWord(region) || IsToken(region, PhpToken::Keyword))
         SetName();
     else if (!IsTypePart(region))
         Error(region);

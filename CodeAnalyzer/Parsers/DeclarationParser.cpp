@@ -56,9 +56,9 @@ void CDeclarationParser::HandleNameState(CRegion* region)
     const bool complete = (m_hasValue || !NeedsValue()) && m_arguments == 0;
     if (complete && IsStatementEnd(region))
         End(region, 0);
-    else if (complete && IsToken(region, 8))
+    else if (complete && IsToken(region, PhpToken::Comma))
         m_state = KeywordState;
-    else if (!m_hasValue && IsToken(region, 14))
+    else if (!m_hasValue && IsToken(region, PhpToken::Assign))
         m_state = AssignState;
     else if (m_hasValue && m_arguments == 0 && ContinuesValue(region))
         m_state = AssignState;
@@ -71,7 +71,7 @@ void CDeclarationParser::HandleNameState(CRegion* region)
 // 2: an operand of the value. What is left of an operator, as the `:` of `?:`, is passed by.
 void CDeclarationParser::HandleAssignState(CRegion* region)
 {
-    if (region->definition == Php().ExtraDefs[1]) {
+    if (IsExtra(region, PhpExtra::Function)) {
         m_state = ExpressionState;
         m_operandParser.StartInside(region);
     } else if (m_operandParser.StatementStartRegion(region)) {
@@ -113,8 +113,8 @@ void CDeclarationParser::OnStructureEnd(CRegion* region, int /*redispatch*/)
 
 bool CDeclarationParser::ContinuesValue(CRegion* region)
 {
-    return IsToken(region, 21) || IsToken(region, 11) || IsToken(region, 9) || IsToken(region, 1) ||
-           IsWordOperator(region);
+    return IsToken(region, PhpToken::Dot) || IsToken(region, PhpToken::DoubleArrow) ||
+           IsToken(region, PhpToken::Arrow) || IsToken(region, PhpToken::Text) || IsWordOperator(region);
 }
 
 bool CDeclarationParser::OpensArguments(CRegion* region)
@@ -124,9 +124,9 @@ bool CDeclarationParser::OpensArguments(CRegion* region)
 
 bool CDeclarationParser::IsTypePart(CRegion* region)
 {
-    return IsWord(region) || IsToken(region, 2) || IsSymbol(region, L"?") || IsSymbol(region, L"|") ||
-           IsSymbol(region, L"&") || IsSymbol(region, L"\\") || IsOpening(region, L'(') ||
-           IsClosing(region, L')');
+    return IsWord(region) || IsToken(region, PhpToken::Keyword) || IsSymbol(region, L"?") ||
+           IsSymbol(region, L"|") || IsSymbol(region, L"&") || IsSymbol(region, L"\\") ||
+           IsOpening(region, L'(') || IsClosing(region, L')');
 }
 
 void CDeclarationParser::End(CRegion* region, int redispatch)

@@ -8,11 +8,11 @@ using SyntaxParser::CRegion;
 // 12: after a number.
 void CExpressionStatementParser::HandleNumberState(CRegion* region)
 {
-    if (IsToken(region, 21)) {
+    if (IsToken(region, PhpToken::Dot)) {
         AddBinaryOperator(region);
         SetState(NumberDotState);
         NoteRegion(region);
-    } else if (IsRegion(region, Php().TokenDefs[19], L"e", 1)) {
+    } else if (IsRegion(region, Php().TokenDefs[PhpToken::Word], L"e", 1)) {
         SetState(FloatCommaNumberState);
         NoteRegion(region);
     } else if (IsOpening(region, L'(') || IsOpening(region, L'[')) { // a number is neither called nor indexed
@@ -28,7 +28,7 @@ void CExpressionStatementParser::HandleFloatCommaNumberState(CRegion* region)
 {
     if (IsSymbol(region, L"+") || IsSymbol(region, L"-"))
         return;
-    if (!IsToken(region, 20)) {
+    if (!IsToken(region, PhpToken::Number)) {
         DoExpressionError(Code::ExpressionError, region, 1);
         return;
     }
@@ -46,7 +46,7 @@ void CExpressionStatementParser::HandleExpNumberState(CRegion* region)
 // 15: a `.` after a number.
 void CExpressionStatementParser::HandleNumberDotState(CRegion* region)
 {
-    if (IsToken(region, 20)) {
+    if (IsToken(region, PhpToken::Number)) {
         SetState(DottedNumberState);
         NoteRegion(region);
         return;
@@ -58,7 +58,7 @@ void CExpressionStatementParser::HandleNumberDotState(CRegion* region)
 // 16: digits after it.
 void CExpressionStatementParser::HandleDottedNumberState(CRegion* region)
 {
-    if (IsRegion(region, Php().TokenDefs[19], L"e", 1)) {
+    if (IsRegion(region, Php().TokenDefs[PhpToken::Word], L"e", 1)) {
         SetState(FloatCommaNumberState);
         return;
     }
@@ -69,7 +69,7 @@ void CExpressionStatementParser::HandleDottedNumberState(CRegion* region)
 // 17: inside a string.
 void CExpressionStatementParser::HandleStringState(CRegion* region)
 {
-    if (!IsToken(region, 7))
+    if (!IsToken(region, PhpToken::StringEnd))
         return;
     SetState(BinarOpState);
     NoteRegion(region);
@@ -78,7 +78,7 @@ void CExpressionStatementParser::HandleStringState(CRegion* region)
 // 18: inside a backquoted command.
 void CExpressionStatementParser::HandleBacktickState(CRegion* region)
 {
-    if (!IsToken(region, 1) || LastChar(region) != L'`')
+    if (!IsToken(region, PhpToken::Text) || LastChar(region) != L'`')
         return;
     SetState(BinarOpState);
     NoteRegion(region);
@@ -87,20 +87,20 @@ void CExpressionStatementParser::HandleBacktickState(CRegion* region)
 // 19: at the end of a string; no state leads here.
 void CExpressionStatementParser::HandleStringEndState(CRegion* region)
 {
-    if (IsToken(region, 21))
+    if (IsToken(region, PhpToken::Dot))
         SetState(BinarOpState);
 }
 
 // 20: a `.` where an operand was due.
 void CExpressionStatementParser::HandleDotState(CRegion* region)
 {
-    if (IsToken(region, 5)) {
+    if (IsToken(region, PhpToken::StringStart)) {
         SetState(StringState);
         NoteRegion(region);
         return;
     }
     SetState(BinarOpState);
-    if (IsToken(region, 20))
+    if (IsToken(region, PhpToken::Number))
         NoteRegion(region);
     else
         HandleBinarOpState(region);

@@ -40,13 +40,13 @@ constexpr int OpenBracketPriority = 10;
 
 int CExpressionStatementParser::IsBinaryOperator(CRegion* region)
 {
-    if (IsToken(region, 1))
+    if (IsToken(region, PhpToken::Text))
         return IsOneOf(TrimmedText(region), L"||", L"&&", L"==", L"===", L"!=", L"!==", L"<>", L">", L"<",
                        L">=", L"<=", L"?", L":");
-    if (IsToken(region, 21))
+    if (IsToken(region, PhpToken::Dot))
         return true;
     // The words in capitals can never equal a lowered text; they belong to the list all the same.
-    if (IsToken(region, 2) || IsToken(region, 19))
+    if (IsToken(region, PhpToken::Keyword) || IsToken(region, PhpToken::Word))
         return LowersToOneOf(TrimmedText(region), L"instanceof", L"and", L"AND", L"or", L"OR", L"xor",
                              L"XOR");
     return false;
@@ -54,47 +54,48 @@ int CExpressionStatementParser::IsBinaryOperator(CRegion* region)
 
 int CExpressionStatementParser::IsBinaryOperatorCanBeAssign(CRegion* region)
 {
-    if (IsToken(region, 1))
+    if (IsToken(region, PhpToken::Text))
         return IsOneOf(TrimmedText(region), L"+", L"-", L"*", L"/", L"%", L"&", L"|", L"^", L"<<", L">>",
                        L"**");
-    return IsToken(region, 21);
+    return IsToken(region, PhpToken::Dot);
 }
 
 int CExpressionStatementParser::IsPrefixOperator(CRegion* region)
 {
-    if (IsToken(region, 1))
+    if (IsToken(region, PhpToken::Text))
         return IsOneOf(TrimmedText(region), L"++", L"--", L"!", L"-", L"+", L"~", L"@", L"&");
-    if (IsToken(region, 15))
+    if (IsToken(region, PhpToken::PrefixWord))
         return true;
     // In lower case only.
-    if (IsToken(region, 2) || IsToken(region, 19))
+    if (IsToken(region, PhpToken::Keyword) || IsToken(region, PhpToken::Word))
         return Equals(TrimmedText(region), L"clone");
     return false;
 }
 
 int CExpressionStatementParser::IsSuffixOperator(CRegion* region)
 {
-    return IsToken(region, 1) && IsOneOf(TrimmedText(region), L"++", L"--");
+    return IsToken(region, PhpToken::Text) && IsOneOf(TrimmedText(region), L"++", L"--");
 }
 
 int CExpressionStatementParser::IsFuncStyleKeyword(CRegion* region)
 {
-    return IsToken(region, 2) &&
+    return IsToken(region, PhpToken::Keyword) &&
            LowersToOneOf(TrimmedText(region), L"isset", L"empty", L"eval", L"list", L"unset");
 }
 
 int CExpressionStatementParser::IsNoNeedParamsFuncKeyword(CRegion* region)
 {
-    if (IsToken(region, 16))
+    if (IsToken(region, PhpToken::ArgumentWord))
         return true;
-    if (IsToken(region, 2) || IsToken(region, 19) || region->definition == Php().ExtraDefs[3])
+    if (IsToken(region, PhpToken::Keyword) || IsToken(region, PhpToken::Word) ||
+        IsExtra(region, PhpExtra::CalledWord))
         return LowersToOneOf(TrimmedText(region), L"exit", L"echo", L"print", L"die", L"continue");
     return false;
 }
 
 int CExpressionStatementParser::IsTypeRegion(CRegion* region)
 {
-    if (!IsToken(region, 19) && !IsToken(region, 2))
+    if (!IsToken(region, PhpToken::Word) && !IsToken(region, PhpToken::Keyword))
         return false;
     return LowersToOneOf(TrimmedText(region), L"int", L"integer", L"float", L"double", L"real", L"string",
                          L"object", L"array", L"bool", L"boolean", L"binary", L"unset");

@@ -138,68 +138,6 @@ int CExpressionStatementParser::StatementStartRegion(CRegion* region)
     return (m_followsPlain && m_plain.Start(*region)) || StartInStates(region);
 }
 
-int CExpressionStatementParser::StartInStates(CRegion* region)
-{
-    if (IsNonSignificantRegion(region))
-        return false;
-    Reset(region);
-    const auto& php = Php();
-    int& state = m_data.state;
-
-    if (IsNoNeedParamsFuncKeyword(region)) {
-        state = PseudoFuncCallStartState;
-        NoteArgument(region);
-    } else if (region->definition == php.ExtraDefs[3] || IsFuncStyleKeyword(region)) {
-        state = FuncState;
-        NoteFunction(region);
-    } else if (region->definition == php.VarDefs[2]) {
-        state = VarDollarState;
-    } else if (region->definition == php.VarDefs[3]) {
-        state = ChainState;
-    } else if (IsToken(region, 20)) {
-        state = NumberState;
-    } else if (IsToken(region, 5)) {
-        state = StringState;
-    } else if (IsToken(region, 1) && LastChar(region) == L'`') {
-        state = BacktickState;
-    } else if (IsToken(region, 2)) {
-        const std::wstring_view word = TrimmedText(region);
-        if (CCommonString::LowersTo(word, L"array")) {
-            ++m_data.arrayConstructs;
-            state = ArrayState;
-        } else if (CCommonString::LowersTo(word, L"return")) {
-            state = ReturnState;
-        } else if (CCommonString::LowersTo(word, L"break")) {
-            state = BreakState;
-        } else if (IsExpressionKeyword(word)) {
-            state = BinarOpState;
-        } else {
-            return false;
-        }
-    } else if (IsPrefixOperator(region)) {
-        state = UOperandState;
-    } else if (IsWord(region)) {
-        // The word after a short opening tag, which is none of the statement's.
-        if (CCommonString::LowersTo(TrimmedText(region), L"php"))
-            return false;
-        state = AfterWordStartState;
-    } else if (IsSymbol(region, L"$")) {
-        state = DollarState;
-    } else if (IsSymbol(region, L"\\")) {
-        state = UOperandState;
-    } else if (IsOpening(region, L'(')) {
-        state = OpenRoundBrState;
-        OpenRound(region, EBracket::Group);
-    } else if (IsOpening(region, L'[')) {
-        state = ArrayKeyState;
-        OpenArrayLiteral(region);
-    } else {
-        return false;
-    }
-    NoteRegion(region);
-    return true;
-}
-
 void CExpressionStatementParser::DispathRegion(CRegion* region)
 {
     if (!m_plain.IsOpen())
@@ -344,7 +282,7 @@ bool CExpressionStatementParser::IsIgnored(CRegion* region)
 {
     if (!IsNonSignificantRegion(region))
         return false;
-    if (IsToken(region, 19) && TakesOperand()) // "php" is a name like any other
+    if (IsToken(region, PhpToken::Word) && TakesOperand()) // "php" is a name like any other
         return false;
     m_data.indexable = false;
     m_data.lineBreakSeen |= region->start.y != region->end.y;
@@ -355,7 +293,7 @@ void CExpressionStatementParser::NoteRegion(CRegion* region)
 {
     m_data.lastEnd = region->end;
     m_data.lineBreakSeen = false;
-    m_data.indexable = region->definition == Php().VarDefs[3] || IsClosing(region, L']');
+    m_data.indexable = IsVar(region, PhpVar::Variable) || IsClosing(region, L']');
 }
 
 void CExpressionStatementParser::NoteArgument(CRegion* region)

@@ -6,6 +6,8 @@
 #include "Parsers/PlainExpression.h"
 #include "Parsers/StatementParser.h"
 
+#include <optional>
+
 namespace Kesh::CodeAnalyzer {
 
 /// One PHP expression statement: an assignment, a call, `echo` and its like, `return`, `break`, array
@@ -66,6 +68,10 @@ protected:
     {
         return m_data.roundDepth > 0 || m_data.squareDepth > 0 || m_data.braceDepth > 0;
     }
+    bool IsMemberArrow(SyntaxParser::CRegion* region) const
+    {
+        return IsToken(region, PhpToken::Arrow) || IsSymbol(region, L"::");
+    }
     void AddBinaryOperator(SyntaxParser::CRegion* region);
     void Reset(SyntaxParser::CRegion* region);
     void SetState(int state);
@@ -115,6 +121,9 @@ protected:
     bool IsIgnored(SyntaxParser::CRegion* region);
     [[gnu::noinline]] void DispatchToPlain(SyntaxParser::CRegion* region); // blanks need not come so far
     int StartInStates(SyntaxParser::CRegion* region);
+    std::optional<EExpressionState> BeginOperand(SyntaxParser::CRegion* region,
+                                                 EExpressionState argumentState);
+    std::optional<EExpressionState> BeginStatement(SyntaxParser::CRegion* region);
     void DispatchToState(SyntaxParser::CRegion* region);
     void HandleRegion(SyntaxParser::CRegion* region);
     void ParseKept();

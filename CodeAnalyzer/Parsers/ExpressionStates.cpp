@@ -7,6 +7,85 @@ namespace Kesh::CodeAnalyzer {
 using Base::CCommonString;
 using SyntaxParser::CRegion;
 
+// What begins an operand wherever one may stand, at the start of a statement as well as after an operator:
+// the state that follows, or none. `argumentState` follows a word that takes an argument with or without
+// brackets.
+std::optional<EExpressionState> CExpressionStatementParser::BeginOperand(CRegion* region,
+                                                                         EExpressionState argumentState)
+{
+    if (IsNoNeedParamsFuncKeyword(region)) {
+        NoteArgument(region);
+        return argumentState;
+    }
+    if (IsExtra(region, PhpExtra::CalledWord) || IsFuncStyleKeyword(region)) {
+        NoteFunction(region);
+        return FuncState;
+    }
+    if (IsVar(region, PhpVar::ExtraDollar))
+        return VarDollarState;
+    if (IsVar(region, PhpVar::Variable))
+        return ChainState;
+    if (IsToken(region, PhpToken::Number))
+        return NumberState;
+    if (IsToken(region, PhpToken::StringStart))
+        return StringState;
+    if (IsToken(region, PhpToken::Text) && LastChar(region) == L'`')
+        return BacktickState;
+    if (IsOpening(region, L'(')) {
+        OpenRound(region, EBracket::Group);
+        return OpenRoundBrState;
+    }
+    if (IsOpening(region, L'[')) {
+        OpenArrayLiteral(region);
+        return ArrayKeyState;
+    }
+    if (IsKeyword(region, L"array")) {
+        ++m_data.arrayConstructs;
+        return ArrayState;
+    }
+    if (IsSymbol(region, L"$"))
+        return DollarState;
+    if (IsSymbol(region, L"\\"))
+        return UOperandState;
+    return std::nullopt;
+}
+
+// What else begins an expression that is a statement.
+std::optional<EExpressionState> CExpressionStatementParser::BeginStatement(CRegion* region)
+{
+    if (IsToken(region, PhpToken::Keyword)) {
+        const std::wstring_view word = TrimmedText(region);
+        if (CCommonString::LowersTo(word, L"return"))
+            return ReturnState;
+        if (CCommonString::LowersTo(word, L"break"))
+            return BreakState;
+        if (IsExpressionKeyword(word))
+            return BinarOpState;
+        return std::nullopt;
+    }
+    if (IsPrefixOperator(region))
+        return UOperandState;
+    // The word "php" after a short opening tag is none of the statement's.
+    if (IsWord(region) && !CCommonString::LowersTo(TrimmedText(region), L"php"))
+        return AfterWordStartState;
+    return std::nullopt;
+}
+
+int CExpressionStatementParser::StartInStates(CRegion* region)
+{
+    if (IsNonSignificantRegion(region))
+        return false;
+    Reset(region);
+    auto state = BeginOperand(region, PseudoFuncCallStartState);
+    if (!state)
+        state = BeginStatement(region);
+    if (!state)
+        return false;
+    m_data.state = *state;
+    NoteRegion(region);
+    return true;
+}
+
 // 0: the right side after `=`.
 void CExpressionStatementParser::HandleAssignExprState(CRegion* region)
 {
@@ -28,65 +107,32 @@ void CExpressionStatementParser::HandleAfterWordStartState(CRegion* region)
 // 2: an operand.
 void CExpressionStatementParser::HandleUOperandState(CRegion* region)
 {
-    const auto& php = Php();
     if (!m_data.startRecorded) {
         m_data.start = {region->start, region->end};
         m_data.startRecorded = true;
     }
 
-    if (IsNoNeedParamsFuncKeyword(region)) {
-        SetState(FuncCallStartState);
-        NoteArgument(region);
-    } else if (region->definition == php.ExtraDefs[3] || IsFuncStyleKeyword(region)) {
-        SetState(FuncState);
-        NoteFunction(region);
-    } else if (region->definition == php.VarDefs[2]) {
-        SetState(VarDollarState);
-    } else if (region->definition == php.VarDefs[3]) {
-        SetState(ChainState);
-    } else if (IsToken(region, 20)) {
-        SetState(NumberState);
-    } else if (IsToken(region, 5)) {
-        SetState(StringState);
-    } else if (IsToken(region, 1) && LastChar(region) == L'`') {
-        SetState(BacktickState);
+    if (const auto state = BeginOperand(region, FuncCallStartState)) {
+        SetState(*state);
     } else if (IsClosing(region, L']')) { // of an index; a literal that ends here stays open as an array
         --m_data.squareDepth;
         Close(region);
         SetState(ChainState);
-    } else if (IsOpening(region, L'(')) {
-        OpenRound(region, EBracket::Group);
-        SetState(OpenRoundBrState);
     } else if (IsOpening(region, L'{')) {
         OpenBrace(region, EBracket::Brace);
-    } else if (IsOpening(region, L'[')) {
-        OpenArrayLiteral(region);
-        SetState(ArrayKeyState);
     } else if (IsPrefixOperator(region)) {
         // another operand state
-    } else if (IsToken(region, 2)) {
-        const std::wstring_view text = TrimmedText(region);
-        if (CCommonString::LowersTo(text, L"array")) {
-            ++m_data.arrayConstructs;
-            SetState(ArrayState);
-        } else if (IsExpressionKeyword(text)) {
-            SetState(MayBeFuncCallState);
-        } else {
-            DoExpressionError(Code::ExpressionError, region, 1);
-            return;
-        }
-    } else if (IsWord(region)) {
+    } else if (IsWord(region) ||
+               (IsToken(region, PhpToken::Keyword) && IsExpressionKeyword(TrimmedText(region)))) {
         SetState(MayBeFuncCallState);
-    } else if (IsToken(region, 1)) {
+    } else if (IsToken(region, PhpToken::Text)) {
         if (IsSymbol(region, L"<<<"))
             SetState(StreamState);
-        else if (IsSymbol(region, L"$"))
-            SetState(DollarState);
-    } else if (region->definition == php.ExtraDefs[1]) {
+    } else if (IsExtra(region, PhpExtra::Function)) {
         StartEmbedded(region, 0);
-    } else if (region->definition == php.ClassDefs[1]) {
+    } else if (IsClassWord(region)) {
         StartEmbedded(region, 1);
-    } else if (IsToken(region, 21)) {
+    } else if (IsToken(region, PhpToken::Dot)) {
         SetState(DotState);
     } else {
         DoExpressionError(Code::ExpressionError, region, 1);
@@ -108,19 +154,19 @@ void CExpressionStatementParser::HandleBinarOpState(CRegion* region)
     } else if (IsBinaryOperator(region)) {
         AddBinaryOperator(region);
         SetState(UOperandState);
-    } else if (IsToken(region, 8)) {
+    } else if (IsToken(region, PhpToken::Comma)) {
         HandleComma(region);
         return;
-    } else if (IsToken(region, 11)) {
+    } else if (IsToken(region, PhpToken::DoubleArrow)) {
         HandleKeyArrow(region);
         return;
-    } else if (IsToken(region, 4)) {
+    } else if (IsToken(region, PhpToken::Closing)) {
         HandleClosing(region);
         return;
-    } else if (IsToken(region, 14)) {
+    } else if (IsToken(region, PhpToken::Assign)) {
         AddBinaryOperator(region);
         SetState(AssignExprState);
-    } else if (IsToken(region, 9) || IsSymbol(region, L"::")) {
+    } else if (IsMemberArrow(region)) {
         SetState(ChainArrowState);
     } else if (IsOpening(region, L'(') || IsOpening(region, L'[')) {
         SetState(ChainState);
@@ -196,7 +242,7 @@ void CExpressionStatementParser::HandleClosingRound(CRegion* region)
 // missing.
 void CExpressionStatementParser::HandleUnexpected(CRegion* region)
 {
-    const bool nextStatement = m_data.lineBreakSeen || IsToken(region, 2);
+    const bool nextStatement = m_data.lineBreakSeen || IsToken(region, PhpToken::Keyword);
     if (!AnyBracketOpen() && nextStatement)
         DoExpressionError(Code::UnendedStatement, region, 0);
     else
@@ -206,7 +252,7 @@ void CExpressionStatementParser::HandleUnexpected(CRegion* region)
 // 4: after an operator that a `=` may complete.
 void CExpressionStatementParser::HandleBinarAssignOpState(CRegion* region)
 {
-    if (IsToken(region, 14)) {
+    if (IsToken(region, PhpToken::Assign)) {
         SetState(AssignExprState);
         NoteRegion(region);
         return;
@@ -259,9 +305,9 @@ void CExpressionStatementParser::HandleFuncCallNoBrParamsState(CRegion* region)
         return;
     }
     const bool operatorNext =
-        m_data.argument == EArgument::Optional && (IsToken(region, 21) || IsWordOperator(region));
-    const bool none = operatorNext || (!AnyBracketOpen() && IsTerminalRegion(region)) || IsToken(region, 4) ||
-                      IsToken(region, 8);
+        m_data.argument == EArgument::Optional && (IsToken(region, PhpToken::Dot) || IsWordOperator(region));
+    const bool none = operatorNext || (!AnyBracketOpen() && IsTerminalRegion(region)) ||
+                      IsToken(region, PhpToken::Closing) || IsToken(region, PhpToken::Comma);
     if (!none) {
         m_data.operandDue = true;
         HandleOperandDue(region);
@@ -284,9 +330,9 @@ void CExpressionStatementParser::HandleFuncState(CRegion* region)
         m_data.operandDue = true;
         SetState(ChainState);
         NoteRegion(region);
-    } else if (region->definition == Php().ExtraDefs[1]) {
+    } else if (IsExtra(region, PhpExtra::Function)) {
         StartEmbedded(region, 0);
-    } else if (region->definition == Php().ClassDefs[1]) {
+    } else if (IsClassWord(region)) {
         StartEmbedded(region, 1);
     } else {
         DoExpressionError(Code::ExpressionError, region, 1);
@@ -296,7 +342,7 @@ void CExpressionStatementParser::HandleFuncState(CRegion* region)
 // 10: after a complete operand.
 void CExpressionStatementParser::HandleChainState(CRegion* region)
 {
-    if (IsToken(region, 9) || IsSymbol(region, L"::")) {
+    if (IsMemberArrow(region)) {
         SetState(ChainArrowState);
     } else if (IsOpening(region, L'[')) {
         OpenIndex(region);
@@ -331,7 +377,8 @@ void CExpressionStatementParser::HandleOperandDue(CRegion* region)
     if (IsSymbol(region, L"..."))
         return;
     m_data.operandDue = false;
-    if (IsToken(region, 4) || (IsToken(region, 8) && InnermostIs(EBracket::List))) {
+    if (IsToken(region, PhpToken::Closing) ||
+        (IsToken(region, PhpToken::Comma) && InnermostIs(EBracket::List))) {
         SetState(BinarOpState);
         HandleBinarOpState(region);
     } else {
@@ -343,17 +390,16 @@ void CExpressionStatementParser::HandleOperandDue(CRegion* region)
 // 11: the member name.
 void CExpressionStatementParser::HandleChainArrowState(CRegion* region)
 {
-    const auto& php = Php();
-    if (region->definition == php.VarDefs[3]) {
+    if (IsVar(region, PhpVar::Variable)) {
         SetState(ChainState);
-    } else if (IsWord(region) || IsToken(region, 2)) {
+    } else if (IsWord(region) || IsToken(region, PhpToken::Keyword)) {
         SetState(ChainState);
         NoteRegion(region);
         m_data.indexable = true;
         return;
-    } else if (region->definition == php.ExtraDefs[3]) {
+    } else if (IsExtra(region, PhpExtra::CalledWord)) {
         SetState(FuncState);
-    } else if (IsOpening(region, L'{') || region->definition == php.VarDefs[2] || IsSymbol(region, L"$")) {
+    } else if (IsOpening(region, L'{') || IsVar(region, PhpVar::ExtraDollar) || IsSymbol(region, L"$")) {
         SetState(UOperandState);
         HandleUOperandState(region);
         return;
@@ -362,181 +408,6 @@ void CExpressionStatementParser::HandleChainArrowState(CRegion* region)
         return;
     }
     NoteRegion(region);
-}
-
-// 21: the `(` after "array".
-void CExpressionStatementParser::HandleArrayState(CRegion* region)
-{
-    if (!IsOpening(region, L'(')) {
-        DoExpressionError(Code::ExpressionError, region, 1);
-        return;
-    }
-    OpenArrayConstruct(region);
-    SetState(ArrayKeyState);
-    NoteRegion(region);
-}
-
-// 22: an element of an array or a list, or the end after a trailing `,`.
-void CExpressionStatementParser::HandleArrayKeyState(CRegion* region)
-{
-    if (IsSymbol(region, L"..."))
-        return;
-    const bool endsArm = IsToken(region, 21) && InnermostIs(EBracket::MatchBody);
-    if (IsToken(region, 4) || endsArm) {
-        SetState(BinarOpState);
-        HandleBinarOpState(region);
-    } else if (IsToken(region, 8)) { // only what may be taken apart has empty places
-        if (!InnermostIs(EBracket::ArrayLiteral) && !InnermostIs(EBracket::List))
-            DoExpressionError(Code::ExpressionError, region, 1);
-    } else if (IsToken(region, 11) || IsStatementEnd(region)) {
-        DoExpressionError(Code::ExpressionError, region, 1);
-    } else {
-        SetState(UOperandState);
-        HandleUOperandState(region);
-    }
-}
-
-// 23: after `(`: a cast type or an expression.
-void CExpressionStatementParser::HandleOpenRoundBrState(CRegion* region)
-{
-    if (!IsTypeRegion(region)) {
-        SetState(UOperandState);
-        HandleUOperandState(region);
-        return;
-    }
-    const std::wstring_view text = TrimmedText(region);
-    SetState(CCommonString::LowersTo(text, L"array") ? ArrayTypeOperatorState : TypeOperatorState);
-    m_data.start = {region->start, region->end};
-    m_data.startRecorded = true;
-    NoteRegion(region);
-}
-
-// 24: the `)` of a cast; anything else shows that the type name was a name.
-void CExpressionStatementParser::HandleTypeOperatorState(CRegion* region)
-{
-    if (IsClosing(region, L')')) {
-        CloseRound(region);
-        SetState(UOperandState);
-        NoteRegion(region);
-        return;
-    }
-    SetState(BinarOpState);
-    HandleBinarOpState(region);
-}
-
-// 25: the `)` of an array cast, or the `(` of an array in brackets.
-void CExpressionStatementParser::HandleArrayTypeOperatorState(CRegion* region)
-{
-    if (IsClosing(region, L')')) {
-        CloseRound(region);
-        SetState(UOperandState);
-    } else if (IsOpening(region, L'(')) {
-        ++m_data.arrayConstructs;
-        OpenArrayConstruct(region);
-        SetState(ArrayKeyState);
-    } else {
-        DoExpressionError(Code::ExpressionError, region, 1);
-        return;
-    }
-    NoteRegion(region);
-}
-
-// 26: after "return".
-void CExpressionStatementParser::HandleReturnState(CRegion* region)
-{
-    if (IsTerminalRegion(region)) {
-        DoExpressionEnd(region);
-        return;
-    }
-    SetState(UOperandState);
-    HandleUOperandState(region);
-}
-
-// 27: after "break".
-void CExpressionStatementParser::HandleBreakState(CRegion* region)
-{
-    if (IsTerminalRegion(region))
-        DoExpressionEnd(region);
-    else if (IsOpening(region, L'('))
-        SetState(BreakArgState);
-    else if (IsToken(region, 20) || region->definition == Php().VarDefs[3]) // old PHP took a variable
-        SetState(BreakAfterArgState);
-    else
-        DoExpressionError(Code::UnendedStatement, region, m_data.lineBreakSeen || IsToken(region, 2) ? 0 : 1);
-}
-
-// 28: the level in brackets.
-void CExpressionStatementParser::HandleBreakArgState(CRegion* region)
-{
-    if (IsToken(region, 20) || region->definition == Php().VarDefs[3])
-        SetState(BreakAfterArgState);
-    else
-        DoExpressionError(Code::ExpressionError, region, 1);
-}
-
-// 29: after the level.
-void CExpressionStatementParser::HandleBreakAfterArgState(CRegion* region)
-{
-    if (IsTerminalRegion(region))
-        DoExpressionEnd(region);
-}
-
-// 30: inside a here-document, which is one region.
-void CExpressionStatementParser::HandleStreamState(CRegion* region)
-{
-    if (!IsToken(region, 18)) {
-        DoExpressionError(Code::UnendedStatement, region, 1);
-        return;
-    }
-    SetState(BinarOpState);
-    NoteRegion(region);
-}
-
-// 31: after a lone "$".
-void CExpressionStatementParser::HandleDollarState(CRegion* region)
-{
-    if (IsSymbol(region, L"$"))
-        return;
-    if (IsOpening(region, L'{')) {
-        SetState(UOperandState);
-        HandleUOperandState(region);
-    } else if (region->definition == Php().VarDefs[2] || region->definition == Php().VarDefs[3]) {
-        SetState(VarDollarState);
-        NoteRegion(region);
-    } else {
-        m_data.state = AssignExprState;
-        m_parent->OnStructureError(Code::ExpressionError, region, 1);
-    }
-}
-
-// 32: the variable after an extra "$".
-void CExpressionStatementParser::HandleVarDollarState(CRegion* region)
-{
-    if (region->definition == Php().VarDefs[2])
-        return;
-    SetState(ChainState);
-    if (region->definition == Php().VarDefs[3])
-        NoteRegion(region);
-    else
-        HandleChainState(region);
-}
-
-// 35: after a word.
-void CExpressionStatementParser::HandleMayBeFuncCallState(CRegion* region)
-{
-    if (IsOpening(region, L'(')) {
-        SetState(FuncState);
-        HandleFuncState(region);
-    } else if (IsSymbol(region, L"\\")) {
-        SetState(UOperandState);
-        NoteRegion(region);
-    } else if (IsToken(region, 9) || IsSymbol(region, L"::") || IsOpening(region, L'[')) {
-        SetState(ChainState);
-        HandleChainState(region);
-    } else {
-        SetState(BinarOpState);
-        HandleBinarOpState(region);
-    }
 }
 
 } // namespace Kesh::CodeAnalyzer

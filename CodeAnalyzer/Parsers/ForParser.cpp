@@ -61,13 +61,13 @@ void CForParser::HandleForState(CRegion* region)
 void CForParser::HandleFirstPartState(CRegion* region)
 {
     m_part = 1;
-    HandlePart(region, IsToken(region, 10), SecondPartState);
+    HandlePart(region, IsToken(region, PhpToken::Semicolon), SecondPartState);
 }
 
 void CForParser::HandleSecondPartState(CRegion* region)
 {
     m_part = 2;
-    HandlePart(region, IsToken(region, 10), ThirdPartState);
+    HandlePart(region, IsToken(region, PhpToken::Semicolon), ThirdPartState);
 }
 
 void CForParser::HandleThirdPartState(CRegion* region)
@@ -89,11 +89,11 @@ void CForParser::HandlePart(CRegion* region, bool empty, int next)
 // 4: an expression has ended. The third part ends at a closing bracket of any kind.
 void CForParser::OnStructureEnd(CRegion* region, int /*redispatch*/)
 {
-    if (IsToken(region, 8))
+    if (IsToken(region, PhpToken::Comma))
         m_state = m_part;
-    else if (IsToken(region, 10) && m_part < 3)
+    else if (IsToken(region, PhpToken::Semicolon) && m_part < 3)
         m_state = m_part + 1;
-    else if (IsToken(region, 4) && m_part == 3)
+    else if (IsToken(region, PhpToken::Closing) && m_part == 3)
         m_state = AfterCondiotionState;
     else
         Error(region);
@@ -102,7 +102,7 @@ void CForParser::OnStructureEnd(CRegion* region, int /*redispatch*/)
 // 5: after the header.
 void CForParser::HandleAfterCondiotionState(CRegion* region)
 {
-    if (IsToken(region, 10)) {
+    if (IsToken(region, PhpToken::Semicolon)) {
         WarnOddSemicolon(region);
         End(region, 0);
     } else if (IsKeyword(region, L"endfor")) {

@@ -133,7 +133,7 @@ void CForeachParser::StartPart(CRegion* region, int next)
 // 10 and 11: the key has ended at `=>`, or the value at `)`.
 void CForeachParser::HandlePartEnd(CRegion* region)
 {
-    if (IsToken(region, 11)) {
+    if (IsToken(region, PhpToken::DoubleArrow)) {
         m_partEnd = region->start;
         m_data.keyName = PartText(region);
         m_data.keySpan = {m_partStart, m_partEnd};
@@ -166,7 +166,7 @@ void CForeachParser::HandleAfterConditionState(CRegion* region)
 {
     if (m_exact) {
         FollowAfterCondition(region);
-    } else if (IsToken(region, 10)) {
+    } else if (IsToken(region, PhpToken::Semicolon)) {
         WarnOddSemicolon(region);
         End(region, 0);
     } else {
@@ -181,7 +181,7 @@ void CForeachParser::FollowAfterCondition(CRegion* region)
     const bool inBody = m_handed;
     if (inBody)
         m_frames.pop_back();
-    if (IsToken(region, 10)) {
+    if (IsToken(region, PhpToken::Semicolon)) {
         WarnOddSemicolon(region);
         SetCurrent(m_bodyStack.back().loop);
         End(region, 0);
@@ -233,7 +233,7 @@ void CForeachParser::HandleAfterBodyState(CRegion* region)
 // In lower case only.
 bool CForeachParser::IsEndforeach(CRegion* region) const
 {
-    return IsRegion(region, Php().TokenDefs[2], L"endforeach", 0);
+    return IsRegion(region, Php().TokenDefs[PhpToken::Keyword], L"endforeach", 0);
 }
 
 void CForeachParser::FollowAfterBody(CRegion* region)
@@ -269,7 +269,7 @@ void CForeachParser::FollowAfterBody(CRegion* region)
 // 9: the `;` after `endforeach`; no state leads here.
 void CForeachParser::HandleEndforeachState(CRegion* region)
 {
-    if (IsToken(region, 10)) {
+    if (IsToken(region, PhpToken::Semicolon)) {
         End(region, 0);
     } else {
         m_state = ForeachState;

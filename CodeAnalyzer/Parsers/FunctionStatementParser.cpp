@@ -9,7 +9,7 @@ using SyntaxParser::STextChange;
 
 int CFunctionStatementParser::StatementStartRegion(CRegion* region)
 {
-    if (region->definition != Php().ExtraDefs[1])
+    if (!IsExtra(region, PhpExtra::Function))
         return false;
     m_state = FunctionState;
     m_depth = 0;
@@ -46,7 +46,7 @@ void CFunctionStatementParser::HandleFunctionState(CRegion* region)
 {
     if (IsSymbol(region, L"&"))
         return;
-    if (region->definition == Php().ExtraDefs[5] || IsToken(region, 2) || IsWord(region))
+    if (IsExtra(region, PhpExtra::DeclaredName) || IsToken(region, PhpToken::Keyword) || IsWord(region))
         m_state = NameState;
     else
         Error(Code::FunctionNameError, region);
@@ -74,7 +74,7 @@ void CFunctionStatementParser::HandleAfterParamsState(CRegion* region)
         End(region, 1);
     else if (IsKeyword(region, L"use"))
         m_state = UseState;
-    else if (IsToken(region, 10))
+    else if (IsToken(region, PhpToken::Semicolon))
         End(region, 0);
     else if (IsSymbol(region, L":"))
         m_state = ReturnDeclState;
@@ -87,7 +87,7 @@ void CFunctionStatementParser::HandleReturnDeclState(CRegion* region)
 {
     if (IsSymbol(region, L"?"))
         return;
-    if (IsWord(region) || IsToken(region, 2))
+    if (IsWord(region) || IsToken(region, PhpToken::Keyword))
         m_state = AfterUseState;
     else
         Error(Code::MissingBody, region);
@@ -113,7 +113,7 @@ void CFunctionStatementParser::HandleAfterUseState(CRegion* region)
 {
     if (IsOpening(region, L'{'))
         End(region, 1);
-    else if (IsToken(region, 10))
+    else if (IsToken(region, PhpToken::Semicolon))
         End(region, 0);
     else
         Error(Code::MissingBody, region);
@@ -132,7 +132,7 @@ void CFunctionStatementParser::HandleList(CRegion* region, int next)
         ++m_depth;
     else if (IsClosing(region, L')') && --m_depth == 0)
         m_state = next;
-    else if (IsToken(region, 10)) // the `;` may end the statement
+    else if (IsToken(region, PhpToken::Semicolon)) // the `;` may end the statement
         Error(Code::ParameterError, region, 0);
 }
 

@@ -36,9 +36,9 @@ void CGlobalExpressionParser::DispathRegion(CRegion* region)
 // 0: a variable.
 void CGlobalExpressionParser::HandleGlobalState(CRegion* region)
 {
-    if (region->definition == Php().VarDefs[2] || IsSymbol(region, L"$"))
+    if (IsVar(region, PhpVar::ExtraDollar) || IsSymbol(region, L"$"))
         return;
-    if (region->definition == Php().VarDefs[3]) {
+    if (IsVar(region, PhpVar::Variable)) {
         m_state = VarNameState;
     } else if (IsOpening(region, L'{')) {
         m_braces = 1;
@@ -51,7 +51,7 @@ void CGlobalExpressionParser::HandleGlobalState(CRegion* region)
 // 1: after a variable.
 void CGlobalExpressionParser::HandleVarNameState(CRegion* region)
 {
-    if (IsToken(region, 8)) {
+    if (IsToken(region, PhpToken::Comma)) {
         m_state = GlobalState;
     } else if (IsSemicolon(region)) {
         m_state = GlobalState;

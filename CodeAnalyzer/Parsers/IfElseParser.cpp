@@ -118,7 +118,7 @@ void CIfElseParser::HandleAfterCondState(CRegion* region)
 {
     if (IsNonSignificantRegion(region))
         return;
-    if (IsToken(region, 10)) {
+    if (IsToken(region, PhpToken::Semicolon)) {
         WarnOddSemicolon(region);
         PopResume();
         m_state = ContinueState;
@@ -145,7 +145,7 @@ void CIfElseParser::HandleElseState(CRegion* region)
     }
     if (!m_openChains.empty() && !m_openChains.back().alternative)
         PopChain();
-    if (IsToken(region, 10)) {
+    if (IsToken(region, PhpToken::Semicolon)) {
         WarnOddSemicolon(region);
         return;
     }

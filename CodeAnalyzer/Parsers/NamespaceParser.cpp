@@ -45,7 +45,7 @@ void CNamespaceParser::DispathRegion(CRegion* region)
 // 0: a name or its next part, or the block of the global namespace.
 void CNamespaceParser::HandleNamespaceState(CRegion* region)
 {
-    if (IsWord(region) || IsToken(region, 2))
+    if (IsWord(region) || IsToken(region, PhpToken::Keyword))
         m_state = NamespaceNameState;
     else if (IsOpening(region, L'{'))
         End(region, 1);
@@ -84,11 +84,11 @@ void CNamespaceParser::HandleUseState(CRegion* region)
         else if (IsOpening(region, L'{') && m_braces == 0)
             m_braces = 1;
         else if (!CloseGroup(region) && !IsSymbol(region, L"\\") && !IsKeyword(region, L"const") &&
-                 region->definition != Php().ExtraDefs[1])
+                 !IsExtra(region, PhpExtra::Function))
             Error(Code::NamespaceError, region);
     } else if (IsStatementEnd(region) && m_braces == 0) {
         End(region, 0);
-    } else if (IsToken(region, 8) || IsSymbol(region, L"\\")) {
+    } else if (IsToken(region, PhpToken::Comma) || IsSymbol(region, L"\\")) {
         m_afterName = false;
     } else if (IsKeyword(region, L"as")) {
         m_state = UseAsState;
@@ -105,7 +105,7 @@ void CNamespaceParser::HandleUseAsState(CRegion* region)
 {
     if (!m_afterName && IsWord(region)) {
         m_afterName = true;
-    } else if (m_afterName && IsToken(region, 8)) {
+    } else if (m_afterName && IsToken(region, PhpToken::Comma)) {
         m_state = UseState;
         m_afterName = false;
     } else if (m_afterName && IsStatementEnd(region) && m_braces == 0) {
@@ -120,8 +120,8 @@ void CNamespaceParser::HandleUseTraitState(CRegion* region)
 {
     if (IsClosing(region, L'}'))
         End(region, 0);
-    else if (!IsWord(region) && !IsToken(region, 2) && !IsToken(region, 8) && !IsToken(region, 10) &&
-             !IsSymbol(region, L"::") && !IsSymbol(region, L"\\"))
+    else if (!IsWord(region) && !IsToken(region, PhpToken::Keyword) && !IsToken(region, PhpToken::Comma) &&
+             !IsToken(region, PhpToken::Semicolon) && !IsSymbol(region, L"::") && !IsSymbol(region, L"\\"))
         Error(Code::UseError, region);
 }
 

@@ -33,6 +33,8 @@ using SyntaxParser::CRegion;
 using SyntaxParser::IParser;
 using SyntaxParser::IReader;
 using SyntaxParser::ISPDocument;
+using SyntaxParser::PhpTag;
+using SyntaxParser::PhpToken;
 using SyntaxParser::STextChange;
 
 namespace {
@@ -43,6 +45,11 @@ template <class T> boost::shared_ptr<T> DocumentComponent(ISPDocument& document,
 {
     return boost::dynamic_pointer_cast<T>(document.GetComponent(name).lock());
 }
+
+/// Whether the parser does more for each bracket than the base, which does nothing.
+template <class TParser>
+constexpr bool HandlesBrackets = !std::is_same_v<decltype(&TParser::HandleBracketRegion),
+                                                 decltype(&CStatementParser::HandleBracketRegion)>;
 
 } // namespace
 
@@ -101,10 +108,7 @@ template <class TParser> CStatementParser* CPhpSyntaxParser::AddParser(std::stri
 {
     auto* parser = new TParser(m_defs, m_reader, this);
     m_parsers.push_back(parser);
-    // Most parsers leave the base's empty handler as it is and need not be called.
-    if (!std::is_same_v<decltype(&TParser::HandleBracketRegion),
-                        decltype(&CStatementParser::HandleBracketRegion)>)
-        m_bracketParsers.push_back(parser);
+    m_brackets |= HandlesBrackets<TParser>;
     for (const char letter : letters)
         m_byLetter[static_cast<std::size_t>(letter - 'a')] |= 1U << (m_parsers.size() - 1);
     return parser;
@@ -195,25 +199,32 @@ void CPhpSyntaxParser::ReportMerged()
     m_errorsManager->AddErrors(m_fileName, errors, details);
 }
 
+// Most regions belong to a statement that has begun.
+inline void CPhpSyntaxParser::DispatchRegion(CRegion* region)
+{
+    if (m_brackets) [[unlikely]]
+        DispatchBracketRegion(region);
+    if (m_active && !m_skipToEnd) [[likely]]
+        m_active->DispathRegion(region);
+    else
+        DispatchToNone(region);
+}
+
 int CPhpSyntaxParser::AddRegion(CRegion* region)
 {
     if (!m_inPhp)
         return EnterPhp(region);
-    if (region->definition == m_defs->Php.TagDefs[2])
+    if (region->definition == m_defs->Php.TagDefs[PhpTag::Closing])
         m_inPhp = 0;
     if (m_keeping)
         return Keep(region);
-    // Most regions belong to a statement that has begun.
-    if (m_active && !m_skipToEnd && m_bracketParsers.empty()) [[likely]]
-        m_active->DispathRegion(region);
-    else
-        DispatchRegion(region);
+    DispatchRegion(region);
     return 0;
 }
 
 int CPhpSyntaxParser::EnterPhp(CRegion* region)
 {
-    if (region->definition == m_defs->Php.TagDefs[1])
+    if (region->definition == m_defs->Php.TagDefs[PhpTag::Opening])
         m_inPhp = 1;
     return 0;
 }
@@ -239,28 +250,20 @@ void CPhpSyntaxParser::ParseKept()
     m_kept.Replay([this](CRegion* region) { DispatchRegion(region); });
 }
 
-void CPhpSyntaxParser::DispatchRegion(CRegion* region)
-{
-    const auto& tokens = m_defs->Php.TokenDefs;
-    if (!m_bracketParsers.empty() && (region->definition == tokens[3] || region->definition == tokens[4]))
-        DispatchBracketRegion(region);
-    if (m_active && !m_skipToEnd)
-        m_active->DispathRegion(region);
-    else
-        DispatchToNone(region);
-}
-
 void CPhpSyntaxParser::DispatchToNone(CRegion* region)
 {
     if (!m_skipToEnd)
         Offer(region);
-    else if (region->definition == m_defs->Php.TokenDefs[10])
+    else if (region->definition == m_defs->Php.TokenDefs[PhpToken::Semicolon])
         m_skipToEnd = 0;
 }
 
 void CPhpSyntaxParser::DispatchBracketRegion(CRegion* region)
 {
-    for (CStatementParser* parser : m_bracketParsers)
+    const auto& tokens = m_defs->Php.TokenDefs;
+    if (region->definition != tokens[PhpToken::Opening] && region->definition != tokens[PhpToken::Closing])
+        return;
+    for (CStatementParser* parser : m_parsers)
         parser->HandleBracketRegion(region);
 }
 
@@ -270,7 +273,7 @@ std::uint32_t CPhpSyntaxParser::ParsersFor(const CRegion& region) const
 {
     const std::uint32_t last = 1U << (m_parsers.size() - 1);
     const std::uint32_t all = 2 * last - 1;
-    if (region.definition == m_defs->Php.TokenDefs[1])
+    if (region.definition == m_defs->Php.TokenDefs[PhpToken::Text])
         return last;
     switch (m_classes->Of(region)) {
     case ERegionClass::Blank:
@@ -384,7 +387,7 @@ void CPhpSyntaxParser::OnStructureError(int code, CRegion* region, int skipToEnd
     m_skipToEnd = skipToEnd;
     if (!m_skipToEnd)
         Offer(region);
-    else if (region->definition == m_defs->Php.TokenDefs[10])
+    else if (region->definition == m_defs->Php.TokenDefs[PhpToken::Semicolon])
         m_skipToEnd = 0;
 }
 

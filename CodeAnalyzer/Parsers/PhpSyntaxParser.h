@@ -68,7 +68,7 @@ private:
     // Called for few regions each, and kept out of the way of the many.
     [[gnu::noinline]] int EnterPhp(SyntaxParser::CRegion* region);
     [[gnu::noinline]] int Keep(SyntaxParser::CRegion* region);
-    [[gnu::noinline]] void DispatchRegion(SyntaxParser::CRegion* region);
+    void DispatchRegion(SyntaxParser::CRegion* region);
     [[gnu::noinline]] bool Offer(SyntaxParser::CRegion* region);
     void OfferEnding(SyntaxParser::CRegion* region);
     [[gnu::noinline]] void ParseKept();
@@ -84,7 +84,7 @@ private:
     std::vector<CStatementParser*> m_parsers; ///< owned, in the order in which they are offered a region
     /// Sets of parsers, one bit for each: those that may know a word with this first letter.
     std::array<std::uint32_t, 26> m_byLetter{};
-    std::vector<CStatementParser*> m_bracketParsers; ///< those that look at every bracket
+    bool m_brackets = false; ///< one of them looks at every bracket
     CStatementParser* m_active = nullptr;
     SyntaxParser::CDefRegions* m_defs;
     std::shared_ptr<const CRegionClasses> m_classes;

@@ -10,6 +10,7 @@ namespace Kesh::CodeAnalyzer {
 
 using Base::CCommonString;
 using SyntaxParser::CRegion;
+using SyntaxParser::PhpToken;
 using enum ERegionClass;
 
 namespace {
@@ -145,7 +146,7 @@ std::uint8_t StepFor(int place, ERegionClass kind)
 
 CPlainExpression::CPlainExpression(const SyntaxParser::CDefRegions& defs, const CRegionClasses& classes,
                                    CExpressionStatementParser& parser)
-    : m_classes(classes), m_stringEnd(defs.Php.TokenDefs[7]), m_parser(parser)
+    : m_classes(classes), m_stringEnd(defs.Php.TokenDefs[PhpToken::StringEnd]), m_parser(parser)
 {
 }
 

@@ -9,6 +9,10 @@ namespace Kesh::CodeAnalyzer {
 using Base::CCommonString;
 using SyntaxParser::CRegion;
 using SyntaxParser::ISynRegion;
+using SyntaxParser::PhpExtra;
+using SyntaxParser::PhpTag;
+using SyntaxParser::PhpToken;
+using SyntaxParser::PhpVar;
 using SyntaxParser::SPhpRegionDefs;
 using enum ERegionClass;
 
@@ -132,25 +136,25 @@ CRegionClasses::CRegionClasses(const SPhpRegionDefs& defs) : m_defs(defs)
     };
     for (std::size_t i = 1; i < std::size(defs.CommentDefs); ++i)
         fixed(defs.CommentDefs[i], Blank);
-    fixed(defs.TagDefs[2], StatementEnd);
-    fixed(defs.VarDefs[3], Variable);
-    fixed(defs.TokenDefs[5], StringStart);
-    fixed(defs.TokenDefs[8], Comma);
-    fixed(defs.TokenDefs[9], Arrow);
-    fixed(defs.TokenDefs[10], StatementEnd);
-    fixed(defs.TokenDefs[11], KeyArrow);
-    fixed(defs.TokenDefs[14], Assign);
-    fixed(defs.TokenDefs[15], PrefixWord);
-    fixed(defs.TokenDefs[20], Number);
-    fixed(defs.TokenDefs[21], Carried);
-    Add(defs.TokenDefs[1], ERule::Plain, Other);
-    Add(defs.TokenDefs[2], ERule::Keyword, Other);
-    Add(defs.TokenDefs[3], ERule::Opening, Other);
-    Add(defs.TokenDefs[4], ERule::Closing, Other);
-    Add(defs.TokenDefs[16], ERule::Argument, Other);
-    Add(defs.TokenDefs[17], ERule::Constant, Other);
-    Add(defs.TokenDefs[19], ERule::Word, Other);
-    Add(defs.ExtraDefs[3], ERule::CalledWord, Other);
+    fixed(defs.TagDefs[PhpTag::Closing], StatementEnd);
+    fixed(defs.VarDefs[PhpVar::Variable], Variable);
+    fixed(defs.TokenDefs[PhpToken::StringStart], StringStart);
+    fixed(defs.TokenDefs[PhpToken::Comma], Comma);
+    fixed(defs.TokenDefs[PhpToken::Arrow], Arrow);
+    fixed(defs.TokenDefs[PhpToken::Semicolon], StatementEnd);
+    fixed(defs.TokenDefs[PhpToken::DoubleArrow], KeyArrow);
+    fixed(defs.TokenDefs[PhpToken::Assign], Assign);
+    fixed(defs.TokenDefs[PhpToken::PrefixWord], PrefixWord);
+    fixed(defs.TokenDefs[PhpToken::Number], Number);
+    fixed(defs.TokenDefs[PhpToken::Dot], Carried);
+    Add(defs.TokenDefs[PhpToken::Text], ERule::Plain, Other);
+    Add(defs.TokenDefs[PhpToken::Keyword], ERule::Keyword, Other);
+    Add(defs.TokenDefs[PhpToken::Opening], ERule::Opening, Other);
+    Add(defs.TokenDefs[PhpToken::Closing], ERule::Closing, Other);
+    Add(defs.TokenDefs[PhpToken::ArgumentWord], ERule::Argument, Other);
+    Add(defs.TokenDefs[PhpToken::ConstantWord], ERule::Constant, Other);
+    Add(defs.TokenDefs[PhpToken::Word], ERule::Word, Other);
+    Add(defs.ExtraDefs[PhpExtra::CalledWord], ERule::CalledWord, Other);
 }
 
 std::shared_ptr<const CRegionClasses> CRegionClasses::Shared(const SPhpRegionDefs& defs)

@@ -74,7 +74,8 @@ public:
     /// Whether the region is white space, as many are.
     bool IsWhiteSpace(const SyntaxParser::CRegion& region) const
     {
-        return region.definition == m_defs.TokenDefs[1] && !region.text.empty() && IsBlank(region.text);
+        return region.definition == m_defs.TokenDefs[SyntaxParser::PhpToken::Text] && !region.text.empty() &&
+               IsBlank(region.text);
     }
     [[gnu::always_inline]] ERegionClass Of(const SyntaxParser::CRegion& region) const
     {

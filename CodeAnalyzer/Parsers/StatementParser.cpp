@@ -54,9 +54,9 @@ int CStatementParser::IsNonSignificantRegion(CRegion* region)
 {
     const auto& php = Php();
     const ISynRegion* definition = region->definition;
-    if (definition == php.TokenDefs[1])
+    if (definition == php.TokenDefs[PhpToken::Text])
         return CRegionClasses::IsBlank(Text(region));
-    if (definition == php.TokenDefs[19])
+    if (definition == php.TokenDefs[PhpToken::Word])
         return !BeginsOtherwise(region, L'p') && HasText(region, {L"php", 3}, 1);
     return m_classes->IsComment(definition);
 }

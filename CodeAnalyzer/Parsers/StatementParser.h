@@ -22,6 +22,12 @@ namespace Kesh::CodeAnalyzer {
 class CStatementParser
 {
 public:
+    using PhpExtra = SyntaxParser::PhpExtra;
+    using PhpInterface = SyntaxParser::PhpInterface;
+    using PhpTag = SyntaxParser::PhpTag;
+    using PhpToken = SyntaxParser::PhpToken;
+    using PhpVar = SyntaxParser::PhpVar;
+
     CStatementParser(SyntaxParser::CDefRegions* defs, boost::shared_ptr<SyntaxParser::IReader> reader,
                      CParentParser* parent);
     CStatementParser(const CStatementParser&) = delete;
@@ -84,23 +90,36 @@ protected:
     }
 
     const SyntaxParser::SPhpRegionDefs& Php() const { return m_defs->Php; }
-    bool IsToken(SyntaxParser::CRegion* region, int index) const
+    bool IsToken(SyntaxParser::CRegion* region, PhpToken::EIndex index) const
     {
         return region->definition == m_defs->Php.TokenDefs[index];
     }
+    bool IsVar(SyntaxParser::CRegion* region, PhpVar::EIndex index) const
+    {
+        return region->definition == m_defs->Php.VarDefs[index];
+    }
+    bool IsExtra(SyntaxParser::CRegion* region, PhpExtra::EIndex index) const
+    {
+        return region->definition == m_defs->Php.ExtraDefs[index];
+    }
+    /// What begins the head of a class.
+    bool IsClassWord(SyntaxParser::CRegion* region) const
+    {
+        return region->definition == m_defs->Php.ClassDefs[SyntaxParser::PhpClass::Class];
+    }
     bool IsOpening(SyntaxParser::CRegion* region, wchar_t bracket) const
     {
-        return IsToken(region, 3) && LastChar(region) == bracket;
+        return IsToken(region, PhpToken::Opening) && LastChar(region) == bracket;
     }
     bool IsClosing(SyntaxParser::CRegion* region, wchar_t bracket) const
     {
-        return IsToken(region, 4) && LastChar(region) == bracket;
+        return IsToken(region, PhpToken::Closing) && LastChar(region) == bracket;
     }
     /// A keyword region with this text, in any case.
     template <std::size_t Size>
     bool IsKeyword(SyntaxParser::CRegion* region, const wchar_t (&word)[Size]) const
     {
-        if (region->definition != m_defs->Php.TokenDefs[2])
+        if (region->definition != m_defs->Php.TokenDefs[PhpToken::Keyword])
             return false;
         if (BeginsOtherwise(region, word[0])) // as most keywords do
             return false;
@@ -116,20 +135,26 @@ protected:
     template <std::size_t Size>
     bool IsSymbol(SyntaxParser::CRegion* region, const wchar_t (&symbol)[Size]) const
     {
-        return region->definition == m_defs->Php.TokenDefs[1] && Equals(TrimmedText(region), symbol);
+        return region->definition == m_defs->Php.TokenDefs[PhpToken::Text] &&
+               Equals(TrimmedText(region), symbol);
     }
     /// A `;`, or the closing tag, which ends a statement like one.
     bool IsStatementEnd(SyntaxParser::CRegion* region) const
     {
-        return IsToken(region, 10) || region->definition == m_defs->Php.TagDefs[2];
+        return IsToken(region, PhpToken::Semicolon) ||
+               region->definition == m_defs->Php.TagDefs[PhpTag::Closing];
     }
     /// A `;`; the closing tag only where all is followed exactly.
     bool IsSemicolon(SyntaxParser::CRegion* region) const
     {
-        return IsToken(region, 10) || (m_exact && region->definition == m_defs->Php.TagDefs[2]);
+        return IsToken(region, PhpToken::Semicolon) ||
+               (m_exact && region->definition == m_defs->Php.TagDefs[PhpTag::Closing]);
     }
     /// A name: an identifier, or a reserved word that may stand for one.
-    bool IsWord(SyntaxParser::CRegion* region) const { return IsToken(region, 19) || IsToken(region, 17); }
+    bool IsWord(SyntaxParser::CRegion* region) const
+    {
+        return IsToken(region, PhpToken::Word) || IsToken(region, PhpToken::ConstantWord);
+    }
 
 private:
     bool HasText(SyntaxParser::CRegion* region, std::wstring_view text, int lowerCase) const

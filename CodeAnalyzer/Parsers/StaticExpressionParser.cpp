@@ -12,7 +12,7 @@ bool CStaticExpressionParser::IsModifier(CRegion* region)
 
 int CStaticExpressionParser::StatementStartRegion(CRegion* region)
 {
-    if (!IsModifier(region) && region->definition != Php().VarDefs[1])
+    if (!IsModifier(region) && !IsVar(region, PhpVar::PropertyWord))
         return false;
     Start();
     return true;
@@ -21,13 +21,11 @@ int CStaticExpressionParser::StatementStartRegion(CRegion* region)
 // 0: more modifiers and the type, up to the variable.
 void CStaticExpressionParser::HandleStaticState(CRegion* region)
 {
-    const auto& php = Php();
-    if (region->definition == php.VarDefs[3])
+    if (IsVar(region, PhpVar::Variable))
         SetName();
-    else if (region->definition == php.ExtraDefs[1] || region->definition == php.ClassDefs[1] ||
-             IsKeyword(region, L"const"))
+    else if (IsExtra(region, PhpExtra::Function) || IsClassWord(region) || IsKeyword(region, L"const"))
         End(region, 1); // the modifiers belonged to a method or a constant
-    else if (region->definition != php.VarDefs[1] && !IsTypePart(region))
+    else if (!IsVar(region, PhpVar::PropertyWord) && !IsTypePart(region))
         Error(region);
 }
 

@@ -24,7 +24,7 @@ COperandParser::COperandParser(SyntaxParser::CDefRegions* defs,
 
 void COperandParser::HandleChainState(CRegion* region)
 {
-    if (IsToken(region, 9) || IsSymbol(region, L"::")) {
+    if (IsMemberArrow(region)) {
         SetState(ChainArrowState);
     } else if (IsOpening(region, L'[')) {
         OpenIndex(region);
@@ -57,24 +57,25 @@ int CStaticOperandParser::StatementStartRegion(CRegion* region)
 
 int CCaseExpressionParser::IsTerminalRegion(CRegion* region)
 {
-    return IsToken(region, 10) || IsSymbol(region, L":");
+    return IsToken(region, PhpToken::Semicolon) || IsSymbol(region, L":");
 }
 
 int CForExpressionParser::IsTerminalRegion(CRegion* region)
 {
-    if (IsToken(region, 8))
+    if (IsToken(region, PhpToken::Comma))
         return !AnyBracketOpen();
     return CExpressionStatementParser::IsTerminalRegion(region);
 }
 
 int CForeachConditionParser::IsTerminalRegion(CRegion* region)
 {
-    return IsToken(region, 2) && CCommonString::CompareNoCase(TrimmedText(region), L"as") == 0;
+    return IsToken(region, PhpToken::Keyword) &&
+           CCommonString::CompareNoCase(TrimmedText(region), L"as") == 0;
 }
 
 int CForeachValueParser::IsTerminalRegion(CRegion* region)
 {
-    return IsToken(region, 11);
+    return IsToken(region, PhpToken::DoubleArrow);
 }
 
 } // namespace Kesh::CodeAnalyzer

@@ -113,7 +113,8 @@ void CSwitchParser::OnStructureEnd(CRegion* region, int /*redispatch*/)
 {
     if (m_inCase) {
         m_inCase = 0;
-        if (IsToken(region, 10) || (IsToken(region, 1) && LastChar(region) == L':'))
+        if (IsToken(region, PhpToken::Semicolon) ||
+            (IsToken(region, PhpToken::Text) && LastChar(region) == L':'))
             End(region, 0);
         else
             Error(region);
@@ -126,7 +127,8 @@ void CSwitchParser::OnStructureEnd(CRegion* region, int /*redispatch*/)
 
 bool CSwitchParser::IsWordOrKeyword(CRegion* region, std::wstring_view word) const
 {
-    return IsRegion(region, Php().TokenDefs[2], word, 1) || IsRegion(region, Php().TokenDefs[19], word, 1);
+    return IsRegion(region, Php().TokenDefs[PhpToken::Keyword], word, 1) ||
+           IsRegion(region, Php().TokenDefs[PhpToken::Word], word, 1);
 }
 
 void CSwitchParser::End(CRegion* region, int redispatch)

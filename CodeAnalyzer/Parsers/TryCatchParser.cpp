@@ -40,7 +40,7 @@ void CTryCatchParser::DispathRegion(CRegion* region)
 // 0: the thrown expression, whatever it is.
 void CTryCatchParser::HandleThrowState(CRegion* region)
 {
-    if (IsToken(region, 10))
+    if (IsToken(region, PhpToken::Semicolon))
         End(region);
 }
 
@@ -56,7 +56,7 @@ void CTryCatchParser::HandleCatchState(CRegion* region)
 // 2: the class, or the next part of its name.
 void CTryCatchParser::HandleCatchBrState(CRegion* region)
 {
-    if (IsToken(region, 19))
+    if (IsToken(region, PhpToken::Word))
         m_state = CatchClassState;
     else if (!IsSymbol(region, L"\\"))
         Error(region);
@@ -65,7 +65,7 @@ void CTryCatchParser::HandleCatchBrState(CRegion* region)
 // 3: the variable. Several types, and none, are errors.
 void CTryCatchParser::HandleCatchClassState(CRegion* region)
 {
-    if (region->definition == Php().VarDefs[2] || region->definition == Php().VarDefs[3])
+    if (IsVar(region, PhpVar::ExtraDollar) || IsVar(region, PhpVar::Variable))
         m_state = CatchVarState;
     else if (IsSymbol(region, L"\\"))
         m_state = CatchBrState;

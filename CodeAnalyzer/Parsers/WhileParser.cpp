@@ -91,7 +91,7 @@ void CWhileParser::HandleAfterConditionState(CRegion* region)
             End(region, 0);
         else
             Error(Code::UnendedStatement, region);
-    } else if (IsToken(region, 10)) {
+    } else if (IsToken(region, PhpToken::Semicolon)) {
         WarnOddSemicolon(region);
         End(region, 0);
     } else if (IsKeyword(region, L"endwhile")) {
@@ -110,7 +110,7 @@ void CWhileParser::HandleAfterBodyState(CRegion* region)
 // 5: the body of `do`. One that is a mere `;` no parser takes.
 void CWhileParser::HandleDoState(CRegion* region)
 {
-    if (m_exact && IsToken(region, 10))
+    if (m_exact && IsToken(region, PhpToken::Semicolon))
         m_state = AfterDoBodyState;
     else
         HandBody(region);

@@ -1,6 +1,6 @@
 #include "QuickFixes/PhpPlaces.h"
 
-#include "SyntaxParser/PhpDefs.h"
+#include "Kesh/SyntaxParser/Regions.h"
 #include "SyntaxParser/SPDocument.h"
 #include "SyntaxParser/TextReader.h"
 
@@ -42,14 +42,14 @@ private:
     static EPlace PlaceIn(const CRegion& region, bool atStart)
     {
         const SPhpRegionDefs& defs = GetDefRegions()->Php;
-        if (region.definition == defs.TokenDefs[PhpOutside])
+        if (region.definition == defs.TokenDefs[PhpToken::Outside])
             return EPlace::Markup;
-        if (region.definition == defs.TagDefs[1])
+        if (region.definition == defs.TagDefs[PhpTag::Opening])
             return EPlace::OpeningTag;
-        if (region.definition == defs.TokenDefs[PhpStringContent] ||
-            region.definition == defs.TokenDefs[PhpStringEnd])
+        if (region.definition == defs.TokenDefs[PhpToken::StringContent] ||
+            region.definition == defs.TokenDefs[PhpToken::StringEnd])
             return EPlace::Inside;
-        return region.definition == defs.TokenDefs[PhpText] || atStart ? EPlace::Code : EPlace::Inside;
+        return region.definition == defs.TokenDefs[PhpToken::Text] || atStart ? EPlace::Code : EPlace::Inside;
     }
 
     std::vector<EPlace>& m_places;

@@ -1,5 +1,3 @@
-#include "SyntaxParser/PhpDefs.h"
-
 #include "SyntaxParser/SPDocument.h"
 
 #include <array>
@@ -51,13 +49,13 @@ public:
     }
 
 private:
-    CTable<3> m_tags;
-    CTable<23> m_tokens;
-    CTable<6> m_extras;
-    CTable<4> m_vars;
-    CTable<14> m_comments;
-    CTable<2> m_classes;
-    CTable<2> m_interfaces;
+    CTable<PhpTag::Count> m_tags;
+    CTable<PhpToken::Count> m_tokens;
+    CTable<PhpExtra::Count> m_extras;
+    CTable<PhpVar::Count> m_vars;
+    CTable<PhpComment::Count> m_comments;
+    CTable<PhpClass::Count> m_classes;
+    CTable<PhpInterface::Count> m_interfaces;
 };
 
 } // namespace

@@ -1,4 +1,3 @@
-#include "SyntaxParser/PhpDefs.h"
 #include "SyntaxParser/PhpScanner.h"
 
 namespace Kesh::SyntaxParser {
@@ -14,14 +13,14 @@ void CPhpScanner::ScanBracket(EPhpToken token)
         if (annotate)
             AnnotateFrom(m_places.size() + 1);
         Open(kind, m_prev == Array);
-        Token(PhpOpening);
+        Token(PhpToken::Opening);
         if (kind == EPlace::FnParams) // parameters are no arguments
             AnnotateFrom(m_places.size());
         break;
     }
     case OpenSquare:
         Open(EPlace::Square, m_prev != Variable && m_prev != Name && m_prev != CloseSquare);
-        Token(PhpOpening);
+        Token(PhpToken::Opening);
         break;
     case OpenBrace: ScanOpenBrace(); break;
     default: ScanClosing(token); break;
@@ -66,7 +65,7 @@ void CPhpScanner::ScanOpenBrace()
     if (inParams) // the hooks of a promoted property
         AnnotateFrom(m_places.size() + 1);
     Open(kind);
-    Token(PhpOpening);
+    Token(PhpToken::Opening);
     SetHookHead(kind == EPlace::HookBody && !inParams);
 }
 
@@ -110,8 +109,8 @@ void CPhpScanner::ScanClosing(EPhpToken token)
 {
     const bool endsFnParams = Place().kind == EPlace::FnParams && m_places.size() == m_annotation;
     const bool annotated = m_annotation > 0 && m_places.size() >= m_annotation && !endsFnParams;
-    ISynRegion* definition = m_php.TokenDefs[PhpClosing];
-    m_emitter.Emit(annotated ? m_php.CommentDefs[PhpAnnotation] : definition, m_lexer.Begin(),
+    ISynRegion* definition = m_php.TokenDefs[PhpToken::Closing];
+    m_emitter.Emit(annotated ? m_php.CommentDefs[PhpComment::Annotation] : definition, m_lexer.Begin(),
                    m_lexer.Cursor());
     if (m_places.size() == 1)
         return;

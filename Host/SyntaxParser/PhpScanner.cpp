@@ -1,6 +1,5 @@
 #include "SyntaxParser/PhpScanner.h"
 
-#include "SyntaxParser/PhpDefs.h"
 #include "SyntaxParser/SPDocument.h"
 
 #include <algorithm>
@@ -32,14 +31,14 @@ CPhpScanner::CPhpScanner(std::wstring_view text, const std::vector<IStateRegionH
     const auto fix = [this](EPhpToken token, ISynRegion* kind) {
         m_fixedKinds[static_cast<std::size_t>(token)] = kind;
     };
-    fix(Variable, m_php.VarDefs[PhpVariable]);
-    fix(Number, m_php.TokenDefs[PhpNumber]);
-    fix(CarriedOp, m_php.TokenDefs[PhpDot]);
-    fix(Assign, m_php.TokenDefs[PhpAssign]);
-    fix(Arrow, m_php.TokenDefs[PhpArrow]);
-    fix(Comma, m_php.TokenDefs[PhpComma]);
+    fix(Variable, m_php.VarDefs[PhpVar::Variable]);
+    fix(Number, m_php.TokenDefs[PhpToken::Number]);
+    fix(CarriedOp, m_php.TokenDefs[PhpToken::Dot]);
+    fix(Assign, m_php.TokenDefs[PhpToken::Assign]);
+    fix(Arrow, m_php.TokenDefs[PhpToken::Arrow]);
+    fix(Comma, m_php.TokenDefs[PhpToken::Comma]);
     for (EPhpToken token : {Symbol, DoubleColon, Backslash})
-        fix(token, m_php.TokenDefs[PhpText]);
+        fix(token, m_php.TokenDefs[PhpToken::Text]);
 }
 
 bool CPhpScanner::Run(std::vector<SIsland>* islands, const SGiveUp* giveUp)
@@ -49,7 +48,7 @@ bool CPhpScanner::Run(std::vector<SIsland>* islands, const SGiveUp* giveUp)
     const wchar_t* pause = p; // up to there nothing need be thought of but reading ahead
     for (;;) {
         if (m_lexer.IsInPhp() && CPhpLexer::IsBlank(*p))
-            p = m_emitter.EmitWhile(m_php.TokenDefs[PhpText], p, &CPhpLexer::IsBlank);
+            p = m_emitter.EmitWhile(m_php.TokenDefs[PhpToken::Text], p, &CPhpLexer::IsBlank);
         if (p < pause) {
             __builtin_prefetch(p + ReadAhead);
         } else {
@@ -93,26 +92,26 @@ void CPhpScanner::Scan(EPhpToken token)
 {
     m_actual = token;
     switch (token) {
-    case Blank: EmitPiece(m_php.TokenDefs[PhpText], m_lexer.Begin(), m_lexer.Cursor()); return;
+    case Blank: EmitPiece(m_php.TokenDefs[PhpToken::Text], m_lexer.Begin(), m_lexer.Cursor()); return;
     case LineComment:
     case HashComment:
     case BlockComment:
     case DocComment:
     case Attribute: ScanComment(token); return;
-    case Html: EmitPiece(m_php.TokenDefs[PhpOutside], m_lexer.Begin(), m_lexer.Cursor()); return;
+    case Html: EmitPiece(m_php.TokenDefs[PhpToken::Outside], m_lexer.Begin(), m_lexer.Cursor()); return;
     case OpenTag:
         m_islandBegin = m_lexer.Begin();
-        EmitPiece(m_php.TagDefs[1], m_lexer.Begin(), m_lexer.Cursor());
+        EmitPiece(m_php.TagDefs[PhpTag::Opening], m_lexer.Begin(), m_lexer.Cursor());
         break;
     case OpenTagEcho: { // `<?` and a `=` that acts like `echo`
         const wchar_t* equals = m_lexer.Cursor() - 1;
         m_islandBegin = m_lexer.Begin();
-        EmitPiece(m_php.TagDefs[1], m_lexer.Begin(), equals);
-        EmitPiece(m_php.TokenDefs[PhpArgumentWord], equals, m_lexer.Cursor());
+        EmitPiece(m_php.TagDefs[PhpTag::Opening], m_lexer.Begin(), equals);
+        EmitPiece(m_php.TokenDefs[PhpToken::ArgumentWord], equals, m_lexer.Cursor());
         break;
     }
     case CloseTag:
-        EmitPiece(m_php.TagDefs[2], m_lexer.Begin(), m_lexer.Cursor());
+        EmitPiece(m_php.TagDefs[PhpTag::Closing], m_lexer.Begin(), m_lexer.Cursor());
         if (m_islands && m_islandBegin)
             m_islands->push_back({static_cast<std::size_t>(m_islandBegin - m_text),
                                   static_cast<std::size_t>(m_lexer.Cursor() - m_text)});
@@ -121,9 +120,9 @@ void CPhpScanner::Scan(EPhpToken token)
         break;
     case Dollar:
         if (*m_lexer.Cursor() == L'$' || CPhpLexer::IsWordStart(*m_lexer.Cursor()))
-            Emit(m_php.VarDefs[PhpExtraDollar]);
+            Emit(m_php.VarDefs[PhpVar::ExtraDollar]);
         else
-            Token(PhpText);
+            Token(PhpToken::Text);
         break;
     case SingleQuote: ScanString(L'\''); break;
     case DoubleQuote: ScanString(L'"'); break;
@@ -158,11 +157,11 @@ void CPhpScanner::ScanComment(EPhpToken token)
             TokensHere().WriteComment(m_lexer.Begin(), m_lexer.Cursor());
     }
     switch (token) {
-    case LineComment: Comment(PhpLineComment); break;
-    case HashComment: Comment(PhpHashComment); break;
-    case BlockComment: Comment(PhpBlockComment); break;
-    case DocComment: Comment(PhpDocComment); break;
-    default: Comment(PhpAttribute); break;
+    case LineComment: Comment(PhpComment::Line); break;
+    case HashComment: Comment(PhpComment::Hash); break;
+    case BlockComment: Comment(PhpComment::Block); break;
+    case DocComment: Comment(PhpComment::Doc); break;
+    default: Comment(PhpComment::Attribute); break;
     }
 }
 
@@ -174,15 +173,15 @@ void CPhpScanner::ScanOperator(EPhpToken token)
     case Colon: ScanColon(); break;
     case Question:
         ++Place().ternaries;
-        Token(PhpText);
+        Token(PhpToken::Text);
         break;
     case Ampersand: // what `function &` and `fn &` begin is told by the word
         if (m_prev == Fn || m_prev == Function)
             m_actual = m_prev;
         if (m_prev == Fn)
-            Comment(PhpAnnotation);
+            Comment(PhpComment::Annotation);
         else
-            Token(PhpText);
+            Token(PhpToken::Text);
         break;
     default: break;
     }
@@ -194,12 +193,12 @@ void CPhpScanner::ScanDoubleArrow()
 {
     const bool ofFn = (m_prev == CloseRound || m_prev == ReturnType) && m_lastClosed == EPlace::FnParams;
     if (Place().kind == EPlace::HookBody && Place().hookHead) {
-        Comment(PhpAnnotation);
+        Comment(PhpComment::Annotation);
         SetHookHead(false);
     } else if (ofFn || Place().kind == EPlace::MatchBody || EndsKeyWithArray()) {
-        Token(PhpDot);
+        Token(PhpToken::Dot);
     } else {
-        Token(PhpDoubleArrow);
+        Token(PhpToken::DoubleArrow);
     }
 }
 
@@ -218,22 +217,22 @@ void CPhpScanner::ScanColon()
     m_labelColon = false;
     if (afterParams) {
         // In a label a plain `:` would be its end.
-        Token(Place().caseLabel && m_lastClosed == EPlace::FnParams ? PhpDot : PhpText);
+        Token(Place().caseLabel && m_lastClosed == EPlace::FnParams ? PhpToken::Dot : PhpToken::Text);
         ScanReturnType();
     } else if (!m_pendingClasses.empty() && m_pendingClasses.back().body == EPlace::EnumBody &&
                m_pendingClasses.back().depth == m_places.size()) {
-        Comment(PhpAnnotation); // with the type that follows
+        Comment(PhpComment::Annotation); // with the type that follows
         m_enumType = true;
     } else if (Place().ternaries > 0) {
         --Place().ternaries;
         if (Place().caseLabel && m_prev == Question)
-            Comment(PhpAnnotation);
+            Comment(PhpComment::Annotation);
         else
-            Token(Place().caseLabel ? PhpDot : PhpText);
+            Token(Place().caseLabel ? PhpToken::Dot : PhpToken::Text);
     } else {
         m_labelColon = !InExpressionBrackets();
         Place().caseLabel = false;
-        Token(PhpText);
+        Token(PhpToken::Text);
     }
 }
 
@@ -284,9 +283,9 @@ void CPhpScanner::ScanSemicolon()
     }
     // The `;` of a closure inside a thrown expression does not end the `throw`.
     if (m_throwDepth > 0 && m_places.size() > m_throwDepth) {
-        Token(PhpText);
+        Token(PhpToken::Text);
     } else {
-        Token(PhpSemicolon);
+        Token(PhpToken::Semicolon);
     }
     EndStatement();
 }
@@ -309,9 +308,9 @@ void CPhpScanner::EndStatement()
 void CPhpScanner::ScanString(wchar_t quote)
 {
     const bool isCommand = quote == L'`';
-    ISynRegion* start = Kind(m_php.TokenDefs[isCommand ? PhpText : PhpStringStart]);
-    ISynRegion* end = Kind(m_php.TokenDefs[isCommand ? PhpText : PhpStringEnd]);
-    ISynRegion* content = Kind(m_php.TokenDefs[PhpStringContent]);
+    ISynRegion* start = Kind(m_php.TokenDefs[isCommand ? PhpToken::Text : PhpToken::StringStart]);
+    ISynRegion* end = Kind(m_php.TokenDefs[isCommand ? PhpToken::Text : PhpToken::StringEnd]);
+    ISynRegion* content = Kind(m_php.TokenDefs[PhpToken::StringContent]);
 
     const wchar_t* begin = m_lexer.Cursor();
     auto [close, mayHoldLines] = m_lexer.FindQuote(begin, quote);
@@ -337,18 +336,18 @@ void CPhpScanner::ScanHeredoc()
     if (m_tokens.IsWanted())
         TokensHere().WriteHeredoc(m_lexer.Begin(), heredoc);
     if (arrows > m_lexer.Begin()) // the prefix of a binary string
-        m_emitter.Emit(m_php.CommentDefs[PhpAnnotation], m_lexer.Begin(), arrows);
+        m_emitter.Emit(m_php.CommentDefs[PhpComment::Annotation], m_lexer.Begin(), arrows);
     m_lexer.Take(arrows, heredoc.end);
     const auto send = [this](int kind, const wchar_t* begin, const wchar_t* end) {
         EmitPiece(Kind(m_php.TokenDefs[kind]), begin, end);
     };
     if (leads && heredoc.closing) {
-        send(PhpStringStart, arrows, heredoc.body);
-        send(PhpStringContent, heredoc.body, heredoc.closing);
-        send(PhpStringEnd, heredoc.closing, heredoc.end);
+        send(PhpToken::StringStart, arrows, heredoc.body);
+        send(PhpToken::StringContent, heredoc.body, heredoc.closing);
+        send(PhpToken::StringEnd, heredoc.closing, heredoc.end);
     } else {
-        send(PhpText, arrows, arrows + 3);
-        send(heredoc.closing ? PhpHeredoc : PhpStringContent, arrows + 3, heredoc.end);
+        send(PhpToken::Text, arrows, arrows + 3);
+        send(heredoc.closing ? PhpToken::Heredoc : PhpToken::StringContent, arrows + 3, heredoc.end);
     }
 }
 
@@ -368,7 +367,7 @@ void CPhpScanner::ScanDataAfterHalt(EPhpToken token)
     if (token == Semicolon && m_lexer.Cursor() < m_lexer.Limit()) {
         const wchar_t* begin = m_lexer.Cursor();
         m_lexer.SetCursor(m_lexer.Limit());
-        EmitPiece(m_php.CommentDefs[PhpData], begin, m_lexer.Limit());
+        EmitPiece(m_php.CommentDefs[PhpComment::Data], begin, m_lexer.Limit());
     }
 }
 

@@ -1,7 +1,7 @@
 #pragma once
 
+#include "Kesh/SyntaxParser/Regions.h"
 #include "SyntaxParser/MarkupTrees.h"
-#include "SyntaxParser/PhpDefs.h"
 #include "SyntaxParser/PhpLexer.h"
 #include "SyntaxParser/PhpTokenWriter.h"
 #include "SyntaxParser/RegionEmitter.h"
@@ -80,8 +80,8 @@ private:
     void ScanModifier(EPhpToken token);
     void ScanEnum();
 
-    void Token(int tokenDef) { Emit(m_php.TokenDefs[tokenDef]); }
-    void Comment(int commentDef)
+    void Token(PhpToken::EIndex tokenDef) { Emit(m_php.TokenDefs[tokenDef]); }
+    void Comment(PhpComment::EIndex commentDef)
     {
         EmitPiece(m_php.CommentDefs[commentDef], m_lexer.Begin(), m_lexer.Cursor());
     }
@@ -90,7 +90,7 @@ private:
     /// The kind of a piece of code here: annotation where nothing is to be checked.
     ISynRegion* Kind(ISynRegion* definition) const
     {
-        return m_annotated ? m_php.CommentDefs[PhpAnnotation] : definition;
+        return m_annotated ? m_php.CommentDefs[PhpComment::Annotation] : definition;
     }
     void AnnotateFrom(std::size_t depth);
     /// To be called whenever a place opens or closes, or the head of a hook begins or ends.
@@ -119,7 +119,7 @@ private:
     bool StartsHooks() const;
     bool DeclaresBareProperty() const;
     static std::wstring LowerWord(const wchar_t* begin, const wchar_t* end);
-    int NameKind(const wchar_t* begin, const wchar_t* end) const;
+    PhpToken::EIndex NameKind(const wchar_t* begin, const wchar_t* end) const;
 
     /// The first character after the blanks that follow the token; a pointer to the text's end without one.
     const wchar_t* PeekAt() const { return m_lexer.SkipBlanks(m_lexer.Cursor()); }

@@ -1,4 +1,3 @@
-#include "SyntaxParser/PhpDefs.h"
 #include "SyntaxParser/PhpScanner.h"
 
 #include <algorithm>
@@ -19,29 +18,29 @@ std::wstring CPhpScanner::LowerWord(const wchar_t* begin, const wchar_t* end)
 
 // The word "php" is blank to the parsers, for the sake of short tags, and begins nothing; a name must do
 // both.
-int CPhpScanner::NameKind(const wchar_t* begin, const wchar_t* end) const
+PhpToken::EIndex CPhpScanner::NameKind(const wchar_t* begin, const wchar_t* end) const
 {
     const bool isBlank = end - begin == 3 && m_prev != OpenTag && LowerWord(begin, end) == L"php";
     if (!isBlank)
-        return PhpWord;
+        return PhpToken::Word;
     const bool beginsValue =
         m_prev == Case || m_prev == Assign || m_places.back().kind == EPlace::ControlHead;
-    return beginsValue ? PhpKeyword : PhpConstantWord;
+    return beginsValue ? PhpToken::Keyword : PhpToken::ConstantWord;
 }
 
 void CPhpScanner::ScanWord(EPhpToken /*token*/)
 {
     Place().memberStarted = true;
     if (m_prev == Function) {
-        Emit(m_php.ExtraDefs[PhpDeclaredName]);
+        Emit(m_php.ExtraDefs[PhpExtra::DeclaredName]);
         m_actual = DeclaredName;
     } else if (m_enumType) {
         m_enumType = false;
-        Comment(PhpAnnotation);
-    } else if (const int kind = NameKind(m_lexer.Begin(), m_lexer.Cursor()); IsEnumCase()) {
-        Token(kind == PhpWord ? PhpConstantWord : kind);
-    } else if (kind != PhpWord && Peek() == L'(') {
-        Emit(m_php.ExtraDefs[PhpCalledWord]);
+        Comment(PhpComment::Annotation);
+    } else if (const PhpToken::EIndex kind = NameKind(m_lexer.Begin(), m_lexer.Cursor()); IsEnumCase()) {
+        Token(kind == PhpToken::Word ? PhpToken::ConstantWord : kind);
+    } else if (kind != PhpToken::Word && Peek() == L'(') {
+        Emit(m_php.ExtraDefs[PhpExtra::CalledWord]);
     } else {
         Token(kind);
     }
@@ -83,17 +82,17 @@ bool CPhpScanner::IsArgumentName() const
 void CPhpScanner::ScanReservedWord(EPhpToken token)
 {
     if (m_prev == Function) {
-        Emit(m_php.ExtraDefs[PhpDeclaredName]);
+        Emit(m_php.ExtraDefs[PhpExtra::DeclaredName]);
         m_actual = DeclaredName;
         return;
     }
     if (IsEnumCase()) {
-        Token(PhpConstantWord);
+        Token(PhpToken::ConstantWord);
         m_actual = Name;
         return;
     }
     if (IsNamePlace(token)) {
-        Token(PhpWord);
+        Token(PhpToken::Word);
         m_actual = Name;
         return;
     }
@@ -111,29 +110,29 @@ void CPhpScanner::ScanReservedWord(EPhpToken token)
     default: break;
     }
     if (isName) {
-        Token(PhpWord);
+        Token(PhpToken::Word);
         m_actual = Name;
         return;
     }
 
     switch (token) {
     case Match:
-    case Fn: Emit(m_php.ExtraDefs[PhpCalledWord]); break;
-    case New: Token(PhpPrefixWord); break;
+    case Fn: Emit(m_php.ExtraDefs[PhpExtra::CalledWord]); break;
+    case New: Token(PhpToken::PrefixWord); break;
     case IncludeWord: // `yield from` may be cut by a line break
-        EmitPiece(Kind(m_php.TokenDefs[PhpArgumentWord]), m_lexer.Begin(), m_lexer.Cursor());
+        EmitPiece(Kind(m_php.TokenDefs[PhpToken::ArgumentWord]), m_lexer.Begin(), m_lexer.Cursor());
         break;
-    case ConstantWord: Token(PhpConstantWord); break;
+    case ConstantWord: Token(PhpToken::ConstantWord); break;
     case HaltCompiler:
-        Emit(m_php.ExtraDefs[PhpCalledWord]);
+        Emit(m_php.ExtraDefs[PhpExtra::CalledWord]);
         m_halt = 4;
         break;
-    case Declare: Comment(PhpAnnotation); break;
+    case Declare: Comment(PhpComment::Annotation); break;
     case Function:
         Place().memberIsHead = true;
         if (m_inUse) // what it imports is not declared here
             m_actual = Keyword;
-        Emit(m_php.ExtraDefs[PhpFunction]);
+        Emit(m_php.ExtraDefs[PhpExtra::Function]);
         break;
     case Use:
         Place().memberIsHead = true;
@@ -141,43 +140,43 @@ void CPhpScanner::ScanReservedWord(EPhpToken token)
             m_actual = ClosureUse;
         else
             m_inUse = true;
-        Token(PhpKeyword);
+        Token(PhpToken::Keyword);
         break;
     case Const:
         m_inConst = !m_inUse;
-        Token(PhpKeyword);
+        Token(PhpToken::Keyword);
         break;
     case Case:
         Place().ternaries = 0;
         Place().caseLabel = true;
-        Token(PhpKeyword);
+        Token(PhpToken::Keyword);
         break;
     case Default:
         if (Place().kind == EPlace::MatchBody) {
-            Token(PhpWord);
+            Token(PhpToken::Word);
         } else {
             Place().ternaries = 0;
-            Token(PhpKeyword);
+            Token(PhpToken::Keyword);
         }
         break;
     case Throw: {
         const bool isStatement = IsStatementStart();
         if (isStatement && m_throwDepth == 0)
             m_throwDepth = m_places.size();
-        Token(isStatement ? PhpKeyword : PhpPrefixWord);
+        Token(isStatement ? PhpToken::Keyword : PhpToken::PrefixWord);
         break;
     }
     case Class:
         m_pendingClasses.push_back({m_places.size(), EPlace::ClassBody});
-        Emit(m_php.ClassDefs[1]);
+        Emit(m_php.ClassDefs[PhpClass::Class]);
         break;
     case Interface:
         m_pendingClasses.push_back({m_places.size(), EPlace::ClassBody});
-        Emit(m_php.InterfaceDefs[1]);
+        Emit(m_php.InterfaceDefs[PhpInterface::Interface]);
         break;
     case Trait:
         m_pendingClasses.push_back({m_places.size(), EPlace::ClassBody});
-        Token(PhpKeyword);
+        Token(PhpToken::Keyword);
         break;
     case Enum: ScanEnum(); break;
     case Static: ScanStatic(); break;
@@ -185,7 +184,7 @@ void CPhpScanner::ScanReservedWord(EPhpToken token)
     case Final:
     case Readonly:
     case Var: ScanModifier(token); break;
-    default: Token(PhpKeyword); break;
+    default: Token(PhpToken::Keyword); break;
     }
     Place().memberStarted = true;
 }
@@ -196,12 +195,12 @@ void CPhpScanner::ScanEnum()
     const wchar_t* begin = PeekAt();
     const std::wstring name = LowerWord(begin, m_lexer.SkipWord(begin));
     if (begin == m_lexer.Cursor() || name.empty() || name == L"extends" || name == L"implements") {
-        Token(PhpWord);
+        Token(PhpToken::Word);
         m_actual = Name;
         return;
     }
     m_pendingClasses.push_back({m_places.size(), EPlace::EnumBody});
-    Emit(m_php.ClassDefs[1]);
+    Emit(m_php.ClassDefs[PhpClass::Class]);
 }
 
 void CPhpScanner::ScanStatic()
@@ -212,11 +211,11 @@ void CPhpScanner::ScanStatic()
     const bool isType = m_prev == New || m_prev == Keyword || (*next == L':' && next[1] == L':') ||
                         InExpressionBrackets() || m_prev == Question || m_prev == Symbol;
     if (isClosure)
-        Token(PhpPrefixWord);
+        Token(PhpToken::PrefixWord);
     else if (isType && !(m_prev == Keyword && (InClassBody())))
-        Token(PhpConstantWord);
+        Token(PhpToken::ConstantWord);
     else
-        Token(PhpKeyword);
+        Token(PhpToken::Keyword);
 }
 
 // A modifier that no parser knows is nothing to them; one that stands alone before a property stands for the
@@ -225,11 +224,11 @@ void CPhpScanner::ScanModifier(EPhpToken token)
 {
     const bool first = InClassBody() && !Place().memberStarted;
     if (token == Var || (first && DeclaresBareProperty()))
-        Emit(m_php.VarDefs[PhpPropertyWord]);
+        Emit(m_php.VarDefs[PhpVar::PropertyWord]);
     else if (token == Readonly)
-        Comment(PhpAnnotation);
+        Comment(PhpComment::Annotation);
     else
-        Token(PhpKeyword);
+        Token(PhpToken::Keyword);
 }
 
 // Whether a variable follows, after other modifiers and a type, without a word that already declares it.

@@ -13,18 +13,21 @@ using namespace Kesh::SyntaxParser;
 
 namespace {
 
-// Region kinds are told apart by their addresses. A real host has one for each number that the headers name.
+// Region kinds are told apart by their addresses. A real host has one for each name in Regions.h.
 ISynRegion OpenTag, Text, Opening, Closing, Semicolon, Assign, Word, Variable;
 
 CDefRegions* Kinds()
 {
     static CDefRegions kinds;
     auto& [tags, tokens, extras, variables, comments, classes, interfaces] = kinds.Php;
-    tags[1] = &OpenTag;
-    variables[3] = &Variable;
-    tokens[1] = &Text; // blanks and operators
-    tokens[3] = &Opening, tokens[4] = &Closing, tokens[10] = &Semicolon, tokens[14] = &Assign,
-    tokens[19] = &Word;
+    tags[PhpTag::Opening] = &OpenTag;
+    variables[PhpVar::Variable] = &Variable;
+    tokens[PhpToken::Text] = &Text;
+    tokens[PhpToken::Opening] = &Opening;
+    tokens[PhpToken::Closing] = &Closing;
+    tokens[PhpToken::Semicolon] = &Semicolon;
+    tokens[PhpToken::Assign] = &Assign;
+    tokens[PhpToken::Word] = &Word;
     return &kinds;
 }
 
@@ -196,7 +199,7 @@ int main()
         return 2;
     }
     for (const CodeAnalyzer::SDiagnostic& diagnostic : found) {
-        const auto& [error, details] = diagnostic;
+        const CodeAnalyzer::SCAError& error = diagnostic.error;
         std::wcout << error.pos.start.y + 1 << L':' << error.pos.start.x + 1 << L": "
                    << checks->GetTexts()->GetMessage(diagnostic) << L" [" << error.code << L"]\n";
     }

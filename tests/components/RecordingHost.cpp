@@ -2,7 +2,7 @@
 
 #include "Components/CAErrorsEvent.h"
 #include "SPBase/reader.h"
-#include "SyntaxParser/PhpDefs.h"
+#include "SyntaxParser/SPDocument.h"
 
 #include <QCoreApplication>
 #include <QString>

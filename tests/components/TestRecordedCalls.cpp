@@ -3,7 +3,7 @@
 #include "Components/CAErrorsBar.h"
 #include "Components/CASavedErrors.h"
 #include "RecordingHost.h"
-#include "SyntaxParser/PhpDefs.h"
+#include "SyntaxParser/SPDocument.h"
 
 #include <QCoreApplication>
 #include <QTest>

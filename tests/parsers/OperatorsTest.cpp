@@ -14,6 +14,8 @@ namespace Kesh::CodeAnalyzer {
 namespace {
 
 using SyntaxParser::CRegion;
+using SyntaxParser::PhpToken;
+using SyntaxParser::PhpVar;
 
 /// Feeds the regions of a text to one expression parser, as the driver would.
 class CExpressionRun : public CParentParser, public SyntaxParser::IStateRegionHandler
@@ -162,7 +164,7 @@ TEST(ByHand, RegionKindsCanBeMade)
     EXPECT_FALSE(parser.StatementStartRegion(&region)) << "of a kind that nobody knows";
     EXPECT_EQ(kind.GetName(), L"");
     // The word after a short opening tag, whatever kind of word it is.
-    for (const int index : {17, 19}) {
+    for (const int index : {PhpToken::ConstantWord, PhpToken::Word}) {
         region.definition = text.php.TokenDefs[index];
         EXPECT_FALSE(parser.StatementStartRegion(&region)) << index;
     }
@@ -173,11 +175,13 @@ TEST(ByHand, TheWordAfterAShortTagIsAnOperand)
 {
     for (const wchar_t* before : {L"=", L"+", L"(", L"["}) {
         CByHand text(L"$a " + std::wstring(before) + L" php ;");
-        CRegion variable = text.Next(L"$a", text.php.VarDefs[3]);
+        CRegion variable = text.Next(L"$a", text.php.VarDefs[PhpVar::Variable]);
         const bool isBracket = std::wcschr(L"([", *before);
-        CRegion sign = text.Next(before, text.php.TokenDefs[isBracket ? 3 : *before == L'=' ? 14 : 1]);
-        CRegion word = text.Next(L"php", text.php.TokenDefs[19]);
-        CRegion end = text.Next(L";", text.php.TokenDefs[10]);
+        CRegion sign = text.Next(before, text.php.TokenDefs[isBracket         ? PhpToken::Opening
+                                                            : *before == L'=' ? PhpToken::Assign
+                                                                              : PhpToken::Text]);
+        CRegion word = text.Next(L"php", text.php.TokenDefs[PhpToken::Word]);
+        CRegion end = text.Next(L";", text.php.TokenDefs[PhpToken::Semicolon]);
         CExpressionStatementParser parser(text.defs, text.reader, &text.parent);
         ASSERT_TRUE(parser.StatementStartRegion(&variable));
         for (CRegion* region : {&sign, &word, &end})
@@ -192,8 +196,8 @@ TEST(ByHand, TheWordAfterAShortTagIsAnOperand)
 TEST(ByHand, NobodyCanBeSuspended)
 {
     CByHand text(L"} else");
-    CRegion brace = text.Next(L"}", text.php.TokenDefs[4]);
-    CRegion word = text.Next(L"else", text.php.TokenDefs[2]);
+    CRegion brace = text.Next(L"}", text.php.TokenDefs[PhpToken::Closing]);
+    CRegion word = text.Next(L"else", text.php.TokenDefs[PhpToken::Keyword]);
     CErrors errors;
     CPhpSyntaxParser driver(text.defs, &errors);
     driver.InitParser(text.AsParser(), text.reader);
@@ -213,8 +217,8 @@ TEST(ByHand, NobodyCanBeSuspended)
 TEST(ByHand, AnOperandEndsAtTheBracketAfterAWord)
 {
     CByHand text(L"f (");
-    CRegion word = text.Next(L"f", text.php.TokenDefs[19]);
-    CRegion bracket = text.Next(L"(", text.php.TokenDefs[3]);
+    CRegion word = text.Next(L"f", text.php.TokenDefs[PhpToken::Word]);
+    CRegion bracket = text.Next(L"(", text.php.TokenDefs[PhpToken::Opening]);
     COperandParser operand(text.defs, text.reader, &text.parent);
     ASSERT_TRUE(operand.StatementStartRegion(&word));
     operand.DispathRegion(&bracket);
@@ -226,7 +230,9 @@ TEST(ByHand, AStateSetFromOutsideTakesWhatComes)
     for (int state = 0; state <= 35; ++state)
         for (const wchar_t* bracket : {L"(", L"[", L"{", L")", L"]", L"}"}) {
             CByHand text(bracket);
-            CRegion region = text.Next(bracket, text.php.TokenDefs[std::wcschr(L"([{", *bracket) ? 3 : 4]);
+            CRegion region = text.Next(
+                bracket,
+                text.php.TokenDefs[std::wcschr(L"([{", *bracket) ? PhpToken::Opening : PhpToken::Closing]);
             COperandParser operand(text.defs, text.reader, &text.parent);
             operand.SetState(state);
             operand.DispathRegion(&region);
@@ -236,9 +242,9 @@ TEST(ByHand, AStateSetFromOutsideTakesWhatComes)
 TEST(ByHand, AStateComesBackAfterNestedStatements)
 {
     CByHand text(L"$a + ;");
-    CRegion variable = text.Next(L"$a", text.php.VarDefs[3]);
-    CRegion plus = text.Next(L"+", text.php.TokenDefs[1]);
-    CRegion end = text.Next(L";", text.php.TokenDefs[10]);
+    CRegion variable = text.Next(L"$a", text.php.VarDefs[PhpVar::Variable]);
+    CRegion plus = text.Next(L"+", text.php.TokenDefs[PhpToken::Text]);
+    CRegion end = text.Next(L";", text.php.TokenDefs[PhpToken::Semicolon]);
     CExpressionStatementParser parser(text.defs, text.reader, &text.parent);
     ASSERT_TRUE(parser.StatementStartRegion(&variable));
     parser.DispathRegion(&plus);
@@ -253,15 +259,17 @@ TEST(ByHand, OperatorsCanBeAskedAbout)
     struct SCase
     {
         const wchar_t* text;
-        int kind; ///< a TokenDefs index
+        PhpToken::EIndex kind;
         const char* tests;
         int priority;
     };
-    const SCase cases[] = {{L"||", 1, "b", 5},     {L"**", 1, "a", -1},     {L"-", 1, "ap", 5},
-                           {L"++", 1, "ps", -1},   {L"clone", 19, "p", -1}, {L"Clone", 2, "", -1},
-                           {L"ISSET", 2, "f", -1}, {L"Print", 19, "n", -1}, {L"Int", 2, "t", -1},
-                           {L"XOR", 19, "b", -1},  {L".", 21, "ba", -1},    {L"&&", 1, "b", 6},
-                           {L"(", 3, "", 10}};
+    const SCase cases[] = {{L"||", PhpToken::Text, "b", 5},        {L"**", PhpToken::Text, "a", -1},
+                           {L"-", PhpToken::Text, "ap", 5},        {L"++", PhpToken::Text, "ps", -1},
+                           {L"clone", PhpToken::Word, "p", -1},    {L"Clone", PhpToken::Keyword, "", -1},
+                           {L"ISSET", PhpToken::Keyword, "f", -1}, {L"Print", PhpToken::Word, "n", -1},
+                           {L"Int", PhpToken::Keyword, "t", -1},   {L"XOR", PhpToken::Word, "b", -1},
+                           {L".", PhpToken::Dot, "ba", -1},        {L"&&", PhpToken::Text, "b", 6},
+                           {L"(", PhpToken::Opening, "", 10}};
     for (const SCase& c : cases) {
         CByHand text(c.text);
         CRegion region = text.Next(c.text, text.php.TokenDefs[c.kind]);

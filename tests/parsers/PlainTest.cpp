@@ -14,6 +14,12 @@ namespace {
 
 using SyntaxParser::CRegion;
 using SyntaxParser::IReader;
+using SyntaxParser::PhpClass;
+using SyntaxParser::PhpExtra;
+using SyntaxParser::PhpInterface;
+using SyntaxParser::PhpTag;
+using SyntaxParser::PhpToken;
+using SyntaxParser::PhpVar;
 
 /// One PHP checker, and what it has reported.
 class CChecker : public IErrorsReceiver, private SyntaxParser::IParser
@@ -156,12 +162,12 @@ public:
     {
         text.clear();
         m_pieces.clear();
-        Add(m_php.TagDefs[1], L"<?php ");
+        Add(m_php.TagDefs[PhpTag::Opening], L"<?php ");
         for (unsigned left = 1 + m_random() % 3; left > 0; --left) {
             if (m_random() % 3 == 0)
                 Word();
             Expression(3);
-            Close(m_php.TokenDefs[10], L";");
+            Close(m_php.TokenDefs[PhpToken::Semicolon], L";");
         }
     }
     void Send(SyntaxParser::IStateRegionHandler* handler) const
@@ -198,17 +204,19 @@ private:
         m_pieces.emplace_back(kind, std::wcslen(piece));
         if (m_random() % 6 == 0) {
             text += L' ';
-            m_pieces.emplace_back(m_php.TokenDefs[1], 1);
+            m_pieces.emplace_back(m_php.TokenDefs[PhpToken::Text], 1);
         }
     }
     void Word()
     {
         SyntaxParser::ISynRegion* const kinds[] = {
-            m_php.TokenDefs[2], m_php.TokenDefs[17], m_php.TokenDefs[19], m_php.TokenDefs[19],
-            m_php.TokenDefs[1], m_php.TokenDefs[15], m_php.TokenDefs[16], m_php.ExtraDefs[3]};
+            m_php.TokenDefs[PhpToken::Keyword],      m_php.TokenDefs[PhpToken::ConstantWord],
+            m_php.TokenDefs[PhpToken::Word],         m_php.TokenDefs[PhpToken::Word],
+            m_php.TokenDefs[PhpToken::Text],         m_php.TokenDefs[PhpToken::PrefixWord],
+            m_php.TokenDefs[PhpToken::ArgumentWord], m_php.ExtraDefs[PhpExtra::CalledWord]};
         Add(OneOf(kinds), OneOf(Words));
     }
-    void Sign() { Add(m_php.TokenDefs[1], OneOf(Signs)); }
+    void Sign() { Add(m_php.TokenDefs[PhpToken::Text], OneOf(Signs)); }
     void Close(SyntaxParser::ISynRegion* kind, const wchar_t* piece)
     {
         Likely() ? Add(kind, piece) : Anything();
@@ -226,10 +234,10 @@ private:
         for (unsigned left = m_random() % 3; left > 0; --left) {
             Expression(depth);
             if (m_random() % 2) {
-                Add(m_php.TokenDefs[11], L"=>");
+                Add(m_php.TokenDefs[PhpToken::DoubleArrow], L"=>");
                 Expression(depth);
             }
-            Close(m_php.TokenDefs[8], L",");
+            Close(m_php.TokenDefs[PhpToken::Comma], L",");
         }
     }
     void Operand(int depth)
@@ -237,47 +245,47 @@ private:
         if (!Likely())
             return Anything();
         switch (m_random() % (depth > 0 ? 11 : 6)) {
-        case 0: Add(m_php.TokenDefs[20], L"1"); break;
+        case 0: Add(m_php.TokenDefs[PhpToken::Number], L"1"); break;
         case 1: String(); break;
         case 2: Word(); break;
         case 6:
-            Add(m_php.TokenDefs[3], L"[");
+            Add(m_php.TokenDefs[PhpToken::Opening], L"[");
             Elements(depth - 1);
-            Close(m_php.TokenDefs[4], L"]");
+            Close(m_php.TokenDefs[PhpToken::Closing], L"]");
             break;
         case 7:
-            Add(m_php.TokenDefs[m_random() % 2 ? 2 : 19], L"array");
-            Add(m_php.TokenDefs[3], L"(");
+            Add(m_php.TokenDefs[m_random() % 2 ? PhpToken::Keyword : PhpToken::Word], L"array");
+            Add(m_php.TokenDefs[PhpToken::Opening], L"(");
             Elements(depth - 1);
-            Close(m_php.TokenDefs[4], L")");
+            Close(m_php.TokenDefs[PhpToken::Closing], L")");
             break;
         case 8:
-            Add(m_php.TokenDefs[3], L"(");
+            Add(m_php.TokenDefs[PhpToken::Opening], L"(");
             m_random() % 2 ? Word() : Expression(depth - 1);
-            Close(m_php.TokenDefs[4], L")");
+            Close(m_php.TokenDefs[PhpToken::Closing], L")");
             break;
         case 9:
             Word();
-            Add(m_php.TokenDefs[3], L"(");
+            Add(m_php.TokenDefs[PhpToken::Opening], L"(");
             Elements(depth - 1);
-            Close(m_php.TokenDefs[4], L")");
+            Close(m_php.TokenDefs[PhpToken::Closing], L")");
             break;
         case 10:
-            Add(m_php.VarDefs[3], L"$b");
-            Add(m_php.TokenDefs[3], L"[");
+            Add(m_php.VarDefs[PhpVar::Variable], L"$b");
+            Add(m_php.TokenDefs[PhpToken::Opening], L"[");
             Expression(depth - 1);
-            Close(m_php.TokenDefs[4], L"]");
+            Close(m_php.TokenDefs[PhpToken::Closing], L"]");
             break;
-        default: Add(m_php.VarDefs[3], L"$a"); break;
+        default: Add(m_php.VarDefs[PhpVar::Variable], L"$a"); break;
         }
     }
     void Operator()
     {
         switch (m_random() % 10) {
-        case 0: Add(m_php.TokenDefs[14], L"="); break;
-        case 1: Add(m_php.TokenDefs[21], L"."); break;
+        case 0: Add(m_php.TokenDefs[PhpToken::Assign], L"="); break;
+        case 1: Add(m_php.TokenDefs[PhpToken::Dot], L"."); break;
         case 2:
-            Add(m_php.TokenDefs[9], L"->");
+            Add(m_php.TokenDefs[PhpToken::Arrow], L"->");
             Word();
             Sign();
             break;
@@ -290,14 +298,16 @@ private:
         switch (m_random() % 8) {
         case 0: Word(); break;
         case 1: Sign(); break;
-        case 2: Add(m_php.TokenDefs[3], OneOf({L"(", L"[", L"{"})); break;
-        case 3: Add(m_php.TokenDefs[4], OneOf({L")", L"]", L"}"})); break;
-        case 4: Add(m_php.VarDefs[1 + m_random() % 3], L"$"); break;
-        case 5: Add(m_php.TokenDefs[1 + m_random() % 22], OneOf({L"x", L"e", L";", L"(", L" ", L"`"})); break;
+        case 2: Add(m_php.TokenDefs[PhpToken::Opening], OneOf({L"(", L"[", L"{"})); break;
+        case 3: Add(m_php.TokenDefs[PhpToken::Closing], OneOf({L")", L"]", L"}"})); break;
+        case 4: Add(AnyOf(m_php.VarDefs), L"$"); break;
+        case 5: Add(AnyOf(m_php.TokenDefs), OneOf({L"x", L"e", L";", L"(", L" ", L"`"})); break;
         case 6:
             Add(OneOf<SyntaxParser::ISynRegion*>(
-                    {m_php.ExtraDefs[1], m_php.ExtraDefs[5], m_php.ClassDefs[1], m_php.InterfaceDefs[1],
-                     m_php.CommentDefs[1 + m_random() % 13], m_php.TagDefs[2], m_php.TagDefs[1]}),
+                    {m_php.ExtraDefs[PhpExtra::Function], m_php.ExtraDefs[PhpExtra::DeclaredName],
+                     m_php.ClassDefs[PhpClass::Class], m_php.InterfaceDefs[PhpInterface::Interface],
+                     AnyOf(m_php.CommentDefs), m_php.TagDefs[PhpTag::Closing],
+                     m_php.TagDefs[PhpTag::Opening]}),
                 L"function");
             break;
         default: Operand(0); break;
@@ -305,11 +315,16 @@ private:
     }
     void String()
     {
-        Add(m_php.TokenDefs[5], L"'");
-        Add(m_php.TokenDefs[6], OneOf({L"x", L"clone", L" ", L"("}));
-        Add(m_php.TokenDefs[7], L"'");
+        Add(m_php.TokenDefs[PhpToken::StringStart], L"'");
+        Add(m_php.TokenDefs[PhpToken::StringContent], OneOf({L"x", L"clone", L" ", L"("}));
+        Add(m_php.TokenDefs[PhpToken::StringEnd], L"'");
     }
     bool Likely() { return m_random() % 12 != 0; }
+    template <std::size_t Size>
+    SyntaxParser::ISynRegion* AnyOf(SyntaxParser::ISynRegion* const (&kinds)[Size])
+    {
+        return kinds[1 + m_random() % (Size - 1)];
+    }
     template <class T, std::size_t Size> T OneOf(T const (&choices)[Size])
     {
         return choices[m_random() % Size];

@@ -1,4 +1,4 @@
-#include "SyntaxParser/PhpDefs.h"
+#include "Kesh/SyntaxParser/Regions.h"
 #include "SyntaxParser/PhpScanner.h"
 #include "SyntaxParser/SPDocument.h"
 #include "SyntaxParser/SourceText.h"
@@ -31,35 +31,38 @@ public:
     CCuts()
     {
         const SPhpRegionDefs& php = GetDefRegions()->Php;
-        m_names[php.TagDefs[1]] = "open-tag";
-        m_names[php.TagDefs[2]] = "close-tag";
-        m_names[php.TokenDefs[PhpOutside]] = "html";
-        for (int i : {PhpKeyword, PhpPrefixWord, PhpArgumentWord, PhpConstantWord, PhpWord})
+        m_names[php.TagDefs[PhpTag::Opening]] = "open-tag";
+        m_names[php.TagDefs[PhpTag::Closing]] = "close-tag";
+        m_names[php.TokenDefs[PhpToken::Outside]] = "html";
+        for (int i : {PhpToken::Keyword, PhpToken::PrefixWord, PhpToken::ArgumentWord, PhpToken::ConstantWord,
+                      PhpToken::Word})
             m_names[php.TokenDefs[i]] = "word";
-        for (int i : {PhpOpening, PhpClosing})
+        for (int i : {PhpToken::Opening, PhpToken::Closing})
             m_names[php.TokenDefs[i]] = "bracket";
-        for (int i : {PhpComma, PhpArrow, PhpSemicolon, PhpDoubleArrow, PhpAssign, PhpDot})
+        for (int i : {PhpToken::Comma, PhpToken::Arrow, PhpToken::Semicolon, PhpToken::DoubleArrow,
+                      PhpToken::Assign, PhpToken::Dot})
             m_names[php.TokenDefs[i]] = "operator";
-        m_names[php.TokenDefs[PhpStringStart]] = "string-start";
-        m_names[php.TokenDefs[PhpStringContent]] = "string";
-        m_names[php.TokenDefs[PhpStringEnd]] = "string-end";
-        m_names[php.TokenDefs[PhpHeredoc]] = "heredoc";
-        m_names[php.TokenDefs[PhpNumber]] = "number";
-        m_names[php.VarDefs[PhpVariable]] = "variable";
-        m_names[php.VarDefs[PhpExtraDollar]] = "operator";
-        m_names[php.VarDefs[PhpPropertyWord]] = "word";
-        for (int i : {PhpFunction, PhpCalledWord, PhpDeclaredName})
+        m_names[php.TokenDefs[PhpToken::StringStart]] = "string-start";
+        m_names[php.TokenDefs[PhpToken::StringContent]] = "string";
+        m_names[php.TokenDefs[PhpToken::StringEnd]] = "string-end";
+        m_names[php.TokenDefs[PhpToken::Heredoc]] = "heredoc";
+        m_names[php.TokenDefs[PhpToken::Number]] = "number";
+        m_names[php.VarDefs[PhpVar::Variable]] = "variable";
+        m_names[php.VarDefs[PhpVar::ExtraDollar]] = "operator";
+        m_names[php.VarDefs[PhpVar::PropertyWord]] = "word";
+        for (int i : {PhpExtra::Function, PhpExtra::CalledWord, PhpExtra::DeclaredName})
             m_names[php.ExtraDefs[i]] = "word";
-        m_names[php.ClassDefs[1]] = m_names[php.InterfaceDefs[1]] = "word";
-        for (int i = 1; i < PhpAnnotation; ++i)
+        m_names[php.ClassDefs[PhpClass::Class]] = m_names[php.InterfaceDefs[PhpInterface::Interface]] =
+            "word";
+        for (int i = 1; i < PhpComment::Annotation; ++i)
             m_names[php.CommentDefs[i]] = "comment";
-        m_names[php.CommentDefs[PhpAnnotation]] = "annotation";
+        m_names[php.CommentDefs[PhpComment::Annotation]] = "annotation";
     }
 
     int AddRegion(CRegion* region) override
     {
         std::string name = m_names[region->definition];
-        if (region->definition == GetDefRegions()->Php.TokenDefs[PhpText])
+        if (region->definition == GetDefRegions()->Php.TokenDefs[PhpToken::Text])
             name =
                 region->text.find_first_not_of(L" \t\r\n") == std::wstring_view::npos ? "blank" : "operator";
         cuts.push_back({name, region->text.size()});
