@@ -147,7 +147,8 @@ TEST(Grammar, FindsBracesByIndentation)
     ASSERT_EQ(details.related.size(), 1U);
     EXPECT_EQ(details.related[0].pos.start, (SyntaxParser::CIterator{12, 3}));
     ASSERT_EQ(details.fixes.size(), 1U);
-    EXPECT_EQ(details.fixes[0].edits, (std::vector<CodeAnalyzer::STextEdit>{{{{12, 4}, {12, 4}}, L"\n    }"}}));
+    EXPECT_EQ(details.fixes[0].edits,
+              (std::vector<CodeAnalyzer::STextEdit>{{{{12, 4}, {12, 4}}, L"\n    }"}}));
 }
 
 // A second slip is found, and nothing that follows from the first.
