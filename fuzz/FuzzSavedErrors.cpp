@@ -2,7 +2,7 @@
 // stands for, and what is read comes back when written.
 
 #include "Base/CommonString.h"
-#include "Components/CASavedErrors.h"
+#include "Components/CASavedErrorsText.h"
 #include "Require.h"
 #include "SyntaxParser/SourceText.h"
 #include "XML/XmlXPathParser.h"

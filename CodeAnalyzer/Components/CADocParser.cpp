@@ -162,6 +162,7 @@ bool CCADocParser::BeginCheck()
     m_errorsManager->DeliverPosted();
     m_oldErrors.clear();
     m_errorsManager->GetErrors(path, m_oldErrors);
+    m_oldDetails = m_errorsManager->GetDetails(path);
     m_errorsManager->RemoveErrors(path);
     m_busy = 1;
     m_checkDue = false;
@@ -185,7 +186,7 @@ void CCADocParser::RunCheck()
     const ECheckEnd end = m_check->Run();
     if (end == ECheckEnd::Complete)
         return;
-    m_errorsManager->RestoreErrors(m_filePath, m_oldErrors);
+    m_errorsManager->RestoreErrors(m_filePath, m_oldErrors, m_oldDetails);
     if (end == ECheckEnd::Failed)
         m_errorsManager->TellFailure(m_filePath, m_check->GetFailure());
 }

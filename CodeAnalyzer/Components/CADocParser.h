@@ -106,6 +106,7 @@ private:
     boost::shared_ptr<SyntaxParser::ISPDocument> m_checkedSource;
     std::wstring m_filePath;
     std::vector<SCAError> m_oldErrors; ///< of the file, removed when the check began
+    TDetails m_oldDetails;             ///< of these
     std::shared_ptr<CCACheckWorkers> m_workers;
     std::shared_ptr<CChangeReceiver> m_receiver;
     boost::signals2::connection m_changeConnection;

@@ -11,7 +11,6 @@
 
 #include <QHeaderView>
 #include <QMouseEvent>
-#include <QTimer>
 #include <algorithm>
 #include <boost/bind/bind.hpp>
 #include <boost/bind/placeholders.hpp>
@@ -22,22 +21,11 @@ namespace Kesh::CodeAnalyzer {
 
 using namespace boost::placeholders;
 
-namespace {
-
-int SortColumn(int order)
-{
-    return order / 2;
-}
-
-Qt::SortOrder SortDirection(int order)
-{
-    return order % 2 == 0 ? Qt::AscendingOrder : Qt::DescendingOrder;
-}
-
-} // namespace
-
 CCAErrorsBar::CCAErrorsBar(SDK::IApplication* application, CCAComponent* component, CCAErrorsManager* manager)
-    : m_errorsManager(manager), m_application(application), m_component(component)
+    : m_errorsManager(manager),
+      m_application(application),
+      m_component(component),
+      m_filler(std::make_unique<CCAErrorsBarFiller>(*this, *this, m_rows))
 {
     manager->GetAddedSignal().connect(boost::bind(&CCAErrorsBar::OnAddErrors, this, _1, _2));
     manager->GetRemovedSignal().connect(boost::bind(&CCAErrorsBar::OnRemoveErrors, this, _1));
@@ -63,17 +51,14 @@ CCAErrorsBar::~CCAErrorsBar()
 {
     m_filler.reset();
     clear(); // the rows ask to be forgotten
-    for (auto& [key, file] : std::exchange(m_rowsOfFile, {}))
-        qDeleteAll(file.rows); // those that are kept aside
-    qDeleteAll(m_buried);
+    m_rows.Clear();
 }
 
 void CCAErrorsBar::SetGradual()
 {
-    if (m_filler)
+    if (m_filler->IsGradual())
         return;
-    EndMany();
-    m_filler = std::make_unique<CCAErrorsBarFiller>(*this);
+    m_filler->SetGradual();
     SortItems();
 }
 
@@ -85,24 +70,12 @@ void CCAErrorsBar::SetPick(TPick pick)
 
 void CCAErrorsBar::PickAgain()
 {
-    if (m_filler)
-        m_filler->PickAgain();
+    m_filler->PickAgain();
 }
 
 void CCAErrorsBar::PickAgain(const std::wstring& file)
 {
-    if (m_filler)
-        m_filler->PickAgain(CCAErrorsBarItem::MakeFileKey(file));
-}
-
-void CCAErrorsBar::ExpectMany(bool many)
-{
-    if (!m_filler)
-        return;
-    if (many)
-        m_filler->WaitForMany();
-    else
-        m_filler->GoOnFilling();
+    m_filler->PickAgain(CCAErrorsBarItem::MakeFileKey(file));
 }
 
 bool CCAErrorsBar::event(QEvent* e)
@@ -133,43 +106,21 @@ void CCAErrorsBar::RemoveErrorsMessageHandler(const std::wstring& file)
 
 void CCAErrorsBar::FinProjectErrorsHandler()
 {
-    if ((topLevelItemCount() > 0 || (m_filler && m_rowCount > 0)) && m_component)
+    if ((topLevelItemCount() > 0 || (m_filler->IsGradual() && m_rows.GetCount() > 0)) && m_component)
         m_component->ShowErrorPage(0);
-}
-
-QString CCAErrorsBar::SeverityText(std::int32_t type)
-{
-    return QString::fromStdWString(
-        LangSupport::CLangSupport::LoadStr(type == SeverityError ? "Error" : "Warning"));
 }
 
 template <class TMake> void CCAErrorsBar::AddRows(const std::wstring& file, std::size_t count, TMake make)
 {
-    const bool ordered = !HasForeignRows();
-    SFileRows& known = m_rowsOfFile[CCAErrorsBarItem::MakeFileKey(file)];
-    auto name =
-        std::find_if(known.names.begin(), known.names.end(),
-                     [&](const std::shared_ptr<SBarFile>& spelling) { return spelling->name == file; });
-    if (name == known.names.end())
-        name = known.names.insert(known.names.end(), std::make_shared<SBarFile>(file));
+    const std::shared_ptr<SBarFile> name = m_rows.MakeName(file);
     QList<QTreeWidgetItem*> items;
     items.reserve(static_cast<int>(count));
-    known.rows.reserve(known.rows.size() + count);
     for (std::size_t i = 0; i < count; ++i) {
-        items.append(make(*name, i));
-        known.rows.insert(items.last());
+        CCAErrorsBarItem* row = make(name, i);
+        m_rows.Add(*row);
+        items.append(row);
     }
-    m_rowCount += count;
-    if (m_filler) {
-        m_filler->Add(items);
-    } else if (m_many) {
-        m_later.append(items);
-    } else if (ordered) {
-        InsertSorted(items);
-    } else {
-        addTopLevelItems(items);
-        SortItems();
-    }
+    m_filler->Add(items);
 }
 
 void CCAErrorsBar::OnAddErrors(const std::wstring& file, const std::vector<SCAError>& errors)
@@ -186,13 +137,12 @@ void CCAErrorsBar::OnAddErrors(const std::wstring& file, const std::vector<SCAEr
         AddRows(file, errors.size(), [&](const std::shared_ptr<SBarFile>& name, std::size_t i) {
             const SCAError& error = errors[i];
             return new CCAErrorsBarItem(
-                name, error, textOf(severities, error.type, [&] { return SeverityText(error.type); }),
+                name, error,
+                textOf(severities, error.type, [&] { return CCAErrorsBarItem::SeverityText(error.type); }),
                 textOf(descriptions, error.code,
                        [&] { return QString::fromStdWString(m_errorsManager->GetErrorDescription(error)); }),
                 this);
         });
-        if (m_rememberedFile == file) // a row is selected from now on
-            EndMany();
         if (m_rememberedFile == file && m_rememberedRow >= 0 && m_rememberedRow < topLevelItemCount()) {
             QTreeWidgetItem* row = topLevelItem(m_rememberedRow);
             setCurrentItem(row);
@@ -207,10 +157,9 @@ void CCAErrorsBar::OnAddErrors(const std::wstring& file, const std::vector<SCAEr
 
 void CCAErrorsBar::ShowHostErrors(const std::wstring& file, const std::vector<SHostError>& errors)
 {
-    if (const auto known = m_rowsOfFile.find(CCAErrorsBarItem::MakeFileKey(file));
-        known != m_rowsOfFile.end()) {
+    if (const auto* rows = m_rows.Find(CCAErrorsBarItem::MakeFileKey(file))) {
         std::vector<QTreeWidgetItem*> old;
-        for (QTreeWidgetItem* row : known->second.rows)
+        for (QTreeWidgetItem* row : *rows)
             if (static_cast<CCAErrorsBarItem*>(row)->IsOfHost())
                 old.push_back(row);
         qDeleteAll(old); // they are few
@@ -218,8 +167,9 @@ void CCAErrorsBar::ShowHostErrors(const std::wstring& file, const std::vector<SH
     if (errors.empty())
         return;
     AddRows(file, errors.size(), [&](const std::shared_ptr<SBarFile>& name, std::size_t i) {
-        auto* item = new CCAErrorsBarItem(name, errors[i].error, SeverityText(errors[i].error.type),
-                                          QString::fromStdWString(errors[i].message), this);
+        auto* item =
+            new CCAErrorsBarItem(name, errors[i].error, CCAErrorsBarItem::SeverityText(errors[i].error.type),
+                                 QString::fromStdWString(errors[i].message), this);
         item->SetOfHost();
         return item;
     });
@@ -235,111 +185,52 @@ void CCAErrorsBar::RememberSelection(const std::wstring& file)
 
 void CCAErrorsBar::RemoveErrorsOf(const std::vector<std::wstring>& files)
 {
-    if (m_filler && !files.empty()) {
-        std::vector<QTreeWidgetItem*> ended;
-        RememberSelection(files.back());
-        for (const std::wstring& file : files)
-            if (const auto known = m_rowsOfFile.find(CCAErrorsBarItem::MakeFileKey(file));
-                known != m_rowsOfFile.end()) {
-                ended.insert(ended.end(), known->second.rows.begin(), known->second.rows.end());
-                m_rowsOfFile.erase(known);
-            }
-        m_rowCount -= ended.size();
-        return m_filler->Remove(ended);
-    }
-    TRows gone;
-    for (const std::wstring& file : files)
-        if (const auto known = m_rowsOfFile.find(CCAErrorsBarItem::MakeFileKey(file));
-            known != m_rowsOfFile.end())
-            gone.insert(known->second.rows.begin(), known->second.rows.end());
-    // Taking all rows away and putting some back is quick when few stay.
-    if (HasForeignRows() || gone.size() * 2 < m_rowCount || gone.size() < 100) {
+    if (m_filler->HasForeignRows()) {
         for (const std::wstring& file : files)
             OnRemoveErrors(file);
         return;
     }
+    if (files.empty())
+        return;
     RememberSelection(files.back());
-    QTreeWidgetItem* current = gone.contains(currentItem()) ? nullptr : currentItem();
-    const QList<QTreeWidgetItem*> rows = invisibleRootItem()->takeChildren();
-    QList<QTreeWidgetItem*> left;
-    for (QTreeWidgetItem* row : rows)
-        (gone.contains(row) ? m_buried : left).append(row);
-    addTopLevelItems(left);
-    setCurrentItem(current);
-    for (const std::wstring& file : files)
-        m_rowsOfFile.erase(CCAErrorsBarItem::MakeFileKey(file));
-    m_rowCount = static_cast<std::size_t>(left.size());
-    BurySlice();
+    CErrorsBarRows::TItems gone;
+    for (const std::wstring& file : files) {
+        const CErrorsBarRows::TItems rows = m_rows.Take(file);
+        gone.insert(gone.end(), rows.begin(), rows.end());
+    }
+    m_filler->RemoveMany(gone);
 }
 
 void CCAErrorsBar::BeginMany()
 {
-    // A selection stays on its row whatever comes: then one file comes after the other.
-    m_many = !m_filler && !HasForeignRows() && selectedItems().isEmpty();
+    // With a file remembered, one of the next rows is to be selected.
+    if (!m_filler->IsGradual() && m_rememberedFile.empty())
+        m_filler->WaitForMany();
 }
 
 void CCAErrorsBar::EndMany()
 {
-    PutLaterIn();
-    m_many = false;
+    if (!m_filler->IsGradual())
+        m_filler->GoOnFilling();
 }
 
-void CCAErrorsBar::PutLaterIn()
+void CCAErrorsBar::ExpectMany(bool many)
 {
-    if (!m_later.isEmpty())
-        InsertSorted(std::exchange(m_later, {}));
-}
-
-void CCAErrorsBar::Bury(const std::vector<QTreeWidgetItem*>& rows)
-{
-    const bool isFirst = m_buried.isEmpty();
-    for (QTreeWidgetItem* row : rows)
-        m_buried.append(row);
-    if (isFirst) // enough has been done in this turn
-        QTimer::singleShot(0, this, [this] { BurySlice(); });
-}
-
-void CCAErrorsBar::BurySlice()
-{
-    constexpr int AtOnce = 5000;
-    for (int i = 0; i < AtOnce && !m_buried.isEmpty(); ++i)
-        delete m_buried.takeLast();
-    if (!m_buried.isEmpty())
-        QTimer::singleShot(0, this, [this] { BurySlice(); });
+    if (!m_filler->IsGradual()) // others may select and sort meanwhile
+        return;
+    if (many)
+        m_filler->WaitForMany();
+    else
+        m_filler->GoOnFilling();
 }
 
 void CCAErrorsBar::OnRemoveErrors(const std::wstring& file)
 {
     RememberSelection(file);
-
-    const std::wstring key = CCAErrorsBarItem::MakeFileKey(file);
-    if (HasForeignRows()) {
-        RemoveRowsOneByOne(key);
-        return;
-    }
-    const auto found = m_rowsOfFile.find(key);
-    if (found == m_rowsOfFile.end())
-        return;
-    if (m_many && !(*found->second.rows.begin())->treeWidget())
-        PutLaterIn();
-    const SFileRows gone = std::move(found->second);
-    m_rowsOfFile.erase(found);
-    m_rowCount -= gone.rows.size();
-    if (m_filler)
-        m_filler->Remove({gone.rows.begin(), gone.rows.end()});
-    else
-        RemoveRows(FindRows(gone.rows));
-}
-
-void CCAErrorsBar::RemoveRows(const std::vector<int>& rows)
-{
-    for (std::size_t end = rows.size(); end > 0;) {
-        std::size_t first = end - 1;
-        while (first > 0 && rows[first - 1] == rows[first] - 1)
-            --first;
-        model()->removeRows(rows[first], static_cast<int>(end - first));
-        end = first;
-    }
+    if (m_filler->HasForeignRows())
+        return RemoveRowsOneByOne(CCAErrorsBarItem::MakeFileKey(file));
+    if (const CErrorsBarRows::TItems gone = m_rows.Take(file); !gone.empty())
+        m_filler->Remove(gone);
 }
 
 void CCAErrorsBar::RemoveRowsOneByOne(const std::wstring& fileKey)
@@ -355,128 +246,13 @@ void CCAErrorsBar::ForgetRow(CCAErrorsBarItem* item)
 {
     if (m_filler)
         m_filler->Forget(item);
-    const auto found = m_rowsOfFile.find(item->GetFileKey());
-    if (found == m_rowsOfFile.end())
-        return;
-    m_rowCount -= found->second.rows.erase(item);
-    if (found->second.rows.empty())
-        m_rowsOfFile.erase(found);
-}
-
-bool CCAErrorsBar::IsBefore(const QTreeWidgetItem* a, const QTreeWidgetItem* b) const
-{
-    if (IsDescending())
-        std::swap(a, b);
-    // To put rows in some at a time, it must be known of all which comes first.
-    return m_filler
-               ? static_cast<const CCAErrorsBarItem*>(a)->IsBefore(static_cast<const CCAErrorsBarItem&>(*b))
-               : *a < *b;
-}
-
-bool CCAErrorsBar::IsDescending() const
-{
-    return SortDirection(m_sortOrder) == Qt::DescendingOrder;
-}
-
-template <class TPredicate> int CCAErrorsBar::FindFirstRow(int first, TPredicate isEarly) const
-{
-    int end = topLevelItemCount();
-    while (first < end) {
-        const int middle = (first + end) / 2;
-        if (isEarly(topLevelItem(middle)))
-            first = middle + 1;
-        else
-            end = middle;
-    }
-    return first;
-}
-
-std::vector<int> CCAErrorsBar::FindRows(const TRows& items) const
-{
-    // Of one kind there are many, so that their order does not help to find a few of them.
-    const bool isByKind = m_sortOrder >= DescriptionAscending && !m_filler;
-    return isByKind && items.size() <= 16 ? FindRowsOneByOne(items) : FindRowsInOrder(items);
-}
-
-std::vector<int> CCAErrorsBar::FindRowsOneByOne(const TRows& items) const
-{
-    std::vector<int> rows;
-    for (QTreeWidgetItem* item : items)
-        rows.push_back(indexOfTopLevelItem(item));
-    std::sort(rows.begin(), rows.end());
-    return rows;
-}
-
-std::vector<int> CCAErrorsBar::FindRowsInOrder(const TRows& items) const
-{
-    std::vector<const QTreeWidgetItem*> sorted(items.begin(), items.end());
-    std::sort(sorted.begin(), sorted.end(),
-              [this](const QTreeWidgetItem* a, const QTreeWidgetItem* b) { return IsBefore(a, b); });
-    // The next row to be found is equal to the next item, if not that item itself.
-    std::vector<int> rows;
-    for (int row = 0; rows.size() < sorted.size() && row < topLevelItemCount();) {
-        const QTreeWidgetItem* next = sorted[rows.size()];
-        QTreeWidgetItem* item = topLevelItem(row);
-        if (items.contains(item))
-            rows.push_back(row++);
-        else if (IsBefore(item, next))
-            row = FindFirstRow(row + 1, [&](const QTreeWidgetItem* other) { return IsBefore(other, next); });
-        else
-            ++row;
-    }
-    return rows;
-}
-
-void CCAErrorsBar::InsertSorted(QList<QTreeWidgetItem*> items)
-{
-    if (!m_filler && items.size() > topLevelItemCount() / 10) {
-        addTopLevelItems(items);
-        return SortItems();
-    }
-    // The rows always are in the current order, so that new ones need only be put where a stable sort of all
-    // rows would move them: behind the rows that they are equal to.
-    std::stable_sort(items.begin(), items.end(),
-                     [this](const QTreeWidgetItem* a, const QTreeWidgetItem* b) { return IsBefore(a, b); });
-    const auto placeOf = [this](const QTreeWidgetItem* item) {
-        return FindFirstRow(0, [&](const QTreeWidgetItem* other) { return !IsBefore(item, other); });
-    };
-    // From the back, where a place does not shift those of the items still to come.
-    for (int end = items.size(); end > 0;) {
-        const int place = placeOf(items[end - 1]);
-        int first = end - 1;
-        while (first > 0 && placeOf(items[first - 1]) == place)
-            --first;
-        insertTopLevelItems(place, items.mid(first, end - first));
-        end = first;
-    }
-    header()->setSortIndicator(SortColumn(m_sortOrder), SortDirection(m_sortOrder));
-}
-
-void CCAErrorsBar::RankFiles()
-{
-    std::vector<SBarFile*> files;
-    for (const auto& [key, known] : m_rowsOfFile)
-        for (const std::shared_ptr<SBarFile>& name : known.names)
-            files.push_back(name.get());
-    std::sort(files.begin(), files.end(),
-              [](const SBarFile* a, const SBarFile* b) { return a->key < b->key; });
-    int rank = 0;
-    const SBarFile* last = nullptr;
-    for (SBarFile* file : files) {
-        file->rank = last && last->key == file->key ? rank : ++rank;
-        last = file;
-    }
+    m_rows.Forget(*item);
 }
 
 void CCAErrorsBar::SortItems()
 {
-    RankFiles();
-    if (m_filler) {
-        header()->setSortIndicator(SortColumn(m_sortOrder), SortDirection(m_sortOrder));
-        m_filler->Sort();
-        return;
-    }
-    sortItems(SortColumn(m_sortOrder), SortDirection(m_sortOrder));
+    m_rows.RankFiles();
+    m_filler->Sort();
 }
 
 void CCAErrorsBar::OnHeaderItemClicked(int nId)

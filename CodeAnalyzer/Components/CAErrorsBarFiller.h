@@ -1,5 +1,7 @@
 #pragma once
 
+#include "Components/CAErrorsBarRows.h"
+#include "Components/CASortedTree.h"
 #include "Kesh/CodeAnalyzer/IErrorRow.h"
 
 #include <QElapsedTimer>
@@ -11,21 +13,30 @@
 #include <string>
 #include <vector>
 
+class QTreeWidget;
 class QTreeWidgetItem;
 
 namespace Kesh::CodeAnalyzer {
 
-class CCAErrorsBar;
-
-/// Arranges the rows of an errors bar that has very many: puts those that the host wants into the tree, in
-/// the bar's order, and keeps the others aside. What concerns many rows is done some at a time, when the
-/// event loop has nothing else to do. The rows are the bar's. GUI thread.
+/// Arranges the rows of an errors bar: puts those that the host wants into the tree, in the bar's order, and
+/// keeps the others aside. What concerns many rows is done in slices, one when the event loop has nothing
+/// else to do; until SetGradual() a slice has no end, so that all is done at once. GUI thread.
 class CCAErrorsBarFiller
 {
 public:
-    using TItems = std::vector<QTreeWidgetItem*>;
+    using TItems = CErrorsBarRows::TItems;
 
-    explicit CCAErrorsBarFiller(CCAErrorsBar& bar);
+    /// Nothing is owned. `tree` shows `list`, whose rows are `rows`.
+    CCAErrorsBarFiller(QTreeWidget& tree, const IErrorsBarList& list, const CErrorsBarRows& rows);
+    /// Ends the rows that have been taken away, but not ended yet.
+    ~CCAErrorsBarFiller();
+
+    /// From now on very many rows come and go; Sort() is to follow.
+    void SetGradual();
+    bool IsGradual() const { return m_isGradual; }
+    /// Whether somebody else has put rows in or taken some out, so that the order of the rows tells nothing.
+    /// A host that has them come and go some at a time leaves them alone.
+    bool HasForeignRows() const { return AreForeignBeside(0); }
 
     void SetPick(IErrorRows::TPick pick);
     /// Of all rows, or of those of a file.
@@ -37,10 +48,12 @@ public:
     void Add(const QList<QTreeWidgetItem*>& rows);
     /// Ends rows, which the bar has forgotten already.
     void Remove(const TItems& rows);
+    /// The same for those of many files, in the time that it takes for one.
+    void RemoveMany(const TItems& rows);
     /// Has all rows come into the tree again, in the bar's order.
     void Sort();
-    /// Very many rows are about to come: the tree stays empty until GoOnFilling(), since each file that is
-    /// put in would move all rows behind it.
+    /// Very many rows are about to come. They wait for GoOnFilling(), since each file that is put in would
+    /// move all rows behind it, and in slices the tree stays empty until then.
     void WaitForMany();
     void GoOnFilling();
     /// Selects the row that will be there, unless another one is selected by then.
@@ -55,12 +68,29 @@ private:
         Filling  ///< those from m_waiting on are not there yet
     };
 
+    /// How much may be done without a pause.
+    struct SSlice
+    {
+        int time;             ///< ms
+        std::size_t rows;     ///< that are moved
+        std::size_t oneByOne; ///< the same, each to another place
+    };
+    static const SSlice Endless, Short;
+
+    /// The same when some of the bar's rows are not in the tree yet.
+    bool AreForeignBeside(int missing) const;
     void GoOn();
     void Step();
     void PickSlice(const QElapsedTimer& time);
     /// Lists what has been picked, and no longer what has not.
     void FollowPicks();
     void TakeAll();
+    /// Empties the tree, to be filled again.
+    QList<QTreeWidgetItem*> EmptyTree();
+    void InsertHeld();
+    /// Ends rows that are not in the tree, some at a time.
+    void Bury(const TItems& rows);
+    void BurySlice();
     void Order();
     void FillSlice(const QElapsedTimer& time);
     void SelectAgain();
@@ -69,7 +99,11 @@ private:
     /// The first of the rows that are in the tree; the rest waits no longer.
     TItems::iterator StopWaiting(TItems& rows);
 
-    CCAErrorsBar& m_bar;
+    QTreeWidget& m_tree;
+    CSortedTree m_sorted;
+    const CErrorsBarRows& m_rows;
+    bool m_isGradual = false;
+    SSlice m_slice = Endless;
     IErrorRows::TPick m_pick;
     std::map<std::wstring, std::uint64_t> m_toPick; ///< files by key, and the question's number
     std::uint64_t m_lastQuestion = 0;
@@ -78,9 +112,12 @@ private:
     TItems m_waiting; ///< in order
     std::size_t m_next = 0;
     bool m_waitsForMany = false;
+    QList<QTreeWidgetItem*> m_held;        ///< all that have come meanwhile, while a slice has no end
     QTreeWidgetItem* m_selected = nullptr; ///< to be selected again once it is in the tree
     int m_rowToSelect = -1;
     QTimer m_step;
+    TItems m_buried; ///< taken away, but not ended yet
+    QTimer m_burial;
 };
 
 } // namespace Kesh::CodeAnalyzer

@@ -1,6 +1,5 @@
 #include "Components/CAErrorsBarItem.h"
 
-#include "Components/CAErrorsBar.h"
 #include "Kesh/CodeAnalyzer/SCAError.h"
 #include "Kesh/LangSupport/LangSupport.h"
 
@@ -16,14 +15,14 @@ SBarFile::SBarFile(const std::wstring& path)
 
 CCAErrorsBarItem::CCAErrorsBarItem(const std::wstring& file, const SyntaxParser::SScheme& pos,
                                    std::int32_t type, std::int32_t code, const std::wstring& description,
-                                   CCAErrorsBar* bar)
-    : CCAErrorsBarItem(std::make_shared<SBarFile>(file), {pos, code, type}, CCAErrorsBar::SeverityText(type),
+                                   IErrorsBarList* bar)
+    : CCAErrorsBarItem(std::make_shared<SBarFile>(file), {pos, code, type}, SeverityText(type),
                        QString::fromStdWString(description), bar)
 {
 }
 
 CCAErrorsBarItem::CCAErrorsBarItem(std::shared_ptr<const SBarFile> file, const SCAError& error,
-                                   const QString& severity, const QString& description, CCAErrorsBar* bar)
+                                   const QString& severity, const QString& description, IErrorsBarList* bar)
     : QTreeWidgetItem({severity, file->shown + QStringLiteral(" - ") + QString::number(error.pos.start.y + 1),
                        description}),
       m_type(error.type),
@@ -49,6 +48,12 @@ std::wstring CCAErrorsBarItem::MakeFileKey(const std::wstring& file)
     return key;
 }
 
+QString CCAErrorsBarItem::SeverityText(std::int32_t type)
+{
+    return QString::fromStdWString(
+        LangSupport::CLangSupport::LoadStr(type == SeverityError ? "Error" : "Warning"));
+}
+
 bool CCAErrorsBarItem::operator<(const QTreeWidgetItem& other) const
 {
     const auto& that = static_cast<const CCAErrorsBarItem&>(other);
@@ -56,19 +61,19 @@ bool CCAErrorsBarItem::operator<(const QTreeWidgetItem& other) const
         return false;
     const int order = m_bar->GetSortOrder();
     switch (order) {
-    case CCAErrorsBar::TypeAscending:
-    case CCAErrorsBar::TypeDescending:
+    case IErrorsBarList::TypeAscending:
+    case IErrorsBarList::TypeDescending:
         if (m_type != that.m_type)
             return m_type < that.m_type;
         [[fallthrough]];
-    case CCAErrorsBar::FileAscending:
-    case CCAErrorsBar::FileDescending:
+    case IErrorsBarList::FileAscending:
+    case IErrorsBarList::FileDescending:
         if (const int files = CompareFile(that); files != 0)
             return files < 0;
         return m_pos.start < that.m_pos.start;
     // The messages are sorted by their kind, which keeps alike ones together in every language.
-    case CCAErrorsBar::DescriptionAscending:
-    case CCAErrorsBar::DescriptionDescending: return m_code < that.m_code;
+    case IErrorsBarList::DescriptionAscending:
+    case IErrorsBarList::DescriptionDescending: return m_code < that.m_code;
     default: return false;
     }
 }
@@ -84,9 +89,9 @@ int CCAErrorsBarItem::CompareFile(const CCAErrorsBarItem& other) const
 std::int32_t CCAErrorsBarItem::GetPart() const
 {
     const int order = m_bar->GetSortOrder();
-    return order >= CCAErrorsBar::DescriptionAscending ? m_code
-           : order >= CCAErrorsBar::FileAscending      ? 0
-                                                       : m_type;
+    return order >= IErrorsBarList::DescriptionAscending ? m_code
+           : order >= IErrorsBarList::FileAscending      ? 0
+                                                         : m_type;
 }
 
 bool CCAErrorsBarItem::IsBeforeInFile(const CCAErrorsBarItem& other) const

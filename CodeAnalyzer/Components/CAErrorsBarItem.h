@@ -11,7 +11,30 @@
 
 namespace Kesh::CodeAnalyzer {
 
-class CCAErrorsBar;
+class CCAErrorsBarItem;
+
+/// What a row asks of the list that it belongs to.
+class IErrorsBarList
+{
+public:
+    /// Column and direction of sorting.
+    enum ESortOrder {
+        TypeAscending,
+        TypeDescending,
+        FileAscending,
+        FileDescending,
+        DescriptionAscending,
+        DescriptionDescending
+    };
+
+    /// An ESortOrder.
+    virtual int GetSortOrder() const = 0;
+    /// For a row that is about to die, whoever takes it away.
+    virtual void ForgetRow(CCAErrorsBarItem* item) = 0;
+
+protected:
+    ~IErrorsBarList() = default;
+};
 
 /// The file of many rows.
 struct SBarFile
@@ -30,10 +53,10 @@ class CCAErrorsBarItem : public QTreeWidgetItem, public IErrorRow
 public:
     /// `bar` is asked for the sort order whenever rows are compared; a row without one has no order.
     CCAErrorsBarItem(const std::wstring& file, const SyntaxParser::SScheme& pos, std::int32_t type,
-                     std::int32_t code, const std::wstring& description, CCAErrorsBar* bar);
+                     std::int32_t code, const std::wstring& description, IErrorsBarList* bar);
     /// The same for one of many rows, which share their texts.
     CCAErrorsBarItem(std::shared_ptr<const SBarFile> file, const SCAError& error, const QString& severity,
-                     const QString& description, CCAErrorsBar* bar);
+                     const QString& description, IErrorsBarList* bar);
     /// Has the bar forget the row.
     ~CCAErrorsBarItem() override;
 
@@ -53,6 +76,8 @@ public:
     /// equal.
     const std::wstring& GetFileKey() const { return m_file->key; }
     static std::wstring MakeFileKey(const std::wstring& file);
+    /// The text of an error's type.
+    static QString SeverityText(std::int32_t type);
 
     /// Whether it is the host's own, not one of the records.
     bool IsOfHost() const { return m_ofHost; }
@@ -75,7 +100,7 @@ private:
     bool m_ofHost = false;
     std::shared_ptr<const SBarFile> m_file;
     SyntaxParser::SScheme m_pos;
-    CCAErrorsBar* m_bar;
+    IErrorsBarList* m_bar;
 };
 
 } // namespace Kesh::CodeAnalyzer

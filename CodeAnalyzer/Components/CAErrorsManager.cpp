@@ -13,6 +13,7 @@
 #include <algorithm>
 #include <boost/bind/bind.hpp>
 #include <boost/bind/placeholders.hpp>
+#include <utility>
 
 namespace Kesh::CodeAnalyzer {
 
@@ -50,10 +51,11 @@ void CCAErrorsManager::RemoveErrorsMSG(const std::wstring& file)
         QCoreApplication::postEvent(m_bar, new CCAErrorsEvent(CCAErrorsEvent::Remove, file, {}));
 }
 
-void CCAErrorsManager::RestoreErrors(const std::wstring& file, const std::vector<SCAError>& errors)
+void CCAErrorsManager::RestoreErrors(const std::wstring& file, const std::vector<SCAError>& errors,
+                                     TDetails details)
 {
     RemoveErrorsMSG(file);
-    AddErrors(file, errors);
+    AddErrors(file, errors, std::move(details));
 }
 
 void CCAErrorsManager::TellFailure(const std::wstring& file, const std::wstring& reason)
@@ -89,7 +91,7 @@ void CCAErrorsManager::AddErrorsMT(const std::wstring& file, const std::vector<S
     ForgetUntold(file);
     m_removed(file);
     m_errors[file] = errors;
-    m_details.Replace(file, details);
+    m_details.Replace(file, std::move(details));
     m_added(file, errors);
 }
 
@@ -101,7 +103,7 @@ void CCAErrorsManager::AddErrorsGradually(const std::wstring& file, const std::v
     QMutexLocker locker(&m_lock);
     m_removed(file);
     m_errors[file] = errors;
-    m_details.Replace(file, details);
+    m_details.Replace(file, std::move(details));
     constexpr std::size_t VeryMany = 20000;
     const bool isFirst = m_untold.empty();
     m_untoldErrors = (isFirst ? 0 : m_untoldErrors) + errors.size();
@@ -231,10 +233,16 @@ std::vector<SDiagnostic> CCAErrorsManager::GetDiagnostics(const std::wstring& fi
     const auto found = m_errors.find(file);
     if (found == m_errors.end())
         return diagnostics;
-    const std::vector<SDetails>* details = m_details.Find(file);
+    const TDetails details = m_details.Find(file);
     for (std::size_t i = 0; i < found->second.size(); ++i)
         diagnostics.push_back({found->second[i], details ? (*details)[i] : SDetails()});
     return diagnostics;
+}
+
+TDetails CCAErrorsManager::GetDetails(const std::wstring& file)
+{
+    QMutexLocker locker(&m_lock);
+    return m_details.Find(file);
 }
 
 std::wstring CCAErrorsManager::GetErrorDescription(const SCAError& error)

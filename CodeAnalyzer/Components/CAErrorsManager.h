@@ -48,7 +48,7 @@ public:
     void RemoveErrorsMSG(const std::wstring& file);
     /// After a check that did not come to its end: posts that the file has the errors that were known before,
     /// whatever the check has posted. Any thread.
-    void RestoreErrors(const std::wstring& file, const std::vector<SCAError>& errors);
+    void RestoreErrors(const std::wstring& file, const std::vector<SCAError>& errors, TDetails details);
     /// Posts that a check of the file has failed, and why. Any thread.
     void TellFailure(const std::wstring& file, const std::wstring& reason);
     /// Delivers at once what has been posted so far, for those about to replace or save errors. GUI thread.
@@ -78,6 +78,8 @@ public:
     ErrorsTable GetAllErrors();
     /// The same with what is known of each beyond its record. Any thread.
     std::vector<SDiagnostic> GetDiagnostics(const std::wstring& file);
+    /// Of the file's errors as GetErrors() gives them.
+    TDetails GetDetails(const std::wstring& file);
     /// Whether checkers say more of errors than their records do. Any thread.
     void SetDetailed(bool detailed) { m_detailed = detailed; }
     bool IsDetailed() const { return m_detailed; }

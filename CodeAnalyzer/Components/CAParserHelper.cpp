@@ -46,11 +46,12 @@ void CParserHelper::ParsecurrentDoc()
     m_errorsManager->DeliverPosted();
     std::vector<SCAError> old;
     m_errorsManager->GetErrors(path, old);
+    const TDetails oldDetails = m_errorsManager->GetDetails(path);
     m_errorsManager->RemoveErrors(path);
     check->SetDetailed(m_errorsManager->IsDetailed());
     check->TakeSnapshot(*source, path);
     if (check->Run() == ECheckEnd::Failed) {
-        m_errorsManager->RestoreErrors(path, old);
+        m_errorsManager->RestoreErrors(path, old, oldDetails);
         m_errorsManager->TellFailure(path, check->GetFailure());
     }
 }

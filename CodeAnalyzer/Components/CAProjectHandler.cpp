@@ -22,8 +22,6 @@
 #include <algorithm>
 #include <boost/bind/bind.hpp>
 #include <boost/bind/placeholders.hpp>
-#include <functional>
-#include <set>
 #include <utility>
 
 namespace Kesh::CodeAnalyzer {
@@ -35,7 +33,6 @@ using SyntaxParser::IParserComponent;
 
 namespace {
 
-constexpr const wchar_t* ErrorsItem = L"errors";
 constexpr qint64 MaxFileSize = 1000000; // bytes
 constexpr int MaxUndelivered = 64;      // events
 constexpr int MaxUndeliveredGradually = 6;
@@ -47,18 +44,6 @@ bool IsCheckedKind(const std::wstring& file)
         if (file.find(part) != std::wstring::npos)
             return false;
     return true;
-}
-
-/// The saved errors of the project's files. Any thread.
-std::vector<SSavedFileErrors> ReadErrors(const ProjectManager::SProjectFilesCache* cache,
-                                         const std::function<std::wstring()>& getText)
-{
-    if (!cache || cache->files.empty())
-        return {};
-    std::set<std::wstring> lowerFiles;
-    for (const std::wstring& file : cache->files)
-        lowerFiles.insert(Base::CCommonString::LowerCaseFast(file));
-    return ReadSavedErrors(getText(), lowerFiles);
 }
 
 } // namespace
@@ -76,6 +61,7 @@ void CCAProjectHandler::Init(SDK::IApplication* application, CCAComponent* compo
     m_application = application;
     m_component = component;
     m_errorsManager = errorsManager;
+    m_saved.Init(errorsManager);
     IProjectManager* pm =
         Base::GetHostComponent<IPMComponent>(application, L"IPMComponent")->GetProjectManager();
     pm->GetCloseProjectSignal().connect(boost::bind(&CCAProjectHandler::OnCloseProject, this, _1));
@@ -103,9 +89,9 @@ void CCAProjectHandler::SetThorough(bool thorough)
 
 void CCAProjectHandler::EndRuns()
 {
-    GiveUpRestoring();
+    m_saved.GiveUpLoading();
     DropOrders();
-    m_background.Wait();
+    m_saved.Wait();
     if (m_cancelled)
         *m_cancelled = true;
     std::unique_lock lock(m_runsMutex);
@@ -115,10 +101,10 @@ void CCAProjectHandler::EndRuns()
 
 void CCAProjectHandler::Shutdown()
 {
-    GiveUpRestoring();
+    m_saved.GiveUpLoading();
     DropOrders();
     StopThread(nullptr);
-    m_background.Wait();
+    m_saved.Wait();
 }
 
 void CCAProjectHandler::SetGradual(bool gradual)
@@ -146,7 +132,7 @@ void CCAProjectHandler::OnProjectParsecomplete()
     RemoveErrorsOfLeavers(pm);
     if (m_gradual && isReopened) // its errors are still there
         return BeginCheck();
-    if (m_gradual && BeginRestoring(pm))
+    if (m_gradual && m_saved.BeginLoading(pm, GetBar(), [this] { BeginCheck(); }))
         return;
     try {
         LoadErrors(pm);
@@ -165,50 +151,9 @@ void CCAProjectHandler::BeginCheck()
     StartThread();
 }
 
-bool CCAProjectHandler::BeginRestoring(IProjectManager* pm)
-{
-    const boost::shared_ptr<ProjectManager::IProjectData> data = pm->GetProjectData();
-    CCAErrorsBar* bar = GetBar();
-    if (!data || !bar)
-        return false;
-    GiveUpRestoring();
-    m_restoring = std::make_shared<SRestoring>();
-    m_background.Run([this, bar, data, cache = pm->GetFilesCache(), restoring = m_restoring] {
-        if (restoring->isGivenUp)
-            return;
-        try {
-            restoring->files = ReadErrors(cache.get(), [&] { return data->GetData(ErrorsItem); });
-        } catch (...) {
-            // Errors that cannot be restored are found anew.
-        }
-        QMetaObject::invokeMethod(
-            bar, [this, restoring] { EndRestoring(restoring); }, Qt::QueuedConnection);
-    });
-    return true;
-}
-
-bool CCAProjectHandler::GiveUpRestoring()
-{
-    if (m_restoring)
-        m_restoring->isGivenUp = true;
-    return std::exchange(m_restoring, nullptr) != nullptr;
-}
-
-void CCAProjectHandler::EndRestoring(const std::shared_ptr<SRestoring>& restoring)
-{
-    if (m_restoring != restoring)
-        return;
-    m_restoring.reset();
-    // A document that was open before has been checked meanwhile, or is about to be.
-    for (const auto& [file, errors] : restoring->files)
-        if (!m_errorsManager->MayHaveErrors(file))
-            m_errorsManager->AddErrorsGradually(file, errors);
-    BeginCheck();
-}
-
 void CCAProjectHandler::OnCloseProject(IProjectManager* pm)
 {
-    m_unread = GiveUpRestoring();
+    m_unread = m_saved.GiveUpLoading();
     DropOrders();
     StopThread(pm);
     // Checks of documents, also of those that are closed by now, must not end between this project and the
@@ -220,7 +165,7 @@ void CCAProjectHandler::OnCloseProject(IProjectManager* pm)
     // clear.
     m_errorsManager->DeliverPosted();
     if (!m_unread) // what has been kept is to be kept on
-        KeepErrors(pm);
+        m_gradual ? m_saved.SaveInBackground(pm) : SaveErrors(pm);
     m_reopenedFiles.clear();
     if (pm->IsReopening()) {
         if (m_thorough)
@@ -246,7 +191,7 @@ void CCAProjectHandler::CheckAgain()
     if ((m_thread && m_checksProject) || !component->GetProjectManager()->IsOpened())
         return;
     m_projectWanted = true;
-    if (!m_thread && !m_restoring)
+    if (!m_thread && !m_saved.IsLoading())
         StartThread();
 }
 
@@ -291,7 +236,7 @@ void CCAProjectHandler::Enqueue(const std::wstring& file)
         if (std::find(m_queue.begin(), m_queue.end(), file) == m_queue.end())
             m_queue.push_back(file);
     }
-    if (!m_thread && !m_restoring)
+    if (!m_thread && !m_saved.IsLoading())
         StartThread();
 }
 
@@ -310,6 +255,16 @@ std::wstring CCAProjectHandler::TakeFromQueue()
     std::wstring file = std::move(m_queue.front());
     m_queue.pop_front();
     return file;
+}
+
+void CCAProjectHandler::SaveErrors(IProjectManager* pm)
+{
+    m_saved.Save(pm);
+}
+
+void CCAProjectHandler::LoadErrors(IProjectManager* pm)
+{
+    m_saved.Load(pm, GetBar());
 }
 
 void CCAProjectHandler::StartThread()
@@ -351,53 +306,6 @@ void CCAProjectHandler::Finished()
     // again until there is more to do.
     if (m_hasRun && !m_stopping && (m_projectWanted || !isQueueEmpty()))
         StartThread();
-}
-
-std::vector<SSavedFileErrors> CCAProjectHandler::GetErrors(IProjectManager* pm)
-{
-    std::vector<SSavedFileErrors> files;
-    for (const std::wstring& file : pm->GetFiles()) {
-        std::vector<SCAError> errors;
-        m_errorsManager->GetErrors(file, errors);
-        if (!errors.empty())
-            files.push_back({file, std::move(errors)});
-    }
-    return files;
-}
-
-void CCAProjectHandler::SaveErrors(IProjectManager* pm)
-{
-    pm->SetData(ErrorsItem, WriteSavedErrors(GetErrors(pm)));
-}
-
-void CCAProjectHandler::KeepErrors(IProjectManager* pm)
-{
-    const auto data = m_gradual ? pm->GetProjectData() : nullptr;
-    if (!data)
-        return SaveErrors(pm);
-    const auto files = std::make_shared<std::vector<SSavedFileErrors>>(GetErrors(pm));
-    m_background.Run([data, files] {
-        try {
-            data->SetData(ErrorsItem, WriteSavedErrors(*files));
-        } catch (...) {
-            // As much as the host lets one know of a text that it could not keep.
-        }
-    });
-}
-
-void CCAProjectHandler::LoadErrors(IProjectManager* pm)
-{
-    const auto cache = pm->GetFilesCache();
-    const auto files = ReadErrors(cache.get(), [&] { return pm->GetData(ErrorsItem); });
-    CCAErrorsBar* bar = GetBar();
-    if (bar)
-        bar->BeginMany();
-    const auto end = qScopeGuard([bar] {
-        if (bar)
-            bar->EndMany();
-    });
-    for (const auto& [file, errors] : files)
-        m_errorsManager->AddErrorsMT(file, errors);
 }
 
 void CCAProjectHandler::Run()
@@ -465,6 +373,7 @@ void CCAProjectHandler::CheckQueue(IProjectManager& pm, IParserComponent& parser
 bool CCAProjectHandler::TryCheck(IParserComponent& parser, const std::wstring& file, bool complete)
 {
     std::vector<SCAError> old;
+    TDetails oldDetails;
     std::wstring failure;
     try {
         if (!complete) {
@@ -480,16 +389,17 @@ bool CCAProjectHandler::TryCheck(IParserComponent& parser, const std::wstring& f
         if (!check)
             return false;
         m_errorsManager->GetErrors(file, old);
+        oldDetails = m_errorsManager->GetDetails(file);
         if (complete)
-            failure = CheckComplete(parser, file, old);
+            failure = CheckComplete(parser, file, old, oldDetails);
         else
             CheckPhp(parser, file);
     } catch (const std::exception& fault) {
         failure = Base::CCommonString::FromUtf8(fault.what());
-        m_errorsManager->RestoreErrors(file, old);
+        m_errorsManager->RestoreErrors(file, old, oldDetails);
     } catch (...) {
         failure = L"the positions of regions do not fit the text";
-        m_errorsManager->RestoreErrors(file, old);
+        m_errorsManager->RestoreErrors(file, old, oldDetails);
     }
     // Whatever is wrong with this file, the user wants to know about the others.
     if (!failure.empty())
@@ -528,7 +438,7 @@ void CCAProjectHandler::CheckPhp(IParserComponent& parser, const std::wstring& f
 }
 
 std::wstring CCAProjectHandler::CheckComplete(IParserComponent& parser, const std::wstring& file,
-                                              const std::vector<SCAError>& old)
+                                              const std::vector<SCAError>& old, const TDetails& oldDetails)
 {
     const auto document = GetDocument(parser, file);
     if (!document || !CCADocManager::IsCheckable(*document))
@@ -541,7 +451,7 @@ std::wstring CCAProjectHandler::CheckComplete(IParserComponent& parser, const st
     const ECheckEnd end = check->Run();
     // Given up half-way, it leaves what was known.
     if (end != ECheckEnd::Complete)
-        m_errorsManager->RestoreErrors(file, old);
+        m_errorsManager->RestoreErrors(file, old, oldDetails);
     return end == ECheckEnd::Failed ? check->GetFailure() : std::wstring();
 }
 

@@ -1,6 +1,5 @@
 #pragma once
 
-#include "Components/CABackground.h"
 #include "Components/CACheckWorkers.h"
 #include "Components/CASavedErrors.h"
 #include "Kesh/CodeAnalyzer/IProjectCheck.h"
@@ -20,7 +19,6 @@
 
 namespace Kesh::ProjectManager {
 class IProjectManager;
-struct SProjectFilesCache;
 } // namespace Kesh::ProjectManager
 namespace Kesh::SyntaxParser {
 class IParserComponent;
@@ -83,22 +81,6 @@ private:
     /// Null when there is none.
     CCAErrorsBar* GetBar() const;
     bool BelongsToOpenProject(const std::wstring& file);
-    struct SRestoring
-    {
-        std::atomic<bool> isGivenUp{false};
-        std::vector<SSavedFileErrors> files; ///< once they have been read
-    };
-    /// Reads the saved errors in the background, and goes on with EndRestoring(). False: the host cannot have
-    /// it so.
-    bool BeginRestoring(ProjectManager::IProjectManager* pm);
-    /// Takes over what has been read, unless the project has gone meanwhile.
-    void EndRestoring(const std::shared_ptr<SRestoring>& restoring);
-    /// Whether there was something that has not been read yet.
-    bool GiveUpRestoring();
-    /// The errors of the project's files.
-    std::vector<SSavedFileErrors> GetErrors(ProjectManager::IProjectManager* pm);
-    /// SaveErrors(), in the background if the host can have it so.
-    void KeepErrors(ProjectManager::IProjectManager* pm);
     /// What follows once the saved errors are there.
     void BeginCheck();
     /// Of files that the project had before it was opened again and has no more.
@@ -124,7 +106,7 @@ private:
     void CheckPhp(SyntaxParser::IParserComponent& parser, const std::wstring& file);
     /// Answers why it has failed; empty: it has not. `old` are the file's errors before.
     std::wstring CheckComplete(SyntaxParser::IParserComponent& parser, const std::wstring& file,
-                               const std::vector<SCAError>& old);
+                               const std::vector<SCAError>& old, const TDetails& oldDetails);
     /// The document to be checked, the file's old errors removed; null when the file is open or cannot be
     /// read.
     boost::shared_ptr<SyntaxParser::ISPDocument> GetDocument(SyntaxParser::IParserComponent& parser,
@@ -138,19 +120,18 @@ private:
     SDK::IThreadObject* m_thread = nullptr; ///< set before it starts, null again once it has ended
     CCADocManager* m_docManager = nullptr;
     std::shared_ptr<CCACheckWorkers> m_workers;
-    bool m_complete = false;                 ///< what the host wants
-    bool m_gradual = false;                  ///< the same
-    std::atomic<bool> m_thorough{false};     ///< the same
-    std::shared_ptr<SRestoring> m_restoring; ///< what is being read; null: nothing is
-    bool m_unread = false;                   ///< the project was closed before it was
-    bool m_checksComplete = false;           ///< what the thread does; set before it starts
-    TCancelFlag m_cancelled;                 ///< of the thread that runs; set before it starts
-    bool m_projectWanted = false;            ///< the next thread checks the whole project
-    bool m_checksProject = false;            ///< the thread does, else only the queue; set before it starts
-    std::atomic<bool> m_hasRun{false};       ///< the last thread has begun its work
-    bool m_stopping = false;                 ///< no thread follows the one that ends
-    bool m_stopAsked = false;                ///< of the thread that runs
-    int m_endsToCome = 0;                    ///< of threads that another has taken the place of
+    bool m_complete = false;             ///< what the host wants
+    bool m_gradual = false;              ///< the same
+    std::atomic<bool> m_thorough{false}; ///< the same
+    bool m_unread = false;               ///< the project was closed before it was
+    bool m_checksComplete = false;       ///< what the thread does; set before it starts
+    TCancelFlag m_cancelled;             ///< of the thread that runs; set before it starts
+    bool m_projectWanted = false;        ///< the next thread checks the whole project
+    bool m_checksProject = false;        ///< the thread does, else only the queue; set before it starts
+    std::atomic<bool> m_hasRun{false};   ///< the last thread has begun its work
+    bool m_stopping = false;             ///< no thread follows the one that ends
+    bool m_stopAsked = false;            ///< of the thread that runs
+    int m_endsToCome = 0;                ///< of threads that another has taken the place of
     std::mutex m_runsMutex;
     std::condition_variable m_runEnded;
     int m_runs = 0; ///< of Run(), whichever thread does it; guarded by the mutex
@@ -158,7 +139,7 @@ private:
     std::mutex m_queueMutex;
     std::deque<std::wstring> m_queue;          ///< files to be checked besides; guarded by the mutex
     std::vector<std::wstring> m_reopenedFiles; ///< while the project is away to come back at once
-    CCABackground m_background;                ///< reads and writes saved errors
+    CSavedErrors m_saved;
 };
 
 } // namespace Kesh::CodeAnalyzer

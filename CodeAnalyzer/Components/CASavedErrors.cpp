@@ -1,125 +1,144 @@
 #include "Components/CASavedErrors.h"
 
 #include "Base/CommonString.h"
-#include "XML/XmlLimits.h"
+#include "Components/CAErrorsBar.h"
+#include "Components/CAErrorsManager.h"
+#include "Components/CASavedDetails.h"
 
-#include <QString>
-#include <QStringList>
-#include <QXmlStreamReader>
-#include <algorithm>
+#include <QScopeGuard>
+#include <atomic>
+#include <set>
+#include <string>
 #include <utility>
 
 namespace Kesh::CodeAnalyzer {
 
+using ProjectManager::IProjectManager;
+using ProjectManager::SProjectFilesCache;
+
 namespace {
 
-constexpr const wchar_t* Version = L"5.3";
+constexpr const wchar_t* ErrorsItem = L"errors";
+constexpr const wchar_t* DetailsItem = L"details";
 
-void AppendNumber(std::wstring& text, std::int64_t number)
+/// From an IProjectManager or an IProjectData. The thread in which `data` may be used.
+template <class TData>
+std::vector<SSavedFileErrors> Read(TData& data, const SProjectFilesCache* cache, bool detailed)
 {
-    text += std::to_wstring(static_cast<std::int32_t>(number));
-    text += L';';
-}
-
-SCAError ReadError(const std::wstring& value)
-{
-    const QStringList pieces = QString::fromStdWString(value).split(QLatin1Char(';'));
-    const auto number = [&](int i) { return i < pieces.size() ? pieces[i].toInt() : 0; };
-    return {{{number(0), number(1)}, {number(2), number(3)}}, number(4), number(5)};
-}
-
-/// The next of the elements with this name inside the one that is being read; false at its end.
-bool FindElement(QXmlStreamReader& reader, const char* name)
-{
-    while (reader.readNextStartElement()) {
-        if (reader.namespaceUri().isEmpty() && reader.name() == QLatin1String(name))
-            return true;
-        reader.skipCurrentElement();
-    }
-    return false;
-}
-
-/// What an XPath query for the value of an attribute gives as one text, see CXmlXPathParser::GetString().
-std::wstring QueriedText(const QString& value)
-{
-    if (std::all_of(value.begin(), value.end(), [](QChar c) { return c.isSpace(); }))
+    if (!cache || cache->files.empty())
         return {};
-    QString text;
-    text.reserve(value.size());
-    for (const QChar c : value) {
-        if (c == QLatin1Char('&'))
-            text += QLatin1String("&amp;");
-        else if (c == QLatin1Char('<'))
-            text += QLatin1String("&lt;");
-        else if (c == QLatin1Char('>'))
-            text += QLatin1String("&gt;");
-        else
-            text += c;
-    }
-    // It comes as bytes, where a byte order mark is none of the text; its own line feed at the end is gone.
-    if (text.startsWith(QChar(QChar::ByteOrderMark)))
-        text.remove(0, 1);
-    if (text.startsWith(QLatin1Char('\n')))
-        text.remove(0, 1);
-    return text.toStdWString();
+    std::set<std::wstring> lowerFiles;
+    for (const std::wstring& file : cache->files)
+        lowerFiles.insert(Base::CCommonString::LowerCaseFast(file));
+    std::vector<SSavedFileErrors> files = ReadSavedErrors(data.GetData(ErrorsItem), lowerFiles);
+    if (detailed && !files.empty())
+        ReadSavedDetails(data.GetData(DetailsItem), files);
+    return files;
 }
 
-QString Attribute(const QXmlStreamReader& reader, const char* name)
+/// The same.
+template <class TData> void Write(TData& data, const std::vector<SSavedFileErrors>& files, bool detailed)
 {
-    return reader.attributes().value(QString(), QLatin1String(name)).toString();
-}
-
-/// The value of an attribute in an element that has been taken out as a text of its own: in it, white space
-/// that was written as a reference stands for itself, and is read as blanks.
-QString TakenOut(QString value)
-{
-    value.replace(QLatin1String("\r\n"), QLatin1String(" "));
-    for (QChar& c : value)
-        if (c == QLatin1Char('\t') || c == QLatin1Char('\n') || c == QLatin1Char('\r'))
-            c = QLatin1Char(' ');
-    return value;
+    data.SetData(ErrorsItem, WriteSavedErrors(files));
+    if (detailed)
+        data.SetData(DetailsItem, WriteSavedDetails(files));
 }
 
 } // namespace
 
-std::wstring WriteSavedErrors(const std::vector<SSavedFileErrors>& files)
+struct CSavedErrors::SLoading
 {
-    std::wstring text = std::wstring(L"<errors version=\"") + Version + L"\">\n";
-    for (const auto& [file, errors] : files) {
-        text += L"<errfile name=\"" + file + L"\">\n";
-        for (const auto& [pos, code, type] : errors) {
-            text += L"\t<error val=\"";
-            for (const std::int64_t number : {pos.start.x, pos.start.y, pos.end.x, pos.end.y})
-                AppendNumber(text, number);
-            AppendNumber(text, code);
-            AppendNumber(text, type);
-            text += L"\"/>\n";
-        }
-        text += L"</errfile>\n";
-    }
-    return text + L"</errors>\n";
-}
+    std::function<void()> atEnd;
+    std::atomic<bool> isGivenUp{false};
+    std::vector<SSavedFileErrors> files; ///< once they have been read
+};
 
-std::vector<SSavedFileErrors> ReadSavedErrors(const std::wstring& text,
-                                              const std::set<std::wstring>& lowerFiles)
+std::vector<SSavedFileErrors> CSavedErrors::GetErrors(IProjectManager* pm)
 {
-    const QString xml = QString::fromStdWString(text);
-    if (text.empty() || !XML::IsHarmless(xml))
-        return {};
-    QXmlStreamReader reader(xml.toUtf8());
-    if (!FindElement(reader, "errors") || QueriedText(Attribute(reader, "version")) != Version)
-        return {};
     std::vector<SSavedFileErrors> files;
-    while (FindElement(reader, "errfile")) {
-        SSavedFileErrors file{QueriedText(TakenOut(Attribute(reader, "name"))), {}};
-        while (FindElement(reader, "error")) {
-            file.errors.push_back(ReadError(QueriedText(TakenOut(Attribute(reader, "val")))));
-            reader.skipCurrentElement();
-        }
-        if (lowerFiles.contains(Base::CCommonString::LowerCaseFast(file.file)))
-            files.push_back(std::move(file));
+    for (const std::wstring& file : pm->GetFiles()) {
+        std::vector<SCAError> errors;
+        m_errorsManager->GetErrors(file, errors);
+        if (!errors.empty())
+            files.push_back({file, std::move(errors), m_errorsManager->GetDetails(file)});
     }
     return files;
+}
+
+void CSavedErrors::Save(IProjectManager* pm)
+{
+    Write(*pm, GetErrors(pm), m_errorsManager->IsDetailed());
+}
+
+void CSavedErrors::SaveInBackground(IProjectManager* pm)
+{
+    const auto data = pm->GetProjectData();
+    if (!data)
+        return Save(pm);
+    const auto files = std::make_shared<std::vector<SSavedFileErrors>>(GetErrors(pm));
+    m_background.Run([data, files, detailed = m_errorsManager->IsDetailed()] {
+        try {
+            Write(*data, *files, detailed);
+        } catch (...) {
+            // As much as the host lets one know of a text that it could not keep.
+        }
+    });
+}
+
+void CSavedErrors::Load(IProjectManager* pm, CCAErrorsBar* bar)
+{
+    const auto cache = pm->GetFilesCache();
+    const auto files = Read(*pm, cache.get(), m_errorsManager->IsDetailed());
+    if (bar)
+        bar->BeginMany();
+    const auto end = qScopeGuard([bar] {
+        if (bar)
+            bar->EndMany();
+    });
+    for (const auto& [file, errors, details] : files)
+        m_errorsManager->AddErrorsMT(file, errors, details);
+}
+
+bool CSavedErrors::BeginLoading(IProjectManager* pm, CCAErrorsBar* bar, std::function<void()> atEnd)
+{
+    const auto data = pm->GetProjectData();
+    if (!data || !bar)
+        return false;
+    GiveUpLoading();
+    m_loading = std::make_shared<SLoading>();
+    m_loading->atEnd = std::move(atEnd);
+    m_background.Run([this, bar, data, cache = pm->GetFilesCache(), loading = m_loading,
+                      detailed = m_errorsManager->IsDetailed()] {
+        if (loading->isGivenUp)
+            return;
+        try {
+            loading->files = Read(*data, cache.get(), detailed);
+        } catch (...) {
+            // Errors that cannot be restored are found anew.
+        }
+        QMetaObject::invokeMethod(
+            bar, [this, loading] { EndLoading(loading); }, Qt::QueuedConnection);
+    });
+    return true;
+}
+
+bool CSavedErrors::GiveUpLoading()
+{
+    if (m_loading)
+        m_loading->isGivenUp = true;
+    return std::exchange(m_loading, nullptr) != nullptr;
+}
+
+void CSavedErrors::EndLoading(const std::shared_ptr<SLoading>& loading)
+{
+    if (m_loading != loading)
+        return; // the project has gone meanwhile
+    m_loading.reset();
+    // A document that was open before has been checked meanwhile, or is about to be.
+    for (const auto& [file, errors, details] : loading->files)
+        if (!m_errorsManager->MayHaveErrors(file))
+            m_errorsManager->AddErrorsGradually(file, errors, details);
+    loading->atEnd();
 }
 
 } // namespace Kesh::CodeAnalyzer

@@ -1,27 +1,50 @@
 #pragma once
 
-#include "Kesh/CodeAnalyzer/SCAError.h"
+#include "Components/CABackground.h"
+#include "Components/CASavedErrorsText.h"
+#include "Kesh/ProjectManager/IProjectManager.h"
 
-#include <set>
-#include <string>
+#include <functional>
+#include <memory>
 #include <vector>
 
 namespace Kesh::CodeAnalyzer {
 
-/// The errors of one file as they are kept with a project.
-struct SSavedFileErrors
+class CCAErrorsBar;
+class CCAErrorsManager;
+
+/// Keeps the errors of a project's files with the project, and for a host that has asked for it what is known
+/// of them beyond their records. GUI thread.
+class CSavedErrors
 {
-    std::wstring file;
-    std::vector<SCAError> errors;
+public:
+    /// Not owned.
+    void Init(CCAErrorsManager* errorsManager) { m_errorsManager = errorsManager; }
+
+    void Save(ProjectManager::IProjectManager* pm);
+    /// The same in the background, if the host can have it so.
+    void SaveInBackground(ProjectManager::IProjectManager* pm);
+    /// What has been saved, into the store. `bar` may be null.
+    void Load(ProjectManager::IProjectManager* pm, CCAErrorsBar* bar);
+    /// The same in the background; then it calls `atEnd`, unless it is given up before. False: the host
+    /// cannot have it so.
+    bool BeginLoading(ProjectManager::IProjectManager* pm, CCAErrorsBar* bar, std::function<void()> atEnd);
+    bool IsLoading() const { return m_loading != nullptr; }
+    /// Whether there was something that has not been read yet.
+    bool GiveUpLoading();
+    /// For the end of what is read or written in the background.
+    void Wait() { m_background.Wait(); }
+
+private:
+    struct SLoading;
+
+    /// The errors of the project's files.
+    std::vector<SSavedFileErrors> GetErrors(ProjectManager::IProjectManager* pm);
+    void EndLoading(const std::shared_ptr<SLoading>& loading);
+
+    CCAErrorsManager* m_errorsManager = nullptr;
+    std::shared_ptr<SLoading> m_loading; ///< null: nothing is being read
+    CCABackground m_background;          ///< ends before the rest
 };
-
-/// The text that keeps errors from one run of the host to the next. Paths go into it as they are: one with a
-/// quote, "&" or "<" makes a text that cannot be read back.
-std::wstring WriteSavedErrors(const std::vector<SSavedFileErrors>& files);
-
-/// The errors in such a text of those files that are among `lowerFiles` (paths in lower case); none from a
-/// text that cannot be read or is of another version.
-std::vector<SSavedFileErrors> ReadSavedErrors(const std::wstring& text,
-                                              const std::set<std::wstring>& lowerFiles);
 
 } // namespace Kesh::CodeAnalyzer

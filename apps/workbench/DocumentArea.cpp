@@ -25,9 +25,6 @@ namespace Kesh::Workbench {
 
 namespace {
 
-/// Programs write a file in several steps; the last of them counts.
-constexpr int DiskDelay = 150; // ms
-
 QString Shown(const std::wstring& path)
 {
     return Host::PathToQt(path);
@@ -42,7 +39,8 @@ CDocumentArea::CDocumentArea(Host::CApplication& application, IPrompts& prompts)
       m_stack(new QStackedWidget),
       m_welcome(new QLabel),
       m_tabs(new QTabWidget),
-      m_findBar(new CFindBar)
+      m_findBar(new CFindBar),
+      m_disk(application.Documents(), *m_strip, [this](Host::CDocument& document) { Reload(document); })
 {
     m_welcome->setAlignment(Qt::AlignCenter);
     m_welcome->setTextFormat(Qt::RichText);
@@ -66,10 +64,6 @@ CDocumentArea::CDocumentArea(Host::CApplication& application, IPrompts& prompts)
         if (Host::CDocument* document = DocumentOf(m_tabs->widget(index)))
             Close(*document);
     });
-    m_diskTimer.setSingleShot(true);
-    m_diskTimer.setInterval(DiskDelay);
-    connect(&m_watcher, &QFileSystemWatcher::fileChanged, &m_diskTimer, qOverload<>(&QTimer::start));
-    connect(&m_diskTimer, &QTimer::timeout, this, &CDocumentArea::CheckDisk);
     m_application.Documents().SetHolderFactory(
         [this](Host::CDocument& document) { return MakeHolder(document); });
     m_application.Documents().SetOpenGuard([this](const std::wstring& path) { return Refuse(path); });
@@ -107,7 +101,7 @@ std::unique_ptr<Editor::ITextHolder> CDocumentArea::MakeHolder(Host::CDocument& 
     m_tabs->setTabToolTip(m_tabs->indexOf(editor), PlainTip(Shown(document.GetPath())));
     ApplyTheme(*editor, m_choices.fontSize);
     m_stack->setCurrentWidget(m_tabs);
-    m_watcher.addPath(Shown(document.GetPath()));
+    m_disk.Follow(document.GetPath());
     return holder;
 }
 
@@ -335,9 +329,9 @@ bool CDocumentArea::Save(Host::CDocument& document)
     try {
         const bool written = WriteDocument(document);
         if (written)
-            SettleDisk(document.GetPath());
+            m_disk.Settle(document.GetPath());
         // A file that was replaced as a whole is another one for the watcher.
-        m_watcher.addPath(Shown(document.GetPath()));
+        m_disk.Follow(document.GetPath());
         return written;
     } catch (const Base::CWorkError& fault) {
         ReportUnsaved(document.GetPath(), fault.GetMessage());
@@ -360,14 +354,13 @@ bool CDocumentArea::SaveAs(Host::CDocument& document)
     if (!CanWrite(document))
         return false;
     try {
-        const QString before = Shown(document.GetPath());
+        const std::wstring before = document.GetPath();
         if (!WriteAs(path, [&](const Host::SWriteRules& rules) {
                 m_application.Documents().SaveAs(document, path, rules);
             }))
             return false;
-        m_watcher.removePath(before);
-        SettleDisk(Host::PathFromQt(before));
-        m_watcher.addPath(Shown(path));
+        m_disk.Leave(before);
+        m_disk.Follow(path);
     } catch (const Base::CWorkError& fault) {
         ReportUnsaved(path, fault.GetMessage());
         return false;
@@ -435,8 +428,7 @@ void CDocumentArea::DiscardAll()
 
 void CDocumentArea::Discard(Host::CDocument& document)
 {
-    m_watcher.removePath(Shown(document.GetPath()));
-    SettleDisk(document.GetPath());
+    m_disk.Leave(document.GetPath());
     if (document.IsModified()) {
         try {
             // The validator has seen the edits, and must see them go.
@@ -446,56 +438,6 @@ void CDocumentArea::Discard(Host::CDocument& document)
         }
     }
     m_application.Documents().Close(document);
-}
-
-void CDocumentArea::CheckDisk()
-{
-    for (Host::CDocument* document : m_application.Documents().GetDocuments())
-        if (document->IsStale())
-            OnChangedOnDisk(*document);
-        else
-            m_watcher.addPath(Shown(document->GetPath()));
-}
-
-void CDocumentArea::OnChangedOnDisk(Host::CDocument& document)
-{
-    const std::wstring path = document.GetPath();
-    const QString name = Shown(Host::FileName(path));
-    const Host::SFileStamp stamp = Host::StampOf(path);
-    const bool exists = stamp.size >= 0;
-    if (exists)
-        m_watcher.addPath(Shown(path));
-    if (exists && !document.IsModified()) {
-        Reload(document);
-        return;
-    }
-    // The file stays what it is, another one than the document's, until the user has decided.
-    const auto [told, isNew] = m_toldStamps.try_emplace(path, stamp);
-    if (!isNew && told->second == stamp)
-        return;
-    told->second = stamp;
-    m_strip->Withdraw(Shown(path));
-    if (!exists) {
-        m_strip->Show(Tr("%1 is no longer on disk. Save it to keep it.").arg(name), {}, Shown(path));
-        return;
-    }
-    const auto ifOpen = [this, path](auto action) {
-        return [this, path, action] {
-            if (Host::CDocument* still = m_application.Documents().Find(path))
-                action(*still);
-        };
-    };
-    m_strip->Show(
-        Tr("%1 has been changed by another program, and has unsaved edits here.").arg(name),
-        {{Tr("&Reload"), ifOpen([this](Host::CDocument& still) { Reload(still); })},
-         {Tr("&Keep my edits"), ifOpen([stamp](Host::CDocument& still) { still.AcknowledgeDisk(stamp); })}},
-        Shown(path));
-}
-
-void CDocumentArea::SettleDisk(const std::wstring& path)
-{
-    m_toldStamps.erase(path);
-    m_strip->Withdraw(Shown(path));
 }
 
 void CDocumentArea::Reload(Host::CDocument& document)
@@ -509,7 +451,7 @@ void CDocumentArea::LoadKeepingPlace(Host::CDocument& document, const std::funct
     const SyntaxParser::CIterator caret = editor->GetCaretPosition();
     const int firstLine = editor->firstVisibleLine();
     const Host::SFileStamp stamp = Host::StampOf(document.GetPath());
-    SettleDisk(document.GetPath());
+    m_disk.Settle(document.GetPath());
     try {
         load();
     } catch (const Base::CWorkError& fault) {

@@ -2,13 +2,12 @@
 
 #include "Application/FileIO.h"
 #include "CodeEditor.h"
+#include "DiskWatch.h"
 #include "Kesh/SyntaxParser/Position.h"
 #include "Preferences.h"
 #include "SyntaxParser/SourceText.h"
 
-#include <QFileSystemWatcher>
 #include <QTabWidget>
-#include <QTimer>
 #include <QUrl>
 #include <QWidget>
 #include <functional>
@@ -81,7 +80,7 @@ public:
     void SetTipSource(CCodeEditor::TTipSource source) { m_tips = std::move(source); }
     void ApplyChoices(const SChoices& choices);
     /// Looks whether open files have changed on disk.
-    void CheckDisk();
+    void CheckDisk() { m_disk.Check(); }
     void ShowNextTab(int step);
 
     CMessageStrip& GetMessageStrip() { return *m_strip; }
@@ -121,9 +120,6 @@ private:
     void TellOfLineEnds(Host::CDocument& document);
     /// Closes without a question; what is on disk is what has last been checked.
     void Discard(Host::CDocument& document);
-    void OnChangedOnDisk(Host::CDocument& document);
-    /// The state on disk is the document's, or nobody's concern any more.
-    void SettleDisk(const std::wstring& path);
     void Report(const std::wstring& path, const std::wstring& reason);
     void ReportUnsaved(const std::wstring& path, const std::wstring& reason);
 
@@ -141,10 +137,7 @@ private:
     bool m_making = false;                                  ///< a document is not complete yet
     std::set<std::wstring> m_linksOut;                      ///< through which the user has agreed to save
     std::wstring m_refused; ///< the binary file that Open() was asked for last
-    /// What was on disk, by path, when the user was told of it.
-    std::map<std::wstring, Host::SFileStamp> m_toldStamps;
-    QFileSystemWatcher m_watcher;
-    QTimer m_diskTimer;
+    CDiskWatch m_disk;
 };
 
 } // namespace Kesh::Workbench

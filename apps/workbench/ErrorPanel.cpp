@@ -56,20 +56,7 @@ CErrorPanel::CErrorPanel(QTreeWidget& list, CErrorWatch& watch)
     m_scope->addItems({Tr("Everywhere"), Tr("In this file"), Tr("In open files"), Tr("In the project")});
     m_counts->setObjectName(QStringLiteral("errorPanelCounts"));
     list.setAccessibleName(Tr("Errors"));
-
-    auto* line = new QHBoxLayout;
-    line->setContentsMargins(4, 2, 4, 2);
-    line->addWidget(m_text, 1);
-    line->addWidget(m_severity);
-    line->addWidget(m_scope);
-    line->addSpacing(6);
-    line->addWidget(m_counts);
-    auto* layout = new QVBoxLayout(this);
-    layout->setContentsMargins(0, 0, 0, 0);
-    layout->setSpacing(0);
-    layout->addLayout(line);
-    layout->addWidget(&list, 1);
-    setFocusProxy(&list);
+    Arrange(list);
 
     m_delegate->SetTypeSource([this](int index) {
         const std::optional<SRow> row = GetRow(m_list ? m_list->topLevelItem(index) : nullptr);
@@ -99,6 +86,23 @@ CErrorPanel::CErrorPanel(QTreeWidget& list, CErrorWatch& watch)
         connect(choice, qOverload<int>(&QComboBox::currentIndexChanged), this, &CErrorPanel::Filter);
     connect(&watch, &CErrorWatch::changed, this, &CErrorPanel::OnWatchChanged);
     ShowCounts();
+}
+
+void CErrorPanel::Arrange(QTreeWidget& list)
+{
+    auto* line = new QHBoxLayout;
+    line->setContentsMargins(4, 2, 4, 2);
+    line->addWidget(m_text, 1);
+    line->addWidget(m_severity);
+    line->addWidget(m_scope);
+    line->addSpacing(6);
+    line->addWidget(m_counts);
+    auto* layout = new QVBoxLayout(this);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->setSpacing(0);
+    layout->addLayout(line);
+    layout->addWidget(&list, 1);
+    setFocusProxy(&list);
 }
 
 CErrorPanel::~CErrorPanel()

@@ -66,6 +66,7 @@ protected:
 private:
     enum EScope { Everywhere, ThisFile, OpenFiles, InProject };
 
+    void Arrange(QTreeWidget& list);
     bool OnListKey(class QKeyEvent& event);
     void TypeAhead(const QString& text);
     void Copy(bool pathOnly);

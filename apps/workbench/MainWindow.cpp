@@ -4,32 +4,32 @@
 #include "Application/FilePath.h"
 #include "Application/Printable.h"
 #include "Base/Exception.h"
+#include "CheckControl.h"
 #include "CodeEditor.h"
 #include "DocumentArea.h"
 #include "EditorTheme.h"
 #include "ErrorHelp.h"
-#include "ErrorPanel.h"
+#include "ErrorList.h"
 #include "ErrorWatch.h"
 #include "FileTree.h"
-#include "FindBar.h"
 #include "FormatChoice.h"
-#include "GrammarChoice.h"
 #include "Languages.h"
 #include "MenuBuilder.h"
 #include "MessageStrip.h"
 #include "ProjectManager/ProjectManager.h"
-#include "SearchPanel.h"
+#include "ProjectSession.h"
+#include "SearchDock.h"
 #include "SettingsDialog.h"
 #include "StatusLine.h"
-#include "SyntaxParser/ParserComponent.h"
 #include "Texts.h"
+#include "WindowMenus.h"
 
 #include <QApplication>
 #include <QCloseEvent>
-#include <QDir>
 #include <QDockWidget>
-#include <QFileInfo>
+#include <QDropEvent>
 #include <QMenuBar>
+#include <QMimeData>
 #include <QPointer>
 #include <QScreen>
 #include <QStatusBar>
@@ -40,7 +40,6 @@ namespace Kesh::Workbench {
 namespace {
 
 constexpr int LayoutVersion = 1;
-constexpr int ProgressInterval = 100; // ms
 
 /// What the system gave the program, whatever later windows have made of it.
 const QPalette& SystemPalette()
@@ -70,20 +69,47 @@ CMainWindow::CMainWindow(Host::CFileSettings& settings, LangSupport::ILangSource
     : m_settings(settings),
       m_preferences(settings),
       m_dialogs(this),
-      m_prompts(&m_dialogs),
       m_frame(*this),
       m_application(
           std::make_unique<Host::CApplication>(Host::CApplication::SParts{m_frame, settings, translations})),
       m_area(new CDocumentArea(*m_application, m_dialogs)),
       m_tree(new CFileTree),
       m_treeDock(new QDockWidget(Tr("Project"), this)),
+      m_search(new CSearchDock(*m_application, *m_area)),
       m_status(new CStatusLine(*statusBar())),
       m_format(new CFormatChoice(*m_area)),
-      m_help(new CErrorHelp(*m_application, *m_area))
+      m_help(new CErrorHelp(*m_application, *m_area)),
+      m_errorList(new CErrorList({*m_application, m_frame, *m_area, *m_status, *m_help, *this})),
+      m_check(new CCheckControl({*m_application, m_frame, *m_status, m_area->GetMessageStrip()})),
+      m_project(new CProjectSession({*m_application, m_preferences, *m_area, *m_tree, *m_status, *m_check})),
+      m_files(*m_application, *m_area, *m_project, m_dialogs)
 {
     s_window = this;
     Host::SetFaultSink(&ShowFault);
     setObjectName(QStringLiteral("workbench"));
+    for (QObject* part :
+         std::initializer_list<QObject*>{m_status, m_format, m_help, m_errorList, m_check, m_project})
+        part->setParent(this);
+    setAcceptDrops(true);
+    MakeDocks();
+    m_status->SetFormatMenus(m_format->GetEncodingMenu(), m_format->GetLineEndMenu());
+    m_menus = new CWindowMenus({*this, *m_area, *m_format, *m_help, *m_errorList, *m_check, *m_project,
+                                m_files, *m_tree, *m_treeDock, *m_search});
+    m_menus->setParent(this);
+    Wire();
+    FollowProjectData();
+
+    const SChoices choices = m_preferences.GetChoices();
+    QApplication::setPalette(MakePalette(choices.appearance, SystemPalette()));
+    m_area->ApplyChoices(choices);
+    LoadValidator();
+    RestoreLayout();
+    m_project->ShowWelcome();
+    OnCurrentChanged();
+}
+
+void CMainWindow::MakeDocks()
+{
     setCentralWidget(m_area);
     setDockNestingEnabled(true);
     m_treeDock->setObjectName(QStringLiteral("projectTree"));
@@ -91,56 +117,33 @@ CMainWindow::CMainWindow(Host::CFileSettings& settings, LangSupport::ILangSource
     addDockWidget(Qt::LeftDockWidgetArea, m_treeDock);
     resizeDocks({m_treeDock}, {fontMetrics().averageCharWidth() * 36}, Qt::Horizontal);
     resize(QSize(1200, 800).boundedTo(screen()->availableSize() * 0.95));
-    AddSearchPanel();
-    m_status->setParent(this);
-    m_format->setParent(this);
-    m_status->SetFormatMenus(m_format->GetEncodingMenu(), m_format->GetLineEndMenu());
-    m_help->setParent(this);
-    setAcceptDrops(true);
-    MakeActions();
+    addDockWidget(Qt::BottomDockWidgetArea, m_search);
+    m_search->hide();
+}
 
+void CMainWindow::Wire()
+{
     connect(m_tree, &CFileTree::fileActivated, this,
             [this](const QString& path) { m_area->Open(Host::PathFromQt(path)); });
     connect(m_area, &CDocumentArea::currentChanged, this, &CMainWindow::OnCurrentChanged);
     connect(m_area, &CDocumentArea::caretMoved, this, &CMainWindow::OnCaretMoved);
-    connect(m_area, &CDocumentArea::linkActivated, this,
-            [this](const QString& link) { OpenProject(Host::PathFromQt(link)); });
-    connect(&m_frame, &CMainFrame::progressTextChanged, this, [this](const QString& text) {
-        m_status->ShowProgress(text.isEmpty() ? text : Tr(text.toUtf8().constData()));
-        m_status->OfferStop(!text.isEmpty());
-        if (text.isEmpty() && m_errors && !m_stopped)
-            m_errors->SetChecked(true);
-        text.isEmpty() ? m_progressTick.stop() : m_progressTick.start(ProgressInterval);
-    });
-    connect(m_status, &CStatusLine::stopRequested, this, [this] {
-        m_stopped = true;
-        if (m_plugin)
-            m_plugin->ProjectCheck().Stop();
-    });
-    connect(&m_progressTick, &QTimer::timeout, this, &CMainWindow::OnProgressTick);
     connect(m_area, &CDocumentArea::urlsDropped, this, &CMainWindow::OpenUrls);
-    connect(m_help, &CErrorHelp::failed, this,
-            [this](const QString& text) { m_area->GetMessageStrip().Show(text); });
-    connect(m_help, &CErrorHelp::settingsChanged, this, &CMainWindow::RefreshProject);
-    connect(&m_opener, &CProjectOpener::listed, this, &CMainWindow::OnListed);
-    m_area->SetTipSource([this](const SyntaxParser::CIterator& pos, bool wholeLine) {
-        return m_help->GetTips(pos, wholeLine);
-    });
     connect(m_area, &CDocumentArea::explainRequested, this,
             [this](int code) { m_help->Explain(code, this); });
     connect(m_area, &CDocumentArea::mendRequested, m_help, &CErrorHelp::OfferFixes);
-    m_application->Parser().SetParsedHook([this](const SyntaxParser::CParserComponent::SParsed& parsed) {
-        if (!parsed.complete)
-            return;
-        QMetaObject::invokeMethod(
-            this,
-            [this, path = parsed.path] {
-                if (m_errors)
-                    m_errors->NoteParsed(path);
-            },
-            Qt::QueuedConnection);
+    m_area->SetTipSource([this](const SyntaxParser::CIterator& pos, bool wholeLine) {
+        return m_help->GetTips(pos, wholeLine);
     });
-    m_application->Parser().SetFileHook([this](const std::wstring&) { ++m_filesAsked; });
+    connect(m_help, &CErrorHelp::failed, this,
+            [this](const QString& text) { m_area->GetMessageStrip().Show(text); });
+    connect(m_help, &CErrorHelp::settingsChanged, m_project, &CProjectSession::Refresh);
+    connect(m_project, &CProjectSession::changed, this, &CMainWindow::OnCurrentChanged);
+    connect(m_project, &CProjectSession::closed, m_search, &CSearchDock::Clear);
+    connect(m_menus, &CWindowMenus::settingsRequested, this, &CMainWindow::EditSettings);
+}
+
+void CMainWindow::FollowProjectData()
+{
     m_application->Project().GetDataErrorSignal().connect([this](const std::wstring& reason) {
         m_area->GetMessageStrip().Show(
             Tr("The project's errors could not be kept: %1").arg(QString::fromStdWString(reason)));
@@ -153,23 +156,11 @@ CMainWindow::CMainWindow(Host::CFileSettings& settings, LangSupport::ILangSource
         if (m_leaving && !m_application->Project().IsDataHeld())
             m_stays ? BackAgain() : static_cast<void>(close());
     });
-    m_application->Threads().GetStartErrorSignal().connect([this] {
-        m_area->GetMessageStrip().Show(
-            Tr("The check could not be started: the system has no thread to give. Try again later."));
-    });
-
-    const SChoices choices = m_preferences.GetChoices();
-    QApplication::setPalette(MakePalette(choices.appearance, SystemPalette()));
-    m_area->ApplyChoices(choices);
-    LoadValidator();
-    RestoreLayout();
-    ShowWelcome();
-    OnCurrentChanged();
 }
 
 CMainWindow::~CMainWindow()
 {
-    m_opener.Cancel();
+    m_project->Cancel();
     m_area->DiscardAll();
     m_application->Project().Close();
     UnloadValidator();
@@ -187,7 +178,6 @@ void CMainWindow::LoadValidator()
         m_area->GetMessageStrip().Show(QString::fromStdWString(fault.GetMessage()));
         return;
     }
-    ChooseGrammarFor(m_application->Project().GetFolder());
     m_frame.AddBars();
     m_errors = std::make_unique<CErrorWatch>(m_plugin->Errors(), m_plugin->ErrorsManager());
     m_errors->SetTextSource([this](const std::wstring& file) -> std::optional<std::wstring> {
@@ -197,36 +187,41 @@ void CMainWindow::LoadValidator()
                 return document->GetBuffer()->GetText(L"\n");
         return {};
     });
-    ArrangeErrorList();
-    ShowPluginMenu(m_frame.FillMenu(), *menuBar(), m_helpMenuAction);
-    for (QDockWidget* dock : m_frame.GetDocks()) {
-        m_viewMenu->addAction(dock->toggleViewAction());
-        tabifyDockWidget(m_searchDock, dock);
-    }
+    ShowValidator();
     GiveCustomNames(m_preferences.GetChoices());
     m_plugin->ProjectCheck().SetComplete(m_preferences.GetChoices().checksMarkup);
-    m_plugin->ProjectCheck().SetGradual(true);
-    m_plugin->ProjectCheck().SetThorough(true);
-    m_plugin->Errors().GetFailedSignal().connect(
-        [this](const std::wstring& file, const std::wstring& reason) {
-            m_area->GetMessageStrip().Show(
-                Tr("The check of %1 failed: %2")
-                    .arg(QString::fromStdWString(file), QString::fromStdWString(reason)));
-        });
+    m_check->SetPlugin(m_plugin.get(), m_errors.get());
     m_help->SetPlugin(m_plugin.get(), m_errors.get());
-    UseRules(m_rules);
+    m_project->SetPlugin(m_plugin.get(), m_errors.get());
     connect(m_errors.get(), &CErrorWatch::changed, this, &CMainWindow::OnErrorsChanged);
     m_area->SetErrorWatch(m_errors.get());
     m_tree->SetErrorWatch(m_errors.get());
+    m_search->SetErrorWatch(m_errors.get());
     OnErrorsChanged();
+}
+
+void CMainWindow::ShowValidator()
+{
+    m_errorList->SetWatch(m_errors.get());
+    if (m_preferences.GetColumnWidths().empty())
+        m_errorList->ArrangeColumns();
+    ShowPluginMenu(m_frame.FillMenu(), *menuBar(), m_menus->GetHelpAction());
+    for (QDockWidget* dock : m_frame.GetDocks()) {
+        m_menus->GetViewMenu().addAction(dock->toggleViewAction());
+        tabifyDockWidget(m_search, dock);
+    }
+    OnCurrentChanged();
 }
 
 void CMainWindow::UnloadValidator()
 {
     m_area->SetErrorWatch(nullptr);
     m_tree->SetErrorWatch(nullptr);
-    delete m_panel; // lets the list go, which is the validator's
+    m_search->SetErrorWatch(nullptr);
+    m_errorList->SetWatch(nullptr);
     m_help->SetPlugin(nullptr, nullptr);
+    m_project->SetPlugin(nullptr, nullptr);
+    m_check->SetPlugin(nullptr, nullptr);
     m_errors.reset();
     m_plugin.reset();
 }
@@ -250,18 +245,6 @@ void CMainWindow::RestartValidator()
     m_application->Documents().Resume();
 }
 
-void CMainWindow::ChooseGrammarFor(const std::wstring& folder)
-{
-    CodeAnalyzer::IGrammarCheck* grammar = m_plugin ? m_plugin->GrammarCheck() : nullptr;
-    if (!grammar)
-        return;
-    try {
-        ChooseGrammar(*grammar, m_preferences.GetChoices().grammar, folder);
-    } catch (const Base::CWorkError& fault) {
-        m_area->GetMessageStrip().Show(QString::fromStdWString(fault.GetMessage()));
-    }
-}
-
 void CMainWindow::GiveCustomNames(const SChoices& choices)
 {
     const auto wide = [](const QStringList& names) {
@@ -276,7 +259,7 @@ void CMainWindow::GiveCustomNames(const SChoices& choices)
 
 void CMainWindow::SetPrompts(IPrompts& prompts)
 {
-    m_prompts = &prompts;
+    m_files.SetPrompts(prompts);
     m_area->SetPrompts(prompts);
 }
 
@@ -291,137 +274,42 @@ void CMainWindow::OpenPath(const std::wstring& path)
 
 void CMainWindow::OpenProject(const std::wstring& folder)
 {
-    if (!CloseProject())
-        return;
-    m_status->ShowProgress(Tr("Looking for files..."));
-    m_opener.Start(Host::AbsolutePath(folder));
-}
-
-void CMainWindow::OnListed(const SProjectListing& listing)
-{
-    const std::wstring& folder = listing.folder;
-    m_status->ShowProgress({});
-    const QString shown = Host::PathToQt(folder);
-    if (!listing.problem.isEmpty()) {
-        m_area->GetMessageStrip().Show(shown + QStringLiteral(": ") + listing.problem);
-        return;
-    }
-    if (!listing.rulesProblem.isEmpty())
-        m_area->GetMessageStrip().Show(listing.rulesProblem);
-    m_filesAsked = 0;
-    m_stopped = false;
-    const bool isOpen = m_application->Project().GetFolder() == folder;
-    if (m_errors && !isOpen)
-        m_errors->SetChecked(false);
-    UseRules(listing.rules);
-    ChooseGrammarFor(folder);
-    if (isOpen) {
-        m_application->ReopenProject(listing.files);
-    } else {
-        m_application->OpenProject(folder, listing.files);
-        m_tree->SetFolder(shown);
-        m_preferences.AddRecentProject(shown);
-    }
-    ShowWelcome();
-    OnCurrentChanged();
+    m_project->Open(folder);
 }
 
 bool CMainWindow::CloseProject()
 {
-    m_opener.Cancel();
-    if (!m_application->Project().GetProjectManager()->IsOpened())
-        return true;
-    // While the project is open the errors of its closed files stay, to be kept with it.
-    if (!m_area->CloseAll())
-        return false;
-    m_application->Project().Close();
-    ShowNoProject();
-    return true;
+    return m_project->Close();
 }
 
-void CMainWindow::ShowNoProject()
+void CMainWindow::RestoreSession()
 {
-    UseRules(std::make_shared<SProjectRules>());
-    if (m_errors)
-        m_errors->SetChecked(false);
-    m_search->Clear();
-    m_tree->SetFolder({});
-    ShowWelcome();
-    OnCurrentChanged();
+    m_project->Restore();
 }
 
-void CMainWindow::RefreshProject()
+void CMainWindow::OpenUrls(const QList<QUrl>& urls)
 {
-    if (const std::wstring& folder = m_application->Project().GetFolder(); !folder.empty())
-        m_opener.Start(folder);
+    for (const QUrl& url : urls)
+        if (url.isLocalFile())
+            OpenPath(Host::AbsolutePath(Host::PathFromQt(url.toLocalFile())));
 }
 
-void CMainWindow::NewFile()
+void CMainWindow::dragEnterEvent(QDragEnterEvent* event)
 {
-    const QString name = m_prompts->AskSaveName(FolderToStartFrom() + QStringLiteral("/"));
-    if (name.isEmpty())
-        return;
-    const std::wstring path = Host::AbsolutePath(Host::PathFromQt(name));
-    try {
-        if (Host::StampOf(path).size < 0) {
-            if (Host::LinkTarget(path) != path)
-                throw Base::CWorkError(L"is a link that leads nowhere", __LINE__,
-                                       "apps/workbench/MainWindow");
-            Host::WriteFileBytes(path, "");
-        }
-        m_area->Open(path);
-    } catch (const Base::CWorkError& fault) {
-        m_area->GetMessageStrip().Show(name + QStringLiteral(": ") +
-                                       QString::fromStdWString(fault.GetMessage()));
-    }
+    if (event->mimeData()->hasUrls())
+        event->acceptProposedAction();
 }
 
-void CMainWindow::ChooseFile()
+void CMainWindow::dropEvent(QDropEvent* event)
 {
-    if (const QString name = m_prompts->AskOpenFile(FolderToStartFrom()); !name.isEmpty())
-        m_area->Open(Host::PathFromQt(name));
-}
-
-void CMainWindow::ChooseFolder()
-{
-    if (const QString name = m_prompts->AskFolder(FolderToStartFrom()); !name.isEmpty())
-        OpenProject(Host::PathFromQt(name));
-}
-
-QString CMainWindow::FolderToStartFrom() const
-{
-    if (Host::CDocument* document = m_area->GetCurrent())
-        return QFileInfo(Host::PathToQt(document->GetPath())).path();
-    if (const std::wstring& folder = m_application->Project().GetFolder(); !folder.empty())
-        return Host::PathToQt(folder);
-    return QDir::homePath();
-}
-
-void CMainWindow::GoToLine()
-{
-    CCodeEditor* editor = m_area->GetCurrentEditor();
-    if (!editor)
-        return;
-    const auto line = static_cast<int>(editor->GetCaretPosition().y);
-    if (const int wanted = m_prompts->AskLine(line + 1, editor->lines())) {
-        editor->SetCaretPosition({0, wanted - 1});
-        editor->CenterCaret();
-        editor->setFocus();
-    }
-}
-
-void CMainWindow::RunCheck(const char* command)
-{
-    m_filesAsked = 0;
-    m_stopped = false;
-    if (m_plugin)
-        Host::Guard(L"check", [&] { m_plugin->RunCommand(command); });
+    event->acceptProposedAction();
+    OpenUrls(event->mimeData()->urls());
 }
 
 void CMainWindow::EditSettings()
 {
     SChoices choices = m_preferences.GetChoices();
-    choices.columnWidths = GetErrorColumnWidths();
+    choices.columnWidths = m_errorList->GetColumnWidths();
     CSettingsDialog dialog(choices, GetLanguages(m_preferences.GetTranslationFolder()), this);
     if (dialog.exec() == QDialog::Accepted)
         ApplyChoices(dialog.GetChoices());
@@ -433,10 +321,10 @@ void CMainWindow::ApplyChoices(const SChoices& choices)
     m_preferences.SetChoices(choices);
     QApplication::setPalette(MakePalette(choices.appearance, SystemPalette()));
     m_area->ApplyChoices(choices);
-    SetErrorColumnWidths(choices.columnWidths);
+    m_errorList->SetColumnWidths(choices.columnWidths);
     if (m_plugin && choices.checksMarkup != old.checksMarkup) {
         m_plugin->ProjectCheck().SetComplete(choices.checksMarkup);
-        RefreshProject();
+        m_project->Refresh();
     }
     if (m_plugin && (choices.customTags != old.customTags ||
                      choices.customAttributes != old.customAttributes || choices.grammar != old.grammar))
@@ -452,17 +340,9 @@ void CMainWindow::OnCurrentChanged()
 {
     Host::CDocument* document = m_area->GetCurrent();
     const std::wstring& folder = m_application->Project().GetFolder();
-    for (QAction* action : m_documentActions)
-        action->setEnabled(document != nullptr);
-    for (QAction* action : m_projectActions)
-        action->setEnabled(!folder.empty());
-    if (m_panel) {
-        std::set<std::wstring> open;
-        for (Host::CDocument* each : m_application->Documents().GetDocuments())
-            open.insert({each->GetPath(), each->GetResolvedPath()});
-        m_panel->SetFolder(Host::PathToQt(folder));
-        m_panel->SetOpenFiles(std::move(open));
-    }
+    m_menus->SetHasDocument(document != nullptr);
+    m_menus->SetHasProject(!folder.empty());
+    m_errorList->FollowCurrent();
     QString title = QStringLiteral("Code Analyzer");
     if (!folder.empty())
         title.prepend(Host::PathToQt(Host::FileName(folder)) + QStringLiteral(" - "));
@@ -491,21 +371,21 @@ void CMainWindow::OnCaretMoved()
     const SyntaxParser::CIterator caret =
         editor && m_area->GetCurrent() ? editor->GetCaretPosition() : SyntaxParser::CIterator{-1, -1};
     m_status->ShowCaret(caret.y, caret.x);
-    if (m_panel)
-        m_panel->SetCaret(caret.y < 0 ? std::wstring() : m_area->GetCurrent()->GetPath(), caret);
+    m_errorList->FollowCaret(caret);
 }
 
-void CMainWindow::OnProgressTick()
+void CMainWindow::OnErrorsChanged()
 {
-    const std::size_t total = m_application->Project().GetProjectManager()->GetFiles().size();
-    m_status->SetProgress(std::min(m_filesAsked.load(), total), total);
+    const CErrorWatch::SCounts total = m_errors->GetTotal();
+    m_status->ShowCounts(total.errors, total.warnings, m_errors->HasChecked());
+    m_menus->SetHasErrors(total.errors + total.warnings > 0);
 }
 
 void CMainWindow::SaveLayout()
 {
     m_preferences.SetLayout("geometry", saveGeometry());
     m_preferences.SetLayout("docks", saveState(LayoutVersion));
-    if (const std::vector<int> widths = GetErrorColumnWidths(); widths.size() == 3)
+    if (const std::vector<int> widths = m_errorList->GetColumnWidths(); widths.size() == 3)
         m_preferences.SetColumnWidths(widths);
     m_settings.GetStore().sync();
 }
@@ -520,7 +400,7 @@ void CMainWindow::closeEvent(QCloseEvent* event)
 {
     ProjectManager::CProjectManager& project = m_application->Project();
     if (!m_leaving) {
-        const SSession session = GetSession();
+        const SSession session = m_project->GetOpen();
         if (!m_area->CloseAll()) {
             event->ignore();
             return;
@@ -528,7 +408,7 @@ void CMainWindow::closeEvent(QCloseEvent* event)
         if (!m_cameBack || !session.project.isEmpty() || !session.files.empty())
             m_preferences.SetSession(session);
         SaveLayout();
-        m_opener.Cancel();
+        m_project->Cancel();
         m_stays = false;
         project.Close();
     }
@@ -545,7 +425,7 @@ void CMainWindow::BackAgain()
 {
     m_leaving = false;
     m_cameBack = true;
-    ShowNoProject();
+    m_project->ShowNone();
     show();
 }
 

@@ -2,35 +2,31 @@
 
 #include "Application/Application.h"
 #include "Application/PluginLoader.h"
+#include "FileCommands.h"
 #include "MainFrame.h"
 #include "Preferences.h"
-#include "ProjectOpener.h"
 #include "Prompts.h"
 
 #include <QMainWindow>
-#include <QPointer>
-#include <QTimer>
 #include <QUrl>
-#include <atomic>
 #include <memory>
 #include <string>
 
-class QAction;
-class QMenu;
 class QDockWidget;
-class QTreeView;
-class QTreeWidget;
 
 namespace Kesh::Workbench {
 
+class CCheckControl;
 class CDocumentArea;
 class CErrorHelp;
-class CErrorPanel;
+class CErrorList;
 class CErrorWatch;
 class CFileTree;
 class CFormatChoice;
-class CSearchPanel;
+class CProjectSession;
+class CSearchDock;
 class CStatusLine;
+class CWindowMenus;
 
 /// The workbench: a host with a window. It makes the application and loads the code validator.
 class CMainWindow final : public QMainWindow
@@ -70,70 +66,32 @@ protected:
     void dropEvent(QDropEvent* event) override;
 
 private:
-    void MakeActions();
-    void MakeFileMenu();
-    void MakeEditMenu();
-    void MakeViewMenu();
-    void MakeCheckMenu();
-    void MakeHelpMenu();
-    QAction* AddAction(QMenu& menu, const char* title, const QKeySequence& key, std::function<void()> action);
+    void MakeDocks();
+    void Wire();
+    void FollowProjectData();
     void LoadValidator();
+    void ShowValidator();
     void UnloadValidator();
     void RestartValidator();
-    /// Also at the start, with an empty folder.
-    void ChooseGrammarFor(const std::wstring& folder);
     void GiveCustomNames(const SChoices& choices);
 
-    void NewFile();
-    void ChooseFile();
-    void ChooseFolder();
-    void RefreshProject();
-    void OnListed(const SProjectListing& listing);
-    void GoToLine();
-    void GoToError(bool forward);
-    void RunCheck(const char* command);
     void EditSettings();
-    void FillRecentMenu();
-    void ShowWelcome();
-    void ShowAbout();
-    void ShowNoProject();
     /// When the window was about to go, but has something to say.
     void BackAgain();
     void OnCurrentChanged();
     void OnCaretMoved();
     void OnErrorsChanged();
-    void OnProgressTick();
-    /// The bar of the validator, which is a list; null when there is none.
-    QTreeView* GetErrorList() const;
-    void ArrangeErrorList();
-    void AddErrorPanel(QTreeWidget& list);
-    void ExtendErrorMenu(QMenu* menu, const std::wstring& file, const CodeAnalyzer::SCAError& error);
-    /// What a project wants; the next check goes by it.
-    void UseRules(std::shared_ptr<const SProjectRules> rules);
     void OpenUrls(const QList<QUrl>& urls);
-    void ExplainHere();
-    void AddSearchPanel();
-    void FindInFiles();
-    std::vector<int> GetErrorColumnWidths() const;
-    void SetErrorColumnWidths(const std::vector<int>& widths);
-    SSession GetSession() const;
     void SaveLayout();
     void RestoreLayout();
-    QString FolderToStartFrom() const;
 
     Host::CFileSettings& m_settings;
     CPreferences m_preferences;
     CDialogPrompts m_dialogs;
-    IPrompts* m_prompts;
     CMainFrame m_frame;
     std::unique_ptr<Host::CApplication> m_application;
     std::unique_ptr<Host::CPlugin> m_plugin;
     std::unique_ptr<CErrorWatch> m_errors;
-    CProjectOpener m_opener;
-    std::atomic<std::size_t> m_filesAsked{0}; ///< by the project check
-    std::shared_ptr<const SProjectRules> m_rules = std::make_shared<SProjectRules>();
-    QTimer m_progressTick;
-    bool m_stopped = false;  ///< the last project check, by the user
     bool m_leaving = false;  ///< the window closes as soon as the project's errors are on disk
     bool m_stays = false;    ///< they could not be put there
     bool m_cameBack = false; ///< so what was open is known already
@@ -141,18 +99,15 @@ private:
     CDocumentArea* m_area;
     CFileTree* m_tree;
     QDockWidget* m_treeDock;
-    CSearchPanel* m_search = nullptr;
-    QDockWidget* m_searchDock = nullptr;
+    CSearchDock* m_search;
     CStatusLine* m_status;
     CFormatChoice* m_format;
     CErrorHelp* m_help;
-    QMenu* m_recentMenu = nullptr;
-    QMenu* m_viewMenu = nullptr;
-    QAction* m_helpMenuAction = nullptr;
-    std::vector<QAction*> m_documentActions; ///< need an open document
-    std::vector<QAction*> m_projectActions;  ///< need a project
-    std::vector<QAction*> m_errorActions;    ///< need an error
-    QPointer<CErrorPanel> m_panel;
+    CErrorList* m_errorList;
+    CCheckControl* m_check;
+    CProjectSession* m_project;
+    CFileCommands m_files;
+    CWindowMenus* m_menus;
 };
 
 } // namespace Kesh::Workbench

@@ -101,20 +101,7 @@ CSearchPanel::CSearchPanel(TPlace place)
     m_list->setAllColumnsShowFocus(true);
     m_list->setTextElideMode(Qt::ElideMiddle);
     m_list->header()->resizeSection(0, fontMetrics().averageCharWidth() * 44);
-
-    auto* layout = new QGridLayout(this);
-    layout->setContentsMargins(4, 2, 4, 2);
-    layout->addWidget(m_text, 0, 0);
-    layout->addWidget(m_files, 0, 1);
-    layout->addWidget(m_start, 0, 2);
-    auto* choices = new QHBoxLayout;
-    for (QCheckBox* choice : {m_matchCase, m_wholeWords, m_regExp})
-        choices->addWidget(choice);
-    choices->addWidget(m_state, 1, Qt::AlignRight);
-    layout->addLayout(choices, 1, 0, 1, 3);
-    layout->addWidget(m_list, 2, 0, 1, 3);
-    layout->setColumnStretch(0, 2);
-    layout->setColumnStretch(1, 1);
+    Arrange();
     setFocusProxy(m_text);
     for (QLineEdit* edit : {m_text, m_files})
         connect(edit, &QLineEdit::returnPressed, this, &CSearchPanel::Start);
@@ -129,6 +116,23 @@ CSearchPanel::CSearchPanel(TPlace place)
         ShowState(complete ? text.arg(m_model->rowCount({})).arg(files) : text.arg(CFileSearch::MaxHits));
     });
     ShowState({});
+}
+
+void CSearchPanel::Arrange()
+{
+    auto* layout = new QGridLayout(this);
+    layout->setContentsMargins(4, 2, 4, 2);
+    layout->addWidget(m_text, 0, 0);
+    layout->addWidget(m_files, 0, 1);
+    layout->addWidget(m_start, 0, 2);
+    auto* choices = new QHBoxLayout;
+    for (QCheckBox* choice : {m_matchCase, m_wholeWords, m_regExp})
+        choices->addWidget(choice);
+    choices->addWidget(m_state, 1, Qt::AlignRight);
+    layout->addLayout(choices, 1, 0, 1, 3);
+    layout->addWidget(m_list, 2, 0, 1, 3);
+    layout->setColumnStretch(0, 2);
+    layout->setColumnStretch(1, 1);
 }
 
 void CSearchPanel::Open(const QString& text)

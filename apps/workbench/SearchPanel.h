@@ -38,6 +38,7 @@ protected:
 private:
     class CModel;
 
+    void Arrange();
     void Start();
     void Stop();
     void ShowState(const QString& text);

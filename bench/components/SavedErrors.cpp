@@ -1,6 +1,6 @@
 #include "components/TestHost.h"
 
-#include "Components/CASavedErrors.h"
+#include "Components/CASavedErrorsText.h"
 #include "host/TempFolder.h"
 
 #include <QCoreApplication>

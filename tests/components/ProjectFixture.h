@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Components/CASavedErrors.h"
+#include "Components/CASavedErrorsText.h"
 #include "TestHost.h"
 #include "host/TempFolder.h"
 

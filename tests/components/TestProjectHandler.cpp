@@ -1,7 +1,7 @@
 #include "Application/ThreadService.h"
 #include "Components/CAErrorsEvent.h"
 #include "Components/CAProjectHandler.h"
-#include "Components/CASavedErrors.h"
+#include "Components/CASavedErrorsText.h"
 #include "ProjectFixture.h"
 
 #include <QCoreApplication>

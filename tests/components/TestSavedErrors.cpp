@@ -1,4 +1,4 @@
-#include "Components/CASavedErrors.h"
+#include "Components/CASavedErrorsText.h"
 #include "XML/XmlXPathParser.h"
 
 #include <filesystem>

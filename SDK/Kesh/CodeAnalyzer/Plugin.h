@@ -39,7 +39,8 @@ public:
     /// The errors of a file with what is known of each beyond its record: nothing, unless the host has asked
     /// for it before they were found.
     virtual std::vector<SDiagnostic> GetDiagnostics(const std::wstring& file) = 0;
-    /// Whether checkers tell all they know of errors. Off until a host asks.
+    /// Whether checkers tell all they know of errors, which then is kept with the project as its data item
+    /// "details". Off until a host asks.
     virtual void SetDetailed(bool detailed) = 0;
     /// Owned by the component.
     virtual IDiagnosticTexts& GetTexts() = 0;

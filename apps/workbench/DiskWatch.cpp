@@ -1,0 +1,94 @@
+#include "DiskWatch.h"
+
+#include "Application/Application.h"
+#include "Application/FilePath.h"
+#include "MessageStrip.h"
+#include "Texts.h"
+
+#include <utility>
+
+namespace Kesh::Workbench {
+
+namespace {
+
+/// Programs write a file in several steps; the last of them counts.
+constexpr int DiskDelay = 150; // ms
+
+QString Shown(const std::wstring& path)
+{
+    return Host::PathToQt(path);
+}
+
+} // namespace
+
+CDiskWatch::CDiskWatch(Host::CDocumentService& documents, CMessageStrip& messages, TReload reload)
+    : m_documents(documents), m_messages(messages), m_reload(std::move(reload))
+{
+    m_delay.setSingleShot(true);
+    m_delay.setInterval(DiskDelay);
+    connect(&m_watcher, &QFileSystemWatcher::fileChanged, &m_delay, qOverload<>(&QTimer::start));
+    connect(&m_delay, &QTimer::timeout, this, &CDiskWatch::Check);
+}
+
+void CDiskWatch::Follow(const std::wstring& path)
+{
+    m_watcher.addPath(Shown(path));
+}
+
+void CDiskWatch::Leave(const std::wstring& path)
+{
+    m_watcher.removePath(Shown(path));
+    Settle(path);
+}
+
+void CDiskWatch::Settle(const std::wstring& path)
+{
+    m_toldStamps.erase(path);
+    m_messages.Withdraw(Shown(path));
+}
+
+void CDiskWatch::Check()
+{
+    for (Host::CDocument* document : m_documents.GetDocuments())
+        if (document->IsStale())
+            OnChanged(*document);
+        else
+            Follow(document->GetPath());
+}
+
+void CDiskWatch::OnChanged(Host::CDocument& document)
+{
+    const std::wstring path = document.GetPath();
+    const QString name = Shown(Host::FileName(path));
+    const Host::SFileStamp stamp = Host::StampOf(path);
+    const bool exists = stamp.size >= 0;
+    if (exists)
+        Follow(path);
+    if (exists && !document.IsModified()) {
+        m_reload(document);
+        return;
+    }
+    // The file stays what it is, another one than the document's, until the user has decided.
+    const auto [told, isNew] = m_toldStamps.try_emplace(path, stamp);
+    if (!isNew && told->second == stamp)
+        return;
+    told->second = stamp;
+    m_messages.Withdraw(Shown(path));
+    if (!exists) {
+        m_messages.Show(Tr("%1 is no longer on disk. Save it to keep it.").arg(name), {}, Shown(path));
+        return;
+    }
+    const auto ifOpen = [this, path](auto action) {
+        return [this, path, action] {
+            if (Host::CDocument* still = m_documents.Find(path))
+                action(*still);
+        };
+    };
+    m_messages.Show(
+        Tr("%1 has been changed by another program, and has unsaved edits here.").arg(name),
+        {{Tr("&Reload"), ifOpen([this](Host::CDocument& still) { m_reload(still); })},
+         {Tr("&Keep my edits"), ifOpen([stamp](Host::CDocument& still) { still.AcknowledgeDisk(stamp); })}},
+        Shown(path));
+}
+
+} // namespace Kesh::Workbench

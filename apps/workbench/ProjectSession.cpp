@@ -1,0 +1,191 @@
+#include "ProjectSession.h"
+
+#include "Application/Application.h"
+#include "Application/FilePath.h"
+#include "Application/PluginLoader.h"
+#include "Base/Exception.h"
+#include "CheckControl.h"
+#include "Configuration/Apply.h"
+#include "Configuration/Configuration.h"
+#include "DocumentArea.h"
+#include "ErrorWatch.h"
+#include "FileTree.h"
+#include "GrammarChoice.h"
+#include "MessageStrip.h"
+#include "ProjectManager/ProjectManager.h"
+#include "StatusLine.h"
+#include "SyntaxParser/ParserComponent.h"
+#include "Texts.h"
+
+#include <QFileInfo>
+#include <QMenu>
+#include <tuple>
+#include <utility>
+
+namespace Kesh::Workbench {
+
+CProjectSession::CProjectSession(const SParts& parts) : m_parts(parts)
+{
+    connect(&m_opener, &CProjectOpener::listed, this, &CProjectSession::OnListed);
+    connect(&parts.area, &CDocumentArea::linkActivated, this,
+            [this](const QString& link) { Open(Host::PathFromQt(link)); });
+}
+
+void CProjectSession::SetPlugin(Host::CPlugin* plugin, CErrorWatch* watch)
+{
+    m_plugin = plugin;
+    m_watch = watch;
+    if (!plugin)
+        return;
+    ChooseGrammarFor(m_parts.application.Project().GetFolder());
+    UseRules(m_rules);
+}
+
+void CProjectSession::ChooseGrammarFor(const std::wstring& folder)
+{
+    CodeAnalyzer::IGrammarCheck* grammar = m_plugin ? m_plugin->GrammarCheck() : nullptr;
+    if (!grammar)
+        return;
+    try {
+        ChooseGrammar(*grammar, m_parts.preferences.GetChoices().grammar, folder);
+    } catch (const Base::CWorkError& fault) {
+        m_parts.area.GetMessageStrip().Show(QString::fromStdWString(fault.GetMessage()));
+    }
+}
+
+void CProjectSession::UseRules(std::shared_ptr<const SProjectRules> rules)
+{
+    const auto namesOf = [](const SProjectRules& of) {
+        return std::tie(of.settings.tags, of.settings.attributes, of.settings.properties);
+    };
+    Host::CApplication& application = m_parts.application;
+    // Open documents keep the names that they were opened with.
+    const bool hasOtherNames = namesOf(*rules) != namesOf(*m_rules);
+    m_rules = std::move(rules);
+    if (hasOtherNames)
+        application.Documents().Suspend();
+    // The grammar check goes by more than the file.
+    Configuration::Apply(m_rules->settings, application.Parser(), nullptr);
+    // What a project includes whatever its ending is PHP.
+    application.Parser().SetTakenForPhp([settings = m_rules](const std::wstring& path) {
+        return !settings->settings.include.empty() && settings->settings.Includes(path);
+    });
+    if (m_watch)
+        m_watch->SetRules(m_rules);
+    if (hasOtherNames)
+        application.Documents().Resume();
+}
+
+void CProjectSession::Open(const std::wstring& folder)
+{
+    if (!Close())
+        return;
+    m_parts.status.ShowProgress(Tr("Looking for files..."));
+    m_opener.Start(Host::AbsolutePath(folder));
+}
+
+void CProjectSession::OnListed(const SProjectListing& listing)
+{
+    const std::wstring& folder = listing.folder;
+    m_parts.status.ShowProgress({});
+    const QString shown = Host::PathToQt(folder);
+    if (!listing.problem.isEmpty()) {
+        m_parts.area.GetMessageStrip().Show(shown + QStringLiteral(": ") + listing.problem);
+        return;
+    }
+    if (!listing.rulesProblem.isEmpty())
+        m_parts.area.GetMessageStrip().Show(listing.rulesProblem);
+    m_parts.check.Expect();
+    const bool isOpen = m_parts.application.Project().GetFolder() == folder;
+    if (m_watch && !isOpen)
+        m_watch->SetChecked(false);
+    UseRules(listing.rules);
+    ChooseGrammarFor(folder);
+    if (isOpen) {
+        m_parts.application.ReopenProject(listing.files);
+    } else {
+        m_parts.application.OpenProject(folder, listing.files);
+        m_parts.tree.SetFolder(shown);
+        m_parts.preferences.AddRecentProject(shown);
+    }
+    ShowWelcome();
+    emit changed();
+}
+
+bool CProjectSession::Close()
+{
+    m_opener.Cancel();
+    if (!m_parts.application.Project().GetProjectManager()->IsOpened())
+        return true;
+    // While the project is open the errors of its closed files stay, to be kept with it.
+    if (!m_parts.area.CloseAll())
+        return false;
+    m_parts.application.Project().Close();
+    ShowNone();
+    return true;
+}
+
+void CProjectSession::ShowNone()
+{
+    UseRules(std::make_shared<SProjectRules>());
+    if (m_watch)
+        m_watch->SetChecked(false);
+    emit closed();
+    m_parts.tree.SetFolder({});
+    ShowWelcome();
+    emit changed();
+}
+
+void CProjectSession::Refresh()
+{
+    if (const std::wstring& folder = m_parts.application.Project().GetFolder(); !folder.empty())
+        m_opener.Start(folder);
+}
+
+SSession CProjectSession::GetOpen() const
+{
+    SSession session;
+    session.project = Host::PathToQt(m_parts.application.Project().GetFolder());
+    session.files = m_parts.area.GetOpenFiles();
+    session.current = m_parts.area.GetTabs().currentIndex();
+    return session;
+}
+
+void CProjectSession::Restore()
+{
+    const SSession session = m_parts.preferences.GetSession();
+    if (!session.project.isEmpty() && QFileInfo(session.project).isDir())
+        Open(Host::PathFromQt(session.project));
+    m_parts.area.RestoreFiles(session.files, session.current);
+}
+
+void CProjectSession::FillRecentMenu(QMenu& menu)
+{
+    menu.clear();
+    for (const QString& folder : m_parts.preferences.GetRecentProjects()) {
+        QString title = folder;
+        connect(menu.addAction(title.replace('&', QStringLiteral("&&"))), &QAction::triggered, this,
+                [this, folder] { Open(Host::PathFromQt(folder)); });
+    }
+    if (menu.isEmpty())
+        menu.addAction(Tr("None yet"))->setEnabled(false);
+}
+
+void CProjectSession::ShowWelcome()
+{
+    if (!m_parts.application.Project().GetFolder().empty()) {
+        m_parts.area.SetWelcomeText(
+            Tr("Choose a file in the project, or an error in the list below.").toHtmlEscaped());
+        return;
+    }
+    QString html = QStringLiteral("<p>%1</p>")
+                       .arg(Tr("Open a folder with Ctrl+Shift+O, or a file with Ctrl+O.").toHtmlEscaped());
+    const QStringList recent = m_parts.preferences.GetRecentProjects();
+    if (!recent.isEmpty())
+        html += QStringLiteral("<p><b>%1</b></p>").arg(Tr("Recent projects").toHtmlEscaped());
+    for (const QString& folder : recent)
+        html += QStringLiteral("<p><a href=\"%1\">%1</a></p>").arg(folder.toHtmlEscaped());
+    m_parts.area.SetWelcomeText(html);
+}
+
+} // namespace Kesh::Workbench
