@@ -1,7 +1,7 @@
 #include "Configuration/Apply.h"
 
+#include "Application/ParserComponent.h"
 #include "Kesh/CodeAnalyzer/IGrammarCheck.h"
-#include "SyntaxParser/ParserComponent.h"
 
 namespace Kesh::Configuration {
 

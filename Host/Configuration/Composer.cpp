@@ -1,8 +1,8 @@
 #include "Configuration/Composer.h"
 
-#include "Application/FileIO.h"
-#include "Application/FilePath.h"
 #include "Base/Exception.h"
+#include "Files/FileIO.h"
+#include "Files/FilePath.h"
 
 #include <filesystem>
 #include <nlohmann/json.hpp>

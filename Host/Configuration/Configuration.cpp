@@ -1,6 +1,6 @@
 #include "Configuration/Configuration.h"
 
-#include "Application/FilePath.h"
+#include "Files/FilePath.h"
 
 #include <algorithm>
 #include <array>

@@ -1,6 +1,6 @@
 #include "Configuration/ProjectFiles.h"
 
-#include "Application/FilePath.h"
+#include "Files/FilePath.h"
 
 namespace Kesh::Configuration {
 

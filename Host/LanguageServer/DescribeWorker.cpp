@@ -1,9 +1,9 @@
 #include "LanguageServer/DescribeWorker.h"
 
-#include "Application/Fault.h"
-#include "Application/FileIO.h"
-#include "Application/FilePath.h"
 #include "Base/Exception.h"
+#include "Files/Fault.h"
+#include "Files/FileIO.h"
+#include "Files/FilePath.h"
 #include "LanguageServer/Diagnostic.h"
 #include "SyntaxParser/SourceText.h"
 

@@ -1,9 +1,9 @@
 #include "LanguageServer/Diagnostics.h"
 
 #include "Application/Application.h"
-#include "Application/FilePath.h"
 #include "Application/PluginLoader.h"
 #include "Base/CommonString.h"
+#include "Files/FilePath.h"
 #include "LanguageServer/Uri.h"
 #include "ProjectManager/ProjectManager.h"
 

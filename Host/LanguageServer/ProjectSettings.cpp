@@ -1,8 +1,8 @@
 #include "LanguageServer/ProjectSettings.h"
 
-#include "Application/FilePath.h"
 #include "Base/Exception.h"
 #include "Configuration/Composer.h"
+#include "Files/FilePath.h"
 
 #include <algorithm>
 

@@ -1,12 +1,12 @@
 #include "LanguageServer/Server.h"
 
 #include "Application/Application.h"
-#include "Application/FileIO.h"
-#include "Application/FilePath.h"
 #include "Application/PluginLoader.h"
-#include "Application/Printable.h"
 #include "Base/Exception.h"
 #include "Configuration/Apply.h"
+#include "Files/FileIO.h"
+#include "Files/FilePath.h"
+#include "Files/Printable.h"
 #include "LanguageServer/Uri.h"
 #include "ProjectManager/ProjectManager.h"
 

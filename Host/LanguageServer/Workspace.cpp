@@ -1,11 +1,11 @@
 #include "LanguageServer/Workspace.h"
 
 #include "Application/Application.h"
-#include "Application/Fault.h"
-#include "Application/FilePath.h"
+#include "Application/ParserComponent.h"
 #include "Base/Exception.h"
+#include "Files/Fault.h"
+#include "Files/FilePath.h"
 #include "ProjectManager/ProjectManager.h"
-#include "SyntaxParser/ParserComponent.h"
 
 #include <algorithm>
 

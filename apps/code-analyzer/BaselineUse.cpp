@@ -1,9 +1,9 @@
 #include "BaselineUse.h"
 
-#include "Application/FileIO.h"
-#include "Application/FilePath.h"
 #include "Base/Exception.h"
 #include "Commands.h"
+#include "Files/FileIO.h"
+#include "Files/FilePath.h"
 #include "Report/Printable.h"
 
 #include <cstdio>

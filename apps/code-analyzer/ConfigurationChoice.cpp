@@ -1,10 +1,10 @@
 #include "ConfigurationChoice.h"
 
-#include "Application/FileIO.h"
-#include "Application/FilePath.h"
 #include "Base/Exception.h"
 #include "Commands.h"
 #include "Configuration/Composer.h"
+#include "Files/FileIO.h"
+#include "Files/FilePath.h"
 #include "Report/Printable.h"
 
 #include <filesystem>

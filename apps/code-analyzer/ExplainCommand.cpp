@@ -1,5 +1,5 @@
-#include "Application/FilePath.h"
 #include "Commands.h"
+#include "Files/FilePath.h"
 #include "Report/Printable.h"
 
 #include <QFile>

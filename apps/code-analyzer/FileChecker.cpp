@@ -1,8 +1,8 @@
 #include "FileChecker.h"
 
-#include "Application/FileIO.h"
 #include "Base/Exception.h"
 #include "Configuration/Apply.h"
+#include "Files/FileIO.h"
 #include "Findings/Ignores.h"
 #include "SyntaxParser/SPDocument.h"
 #include "SyntaxParser/SourceText.h"

@@ -1,8 +1,8 @@
 #include "Paths.h"
 
-#include "Application/FilePath.h"
 #include "ChangedFiles.h"
 #include "Commands.h"
+#include "Files/FilePath.h"
 #include "ProjectManager/FileFinder.h"
 
 #include <algorithm>

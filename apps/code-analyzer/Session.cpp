@@ -1,7 +1,7 @@
 #include "Session.h"
 
+#include "Application/ParserComponent.h"
 #include "Configuration/Apply.h"
-#include "SyntaxParser/ParserComponent.h"
 
 namespace Kesh::CommandLine {
 

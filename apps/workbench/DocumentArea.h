@@ -1,7 +1,7 @@
 #pragma once
 
-#include "Application/FileIO.h"
 #include "CodeEditor.h"
+#include "Files/FileIO.h"
 #include "Kesh/SyntaxParser/Position.h"
 #include "Preferences.h"
 #include "SyntaxParser/SourceText.h"

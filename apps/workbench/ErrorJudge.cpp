@@ -1,8 +1,8 @@
 #include "ErrorJudge.h"
 
-#include "Application/Fault.h"
-#include "Application/FileIO.h"
 #include "Base/Exception.h"
+#include "Files/Fault.h"
+#include "Files/FileIO.h"
 #include "Findings/Describe.h"
 #include "SyntaxParser/SourceText.h"
 

@@ -1,9 +1,9 @@
 #include "FileSearch.h"
 
-#include "Application/FileIO.h"
-#include "Application/FilePath.h"
 #include "Base/Exception.h"
 #include "Configuration/ProjectFiles.h"
+#include "Files/FileIO.h"
+#include "Files/FilePath.h"
 #include "SyntaxParser/SourceText.h"
 
 #include <QElapsedTimer>

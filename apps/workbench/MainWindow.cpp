@@ -1,8 +1,6 @@
 #include "MainWindow.h"
 
-#include "Application/Fault.h"
-#include "Application/FilePath.h"
-#include "Application/Printable.h"
+#include "Application/ParserComponent.h"
 #include "Base/Exception.h"
 #include "CodeEditor.h"
 #include "DocumentArea.h"
@@ -11,6 +9,9 @@
 #include "ErrorPanel.h"
 #include "ErrorWatch.h"
 #include "FileTree.h"
+#include "Files/Fault.h"
+#include "Files/FilePath.h"
+#include "Files/Printable.h"
 #include "FindBar.h"
 #include "FormatChoice.h"
 #include "GrammarChoice.h"
@@ -21,7 +22,6 @@
 #include "SearchPanel.h"
 #include "SettingsDialog.h"
 #include "StatusLine.h"
-#include "SyntaxParser/ParserComponent.h"
 #include "Texts.h"
 
 #include <QApplication>

@@ -1,9 +1,9 @@
-#include "Application/FilePath.h"
 #include "CodeEditor.h"
 #include "DocumentArea.h"
 #include "ErrorHelp.h"
 #include "ErrorPanel.h"
 #include "ErrorWatch.h"
+#include "Files/FilePath.h"
 #include "MainWindow.h"
 #include "ProjectManager/ProjectManager.h"
 #include "StatusLine.h"
@@ -121,8 +121,8 @@ void CMainWindow::ExtendErrorMenu(QMenu* menu, const std::wstring& file, const C
         m_help->AddFixes(*menu);
     } else if (!m_application->Project().GetFolder().empty()) {
         menu->addAction(Tr("&Ignore code %1 in this project").arg(code), this, [this, code] {
-            QuickFixes::SQuickFix fix;
-            fix.kind = QuickFixes::SQuickFix::EKind::IgnoreCode;
+            Findings::SQuickFix fix;
+            fix.kind = Findings::SQuickFix::EKind::IgnoreCode;
             fix.code = code;
             m_help->Apply(fix);
         });

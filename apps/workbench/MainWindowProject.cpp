@@ -1,15 +1,15 @@
-#include "Application/FilePath.h"
+#include "Application/ParserComponent.h"
 #include "CodeEditor.h"
 #include "Configuration/Apply.h"
 #include "Configuration/Configuration.h"
 #include "DocumentArea.h"
 #include "ErrorHelp.h"
 #include "ErrorWatch.h"
+#include "Files/FilePath.h"
 #include "MainWindow.h"
 #include "MessageStrip.h"
 #include "ProjectManager/ProjectManager.h"
 #include "SearchPanel.h"
-#include "SyntaxParser/ParserComponent.h"
 #include "Texts.h"
 
 #include <QDockWidget>

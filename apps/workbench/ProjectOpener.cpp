@@ -1,8 +1,8 @@
 #include "ProjectOpener.h"
 
-#include "Application/FilePath.h"
 #include "Base/Exception.h"
 #include "Configuration/ProjectFiles.h"
+#include "Files/FilePath.h"
 
 #include <QThread>
 

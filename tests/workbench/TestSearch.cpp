@@ -1,5 +1,5 @@
-#include "Application/FilePath.h"
 #include "FileSearch.h"
+#include "Files/FilePath.h"
 #include "SearchPanel.h"
 #include "WorkbenchFixture.h"
 

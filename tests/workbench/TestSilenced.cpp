@@ -1,5 +1,5 @@
-#include "Application/FilePath.h"
 #include "ErrorPanel.h"
+#include "Files/FilePath.h"
 #include "WorkbenchFixture.h"
 
 #include <QJsonArray>

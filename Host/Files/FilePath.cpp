@@ -1,4 +1,4 @@
-#include "Application/FilePath.h"
+#include "Files/FilePath.h"
 
 #include <QTextCodec>
 #include <cstdlib>

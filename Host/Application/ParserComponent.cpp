@@ -1,9 +1,9 @@
-#include "SyntaxParser/ParserComponent.h"
+#include "Application/ParserComponent.h"
 
-#include "Application/Fault.h"
-#include "Application/FileIO.h"
 #include "Base/Exception.h"
 #include "Editor/BufferReader.h"
+#include "Files/Fault.h"
+#include "Files/FileIO.h"
 #include "Kesh/SDK/IDocument.h"
 #include "SyntaxParser/CompletionData.h"
 #include "SyntaxParser/SPDocument.h"
