@@ -182,6 +182,12 @@ bool LiesIn(const std::wstring& folder, const std::wstring& path)
     return path == folder || path.starts_with(folder.ends_with(L'/') ? folder : folder + L'/');
 }
 
+bool IsRegularFile(const std::wstring& path)
+{
+    std::error_code ignored;
+    return std::filesystem::is_regular_file(PathToBytes(path), ignored);
+}
+
 bool LeadsOut(const std::wstring& folder, const std::wstring& path)
 {
     if (!LiesIn(AbsolutePath(folder), AbsolutePath(path)))

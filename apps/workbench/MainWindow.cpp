@@ -14,7 +14,6 @@
 #include "Files/Printable.h"
 #include "FindBar.h"
 #include "FormatChoice.h"
-#include "GrammarChoice.h"
 #include "Languages.h"
 #include "MenuBuilder.h"
 #include "MessageStrip.h"
@@ -187,7 +186,6 @@ void CMainWindow::LoadValidator()
         m_area->GetMessageStrip().Show(QString::fromStdWString(fault.GetMessage()));
         return;
     }
-    ChooseGrammarFor(m_application->Project().GetFolder());
     m_frame.AddBars();
     m_errors = std::make_unique<CErrorWatch>(m_plugin->Errors(), m_plugin->ErrorsManager());
     m_errors->SetTextSource([this](const std::wstring& file) -> std::optional<std::wstring> {
@@ -214,7 +212,7 @@ void CMainWindow::LoadValidator()
                     .arg(QString::fromStdWString(file), QString::fromStdWString(reason)));
         });
     m_help->SetPlugin(m_plugin.get(), m_errors.get());
-    UseRules(m_rules);
+    UseRules(m_rules, m_application->Project().GetFolder());
     connect(m_errors.get(), &CErrorWatch::changed, this, &CMainWindow::OnErrorsChanged);
     m_area->SetErrorWatch(m_errors.get());
     m_tree->SetErrorWatch(m_errors.get());
@@ -248,18 +246,6 @@ void CMainWindow::RestartValidator()
     if (hadProject)
         m_application->OpenProject(folder, files);
     m_application->Documents().Resume();
-}
-
-void CMainWindow::ChooseGrammarFor(const std::wstring& folder)
-{
-    CodeAnalyzer::IGrammarCheck* grammar = m_plugin ? m_plugin->GrammarCheck() : nullptr;
-    if (!grammar)
-        return;
-    try {
-        ChooseGrammar(*grammar, m_preferences.GetChoices().grammar, folder);
-    } catch (const Base::CWorkError& fault) {
-        m_area->GetMessageStrip().Show(QString::fromStdWString(fault.GetMessage()));
-    }
 }
 
 void CMainWindow::GiveCustomNames(const SChoices& choices)
@@ -313,8 +299,7 @@ void CMainWindow::OnListed(const SProjectListing& listing)
     const bool isOpen = m_application->Project().GetFolder() == folder;
     if (m_errors && !isOpen)
         m_errors->SetChecked(false);
-    UseRules(listing.rules);
-    ChooseGrammarFor(folder);
+    UseRules(listing.rules, folder);
     if (isOpen) {
         m_application->ReopenProject(listing.files);
     } else {
@@ -341,7 +326,7 @@ bool CMainWindow::CloseProject()
 
 void CMainWindow::ShowNoProject()
 {
-    UseRules(std::make_shared<SProjectRules>());
+    UseRules(Findings::CProjectRules::None(), {});
     if (m_errors)
         m_errors->SetChecked(false);
     m_search->Clear();

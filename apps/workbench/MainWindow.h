@@ -6,6 +6,7 @@
 #include "Preferences.h"
 #include "ProjectOpener.h"
 #include "Prompts.h"
+#include "SyntaxParser/OwnNames.h"
 
 #include <QMainWindow>
 #include <QPointer>
@@ -80,8 +81,6 @@ private:
     void LoadValidator();
     void UnloadValidator();
     void RestartValidator();
-    /// Also at the start, with an empty folder.
-    void ChooseGrammarFor(const std::wstring& folder);
     void GiveCustomNames(const SChoices& choices);
 
     void NewFile();
@@ -109,7 +108,7 @@ private:
     void AddErrorPanel(QTreeWidget& list);
     void ExtendErrorMenu(QMenu* menu, const std::wstring& file, const CodeAnalyzer::SCAError& error);
     /// What a project wants; the next check goes by it.
-    void UseRules(std::shared_ptr<const SProjectRules> rules);
+    void UseRules(TProjectRules rules, const std::wstring& folder);
     void OpenUrls(const QList<QUrl>& urls);
     void ExplainHere();
     void AddSearchPanel();
@@ -131,7 +130,8 @@ private:
     std::unique_ptr<CErrorWatch> m_errors;
     CProjectOpener m_opener;
     std::atomic<std::size_t> m_filesAsked{0}; ///< by the project check
-    std::shared_ptr<const SProjectRules> m_rules = std::make_shared<SProjectRules>();
+    TProjectRules m_rules = Findings::CProjectRules::None();
+    SyntaxParser::SOwnNames m_names; ///< those of the project
     QTimer m_progressTick;
     bool m_stopped = false;  ///< the last project check, by the user
     bool m_leaving = false;  ///< the window closes as soon as the project's errors are on disk

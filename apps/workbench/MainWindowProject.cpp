@@ -1,11 +1,11 @@
 #include "Application/ParserComponent.h"
 #include "CodeEditor.h"
-#include "Configuration/Apply.h"
 #include "Configuration/Configuration.h"
 #include "DocumentArea.h"
 #include "ErrorHelp.h"
 #include "ErrorWatch.h"
 #include "Files/FilePath.h"
+#include "Findings/ApplyRules.h"
 #include "MainWindow.h"
 #include "MessageStrip.h"
 #include "ProjectManager/ProjectManager.h"
@@ -16,7 +16,6 @@
 #include <QDropEvent>
 #include <QFileInfo>
 #include <QMimeData>
-#include <tuple>
 
 namespace Kesh::Workbench {
 
@@ -37,22 +36,20 @@ void CMainWindow::RestoreSession()
     m_area->RestoreFiles(session.files, session.current);
 }
 
-void CMainWindow::UseRules(std::shared_ptr<const SProjectRules> rules)
+void CMainWindow::UseRules(TProjectRules rules, const std::wstring& folder)
 {
-    const auto namesOf = [](const SProjectRules& of) {
-        return std::tie(of.settings.tags, of.settings.attributes, of.settings.properties);
-    };
+    SyntaxParser::SOwnNames names = Findings::OwnNamesOf(rules->For(folder + L'/')->settings);
     // Open documents keep the names that they were opened with.
-    const bool hasOtherNames = namesOf(*rules) != namesOf(*m_rules);
+    const bool hasOtherNames = names != m_names;
+    m_names = std::move(names);
     m_rules = std::move(rules);
     if (hasOtherNames)
         m_application->Documents().Suspend();
-    // The grammar check goes by more than the file.
-    Configuration::Apply(m_rules->settings, m_application->Parser(), nullptr);
-    // What a project includes whatever its ending is PHP.
-    m_application->Parser().SetTakenForPhp([settings = m_rules](const std::wstring& path) {
-        return !settings->settings.include.empty() && settings->settings.Includes(path);
-    });
+    CodeAnalyzer::IGrammarCheck* grammar = m_plugin ? m_plugin->GrammarCheck() : nullptr;
+    if (grammar)
+        grammar->SetEnabled(m_preferences.GetChoices().grammar);
+    Findings::ApplyRules(m_rules, m_application->Parser(), grammar);
+    m_application->Parser().SetOwnNames(m_names);
     if (m_errors)
         m_errors->SetRules(m_rules);
     if (hasOtherNames)
@@ -83,7 +80,7 @@ void CMainWindow::AddSearchPanel()
     m_search = new CSearchPanel([this](SSearchOrder& order) {
         order.folder = m_application->Project().GetFolder();
         if (m_errors)
-            order.settings = m_errors->GetSettings();
+            order.rules = m_errors->GetRules();
         for (Host::CDocument* document : m_application->Documents().GetDocuments())
             if (document->IsModified())
                 order.unsaved[document->GetPath()] = document->GetBuffer()->GetText(L"\n");

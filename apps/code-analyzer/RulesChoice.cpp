@@ -1,8 +1,8 @@
-#include "ConfigurationChoice.h"
+#include "RulesChoice.h"
 
 #include "Base/Exception.h"
 #include "Commands.h"
-#include "Configuration/Composer.h"
+#include "Configuration/Configuration.h"
 #include "Files/FileIO.h"
 #include "Files/FilePath.h"
 #include "Report/Printable.h"
@@ -11,34 +11,37 @@
 
 namespace Kesh::CommandLine {
 
-namespace {
-
-Configuration::SConfiguration FileFor(const SOptions& options)
+// What the command line says goes before the settings, and these before what composer.json says.
+TProjectRules RulesFor(const SOptions& options)
 {
+    Findings::SRulesForAll all;
     if (options.noConfiguration)
-        return {};
-    if (!options.configuration.empty())
-        return Configuration::ReadConfiguration(Host::PathFromBytes(options.configuration));
-    const std::string& first = options.paths.front();
-    const std::wstring file =
-        Configuration::FindConfiguration(Host::PathFromBytes(first == "-" ? options.stdinPath : first));
-    return file.empty() ? Configuration::SConfiguration() : Configuration::ReadConfiguration(file);
+        all.settingsFile.emplace();
+    else if (!options.configuration.empty())
+        all.settingsFile = Host::PathFromBytes(options.configuration);
+    if (options.phpVersion != 0)
+        all.phpVersion = options.phpVersion;
+    all.noGrammar = options.noGrammar;
+    if (options.generateBaseline) {
+        all.baseline.emplace();
+    } else if (!options.baseline.empty()) {
+        const std::wstring file = Host::AbsolutePath(Host::PathFromBytes(options.baseline));
+        all.baseline = Findings::ReadBaseline(file);
+    }
+    auto rules = std::make_shared<const Findings::CProjectRules>(std::move(all));
+    rules->For(FirstPlace(options)); // what is wrong with them is said before anything is done
+    return rules;
 }
 
-} // namespace
-
-// What the command line says goes before the settings, and these before what composer.json says.
-Configuration::SConfiguration ConfigurationFor(const SOptions& options)
+std::wstring FirstPlace(const SOptions& options)
 {
-    Configuration::SConfiguration configuration = FileFor(options);
-    if (options.noGrammar)
-        configuration.grammar = false;
-    if (options.phpVersion != 0)
-        configuration.phpVersion = options.phpVersion;
     const std::string& first = options.paths.front();
-    if (!configuration.phpVersion && first != "-")
-        configuration.phpVersion = Configuration::ComposerPhpVersion(Host::PathFromBytes(first));
-    return configuration;
+    const std::wstring path =
+        Host::AbsolutePath(Host::PathFromBytes(first == "-" ? options.stdinPath : first));
+    std::error_code ignored;
+    return std::filesystem::is_directory(Host::PathToBytes(path), ignored) && !path.ends_with(L'/')
+               ? path + L'/'
+               : path;
 }
 
 int RunInit(const SOptions& options)
