@@ -53,8 +53,7 @@ CCADocumentCheck::CreateOver(SDK::IApplication* application,
     std::unique_ptr<CCADocumentCheck> check(new CCADocumentCheck);
     check->m_document = document;
     check->AddCheckers(application, document->GetDefRegions(), receiver, customItems, nullptr);
-    if (check->m_phpParser)
-        check->m_phpParser->SteFileName(document->GetFilePath());
+    check->SetPath(document->GetFilePath());
     return check;
 }
 
@@ -77,6 +76,12 @@ void CCADocumentCheck::AddCheckers(SDK::IApplication* application, SyntaxParser:
         m_document->GetEndOfParseSignal().connect([this](SyntaxParser::ISPDocument*) { m_passEnded = true; });
 }
 
+void CCADocumentCheck::SetPath(const std::wstring& path)
+{
+    if (m_phpParser)
+        m_phpParser->SteFileName(path);
+}
+
 void CCADocumentCheck::SetDetailed(bool detailed)
 {
     m_htmlChecker->SetDetailed(detailed);
@@ -92,8 +97,7 @@ void CCADocumentCheck::SetCancelFlag(TCancelFlag cancelled)
 void CCADocumentCheck::TakeSnapshot(SyntaxParser::ISPDocument& source, const std::wstring& path)
 {
     *m_cancelled = false;
-    if (m_phpParser)
-        m_phpParser->SteFileName(path);
+    SetPath(path);
     m_reader->SetWhole(WholeText(source)); // to PHP a NUL is a character like any other
 }
 

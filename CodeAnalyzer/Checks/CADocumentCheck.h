@@ -49,6 +49,8 @@ public:
 
     /// Has the grammar check take part in checks that begin when the host wants it; `wanted` may be null.
     void FollowGrammar(const IGrammarCheck* wanted) { m_grammarWanted = wanted; }
+    /// The path of the next text, for a document that is given one after another.
+    void SetPath(const std::wstring& path);
     /// Whether to say more of errors than their records do. Before a check.
     void SetDetailed(bool detailed);
     /// Takes the source's text as it is now; errors will be reported under `path`. GUI thread.

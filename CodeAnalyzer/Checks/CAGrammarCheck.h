@@ -3,6 +3,9 @@
 #include "Kesh/CodeAnalyzer/IGrammarCheck.h"
 
 #include <atomic>
+#include <memory>
+#include <mutex>
+#include <utility>
 
 namespace Kesh::CodeAnalyzer {
 
@@ -14,10 +17,29 @@ public:
     bool IsEnabled() const override { return m_enabled; }
     void SetPhpVersion(std::int32_t version) override { m_version = version; }
     std::int32_t GetPhpVersion() const override { return m_version; }
+    void SetChoices(TChoices choices) override
+    {
+        auto shared = choices ? std::make_shared<const TChoices>(std::move(choices)) : nullptr;
+        const std::lock_guard lock(m_mutex);
+        m_choices.swap(shared);
+    }
+    SGrammarChoice GetChoice(const std::wstring& path) const override
+    {
+        if (!m_enabled)
+            return {};
+        std::shared_ptr<const TChoices> choices;
+        {
+            const std::lock_guard lock(m_mutex);
+            choices = m_choices;
+        }
+        return choices ? (*choices)(path) : SGrammarChoice{true, m_version};
+    }
 
 private:
     std::atomic<bool> m_enabled = false;
     std::atomic<std::int32_t> m_version = 0;
+    mutable std::mutex m_mutex;
+    std::shared_ptr<const TChoices> m_choices; ///< guarded by the mutex
 };
 
 } // namespace Kesh::CodeAnalyzer

@@ -33,6 +33,7 @@ bool CTextChecks::Check(const boost::shared_ptr<SyntaxParser::IReader>& reader, 
     }
     if (!language.check)
         return true;
+    language.check->SetPath(path);
     m_found = &found;
     const ECheckEnd end = language.check->Run();
     m_found = nullptr;

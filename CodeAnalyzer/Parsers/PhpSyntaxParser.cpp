@@ -159,7 +159,8 @@ bool CPhpSyntaxParser::BeforeParse(const STextChange& change, boost::shared_ptr<
     m_redeliver = m_delivering = m_taken = false;
     // With the grammar a check depends on its text alone. Without it, what the text of the last pass has left
     // unfinished is taken up again where a statement of this one ends.
-    m_exact = m_grammar && m_grammarWanted->IsEnabled();
+    const SGrammarChoice choice = m_grammar ? m_grammarWanted->GetChoice(m_fileName) : SGrammarChoice{};
+    m_exact = choice.enabled;
     if (m_exact)
         m_suspended.clear();
     for (CStatementParser* parser : m_parsers) {
@@ -169,7 +170,7 @@ bool CPhpSyntaxParser::BeforeParse(const STextChange& change, boost::shared_ptr<
     m_kept.Clear();
     m_keeping = m_exact;
     if (m_grammar)
-        m_grammar->Expect(m_exact, m_grammarWanted->GetPhpVersion());
+        m_grammar->Expect(m_exact, choice.phpVersion);
     return true;
 }
 

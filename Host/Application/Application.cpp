@@ -1,12 +1,12 @@
 #include "Application/Application.h"
 
-#include "Application/Fault.h"
-#include "Application/FilePath.h"
+#include "Application/ParserComponent.h"
 #include "Base/CommonString.h"
 #include "Base/Exception.h"
+#include "Files/Fault.h"
+#include "Files/FilePath.h"
 #include "Kesh/LangSupport/LangSupport.h"
 #include "ProjectManager/ProjectManager.h"
-#include "SyntaxParser/ParserComponent.h"
 
 #include <QGuiApplication>
 #include <QScreen>

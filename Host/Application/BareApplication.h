@@ -1,7 +1,7 @@
 #pragma once
 
+#include "Application/ParserComponent.h"
 #include "Kesh/SDK/IApplication.h"
-#include "SyntaxParser/ParserComponent.h"
 
 #include <boost/make_shared.hpp>
 

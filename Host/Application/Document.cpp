@@ -1,8 +1,8 @@
 #include "Application/Document.h"
 
-#include "Application/FilePath.h"
 #include "Base/Exception.h"
 #include "Editor/TextFile.h"
+#include "Files/FilePath.h"
 
 namespace Kesh::Host {
 

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "Application/FileIO.h"
 #include "Editor/TextHolder.h"
+#include "Files/FileIO.h"
 #include "Kesh/SDK/IDocument.h"
 #include "SyntaxParser/SourceText.h"
 

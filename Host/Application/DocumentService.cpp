@@ -1,10 +1,10 @@
 #include "Application/DocumentService.h"
 
-#include "Application/FilePath.h"
+#include "Application/ParserComponent.h"
 #include "Base/Exception.h"
 #include "Editor/TextFile.h"
+#include "Files/FilePath.h"
 #include "ProjectManager/ProjectManager.h"
-#include "SyntaxParser/ParserComponent.h"
 #include "SyntaxParser/SPDocument.h"
 
 #include <algorithm>

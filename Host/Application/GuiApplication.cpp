@@ -1,6 +1,6 @@
 #include "Application/GuiApplication.h"
 
-#include "Application/Fault.h"
+#include "Files/Fault.h"
 
 namespace Kesh::Host {
 

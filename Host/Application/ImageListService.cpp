@@ -1,6 +1,6 @@
 #include "Application/ImageListService.h"
 
-#include "Application/FilePath.h"
+#include "Files/FilePath.h"
 
 #include <QImage>
 #include <QPixmap>

@@ -1,8 +1,8 @@
 #include "Application/PluginLibrary.h"
 
-#include "Application/FilePath.h"
 #include "Base/CommonString.h"
 #include "Base/Exception.h"
+#include "Files/FilePath.h"
 
 #include <cstdlib>
 #include <dlfcn.h>

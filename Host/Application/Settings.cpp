@@ -1,6 +1,6 @@
 #include "Application/Settings.h"
 
-#include "Application/FilePath.h"
+#include "Files/FilePath.h"
 
 #include <QFileInfo>
 #include <QStandardPaths>

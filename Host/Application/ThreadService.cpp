@@ -1,6 +1,6 @@
 #include "Application/ThreadService.h"
 
-#include "Application/Fault.h"
+#include "Files/Fault.h"
 
 #include <QString>
 #include <QThread>

@@ -1,6 +1,6 @@
 #include "Application/TimerService.h"
 
-#include "Application/Fault.h"
+#include "Files/Fault.h"
 
 #include <QThread>
 #include <algorithm>

@@ -1,10 +1,9 @@
 #include "Configuration/Composer.h"
 
-#include "Application/FileIO.h"
-#include "Application/FilePath.h"
 #include "Base/Exception.h"
+#include "Files/FileIO.h"
+#include "Files/FilePath.h"
 
-#include <filesystem>
 #include <nlohmann/json.hpp>
 #include <regex>
 
@@ -26,15 +25,9 @@ std::string TextAt(const json& document, const std::initializer_list<const char*
     return at->is_string() ? at->get<std::string>() : std::string();
 }
 
-std::optional<std::int32_t> VersionIn(const std::wstring& file)
+std::wstring FileIn(const std::wstring& folder)
 {
-    try {
-        const json document = json::parse(Host::ReadFileBytes(file), nullptr, false);
-        const std::string platform = TextAt(document, {"config", "platform", "php"});
-        return LowestPhpVersion(platform.empty() ? TextAt(document, {"require", "php"}) : platform);
-    } catch (const Base::CWorkError&) {
-        return {};
-    }
+    return folder + L"/composer.json";
 }
 
 } // namespace
@@ -55,17 +48,19 @@ std::optional<std::int32_t> LowestPhpVersion(const std::string& constraint)
     return lowest;
 }
 
-std::optional<std::int32_t> ComposerPhpVersion(const std::wstring& path)
+bool HasComposer(const std::wstring& folder)
 {
-    std::error_code ignored;
-    std::filesystem::path folder = Host::PathToBytes(Host::AbsolutePath(path));
-    if (!std::filesystem::is_directory(folder, ignored))
-        folder = folder.parent_path();
-    for (;; folder = folder.parent_path()) {
-        if (std::filesystem::is_regular_file(folder / "composer.json", ignored))
-            return VersionIn(Host::PathFromBytes((folder / "composer.json").string()));
-        if (folder == folder.parent_path())
-            return {};
+    return Host::IsRegularFile(FileIn(folder));
+}
+
+std::optional<std::int32_t> ComposerPhpVersion(const std::wstring& folder)
+{
+    try {
+        const json document = json::parse(Host::ReadFileBytes(FileIn(folder)), nullptr, false);
+        const std::string platform = TextAt(document, {"config", "platform", "php"});
+        return LowestPhpVersion(platform.empty() ? TextAt(document, {"require", "php"}) : platform);
+    } catch (const Base::CWorkError&) {
+        return {};
     }
 }
 

@@ -1,10 +1,9 @@
 #include "Configuration/Configuration.h"
 
-#include "Application/FilePath.h"
+#include "Files/FilePath.h"
 
 #include <algorithm>
 #include <array>
-#include <filesystem>
 
 namespace Kesh::Configuration {
 
@@ -49,14 +48,17 @@ bool HasUsualEnding(const std::wstring& path)
     return std::find(Endings.begin(), Endings.end(), lower) != Endings.end();
 }
 
+bool HasConfiguration(const std::wstring& folder)
+{
+    return Host::IsRegularFile((folder == L"/" ? L"" : folder) + L'/' + FileName);
+}
+
 std::wstring FindConfiguration(const std::wstring& path)
 {
-    std::error_code ignored;
     std::wstring folder = Host::AbsolutePath(path);
     while (!folder.empty()) {
-        const std::wstring candidate = (folder == L"/" ? L"" : folder) + L'/' + FileName;
-        if (std::filesystem::is_regular_file(Host::PathToBytes(candidate), ignored))
-            return candidate;
+        if (HasConfiguration(folder))
+            return (folder == L"/" ? L"" : folder) + L'/' + FileName;
         if (folder == L"/")
             break;
         folder.resize(folder.rfind(L'/'));

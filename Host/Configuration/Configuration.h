@@ -55,6 +55,8 @@ constexpr const wchar_t* FileName = L"code-analyzer.json";
 
 /// Whether a file has one of the endings that are checked in folders.
 bool HasUsualEnding(const std::wstring& path);
+/// Whether a folder has a configuration file of its own. Any thread.
+bool HasConfiguration(const std::wstring& folder);
 /// The file that holds for `path`, a file or folder that need not exist: in its folder or the nearest one
 /// above. Empty: there is none. Any thread.
 std::wstring FindConfiguration(const std::wstring& path);

@@ -1,10 +1,10 @@
 #include "Configuration/Edit.h"
 
-#include "Application/FileIO.h"
-#include "Application/FilePath.h"
 #include "Base/Exception.h"
 #include "Configuration/Configuration.h"
 #include "Configuration/JsonLines.h"
+#include "Files/FileIO.h"
+#include "Files/FilePath.h"
 
 #include <nlohmann/json.hpp>
 

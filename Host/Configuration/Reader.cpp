@@ -1,9 +1,9 @@
-#include "Application/FileIO.h"
-#include "Application/FilePath.h"
 #include "Base/CommonString.h"
 #include "Base/Exception.h"
 #include "Configuration/Configuration.h"
 #include "Configuration/JsonLines.h"
+#include "Files/FileIO.h"
+#include "Files/FilePath.h"
 
 #include <algorithm>
 #include <charconv>

@@ -1,7 +1,7 @@
 #include "Editor/TextFile.h"
 
-#include "Application/FilePath.h"
 #include "Base/Exception.h"
+#include "Files/FilePath.h"
 
 namespace Kesh::Editor {
 

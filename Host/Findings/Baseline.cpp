@@ -1,9 +1,9 @@
 #include "Findings/Baseline.h"
 
-#include "Application/FileIO.h"
-#include "Application/FilePath.h"
 #include "Base/CommonString.h"
 #include "Base/Exception.h"
+#include "Files/FileIO.h"
+#include "Files/FilePath.h"
 
 #include <cstdint>
 #include <limits>
@@ -101,11 +101,11 @@ void CBaseline::Write(const std::wstring& file) const
     Host::WriteFileBytes(file, text + "\n]}\n");
 }
 
-std::vector<CBaseline::SGone> CBaseline::Filter(SFileFindings& file) const
+void CBaseline::Filter(SFileFindings& file) const
 {
     const auto known = m_files.find(NameOf(file));
     if (known == m_files.end())
-        return {};
+        return;
     TCounts left = known->second;
     std::erase_if(file.findings, [&](const SFinding& finding) {
         const auto count = left.find(KeyOf(finding));
@@ -114,11 +114,9 @@ std::vector<CBaseline::SGone> CBaseline::Filter(SFileFindings& file) const
         --count->second;
         return true;
     });
-    std::vector<SGone> gone;
     for (const auto& [key, count] : left)
         if (count)
-            gone.push_back({known->first, key.first, key.second, count});
-    return gone;
+            file.gone.push_back({known->first, key.first, key.second, count});
 }
 
 std::size_t CBaseline::Size() const

@@ -24,16 +24,9 @@ public:
     /// Replaces the file as a whole. Throws like Host::WriteFileBytes().
     void Write(const std::wstring& file) const;
 
-    /// A finding of a checked file that is not there any more.
-    struct SGone
-    {
-        std::string file;
-        std::int32_t code;
-        std::string line;
-        std::size_t count;
-    };
-    /// Leaves only the new findings of a file; answers what was known and is not there any more. Any thread.
-    std::vector<SGone> Filter(SFileFindings& file) const;
+    /// Leaves only the new findings of a file, and notes what was known and is not there any more. Any
+    /// thread.
+    void Filter(SFileFindings& file) const;
     std::size_t Size() const;
 
 private:

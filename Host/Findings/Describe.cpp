@@ -57,34 +57,7 @@ SFinding BriefFinding(SDiagnostic diagnostic, const CTextLines& lines)
     return finding;
 }
 
-} // namespace
-
-SFileFindings CDescriber::Describe(const SCheckedFile& file, std::vector<SDiagnostic> diagnostics) const
-{
-    SFileFindings described{file.shown, file.path, {}};
-    if (diagnostics.empty() && !file.mayIgnore)
-        return described;
-    const std::wstring text = file.text();
-    const bool ignores = CIgnores::MayHave(std::wstring_view(text));
-    if (diagnostics.empty() && !ignores)
-        return described;
-    const CTextLines lines(text);
-    if (ignores)
-        Silence(diagnostics, text, lines);
-    described.findings.reserve(diagnostics.size());
-    for (SDiagnostic& diagnostic : diagnostics)
-        if (ApplyLevel(diagnostic.error, file))
-            described.findings.push_back(m_sources.brief
-                                             ? BriefFinding(std::move(diagnostic), lines)
-                                             : MakeFinding(std::move(diagnostic), lines, m_sources.texts));
-    // They come nearly sorted, and are large to move.
-    if (!std::is_sorted(described.findings.begin(), described.findings.end(), Precedes))
-        std::stable_sort(described.findings.begin(), described.findings.end(), Precedes);
-    return described;
-}
-
-void CDescriber::Silence(std::vector<SDiagnostic>& diagnostics, std::wstring_view text,
-                         const CTextLines& lines) const
+void Silence(std::vector<SDiagnostic>& diagnostics, std::wstring_view text, const CTextLines& lines)
 {
     CIgnores ignores(text, lines);
     ignores.Silence(diagnostics);
@@ -92,15 +65,43 @@ void CDescriber::Silence(std::vector<SDiagnostic>& diagnostics, std::wstring_vie
         diagnostics.push_back(UnusedDiagnostic(unused));
 }
 
-bool CDescriber::ApplyLevel(SCAError& error, const SCheckedFile& file) const
+} // namespace
+
+SFileFindings CDescriber::Describe(const SCheckedFile& file, std::vector<SDiagnostic> diagnostics,
+                                   const SRules& rules) const
 {
-    using Configuration::ELevel;
-    if (!m_sources.configuration)
-        return true;
-    const auto level = m_sources.configuration->LevelOf(error.code, file.path);
-    if (level && *level != ELevel::Off)
-        error.type = *level == ELevel::Error ? CodeAnalyzer::SeverityError : CodeAnalyzer::SeverityWarning;
-    return level != ELevel::Off;
+    SFileFindings described{file.shown, file.path, {}, {}};
+    if (!file.named && rules.settings.Excludes(file.path))
+        return described;
+    if (!diagnostics.empty() || file.mayIgnore)
+        Fill(described, file, std::move(diagnostics), rules);
+    if (rules.baseline)
+        rules.baseline->Filter(described);
+    return described;
+}
+
+void CDescriber::Fill(SFileFindings& described, const SCheckedFile& file,
+                      std::vector<SDiagnostic> diagnostics, const SRules& rules) const
+{
+    const std::wstring text = file.text();
+    const bool ignores = CIgnores::MayHave(std::wstring_view(text));
+    if (diagnostics.empty() && !ignores)
+        return;
+    const CTextLines lines(text);
+    if (ignores)
+        Silence(diagnostics, text, lines);
+    described.findings.reserve(diagnostics.size());
+    for (SDiagnostic& diagnostic : diagnostics) {
+        diagnostic.error.type = rules.LevelOf(diagnostic.error, file.path);
+        if (diagnostic.error.type == 0)
+            continue;
+        described.findings.push_back(m_detail == EDetail::Brief
+                                         ? BriefFinding(std::move(diagnostic), lines)
+                                         : MakeFinding(std::move(diagnostic), lines, m_texts));
+    }
+    // They come nearly sorted, and are large to move.
+    if (!std::is_sorted(described.findings.begin(), described.findings.end(), Precedes))
+        std::stable_sort(described.findings.begin(), described.findings.end(), Precedes);
 }
 
 std::vector<SFinding> MakeFindings(std::vector<SDiagnostic> diagnostics, std::wstring_view text,

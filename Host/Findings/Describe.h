@@ -1,7 +1,7 @@
 #pragma once
 
-#include "Configuration/Configuration.h"
 #include "Findings/Finding.h"
+#include "Findings/ProjectRules.h"
 #include "Findings/TextLines.h"
 #include "Kesh/CodeAnalyzer/IDiagnosticTexts.h"
 
@@ -19,33 +19,35 @@ struct SCheckedFile
     std::function<std::wstring()> text;
     /// False when its bytes are known to hold no comment that ignores anything.
     bool mayIgnore = true;
+    /// Whether the user has asked for this very file, whatever its project leaves out.
+    bool named = false;
 };
 
-/// Makes findings of diagnostics: adds what a report says about them, and leaves out what the project or a
-/// comment does not want to hear. One thread, which may be any.
+/// Makes findings of diagnostics, for whoever shows them: leaves out what the file's rules, its comments or
+/// the baseline do not want heard, sets severities, and adds what a report says. Any thread.
 class CDescriber
 {
 public:
-    /// What it asks; nothing is owned.
-    struct SSources
-    {
-        CodeAnalyzer::IDiagnosticTexts& texts;
-        const Configuration::SConfiguration* configuration = nullptr;
-        /// Only which findings are left and their lines: what a report says about them is not looked for.
-        bool brief = false;
+    enum class EDetail {
+        Full,
+        Brief ///< only which findings are left and their lines
     };
-    explicit CDescriber(const SSources& sources) : m_sources(sources) {}
+    /// The texts are not owned.
+    explicit CDescriber(CodeAnalyzer::IDiagnosticTexts& texts, EDetail detail = EDetail::Full)
+        : m_texts(texts), m_detail(detail)
+    {
+    }
 
     /// Sorted by position, then code.
-    SFileFindings Describe(const SCheckedFile& file,
-                           std::vector<CodeAnalyzer::SDiagnostic> diagnostics) const;
+    SFileFindings Describe(const SCheckedFile& file, std::vector<CodeAnalyzer::SDiagnostic> diagnostics,
+                           const SRules& rules) const;
 
 private:
-    void Silence(std::vector<CodeAnalyzer::SDiagnostic>& diagnostics, std::wstring_view text,
-                 const CTextLines& lines) const;
-    bool ApplyLevel(CodeAnalyzer::SCAError& error, const SCheckedFile& file) const;
+    void Fill(SFileFindings& described, const SCheckedFile& file,
+              std::vector<CodeAnalyzer::SDiagnostic> diagnostics, const SRules& rules) const;
 
-    SSources m_sources;
+    CodeAnalyzer::IDiagnosticTexts& m_texts;
+    EDetail m_detail;
 };
 
 /// Findings of diagnostics of which all are wanted, in their order.

@@ -39,12 +39,22 @@ struct SFinding
 
 constexpr std::size_t MaxTextLength = 4096;
 
+/// Findings that a file's baseline knows and that are not there any more.
+struct SGone
+{
+    std::string file; ///< as the baseline names it
+    std::int32_t code = 0;
+    std::string line;
+    std::size_t count = 0;
+};
+
 /// The findings of one file, by position.
 struct SFileFindings
 {
     std::wstring file; ///< as the user knows it
     std::wstring path; ///< absolute
     std::vector<SFinding> findings;
+    std::vector<SGone> gone;
 };
 
 } // namespace Kesh::Findings

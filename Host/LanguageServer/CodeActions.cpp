@@ -1,13 +1,13 @@
 #include "LanguageServer/CodeActions.h"
 
-#include "Application/FilePath.h"
-#include "Application/Printable.h"
 #include "Base/Exception.h"
 #include "Configuration/Edit.h"
+#include "Files/FilePath.h"
+#include "Files/Printable.h"
+#include "Findings/PhpPlaces.h"
+#include "Findings/QuickFix.h"
 #include "LanguageServer/Diagnostic.h"
 #include "LanguageServer/Uri.h"
-#include "QuickFixes/PhpPlaces.h"
-#include "QuickFixes/QuickFix.h"
 
 #include <utility>
 
@@ -15,7 +15,7 @@ namespace Kesh::LanguageServer {
 
 namespace {
 
-using QuickFixes::SQuickFix;
+using Findings::SQuickFix;
 
 /// Nobody picks from a longer list, such as an editor may ask for when all of a file is marked.
 constexpr std::size_t MaxFindings = 100;
@@ -58,7 +58,7 @@ json ActionOf(const SQuickFix& fix, const SOpenDocument& open, const json& diagn
         action["isPreferred"] = true;
     if (!fix.edits.empty()) {
         json edits = json::array();
-        for (const QuickFixes::SEdit& edit : fix.edits)
+        for (const Findings::SEdit& edit : fix.edits)
             edits.push_back({{"range", ranges.Range(edit.span)}, {"newText", NewText(edit.text, open)}});
         // An editor that has gone on meanwhile refuses edits of an older version.
         action["edit"]["documentChanges"] =
@@ -89,14 +89,14 @@ json CCodeActions::Offer(const json& params)
     const json& range = params.at("range");
     const std::wstring& text = open->Text().Text();
     CRangeMaker ranges(text, m_documents.Encoding());
-    const QuickFixes::SFileText file{text, ranges.Lines(), open->factory, {}};
+    const Findings::SFileText file{text, ranges.Lines(), open->factory, {}};
     std::size_t touched = 0;
     for (std::size_t i = 0; i < known->findings.findings.size() && touched < MaxFindings; ++i) {
         const json& diagnostic = known->diagnostics[i];
         if (!Touch(diagnostic.at("range"), range))
             continue;
         ++touched;
-        for (const SQuickFix& fix : QuickFixes::FixesFor(known->findings.findings[i], file))
+        for (const SQuickFix& fix : Findings::FixesFor(known->findings.findings[i], file))
             actions.push_back(ActionOf(fix, *open, diagnostic, ranges));
     }
     return actions;

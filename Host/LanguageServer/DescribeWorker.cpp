@@ -1,9 +1,9 @@
 #include "LanguageServer/DescribeWorker.h"
 
-#include "Application/Fault.h"
-#include "Application/FileIO.h"
-#include "Application/FilePath.h"
 #include "Base/Exception.h"
+#include "Files/Fault.h"
+#include "Files/FileIO.h"
+#include "Files/FilePath.h"
 #include "LanguageServer/Diagnostic.h"
 #include "SyntaxParser/SourceText.h"
 
@@ -91,14 +91,9 @@ SDescribed CDescribeWorker::Describe(SDescribeOrder order)
     }
     SDescribed described{std::move(order), {}, nlohmann::json::array(), "[]"};
     const SDescribeOrder& done = described.order;
-    const Configuration::SConfiguration* configuration =
-        done.settings ? &done.settings->configuration : nullptr;
-    if (configuration && configuration->Excludes(done.path))
-        return described;
-    Findings::CDescriber describer({m_settings.texts, configuration});
-    described.findings = describer.Describe({done.path, done.path, [&] { return text; }}, done.diagnostics);
-    if (done.settings && done.settings->baseline)
-        done.settings->baseline->Filter(described.findings);
+    const Findings::CDescriber describer(m_settings.texts);
+    described.findings =
+        describer.Describe({done.path, done.path, [&] { return text; }}, done.diagnostics, *done.rules);
     CDiagnosticMaker maker(text, done.uri, m_encoding, m_settings.documentation);
     for (const Findings::SFinding& finding : described.findings.findings)
         described.diagnostics.push_back(maker.Make(finding));

@@ -3,7 +3,6 @@
 #include "Findings/Describe.h"
 #include "Kesh/CodeAnalyzer/Plugin.h"
 #include "LanguageServer/PositionEncoding.h"
-#include "LanguageServer/ProjectSettings.h"
 
 #include <QObject>
 #include <condition_variable>
@@ -25,7 +24,7 @@ struct SDescribeOrder
     std::int64_t revision = -1;               ///< of an open document; -1: the text is that on disk
     std::shared_ptr<const std::wstring> text; ///< null: to be read from disk
     std::vector<CodeAnalyzer::SDiagnostic> diagnostics;
-    TProjectSettings settings; ///< null: none
+    Findings::TRules rules;
 };
 
 struct SDescribed

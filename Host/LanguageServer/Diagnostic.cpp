@@ -1,6 +1,6 @@
 #include "LanguageServer/Diagnostic.h"
 
-#include "Application/FilePath.h"
+#include "Files/FilePath.h"
 
 #include <algorithm>
 

@@ -1,9 +1,9 @@
 #include "LanguageServer/Diagnostics.h"
 
 #include "Application/Application.h"
-#include "Application/FilePath.h"
 #include "Application/PluginLoader.h"
 #include "Base/CommonString.h"
+#include "Files/FilePath.h"
 #include "LanguageServer/Uri.h"
 #include "ProjectManager/ProjectManager.h"
 
@@ -145,7 +145,7 @@ void CDiagnostics::Order(const std::wstring& path)
     SDescribeOrder order;
     order.path = path;
     order.diagnostics = m_parts.plugin.Errors().GetDiagnostics(path);
-    order.settings = m_parts.settings.For(path);
+    order.rules = m_parts.settings.For(path);
     if (const SOpenDocument* open = m_parts.documents.Find(path)) {
         // What was found in an older text, or only so far, is not told: the end of the check follows.
         if (!open->IsChecked())

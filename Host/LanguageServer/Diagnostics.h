@@ -1,10 +1,10 @@
 #pragma once
 
+#include "Application/ParserComponent.h"
 #include "LanguageServer/Connection.h"
 #include "LanguageServer/DescribeWorker.h"
 #include "LanguageServer/Documents.h"
 #include "LanguageServer/ProjectSettings.h"
-#include "SyntaxParser/ParserComponent.h"
 
 #include <QTimer>
 #include <boost/signals2/connection.hpp>

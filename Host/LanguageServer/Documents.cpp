@@ -1,9 +1,9 @@
 #include "LanguageServer/Documents.h"
 
 #include "Application/Application.h"
+#include "Application/ParserComponent.h"
 #include "LanguageServer/Connection.h"
 #include "LanguageServer/Uri.h"
-#include "SyntaxParser/ParserComponent.h"
 #include "SyntaxParser/SPDocument.h"
 
 #include <QScopeGuard>

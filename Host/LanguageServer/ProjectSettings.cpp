@@ -1,10 +1,9 @@
 #include "LanguageServer/ProjectSettings.h"
 
-#include "Application/FilePath.h"
-#include "Base/Exception.h"
-#include "Configuration/Composer.h"
+#include "Files/FilePath.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace Kesh::LanguageServer {
 
@@ -17,115 +16,67 @@ void Append(std::vector<std::wstring>& all, const std::vector<std::wstring>& mor
 
 } // namespace
 
-CProjectSettings::CProjectSettings() : m_none{{}, false, std::make_shared<SProjectSettings>()} {}
-
-std::vector<std::string> CProjectSettings::Read(const std::vector<std::wstring>& folders,
-                                                const std::wstring& file, const std::wstring& named)
+void CProjectSettings::Read(const std::vector<std::wstring>& folders, const std::wstring& file,
+                            const std::wstring& named)
 {
-    std::vector<std::string> faults;
-    std::vector<SPlace> read;
-    const auto add = [&](const std::wstring& path, bool isFolder) {
-        const std::wstring found = named.empty() ? Configuration::FindConfiguration(path) : named;
-        read.push_back({path, isFolder, ReadOne(path, found, faults)});
-    };
+    m_places.clear();
     for (const std::wstring& folder : folders)
-        add(folder, true);
-    if (folders.empty() && !file.empty())
-        add(file, false);
-    m_places = std::move(read);
-    // Folders side by side share the file above them, and what is wrong with it.
-    faults.erase(std::unique(faults.begin(), faults.end()), faults.end());
-    return faults;
-}
-
-TProjectSettings CProjectSettings::ReadOne(const std::wstring& path, const std::wstring& file,
-                                           std::vector<std::string>& faults) const
-{
-    const auto before = std::find_if(m_places.begin(), m_places.end(),
-                                     [&](const SPlace& known) { return known.path == path; });
-    const TProjectSettings old = (before == m_places.end() ? m_none : *before).settings;
-    auto settings = std::make_shared<SProjectSettings>();
-    Configuration::SConfiguration& configuration = settings->configuration;
-    if (!file.empty()) {
-        try {
-            configuration = Configuration::ReadConfiguration(file);
-        } catch (const Base::CWorkError& fault) {
-            // The user is in the middle of changing it.
-            faults.push_back(fault.what());
-            return old;
-        }
-    }
-    if (!configuration.phpVersion)
-        configuration.phpVersion = Configuration::ComposerPhpVersion(path);
-    if (configuration.baseline.empty())
-        return settings;
-    try {
-        settings->baseline =
-            std::make_shared<const Findings::CBaseline>(Findings::CBaseline::Read(configuration.baseline));
-    } catch (const Base::CWorkError& fault) {
-        faults.push_back(Host::PathToBytes(Host::FileName(configuration.baseline)) + ": " + fault.what());
-        if (old->configuration.baseline == configuration.baseline)
-            settings->baseline = old->baseline;
-    }
-    return settings;
-}
-
-const CProjectSettings::SPlace& CProjectSettings::PlaceOf(const std::wstring& path) const
-{
-    const SPlace* found = m_places.empty() ? &m_none : &m_places.front();
-    std::size_t longest = 0;
-    for (const SPlace& place : m_places) {
-        const std::wstring prefix = place.path.ends_with(L'/') ? place.path : place.path + L'/';
-        if (path.starts_with(prefix) && prefix.size() > longest) {
-            longest = prefix.size();
-            found = &place;
-        }
-    }
-    return *found;
+        m_places.push_back(folder.ends_with(L'/') ? folder : folder + L'/');
+    m_hasFolders = !m_places.empty();
+    if (!m_hasFolders && !file.empty())
+        m_places.push_back(file);
+    Findings::SRulesForAll all;
+    if (!named.empty())
+        all.settingsFile = named;
+    using EFaults = Findings::CProjectRules::EFaults;
+    m_rules = std::make_shared<const Findings::CProjectRules>(std::move(all), EFaults::Keep, m_rules.get());
+    for (const std::wstring& place : m_places)
+        For(place);
 }
 
 std::wstring CProjectSettings::FileToChange(const std::wstring& path) const
 {
-    const SPlace& place = PlaceOf(path);
-    if (!place.settings->configuration.file.empty())
-        return place.settings->configuration.file;
-    return place.isFolder ? place.path + L'/' + Configuration::FileName : std::wstring();
+    if (const std::wstring file = For(path)->settings.file; !file.empty())
+        return file;
+    if (!m_hasFolders)
+        return {};
+    std::wstring innermost;
+    for (const std::wstring& folder : m_places)
+        if (path.starts_with(folder) && folder.size() > innermost.size())
+            innermost = folder;
+    return (innermost.empty() ? m_places.front() : innermost) + Configuration::FileName;
 }
 
 bool CProjectSettings::DependOn(const std::wstring& path) const
 {
     const std::wstring name = Host::FileName(path);
-    return name == Configuration::FileName || name == L"composer.json" ||
-           std::any_of(m_places.begin(), m_places.end(), [&](const SPlace& place) {
-               const Configuration::SConfiguration& configuration = place.settings->configuration;
-               return path == configuration.file || path == configuration.baseline;
-           });
+    if (name == Configuration::FileName || name == L"composer.json")
+        return true;
+    const std::vector<Findings::TRules> read = m_rules->Read();
+    return std::any_of(read.begin(), read.end(), [&](const Findings::TRules& rules) {
+        return path == rules->settings.file || path == rules->settings.baseline;
+    });
 }
 
 std::vector<std::string> CProjectSettings::BaselineNames() const
 {
     std::vector<std::string> names;
-    for (const SPlace& place : m_places)
-        if (const std::wstring& file = place.settings->configuration.baseline; !file.empty())
+    for (const Findings::TRules& rules : m_rules->Read())
+        if (const std::wstring& file = rules->settings.baseline; !file.empty())
             names.push_back(Host::PathToBytes(Host::FileName(file)));
     std::sort(names.begin(), names.end());
     names.erase(std::unique(names.begin(), names.end()), names.end());
     return names;
 }
 
-Configuration::SConfiguration CProjectSettings::ForChecks() const
+Configuration::SConfiguration CProjectSettings::OwnNames() const
 {
     Configuration::SConfiguration all;
-    for (const SPlace& place : m_places) {
-        const Configuration::SConfiguration& one = place.settings->configuration;
-        // There is one check for all folders: where they differ, the first that says something counts.
-        if (!all.grammar)
-            all.grammar = one.grammar;
-        if (!all.phpVersion)
-            all.phpVersion = one.phpVersion;
-        Append(all.tags, one.tags);
-        Append(all.attributes, one.attributes);
-        Append(all.properties, one.properties);
+    for (const std::wstring& place : m_places) {
+        const Findings::TRules rules = For(place);
+        Append(all.tags, rules->settings.tags);
+        Append(all.attributes, rules->settings.attributes);
+        Append(all.properties, rules->settings.properties);
     }
     return all;
 }

@@ -1,37 +1,29 @@
 #pragma once
 
-#include "Configuration/Configuration.h"
-#include "Findings/Baseline.h"
+#include "Findings/ProjectRules.h"
 
+#include <cstddef>
 #include <memory>
 #include <string>
 #include <vector>
 
 namespace Kesh::LanguageServer {
 
-/// What holds for the files of one folder. Never changed once it is read.
-struct SProjectSettings
-{
-    Configuration::SConfiguration configuration;
-    std::shared_ptr<const Findings::CBaseline> baseline; ///< null: none
-};
-
-using TProjectSettings = std::shared_ptr<const SProjectSettings>;
-
-/// The settings of all open folders: each has its own file, or the one above it. One thread.
+/// The rules of all files that an editor may show, and what of them the server has to follow. One thread; the
+/// rules themselves may be asked on any.
 class CProjectSettings
 {
 public:
-    CProjectSettings();
+    using TRules = std::shared_ptr<const Findings::CProjectRules>;
 
-    /// Reads the settings of the folders anew; without a folder, those of `file`, unless it is empty. `named`
-    /// is the settings file that the user wants for all, or empty. Answers what is wrong, in words for the
-    /// user; what was read before goes on in its place.
-    std::vector<std::string> Read(const std::vector<std::wstring>& folders, const std::wstring& file,
-                                  const std::wstring& named);
+    /// Forgets what was read, and reads what holds in the folders; without a folder, what holds for `file`,
+    /// unless it is empty. `named` is the settings file that the user wants for all, or empty. What cannot be
+    /// read now goes on as it was.
+    void Read(const std::vector<std::wstring>& folders, const std::wstring& file, const std::wstring& named);
 
-    /// Those of the innermost folder that the file lies in, or of the first. Never null.
-    const TProjectSettings& For(const std::wstring& path) const { return PlaceOf(path).settings; }
+    /// Never null; another one after each Read().
+    const TRules& Rules() const { return m_rules; }
+    Findings::TRules For(const std::wstring& path) const { return m_rules->For(path); }
     /// The settings file to change for a finding in `path`; it need not exist. Empty: no folder could have
     /// one.
     std::wstring FileToChange(const std::wstring& path) const;
@@ -39,24 +31,13 @@ public:
     bool DependOn(const std::wstring& path) const;
     /// The names of the baseline files, by which they can be watched.
     std::vector<std::string> BaselineNames() const;
-
-    /// What the checks themselves need to know, for all folders together; nothing else is set.
-    Configuration::SConfiguration ForChecks() const;
+    /// The own names of all these together: there is one list for all documents.
+    Configuration::SConfiguration OwnNames() const;
 
 private:
-    TProjectSettings ReadOne(const std::wstring& path, const std::wstring& file,
-                             std::vector<std::string>& faults) const;
-
-    struct SPlace
-    {
-        std::wstring path; ///< a folder, or the one file that is open without any
-        bool isFolder = true;
-        TProjectSettings settings;
-    };
-    const SPlace& PlaceOf(const std::wstring& path) const;
-
-    std::vector<SPlace> m_places; ///< in the order of the folders
-    SPlace m_none;
+    std::vector<std::wstring> m_places; ///< folders, with a slash behind each, or the one file
+    bool m_hasFolders = false;
+    TRules m_rules = std::make_shared<const Findings::CProjectRules>();
 };
 
 } // namespace Kesh::LanguageServer

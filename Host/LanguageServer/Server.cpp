@@ -1,12 +1,12 @@
 #include "LanguageServer/Server.h"
 
 #include "Application/Application.h"
-#include "Application/FileIO.h"
-#include "Application/FilePath.h"
 #include "Application/PluginLoader.h"
-#include "Application/Printable.h"
 #include "Base/Exception.h"
-#include "Configuration/Apply.h"
+#include "Files/FileIO.h"
+#include "Files/FilePath.h"
+#include "Files/Printable.h"
+#include "Findings/ApplyRules.h"
 #include "LanguageServer/Uri.h"
 #include "ProjectManager/ProjectManager.h"
 
@@ -77,7 +77,7 @@ CServer::CServer(const SParts& parts)
                   }),
       m_diagnostics(
           {parts.application, parts.plugin, m_documents, m_connection, m_settings, parts.documentation}),
-      m_workspace(parts.application, m_connection, m_settings),
+      m_workspace(parts.application, m_connection, m_settings, [this] { FollowSettings(); }),
       m_actions(m_documents, m_diagnostics)
 {
     parts.application.Timers().SetDelayOverride(CheckDelay);
@@ -86,6 +86,8 @@ CServer::CServer(const SParts& parts)
     // What `check` finds in a folder is found here too.
     parts.plugin.ProjectCheck().SetComplete(true);
     parts.plugin.ProjectCheck().SetThorough(true);
+    if (CodeAnalyzer::IGrammarCheck* grammar = parts.plugin.GrammarCheck())
+        grammar->SetEnabled(true);
     AddLifecycle();
     AddDocuments();
     AddWorkspace();
@@ -183,10 +185,13 @@ void CServer::WatchFiles()
 void CServer::AddDocuments()
 {
     m_connection.OnNotification("textDocument/didOpen", [this](const json& params) {
-        m_documents.Open(params.at("textDocument"));
-        // Without a folder the first document tells where its settings are.
+        const SOpenDocument& open = m_documents.Open(params.at("textDocument"));
+        m_settings.For(open.document->GetPath());
+        // Without a folder the first document tells where own names are.
         if (m_workspace.Folders().empty() && m_documents.All().size() == 1)
             ReadSettings();
+        else
+            FollowSettings();
     });
     m_connection.OnNotification("textDocument/didChange",
                                 [this](const json& params) { m_documents.Change(params); });
@@ -262,25 +267,37 @@ void CServer::ReadWishes(const json& wishes)
 
 void CServer::ReadSettings()
 {
-    const auto& open = m_documents.All();
     const std::wstring named =
         m_configuration.empty() ? std::wstring() : Host::AbsolutePath(Host::PathFromBytes(m_configuration));
-    for (const std::string& fault :
-         m_settings.Read(m_workspace.Folders(), open.empty() ? std::wstring() : open.begin()->first, named))
-        Show(MessageError, fault);
-    WatchFiles();
-    m_parts.application.Parser().SetTakenForPhp([settings = m_settings](const std::wstring& path) {
-        const Configuration::SConfiguration& configuration = settings.For(path)->configuration;
-        return !configuration.include.empty() && configuration.Includes(path);
-    });
-    const Configuration::SConfiguration wanted = m_settings.ForChecks();
-    if (wanted == m_applied)
+    const CProjectSettings::TRules before = m_settings.Rules();
+    const auto& open = m_documents.All();
+    m_settings.Read(m_workspace.Folders(), open.empty() ? std::wstring() : open.begin()->first, named);
+    const CProjectSettings::TRules& rules = m_settings.Rules();
+    const SyntaxParser::SOwnNames names = Findings::OwnNamesOf(m_settings.OwnNames());
+    const auto checkedAs = [](const Findings::CProjectRules& of, const std::wstring& path) {
+        const Findings::TRules file = of.For(path);
+        return std::pair(file->settings.grammar, file->settings.phpVersion);
+    };
+    const bool same = names == m_names && std::ranges::all_of(open, [&](const auto& document) {
+                          return checkedAs(*before, document.first) == checkedAs(*rules, document.first);
+                      });
+    FollowSettings();
+    // What is checked from here on is checked by what has just been read.
+    Findings::ApplyRules(rules, m_parts.application.Parser(), m_parts.plugin.GrammarCheck());
+    if (same)
         return;
-    m_applied = wanted;
+    m_names = names;
     m_parts.application.Documents().Suspend();
-    Configuration::Apply(wanted, m_parts.application.Parser(), m_parts.plugin.GrammarCheck());
+    m_parts.application.Parser().SetOwnNames(names);
     m_parts.application.Documents().Resume();
     m_documents.Outdate();
+}
+
+void CServer::FollowSettings()
+{
+    for (const std::string& fault : m_settings.Rules()->TakeFaults())
+        Show(MessageError, fault);
+    WatchFiles();
 }
 
 void CServer::Recheck()

@@ -49,6 +49,8 @@ private:
     void WatchFiles();
     void ReadWishes(const json& wishes);
     void ReadSettings();
+    /// Tells of what is wrong with settings that have been read since, and watches what they name.
+    void FollowSettings();
     void Recheck();
     void OnFilesChanged(const json& changes);
     void CheckFile(const std::wstring& path);
@@ -66,7 +68,7 @@ private:
     std::optional<std::vector<std::string>> m_watched; ///< the names of the baselines that are watched
     bool m_checkProject = true;                        ///< a wish of the user
     std::string m_configuration; ///< a file that the user names; empty: the one in or above each folder
-    std::optional<Configuration::SConfiguration> m_applied; ///< what the checks know
+    SyntaxParser::SOwnNames m_names;
 };
 
 } // namespace Kesh::LanguageServer

@@ -1,7 +1,7 @@
 #include "LanguageServer/ServerText.h"
 
-#include "Application/FileIO.h"
-#include "Application/FilePath.h"
+#include "Files/FileIO.h"
+#include "Files/FilePath.h"
 #include "SyntaxParser/SourceText.h"
 
 #include <algorithm>

@@ -1,6 +1,6 @@
 #include "LanguageServer/Uri.h"
 
-#include "Application/FilePath.h"
+#include "Files/FilePath.h"
 
 #include <QByteArray>
 #include <algorithm>

@@ -1,11 +1,11 @@
 #include "LanguageServer/Workspace.h"
 
 #include "Application/Application.h"
-#include "Application/Fault.h"
-#include "Application/FilePath.h"
+#include "Application/ParserComponent.h"
 #include "Base/Exception.h"
+#include "Files/Fault.h"
+#include "Findings/CheckedFiles.h"
 #include "ProjectManager/ProjectManager.h"
-#include "SyntaxParser/ParserComponent.h"
 
 #include <algorithm>
 
@@ -16,29 +16,14 @@ namespace {
 constexpr int SoonDelay = 500;     ///< milliseconds
 constexpr int ProgressDelay = 150; ///< between two reports
 
-ProjectManager::SFileQuery QueryFor(const std::wstring& folder, const CProjectSettings& settings)
-{
-    const std::wstring prefix = folder.ends_with(L'/') ? folder : folder + L'/';
-    ProjectManager::SFileQuery query;
-    query.project = settings.For(prefix)->configuration.root;
-    query.takesFile = [settings, prefix](const std::wstring& relative) {
-        const std::wstring path = prefix + relative;
-        const Configuration::SConfiguration& configuration = settings.For(path)->configuration;
-        return configuration.Includes(path) && !configuration.Excludes(path);
-    };
-    query.entersFolder = [settings, prefix](const std::wstring& relative) {
-        const std::wstring path = prefix + relative;
-        return !ProjectManager::IsLeftOut(Host::FileName(relative)) &&
-               !settings.For(path)->configuration.Excludes(path);
-    };
-    return query;
-}
-
 } // namespace
 
 CWorkspace::CWorkspace(Host::CApplication& application, CConnection& connection,
-                       const CProjectSettings& settings)
-    : m_application(application), m_connection(connection), m_settings(settings)
+                       const CProjectSettings& settings, std::function<void()> onFound)
+    : m_application(application),
+      m_connection(connection),
+      m_settings(settings),
+      m_onFound(std::move(onFound))
 {
     m_soon.setSingleShot(true);
     m_soon.setInterval(SoonDelay);
@@ -69,7 +54,7 @@ void CWorkspace::RemoveFolder(const std::wstring& path)
 bool CWorkspace::Takes(const std::wstring& path) const
 {
     return std::any_of(m_folders.begin(), m_folders.end(), [&](const std::wstring& folder) {
-        return ProjectManager::IsFoundIn(folder, path, QueryFor(folder, m_settings));
+        return ProjectManager::IsFoundIn(folder, path, Findings::CheckedFiles(folder, m_settings.Rules()));
     });
 }
 
@@ -96,11 +81,11 @@ void CWorkspace::CheckAll()
         m_application.Project().Close();
         return;
     }
-    m_search = std::thread([this, search = m_searches, folders = m_folders, settings = m_settings] {
+    m_search = std::thread([this, search = m_searches, folders = m_folders, rules = m_settings.Rules()] {
         auto files = std::make_shared<std::vector<std::wstring>>();
         Host::Guard(L"find files", [&] {
             for (const std::wstring& folder : folders) {
-                ProjectManager::SFileQuery query = QueryFor(folder, settings);
+                ProjectManager::SFileQuery query = Findings::CheckedFiles(folder, rules);
                 query.isCancelled = [this] { return m_cancelled.load(); };
                 const std::vector<std::wstring> found = ProjectManager::FindFiles(folder, query);
                 files->insert(files->end(), found.begin(), found.end());
@@ -120,6 +105,7 @@ void CWorkspace::OnFound(int search, std::vector<std::wstring> files)
 {
     if (search != m_searches)
         return;
+    m_onFound();
     m_asked = 0;
     const std::size_t total = files.size();
     try {

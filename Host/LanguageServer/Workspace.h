@@ -22,8 +22,9 @@ namespace Kesh::LanguageServer {
 class CWorkspace
 {
 public:
-    /// `settings` outlives it.
-    CWorkspace(Host::CApplication& application, CConnection& connection, const CProjectSettings& settings);
+    /// `settings` outlives it. `onFound` is called after each search.
+    CWorkspace(Host::CApplication& application, CConnection& connection, const CProjectSettings& settings,
+               std::function<void()> onFound);
     ~CWorkspace();
 
     void SetProgressWanted(bool wanted) { m_progressWanted = wanted; }
@@ -49,6 +50,7 @@ private:
     Host::CApplication& m_application;
     CConnection& m_connection;
     const CProjectSettings& m_settings;
+    std::function<void()> m_onFound;
     std::vector<std::wstring> m_folders;
     QTimer m_soon;
     std::thread m_search;

@@ -1,6 +1,6 @@
 #include "ProjectManager/FileFinder.h"
 
-#include "Application/FilePath.h"
+#include "Files/FilePath.h"
 
 #include <algorithm>
 #include <filesystem>

@@ -1,9 +1,9 @@
 #include "ProjectManager/ProjectData.h"
 
-#include "Application/FileIO.h"
-#include "Application/FilePath.h"
 #include "Base/CommonString.h"
 #include "Base/Exception.h"
+#include "Files/FileIO.h"
+#include "Files/FilePath.h"
 
 #include <filesystem>
 

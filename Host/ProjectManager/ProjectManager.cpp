@@ -1,6 +1,6 @@
 #include "ProjectManager/ProjectManager.h"
 
-#include "Application/Fault.h"
+#include "Files/Fault.h"
 #include "ProjectManager/ProjectData.h"
 #include "SyntaxParser/SPDocument.h"
 

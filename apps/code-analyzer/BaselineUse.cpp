@@ -1,9 +1,9 @@
 #include "BaselineUse.h"
 
-#include "Application/FileIO.h"
-#include "Application/FilePath.h"
 #include "Base/Exception.h"
 #include "Commands.h"
+#include "Files/FileIO.h"
+#include "Files/FilePath.h"
 #include "Report/Printable.h"
 
 #include <cstdio>
@@ -11,21 +11,6 @@
 namespace Kesh::CommandLine {
 
 namespace {
-
-[[noreturn]] void Fail(const std::wstring& file, const Base::CWorkError& fault)
-{
-    throw Base::CWorkError(file + L": " + fault.GetMessage(), __LINE__, "apps/code-analyzer/BaselineUse");
-}
-
-std::wstring FileOf(const SOptions& options, const Configuration::SConfiguration& configuration)
-{
-    if (!options.baseline.empty())
-        return Host::AbsolutePath(Host::PathFromBytes(options.baseline));
-    if (!configuration.baseline.empty() || !options.generateBaseline)
-        return configuration.baseline;
-    const std::wstring name = L"code-analyzer-baseline.json";
-    return Host::AbsolutePath(configuration.root.empty() ? name : configuration.root + L'/' + name);
-}
 
 /// A settings file may be a stranger's: the file that it names is written only where and over what a baseline
 /// may be.
@@ -49,61 +34,66 @@ void RequireBaseline(const std::wstring& file, const std::wstring& root)
 
 } // namespace
 
-CBaselineUse::CBaselineUse(const SOptions& options, const Configuration::SConfiguration& configuration)
-    : m_file(FileOf(options, configuration)), m_generate(options.generateBaseline), m_quiet(options.quiet)
+CBaselineUse::CBaselineUse(const SOptions& options, TProjectRules rules)
+    : m_rules(std::move(rules)), m_generate(options.generateBaseline), m_quiet(options.quiet)
 {
-    if (m_file.empty())
+    if (!options.baseline.empty())
+        m_named = Host::AbsolutePath(Host::PathFromBytes(options.baseline));
+    Expect(FirstPlace(options));
+}
+
+std::wstring CBaselineUse::FileFor(const Configuration::SConfiguration& settings) const
+{
+    if (!m_named.empty())
+        return m_named;
+    if (!settings.baseline.empty())
+        return settings.baseline;
+    const std::wstring name = L"code-analyzer-baseline.json";
+    return Host::AbsolutePath(settings.root.empty() ? name : settings.root + L'/' + name);
+}
+
+void CBaselineUse::Expect(const std::wstring& path)
+{
+    if (!m_generate)
         return;
-    if (m_generate) {
-        if (!options.baseline.empty() && Host::LeadsOut(L".", m_file))
-            throw Base::CWorkError(
-                L"cannot write " + m_file +
-                    L": is a link that leads out of the current folder; name the file that "
-                    L"it leads to",
-                __LINE__, "apps/code-analyzer/BaselineUse");
-        if (options.baseline.empty())
-            RequireBaseline(m_file,
-                            configuration.root.empty() ? Host::AbsolutePath(L".") : configuration.root);
-        m_baseline.emplace(m_file.substr(0, m_file.rfind(L'/')));
+    const Findings::TRules rules = m_rules->For(path);
+    const std::wstring file = FileFor(rules->settings);
+    if (m_written.contains(file))
         return;
-    }
-    try {
-        m_baseline.emplace(Findings::CBaseline::Read(m_file));
-    } catch (const Base::CWorkError& fault) {
-        Fail(Host::FileName(m_file), fault);
-    }
+    if (m_named.empty())
+        RequireBaseline(file, rules->settings.root.empty() ? Host::AbsolutePath(L".") : rules->settings.root);
+    else if (Host::LeadsOut(L".", file))
+        throw Base::CWorkError(L"cannot write " + file +
+                                   L": is a link that leads out of the current folder; name the file that "
+                                   L"it leads to",
+                               __LINE__, "apps/code-analyzer/BaselineUse");
+    m_written.emplace(file, Findings::CBaseline(file.substr(0, file.rfind(L'/'))));
 }
 
 void CBaselineUse::Apply(Findings::SFileFindings& file)
 {
-    if (!m_baseline)
-        return;
     if (m_generate) {
-        m_baseline->Take(file);
+        m_written.at(FileFor(m_rules->For(file.path)->settings)).Take(file);
         file.findings.clear();
-    } else {
-        for (Findings::CBaseline::SGone& gone : m_baseline->Filter(file))
-            m_gone.push_back(std::move(gone));
     }
+    m_gone.insert(m_gone.end(), file.gone.begin(), file.gone.end());
 }
 
 void CBaselineUse::Finish()
 {
-    if (!m_baseline)
-        return;
-    if (m_generate) {
+    for (const auto& [file, baseline] : m_written) {
         try {
-            m_baseline->Write(m_file);
+            baseline.Write(file);
         } catch (const Base::CWorkError& fault) {
-            Fail(L"cannot write " + m_file, fault);
+            throw Base::CWorkError(L"cannot write " + file + L": " + fault.GetMessage(), __LINE__,
+                                   "apps/code-analyzer/BaselineUse");
         }
-        std::fprintf(stderr, "code-analyzer: %s: %s written\n", Printable(m_file).c_str(),
-                     Counted(m_baseline->Size(), "finding").c_str());
-        return;
+        std::fprintf(stderr, "code-analyzer: %s: %s written\n", Printable(file).c_str(),
+                     Counted(baseline.Size(), "finding").c_str());
     }
     if (m_quiet)
         return;
-    for (const Findings::CBaseline::SGone& gone : m_gone)
+    for (const Findings::SGone& gone : m_gone)
         std::fprintf(stderr, "code-analyzer: %s: gone from the baseline's findings: [%d] %s%s\n",
                      Printable(Host::PathFromBytes(gone.file)).c_str(), gone.code,
                      Printable(Host::PathFromBytes(gone.line)).c_str(),

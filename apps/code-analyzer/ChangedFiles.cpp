@@ -1,7 +1,7 @@
 #include "ChangedFiles.h"
 
-#include "Application/FilePath.h"
 #include "Base/Exception.h"
+#include "Files/FilePath.h"
 
 #include <QProcess>
 

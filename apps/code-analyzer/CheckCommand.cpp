@@ -1,13 +1,13 @@
 #include "Base/Exception.h"
 #include "BaselineUse.h"
 #include "Commands.h"
-#include "ConfigurationChoice.h"
 #include "FileChecker.h"
 #include "Interrupt.h"
 #include "Jobs/Jobs.h"
 #include "Paths.h"
 #include "Progress.h"
 #include "Report/Report.h"
+#include "RulesChoice.h"
 
 #include <algorithm>
 #include <cstdio>
@@ -39,16 +39,18 @@ SResult CheckInput(CFileChecker& checker, const std::vector<SInput>& inputs, std
 
 int RunCheck(const SOptions& options)
 {
-    const Configuration::SConfiguration configuration = ConfigurationFor(options);
-    CFileChecker checker(configuration);
+    const TProjectRules rules = RulesFor(options);
+    CFileChecker checker(options, rules);
     CReport report(options);
-    CBaselineUse baseline(options, configuration);
+    CBaselineUse baseline(options, rules);
     bool failed = false;
     const TPathError onError = [&](const std::wstring& path, const std::string& reason) {
         PrintProblem(path, reason);
         failed = true;
     };
-    std::vector<SInput> inputs = CollectInputs(options, configuration, onError);
+    std::vector<SInput> inputs = CollectInputs(options, rules, onError);
+    for (const SInput& input : inputs)
+        baseline.Expect(input.absolute);
     const auto precedes = [](const SInput& a, const SInput& b) { return a.shown < b.shown; };
     if (!std::is_sorted(inputs.begin(), inputs.end(), precedes)) // one folder comes sorted
         std::sort(inputs.begin(), inputs.end(), precedes);

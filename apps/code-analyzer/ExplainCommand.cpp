@@ -1,4 +1,4 @@
-#include "Application/FilePath.h"
+#include "Files/FilePath.h"
 #include "Base/CommonString.h"
 #include "Commands.h"
 #include "Findings/ErrorPage.h"

@@ -1,9 +1,10 @@
 #include "FileChecker.h"
 
-#include "Application/FileIO.h"
 #include "Base/Exception.h"
-#include "Configuration/Apply.h"
+#include "Files/FileIO.h"
+#include "Findings/ApplyRules.h"
 #include "Findings/Ignores.h"
+#include "Kesh/CodeAnalyzer/IGrammarCheck.h"
 #include "SyntaxParser/SPDocument.h"
 #include "SyntaxParser/SourceText.h"
 
@@ -44,14 +45,29 @@ std::wstring FactoryOf(const SInput& input)
 
 } // namespace
 
-CFileChecker::CFileChecker(const Configuration::SConfiguration& configuration)
-    : m_library("libCodeAnalyzerChecks.so.1"),
+CFileChecker::CFileChecker(const SOptions& options, TProjectRules rules)
+    : m_rules(std::move(rules)),
+      m_library("libCodeAnalyzerChecks.so.1"),
       m_checks(
           m_library.Symbol<decltype(CodeAnalyzerCreateChecks)>("CodeAnalyzerCreateChecks")(&m_application)),
+      m_describer(*m_checks->GetTexts()),
       m_reader(boost::make_shared<SyntaxParser::CTextReader>(std::wstring()))
 {
-    Configuration::Apply(configuration, m_application.Parser(), m_checks->GetGrammarCheck());
-    m_describer.emplace(Findings::CDescriber::SSources{*m_checks->GetTexts(), &configuration});
+    CodeAnalyzer::IGrammarCheck* grammar = m_checks->GetGrammarCheck();
+    if (grammar)
+        grammar->SetEnabled(!options.noGrammar);
+    Findings::ApplyRules(m_rules, m_application.Parser(), grammar);
+}
+
+void CFileChecker::UseNames(const Configuration::SConfiguration& settings)
+{
+    SyntaxParser::SOwnNames names = Findings::OwnNamesOf(settings);
+    if (names == m_names)
+        return;
+    m_names = std::move(names);
+    m_application.Parser().SetOwnNames(m_names);
+    // The checks of a text keep the names that they were made with.
+    m_reader = boost::make_shared<SyntaxParser::CTextReader>(std::wstring());
 }
 
 std::string_view CFileChecker::ReadInput(const SInput& input)
@@ -67,6 +83,8 @@ std::optional<Findings::SFileFindings> CFileChecker::Check(const SInput& input)
     const std::string_view bytes = ReadInput(input);
     if (SyntaxParser::HoldsNoSource(bytes))
         return {};
+    const Findings::TRules rules = m_rules->For(input.absolute);
+    UseNames(rules->settings);
     m_reader->Decode(bytes);
     const std::wstring factory = FactoryOf(input);
     std::vector<CodeAnalyzer::SDiagnostic> found;
@@ -74,8 +92,9 @@ std::optional<Findings::SFileFindings> CFileChecker::Check(const SInput& input)
         throw Base::CWorkError(L"the check failed: " + m_checks->GetFailure(), __LINE__,
                                "apps/code-analyzer/FileChecker");
     const bool mayIgnore = SyntaxParser::Utf16OrderOf(bytes) || Findings::CIgnores::MayHave(bytes);
-    return m_describer->Describe(
-        {input.shown, input.absolute, [this] { return m_reader->GetText(); }, mayIgnore}, std::move(found));
+    return m_describer.Describe(
+        {input.shown, input.absolute, [this] { return m_reader->GetText(); }, mayIgnore, input.standardInput},
+        std::move(found), *rules);
 }
 
 } // namespace Kesh::CommandLine

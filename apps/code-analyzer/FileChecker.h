@@ -5,6 +5,8 @@
 #include "Findings/Describe.h"
 #include "Kesh/CodeAnalyzer/ITextChecks.h"
 #include "Paths.h"
+#include "RulesChoice.h"
+#include "SyntaxParser/OwnNames.h"
 #include "SyntaxParser/TextReader.h"
 
 #include <memory>
@@ -17,8 +19,8 @@ namespace Kesh::CommandLine {
 class CFileChecker
 {
 public:
-    /// Loads the checks, for a project's settings, which outlive it. Throws Base::CWorkError when that fails.
-    explicit CFileChecker(const Configuration::SConfiguration& configuration);
+    /// Loads the checks. Throws Base::CWorkError when that fails.
+    CFileChecker(const SOptions& options, TProjectRules rules);
 
     /// Null for a binary file. Throws Base::CWorkError when the input cannot be read or its check fails.
     std::optional<Findings::SFileFindings> Check(const SInput& input);
@@ -30,11 +32,14 @@ private:
     };
 
     std::string_view ReadInput(const SInput& input);
+    void UseNames(const Configuration::SConfiguration& settings);
 
+    TProjectRules m_rules;
     Host::CBareApplication m_application;
     Host::CPluginLibrary m_library;
     std::unique_ptr<CodeAnalyzer::ITextChecks, SFree> m_checks;
-    std::optional<Findings::CDescriber> m_describer;
+    Findings::CDescriber m_describer;
+    SyntaxParser::SOwnNames m_names;
     std::string m_bytes; ///< room for those of a file
     boost::shared_ptr<SyntaxParser::CTextReader> m_reader;
 };

@@ -1,6 +1,6 @@
-#include "Application/FileIO.h"
-#include "Application/FilePath.h"
 #include "Commands.h"
+#include "Files/FileIO.h"
+#include "Files/FilePath.h"
 #include "Report/Printable.h"
 #include "SyntaxParser/SPDocument.h"
 #include "SyntaxParser/SourceText.h"

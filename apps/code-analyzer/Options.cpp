@@ -1,9 +1,9 @@
 #include "Options.h"
 
-#include "Application/Printable.h"
 #include "Application/Version.h"
 #include "Completion.h"
 #include "Configuration/Configuration.h"
+#include "Files/Printable.h"
 #include "OutputOptions.h"
 
 #include <CLI/CLI.hpp>

@@ -1,8 +1,8 @@
 #include "Paths.h"
 
-#include "Application/FilePath.h"
 #include "ChangedFiles.h"
 #include "Commands.h"
+#include "Files/FilePath.h"
 #include "ProjectManager/FileFinder.h"
 
 #include <algorithm>
@@ -19,10 +19,7 @@ using Configuration::MatchesPath;
 class CSelection
 {
 public:
-    CSelection(const SOptions& options, const Configuration::SConfiguration& configuration)
-        : m_options(options), m_configuration(configuration)
-    {
-    }
+    CSelection(const SOptions& options, const TProjectRules& rules) : m_options(options), m_rules(rules) {}
 
     /// A file in a folder that is looked into; `below` is its path below that folder.
     bool TakesFile(const std::wstring& below, const std::wstring& absolute) const
@@ -33,11 +30,12 @@ public:
     {
         return !ProjectManager::IsLeftOut(Host::FileName(below)) && !Excludes(below, absolute);
     }
-    /// Where links may lead.
-    const std::wstring& Project() const { return m_configuration.root; }
+    /// Where links may lead from a folder, which has a slash behind it.
+    std::wstring ProjectOf(const std::wstring& folder) const { return m_rules->For(folder)->settings.root; }
     bool Excludes(const std::wstring& path, const std::wstring& absolute) const
     {
-        return MatchesPath(m_options.exclude, Host::PathToBytes(path)) || m_configuration.Excludes(absolute);
+        return MatchesPath(m_options.exclude, Host::PathToBytes(path)) ||
+               m_rules->For(absolute)->settings.Excludes(absolute);
     }
 
 private:
@@ -45,11 +43,11 @@ private:
     {
         if (!m_options.include.empty())
             return MatchesPath(m_options.include, Host::PathToBytes(below));
-        return m_configuration.Includes(absolute);
+        return m_rules->For(absolute)->settings.Includes(absolute);
     }
 
     const SOptions& m_options;
-    const Configuration::SConfiguration& m_configuration;
+    const TProjectRules& m_rules;
 };
 
 std::wstring WithSlash(const std::wstring& folder)
@@ -62,7 +60,7 @@ ProjectManager::SFileQuery QueryFor(const std::wstring& folder, const CSelection
 {
     const std::wstring prefix = WithSlash(Host::AbsolutePath(folder));
     ProjectManager::SFileQuery query;
-    query.project = selection.Project();
+    query.project = selection.ProjectOf(prefix);
     query.onLeadsOut = &PrintLeadsOut;
     query.takesFile = [&selection, prefix](const std::wstring& path) {
         return selection.TakesFile(path, prefix + path);
@@ -113,10 +111,10 @@ void PrintLeadsOut(const std::wstring& path)
     PrintProblem(path, "skipped: a link that leads out of the project");
 }
 
-std::vector<SInput> CollectInputs(const SOptions& options, const Configuration::SConfiguration& configuration,
+std::vector<SInput> CollectInputs(const SOptions& options, const TProjectRules& rules,
                                   const TPathError& onError)
 {
-    const CSelection selection(options, configuration);
+    const CSelection selection(options, rules);
     std::vector<SInput> inputs;
     std::unordered_set<std::wstring> seen;
     const auto addAs = [&](const std::wstring& shown, const std::wstring& absolute, bool standardInput) {

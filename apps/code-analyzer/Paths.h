@@ -1,7 +1,7 @@
 #pragma once
 
-#include "Configuration/Configuration.h"
 #include "Options.h"
+#include "RulesChoice.h"
 
 #include <functional>
 #include <string>
@@ -24,7 +24,7 @@ void PrintLeadsOut(const std::wstring& path);
 
 /// The files that the paths of a check stand for, each once, in the order of the command line and sorted
 /// within a folder.
-std::vector<SInput> CollectInputs(const SOptions& options, const Configuration::SConfiguration& configuration,
+std::vector<SInput> CollectInputs(const SOptions& options, const TProjectRules& rules,
                                   const TPathError& onError);
 
 } // namespace Kesh::CommandLine

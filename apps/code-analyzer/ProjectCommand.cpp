@@ -1,17 +1,17 @@
-#include "Application/FileIO.h"
-#include "Application/FilePath.h"
+#include "Application/ParserComponent.h"
 #include "Base/CommonString.h"
 #include "Base/Exception.h"
 #include "BaselineUse.h"
 #include "Commands.h"
-#include "Configuration/ProjectFiles.h"
-#include "ConfigurationChoice.h"
+#include "Files/FileIO.h"
+#include "Files/FilePath.h"
+#include "Findings/CheckedFiles.h"
 #include "Paths.h"
 #include "Progress.h"
 #include "ProjectManager/ProjectManager.h"
 #include "Report/Report.h"
+#include "RulesChoice.h"
 #include "Session.h"
-#include "SyntaxParser/ParserComponent.h"
 #include "SyntaxParser/SPDocument.h"
 #include "SyntaxParser/SourceText.h"
 
@@ -25,33 +25,26 @@ namespace Kesh::CommandLine {
 namespace {
 
 /// The files that `check` would take, so that both list the same.
-std::vector<std::wstring> FilesOf(const std::wstring& folder, const Configuration::SConfiguration& settings,
+std::vector<std::wstring> FilesOf(const std::wstring& folder, const TProjectRules& rules,
                                   const TPathError& onError,
                                   const std::function<void(const std::wstring&)>& onLeadsOut)
 {
-    ProjectManager::SFileQuery query = Configuration::CheckedFiles(folder, settings);
+    ProjectManager::SFileQuery query = Findings::CheckedFiles(folder, rules);
     query.onError = onError;
     query.onLeadsOut = onLeadsOut;
     return ProjectManager::FindFiles(folder, query);
-}
-
-/// Whatever its ending, what a project includes is checked.
-void CheckAllThatIsIncluded(CSession& session, const Configuration::SConfiguration& settings)
-{
-    session.Application().Parser().SetTakenForPhp([&settings](const std::wstring& path) {
-        return !settings.include.empty() && settings.Includes(path);
-    });
-    session.Plugin().ProjectCheck().SetComplete(true);
-    session.Plugin().ProjectCheck().SetThorough(true);
 }
 
 } // namespace
 
 int RunProject(const SOptions& options)
 {
-    const Configuration::SConfiguration configuration = ConfigurationFor(options);
-    CBaselineUse baseline(options, configuration);
-    CSession session(configuration);
+    const TProjectRules rules = RulesFor(options);
+    CBaselineUse baseline(options, rules);
+    CSession session;
+    session.UseRules(rules, rules->For(FirstPlace(options))->settings);
+    session.Plugin().ProjectCheck().SetComplete(true);
+    session.Plugin().ProjectCheck().SetThorough(true);
     Host::CApplication& application = session.Application();
     ProjectManager::CProjectManager& project = application.Project();
     const std::wstring given = Host::PathFromBytes(options.paths.front());
@@ -83,11 +76,12 @@ int RunProject(const SOptions& options)
 
     std::atomic<std::size_t> asked{0};
     application.Parser().SetFileHook([&](const std::wstring&) { ++asked; });
-    const std::vector<std::wstring> files = FilesOf(
-        folder, configuration, onError, [&](const std::wstring& path) { PrintLeadsOut(shownPath(path)); });
+    const std::vector<std::wstring> files =
+        FilesOf(folder, rules, onError, [&](const std::wstring& path) { PrintLeadsOut(shownPath(path)); });
     if (failed)
         return ExitFailed;
-    CheckAllThatIsIncluded(session, configuration);
+    for (const std::wstring& file : files)
+        baseline.Expect(file);
     application.OpenProject(folder, files);
 
     CProgress progress(!options.quiet);
@@ -120,8 +114,8 @@ int RunProject(const SOptions& options)
             PrintProblem(shownPath(file), "skipped: a binary file");
             continue;
         }
-        Findings::SFileFindings findings = session.FindingsOf(
-            file, {shownPath(file), file, [&] { return SyntaxParser::DecodeSource(bytes); }});
+        Findings::SFileFindings findings =
+            session.FindingsOf({shownPath(file), file, [&] { return SyntaxParser::DecodeSource(bytes); }});
         baseline.Apply(findings);
         report.Add(findings);
         ++checked;

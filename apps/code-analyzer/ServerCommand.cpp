@@ -1,5 +1,5 @@
-#include "Application/FilePath.h"
 #include "Commands.h"
+#include "Files/FilePath.h"
 #include "LanguageServer/Framing.h"
 #include "LanguageServer/Server.h"
 #include "LanguageServer/Uri.h"

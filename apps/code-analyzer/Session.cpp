@@ -1,7 +1,8 @@
 #include "Session.h"
 
-#include "Configuration/Apply.h"
-#include "SyntaxParser/ParserComponent.h"
+#include "Application/ParserComponent.h"
+#include "Findings/ApplyRules.h"
+#include "Kesh/CodeAnalyzer/IGrammarCheck.h"
 
 namespace Kesh::CommandLine {
 
@@ -15,24 +16,26 @@ CQtProcess::CQtProcess()
     m_application.emplace(argc, argv);
 }
 
-CSession::CSession(const Configuration::SConfiguration& configuration)
-    : m_application({m_frame, m_settings, m_translations})
+CSession::CSession() : m_application({m_frame, m_settings, m_translations})
 {
     m_plugin.emplace(m_application);
     m_frame.Build();
-    Configuration::Apply(configuration, m_application.Parser(), m_plugin->GrammarCheck());
-    m_describer.emplace(Findings::CDescriber::SSources{m_plugin->Errors().GetTexts(), &configuration});
 }
 
-const Configuration::SConfiguration& CSession::NoConfiguration()
+void CSession::UseRules(TProjectRules rules, const Configuration::SConfiguration& project)
 {
-    static const Configuration::SConfiguration none;
-    return none;
+    m_rules = std::move(rules);
+    if (CodeAnalyzer::IGrammarCheck* grammar = m_plugin->GrammarCheck())
+        grammar->SetEnabled(true);
+    Findings::ApplyRules(m_rules, m_application.Parser(), m_plugin->GrammarCheck());
+    m_application.Parser().SetOwnNames(Findings::OwnNamesOf(project));
 }
 
-Findings::SFileFindings CSession::FindingsOf(const std::wstring& file, const Findings::SCheckedFile& checked)
+Findings::SFileFindings CSession::FindingsOf(const Findings::SCheckedFile& checked)
 {
-    return m_describer->Describe(checked, m_plugin->Errors().GetDiagnostics(file));
+    const Findings::CDescriber describer(m_plugin->Errors().GetTexts());
+    return describer.Describe(checked, m_plugin->Errors().GetDiagnostics(checked.path),
+                              *m_rules->For(checked.path));
 }
 
 } // namespace Kesh::CommandLine

@@ -6,6 +6,7 @@
 #include "Application/Settings.h"
 #include "Findings/Describe.h"
 #include "LangSupport/Translations.h"
+#include "RulesChoice.h"
 
 #include <QApplication>
 #include <optional>
@@ -28,25 +29,24 @@ private:
 class CSession
 {
 public:
-    /// With the settings of a project, which outlive it.
-    explicit CSession(const Configuration::SConfiguration& configuration = NoConfiguration());
+    CSession();
+    /// Has files checked by their rules, and names by the project's own.
+    void UseRules(TProjectRules rules, const Configuration::SConfiguration& project);
 
     Host::CApplication& Application() { return m_application; }
     Host::CPlugin& Plugin() { return *m_plugin; }
 
-    /// What the plug-in knows now of a file, whose path it was given as `file`.
-    Findings::SFileFindings FindingsOf(const std::wstring& file, const Findings::SCheckedFile& checked);
+    /// What the plug-in knows now of a file, by the rules that are used.
+    Findings::SFileFindings FindingsOf(const Findings::SCheckedFile& checked);
 
 private:
-    static const Configuration::SConfiguration& NoConfiguration();
-
     CQtProcess m_process; ///< lives longest
     Host::CHeadlessMainFrame m_frame;
     Host::CMemorySettings m_settings;
     LangSupport::CTranslations m_translations; ///< none: messages stay as programs expect them
     Host::CApplication m_application;
     std::optional<Host::CPlugin> m_plugin;
-    std::optional<Findings::CDescriber> m_describer;
+    TProjectRules m_rules;
 };
 
 } // namespace Kesh::CommandLine

@@ -1,7 +1,7 @@
-#include "Application/FilePath.h"
 #include "Base/CommonString.h"
 #include "Base/Exception.h"
 #include "Commands.h"
+#include "Files/FilePath.h"
 
 #include <cerrno>
 #include <cstring>

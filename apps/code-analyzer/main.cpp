@@ -1,6 +1,6 @@
-#include "Application/FilePath.h"
 #include "Base/Exception.h"
 #include "Commands.h"
+#include "Files/FilePath.h"
 #include "Report/Printable.h"
 
 #include <QtGlobal>

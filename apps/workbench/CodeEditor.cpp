@@ -1,7 +1,7 @@
 #include "CodeEditor.h"
 
-#include "Application/FilePath.h"
 #include "EditorTheme.h"
+#include "Files/FilePath.h"
 #include "HtmlLexer.h"
 #include "SyntaxParser/SPDocument.h"
 

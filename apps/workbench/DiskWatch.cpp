@@ -1,7 +1,7 @@
 #include "DiskWatch.h"
 
 #include "Application/Application.h"
-#include "Application/FilePath.h"
+#include "Files/FilePath.h"
 #include "MessageStrip.h"
 #include "Texts.h"
 

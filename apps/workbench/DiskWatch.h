@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Application/FileIO.h"
+#include "Files/FileIO.h"
 
 #include <QFileSystemWatcher>
 #include <QObject>

@@ -1,12 +1,12 @@
 #include "DocumentArea.h"
 
 #include "Application/Application.h"
-#include "Application/FilePath.h"
 #include "Base/Exception.h"
 #include "CodeEditor.h"
 #include "EditorHolder.h"
 #include "EditorTheme.h"
 #include "ErrorWatch.h"
+#include "Files/FilePath.h"
 #include "FindBar.h"
 #include "FormatChoice.h"
 #include "MessageStrip.h"

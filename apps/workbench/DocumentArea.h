@@ -1,6 +1,5 @@
 #pragma once
 
-#include "Application/FileIO.h"
 #include "CodeEditor.h"
 #include "DiskWatch.h"
 #include "Kesh/SyntaxParser/Position.h"

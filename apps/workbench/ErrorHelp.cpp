@@ -1,8 +1,7 @@
 #include "ErrorHelp.h"
 
 #include "Application/Application.h"
-#include "Application/FileIO.h"
-#include "Application/FilePath.h"
+#include "Application/ParserComponent.h"
 #include "Application/PluginLoader.h"
 #include "Base/Exception.h"
 #include "CodeEditor.h"
@@ -10,10 +9,11 @@
 #include "Configuration/Edit.h"
 #include "DocumentArea.h"
 #include "ErrorWatch.h"
+#include "Files/FileIO.h"
+#include "Files/FilePath.h"
 #include "Findings/Describe.h"
 #include "Findings/ErrorPage.h"
 #include "ProjectManager/ProjectManager.h"
-#include "SyntaxParser/ParserComponent.h"
 #include "SyntaxParser/SPDocument.h"
 #include "Texts.h"
 
@@ -27,7 +27,7 @@
 
 namespace Kesh::Workbench {
 
-using QuickFixes::SQuickFix;
+using Findings::SQuickFix;
 
 namespace {
 
@@ -93,7 +93,7 @@ std::vector<SQuickFix> CErrorHelp::GetFixes() const
     const SyntaxParser::CIterator caret = editor->GetCaretPosition();
     const std::wstring text = editor->GetContent();
     const Findings::CTextLines lines(text);
-    const QuickFixes::SFileText file{text, lines, SyntaxParser::FactoryForPath(document->GetPath())};
+    const Findings::SFileText file{text, lines, SyntaxParser::FactoryForPath(document->GetPath())};
     // Those of the line, if there are none just here.
     const auto errors = m_watch->GetErrors(document->GetPath());
     const bool isAtError =
@@ -104,7 +104,7 @@ std::vector<SQuickFix> CErrorHelp::GetFixes() const
     };
     std::vector<SQuickFix> fixes;
     for (const Findings::SFinding& finding : FindingsOf(isMeant, text))
-        for (SQuickFix& fix : QuickFixes::FixesFor(finding, file))
+        for (SQuickFix& fix : Findings::FixesFor(finding, file))
             // What two errors have in common is offered once, for the first of them.
             if (std::none_of(fixes.begin(), fixes.end(),
                              [&](const SQuickFix& known) { return known.Title() == fix.Title(); }))

@@ -2,7 +2,7 @@
 
 #include "ErrorTip.h"
 #include "Findings/Finding.h"
-#include "QuickFixes/QuickFix.h"
+#include "Findings/QuickFix.h"
 
 #include <QObject>
 #include <QString>
@@ -39,15 +39,15 @@ public:
     std::vector<CErrorTip::SLine> GetTips(const SyntaxParser::CIterator& pos, bool wholeLine) const;
 
     /// What can be done about the errors at the caret of the editor in front, the likeliest first.
-    std::vector<QuickFixes::SQuickFix> GetFixes() const;
+    std::vector<Findings::SQuickFix> GetFixes() const;
     /// In the user's language.
-    static QString TitleOf(const QuickFixes::SQuickFix& fix);
+    static QString TitleOf(const Findings::SQuickFix& fix);
     /// Puts them into a menu, each with what it does.
     void AddFixes(QMenu& menu);
     /// Shows them as a menu at the caret.
     void OfferFixes();
     /// Does it, in one step that can be undone.
-    void Apply(const QuickFixes::SQuickFix& fix);
+    void Apply(const Findings::SQuickFix& fix);
 
     void Explain(int code, QWidget* parent);
 
@@ -60,7 +60,7 @@ private:
     using TPick = std::function<bool(const SyntaxParser::SScheme& span)>;
     /// The errors of the document in front that are picked, with all that is known of them.
     std::vector<Findings::SFinding> FindingsOf(const TPick& pick, const std::wstring& text) const;
-    void WriteSettings(const QuickFixes::SQuickFix& fix);
+    void WriteSettings(const Findings::SQuickFix& fix);
 
     Host::CApplication& m_application;
     CDocumentArea& m_area;

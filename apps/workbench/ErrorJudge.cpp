@@ -1,8 +1,8 @@
 #include "ErrorJudge.h"
 
-#include "Application/Fault.h"
-#include "Application/FileIO.h"
 #include "Base/Exception.h"
+#include "Files/Fault.h"
+#include "Files/FileIO.h"
 #include "Findings/Describe.h"
 #include "SyntaxParser/SourceText.h"
 
@@ -41,7 +41,7 @@ std::wstring TextOf(CErrorJudge::SOrder& order)
 } // namespace
 
 CErrorJudge::CErrorJudge(CodeAnalyzer::IDiagnosticTexts& texts)
-    : m_texts(texts), m_rules(std::make_shared<SProjectRules>()), m_thread([this] { Run(); })
+    : m_texts(texts), m_rules(Findings::CProjectRules::None()), m_thread([this] { Run(); })
 {
 }
 
@@ -56,7 +56,7 @@ CErrorJudge::~CErrorJudge()
     m_thread.join();
 }
 
-void CErrorJudge::SetRules(std::shared_ptr<const SProjectRules> rules)
+void CErrorJudge::SetRules(TProjectRules rules)
 {
     m_rules = std::move(rules);
 }
@@ -97,16 +97,12 @@ SVerdict CErrorJudge::Decide(STask& task) const
     std::vector<SCAError>& errors = task.order.errors;
     std::sort(errors.begin(), errors.end(),
               [](const SCAError& a, const SCAError& b) { return KeyOf(a) < KeyOf(b); });
-    Findings::SFileFindings found;
-    if (!task.rules->settings.Excludes(file)) {
-        std::vector<CodeAnalyzer::SDiagnostic> diagnostics;
-        for (const SCAError& error : errors)
-            diagnostics.push_back({error, {}});
-        const Findings::CDescriber describer({m_texts, &task.rules->settings, true});
-        found = describer.Describe({file, file, [&] { return TextOf(task.order); }}, std::move(diagnostics));
-        if (task.rules->baseline)
-            task.rules->baseline->Filter(found);
-    }
+    std::vector<CodeAnalyzer::SDiagnostic> diagnostics;
+    for (const SCAError& error : errors)
+        diagnostics.push_back({error, {}});
+    const Findings::CDescriber describer(m_texts, Findings::CDescriber::EDetail::Brief);
+    Findings::SFileFindings found = describer.Describe({file, file, [&] { return TextOf(task.order); }},
+                                                       std::move(diagnostics), *task.rules->For(file));
     for (const Findings::SFinding& finding : found.findings)
         if (IsOwn(finding))
             verdict.own.push_back(

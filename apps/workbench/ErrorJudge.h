@@ -1,7 +1,6 @@
 #pragma once
 
-#include "Configuration/Configuration.h"
-#include "Findings/Baseline.h"
+#include "Findings/ProjectRules.h"
 #include "Kesh/CodeAnalyzer/Plugin.h"
 
 #include <QObject>
@@ -17,15 +16,7 @@
 
 namespace Kesh::Workbench {
 
-/// What a project does not want to hear of.
-struct SProjectRules
-{
-    Configuration::SConfiguration settings;
-    std::optional<Findings::CBaseline> baseline;
-
-    /// Whether they leave all errors as they are.
-    bool AreEmpty() const { return settings.rules.empty() && settings.exclude.empty() && !baseline; }
-};
+using TProjectRules = std::shared_ptr<const Findings::CProjectRules>;
 
 /// An error and what has been decided about it.
 struct SJudgedError
@@ -43,8 +34,8 @@ struct SVerdict
     bool hides = false;                        ///< some error is not wanted
 };
 
-/// Decides which of a file's errors are wanted, as the command line does: by comments in the file, by the
-/// project's settings and by its baseline. That needs the file's text, so it happens in a thread.
+/// Decides which of a file's errors are wanted, as the command line does: by comments in the file, by its
+/// project's settings and baseline. That needs the file's text, so it happens in a thread.
 class CErrorJudge final : public QObject
 {
     Q_OBJECT
@@ -64,7 +55,7 @@ public:
     ~CErrorJudge() override;
 
     /// Holds for orders that come afterwards.
-    void SetRules(std::shared_ptr<const SProjectRules> rules);
+    void SetRules(TProjectRules rules);
     /// In place of an order for the same file that waits. What has a text goes first.
     void Ask(SOrder order);
 
@@ -76,13 +67,13 @@ private:
     struct STask
     {
         SOrder order;
-        std::shared_ptr<const SProjectRules> rules;
+        TProjectRules rules;
     };
     void Run();
     SVerdict Decide(STask& task) const;
 
     CodeAnalyzer::IDiagnosticTexts& m_texts;
-    std::shared_ptr<const SProjectRules> m_rules;
+    TProjectRules m_rules;
     std::mutex m_mutex;
     std::condition_variable m_changed;
     std::deque<STask> m_tasks;

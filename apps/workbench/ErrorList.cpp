@@ -1,7 +1,7 @@
 #include "ErrorList.h"
 
 #include "Application/Application.h"
-#include "Application/FilePath.h"
+#include "Files/FilePath.h"
 #include "CodeEditor.h"
 #include "DocumentArea.h"
 #include "ErrorHelp.h"
@@ -156,8 +156,8 @@ void CErrorList::ExtendMenu(QMenu* menu, const std::wstring& file, const CodeAna
         help.AddFixes(*menu);
     } else if (!m_parts.application.Project().GetFolder().empty()) {
         menu->addAction(Tr("&Ignore code %1 in this project").arg(code), this, [this, code] {
-            QuickFixes::SQuickFix fix;
-            fix.kind = QuickFixes::SQuickFix::EKind::IgnoreCode;
+            Findings::SQuickFix fix;
+            fix.kind = Findings::SQuickFix::EKind::IgnoreCode;
             fix.code = code;
             m_parts.help.Apply(fix);
         });

@@ -1,7 +1,7 @@
 #include "ErrorPanel.h"
 
-#include "Application/FilePath.h"
 #include "ErrorRowDelegate.h"
+#include "Files/FilePath.h"
 #include "Texts.h"
 
 #include <QApplication>

@@ -28,7 +28,7 @@ CErrorWatch::CErrorWatch(CodeAnalyzer::IErrorsSource& source, CodeAnalyzer::IErr
     : m_source(source),
       m_manager(manager),
       m_judge(source.GetTexts()),
-      m_rules(std::make_shared<SProjectRules>())
+      m_rules(Findings::CProjectRules::None())
 {
     const auto once = [this](QTimer& timer, int delay, auto action) {
         timer.setSingleShot(true);
@@ -178,7 +178,7 @@ void CErrorWatch::ForgetCounts(const std::wstring& file)
     m_files.erase(found);
 }
 
-void CErrorWatch::SetRules(std::shared_ptr<const SProjectRules> rules)
+void CErrorWatch::SetRules(TProjectRules rules)
 {
     m_rules = std::move(rules);
     m_judge.SetRules(m_rules);
@@ -188,22 +188,15 @@ void CErrorWatch::SetRules(std::shared_ptr<const SProjectRules> rules)
 
 std::int32_t CErrorWatch::TypeBySettings(const std::wstring& file, const SCAError& error) const
 {
-    const Configuration::SConfiguration& settings = m_rules->settings;
-    if (settings.Excludes(file))
-        return 0;
-    const auto level = settings.LevelOf(error.code, file);
-    if (!level)
-        return error.type;
-    return *level == Configuration::ELevel::Off     ? 0
-           : *level == Configuration::ELevel::Error ? CodeAnalyzer::SeverityError
-                                                    : CodeAnalyzer::SeverityWarning;
+    const Findings::TRules rules = m_rules->For(file);
+    return rules->settings.Excludes(file) ? 0 : rules->LevelOf(error, file);
 }
 
 bool CErrorWatch::HidesUndecided(const std::wstring& file) const
 {
     // Nothing shows up only to go again.
     const auto state = m_states.find(file);
-    return m_rules->baseline || (state != m_states.end() && state->second.verdict.hides);
+    return m_rules->For(file)->baseline || (state != m_states.end() && state->second.verdict.hides);
 }
 
 std::int32_t CErrorWatch::TypeOf(const std::wstring& file, const SCAError& error) const

@@ -61,8 +61,8 @@ public:
     std::optional<CodeAnalyzer::SCAError> FindAt(const std::wstring& file,
                                                  const SyntaxParser::CIterator& pos);
     /// What a project wants done with errors; those that it does not want are not there for the window.
-    void SetRules(std::shared_ptr<const SProjectRules> rules);
-    const Configuration::SConfiguration& GetSettings() const { return m_rules->settings; }
+    void SetRules(TProjectRules rules);
+    const TProjectRules& GetRules() const { return m_rules; }
     /// Whether some error may not be wanted.
     bool MayHide() const { return !m_rules->AreEmpty() || m_hiding > 0; }
     /// The severity of a stored error for the user; 0: it is not wanted. Quick, and safe while the store is
@@ -107,7 +107,7 @@ private:
     CodeAnalyzer::IErrorsSource& m_source;
     CodeAnalyzer::IErrorsManager& m_manager;
     CErrorJudge m_judge;
-    std::shared_ptr<const SProjectRules> m_rules;
+    TProjectRules m_rules;
     TTextOf m_textOf;
     std::map<std::wstring, SState> m_states;
     std::uint64_t m_generation = 0;

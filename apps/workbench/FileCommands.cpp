@@ -1,8 +1,8 @@
 #include "FileCommands.h"
 
 #include "Application/Application.h"
-#include "Application/FileIO.h"
-#include "Application/FilePath.h"
+#include "Files/FileIO.h"
+#include "Files/FilePath.h"
 #include "Base/Exception.h"
 #include "CodeEditor.h"
 #include "DocumentArea.h"

@@ -1,9 +1,9 @@
 #include "FileSearch.h"
 
-#include "Application/FileIO.h"
-#include "Application/FilePath.h"
 #include "Base/Exception.h"
-#include "Configuration/ProjectFiles.h"
+#include "Files/FileIO.h"
+#include "Files/FilePath.h"
+#include "Findings/CheckedFiles.h"
 #include "SyntaxParser/SourceText.h"
 
 #include <QElapsedTimer>
@@ -90,14 +90,15 @@ public:
 private:
     ProjectManager::SFileQuery MakeQuery()
     {
-        ProjectManager::SFileQuery query = Configuration::CheckedFiles(m_order.folder, m_order.settings);
+        ProjectManager::SFileQuery query = Findings::CheckedFiles(m_order.folder, m_order.rules);
         query.takesFile = [this, prefix = m_order.folder + L'/'](const std::wstring& below) {
             const std::wstring path = prefix + below;
-            if (m_order.settings.Excludes(path))
+            const Findings::TRules rules = m_order.rules->For(path);
+            if (rules->settings.Excludes(path))
                 return false;
             if (!m_order.files.empty())
                 return Configuration::MatchesPathOrFolder(m_order.files, Host::PathToBytes(below));
-            return m_order.settings.include.empty() || m_order.settings.Includes(path);
+            return rules->settings.include.empty() || rules->settings.Includes(path);
         };
         query.isCancelled = [this] { return m_cancelled->load(); };
         return query;

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Configuration/Configuration.h"
+#include "Findings/ProjectRules.h"
 #include "Kesh/SyntaxParser/Position.h"
 
 #include <QObject>
@@ -25,7 +25,7 @@ struct SSearchOrder
     std::wstring folder;
     /// Patterns for the names or paths of files; empty: those that the project's settings include, or all.
     Configuration::TGlobs files;
-    Configuration::SConfiguration settings;
+    std::shared_ptr<const Findings::CProjectRules> rules = Findings::CProjectRules::None();
     /// The text of files that has not been saved.
     std::map<std::wstring, std::wstring> unsaved;
 };

@@ -1,7 +1,7 @@
 #include "FileTree.h"
 
-#include "Application/FilePath.h"
 #include "ErrorWatch.h"
+#include "Files/FilePath.h"
 #include "Texts.h"
 
 #include <QFileSystemModel>

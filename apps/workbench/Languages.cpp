@@ -1,7 +1,7 @@
 #include "Languages.h"
 
-#include "Application/FileIO.h"
 #include "Base/Exception.h"
+#include "Files/FileIO.h"
 
 #include <QDir>
 #include <QFile>

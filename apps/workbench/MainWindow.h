@@ -6,6 +6,7 @@
 #include "MainFrame.h"
 #include "Preferences.h"
 #include "Prompts.h"
+#include "SyntaxParser/OwnNames.h"
 
 #include <QMainWindow>
 #include <QUrl>

@@ -1,6 +1,6 @@
 #include "MenuBuilder.h"
 
-#include "Application/Fault.h"
+#include "Files/Fault.h"
 #include "Kesh/LangSupport/LangSupport.h"
 #include "Texts.h"
 

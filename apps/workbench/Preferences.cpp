@@ -1,6 +1,6 @@
 #include "Preferences.h"
 
-#include "Application/FilePath.h"
+#include "Files/FilePath.h"
 
 #include <QRegularExpression>
 #include <algorithm>

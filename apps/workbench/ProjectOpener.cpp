@@ -1,8 +1,6 @@
 #include "ProjectOpener.h"
 
-#include "Application/FilePath.h"
-#include "Base/Exception.h"
-#include "Configuration/ProjectFiles.h"
+#include "Findings/CheckedFiles.h"
 
 #include <QThread>
 
@@ -12,20 +10,11 @@ namespace {
 
 void ReadRules(SProjectListing& listing)
 {
-    auto rules = std::make_shared<SProjectRules>();
-    QString what; // its own faults name the file
-    try {
-        if (const std::wstring file = Configuration::FindConfiguration(listing.folder); !file.empty())
-            rules->settings = Configuration::ReadConfiguration(file);
-        if (const std::wstring& file = rules->settings.baseline; !file.empty()) {
-            what = Host::PathToQt(Host::FileName(file)) + QStringLiteral(": ");
-            rules->baseline = Findings::CBaseline::Read(file);
-        }
-    } catch (const Base::CWorkError& fault) {
-        // The check goes on as if there were none; what is wrong with it is the user's to mend.
-        listing.rulesProblem = what + QString::fromStdWString(fault.GetMessage());
-    }
-    listing.rules = std::move(rules);
+    // The check goes on as if what is wrong were not there; it is the user's to mend.
+    using Findings::CProjectRules;
+    listing.rules =
+        std::make_shared<const CProjectRules>(Findings::SRulesForAll(), CProjectRules::EFaults::Keep);
+    listing.rules->For(listing.folder + L'/');
 }
 
 } // namespace
@@ -45,13 +34,16 @@ void CProjectOpener::Start(const std::wstring& folder)
     m_cancelled = std::make_shared<std::atomic<bool>>(false);
     m_thread.reset(QThread::create([folder, result, cancelled = m_cancelled] {
         ReadRules(*result);
-        ProjectManager::SFileQuery query = Configuration::CheckedFiles(folder, result->rules->settings);
+        ProjectManager::SFileQuery query = Findings::CheckedFiles(folder, result->rules);
         query.isCancelled = [&] { return cancelled->load(); };
         query.onError = [&](const std::wstring& path, const std::string& reason) {
             if (path == folder)
                 result->problem = QString::fromStdString(reason);
         };
         result->files = ProjectManager::FindFiles(folder, query);
+        for (const std::string& fault : result->rules->TakeFaults())
+            result->rulesProblem +=
+                (result->rulesProblem.isEmpty() ? "" : "\n") + QString::fromStdString(fault);
     }));
     connect(m_thread.get(), &QThread::finished, this, [this, result, cancelled = m_cancelled] {
         if (*cancelled)

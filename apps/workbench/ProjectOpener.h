@@ -19,7 +19,7 @@ struct SProjectListing
     std::wstring folder;
     std::vector<std::wstring> files; ///< those that are to be checked
     QString problem;                 ///< empty when the folder could be read
-    std::shared_ptr<const SProjectRules> rules;
+    TProjectRules rules;
     QString rulesProblem; ///< what is wrong with them; empty: nothing
 };
 

@@ -1,25 +1,22 @@
 #include "ProjectSession.h"
 
 #include "Application/Application.h"
-#include "Application/FilePath.h"
+#include "Files/FilePath.h"
 #include "Application/PluginLoader.h"
 #include "Base/Exception.h"
 #include "CheckControl.h"
-#include "Configuration/Apply.h"
-#include "Configuration/Configuration.h"
+#include "Findings/ApplyRules.h"
 #include "DocumentArea.h"
 #include "ErrorWatch.h"
 #include "FileTree.h"
-#include "GrammarChoice.h"
 #include "MessageStrip.h"
 #include "ProjectManager/ProjectManager.h"
 #include "StatusLine.h"
-#include "SyntaxParser/ParserComponent.h"
+#include "Application/ParserComponent.h"
 #include "Texts.h"
 
 #include <QFileInfo>
 #include <QMenu>
-#include <tuple>
 #include <utility>
 
 namespace Kesh::Workbench {
@@ -37,39 +34,24 @@ void CProjectSession::SetPlugin(Host::CPlugin* plugin, CErrorWatch* watch)
     m_watch = watch;
     if (!plugin)
         return;
-    ChooseGrammarFor(m_parts.application.Project().GetFolder());
-    UseRules(m_rules);
+    UseRules(m_rules, m_parts.application.Project().GetFolder());
 }
 
-void CProjectSession::ChooseGrammarFor(const std::wstring& folder)
+void CProjectSession::UseRules(TProjectRules rules, const std::wstring& folder)
 {
-    CodeAnalyzer::IGrammarCheck* grammar = m_plugin ? m_plugin->GrammarCheck() : nullptr;
-    if (!grammar)
-        return;
-    try {
-        ChooseGrammar(*grammar, m_parts.preferences.GetChoices().grammar, folder);
-    } catch (const Base::CWorkError& fault) {
-        m_parts.area.GetMessageStrip().Show(QString::fromStdWString(fault.GetMessage()));
-    }
-}
-
-void CProjectSession::UseRules(std::shared_ptr<const SProjectRules> rules)
-{
-    const auto namesOf = [](const SProjectRules& of) {
-        return std::tie(of.settings.tags, of.settings.attributes, of.settings.properties);
-    };
     Host::CApplication& application = m_parts.application;
+    SyntaxParser::SOwnNames names = Findings::OwnNamesOf(rules->For(folder + L'/')->settings);
     // Open documents keep the names that they were opened with.
-    const bool hasOtherNames = namesOf(*rules) != namesOf(*m_rules);
+    const bool hasOtherNames = names != m_names;
+    m_names = std::move(names);
     m_rules = std::move(rules);
     if (hasOtherNames)
         application.Documents().Suspend();
-    // The grammar check goes by more than the file.
-    Configuration::Apply(m_rules->settings, application.Parser(), nullptr);
-    // What a project includes whatever its ending is PHP.
-    application.Parser().SetTakenForPhp([settings = m_rules](const std::wstring& path) {
-        return !settings->settings.include.empty() && settings->settings.Includes(path);
-    });
+    CodeAnalyzer::IGrammarCheck* grammar = m_plugin ? m_plugin->GrammarCheck() : nullptr;
+    if (grammar)
+        grammar->SetEnabled(m_parts.preferences.GetChoices().grammar);
+    Findings::ApplyRules(m_rules, application.Parser(), grammar);
+    application.Parser().SetOwnNames(m_names);
     if (m_watch)
         m_watch->SetRules(m_rules);
     if (hasOtherNames)
@@ -99,8 +81,7 @@ void CProjectSession::OnListed(const SProjectListing& listing)
     const bool isOpen = m_parts.application.Project().GetFolder() == folder;
     if (m_watch && !isOpen)
         m_watch->SetChecked(false);
-    UseRules(listing.rules);
-    ChooseGrammarFor(folder);
+    UseRules(listing.rules, folder);
     if (isOpen) {
         m_parts.application.ReopenProject(listing.files);
     } else {
@@ -127,7 +108,7 @@ bool CProjectSession::Close()
 
 void CProjectSession::ShowNone()
 {
-    UseRules(std::make_shared<SProjectRules>());
+    UseRules(Findings::CProjectRules::None(), {});
     if (m_watch)
         m_watch->SetChecked(false);
     emit closed();

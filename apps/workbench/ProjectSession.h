@@ -2,6 +2,7 @@
 
 #include "Preferences.h"
 #include "ProjectOpener.h"
+#include "SyntaxParser/OwnNames.h"
 
 #include <QObject>
 #include <memory>
@@ -70,16 +71,15 @@ signals:
 
 private:
     void OnListed(const SProjectListing& listing);
-    /// Also at the start, with an empty folder.
-    void ChooseGrammarFor(const std::wstring& folder);
-    /// What a project wants; the next check goes by it.
-    void UseRules(std::shared_ptr<const SProjectRules> rules);
+    /// What a project wants; the next check goes by it. Also at the start, with an empty folder.
+    void UseRules(TProjectRules rules, const std::wstring& folder);
 
     SParts m_parts;
     Host::CPlugin* m_plugin = nullptr;
     CErrorWatch* m_watch = nullptr;
     CProjectOpener m_opener;
-    std::shared_ptr<const SProjectRules> m_rules = std::make_shared<SProjectRules>();
+    TProjectRules m_rules = Findings::CProjectRules::None();
+    SyntaxParser::SOwnNames m_names; ///< those of the project
 };
 
 } // namespace Kesh::Workbench

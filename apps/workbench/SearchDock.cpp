@@ -16,7 +16,7 @@ CSearchDock::CSearchDock(Host::CApplication& application, CDocumentArea& area)
       m_panel(new CSearchPanel([this, &application](SSearchOrder& order) {
           order.folder = application.Project().GetFolder();
           if (m_watch)
-              order.settings = m_watch->GetSettings();
+              order.rules = m_watch->GetRules();
           for (Host::CDocument* document : application.Documents().GetDocuments())
               if (document->IsModified())
                   order.unsaved[document->GetPath()] = document->GetBuffer()->GetText(L"\n");

@@ -1,6 +1,6 @@
 #include "SearchPanel.h"
 
-#include "Application/FilePath.h"
+#include "Files/FilePath.h"
 #include "PlainTip.h"
 #include "Texts.h"
 

@@ -51,9 +51,10 @@ BENCHMARK(CheckOfManyErrors)->Arg(1000)->Arg(8000)->Arg(64000)->Unit(benchmark::
 void DescribeManyErrors(benchmark::State& state)
 {
     CMany many(state.range(0));
-    const Findings::CDescriber describer({*many.checks->GetTexts()});
+    const Findings::CDescriber describer(*many.checks->GetTexts());
+    const Findings::SRules rules;
     for (auto _ : state)
-        if (describer.Describe({Path, Path, [&] { return many.text; }}, many.found).findings.size() <
+        if (describer.Describe({Path, Path, [&] { return many.text; }}, many.found, rules).findings.size() <
             static_cast<std::size_t>(state.range(0)))
             state.SkipWithError("errors are missing");
 }

@@ -1,6 +1,7 @@
 // What a project says about its check: settings, comments that ignore, baseline, changes.
 
 #include "CliFixture.h"
+#include "Files/FileIO.h"
 
 using nlohmann::json;
 using ::testing::ElementsAre;
@@ -177,6 +178,53 @@ TEST_F(Settings, TheNearestFileUpwardsCountsUnlessToldOtherwise)
     m_folder.Write(L"p/code-analyzer.json", "{}");
     EXPECT_EQ(RunJson({"p/q"}, 1).size(), 1u);
     EXPECT_THAT(Run({"check", "--config", "none.json", "p"}).err, HasSubstr("none.json: No such file"));
+}
+
+TEST_F(Settings, EachFileGoesByWhatIsNearestToIt)
+{
+    const std::string text = "<?php\n$a?->b;\n$a{0};\nif ($a);\n";
+    m_folder.Write(L"code-analyzer.json", R"({"phpVersion": "7.4", "baseline": "known.json"})");
+    m_folder.Write(L"known.json",
+                   R"({"version": 1, "findings": [{"file": "a.php", "code": 901, "line": "if ($a);"}]})");
+    m_folder.Write(L"a.php", text);
+    m_folder.Write(L"a.html", "<owna>a</owna><ownb>b</ownb>\n");
+    m_folder.Write(L"new/code-analyzer.json",
+                   R"({"codes": {"901": "error"}, "ownNames": {"tags": ["owna"]}, "exclude": ["gen"]})");
+    m_folder.Write(L"new/composer.json", R"({"require": {"php": "^8.2"}})");
+    m_folder.Write(L"new/b.php", text);
+    m_folder.Write(L"new/b.html", "<owna>a</owna><ownb>b</ownb>\n");
+    m_folder.Write(L"new/gen/c.php", text);
+    m_folder.Write(L"off/code-analyzer.json", R"({"grammar": false})");
+    m_folder.Write(L"off/d.php", text);
+    m_folder.Write(L"off/deep/e.php", text);
+    const TBrief a{"a.php:2 1091 error"};
+    const TBrief aHtml{"a.html:1 2001 error", "a.html:1 2001 error"};
+    const TBrief b{"new/b.html:1 2001 error", "new/b.php:3 1092 error", "new/b.php:4 901 error"};
+    const TBrief off{"off/d.php:4 901 warning", "off/deep/e.php:4 901 warning"};
+    TBrief all = aHtml;
+    for (const TBrief* more : {&a, &b, &off})
+        all.insert(all.end(), more->begin(), more->end());
+    for (const QStringList& paths :
+         {QStringList{"a.html", "a.php", "new", "off"}, QStringList{"off", "new", "a.php", "a.html"}})
+        for (const char* jobs : {"1", "2"}) {
+            SCOPED_TRACE(paths.join(' ').toStdString() + " by " + jobs);
+            EXPECT_EQ(Brief(RunJson(paths + QStringList{"--jobs", jobs}, AnyExit)), all);
+        }
+    EXPECT_EQ(Run({"project", "--format", "json", "new"}).out, Run({"check", "--format", "json", "new"}).out);
+
+    // What the user says holds for all.
+    EXPECT_EQ(Brief(RunJson({"a.php", "new/b.php", "--php-version", "8.2"}, AnyExit)),
+              (TBrief{"a.php:3 1092 error", "new/b.php:3 1092 error", "new/b.php:4 901 error"}));
+    EXPECT_EQ(Brief(RunJson({"new/b.php", "--config", "code-analyzer.json"}, AnyExit)),
+              (TBrief{"new/b.php:2 1091 error", "new/b.php:4 901 warning"}));
+
+    // Each project's baseline is its own.
+    EXPECT_EQ(Run({"check", "--generate-baseline", "a.php", "new"}).exit, 0);
+    EXPECT_THAT(Kesh::Host::ReadFileBytes(m_folder.Path(L"known.json")), HasSubstr("1091"));
+    EXPECT_THAT(Kesh::Host::ReadFileBytes(m_folder.Path(L"new/code-analyzer-baseline.json")),
+                HasSubstr(R"("file":"b.php","code":1092)"));
+    m_folder.Write(L"off/code-analyzer.json", "{\n\"grammer\": 1}");
+    EXPECT_THAT(Run({"check", "a.php", "off"}).err, HasSubstr("code-analyzer.json:2: unknown key"));
 }
 
 TEST_F(Settings, InitWritesAFileThatIsUnderstoodAndKeepsOneThatIsThere)

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "SyntaxParser/ParserComponent.h"
+#include "Application/ParserComponent.h"
 
 #include <atomic>
 #include <chrono>

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Application/ParserComponent.h"
 #include "Kesh/Editor/IDocBuffer.h"
 #include "Kesh/ProjectManager/IProjectManager.h"
 #include "Kesh/SDK/IApplication.h"
@@ -8,7 +9,6 @@
 #include "Kesh/SDK/IMainFrame.h"
 #include "Kesh/SDK/IMenu.h"
 #include "Kesh/SDK/IServices.h"
-#include "SyntaxParser/ParserComponent.h"
 #include "SyntaxParser/SPDocument.h"
 
 #include <boost/enable_shared_from_this.hpp>

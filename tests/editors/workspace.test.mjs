@@ -5,7 +5,7 @@ import { execFileSync } from 'node:child_process'
 import { rmSync } from 'node:fs'
 import { join } from 'node:path'
 import { test } from 'node:test'
-import { Folder, brief, eachWithServer, program } from './client.mjs'
+import { Folder, brief, eachWithServer, program, until } from './client.mjs'
 
 let folder
 let client
@@ -141,6 +141,45 @@ test('folders come and go with what is known of their files', async () => {
   await client.notify('workspace/didChangeConfiguration', { settings: { codeAnalyzer: { checkProject: true } } })
   await client.see(uri, found)
   assert.equal(await client.stop(), 0)
+  second.remove()
+})
+
+test('each file goes by the settings and the composer.json that are nearest to it', async () => {
+  const text = '<?php\n$a?->b;\n$a{0};\nif ($a);\n'
+  const second = new Folder()
+  folder.write('code-analyzer.json', '{ "phpVersion": "7.4" }')
+  second.write('code-analyzer.json', '{ "grammar": false }')
+  folder.write('new/code-analyzer.json', '{ "codes": { "901": "off" } }')
+  const composer = folder.write('new/composer.json', '{ "require": { "php": "^8.2" } }')
+  const cases = [
+    [folder.write('a.php', text), ['1:2-1:5 1091', '3:7-3:8 901']],
+    [folder.write('new/b.php', text), ['2:2-2:3 1092']],
+    [second.write('c.php', text), ['3:7-3:8 901']],
+  ]
+  const all = async (order) => {
+    for (const [uri, expected] of order) await client.see(uri, ...expected)
+  }
+  await client.start(folder)
+  await client.notify('workspace/didChangeWorkspaceFolders', {
+    event: { added: [second.asWorkspaceFolder()], removed: [] },
+  })
+  await all(cases)
+  for (const order of [cases, cases.toReversed()]) {
+    for (const [uri] of order) await client.open(uri, text)
+    for (const [uri, expected] of order) assert.deepEqual(await client.diagnostics(uri, 1), expected)
+    folder.write('new/composer.json', '{ "require": { "php": "^7.2" } }')
+    await client.changedFiles(composer)
+    await client.see(cases[1][0], '1:2-1:5 1091')
+    folder.write('new/composer.json', '{ "require": { "php": "^8.2" } }')
+    await client.changedFiles(composer)
+    await all(order)
+    for (const [uri] of order) await client.close(uri)
+    await all(order)
+  }
+  folder.write('new/code-analyzer.json', '{\n"grammer": 1 }')
+  await client.changedFiles(composer)
+  await until('the fault', () => client.messages.some((message) => message.includes('code-analyzer.json:2: unknown key')))
+  await all(cases)
   second.remove()
 })
 

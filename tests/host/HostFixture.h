@@ -2,10 +2,10 @@
 
 #include "Application/Application.h"
 #include "Application/HeadlessMainFrame.h"
+#include "Application/ParserComponent.h"
 #include "Application/Settings.h"
 #include "LangSupport/Translations.h"
 #include "ProjectManager/ProjectManager.h"
-#include "SyntaxParser/ParserComponent.h"
 #include "TempFolder.h"
 
 #include <gtest/gtest.h>

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "Application/FileIO.h"
-#include "Application/FilePath.h"
+#include "Files/FileIO.h"
+#include "Files/FilePath.h"
 
 #include <QTemporaryDir>
 #include <filesystem>

@@ -1,7 +1,7 @@
-#include "Application/FileIO.h"
-#include "Application/FilePath.h"
 #include "Base/Exception.h"
 #include "Editor/TextFile.h"
+#include "Files/FileIO.h"
+#include "Files/FilePath.h"
 #include "TempFolder.h"
 
 #include <filesystem>

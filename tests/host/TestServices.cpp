@@ -1,6 +1,6 @@
-#include "Application/Fault.h"
 #include "Application/ThreadService.h"
 #include "Application/TimerService.h"
+#include "Files/Fault.h"
 #include "Limits.h"
 
 #include <QElapsedTimer>

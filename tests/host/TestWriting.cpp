@@ -1,8 +1,8 @@
 // What becomes of a file that is written, and of everything around it.
 
-#include "Application/FileIO.h"
-#include "Application/FilePath.h"
 #include "Base/Exception.h"
+#include "Files/FileIO.h"
+#include "Files/FilePath.h"
 #include "Limits.h"
 #include "TempFolder.h"
 

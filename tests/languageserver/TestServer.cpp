@@ -1,8 +1,8 @@
 // What a server answers to whatever comes, message by message, in one process.
 
-#include "Application/FileIO.h"
 #include "Application/HeadlessHost.h"
 #include "Application/PluginLoader.h"
+#include "Files/FileIO.h"
 #include "LanguageServer/Server.h"
 #include "components/GatedParser.h"
 

@@ -1,5 +1,5 @@
-#include "Application/FileIO.h"
-#include "Application/FilePath.h"
+#include "Files/FileIO.h"
+#include "Files/FilePath.h"
 #include "FormatChoice.h"
 #include "MessageStrip.h"
 #include "WorkbenchFixture.h"

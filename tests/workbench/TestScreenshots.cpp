@@ -1,6 +1,6 @@
 // Pictures of the window on the example site; the tests only make sure that there is something to be seen.
-#include "Application/FilePath.h"
 #include "ErrorHelp.h"
+#include "Files/FilePath.h"
 #include "Languages.h"
 #include "Preferences.h"
 #include "SearchPanel.h"

@@ -1,5 +1,5 @@
-#include "Application/FilePath.h"
 #include "FileSearch.h"
+#include "Files/FilePath.h"
 #include "SearchPanel.h"
 #include "WorkbenchFixture.h"
 
@@ -89,7 +89,9 @@ TEST_F(Search, FindsWhatIsAskedFor)
     Open(m_folder.Path(L"p/a.php")).selectAll();
     Area().GetCurrentEditor()->replaceSelectedText("<?php\n\n\n\ntotal");
     Trigger("&Look for new files");
-    ASSERT_TRUE(WaitFor([&] { return Window().GetErrorWatch()->GetSettings().exclude.size() == 1; }));
+    ASSERT_TRUE(WaitFor([&] {
+        return Window().GetErrorWatch()->GetRules()->For(m_folder.Path(L"p/"))->settings.exclude.size() == 1;
+    }));
     EXPECT_EQ(Find("total"), (QStringList{"a.php:5", "sub/b.js:1"}));
     EXPECT_EQ(Part<QLabel>("searchState").text(), "Found: 2, in 3 files that were searched");
     Area().GetCurrentEditor()->setModified(false);

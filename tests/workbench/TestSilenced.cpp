@@ -1,5 +1,5 @@
-#include "Application/FilePath.h"
 #include "ErrorPanel.h"
+#include "Files/FilePath.h"
 #include "WorkbenchFixture.h"
 
 #include <QJsonArray>
@@ -100,8 +100,8 @@ TEST_F(Silenced, TheListShowsWhatTheCommandLineSays)
     WriteSettings(R"({"grammar": false})");
     Trigger("&Look for new files");
     ASSERT_TRUE(WaitFor([&] {
-        return !Window().GetErrorWatch()->GetSettings().grammar.value_or(true) &&
-               Window().GetErrorWatch()->GetSettings().exclude.empty();
+        const auto rules = Window().GetErrorWatch()->GetRules()->For(m_folder.Path(L"p/"));
+        return !rules->settings.grammar.value_or(true) && rules->settings.exclude.empty();
     }));
     ExpectTheSame("with other settings");
 }

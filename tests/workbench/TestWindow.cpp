@@ -1,7 +1,7 @@
-#include "Application/FilePath.h"
 #include "CodeEditor.h"
 #include "EditorTheme.h"
 #include "ErrorHelp.h"
+#include "Files/FilePath.h"
 #include "FindBar.h"
 #include "Kesh/CodeAnalyzer/Catalog.h"
 #include "Languages.h"
@@ -184,7 +184,7 @@ TEST_F(Window, WhatMendsIsNamedInGermanToo)
     std::set<std::string> titles;
     for (int line = 0; line < 5; ++line) {
         Area().GetCurrentEditor()->SetCaretPosition({1, line});
-        for (const QuickFixes::SQuickFix& fix : help->GetFixes()) {
+        for (const Findings::SQuickFix& fix : help->GetFixes()) {
             const QString title = Workbench::CErrorHelp::TitleOf(fix);
             EXPECT_FALSE(title.contains(QRegularExpression("^(Insert|Remove|Replace|Add|Ignore) ")))
                 << "not translated";

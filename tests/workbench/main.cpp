@@ -1,5 +1,5 @@
-#include "Application/FilePath.h"
 #include "Application/GuiApplication.h"
+#include "Files/FilePath.h"
 #include "WindowStyle.h"
 
 #include <QLoggingCategory>

@@ -1,8 +1,17 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
+#include <string>
 
 namespace Kesh::CodeAnalyzer {
+
+/// What a host wants of the grammar check of one file.
+struct SGrammarChoice
+{
+    bool enabled = false;
+    std::int32_t phpVersion = 0; ///< as below
+};
 
 /// The check of PHP against its whole grammar, off until a host asks for it. It needs a host whose documents
 /// offer the component "ITokenSource". GUI thread; what is set holds for checks that begin afterwards.
@@ -15,6 +24,13 @@ public:
     /// is valid in any version from 5.3 on passes.
     virtual void SetPhpVersion(std::int32_t version) = 0;
     virtual std::int32_t GetPhpVersion() const = 0;
+
+    using TChoices = std::function<SGrammarChoice(const std::wstring& path)>;
+    /// Has files be judged each in its own way, while the check is enabled, in place of by the one version.
+    /// Asked by each check that begins, on its thread; an empty function ends it.
+    virtual void SetChoices(TChoices choices) = 0;
+    /// What holds for a file. Any thread.
+    virtual SGrammarChoice GetChoice(const std::wstring& path) const = 0;
 
 protected:
     ~IGrammarCheck() = default;

@@ -128,6 +128,16 @@ void Describe(TStream& stream, T& finding)
 }
 
 template <class TStream, class T>
+requires std::is_same_v<std::remove_const_t<T>, Findings::SGone>
+void Describe(TStream& stream, T& gone)
+{
+    stream.Field(gone.file);
+    stream.Field(gone.code);
+    stream.Field(gone.line);
+    stream.Field(gone.count);
+}
+
+template <class TStream, class T>
 requires std::is_same_v<std::remove_const_t<T>, SResult>
 void Describe(TStream& stream, T& result)
 {
@@ -135,6 +145,7 @@ void Describe(TStream& stream, T& result)
     stream.Field(result.problem);
     stream.Field(result.skipped);
     stream.Field(result.findings.findings);
+    stream.Field(result.findings.gone);
 }
 
 using TFrameSize = std::uint64_t;

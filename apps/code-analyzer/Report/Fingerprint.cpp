@@ -1,6 +1,6 @@
 #include "Report/Fingerprint.h"
 
-#include "Application/FilePath.h"
+#include "Files/FilePath.h"
 
 #include <QCryptographicHash>
 

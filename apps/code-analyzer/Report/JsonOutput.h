@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Application/FilePath.h"
+#include "Files/FilePath.h"
 #include "Report/Output.h"
 
 #include <nlohmann/json.hpp>

@@ -1,7 +1,7 @@
 #include "Report/Output.h"
 
-#include "Application/FilePath.h"
 #include "Base/CommonString.h"
+#include "Files/FilePath.h"
 
 #include <cerrno>
 #include <cstring>

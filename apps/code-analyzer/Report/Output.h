@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Application/FileReplacement.h"
+#include "Files/FileReplacement.h"
 
 #include <cstdio>
 #include <memory>

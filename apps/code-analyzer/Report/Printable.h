@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Application/Printable.h"
+#include "Files/Printable.h"
 #include "Options.h"
 
 #include <cstdio>

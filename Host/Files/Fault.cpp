@@ -1,7 +1,7 @@
-#include "Application/Fault.h"
+#include "Files/Fault.h"
 
-#include "Application/Printable.h"
 #include "Base/CommonString.h"
+#include "Files/Printable.h"
 
 #include <atomic>
 #include <cstdio>

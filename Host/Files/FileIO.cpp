@@ -1,8 +1,8 @@
-#include "Application/FileIO.h"
+#include "Files/FileIO.h"
 
-#include "Application/FilePath.h"
 #include "Base/CommonString.h"
 #include "Base/Exception.h"
+#include "Files/FilePath.h"
 
 #include <algorithm>
 #include <cerrno>
@@ -19,7 +19,7 @@ namespace {
 
 [[noreturn]] void Fail(const std::string& message, int line)
 {
-    throw Base::CWorkError(Base::CCommonString::FromUtf8(message), line, "Host/Application/FileIO");
+    throw Base::CWorkError(Base::CCommonString::FromUtf8(message), line, "Host/Files/FileIO");
 }
 
 } // namespace

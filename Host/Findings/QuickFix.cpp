@@ -1,19 +1,18 @@
-#include "QuickFixes/QuickFix.h"
+#include "Findings/QuickFix.h"
 
 #include "Base/CommonString.h"
+#include "Findings/IgnoreComment.h"
+#include "Findings/PhpPlaces.h"
 #include "Kesh/LangSupport/LangSupport.h"
-#include "QuickFixes/IgnoreComment.h"
-#include "QuickFixes/PhpPlaces.h"
 
 #include <algorithm>
 #include <utility>
 
-namespace Kesh::QuickFixes {
+namespace Kesh::Findings {
 
 namespace {
 
 using EKind = SQuickFix::EKind;
-using Findings::SFinding;
 
 const char* SentenceOf(CodeAnalyzer::EFix kind)
 {
@@ -147,4 +146,4 @@ std::vector<SQuickFix> FixesFor(const SFinding& finding, const SFileText& file)
     return fixes;
 }
 
-} // namespace Kesh::QuickFixes
+} // namespace Kesh::Findings

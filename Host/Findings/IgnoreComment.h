@@ -1,13 +1,13 @@
 #pragma once
 
-#include "QuickFixes/QuickFix.h"
+#include "Findings/QuickFix.h"
 
 #include <optional>
 
-namespace Kesh::QuickFixes {
+namespace Kesh::Findings {
 
 /// The comment above the finding's line that makes it silent, in the language that the line begins in.
 /// Nothing when no comment can stand there: inside a string, a tag or another comment.
-std::optional<SEdit> IgnoreComment(const Findings::SFinding& finding, const SFileText& file);
+std::optional<SEdit> IgnoreComment(const SFinding& finding, const SFileText& file);
 
-} // namespace Kesh::QuickFixes
+} // namespace Kesh::Findings

@@ -8,7 +8,7 @@
 #include <string_view>
 #include <vector>
 
-namespace Kesh::QuickFixes {
+namespace Kesh::Findings {
 
 class CPhpPlaces;
 
@@ -41,13 +41,13 @@ struct SQuickFix
 struct SFileText
 {
     std::wstring_view text;
-    const Findings::CTextLines& lines;
+    const CTextLines& lines;
     std::wstring factory; ///< tells the language
     /// Found when first needed, then used for every finding of the file.
     mutable std::shared_ptr<const CPhpPlaces> places = {};
 };
 
 /// What can be done about a finding, the likeliest first. Any thread, one at a time for a text.
-std::vector<SQuickFix> FixesFor(const Findings::SFinding& finding, const SFileText& file);
+std::vector<SQuickFix> FixesFor(const SFinding& finding, const SFileText& file);
 
-} // namespace Kesh::QuickFixes
+} // namespace Kesh::Findings

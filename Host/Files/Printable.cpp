@@ -1,6 +1,6 @@
-#include "Application/Printable.h"
+#include "Files/Printable.h"
 
-#include "Application/FilePath.h"
+#include "Files/FilePath.h"
 
 #include <algorithm>
 #include <cwchar>

@@ -5,7 +5,7 @@
 #include <string_view>
 #include <vector>
 
-namespace Kesh::QuickFixes {
+namespace Kesh::Findings {
 
 /// Where in a document that may hold PHP something stands.
 enum class EPlace : std::uint8_t {
@@ -27,4 +27,4 @@ private:
     std::vector<EPlace> m_places;
 };
 
-} // namespace Kesh::QuickFixes
+} // namespace Kesh::Findings

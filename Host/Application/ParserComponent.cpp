@@ -1,15 +1,16 @@
-#include "SyntaxParser/ParserComponent.h"
+#include "Application/ParserComponent.h"
 
-#include "Application/Fault.h"
-#include "Application/FileIO.h"
 #include "Base/Exception.h"
 #include "Editor/BufferReader.h"
+#include "Files/Fault.h"
+#include "Files/FileIO.h"
 #include "Kesh/SDK/IDocument.h"
 #include "SyntaxParser/CompletionData.h"
 #include "SyntaxParser/SPDocument.h"
 #include "SyntaxParser/SourceText.h"
 #include "SyntaxParser/TextReader.h"
 
+#include <algorithm>
 #include <boost/make_shared.hpp>
 
 namespace Kesh::SyntaxParser {
@@ -39,8 +40,11 @@ void CParserComponent::SetOwnNames(const SOwnNames& names)
         m_names = nullptr;
         return;
     }
-    m_widened.push_back(MakeWidenedData(*GetBuiltInCompletionData(), names));
-    m_names = m_widened.back().get();
+    auto known = std::find_if(m_widened.begin(), m_widened.end(),
+                              [&](const auto& widened) { return widened.first == names; });
+    if (known == m_widened.end())
+        known = m_widened.emplace(known, names, MakeWidenedData(*GetBuiltInCompletionData(), names));
+    m_names = known->second.get();
 }
 
 ISynRegion* CParserComponent::GetPropertyNameKind() const

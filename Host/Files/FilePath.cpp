@@ -1,4 +1,4 @@
-#include "Application/FilePath.h"
+#include "Files/FilePath.h"
 
 #include <QTextCodec>
 #include <cstdlib>
@@ -180,6 +180,12 @@ std::wstring LinkTarget(const std::wstring& path)
 bool LiesIn(const std::wstring& folder, const std::wstring& path)
 {
     return path == folder || path.starts_with(folder.ends_with(L'/') ? folder : folder + L'/');
+}
+
+bool IsRegularFile(const std::wstring& path)
+{
+    std::error_code ignored;
+    return std::filesystem::is_regular_file(PathToBytes(path), ignored);
 }
 
 bool LeadsOut(const std::wstring& folder, const std::wstring& path)

@@ -1,8 +1,8 @@
-#include "QuickFixes/IgnoreComment.h"
+#include "Findings/IgnoreComment.h"
 
-#include "QuickFixes/PhpPlaces.h"
+#include "Findings/PhpPlaces.h"
 
-namespace Kesh::QuickFixes {
+namespace Kesh::Findings {
 
 namespace {
 
@@ -32,7 +32,7 @@ bool IsInsideStyle(std::wstring_view before)
 
 } // namespace
 
-std::optional<SEdit> IgnoreComment(const Findings::SFinding& finding, const SFileText& file)
+std::optional<SEdit> IgnoreComment(const SFinding& finding, const SFileText& file)
 {
     const CIterator at = finding.error.pos.start;
     const CIterator lineStart{0, at.y};
@@ -58,4 +58,4 @@ std::optional<SEdit> IgnoreComment(const Findings::SFinding& finding, const SFil
     return above(L"<!-- " + words + L" -->");
 }
 
-} // namespace Kesh::QuickFixes
+} // namespace Kesh::Findings

@@ -1,7 +1,7 @@
-#include "Application/FileReplacement.h"
+#include "Files/FileReplacement.h"
 
-#include "Application/FilePath.h"
 #include "Base/CommonString.h"
+#include "Files/FilePath.h"
 
 #include <algorithm>
 #include <array>
@@ -25,7 +25,7 @@ constexpr mode_t AllModes = 07777;
 
 [[noreturn]] void Fail(const std::string& message, int line)
 {
-    throw Base::CWorkError(Base::CCommonString::FromUtf8(message), line, "Host/Application/FileReplacement");
+    throw Base::CWorkError(Base::CCommonString::FromUtf8(message), line, "Host/Files/FileReplacement");
 }
 
 void FailUnless(bool done, int line)
@@ -163,7 +163,7 @@ void CFileReplacement::OpenPart(bool inPlaceWithoutCopy)
     if (!inPlaceWithoutCopy)
         throw CNoCopyBeside(L"its folder takes no other file: " +
                                 Base::CCommonString::FromUtf8(std::strerror(errno)),
-                            __LINE__, "Host/Application/FileReplacement");
+                            __LINE__, "Host/Files/FileReplacement");
     m_part = CDescriptor(::memfd_create("part", MFD_CLOEXEC));
     FailUnless(static_cast<bool>(m_part), __LINE__);
 }

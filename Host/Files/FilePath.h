@@ -21,6 +21,8 @@ std::wstring ResolvedPath(const std::wstring& path);
 std::wstring LinkTarget(const std::wstring& path);
 /// Whether `path` is `folder` or lies below it. Neither is looked for on the disk.
 bool LiesIn(const std::wstring& folder, const std::wstring& path);
+/// Whether there is a file, or a link to one. Any thread.
+bool IsRegularFile(const std::wstring& path);
 /// Whether a path that lies in the folder leads to a place outside by links. Any thread.
 bool LeadsOut(const std::wstring& folder, const std::wstring& path);
 /// The folder of the running program; other parts of the installation lie beside it. Any thread.

@@ -9,6 +9,7 @@
 #include <memory>
 #include <mutex>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace Kesh::SyntaxParser {
@@ -90,7 +91,7 @@ private:
     SOwnNames m_ownNames;
     std::atomic<const ICompletionData*> m_names{nullptr};
     /// Lists that were handed out are in use for as long as the component lives.
-    std::vector<std::shared_ptr<const ICompletionData>> m_widened;
+    std::vector<std::pair<SOwnNames, std::shared_ptr<const ICompletionData>>> m_widened;
 };
 
 } // namespace Kesh::SyntaxParser

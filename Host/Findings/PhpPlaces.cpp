@@ -1,4 +1,4 @@
-#include "QuickFixes/PhpPlaces.h"
+#include "Findings/PhpPlaces.h"
 
 #include "Kesh/SyntaxParser/Regions.h"
 #include "SyntaxParser/SPDocument.h"
@@ -6,7 +6,7 @@
 
 #include <boost/make_shared.hpp>
 
-namespace Kesh::QuickFixes {
+namespace Kesh::Findings {
 
 namespace {
 
@@ -74,4 +74,4 @@ EPlace CPhpPlaces::AtStartOf(std::int64_t line) const
                : m_places[static_cast<std::size_t>(line)];
 }
 
-} // namespace Kesh::QuickFixes
+} // namespace Kesh::Findings

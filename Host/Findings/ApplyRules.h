@@ -1,0 +1,24 @@
+#pragma once
+
+#include "Findings/ProjectRules.h"
+
+#include <memory>
+
+namespace Kesh::CodeAnalyzer {
+class IGrammarCheck;
+}
+namespace Kesh::SyntaxParser {
+class CParserComponent;
+struct SOwnNames;
+} // namespace Kesh::SyntaxParser
+
+namespace Kesh::Findings {
+
+SyntaxParser::SOwnNames OwnNamesOf(const Configuration::SConfiguration& settings);
+
+/// Has each file parsed and checked by its own rules from now on: what is PHP whatever its ending, the
+/// grammar check and its PHP version (null: there is no such check). GUI thread.
+void ApplyRules(const std::shared_ptr<const CProjectRules>& rules, SyntaxParser::CParserComponent& parser,
+                CodeAnalyzer::IGrammarCheck* grammar);
+
+} // namespace Kesh::Findings
