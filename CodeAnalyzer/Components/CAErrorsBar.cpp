@@ -115,11 +115,9 @@ template <class TMake> void CCAErrorsBar::AddRows(const std::wstring& file, std:
     const std::shared_ptr<SBarFile> name = m_rows.MakeName(file);
     QList<QTreeWidgetItem*> items;
     items.reserve(static_cast<int>(count));
-    for (std::size_t i = 0; i < count; ++i) {
-        CCAErrorsBarItem* row = make(name, i);
-        m_rows.Add(*row);
-        items.append(row);
-    }
+    for (std::size_t i = 0; i < count; ++i)
+        items.append(make(name, i));
+    m_rows.Add(name->key, items);
     m_filler->Add(items);
 }
 

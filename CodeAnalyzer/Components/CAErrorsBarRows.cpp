@@ -23,9 +23,12 @@ std::shared_ptr<SBarFile> CErrorsBarRows::MakeName(const std::wstring& file)
     return name != names.end() ? *name : names.emplace_back(std::make_shared<SBarFile>(file));
 }
 
-void CErrorsBarRows::Add(CCAErrorsBarItem& row)
+void CErrorsBarRows::Add(const std::wstring& fileKey, const QList<QTreeWidgetItem*>& rows)
 {
-    m_count += m_files[row.GetFileKey()].rows.insert(&row).second;
+    TRows& known = m_files[fileKey].rows;
+    known.reserve(known.size() + static_cast<std::size_t>(rows.size()));
+    known.insert(rows.begin(), rows.end());
+    m_count += static_cast<std::size_t>(rows.size());
 }
 
 CErrorsBarRows::TItems CErrorsBarRows::Take(const std::wstring& file)

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QList>
 #include <cstddef>
 #include <map>
 #include <memory>
@@ -35,7 +36,8 @@ public:
 
     /// What new rows of a file share.
     std::shared_ptr<SBarFile> MakeName(const std::wstring& file);
-    void Add(CCAErrorsBarItem& row);
+    /// Of one file.
+    void Add(const std::wstring& fileKey, const QList<QTreeWidgetItem*>& rows);
     /// Forgets the rows of a file, and gives them away.
     TItems Take(const std::wstring& file);
     void Forget(CCAErrorsBarItem& row);
