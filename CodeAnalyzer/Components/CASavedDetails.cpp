@@ -52,28 +52,17 @@ QJsonArray WriteSpan(const SScheme& span)
     return {numbers[0], numbers[1], numbers[2], numbers[3]};
 }
 
-QJsonArray WriteFix(const SFix& fix)
-{
-    QJsonArray edits;
-    for (const STextEdit& edit : fix.edits)
-        edits.append(QJsonArray{WriteSpan(edit.span), Text(edit.text)});
-    return {static_cast<int>(fix.kind), edits};
-}
-
 QJsonObject WriteDetails(const SCAError& error, const SDetails& details)
 {
-    QJsonArray record, arguments, related, fixes;
+    QJsonArray record, arguments, related;
     for (const std::int32_t number : RecordOf(error))
         record.append(number);
     for (const SArgument& argument : details.arguments)
         arguments.append(QJsonArray{Text(argument.name), Text(argument.value), argument.kind});
     for (const SRelatedPlace& place : details.related)
         related.append(QJsonArray{WriteSpan(place.pos), Text(place.message)});
-    for (const SFix& fix : details.fixes)
-        fixes.append(WriteFix(fix));
     QJsonObject object{{QStringLiteral("record"), record}};
-    const std::pair<const char*, QJsonArray> parts[] = {
-        {"arguments", arguments}, {"related", related}, {"fixes", fixes}};
+    const std::pair<const char*, QJsonArray> parts[] = {{"arguments", arguments}, {"related", related}};
     for (const auto& [name, part] : parts)
         if (!part.isEmpty())
             object.insert(QLatin1String(name), part);
@@ -90,22 +79,6 @@ std::optional<SScheme> ReadSpan(const QJsonValue& value)
         if (number(i) < 0)
             return {};
     return span.end < span.start ? std::nullopt : std::optional(span);
-}
-
-std::optional<SFix> ReadFix(const QJsonArray& parts)
-{
-    const int kind = parts.at(0).toInt(-1);
-    SFix fix;
-    if (kind < 0 || kind > static_cast<int>(EFix::Rename))
-        return {};
-    fix.kind = static_cast<EFix>(kind);
-    for (const QJsonValue& edit : Items(parts.at(1))) {
-        const std::optional<SScheme> span = ReadSpan(edit.toArray().at(0));
-        if (!span)
-            return {};
-        fix.edits.push_back({*span, edit.toArray().at(1).toString().toStdWString()});
-    }
-    return fix.edits.empty() ? std::nullopt : std::optional(std::move(fix));
 }
 
 /// None when any of them is wrong.
@@ -126,12 +99,6 @@ std::optional<SDetails> ReadDetails(const QJsonObject& object)
         if (!span)
             return {};
         details.related.push_back({*span, value.toArray().at(1).toString().toStdString()});
-    }
-    for (const QJsonValue& value : Items(object[QLatin1String("fixes")])) {
-        std::optional<SFix> fix = ReadFix(value.toArray());
-        if (!fix)
-            return {};
-        details.fixes.push_back(std::move(*fix));
     }
     return details;
 }

@@ -1,6 +1,6 @@
-#include "Files/FilePath.h"
 #include "Base/CommonString.h"
 #include "Commands.h"
+#include "Files/FilePath.h"
 #include "Findings/ErrorPage.h"
 #include "Kesh/CodeAnalyzer/Catalog.h"
 #include "Report/Printable.h"
