@@ -128,17 +128,6 @@ CMainWindow::CMainWindow(Host::CFileSettings& settings, LangSupport::ILangSource
     connect(m_area, &CDocumentArea::explainRequested, this,
             [this](int code) { m_help->Explain(code, this); });
     connect(m_area, &CDocumentArea::mendRequested, m_help, &CErrorHelp::OfferFixes);
-    m_application->Parser().SetParsedHook([this](const SyntaxParser::CParserComponent::SParsed& parsed) {
-        if (!parsed.complete)
-            return;
-        QMetaObject::invokeMethod(
-            this,
-            [this, path = parsed.path] {
-                if (m_errors)
-                    m_errors->NoteParsed(path);
-            },
-            Qt::QueuedConnection);
-    });
     m_application->Parser().SetFileHook([this](const std::wstring&) { ++m_filesAsked; });
     m_application->Project().GetDataErrorSignal().connect([this](const std::wstring& reason) {
         m_area->GetMessageStrip().Show(

@@ -193,7 +193,7 @@ test('files that come, change and go on disk are followed', async () => {
   const names = ['new.php', 'sub/new.php', 'sub/m.module', 'vendor/v.php', 'gen/g.php', '.hidden/h.php', 'n.txt']
   for (const name of names) folder.write(name, wrong)
   folder.write('a.php', wrong)
-  folder.write('binary.php', 'ab\0\n' + wrong)
+  folder.write('binary.php', 'ab\0\n$b = = 2;\n')
   await changed(1, ...names)
   await changed(2, 'a.php', 'binary.php', 'open.php')
   for (const name of ['a.php', 'new.php', 'sub/new.php', 'sub/m.module']) await client.see(folder.uri(name), found)
