@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Checks/CancelFlag.h"
+#include "Kesh/CodeAnalyzer/Check.h"
 #include "Kesh/CodeAnalyzer/IGrammarCheck.h"
 #include "Kesh/SDK/IApplication.h"
 #include "Kesh/SyntaxParser/ISPDocument.h"
@@ -22,12 +23,6 @@ class CHtmlSyntaxChecker;
 class CPhpSyntaxParser;
 class ICheckOwner;
 class IErrorsReceiver;
-
-enum class ECheckEnd {
-    Complete, ///< everything that it has found has been posted
-    GivenUp,  ///< somebody has set the flag: what may have been posted is not complete
-    Failed    ///< the same because of a fault
-};
 
 /// Everything that a check of one document needs: a private syntax document over a snapshot of the text, and
 /// the checkers that follow its parse. One thread at a time; built on the GUI thread.

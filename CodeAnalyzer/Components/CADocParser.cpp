@@ -168,6 +168,7 @@ bool CCADocParser::BeginCheck()
     m_checkDue = false;
     m_application->GetTimerService()->StopTimer(this);
     m_check->SetDetailed(m_errorsManager->IsDetailed());
+    m_told = m_errorsManager->BeginCheck(path, true);
     m_check->TakeSnapshot(*source, path);
     m_keepAlive = m_self;
     m_checkedSource = source;
@@ -184,11 +185,11 @@ void CCADocParser::ParseInThread()
 void CCADocParser::RunCheck()
 {
     const ECheckEnd end = m_check->Run();
-    if (end == ECheckEnd::Complete)
-        return;
-    m_errorsManager->RestoreErrors(m_filePath, m_oldErrors, m_oldDetails);
+    if (end != ECheckEnd::Complete)
+        m_errorsManager->RestoreErrors(m_filePath, m_oldErrors, m_oldDetails);
     if (end == ECheckEnd::Failed)
         m_errorsManager->TellFailure(m_filePath, m_check->GetFailure());
+    m_errorsManager->EndCheck(m_told, end);
 }
 
 bool CCADocParser::WasCancelled() const

@@ -2,6 +2,7 @@
 
 #include "Diagnostics/ErrorsReceiver.h"
 #include "Kesh/Base/ITimerHandler.h"
+#include "Kesh/CodeAnalyzer/Check.h"
 #include "Kesh/CodeAnalyzer/SCAError.h"
 #include "Kesh/Editor/IDocBuffer.h"
 #include "Kesh/SDK/IApplication.h"
@@ -105,6 +106,7 @@ private:
     /// Keeps the source's path at hand while a check runs, also when the document is closed meanwhile.
     boost::shared_ptr<SyntaxParser::ISPDocument> m_checkedSource;
     std::wstring m_filePath;
+    SCheck m_told;                     ///< the check as the host knows it
     std::vector<SCAError> m_oldErrors; ///< of the file, removed when the check began
     TDetails m_oldDetails;             ///< of these
     std::shared_ptr<CCACheckWorkers> m_workers;

@@ -66,6 +66,21 @@ void CCAErrorsManager::TellFailure(const std::wstring& file, const std::wstring&
             m_bar, [this, file, reason] { m_failed(file, reason); }, Qt::QueuedConnection);
 }
 
+SCheck CCAErrorsManager::BeginCheck(const std::wstring& file, bool ofDocument)
+{
+    const SCheck check{file, ++m_checks, ofDocument};
+    if (ofDocument)
+        m_checkBegun(check);
+    return check;
+}
+
+void CCAErrorsManager::EndCheck(const SCheck& check, ECheckEnd end)
+{
+    if (m_bar && !m_checkEnded.empty())
+        QMetaObject::invokeMethod(
+            m_bar, [this, check, end] { m_checkEnded(check, end); }, Qt::QueuedConnection);
+}
+
 void CCAErrorsManager::DeliverPosted()
 {
     if (m_bar)

@@ -2,6 +2,7 @@
 
 #include "Components/CADetailsTable.h"
 #include "Diagnostics/ErrorsReceiver.h"
+#include "Kesh/CodeAnalyzer/Check.h"
 #include "Kesh/CodeAnalyzer/IErrorsManager.h"
 #include "Kesh/CodeAnalyzer/SCAError.h"
 #include "Kesh/SDK/IApplication.h"
@@ -32,6 +33,8 @@ public:
     using AddedSignal = boost::signals2::signal<void(const std::wstring&, const std::vector<SCAError>&)>;
     using RemovedSignal = boost::signals2::signal<void(const std::wstring&)>;
     using FailedSignal = boost::signals2::signal<void(const std::wstring&, const std::wstring&)>;
+    using CheckBegunSignal = boost::signals2::signal<void(const SCheck&)>;
+    using CheckEndedSignal = boost::signals2::signal<void(const SCheck&, ECheckEnd)>;
 
     virtual ~CCAErrorsManager() = default;
 
@@ -51,6 +54,10 @@ public:
     void RestoreErrors(const std::wstring& file, const std::vector<SCAError>& errors, TDetails details);
     /// Posts that a check of the file has failed, and why. Any thread.
     void TellFailure(const std::wstring& file, const std::wstring& reason);
+    /// A check begins: of a document, on the GUI thread, which is told of at once; of a file, on any thread.
+    SCheck BeginCheck(const std::wstring& file, bool ofDocument);
+    /// Posts that it has ended, behind all that it has posted before. Any thread.
+    void EndCheck(const SCheck& check, ECheckEnd end);
     /// Delivers at once what has been posted so far, for those about to replace or save errors. GUI thread.
     void DeliverPosted();
 
@@ -96,6 +103,8 @@ public:
     AddedSignal& GetAddedSignal() { return m_added; }
     RemovedSignal& GetRemovedSignal() { return m_removed; }
     FailedSignal& GetFailedSignal() { return m_failed; }
+    CheckBegunSignal& GetCheckBegunSignal() { return m_checkBegun; }
+    CheckEndedSignal& GetCheckEndedSignal() { return m_checkEnded; }
 
 private:
     void TellSlice();
@@ -116,6 +125,9 @@ private:
     AddedSignal m_added;
     RemovedSignal m_removed;
     FailedSignal m_failed;
+    CheckBegunSignal m_checkBegun;
+    CheckEndedSignal m_checkEnded;
+    std::atomic<std::uint64_t> m_checks{0}; ///< that have begun
 };
 
 } // namespace Kesh::CodeAnalyzer

@@ -26,6 +26,8 @@ public:
     AddedSignal& GetAddedSignal() override { return m_manager.GetAddedSignal(); }
     RemovedSignal& GetRemovedSignal() override { return m_manager.GetRemovedSignal(); }
     FailedSignal& GetFailedSignal() override { return m_manager.GetFailedSignal(); }
+    CheckBegunSignal& GetCheckBegunSignal() override { return m_manager.GetCheckBegunSignal(); }
+    CheckEndedSignal& GetCheckEndedSignal() override { return m_manager.GetCheckEndedSignal(); }
     void ShowHostErrors(const std::wstring& file, const std::vector<SHostError>& errors) override
     {
         m_manager.ShowHostErrors(file, errors);

@@ -49,11 +49,14 @@ void CParserHelper::ParsecurrentDoc()
     const TDetails oldDetails = m_errorsManager->GetDetails(path);
     m_errorsManager->RemoveErrors(path);
     check->SetDetailed(m_errorsManager->IsDetailed());
+    const SCheck told = m_errorsManager->BeginCheck(path, true);
     check->TakeSnapshot(*source, path);
-    if (check->Run() == ECheckEnd::Failed) {
+    const ECheckEnd end = check->Run();
+    if (end == ECheckEnd::Failed) {
         m_errorsManager->RestoreErrors(path, old, oldDetails);
         m_errorsManager->TellFailure(path, check->GetFailure());
     }
+    m_errorsManager->EndCheck(told, end);
 }
 
 void CParserHelper::ParseCurrentProject()

@@ -372,28 +372,27 @@ void CCAProjectHandler::CheckQueue(IProjectManager& pm, IParserComponent& parser
 
 bool CCAProjectHandler::TryCheck(IParserComponent& parser, const std::wstring& file, bool complete)
 {
+    if (!complete) {
+        const QFileInfo info(QString::fromStdWString(file));
+        if (!IsCheckedKind(file) || info.size() > MaxFileSize) {
+            // What is too large now may have had errors when it was smaller.
+            if (IsCheckedKind(file) || !info.exists())
+                DropErrorsUnlessOpen(file);
+            return true;
+        }
+    }
+    const CCACheckWorkers::CCheck running(*m_workers, file);
+    if (!running)
+        return false;
+    const SCheck check = m_errorsManager->BeginCheck(file, false);
+    std::optional<ECheckEnd> end = ECheckEnd::Failed;
     std::vector<SCAError> old;
     TDetails oldDetails;
     std::wstring failure;
     try {
-        if (!complete) {
-            const QFileInfo info(QString::fromStdWString(file));
-            if (!IsCheckedKind(file) || info.size() > MaxFileSize) {
-                // What is too large now may have had errors when it was smaller.
-                if (IsCheckedKind(file) || !info.exists())
-                    DropErrorsUnlessOpen(file);
-                return true;
-            }
-        }
-        const CCACheckWorkers::CCheck check(*m_workers, file);
-        if (!check)
-            return false;
         m_errorsManager->GetErrors(file, old);
         oldDetails = m_errorsManager->GetDetails(file);
-        if (complete)
-            failure = CheckComplete(parser, file, old, oldDetails);
-        else
-            CheckPhp(parser, file);
+        end = complete ? CheckComplete(parser, file, old, oldDetails, failure) : CheckPhp(parser, file);
     } catch (const std::exception& fault) {
         failure = Base::CCommonString::FromUtf8(fault.what());
         m_errorsManager->RestoreErrors(file, old, oldDetails);
@@ -404,6 +403,8 @@ bool CCAProjectHandler::TryCheck(IParserComponent& parser, const std::wstring& f
     // Whatever is wrong with this file, the user wants to know about the others.
     if (!failure.empty())
         m_errorsManager->TellFailure(file, failure);
+    if (end)
+        m_errorsManager->EndCheck(check, *end);
     return true;
 }
 
@@ -423,11 +424,11 @@ void CCAProjectHandler::WaitForDelivery() const
         QThread::msleep(1);
 }
 
-void CCAProjectHandler::CheckPhp(IParserComponent& parser, const std::wstring& file)
+std::optional<ECheckEnd> CCAProjectHandler::CheckPhp(IParserComponent& parser, const std::wstring& file)
 {
     const auto document = GetDocument(parser, file);
     if (!document)
-        return;
+        return {};
     CPhpSyntaxParser phpParser(document->GetDefRegions(), m_errorsManager);
     phpParser.SteFileName(file);
     phpParser.InitParser(document);
@@ -435,10 +436,12 @@ void CCAProjectHandler::CheckPhp(IParserComponent& parser, const std::wstring& f
     if (grammar && grammar->IsEnabled())
         phpParser.FollowGrammar(*document, grammar);
     document->Parse(true);
+    return ECheckEnd::Complete;
 }
 
-std::wstring CCAProjectHandler::CheckComplete(IParserComponent& parser, const std::wstring& file,
-                                              const std::vector<SCAError>& old, const TDetails& oldDetails)
+std::optional<ECheckEnd> CCAProjectHandler::CheckComplete(IParserComponent& parser, const std::wstring& file,
+                                                          const std::vector<SCAError>& old,
+                                                          const TDetails& oldDetails, std::wstring& failure)
 {
     const auto document = GetDocument(parser, file);
     if (!document || !CCADocManager::IsCheckable(*document))
@@ -452,7 +455,9 @@ std::wstring CCAProjectHandler::CheckComplete(IParserComponent& parser, const st
     // Given up half-way, it leaves what was known.
     if (end != ECheckEnd::Complete)
         m_errorsManager->RestoreErrors(file, old, oldDetails);
-    return end == ECheckEnd::Failed ? check->GetFailure() : std::wstring();
+    if (end == ECheckEnd::Failed)
+        failure = check->GetFailure();
+    return end;
 }
 
 boost::shared_ptr<SyntaxParser::ISPDocument> CCAProjectHandler::GetDocument(IParserComponent& parser,

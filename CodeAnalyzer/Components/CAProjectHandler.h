@@ -2,6 +2,7 @@
 
 #include "Components/CACheckWorkers.h"
 #include "Components/CASavedErrors.h"
+#include "Kesh/CodeAnalyzer/Check.h"
 #include "Kesh/CodeAnalyzer/IProjectCheck.h"
 #include "Kesh/SDK/IApplication.h"
 #include "Kesh/SDK/IServices.h"
@@ -14,6 +15,7 @@
 #include <deque>
 #include <memory>
 #include <mutex>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -103,10 +105,12 @@ private:
     std::wstring TakeFromQueue();
     /// `complete`: in all its languages. False when another check of the file runs.
     bool TryCheck(SyntaxParser::IParserComponent& parser, const std::wstring& file, bool complete);
-    void CheckPhp(SyntaxParser::IParserComponent& parser, const std::wstring& file);
-    /// Answers why it has failed; empty: it has not. `old` are the file's errors before.
-    std::wstring CheckComplete(SyntaxParser::IParserComponent& parser, const std::wstring& file,
-                               const std::vector<SCAError>& old, const TDetails& oldDetails);
+    /// Null when there is nothing to check, here and below.
+    std::optional<ECheckEnd> CheckPhp(SyntaxParser::IParserComponent& parser, const std::wstring& file);
+    /// `failure` receives why it has failed. `old` are the file's errors before.
+    std::optional<ECheckEnd> CheckComplete(SyntaxParser::IParserComponent& parser, const std::wstring& file,
+                                           const std::vector<SCAError>& old, const TDetails& oldDetails,
+                                           std::wstring& failure);
     /// The document to be checked, the file's old errors removed; null when the file is open or cannot be
     /// read.
     boost::shared_ptr<SyntaxParser::ISPDocument> GetDocument(SyntaxParser::IParserComponent& parser,

@@ -26,11 +26,6 @@ const ICompletionData* CParserComponent::GetCompletionData()
     return widened ? widened : GetBuiltInCompletionData();
 }
 
-void CParserComponent::SetParsedHook(TParsedHook hook)
-{
-    m_parsedHook = hook ? std::make_shared<const TParsedHook>(std::move(hook)) : nullptr;
-}
-
 void CParserComponent::SetOwnNames(const SOwnNames& names)
 {
     if (names == m_ownNames)
@@ -74,10 +69,6 @@ boost::shared_ptr<ISPDocument> CParserComponent::Make(boost::shared_ptr<IReader>
         if (const auto open = m_openPaths.find(path); open != m_openPaths.end())
             source.giveUp = open->second;
     }
-    if (m_parsedHook)
-        source.parsed = [hook = m_parsedHook, path, ofFile](bool complete) {
-            (*hook)({path, ofFile, complete});
-        };
     return MakeSPDocument(std::move(reader), source);
 }
 

@@ -39,15 +39,6 @@ public:
     /// `wanted`, one that runs is given up. GUI thread.
     void CloseDocument(SDK::IDocument* document, bool wanted = true);
 
-    /// A parse that has ended.
-    struct SParsed
-    {
-        std::wstring path;
-        bool ofFile;   ///< of what is on disk, not of a text that somebody handed over
-        bool complete; ///< neither cancelled nor failed
-    };
-    using TParsedHook = std::function<void(const SParsed& parsed)>;
-
     /// Files that belong to the project although their ending tells no language are PHP. GUI thread; asked on
     /// any.
     void SetTakenForPhp(std::function<bool(const std::wstring& path)> isPhp);
@@ -60,9 +51,6 @@ public:
     /// Widens the lists of names by a project's own, in place of those of the last call. Documents that are
     /// open keep the lists they were opened with. GUI thread.
     void SetOwnNames(const SOwnNames& names);
-    /// Told of each parse of a document that CreateDocument() or GetParsedDocument() has made, on the parsing
-    /// thread; documents keep the hook that they were made with. Set it while no thread makes documents.
-    void SetParsedHook(TParsedHook hook);
 
 private:
     struct SOpened
@@ -87,7 +75,6 @@ private:
     /// The same files, for any thread, each with what gives up the parses of its texts.
     std::map<std::wstring, std::shared_ptr<std::atomic<bool>>> m_openPaths;
     std::function<void(const std::wstring&)> m_fileHook;
-    std::shared_ptr<const TParsedHook> m_parsedHook;
     SOwnNames m_ownNames;
     std::atomic<const ICompletionData*> m_names{nullptr};
     /// Lists that were handed out are in use for as long as the component lives.

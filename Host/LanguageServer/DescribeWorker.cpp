@@ -11,17 +11,6 @@
 
 namespace Kesh::LanguageServer {
 
-namespace {
-
-thread_local bool isDescribing = false;
-
-} // namespace
-
-bool CDescribeWorker::IsThisThread()
-{
-    return isDescribing;
-}
-
 CDescribeWorker::CDescribeWorker(const SSettings& settings, std::function<void(SDescribed)> done)
     : m_settings(settings), m_done(std::move(done)), m_thread([this] { Run(); })
 {
@@ -64,7 +53,6 @@ void CDescribeWorker::Drop(const std::wstring& path)
 
 void CDescribeWorker::Run()
 {
-    isDescribing = true;
     for (;;) {
         std::unique_lock lock(m_mutex);
         m_changed.wait(lock, [this] { return m_ending || !m_orders.empty(); });

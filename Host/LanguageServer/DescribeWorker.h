@@ -49,9 +49,6 @@ public:
     /// Waits for the order that is being worked on.
     ~CDescribeWorker();
 
-    /// Whether the calling thread is one of this kind: what it parses is no check.
-    static bool IsThisThread();
-
     void SetEncoding(EPositionEncoding encoding) { m_encoding = encoding; }
     /// Takes the place of an order for the same file that waits.
     void Add(SDescribeOrder order);

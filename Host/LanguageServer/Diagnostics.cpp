@@ -1,6 +1,7 @@
 #include "LanguageServer/Diagnostics.h"
 
 #include "Application/Application.h"
+#include "Application/ParserComponent.h"
 #include "Application/PluginLoader.h"
 #include "Base/CommonString.h"
 #include "Files/FilePath.h"
@@ -37,27 +38,11 @@ CDiagnostics::CDiagnostics(const SParts& parts)
     m_refresh.setInterval(RefreshDelay);
     QObject::connect(&m_refresh, &QTimer::timeout, &m_context,
                      [this] { m_parts.connection.Request("workspace/diagnostic/refresh", nullptr); });
-    m_relay = std::make_shared<SRelay>();
-    m_relay->diagnostics = this;
-    parts.application.Parser().SetParsedHook([relay = m_relay](const auto& parsed) {
-        if (CDescribeWorker::IsThisThread())
-            return;
-        const std::lock_guard lock(relay->mutex);
-        CDiagnostics* self = relay->diagnostics;
-        if (!self)
-            return;
-        // Here the check has not ended: the number is its own, not that of the next one.
-        const std::int64_t check = self->m_parts.documents.LastCheck(parsed.path);
-        QMetaObject::invokeMethod(
-            &self->m_context, [self, parsed, check] { self->OnParsed(parsed, check); }, Qt::QueuedConnection);
+    m_begun = errors.GetCheckBegunSignal().connect([this](const CodeAnalyzer::SCheck& check) {
+        m_parts.documents.BeginCheck(check.file, check.number);
     });
-}
-
-CDiagnostics::~CDiagnostics()
-{
-    m_parts.application.Parser().SetParsedHook({});
-    const std::lock_guard lock(m_relay->mutex);
-    m_relay->diagnostics = nullptr;
+    m_ended = errors.GetCheckEndedSignal().connect(
+        [this](const CodeAnalyzer::SCheck& check, CodeAnalyzer::ECheckEnd end) { OnEnded(check, end); });
 }
 
 void CDiagnostics::SetPulled(bool pulled, bool refreshable)
@@ -87,20 +72,20 @@ void CDiagnostics::MarkDirty(const std::wstring& path)
     m_dirty.insert(path);
 }
 
-void CDiagnostics::OnParsed(const SyntaxParser::CParserComponent::SParsed& parsed, std::int64_t check)
+void CDiagnostics::OnEnded(const CodeAnalyzer::SCheck& check, CodeAnalyzer::ECheckEnd end)
 {
     // Another check follows one that was given up.
-    if (!parsed.complete)
+    if (end != CodeAnalyzer::ECheckEnd::Complete)
         return;
-    if (!parsed.ofFile)
-        m_parts.documents.EndHidden(parsed.path);
-    SOpenDocument* open = m_parts.documents.Find(parsed.path);
-    if (open && (parsed.ofFile || check == 0 || check != open->check))
+    if (check.ofDocument)
+        m_parts.documents.EndHidden(check.file);
+    SOpenDocument* open = m_parts.documents.Find(check.file);
+    if (open && check.number != open->check)
         return;
     if (open)
         open->checked = true;
-    if (open || IsMember(parsed.path))
-        Order(parsed.path);
+    if (open || IsMember(check.file))
+        Order(check.file);
 }
 
 void CDiagnostics::OnFailed(const std::wstring& path, const std::wstring& reason)

@@ -1,6 +1,5 @@
 #pragma once
 
-#include "Application/ParserComponent.h"
 #include "LanguageServer/Connection.h"
 #include "LanguageServer/DescribeWorker.h"
 #include "LanguageServer/Documents.h"
@@ -10,7 +9,6 @@
 #include <boost/signals2/connection.hpp>
 #include <map>
 #include <memory>
-#include <mutex>
 #include <set>
 
 namespace Kesh::Host {
@@ -35,7 +33,6 @@ public:
         std::string documentation; ///< the URI of the list of errors; may be empty
     };
     explicit CDiagnostics(const SParts& parts);
-    ~CDiagnostics();
 
     void SetEncoding(EPositionEncoding encoding) { m_worker.SetEncoding(encoding); }
     /// Whether the client asks for diagnostics; then nothing is pushed.
@@ -63,7 +60,7 @@ private:
     };
 
     void OnErrorsChanged(const std::wstring& path);
-    void OnParsed(const SyntaxParser::CParserComponent::SParsed& parsed, std::int64_t check);
+    void OnEnded(const CodeAnalyzer::SCheck& check, CodeAnalyzer::ECheckEnd end);
     void OnFailed(const std::wstring& path, const std::wstring& reason);
     void Flush();
     void MarkDirty(const std::wstring& path);
@@ -79,15 +76,7 @@ private:
     /// Whether the check of an open document as it is now has failed.
     bool HasFailed(const std::wstring& path) const;
 
-    /// Stands between threads that end a parse and this object, which may have gone.
-    struct SRelay
-    {
-        std::mutex mutex;
-        CDiagnostics* diagnostics;
-    };
-
     SParts m_parts;
-    std::shared_ptr<SRelay> m_relay;
     bool m_pulled = false;
     bool m_refreshable = false;
     QTimer m_refresh; ///< so that many changes make one request
@@ -105,6 +94,8 @@ private:
     boost::signals2::scoped_connection m_added;
     boost::signals2::scoped_connection m_removed;
     boost::signals2::scoped_connection m_failed;
+    boost::signals2::scoped_connection m_begun;
+    boost::signals2::scoped_connection m_ended;
     CDescribeWorker m_worker;
 };
 

@@ -46,48 +46,33 @@ std::int64_t WholeNumber(const json& value)
 CDocuments::CDocuments(Host::CApplication& application, std::function<void(const std::wstring&)> onTooLarge)
     : m_application(application), m_onTooLarge(std::move(onTooLarge))
 {
-    application.Documents().SetHolderFactory([this](Host::CDocument& document) {
-        return std::make_unique<CServerText>([this, path = document.GetPath()] { OnTaken(path); });
-    });
+    application.Documents().SetHolderFactory(
+        [](Host::CDocument&) { return std::make_unique<CServerText>(); });
 }
 
-void CDocuments::OnTaken(const std::wstring& path)
+void CDocuments::BeginCheck(const std::wstring& path, std::uint64_t number)
 {
     SOpenDocument* open = Find(path);
     if (!open)
         return;
     open->taken = open->revision;
+    open->check = number;
     open->checked = false;
-    // Its checker is made, and looks at the text, before all of it is there.
-    const bool wasTooLarge = std::exchange(open->tooLarge, open->document && open->Text().IsTooLarge());
-    {
-        const std::lock_guard lock(m_mutex);
-        open->check = m_checks[path] = ++m_lastCheck;
-    }
+    const bool wasTooLarge = std::exchange(open->tooLarge, open->Text().IsTooLarge());
     if (open->tooLarge && !wasTooLarge)
         m_onTooLarge(path);
-}
-
-std::int64_t CDocuments::LastCheck(const std::wstring& path) const
-{
-    const std::lock_guard lock(m_mutex);
-    const auto check = m_checks.find(path);
-    return check == m_checks.end() ? 0 : check->second;
 }
 
 void CDocuments::Outdate()
 {
     for (auto& [path, open] : m_open)
-        Outdate(path, open);
+        Outdate(open);
 }
 
-void CDocuments::Outdate(const std::wstring& path, SOpenDocument& open)
+void CDocuments::Outdate(SOpenDocument& open)
 {
     ++open.revision;
-    // A new checker has looked at the text, but that was no check.
     open.check = 0;
-    const std::lock_guard lock(m_mutex);
-    m_checks.erase(path);
 }
 
 CDocuments::~CDocuments()
@@ -96,8 +81,6 @@ CDocuments::~CDocuments()
         EndHidden(std::wstring(*m_hidden.begin()));
     for (const auto& [path, open] : m_open)
         m_application.Documents().Close(*open.document);
-    m_application.Documents().SetHolderFactory(
-        [](Host::CDocument&) { return std::make_unique<CServerText>(); });
 }
 
 SOpenDocument& CDocuments::Open(const json& item)
@@ -114,7 +97,7 @@ SOpenDocument& CDocuments::Open(const json& item)
     if (!open.document) {
         open.factory = FactoryOf(language, path);
         open.document = &m_application.Documents().OpenBytes(path, {}, open.factory);
-        Outdate(path, open);
+        Outdate(open);
     }
     open.uri = m_uris[path] = uri;
     open.version = version;
@@ -168,8 +151,6 @@ std::wstring CDocuments::Close(const std::string& uri)
         return {};
     m_application.Documents().Close(*open->second.document);
     m_open.erase(open);
-    const std::lock_guard lock(m_mutex);
-    m_checks.erase(path);
     return path;
 }
 

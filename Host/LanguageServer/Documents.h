@@ -6,7 +6,6 @@
 
 #include <functional>
 #include <map>
-#include <mutex>
 #include <nlohmann/json.hpp>
 #include <set>
 #include <string>
@@ -26,7 +25,7 @@ struct SOpenDocument
     std::int64_t version = 0;  ///< the editor's
     std::int64_t revision = 0; ///< ours: grows with every edit, also under an editor that counts wrongly
     std::int64_t taken = -1;   ///< the revision that the last check that began has taken
-    std::int64_t check = 0;    ///< the number of that check; 0: none
+    std::uint64_t check = 0;   ///< the number of that check; 0: none
     std::int64_t failed = -1;  ///< the revision whose check has failed
     bool crlf = false;         ///< whether the editor ends lines with CR LF
     bool tooLarge = false;     ///< to be checked
@@ -38,7 +37,7 @@ struct SOpenDocument
     CServerText& Text() const { return static_cast<CServerText&>(document->GetHolder()); }
 };
 
-/// The open documents, each a document of the host. GUI thread only, unless it says otherwise.
+/// The open documents, each a document of the host. GUI thread only.
 class CDocuments
 {
 public:
@@ -63,9 +62,8 @@ public:
     SOpenDocument* Find(const std::wstring& path);
     const std::map<std::wstring, SOpenDocument>& All() const { return m_open; }
 
-    /// The number of the last check of an open document that began; 0: none. No two have the same number. Any
-    /// thread.
-    std::int64_t LastCheck(const std::wstring& path) const;
+    /// A check takes the text of an open document as it is.
+    void BeginCheck(const std::wstring& path, std::uint64_t number);
     /// Every open document has a new checker: what is known of it, or still comes, is out of date.
     void Outdate();
 
@@ -75,8 +73,7 @@ public:
     bool EndHidden(const std::wstring& path);
 
 private:
-    void OnTaken(const std::wstring& path);
-    void Outdate(const std::wstring& path, SOpenDocument& open);
+    static void Outdate(SOpenDocument& open);
     void ApplyChange(CServerText& text, const nlohmann::json& change) const;
     std::size_t OffsetOf(const CServerText& text, const nlohmann::json& position) const;
 
@@ -86,9 +83,6 @@ private:
     std::map<std::wstring, SOpenDocument> m_open; ///< by path
     std::map<std::wstring, std::string> m_uris;   ///< of all that were open
     std::set<std::wstring> m_hidden;
-    mutable std::mutex m_mutex; ///< guards what follows
-    std::map<std::wstring, std::int64_t> m_checks;
-    std::int64_t m_lastCheck = 0;
 };
 
 } // namespace Kesh::LanguageServer

@@ -1,6 +1,7 @@
 #include "LanguageServer/Server.h"
 
 #include "Application/Application.h"
+#include "Application/ParserComponent.h"
 #include "Application/PluginLoader.h"
 #include "Base/Exception.h"
 #include "Files/FileIO.h"

@@ -6,6 +6,7 @@
 #include "LanguageServer/Documents.h"
 #include "LanguageServer/ProjectSettings.h"
 #include "LanguageServer/Workspace.h"
+#include "SyntaxParser/OwnNames.h"
 
 #include <functional>
 #include <optional>

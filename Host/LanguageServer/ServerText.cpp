@@ -75,8 +75,6 @@ void CServerText::Announce()
 
 std::wstring CServerText::GetText(const std::wstring& lineBreak)
 {
-    if (m_onTaken)
-        m_onTaken();
     return IsTooLarge() ? std::wstring() : Editor::JoinLines(m_text, lineBreak);
 }
 

@@ -2,7 +2,6 @@
 
 #include "Editor/TextHolder.h"
 
-#include <functional>
 #include <string_view>
 #include <vector>
 
@@ -13,9 +12,6 @@ namespace Kesh::LanguageServer {
 class CServerText final : public Editor::ITextHolder, private Editor::IDocBuffer
 {
 public:
-    /// `onTaken` is called when a check takes the text as it is; may be empty.
-    explicit CServerText(std::function<void()> onTaken = {}) : m_onTaken(std::move(onTaken)) {}
-
     IDocBuffer* GetBuffer() override { return this; }
     SDK::IView* GetView() override { return nullptr; }
     void SetText(const std::wstring& text) override;
@@ -43,7 +39,6 @@ private:
     int GetLinesCount() override { return static_cast<int>(m_starts.size()); }
     ChangeSignal& GetChangeSignal() override { return m_change; }
 
-    std::function<void()> m_onTaken;
     std::wstring m_text;
     std::vector<std::size_t> m_starts{0};
     bool m_modified = false;

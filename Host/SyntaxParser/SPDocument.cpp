@@ -6,7 +6,6 @@
 #include "SyntaxParser/PhpScanner.h"
 #include "SyntaxParser/TextReader.h"
 
-#include <QScopeGuard>
 #include <algorithm>
 #include <array>
 #include <boost/make_shared.hpp>
@@ -149,11 +148,6 @@ public:
 
     void Parse(bool /*full*/) override
     {
-        bool complete = false; // also where a handler throws
-        const auto atEnd = qScopeGuard([&] {
-            if (m_source.parsed)
-                m_source.parsed(complete);
-        });
         std::wstring copy;
         std::wstring_view text;
         if (const auto* whole = dynamic_cast<const CTextReader*>(m_reader.get()))
@@ -173,7 +167,6 @@ public:
         if (IsCancelled())
             return;
         m_endOfParse(this);
-        complete = true;
     }
 
     void SetCancelFlag(const std::atomic<bool>* cancelled) override { m_giveUp.byAsker = cancelled; }

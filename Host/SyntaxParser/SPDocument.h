@@ -4,7 +4,6 @@
 
 #include <atomic>
 #include <boost/shared_ptr.hpp>
-#include <functional>
 #include <memory>
 #include <string>
 
@@ -17,9 +16,6 @@ struct SDocumentSource
     std::wstring factory; ///< "PHPSPDocFactory", "HTMLSPDocFactory" or "CSSSPDocFactory"
     SDK::IDocument* document = nullptr;
     Editor::IDocBuffer* buffer = nullptr;
-    /// Called at the end of each Parse(), however it ends: true unless it was cancelled or has failed. May be
-    /// unset.
-    std::function<void(bool complete)> parsed = {};
     /// Set once nobody wants what a parse finds, which then ends soon. May be null.
     std::shared_ptr<const std::atomic<bool>> giveUp = {};
 };

@@ -26,17 +26,6 @@ CCheckControl::CCheckControl(const SParts& parts) : m_parts(parts)
     connect(&parts.frame, &CMainFrame::progressTextChanged, this, &CCheckControl::OnProgressText);
     connect(&parts.status, &CStatusLine::stopRequested, this, &CCheckControl::Stop);
     connect(&m_progressTick, &QTimer::timeout, this, &CCheckControl::OnProgressTick);
-    parts.application.Parser().SetParsedHook([this](const SyntaxParser::CParserComponent::SParsed& parsed) {
-        if (!parsed.complete)
-            return;
-        QMetaObject::invokeMethod(
-            this,
-            [this, path = parsed.path] {
-                if (m_watch)
-                    m_watch->NoteParsed(path);
-            },
-            Qt::QueuedConnection);
-    });
     parts.application.Parser().SetFileHook([this](const std::wstring&) { ++m_filesAsked; });
     parts.application.Threads().GetStartErrorSignal().connect([this] {
         m_parts.messages.Show(

@@ -43,6 +43,8 @@ CErrorWatch::CErrorWatch(CodeAnalyzer::IErrorsSource& source, CodeAnalyzer::IErr
     m_added = source.GetAddedSignal().connect(
         [this](const std::wstring& file, const std::vector<SCAError>& errors) { OnAdded(file, errors); });
     m_removed = source.GetRemovedSignal().connect([this](const std::wstring& file) { OnRemoved(file); });
+    m_ended = source.GetCheckEndedSignal().connect(
+        [this](const CodeAnalyzer::SCheck& check, CodeAnalyzer::ECheckEnd end) { OnEnded(check, end); });
 }
 
 void CErrorWatch::OnAdded(const std::wstring& file, const std::vector<SCAError>& errors)
@@ -80,9 +82,10 @@ void CErrorWatch::NoteChange(const std::wstring& file)
         m_ask.start();
 }
 
-void CErrorWatch::NoteParsed(const std::wstring& file)
+void CErrorWatch::OnEnded(const CodeAnalyzer::SCheck& check, CodeAnalyzer::ECheckEnd end)
 {
-    Renew(file).isParsed = true;
+    if (end == CodeAnalyzer::ECheckEnd::Complete)
+        Renew(check.file).isChecked = true;
 }
 
 void CErrorWatch::AskJudge()
@@ -99,7 +102,7 @@ void CErrorWatch::AskJudge()
         SState& state = found->second;
         CErrorJudge::SOrder order{file, state.generation, {}, {}};
         m_source.GetErrors(file, order.errors);
-        if (order.errors.empty() && !state.isParsed) {
+        if (order.errors.empty() && !state.isChecked) {
             Forget(file); // nobody has looked at it: its errors have only been taken away
             continue;
         }
@@ -123,7 +126,7 @@ void CErrorWatch::OnJudged(const SVerdict& verdict)
     if (hadOwn || !state.verdict.own.empty())
         m_source.ShowHostErrors(verdict.file, state.verdict.own);
     state.isJudged = true;
-    state.isParsed = false;
+    state.isChecked = false;
     Count(verdict);
     if (verdict.errors.empty() && verdict.own.empty()) {
         Forget(verdict.file);

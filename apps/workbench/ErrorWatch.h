@@ -43,9 +43,6 @@ public:
     /// The text of an open file, asked when its errors have changed; nothing for one that is not open.
     using TTextOf = std::function<std::optional<std::wstring>(const std::wstring& file)>;
     void SetTextSource(TTextOf textOf) { m_textOf = std::move(textOf); }
-    /// A file has been read by a check, errors or not.
-    void NoteParsed(const std::wstring& file);
-
     SCounts GetTotal() const { return m_total; }
     /// The counts of each file that has any.
     const std::map<std::wstring, SCounts>& GetFiles() const { return m_files; }
@@ -85,13 +82,14 @@ private:
     {
         std::uint64_t generation = 0; ///< of what is stored
         bool isJudged = false;
-        bool isParsed = false; ///< a check has read the file since it was judged last
-        bool isShown = false;  ///< somebody may show errors of it
-        SVerdict verdict;      ///< the last one
+        bool isChecked = false; ///< a check has read the file since it was judged last
+        bool isShown = false;   ///< somebody may show errors of it
+        SVerdict verdict;       ///< the last one
     };
 
     void OnAdded(const std::wstring& file, const std::vector<CodeAnalyzer::SCAError>& errors);
     void OnRemoved(const std::wstring& file);
+    void OnEnded(const CodeAnalyzer::SCheck& check, CodeAnalyzer::ECheckEnd end);
     /// What is stored has become another.
     SState& Renew(const std::wstring& file);
     void NoteChange(const std::wstring& file);
@@ -121,6 +119,7 @@ private:
     QTimer m_tell;
     boost::signals2::scoped_connection m_added;
     boost::signals2::scoped_connection m_removed;
+    boost::signals2::scoped_connection m_ended;
 };
 
 } // namespace Kesh::Workbench

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Kesh/Base/Export.h"
+#include "Kesh/CodeAnalyzer/Check.h"
 #include "Kesh/CodeAnalyzer/ICAComponent.h"
 #include "Kesh/CodeAnalyzer/ICustomNames.h"
 #include "Kesh/CodeAnalyzer/IDiagnosticTexts.h"
@@ -52,6 +53,15 @@ public:
     /// A check of a file has failed. What is stored of it is what was known before: it is not clean. Emitted
     /// on the GUI thread, the store unlocked.
     virtual FailedSignal& GetFailedSignal() = 0;
+
+    using CheckBegunSignal = boost::signals2::signal<void(const SCheck& check)>;
+    using CheckEndedSignal = boost::signals2::signal<void(const SCheck& check, ECheckEnd end)>;
+    /// A check of an open document takes its text as it is now. Emitted on the GUI thread, the store
+    /// unlocked.
+    virtual CheckBegunSignal& GetCheckBegunSignal() = 0;
+    /// A check has ended, and what it has found has been stored, errors or none. Emitted like the failed
+    /// signal.
+    virtual CheckEndedSignal& GetCheckEndedSignal() = 0;
 
 protected:
     ~IErrorsSource() = default;
