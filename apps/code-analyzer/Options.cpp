@@ -64,7 +64,7 @@ void AddProjectOptions(CLI::App& check, SOptions& options)
     check
         .add_option(
             "--config", options.configuration,
-            "The settings file; without it, the nearest code-analyzer.json upwards from the first PATH")
+            "The settings of all files; without it, each goes by the nearest code-analyzer.json upwards")
         ->option_text("FILE");
     check.add_flag("--no-config", options.noConfiguration, "No settings file at all")->excludes("--config");
     check

@@ -35,7 +35,7 @@ struct SOptions
     std::string stdinPath = "stdin.php";
     std::string code; ///< to be explained
 
-    std::string configuration; ///< a file; empty: the one that is found upwards from the first path
+    std::string configuration; ///< a file; for all; empty: the one nearest to each
     bool noConfiguration = false;
     bool noGrammar = false;
     std::int32_t phpVersion = 0; ///< major * 100 + minor; 0: the project's
