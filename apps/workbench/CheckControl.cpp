@@ -1,14 +1,14 @@
 #include "CheckControl.h"
 
 #include "Application/Application.h"
-#include "Files/Fault.h"
+#include "Application/ParserComponent.h"
 #include "Application/PluginLoader.h"
 #include "ErrorWatch.h"
+#include "Files/Fault.h"
 #include "MainFrame.h"
 #include "MessageStrip.h"
 #include "ProjectManager/ProjectManager.h"
 #include "StatusLine.h"
-#include "Application/ParserComponent.h"
 #include "Texts.h"
 
 #include <algorithm>

@@ -1,12 +1,12 @@
 #include "ErrorList.h"
 
 #include "Application/Application.h"
-#include "Files/FilePath.h"
 #include "CodeEditor.h"
 #include "DocumentArea.h"
 #include "ErrorHelp.h"
 #include "ErrorPanel.h"
 #include "ErrorWatch.h"
+#include "Files/FilePath.h"
 #include "Findings/ErrorPage.h"
 #include "MainFrame.h"
 #include "ProjectManager/ProjectManager.h"

@@ -1,11 +1,11 @@
 #include "FileCommands.h"
 
 #include "Application/Application.h"
-#include "Files/FileIO.h"
-#include "Files/FilePath.h"
 #include "Base/Exception.h"
 #include "CodeEditor.h"
 #include "DocumentArea.h"
+#include "Files/FileIO.h"
+#include "Files/FilePath.h"
 #include "MessageStrip.h"
 #include "ProjectManager/ProjectManager.h"
 #include "ProjectSession.h"

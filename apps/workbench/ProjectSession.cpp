@@ -1,18 +1,18 @@
 #include "ProjectSession.h"
 
 #include "Application/Application.h"
-#include "Files/FilePath.h"
+#include "Application/ParserComponent.h"
 #include "Application/PluginLoader.h"
 #include "Base/Exception.h"
 #include "CheckControl.h"
-#include "Findings/ApplyRules.h"
 #include "DocumentArea.h"
 #include "ErrorWatch.h"
 #include "FileTree.h"
+#include "Files/FilePath.h"
+#include "Findings/ApplyRules.h"
 #include "MessageStrip.h"
 #include "ProjectManager/ProjectManager.h"
 #include "StatusLine.h"
-#include "Application/ParserComponent.h"
 #include "Texts.h"
 
 #include <QFileInfo>
