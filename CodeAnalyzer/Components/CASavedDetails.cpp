@@ -69,7 +69,7 @@ QJsonObject WriteDetails(const SCAError& error, const SDetails& details)
     return object;
 }
 
-/// None when it is no place: whoever shows or mends it relies on that.
+/// None when it is no place: whoever shows or fixes it relies on that.
 std::optional<SScheme> ReadSpan(const QJsonValue& value)
 {
     const QJsonArray numbers = value.toArray();

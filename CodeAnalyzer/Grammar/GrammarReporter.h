@@ -20,7 +20,7 @@ struct SGrammarHalt
     const SGrammarStop& description;
 };
 
-/// Says what is wrong, where, and what would mend it.
+/// Says what is wrong, where, and what would fix it.
 class CGrammarReporter
 {
 public:

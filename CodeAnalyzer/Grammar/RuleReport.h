@@ -28,7 +28,7 @@ struct SRuleReport
     std::int32_t code;
     std::uint32_t token;
     SRelatedToken related = {};
-    EFix fix = EFix::None;                ///< what mends it, done to the token
+    EFix fix = EFix::None;                ///< what fixes it, done to the token
     std::optional<EFeature> feature = {}; ///< that the version has not
 };
 

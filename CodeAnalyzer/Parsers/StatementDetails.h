@@ -5,7 +5,7 @@
 
 namespace Kesh::CodeAnalyzer {
 
-/// What mends a record of the statement parsers, as far as its code tells. `tokens` are those of the text up
+/// What fixes a record of the statement parsers, as far as its code tells. `tokens` are those of the text up
 /// to the record at least.
 SDetails StatementDetails(const SCAError& error, const CGrammarTokens& tokens);
 

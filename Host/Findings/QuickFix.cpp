@@ -23,7 +23,7 @@ const char* SentenceOf(CodeAnalyzer::EFix kind)
     }
 }
 
-void AddMending(const SFinding& finding, std::vector<SQuickFix>& fixes)
+void AddKnownFixes(const SFinding& finding, std::vector<SQuickFix>& fixes)
 {
     for (const CodeAnalyzer::SFix& known : finding.details.fixes) {
         SQuickFix& fix = fixes.emplace_back();
@@ -63,7 +63,7 @@ void AddNameFixes(const SFinding& finding, const SFileText& file, std::vector<SQ
     const std::wstring* name = finding.details.Find("name");
     if (!name || name->empty())
         return;
-    AddMending(finding, fixes);
+    AddKnownFixes(finding, fixes);
     if (finding.error.code == CodeAnalyzer::Code::UnknownTag)
         for (SQuickFix& fix : fixes)
             RenameEndTag(finding, *name, file, fix);
@@ -138,7 +138,7 @@ std::vector<SQuickFix> FixesFor(const SFinding& finding, const SFileText& file)
     if (CodeAnalyzer::IsNameError(code))
         AddNameFixes(finding, file, fixes);
     else
-        AddMending(finding, fixes);
+        AddKnownFixes(finding, fixes);
     const std::wstring number = std::to_wstring(code);
     if (const auto edit = IgnoreComment(finding, file))
         fixes.push_back({EKind::IgnoreHere, "Ignore error {what} here", number, {*edit}, {}, {}, code});

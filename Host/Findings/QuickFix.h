@@ -18,13 +18,13 @@ using SEdit = CodeAnalyzer::STextEdit;
 struct SQuickFix
 {
     enum class EKind {
-        Mend,       ///< changes the file: `edits`
+        Fix,        ///< changes the file: `edits`
         IgnoreHere, ///< the same, by a comment
         AddOwnName, ///< adds `name` to the project's own names: to `list` of them
         IgnoreCode, ///< turns the finding's code off in the project
     };
 
-    EKind kind = EKind::Mend;
+    EKind kind = EKind::Fix;
     /// What it does, as a sentence with a place for {what}; the key of its translation.
     const char* sentence = "";
     std::wstring what;

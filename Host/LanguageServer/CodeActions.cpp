@@ -54,7 +54,7 @@ json ActionOf(const SQuickFix& fix, const SOpenDocument& open, const json& diagn
     json action = {{"title", Host::PathToBytes(fix.Title())},
                    {"kind", "quickfix"},
                    {"diagnostics", json::array({diagnostic})}};
-    if (fix.kind == SQuickFix::EKind::Mend)
+    if (fix.kind == SQuickFix::EKind::Fix)
         action["isPreferred"] = true;
     if (!fix.edits.empty()) {
         json edits = json::array();

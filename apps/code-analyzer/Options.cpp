@@ -191,7 +191,7 @@ private:
         Add(ECommand::Init, "init", "Write a commented code-analyzer.json to begin with")
             ->add_option("FOLDER", m_options.paths, "Where to (the current folder)")
             ->expected(0, 1);
-        Add(ECommand::Explain, "explain", "Say what an error means and how to mend it")
+        Add(ECommand::Explain, "explain", "Say what an error means and how to fix it")
             ->add_option("CODE", m_options.code,
                          "The error's number, as it stands behind each message, or its identifier")
             ->required();

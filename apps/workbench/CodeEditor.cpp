@@ -425,10 +425,10 @@ void CCodeEditor::ShowToolTip(const QPoint& point, const QPoint& globalPoint)
             return;
         m_tip = new CErrorTip(this);
         connect(m_tip, &CErrorTip::explainRequested, this, &CCodeEditor::explainRequested);
-        connect(m_tip, &CErrorTip::mendRequested, this, [this] {
+        connect(m_tip, &CErrorTip::fixRequested, this, [this] {
             setFocus();
             SetCaretPosition(m_tipPlace);
-            emit mendRequested();
+            emit fixRequested();
         });
     }
     // What it is about: a character, or a line's part of the margins.

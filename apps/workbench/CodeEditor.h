@@ -76,8 +76,8 @@ signals:
     /// Files or folders have been dropped on the editor.
     void urlsDropped(const QList<QUrl>& urls);
     void explainRequested(int code);
-    /// The caret has been put where there is something to mend.
-    void mendRequested();
+    /// The caret has been put where there is something to fix.
+    void fixRequested();
 
 protected:
     bool viewportEvent(QEvent* event) override;

@@ -93,7 +93,7 @@ std::unique_ptr<Editor::ITextHolder> CDocumentArea::MakeHolder(Host::CDocument& 
         return m_tips && DocumentOf(editor) ? m_tips(pos, wholeLine) : std::vector<CErrorTip::SLine>();
     });
     connect(editor, &CCodeEditor::explainRequested, this, &CDocumentArea::explainRequested);
-    connect(editor, &CCodeEditor::mendRequested, this, &CDocumentArea::mendRequested);
+    connect(editor, &CCodeEditor::fixRequested, this, &CDocumentArea::fixRequested);
     if (m_errors)
         editor->SetErrorIcon(m_errors->GetManager().GetIcon());
     m_making = true; // until the document has its text, nobody may ask it

@@ -95,8 +95,8 @@ signals:
     void linkActivated(const QString& link);
     void urlsDropped(const QList<QUrl>& urls);
     void explainRequested(int code);
-    /// What is at the caret is to be mended.
-    void mendRequested();
+    /// What is at the caret is to be fixed.
+    void fixRequested();
 
 private:
     std::unique_ptr<Editor::ITextHolder> MakeHolder(Host::CDocument& document);

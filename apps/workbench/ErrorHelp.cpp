@@ -132,7 +132,7 @@ void CErrorHelp::OfferFixes()
     menu.setObjectName(QStringLiteral("fixMenu"));
     AddFixes(menu);
     if (menu.isEmpty())
-        menu.addAction(Tr("Nothing is known to mend this."))->setEnabled(false);
+        menu.addAction(Tr("No fix is known for this."))->setEnabled(false);
     else
         menu.setActiveAction(menu.actions().first());
     menu.exec(editor->viewport()->mapToGlobal(editor->GetCaretPoint()));

@@ -20,7 +20,7 @@ constexpr int TickTime = 100;   // ms
 constexpr int TicksOfGrace = 4; // time for the way from the text to a link
 constexpr int Distance = 6;     // pixels between the pointer and the tip
 const QString ExplainLink = QStringLiteral("explain:");
-const QString MendLink = QStringLiteral("mend:");
+const QString FixLink = QStringLiteral("fix:");
 
 } // namespace
 
@@ -42,7 +42,7 @@ CErrorTip::CErrorTip(QWidget* parent) : QFrame(parent, Qt::ToolTip), m_label(new
         if (link.startsWith(ExplainLink))
             emit explainRequested(link.midRef(ExplainLink.size()).toInt());
         else
-            emit mendRequested();
+            emit fixRequested();
     });
     m_tick.setInterval(TickTime);
     connect(&m_tick, &QTimer::timeout, this, &CErrorTip::OnTick);
@@ -69,7 +69,7 @@ void CErrorTip::ShowLines(const std::vector<SLine>& lines, const QPoint& point, 
             html += QStringLiteral(" &nbsp;") + link(ExplainLink + QString::number(line.code), Tr("Explain"));
         html += QStringLiteral("</div>");
     }
-    html += QStringLiteral("<div>%1</div>").arg(link(MendLink, Tr("Mend... (Alt+Enter)")));
+    html += QStringLiteral("<div>%1</div>").arg(link(FixLink, Tr("Fix... (Alt+Enter)")));
     m_label->setText(html);
     adjustSize();
     const QScreen* screen = QApplication::screenAt(point);

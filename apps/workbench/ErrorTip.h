@@ -33,7 +33,7 @@ public:
 
 signals:
     void explainRequested(int code);
-    void mendRequested();
+    void fixRequested();
 
 protected:
     bool eventFilter(QObject* watched, QEvent* event) override;

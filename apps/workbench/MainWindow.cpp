@@ -132,7 +132,7 @@ void CMainWindow::Wire()
     connect(m_area, &CDocumentArea::urlsDropped, this, &CMainWindow::OpenUrls);
     connect(m_area, &CDocumentArea::explainRequested, this,
             [this](int code) { m_help->Explain(code, this); });
-    connect(m_area, &CDocumentArea::mendRequested, m_help, &CErrorHelp::OfferFixes);
+    connect(m_area, &CDocumentArea::fixRequested, m_help, &CErrorHelp::OfferFixes);
     m_area->SetTipSource([this](const SyntaxParser::CIterator& pos, bool wholeLine) {
         return m_help->GetTips(pos, wholeLine);
     });

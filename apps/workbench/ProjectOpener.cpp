@@ -10,7 +10,7 @@ namespace {
 
 void ReadRules(SProjectListing& listing)
 {
-    // The check goes on as if what is wrong were not there; it is the user's to mend.
+    // The check goes on as if what is wrong were not there; it is the user's to fix.
     using Findings::CProjectRules;
     listing.rules =
         std::make_shared<const CProjectRules>(Findings::SRulesForAll(), CProjectRules::EFaults::Keep);

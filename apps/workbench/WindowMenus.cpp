@@ -114,7 +114,7 @@ void CWindowMenus::MakeEditMenu()
             editor->ToggleComment();
     }));
     m_ofDocument.push_back(
-        Add(menu, "&Mend...", QKeySequence("Alt+Return"), [this] { m_parts.help.OfferFixes(); }));
+        Add(menu, "Fi&x...", QKeySequence("Alt+Return"), [this] { m_parts.help.OfferFixes(); }));
     menu.addSeparator();
     for (QAction* action :
          {Add(menu, "&Find and replace...", QKeySequence::Find, [this] { m_parts.area.GetFindBar().Open(); }),

@@ -56,7 +56,7 @@ TEST(Documents, EveryExampleOfAnErrorGivesIt)
     std::set<int> explained;
     for (auto sections = RowsOfErrors(
              R"(^## (\d+)\n\n\*\*(.*)\*\* \((error|warning)\)\n\n(?:(?!\n## )[^`]|`(?!``))+?\n\n)"
-             R"(```php\n([^`]*)\n```\n\nTo mend it: \S)");
+             R"(```php\n([^`]*)\n```\n\nTo fix it: \S)");
          sections.hasNext();) {
         const auto match = sections.next();
         const int code = match.captured(1).toInt();

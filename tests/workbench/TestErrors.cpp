@@ -271,7 +271,7 @@ TEST_F(Errors, TheMessageIsATipInTextAndMarginWithLinks)
         menu->close();
         menu->actions().first()->trigger();
     });
-    emit label->linkActivated("mend:");
+    emit label->linkActivated("fix:");
     EXPECT_TRUE(editor.text().contains("<p class=\"a\">"));
 }
 
@@ -333,7 +333,7 @@ TEST_F(Errors, WhatMendsAnErrorIsOfferedAtTheCaret)
             ASSERT_NE(chosen, nullptr) << titles.join(", ").toStdString();
             chosen->trigger();
         });
-        Trigger("&Mend...");
+        Trigger("Fi&x...");
     };
     choose("strong");
     EXPECT_EQ(editor.text(), "<strong>text</strong>\n");

@@ -19,7 +19,7 @@ enum ECode : std::int32_t {
 
 } // namespace Code
 
-/// What usually mends a diagnostic.
+/// What usually fixes a diagnostic.
 enum class EFix : std::uint8_t {
     None,
     Insert, ///< something is missing

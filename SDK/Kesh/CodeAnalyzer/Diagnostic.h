@@ -43,7 +43,7 @@ struct STextEdit
     friend bool operator==(const STextEdit&, const STextEdit&) = default;
 };
 
-/// Edits that belong together and may mend a diagnostic.
+/// Edits that belong together and may fix what a diagnostic is about.
 struct SFix
 {
     EFix kind = EFix::None;
