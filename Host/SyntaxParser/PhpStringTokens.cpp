@@ -149,7 +149,8 @@ const wchar_t* CPhpTokenWriter::StepCode(const wchar_t* p, const wchar_t* end)
     switch (token) {
     case EPhpToken::SingleQuote: {
         const wchar_t* close = m_lexer.FindQuote(after, L'\'').end;
-        PutLines(close < m_limit ? K::String : K::BadString, p, std::min(close + 1, m_limit));
+        // What is behind the end of an attribute never closed is the scanner's to tell.
+        PutLines(close < end ? K::String : K::BadString, p, close < end ? close + 1 : end);
         return m_written;
     }
     case EPhpToken::DoubleQuote:

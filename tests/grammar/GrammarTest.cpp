@@ -77,6 +77,8 @@ TEST(Grammar, GetsEveryPieceOnceAndInOrder)
         {"<?php\n$a *==\n'x'", {"0:0 <?php", "1:0 $a", "1:3 *=", "1:5 =", "2:0 'x'", "2:3"}},
         {"<?php \"$a[1+1]\"",
          {"0:0 <?php", "0:6 \"", "0:7 $a", "0:9 [", "0:10 1", "0:11 +", "0:12 1]", "0:14 \"", "0:15"}},
+        // An attribute never closed, with a string and a comment never closed.
+        {"<?#['\n/*", {"0:0 <?", "0:2 #[", "0:4 '", "1:0 /*", "1:2"}},
         {"<?php \"$a[\nb\"", {"0:0 <?php", "0:6 \"", "0:7 $a", "0:9 [", "0:10 \n", "1:0 b", "1:1 \"", "1:2"}},
     };
     for (const auto& [text, tokens] : cases)
