@@ -79,7 +79,8 @@ void Describe(TStream& stream, T& argument)
 }
 
 template <class TStream, class T>
-requires std::is_same_v<std::remove_const_t<T>, CodeAnalyzer::SRelatedPlace>
+requires std::is_same_v<std::remove_const_t<T>, CodeAnalyzer::SRelatedPlace> ||
+    std::is_same_v<std::remove_const_t<T>, Findings::SRelated>
 void Describe(TStream& stream, T& place)
 {
     stream.Field(place.pos);
@@ -100,14 +101,6 @@ void Describe(TStream& stream, T& fix)
 {
     stream.Field(fix.kind);
     stream.Field(fix.edits);
-}
-
-template <class TStream, class T>
-requires std::is_same_v<std::remove_const_t<T>, Findings::SRelated>
-void Describe(TStream& stream, T& place)
-{
-    stream.Field(place.pos);
-    stream.Field(place.message);
 }
 
 template <class TStream, class T>
