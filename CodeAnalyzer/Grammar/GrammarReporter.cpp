@@ -71,7 +71,7 @@ bool KeepsCompany(K kind)
     }
 }
 
-/// What is missing belongs directly before the wrong token, not behind the one before it.
+/// Whether what is missing belongs directly before the wrong token rather than after the token before that.
 bool StandsAtToken(std::int32_t code, K kind)
 {
     switch (kind) {

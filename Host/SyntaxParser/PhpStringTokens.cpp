@@ -149,7 +149,7 @@ const wchar_t* CPhpTokenWriter::StepCode(const wchar_t* p, const wchar_t* end)
     switch (token) {
     case EPhpToken::SingleQuote: {
         const wchar_t* close = m_lexer.FindQuote(after, L'\'').end;
-        // What is behind the end of an attribute never closed is the scanner's to tell.
+        // The scanner handles what follows an attribute that is never closed.
         PutLines(close < end ? K::String : K::BadString, p, close < end ? close + 1 : end);
         return m_written;
     }
