@@ -3,6 +3,7 @@
 #include "Base/CommonString.h"
 
 #include <cstring>
+#include <mutex>
 
 namespace Kesh::CodeAnalyzer {
 
@@ -159,7 +160,9 @@ CRegionClasses::CRegionClasses(const SPhpRegionDefs& defs) : m_defs(defs)
 
 std::shared_ptr<const CRegionClasses> CRegionClasses::Shared(const SPhpRegionDefs& defs)
 {
-    thread_local std::shared_ptr<const CRegionClasses> last;
+    static std::mutex guard;
+    static std::shared_ptr<const CRegionClasses> last;
+    const std::lock_guard lock(guard);
     if (!last || std::memcmp(&last->m_defs, &defs, sizeof defs) != 0)
         last = std::make_shared<CRegionClasses>(defs);
     return last;

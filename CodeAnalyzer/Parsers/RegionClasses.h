@@ -55,7 +55,7 @@ class CRegionClasses
 {
 public:
     explicit CRegionClasses(const SyntaxParser::SPhpRegionDefs& defs);
-    /// One for all that ask in a thread with the same kinds.
+    /// One for all that ask one after the other with the same kinds. Any thread.
     static std::shared_ptr<const CRegionClasses> Shared(const SyntaxParser::SPhpRegionDefs& defs);
 
     bool IsComment(const SyntaxParser::ISynRegion* definition) const

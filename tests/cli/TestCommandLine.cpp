@@ -429,7 +429,7 @@ TEST_F(CommandLine, NeedsNeitherADisplayNorOpenDescriptors)
                                             {"<&- >&- 2>&-", 2, ""}}) {
         QProcess process;
         process.setWorkingDirectory(Host::PathToQt(m_folder.Path()));
-        process.start("sh", {"-c", QStringLiteral("exec %1 check a.php %2").arg(PROGRAM, closed)});
+        process.start("sh", {"-c", QStringLiteral("exec \"$0\" check a.php %1").arg(closed), PROGRAM});
         ASSERT_TRUE(process.waitForFinished()) << closed;
         EXPECT_EQ(process.exitCode(), exit) << closed;
         EXPECT_THAT(process.readAllStandardError().toStdString(), HasSubstr(err));
