@@ -46,6 +46,11 @@ IGrammarCheck* CodeAnalyzerGetGrammarCheck(ICAComponent* component)
     return Own(component)->GetGrammarCheck();
 }
 
+IMarkupCheck* CodeAnalyzerGetMarkupCheck(ICAComponent* component)
+{
+    return Own(component)->GetMarkupCheck();
+}
+
 ICustomNames* CodeAnalyzerGetCustomNames(ICAComponent* component)
 {
     return Own(component)->GetHtmlCustomItemsKeeper();

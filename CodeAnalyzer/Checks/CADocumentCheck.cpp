@@ -7,6 +7,7 @@
 #include "Kesh/SyntaxParser/IParserComponent.h"
 #include "Markup/CssSyntaxChecker.h"
 #include "Markup/HtmlSyntaxChecker.h"
+#include "Markup/MarkupChecker.h"
 #include "Parsers/PhpSyntaxParser.h"
 #include "SPBase/reader.h"
 
@@ -62,6 +63,8 @@ void CCADocumentCheck::AddCheckers(SDK::IApplication* application, SyntaxParser:
                                    ICheckOwner* owner)
 {
     SetCancelFlag(std::make_shared<std::atomic<bool>>(false));
+    m_receiver = receiver;
+    m_owner = owner;
     if (m_document->GetFactoryName() == L"PHPSPDocFactory") {
         m_phpParser = boost::make_shared<CPhpSyntaxParser>(defs, receiver);
         m_phpParser->InitParser(m_document);
@@ -71,7 +74,6 @@ void CCADocumentCheck::AddCheckers(SDK::IApplication* application, SyntaxParser:
     m_cssChecker = std::make_unique<CCssSyntaxChecker>(owner, m_document, application, receiver);
     if (SyntaxParser::ISemanticParser* semantic = m_document->GetSemanticParser(L"HTML"))
         semantic->SetEnabled(true);
-    // Behind the checkers, which are done when this is called.
     m_endOfParse =
         m_document->GetEndOfParseSignal().connect([this](SyntaxParser::ISPDocument*) { m_passEnded = true; });
 }
@@ -80,6 +82,9 @@ void CCADocumentCheck::SetPath(const std::wstring& path)
 {
     if (m_phpParser)
         m_phpParser->SteFileName(path);
+    if (m_markupChecker)
+        m_markupChecker->SetPath(path);
+    m_path = path;
 }
 
 void CCADocumentCheck::SetDetailed(bool detailed)
@@ -111,15 +116,25 @@ ECheckEnd CCADocumentCheck::Run()
     return m_end;
 }
 
+void CCADocumentCheck::FollowWanted()
+{
+    if (!m_followsGrammar && m_phpParser && m_wanted.grammar && m_wanted.grammar->IsEnabled()) {
+        m_phpParser->FollowGrammar(*m_document, m_wanted.grammar);
+        m_followsGrammar = true;
+    }
+    if (!m_markupChecker && m_wanted.markup && m_wanted.markup->IsEnabled()) {
+        m_markupChecker = std::make_unique<CMarkupChecker>(m_wanted.markup, m_owner, m_receiver);
+        m_markupChecker->SetPath(m_path);
+        m_markupChecker->Follow(*m_document);
+    }
+}
+
 // A fault in the check of one text ends that check; it must not take the user's editor with it.
 ECheckEnd CCADocumentCheck::Parse()
 {
     m_passEnded = false;
     try {
-        if (!m_followsGrammar && m_phpParser && m_grammarWanted && m_grammarWanted->IsEnabled()) {
-            m_phpParser->FollowGrammar(*m_document, m_grammarWanted);
-            m_followsGrammar = true;
-        }
+        FollowWanted();
         m_document->Parse(true);
         return m_passEnded || !*m_cancelled ? ECheckEnd::Complete : ECheckEnd::GivenUp;
     } catch (const std::exception& fault) {
@@ -134,6 +149,9 @@ void CCADocumentCheck::ReleaseMarkupCheckers()
 {
     m_htmlChecker.reset();
     m_cssChecker.reset();
+    m_owner = nullptr;
+    if (m_markupChecker) // the document still knows it
+        m_markupChecker->ForgetOwner();
 }
 
 } // namespace Kesh::CodeAnalyzer

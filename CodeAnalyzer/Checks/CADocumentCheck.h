@@ -1,8 +1,8 @@
 #pragma once
 
 #include "Checks/CancelFlag.h"
+#include "Checks/WantedChecks.h"
 #include "Kesh/CodeAnalyzer/Check.h"
-#include "Kesh/CodeAnalyzer/IGrammarCheck.h"
 #include "Kesh/SDK/IApplication.h"
 #include "Kesh/SyntaxParser/ISPDocument.h"
 
@@ -20,6 +20,7 @@ namespace Kesh::CodeAnalyzer {
 class CCssSyntaxChecker;
 class CHtmlCustomItemsKeeper;
 class CHtmlSyntaxChecker;
+class CMarkupChecker;
 class CPhpSyntaxParser;
 class ICheckOwner;
 class IErrorsReceiver;
@@ -42,8 +43,8 @@ public:
                                                         CHtmlCustomItemsKeeper* customItems);
     ~CCADocumentCheck();
 
-    /// Has the grammar check take part in checks that begin when the host wants it; `wanted` may be null.
-    void FollowGrammar(const IGrammarCheck* wanted) { m_grammarWanted = wanted; }
+    /// Has these take part in checks that begin when the host wants them.
+    void Follow(const SWantedChecks& wanted) { m_wanted = wanted; }
     /// The path of the next text, for a document that is given one after another.
     void SetPath(const std::wstring& path);
     /// Whether to say more of errors than their records do. Before a check.
@@ -66,6 +67,7 @@ private:
     CCADocumentCheck();
     void AddCheckers(SDK::IApplication* application, SyntaxParser::CDefRegions* defs,
                      IErrorsReceiver* receiver, CHtmlCustomItemsKeeper* customItems, ICheckOwner* owner);
+    void FollowWanted();
     ECheckEnd Parse();
 
     TCancelFlag m_cancelled; ///< outlives the document, which looks at it
@@ -74,7 +76,11 @@ private:
     boost::shared_ptr<CPhpSyntaxParser> m_phpParser;         ///< null unless the document is PHP
     std::unique_ptr<CHtmlSyntaxChecker> m_htmlChecker;
     std::unique_ptr<CCssSyntaxChecker> m_cssChecker;
-    const IGrammarCheck* m_grammarWanted = nullptr;
+    std::unique_ptr<CMarkupChecker> m_markupChecker; ///< null until the host has asked for it
+    IErrorsReceiver* m_receiver = nullptr;
+    ICheckOwner* m_owner = nullptr;
+    std::wstring m_path; ///< of the next text
+    SWantedChecks m_wanted;
     bool m_followsGrammar = false;
     bool m_passEnded = false; ///< whatever the flag says: a host may leave it aside
     boost::signals2::scoped_connection m_endOfParse;

@@ -27,7 +27,7 @@ bool CTextChecks::Check(const boost::shared_ptr<SyntaxParser::IReader>& reader, 
         if (auto document = m_parser->CreateDocument(reader, path, factoryName)) {
             language.check =
                 CCADocumentCheck::CreateOver(m_application, std::move(document), this, &m_customItems);
-            language.check->FollowGrammar(&m_grammarCheck);
+            language.check->Follow({&m_grammarCheck, &m_markupCheck});
             language.check->SetDetailed(true);
         }
     }

@@ -2,6 +2,7 @@
 
 #include "Checks/CADocumentCheck.h"
 #include "Checks/CAGrammarCheck.h"
+#include "Checks/CAMarkupCheck.h"
 #include "Diagnostics/ErrorsReceiver.h"
 #include "Diagnostics/Messages.h"
 #include "Kesh/CodeAnalyzer/ITextChecks.h"
@@ -24,6 +25,7 @@ public:
     ICustomNames* GetCustomNames() override { return &m_customItems; }
     IDiagnosticTexts* GetTexts() override { return &m_texts; }
     IGrammarCheck* GetGrammarCheck() override { return &m_grammarCheck; }
+    IMarkupCheck* GetMarkupCheck() override { return &m_markupCheck; }
     void Free() override { delete this; }
     std::wstring GetFailure() override { return m_failure; }
 
@@ -41,6 +43,7 @@ private:
     boost::shared_ptr<SyntaxParser::IParserComponent> m_parser;
     CHtmlCustomItemsKeeper m_customItems;
     CCAGrammarCheck m_grammarCheck;
+    CCAMarkupCheck m_markupCheck;
     CDiagnosticTexts m_texts;
     std::map<std::wstring, SLanguage> m_languages; ///< by factory name
     std::vector<SDiagnostic>* m_found = nullptr;   ///< while a check runs

@@ -45,7 +45,7 @@ void CCAComponent::InitComponent(SDK::IApplication* application)
     frame->GetFillMenuSignal().connect(boost::bind(&CCAComponent::OnFillMainFrameMenu, this, _1, _2));
     frame->GetAddBarsSignal().connect(boost::bind(&CCAComponent::OnMainFrameAddBars, this, _1));
 
-    m_docManager.SetGrammarCheck(&m_grammarCheck);
+    m_docManager.SetWanted({&m_grammarCheck, &m_markupCheck});
     m_parserHelper.SetDocManager(&m_docManager);
     m_parserHelper.SetProjectHandler(&m_projectHandler);
     m_projectHandler.SetDocManager(&m_docManager);

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Checks/CAGrammarCheck.h"
+#include "Checks/CAMarkupCheck.h"
 #include "Components/CADocManager.h"
 #include "Components/CAErrorsManager.h"
 #include "Components/CAErrorsSource.h"
@@ -42,6 +43,7 @@ public:
     /// Null before InitComponent().
     CCAErrorsBar* GetErrorsBar() { return m_errorsBar; }
     IGrammarCheck* GetGrammarCheck() { return &m_grammarCheck; }
+    IMarkupCheck* GetMarkupCheck() { return &m_markupCheck; }
     IProjectCheck* GetProjectCheck() { return &m_projectHandler; }
     IErrorsSource* GetErrorsSource() { return &m_errorsSource; }
     /// The open project when `project` is non-zero, else the document that the user works in.
@@ -59,6 +61,7 @@ private:
     std::int64_t m_errorsBarHandle = 0;
     CCAErrorsBar* m_errorsBar = nullptr;
     CCAGrammarCheck m_grammarCheck; ///< outlives those that check
+    CCAMarkupCheck m_markupCheck;   ///< likewise
     CCADocManager m_docManager;
     CCAProjectHandler m_projectHandler;
     SDK::IImageList* m_imageList = nullptr;

@@ -2,7 +2,6 @@
 
 #include "Base/HostComponent.h"
 #include "Checks/CACheckable.h"
-#include "Checks/CAGrammarCheck.h"
 #include "Components/CACheckWorkers.h"
 #include "Kesh/SyntaxParser/IParserComponent.h"
 
@@ -48,7 +47,7 @@ void CCADocManager::OnSPDocCreated(boost::shared_ptr<SyntaxParser::ISPDocument> 
     auto checker = boost::make_shared<CCADocParser>(m_application, document.get(), m_defs, m_errorsManager,
                                                     m_customItems);
     checker->SetWorkers(m_workers);
-    checker->FollowGrammar(m_grammarCheck);
+    checker->Follow(m_wanted);
     checker->InitPtr(checker);
     m_checkers.push_back(checker);
     document->GetDocDestroySignal().connect(boost::bind(&CCADocManager::OnSPDocDestroy, this, _1));

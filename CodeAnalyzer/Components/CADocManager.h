@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Checks/WantedChecks.h"
 #include "Components/CADocParser.h"
 #include "Kesh/SDK/IApplication.h"
 #include "Kesh/SyntaxParser/ISPDocument.h"
@@ -15,7 +16,6 @@
 namespace Kesh::CodeAnalyzer {
 
 class CCACheckWorkers;
-class CCAGrammarCheck;
 
 /// Gives each open document of a checkable kind its checker. GUI thread.
 class CCADocManager : public boost::signals2::trackable
@@ -52,9 +52,9 @@ public:
     void CheckCancelledLater();
     /// Checks all documents again after the usual delay.
     void CheckAllLater();
-    /// What the host wants of the grammar check; for documents that are created afterwards. Null: nothing.
-    void SetGrammarCheck(const CCAGrammarCheck* grammarCheck) { m_grammarCheck = grammarCheck; }
-    const CCAGrammarCheck* GetGrammarCheck() const { return m_grammarCheck; }
+    /// What the host may ask for; for documents that are created afterwards.
+    void SetWanted(const SWantedChecks& wanted) { m_wanted = wanted; }
+    const SWantedChecks& GetWanted() const { return m_wanted; }
     SyntaxParser::CDefRegions* GetDefRegions() const { return m_defs; }
     /// The checks that run, whoever has started them.
     const std::shared_ptr<CCACheckWorkers>& GetWorkers() const { return m_workers; }
@@ -65,7 +65,7 @@ private:
     std::vector<boost::shared_ptr<CCADocParser>> m_checkers;
     CCAErrorsManager* m_errorsManager = nullptr;
     CHtmlCustomItemsKeeper* m_customItems = nullptr;
-    const CCAGrammarCheck* m_grammarCheck = nullptr;
+    SWantedChecks m_wanted;
     std::shared_ptr<CCACheckWorkers> m_workers;
     std::function<void(const std::wstring&)> m_closedHandler;
 };

@@ -2,7 +2,6 @@
 
 #include "Base/HostComponent.h"
 #include "Checks/CADocumentCheck.h"
-#include "Checks/CAGrammarCheck.h"
 #include "Components/CACheckWorkers.h"
 #include "Components/CADocParserThread.h"
 #include "Components/CAErrorsManager.h"
@@ -92,10 +91,10 @@ void CCADocParser::DestroyPtr()
     m_closed = true;
 }
 
-void CCADocParser::FollowGrammar(const CCAGrammarCheck* wanted)
+void CCADocParser::Follow(const SWantedChecks& wanted)
 {
     if (m_check)
-        m_check->FollowGrammar(wanted);
+        m_check->Follow(wanted);
 }
 
 void CCADocParser::SetWorkers(std::shared_ptr<CCACheckWorkers> workers)

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Checks/WantedChecks.h"
 #include "Diagnostics/ErrorsReceiver.h"
 #include "Kesh/Base/ITimerHandler.h"
 #include "Kesh/CodeAnalyzer/Check.h"
@@ -20,7 +21,6 @@ namespace Kesh::CodeAnalyzer {
 
 class CCACheckWorkers;
 class CCADocumentCheck;
-class CCAGrammarCheck;
 class CCAErrorsManager;
 class CHtmlCustomItemsKeeper;
 
@@ -48,8 +48,8 @@ public:
     /// Shares the register of running checks; without it the checker keeps one for itself.
     void SetWorkers(std::shared_ptr<CCACheckWorkers> workers);
 
-    /// Has the grammar check take part when the host wants it. Once, before the first check.
-    void FollowGrammar(const CCAGrammarCheck* wanted);
+    /// Has these take part when the host wants them. Once, before the first check.
+    void Follow(const SWantedChecks& wanted);
 
     void OnTextChange(Editor::IDocBuffer::IChangeContext* context);
     void OnTimer() override;

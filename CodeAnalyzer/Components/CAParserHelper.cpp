@@ -2,7 +2,6 @@
 
 #include "Base/HostComponent.h"
 #include "Checks/CADocumentCheck.h"
-#include "Checks/CAGrammarCheck.h"
 #include "Components/CACheckWorkers.h"
 #include "Components/CADocManager.h"
 #include "Components/CAErrorsManager.h"
@@ -42,7 +41,7 @@ void CParserHelper::ParsecurrentDoc()
     const CCACheckWorkers::CCheck turn(*workers, path);
     if (!check || !turn)
         return;
-    check->FollowGrammar(m_docManager ? m_docManager->GetGrammarCheck() : nullptr);
+    check->Follow(m_docManager ? m_docManager->GetWanted() : SWantedChecks{});
     m_errorsManager->DeliverPosted();
     std::vector<SCAError> old;
     m_errorsManager->GetErrors(path, old);

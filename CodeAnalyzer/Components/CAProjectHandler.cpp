@@ -3,7 +3,6 @@
 #include "Base/CommonString.h"
 #include "Base/HostComponent.h"
 #include "Checks/CADocumentCheck.h"
-#include "Checks/CAGrammarCheck.h"
 #include "Components/CACheckWorkers.h"
 #include "Components/CAComponent.h"
 #include "Components/CADocManager.h"
@@ -432,7 +431,7 @@ std::optional<ECheckEnd> CCAProjectHandler::CheckPhp(IParserComponent& parser, c
     CPhpSyntaxParser phpParser(document->GetDefRegions(), m_errorsManager);
     phpParser.SteFileName(file);
     phpParser.InitParser(document);
-    const CCAGrammarCheck* grammar = m_docManager ? m_docManager->GetGrammarCheck() : nullptr;
+    const IGrammarCheck* grammar = m_docManager ? m_docManager->GetWanted().grammar : nullptr;
     if (grammar && grammar->IsEnabled())
         phpParser.FollowGrammar(*document, grammar);
     document->Parse(true);
@@ -448,7 +447,7 @@ std::optional<ECheckEnd> CCAProjectHandler::CheckComplete(IParserComponent& pars
         return {};
     const auto check = CCADocumentCheck::CreateOver(m_application, document, m_errorsManager,
                                                     m_component->GetHtmlCustomItemsKeeper());
-    check->FollowGrammar(m_docManager ? m_docManager->GetGrammarCheck() : nullptr);
+    check->Follow(m_docManager ? m_docManager->GetWanted() : SWantedChecks{});
     check->SetDetailed(m_errorsManager->IsDetailed());
     check->SetCancelFlag(m_cancelled);
     const ECheckEnd end = check->Run();

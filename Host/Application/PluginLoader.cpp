@@ -47,6 +47,11 @@ CodeAnalyzer::IGrammarCheck* CPlugin::GrammarCheck() const
     return Offered<CodeAnalyzer::IGrammarCheck>("CodeAnalyzerGetGrammarCheck");
 }
 
+CodeAnalyzer::IMarkupCheck* CPlugin::MarkupCheck() const
+{
+    return Offered<CodeAnalyzer::IMarkupCheck>("CodeAnalyzerGetMarkupCheck");
+}
+
 template <class TInterface> TInterface* CPlugin::Offered(const char* name) const
 {
     const auto function = m_library.Find<TInterface*(CodeAnalyzer::ICAComponent*)>(name);

@@ -2,6 +2,7 @@
 
 #include "Application/PluginLibrary.h"
 #include "Kesh/CodeAnalyzer/IGrammarCheck.h"
+#include "Kesh/CodeAnalyzer/IMarkupCheck.h"
 #include "Kesh/CodeAnalyzer/Plugin.h"
 
 #include <memory>
@@ -30,6 +31,7 @@ public:
     CodeAnalyzer::IProjectCheck& ProjectCheck();
     /// Null when the plug-in offers none.
     CodeAnalyzer::IGrammarCheck* GrammarCheck() const;
+    CodeAnalyzer::IMarkupCheck* MarkupCheck() const;
     /// Runs a command of the plug-in by its class name.
     void RunCommand(const char* className);
     /// Where the library was found.

@@ -19,6 +19,9 @@ std::string_view InitialConfiguration()
   // Whether PHP is checked against its whole grammar.
   "grammar": true,
 
+  // Whether HTML and CSS are checked beyond their names.
+  "markup": true,
+
   // Errors by their codes: "off", "warning" or "error". "code-analyzer explain CODE" tells what they mean.
   "codes": {
     // "901": "error"

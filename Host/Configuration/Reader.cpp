@@ -144,6 +144,12 @@ SConfiguration ParseConfiguration(const std::wstring& file, std::string_view tex
                     {"attributes", [&](const SJsonValue& v) { read.attributes = Names(v, "attributes"); }},
                     {"properties", [&](const SJsonValue& v) { read.properties = Names(v, "properties"); }}});
     };
+    const auto choice = [&](const char* name, std::optional<bool>& chosen) {
+        return std::pair(name, [&, name](const SJsonValue& v) {
+            Require(v, EKind::Boolean, name, "true or false");
+            chosen = v.boolean;
+        });
+    };
     ReadObject(ReadJsonLines(text), "the whole",
                {{"$schema", [&](const SJsonValue& v) { TextOf(v, "$schema"); }},
                 {"include", [&](const SJsonValue& v) { read.include = Strings(v, "include"); }},
@@ -155,11 +161,8 @@ SConfiguration ParseConfiguration(const std::wstring& file, std::string_view tex
                          Fail(v.line,
                               "\"phpVersion\" must be a version of PHP from \"5.3\" on, such as \"8.2\"");
                  }},
-                {"grammar",
-                 [&](const SJsonValue& v) {
-                     Require(v, EKind::Boolean, "grammar", "true or false");
-                     read.grammar = v.boolean;
-                 }},
+                choice("grammar", read.grammar),
+                choice("markup", read.markup),
                 {"codes", [&](const SJsonValue& v) { everywhere.codes = Codes(v); }},
                 {"overrides",
                  [&](const SJsonValue& v) {

@@ -2,6 +2,7 @@
 
 #include "Application/ParserComponent.h"
 #include "Kesh/CodeAnalyzer/IGrammarCheck.h"
+#include "Kesh/CodeAnalyzer/IMarkupCheck.h"
 
 namespace Kesh::Findings {
 
@@ -11,7 +12,7 @@ SyntaxParser::SOwnNames OwnNamesOf(const Configuration::SConfiguration& settings
 }
 
 void ApplyRules(const std::shared_ptr<const CProjectRules>& rules, SyntaxParser::CParserComponent& parser,
-                CodeAnalyzer::IGrammarCheck* grammar)
+                CodeAnalyzer::IGrammarCheck* grammar, CodeAnalyzer::IMarkupCheck* markup)
 {
     parser.SetTakenForPhp([rules](const std::wstring& path) {
         const TRules file = rules->For(path);
@@ -23,6 +24,9 @@ void ApplyRules(const std::shared_ptr<const CProjectRules>& rules, SyntaxParser:
             return CodeAnalyzer::SGrammarChoice{file->settings.grammar.value_or(true),
                                                 file->settings.phpVersion.value_or(0)};
         });
+    if (markup)
+        markup->SetChoices(
+            [rules](const std::wstring& path) { return rules->For(path)->settings.markup.value_or(true); });
 }
 
 } // namespace Kesh::Findings

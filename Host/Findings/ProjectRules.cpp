@@ -88,6 +88,8 @@ TRules CProjectRules::Make(const SFolder& folder) const
         rules->baseline = *m_all.baseline;
     if (m_all.noGrammar)
         rules->settings.grammar = false;
+    if (m_all.noMarkup)
+        rules->settings.markup = false;
     if (m_all.phpVersion)
         rules->settings.phpVersion = m_all.phpVersion;
     else if (!rules->settings.phpVersion)

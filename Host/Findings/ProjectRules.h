@@ -37,6 +37,7 @@ struct SRulesForAll
     std::optional<std::wstring> settingsFile; ///< absolute; empty: no file is read
     std::optional<std::int32_t> phpVersion;
     bool noGrammar = false;
+    bool noMarkup = false;
     std::optional<TBaseline> baseline;
 };
 

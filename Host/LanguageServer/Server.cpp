@@ -89,6 +89,8 @@ CServer::CServer(const SParts& parts)
     parts.plugin.ProjectCheck().SetThorough(true);
     if (CodeAnalyzer::IGrammarCheck* grammar = parts.plugin.GrammarCheck())
         grammar->SetEnabled(true);
+    if (CodeAnalyzer::IMarkupCheck* markup = parts.plugin.MarkupCheck())
+        markup->SetEnabled(true);
     AddLifecycle();
     AddDocuments();
     AddWorkspace();
@@ -277,14 +279,15 @@ void CServer::ReadSettings()
     const SyntaxParser::SOwnNames names = Findings::OwnNamesOf(m_settings.OwnNames());
     const auto checkedAs = [](const Findings::CProjectRules& of, const std::wstring& path) {
         const Findings::TRules file = of.For(path);
-        return std::pair(file->settings.grammar, file->settings.phpVersion);
+        return std::tuple(file->settings.grammar, file->settings.phpVersion, file->settings.markup);
     };
     const bool same = names == m_names && std::ranges::all_of(open, [&](const auto& document) {
                           return checkedAs(*before, document.first) == checkedAs(*rules, document.first);
                       });
     FollowSettings();
     // What is checked from here on is checked by what has just been read.
-    Findings::ApplyRules(rules, m_parts.application.Parser(), m_parts.plugin.GrammarCheck());
+    Findings::ApplyRules(rules, m_parts.application.Parser(), m_parts.plugin.GrammarCheck(),
+                         m_parts.plugin.MarkupCheck());
     if (same)
         return;
     m_names = names;

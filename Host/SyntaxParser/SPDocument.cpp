@@ -2,6 +2,7 @@
 
 #include "Kesh/SyntaxParser/IParser.h"
 #include "Kesh/SyntaxParser/ITokenSource.h"
+#include "SyntaxParser/MarkupPass.h"
 #include "SyntaxParser/MarkupTrees.h"
 #include "SyntaxParser/PhpScanner.h"
 #include "SyntaxParser/TextReader.h"
@@ -91,6 +92,18 @@ private:
     std::vector<ITokenHandler*> m_handlers;
 };
 
+class CMarkupTokens final : public IMarkupTokens
+{
+public:
+    void InitComponent(ISPDocument* /*document*/) override {}
+    std::wstring GetComponentName() override { return L"IMarkupTokens"; }
+    void AddMarkupHandler(IMarkupHandler* handler) override { m_handlers.push_back(handler); }
+    const std::vector<IMarkupHandler*>& Handlers() const { return m_handlers; }
+
+private:
+    std::vector<IMarkupHandler*> m_handlers;
+};
+
 class CHtmlSemanticParser final : public ISemanticParser
 {
 public:
@@ -108,6 +121,7 @@ public:
         : m_reader(std::move(reader)),
           m_parser(boost::make_shared<CDocumentParser>(m_reader)),
           m_tokenSource(boost::make_shared<CTokenSource>()),
+          m_markupTokens(boost::make_shared<CMarkupTokens>()),
           m_source(source)
     {
         m_giveUp.byHost = source.giveUp;
@@ -121,6 +135,8 @@ public:
             return m_parser;
         if (name == L"ITokenSource")
             return m_tokenSource;
+        if (name == L"IMarkupTokens")
+            return m_markupTokens;
         return {};
     }
     std::wstring GetFilePath() override { return m_source.path; }
@@ -157,13 +173,15 @@ public:
         std::vector<SIsland> islands;
         if (!SendRegions(text, islands))
             return;
+        const EMarkup markup = m_source.factory == CssFactory ? EMarkup::Css : EMarkup::Html;
         if (m_semanticParser.IsEnabled()) {
-            const EMarkup markup = m_source.factory == CssFactory ? EMarkup::Css : EMarkup::Html;
             SMarkupTrees trees = BuildMarkupTrees(text, markup, islands, &m_giveUp);
             const std::lock_guard lock(m_semanticMutex);
             m_trees = std::move(trees);
             m_treesBuilt = true;
         }
+        if (!m_markupTokens->Handlers().empty() && !IsCancelled())
+            RunMarkupPass(text, markup, islands, &m_giveUp, m_markupTokens->Handlers());
         if (IsCancelled())
             return;
         m_endOfParse(this);
@@ -173,6 +191,7 @@ public:
 
 private:
     bool IsCancelled() const { return m_giveUp.IsSet(); }
+    bool NeedsIslands() const { return m_semanticParser.IsEnabled() || !m_markupTokens->Handlers().empty(); }
 
     /// Style sheets hold no PHP; everything else is scanned for it. False when the parse has been given up.
     bool SendRegions(std::wstring_view text, std::vector<SIsland>& islands)
@@ -187,9 +206,8 @@ private:
             parts.emplace_back(handler);
             handlers.push_back(parts.back().IsWhole() ? handler : &parts.back());
         }
-        if (m_source.factory != CssFactory &&
-            !CPhpScanner(text, handlers, m_tokenSource->Handlers())
-                 .Run(m_semanticParser.IsEnabled() ? &islands : nullptr, &m_giveUp))
+        if (m_source.factory != CssFactory && !CPhpScanner(text, handlers, m_tokenSource->Handlers())
+                                                   .Run(NeedsIslands() ? &islands : nullptr, &m_giveUp))
             return false;
         for (IStateRegionHandler* handler : handlers) {
             handler->SendRegsEnd();
@@ -201,6 +219,7 @@ private:
     boost::shared_ptr<IReader> m_reader;
     boost::shared_ptr<CDocumentParser> m_parser;
     boost::shared_ptr<CTokenSource> m_tokenSource;
+    boost::shared_ptr<CMarkupTokens> m_markupTokens;
     SDocumentSource m_source;
     SGiveUp m_giveUp;
     CHtmlSemanticParser m_semanticParser;

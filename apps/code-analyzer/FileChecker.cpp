@@ -5,6 +5,7 @@
 #include "Findings/ApplyRules.h"
 #include "Findings/Ignores.h"
 #include "Kesh/CodeAnalyzer/IGrammarCheck.h"
+#include "Kesh/CodeAnalyzer/IMarkupCheck.h"
 #include "SyntaxParser/SPDocument.h"
 #include "SyntaxParser/SourceText.h"
 
@@ -56,7 +57,10 @@ CFileChecker::CFileChecker(const SOptions& options, TProjectRules rules)
     CodeAnalyzer::IGrammarCheck* grammar = m_checks->GetGrammarCheck();
     if (grammar)
         grammar->SetEnabled(!options.noGrammar);
-    Findings::ApplyRules(m_rules, m_application.Parser(), grammar);
+    CodeAnalyzer::IMarkupCheck* markup = m_checks->GetMarkupCheck();
+    if (markup)
+        markup->SetEnabled(!options.noMarkup);
+    Findings::ApplyRules(m_rules, m_application.Parser(), grammar, markup);
 }
 
 void CFileChecker::UseNames(const Configuration::SConfiguration& settings)

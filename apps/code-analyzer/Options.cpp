@@ -38,11 +38,12 @@ constexpr const char* CheckFooter =
     "PHP\n"
     "when its ending is none of these.\n";
 
-/// How PHP is checked.
+/// What is checked, and how.
 void AddPhpOptions(CLI::App& command, SOptions& options)
 {
     command.add_flag("--no-grammar", options.noGrammar,
                      "Do not check PHP against its whole grammar, only statement by statement");
+    command.add_flag("--no-markup", options.noMarkup, "Do not check HTML and CSS beyond their names");
     command
         .add_option_function<std::string>(
             "--php-version",

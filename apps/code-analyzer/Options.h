@@ -38,6 +38,7 @@ struct SOptions
     std::string configuration; ///< a file; for all; empty: the one nearest to each
     bool noConfiguration = false;
     bool noGrammar = false;
+    bool noMarkup = false;
     std::int32_t phpVersion = 0; ///< major * 100 + minor; 0: the project's
     std::string baseline;        ///< empty: the one that the configuration names
     bool generateBaseline = false;

@@ -22,6 +22,7 @@ TProjectRules RulesFor(const SOptions& options)
     if (options.phpVersion != 0)
         all.phpVersion = options.phpVersion;
     all.noGrammar = options.noGrammar;
+    all.noMarkup = options.noMarkup;
     if (options.generateBaseline) {
         all.baseline.emplace();
     } else if (!options.baseline.empty()) {

@@ -3,6 +3,7 @@
 #include "Application/ParserComponent.h"
 #include "Findings/ApplyRules.h"
 #include "Kesh/CodeAnalyzer/IGrammarCheck.h"
+#include "Kesh/CodeAnalyzer/IMarkupCheck.h"
 
 namespace Kesh::CommandLine {
 
@@ -27,7 +28,9 @@ void CSession::UseRules(TProjectRules rules, const Configuration::SConfiguration
     m_rules = std::move(rules);
     if (CodeAnalyzer::IGrammarCheck* grammar = m_plugin->GrammarCheck())
         grammar->SetEnabled(true);
-    Findings::ApplyRules(m_rules, m_application.Parser(), m_plugin->GrammarCheck());
+    if (CodeAnalyzer::IMarkupCheck* markup = m_plugin->MarkupCheck())
+        markup->SetEnabled(true);
+    Findings::ApplyRules(m_rules, m_application.Parser(), m_plugin->GrammarCheck(), m_plugin->MarkupCheck());
     m_application.Parser().SetOwnNames(Findings::OwnNamesOf(project));
 }
 

@@ -328,8 +328,9 @@ void CMainWindow::ApplyChoices(const SChoices& choices)
         m_plugin->ProjectCheck().SetComplete(choices.checksMarkup);
         m_project->Refresh();
     }
-    if (m_plugin && (choices.customTags != old.customTags ||
-                     choices.customAttributes != old.customAttributes || choices.grammar != old.grammar))
+    if (m_plugin &&
+        (choices.customTags != old.customTags || choices.customAttributes != old.customAttributes ||
+         choices.grammar != old.grammar || choices.markup != old.markup))
         RestartValidator();
 }
 

@@ -31,6 +31,7 @@ SChoices CPreferences::GetChoices() const
         std::clamp(store.value("Workbench/appearance").toInt(), 0, static_cast<int>(EAppearance::Dark)));
     choices.fontSize = std::clamp(store.value("Workbench/fontSize", choices.fontSize).toInt(), 6, 72);
     choices.grammar = store.value("Workbench/grammar", choices.grammar).toBool();
+    choices.markup = store.value("Workbench/markup", choices.markup).toBool();
     choices.customTags = SplitNames(store.value("CustomNames/tags").toStringList().join(' '));
     choices.customAttributes = SplitNames(store.value("CustomNames/attributes").toStringList().join(' '));
     choices.checksMarkup = store.value("Workbench/checksMarkup", choices.checksMarkup).toBool();
@@ -45,6 +46,7 @@ void CPreferences::SetChoices(const SChoices& choices)
     store.setValue("Workbench/appearance", static_cast<int>(choices.appearance));
     store.setValue("Workbench/fontSize", choices.fontSize);
     store.setValue("Workbench/grammar", choices.grammar);
+    store.setValue("Workbench/markup", choices.markup);
     store.setValue("Workbench/checksMarkup", choices.checksMarkup);
     store.setValue("CustomNames/tags", choices.customTags.join(' '));
     store.setValue("CustomNames/attributes", choices.customAttributes.join(' '));

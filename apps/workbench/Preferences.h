@@ -20,6 +20,7 @@ struct SChoices
     EAppearance appearance = EAppearance::System;
     int fontSize = 10;   ///< points
     bool grammar = true; ///< check PHP against its whole grammar
+    bool markup = true;  ///< check HTML and CSS beyond their names
     QStringList customTags;
     QStringList customAttributes;
     bool checksMarkup = true;      ///< the HTML and CSS of a project's files too

@@ -50,7 +50,10 @@ void CProjectSession::UseRules(TProjectRules rules, const std::wstring& folder)
     CodeAnalyzer::IGrammarCheck* grammar = m_plugin ? m_plugin->GrammarCheck() : nullptr;
     if (grammar)
         grammar->SetEnabled(m_parts.preferences.GetChoices().grammar);
-    Findings::ApplyRules(m_rules, application.Parser(), grammar);
+    CodeAnalyzer::IMarkupCheck* markup = m_plugin ? m_plugin->MarkupCheck() : nullptr;
+    if (markup)
+        markup->SetEnabled(m_parts.preferences.GetChoices().markup);
+    Findings::ApplyRules(m_rules, application.Parser(), grammar, markup);
     application.Parser().SetOwnNames(m_names);
     if (m_watch)
         m_watch->SetRules(m_rules);

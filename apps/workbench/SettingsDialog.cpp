@@ -47,6 +47,7 @@ CSettingsDialog::CSettingsDialog(const SChoices& choices, const std::vector<SLan
       m_appearance(new QComboBox),
       m_fontSize(new QSpinBox),
       m_grammar(new QCheckBox(Tr("Check PHP against its whole &grammar"))),
+      m_markup(new QCheckBox(Tr("Check HTML and CSS &beyond their names"))),
       m_checksMarkup(new QCheckBox(Tr("Check the &HTML and CSS of a project's files too"))),
       m_tags(MakeNameEdit(choices.customTags, "customTags")),
       m_attributes(MakeNameEdit(choices.customAttributes, "customAttributes"))
@@ -65,6 +66,8 @@ CSettingsDialog::CSettingsDialog(const SChoices& choices, const std::vector<SLan
 
     m_grammar->setObjectName(QStringLiteral("grammar"));
     m_grammar->setChecked(choices.grammar);
+    m_markup->setObjectName(QStringLiteral("markup"));
+    m_markup->setChecked(choices.markup);
 
     auto* widths = new QHBoxLayout;
     for (std::size_t column = 0; column < 3; ++column) {
@@ -82,6 +85,7 @@ CSettingsDialog::CSettingsDialog(const SChoices& choices, const std::vector<SLan
     form->addRow(Tr("&Appearance:"), m_appearance);
     form->addRow(Tr("&Font size:"), m_fontSize);
     form->addRow(QString(), m_grammar);
+    form->addRow(QString(), m_markup);
     m_checksMarkup->setChecked(choices.checksMarkup);
     form->addRow(QString(), m_checksMarkup);
     form->addRow(Tr("Your own HTML &tags:"), m_tags);
@@ -108,6 +112,7 @@ SChoices CSettingsDialog::GetChoices() const
     choices.appearance = static_cast<EAppearance>(m_appearance->currentIndex());
     choices.fontSize = m_fontSize->value();
     choices.grammar = m_grammar->isChecked();
+    choices.markup = m_markup->isChecked();
     choices.checksMarkup = m_checksMarkup->isChecked();
     choices.customTags = SplitNames(m_tags->toPlainText());
     choices.customAttributes = SplitNames(m_attributes->toPlainText());

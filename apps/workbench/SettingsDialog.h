@@ -29,6 +29,7 @@ private:
     QComboBox* m_appearance;
     QSpinBox* m_fontSize;
     QCheckBox* m_grammar;
+    QCheckBox* m_markup;
     QCheckBox* m_checksMarkup;
     QPlainTextEdit* m_tags;
     QPlainTextEdit* m_attributes;

@@ -4,6 +4,7 @@
 #include "Kesh/CodeAnalyzer/ICustomNames.h"
 #include "Kesh/CodeAnalyzer/IDiagnosticTexts.h"
 #include "Kesh/CodeAnalyzer/IGrammarCheck.h"
+#include "Kesh/CodeAnalyzer/IMarkupCheck.h"
 #include "Kesh/SDK/IApplication.h"
 #include "Kesh/SyntaxParser/IReader.h"
 
@@ -33,6 +34,7 @@ public:
     virtual void Free() = 0;
     /// Why the last check has failed; empty when it has not.
     virtual std::wstring GetFailure() = 0;
+    virtual IMarkupCheck* GetMarkupCheck() = 0;
 
 protected:
     ~ITextChecks() = default;

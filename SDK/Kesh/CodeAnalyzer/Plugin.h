@@ -6,6 +6,7 @@
 #include "Kesh/CodeAnalyzer/ICustomNames.h"
 #include "Kesh/CodeAnalyzer/IDiagnosticTexts.h"
 #include "Kesh/CodeAnalyzer/IGrammarCheck.h"
+#include "Kesh/CodeAnalyzer/IMarkupCheck.h"
 #include "Kesh/CodeAnalyzer/IProjectCheck.h"
 #include "Kesh/CodeAnalyzer/SCAError.h"
 #include "Kesh/SDK/ICommand.h"
@@ -86,6 +87,8 @@ KESH_EXPORT Kesh::CodeAnalyzer::ICustomNames*
 CodeAnalyzerGetCustomNames(Kesh::CodeAnalyzer::ICAComponent* component);
 KESH_EXPORT Kesh::CodeAnalyzer::IGrammarCheck*
 CodeAnalyzerGetGrammarCheck(Kesh::CodeAnalyzer::ICAComponent* component);
+KESH_EXPORT Kesh::CodeAnalyzer::IMarkupCheck*
+CodeAnalyzerGetMarkupCheck(Kesh::CodeAnalyzer::ICAComponent* component);
 KESH_EXPORT Kesh::CodeAnalyzer::IProjectCheck*
 CodeAnalyzerGetProjectCheck(Kesh::CodeAnalyzer::ICAComponent* component);
 }

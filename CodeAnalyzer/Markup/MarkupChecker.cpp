@@ -1,0 +1,97 @@
+#include "Markup/MarkupChecker.h"
+
+#include "Diagnostics/DiagnosticList.h"
+#include "Diagnostics/ErrorsReceiver.h"
+
+#include <boost/pointer_cast.hpp>
+#include <utility>
+
+namespace Kesh::CodeAnalyzer {
+
+using SyntaxParser::EHtmlProblem;
+using SyntaxParser::EStyleKind;
+using SyntaxParser::IMarkupTokens;
+using SyntaxParser::ISPDocument;
+using SyntaxParser::SHtmlToken;
+using SyntaxParser::SMarkupSpan;
+using SyntaxParser::SStyleToken;
+
+CMarkupChecker::CMarkupChecker(const IMarkupCheck* wanted, ICheckOwner* owner, IErrorsReceiver* receiver)
+    : m_wanted(wanted), m_owner(owner), m_receiver(receiver)
+{
+}
+
+void CMarkupChecker::Follow(ISPDocument& document)
+{
+    const auto source =
+        boost::dynamic_pointer_cast<IMarkupTokens>(document.GetComponent(L"IMarkupTokens").lock());
+    if (!source)
+        return;
+    source->AddMarkupHandler(this);
+    for (const auto& part : m_parts)
+        part->Follow(document);
+    if (m_path.empty())
+        m_path = document.GetFilePath();
+    m_connection =
+        document.GetEndOfParseSignal().connect([this](ISPDocument* /*parsed*/) { OnDocumentParsed(); });
+}
+
+bool CMarkupChecker::BeginMarkup(const SyntaxParser::IMarkupPlaces& places)
+{
+    m_found.clear();
+    if (m_owner)
+        m_path = m_owner->GetFilePath();
+    if (!m_wanted->IsWanted(m_path))
+        return false;
+    m_report.Begin(places);
+    for (const auto& part : m_parts)
+        part->Begin();
+    return true;
+}
+
+void CMarkupChecker::AddHtml(const SHtmlToken& token)
+{
+    for (const auto& part : m_parts)
+        part->AddHtml(token);
+}
+
+void CMarkupChecker::AddProblem(EHtmlProblem problem, SMarkupSpan span)
+{
+    for (const auto& part : m_parts)
+        part->AddProblem(problem, span);
+}
+
+void CMarkupChecker::BeginStyle(EStyleKind kind, SMarkupSpan whole)
+{
+    for (const auto& part : m_parts)
+        part->BeginStyle(kind, whole);
+}
+
+void CMarkupChecker::AddStyle(const SStyleToken& token)
+{
+    for (const auto& part : m_parts)
+        part->AddStyle(token);
+}
+
+void CMarkupChecker::EndStyle()
+{
+    for (const auto& part : m_parts)
+        part->EndStyle();
+}
+
+void CMarkupChecker::EndMarkup()
+{
+    for (const auto& part : m_parts)
+        part->End();
+    m_found = m_report.Take();
+}
+
+void CMarkupChecker::OnDocumentParsed()
+{
+    if (m_found.empty())
+        return;
+    const auto [errors, details] = Apart(std::exchange(m_found, {}));
+    m_receiver->AddErrors(m_path, errors, details);
+}
+
+} // namespace Kesh::CodeAnalyzer

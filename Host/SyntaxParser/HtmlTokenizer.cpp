@@ -1,0 +1,7 @@
+#include "SyntaxParser/HtmlTokenizer.h"
+
+namespace Kesh::SyntaxParser {
+
+void CHtmlTokenizer::Run() {}
+
+} // namespace Kesh::SyntaxParser

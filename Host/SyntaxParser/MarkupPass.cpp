@@ -1,0 +1,107 @@
+#include "SyntaxParser/MarkupPass.h"
+
+#include "SyntaxParser/CssTokenizer.h"
+#include "SyntaxParser/HtmlTokenizer.h"
+#include "SyntaxParser/MarkupText.h"
+
+#include <algorithm>
+
+namespace Kesh::SyntaxParser {
+
+namespace {
+
+class CMarkupPlaces final : public IMarkupPlaces
+{
+public:
+    CMarkupPlaces(std::wstring_view written, CMarkupText& text) : m_written(written), m_text(text) {}
+
+    std::wstring_view Text() const override { return m_text.Scanned({0, m_text.Size()}); }
+    std::wstring_view Written() const override { return m_written; }
+    CIterator PositionOf(std::size_t offset) const override
+    {
+        if (m_lines.empty()) // few texts have anything to place
+            ReadLines();
+        const auto next = std::upper_bound(m_lines.begin(), m_lines.end(), offset);
+        return {static_cast<std::int64_t>(offset - *(next - 1)),
+                static_cast<std::int64_t>(next - m_lines.begin() - 1)};
+    }
+    bool IsCancelled() const override { return m_text.IsCancelled(); }
+    bool HasPlaceholders() const override { return false; }
+
+private:
+    void ReadLines() const
+    {
+        m_lines.push_back(0);
+        for (std::size_t i = m_written.find(L'\n'); i != std::wstring_view::npos;
+             i = m_written.find(L'\n', i + 1))
+            m_lines.push_back(i + 1);
+    }
+
+    std::wstring_view m_written;
+    CMarkupText& m_text;
+    mutable std::vector<std::size_t> m_lines; ///< where each begins
+};
+
+/// Hands everything on to each handler that takes part.
+class CFanOut final : public IHtmlTokenSink, public IStyleTokenSink
+{
+public:
+    explicit CFanOut(std::vector<IMarkupHandler*> handlers) : m_handlers(std::move(handlers)) {}
+
+    void AddHtml(const SHtmlToken& token) override
+    {
+        for (IMarkupHandler* handler : m_handlers)
+            handler->AddHtml(token);
+    }
+    void AddProblem(EHtmlProblem problem, SMarkupSpan span) override
+    {
+        for (IMarkupHandler* handler : m_handlers)
+            handler->AddProblem(problem, span);
+    }
+    void AddStyle(const SStyleToken& token) override
+    {
+        for (IMarkupHandler* handler : m_handlers)
+            handler->AddStyle(token);
+    }
+    void BeginStyle(EStyleKind kind, SMarkupSpan whole)
+    {
+        for (IMarkupHandler* handler : m_handlers)
+            handler->BeginStyle(kind, whole);
+    }
+    void EndStyle()
+    {
+        for (IMarkupHandler* handler : m_handlers)
+            handler->EndStyle();
+    }
+
+private:
+    std::vector<IMarkupHandler*> m_handlers;
+};
+
+} // namespace
+
+void RunMarkupPass(std::wstring_view written, EMarkup markup, const std::vector<SIsland>& islands,
+                   const SGiveUp* giveUp, const std::vector<IMarkupHandler*>& handlers)
+{
+    CMarkupText text(written, islands, giveUp);
+    const CMarkupPlaces places(written, text);
+    std::vector<IMarkupHandler*> willing;
+    std::ranges::copy_if(handlers, std::back_inserter(willing),
+                         [&](IMarkupHandler* handler) { return handler->BeginMarkup(places); });
+    if (willing.empty())
+        return;
+    CFanOut sink(willing);
+    const auto style = [&](EStyleKind kind, SMarkupSpan whole) {
+        sink.BeginStyle(kind, whole);
+        CCssTokenizer(places, sink).Run(whole);
+        sink.EndStyle();
+    };
+    if (markup == EMarkup::Css)
+        style(EStyleKind::Sheet, {0, written.size()});
+    else
+        CHtmlTokenizer(places, sink, style).Run();
+    for (IMarkupHandler* handler : willing)
+        handler->EndMarkup();
+}
+
+} // namespace Kesh::SyntaxParser
