@@ -105,22 +105,35 @@ TFacts MakeFacts()
     return facts;
 }
 
+// Null for a name that HTML has not.
+const STagFacts* FindFacts(std::wstring_view lower)
+{
+    static const TFacts facts = MakeFacts();
+    const auto known = facts.find(lower);
+    return known == facts.end() ? nullptr : &known->second;
+}
+
 } // namespace
 
 STagName& CTagNames::Get(std::wstring_view name)
 {
-    static const TFacts facts = MakeFacts();
     m_lower = Base::CCommonString::LowerCaseFast(name);
     const auto [place, isNew] = m_names.try_emplace(m_lower);
     STagName& result = place->second;
     if (isNew) {
         result.name = m_lower;
-        if (const auto known = facts.find(m_lower); known != facts.end()) {
-            result.tag = known->second.tag;
-            result.flags = known->second.flags;
+        if (const STagFacts* known = FindFacts(m_lower)) {
+            result.tag = known->tag;
+            result.flags = known->flags;
         }
     }
     return result;
+}
+
+std::uint32_t GetTagFlags(std::wstring_view lower)
+{
+    const STagFacts* known = FindFacts(lower);
+    return known ? known->flags : 0;
 }
 
 bool IsCustomElementName(std::wstring_view lower)

@@ -78,6 +78,9 @@ private:
     std::wstring m_lower;
 };
 
+/// What HTML says about a tag; `lower` is in lower case. Any thread.
+std::uint32_t GetTagFlags(std::wstring_view lower);
+
 /// Whether a name is one that authors of custom elements may choose. `lower` is in lower case.
 bool IsCustomElementName(std::wstring_view lower);
 

@@ -1,0 +1,211 @@
+#include "SyntaxParser/HtmlTagReader.h"
+
+#include "SyntaxParser/HtmlReferences.h"
+#include "SyntaxParser/HtmlTags.h"
+
+#include <algorithm>
+
+namespace Kesh::SyntaxParser {
+
+namespace {
+
+/// From so many on, names are looked up instead of compared one by one.
+constexpr std::size_t ManyAttributes = 12;
+
+std::wstring Lower(std::wstring_view name)
+{
+    std::wstring lower(name);
+    std::ranges::transform(lower, lower.begin(), CHtmlCursor::Lower);
+    return lower;
+}
+
+bool EndsWord(wchar_t c)
+{
+    return c == L'>' || c == CHtmlCursor::End || CHtmlCursor::IsSpace(c);
+}
+
+} // namespace
+
+const SHtmlToken& CHtmlTagReader::Read()
+{
+    m_token.kind = m_cursor.Peek(1) == L'/' ? EHtmlTokenKind::EndTag : EHtmlTokenKind::StartTag;
+    m_token.span.begin = m_cursor.At();
+    m_token.attributes.clear();
+    m_token.selfClosing = false;
+    m_token.unfinished = false;
+    CompareFrom(0);
+    m_cursor.Skip(m_token.kind == EHtmlTokenKind::EndTag ? 2 : 1);
+    ReadName();
+    while (ReadAttribute()) {
+    }
+    Finish();
+    return m_token;
+}
+
+void CHtmlTagReader::ReadName()
+{
+    const std::size_t begin = m_cursor.At();
+    for (wchar_t c; c = m_cursor.Peek(), c != L'/' && !EndsWord(c); m_cursor.Skip()) {
+        // After a whole name, PHP rather prints attributes than the rest of a longer one.
+        if (c == MarkupIsland && GetTagFlags(Lower(m_cursor.Text({begin, m_cursor.At()}))) & TagHtml)
+            break;
+    }
+    m_token.name = {begin, m_cursor.At()};
+}
+
+// The state before an attribute's name. False at the end of the tag.
+bool CHtmlTagReader::ReadAttribute()
+{
+    m_cursor.SkipSpaces();
+    switch (m_cursor.Peek()) {
+    case L'/': ReadSolidus(); return true;
+    case L'>':
+    case CHtmlCursor::End: return false;
+    default: break;
+    }
+    SHtmlAttribute attribute;
+    ReadAttributeName(attribute);
+    attribute.span = attribute.value = {attribute.name.begin, attribute.name.end};
+    attribute.value.begin = attribute.value.end;
+    const std::size_t end = m_cursor.At();
+    m_cursor.SkipSpaces();
+    if (m_cursor.Peek() == L'=') {
+        m_cursor.Skip();
+        ReadValue(attribute);
+    } else {
+        m_cursor.MoveTo(end);
+    }
+    m_token.attributes.push_back(attribute);
+    return true;
+}
+
+void CHtmlTagReader::ReadAttributeName(SHtmlAttribute& attribute)
+{
+    const std::size_t begin = m_cursor.At();
+    if (m_cursor.Peek() == L'=') {
+        m_cursor.Report(EHtmlProblem::UnexpectedEqualsSignBeforeAttributeName);
+        m_cursor.Skip();
+    }
+    for (wchar_t c; c = m_cursor.Peek(), c != L'=' && c != L'/' && !EndsWord(c); m_cursor.Skip())
+        if (c == L'"' || c == L'\'' || c == L'<')
+            m_cursor.Report(EHtmlProblem::UnexpectedCharacterInAttributeName);
+    attribute.name = {begin, m_cursor.At()};
+    CheckName(attribute);
+}
+
+void CHtmlTagReader::ReadValue(SHtmlAttribute& attribute)
+{
+    attribute.hasValue = true;
+    m_cursor.SkipSpaces();
+    const wchar_t c = m_cursor.Peek();
+    if (c == L'>')
+        m_cursor.Report(EHtmlProblem::MissingAttributeValue);
+    if (c == L'"' || c == L'\'')
+        ReadQuoted(attribute);
+    else
+        ReadBare(attribute);
+}
+
+void CHtmlTagReader::ReadQuoted(SHtmlAttribute& attribute)
+{
+    const wchar_t stops[] = {m_cursor.Peek(), L'&'};
+    m_cursor.Skip();
+    attribute.value.begin = m_cursor.At();
+    for (;;) {
+        m_cursor.SkipTo(std::wstring_view(stops, 2));
+        if (m_cursor.Peek() != L'&')
+            break;
+        ReadHtmlReference(m_cursor, true);
+    }
+    attribute.value.end = attribute.span.end = m_cursor.At();
+    if (m_cursor.IsAtEnd())
+        return;
+    m_cursor.Skip();
+    attribute.span.end = m_cursor.At();
+    CheckAfterQuoted();
+}
+
+void CHtmlTagReader::ReadBare(SHtmlAttribute& attribute)
+{
+    attribute.value.begin = m_cursor.At();
+    for (wchar_t c; c = m_cursor.Peek(), !EndsWord(c);) {
+        if (c == L'&') {
+            ReadHtmlReference(m_cursor, true);
+            continue;
+        }
+        if (c == L'"' || c == L'\'' || c == L'<' || c == L'=' || c == L'`')
+            m_cursor.Report(EHtmlProblem::UnexpectedCharacterInUnquotedAttributeValue);
+        m_cursor.Skip();
+    }
+    attribute.value.end = attribute.span.end = m_cursor.At();
+}
+
+void CHtmlTagReader::CheckAfterQuoted()
+{
+    const wchar_t c = m_cursor.Peek();
+    if (!CHtmlCursor::IsSpace(c) && c != L'/' && c != L'>' && c != MarkupIsland && !m_cursor.IsAtEnd())
+        m_cursor.Report(EHtmlProblem::MissingWhitespaceBetweenAttributes);
+}
+
+void CHtmlTagReader::ReadSolidus()
+{
+    m_cursor.Skip();
+    if (m_cursor.Peek() == L'>')
+        m_token.selfClosing = true;
+    else if (m_cursor.Peek() != MarkupIsland && !m_cursor.IsAtEnd())
+        m_cursor.Report(EHtmlProblem::UnexpectedSolidusInTag, {m_cursor.At() - 1, m_cursor.At()});
+}
+
+// An island may be the condition under which the attributes that follow stand there at all.
+void CHtmlTagReader::CheckName(const SHtmlAttribute& attribute)
+{
+    if (m_cursor.Text(attribute.name).find(MarkupIsland) != std::wstring_view::npos) {
+        CompareFrom(m_token.attributes.size() + 1);
+    } else if (IsEqualToEarlier(attribute.name)) {
+        m_cursor.Report(EHtmlProblem::DuplicateAttribute, attribute.name);
+    }
+}
+
+bool CHtmlTagReader::IsEqualToEarlier(SMarkupSpan name)
+{
+    const auto begin = m_token.attributes.begin() + static_cast<std::ptrdiff_t>(m_comparable);
+    const auto end = m_token.attributes.end();
+    if (end - begin < static_cast<std::ptrdiff_t>(ManyAttributes))
+        return std::any_of(begin, end, [&](const SHtmlAttribute& earlier) {
+            return std::ranges::equal(m_cursor.Text(earlier.name), m_cursor.Text(name), {},
+                                      CHtmlCursor::Lower, CHtmlCursor::Lower);
+        });
+    if (m_names.empty())
+        std::for_each(begin, end, [&](const SHtmlAttribute& earlier) {
+            m_names.insert(Lower(m_cursor.Text(earlier.name)));
+        });
+    return !m_names.insert(Lower(m_cursor.Text(name))).second;
+}
+
+void CHtmlTagReader::CompareFrom(std::size_t attribute)
+{
+    m_comparable = attribute;
+    m_names.clear();
+}
+
+void CHtmlTagReader::Finish()
+{
+    m_token.unfinished = m_cursor.IsAtEnd();
+    m_cursor.Skip(m_token.unfinished ? 0 : 1);
+    m_token.span.end = m_cursor.At();
+    if (m_token.unfinished) {
+        m_cursor.Report(EHtmlProblem::EofInTag, m_token.span);
+        return;
+    }
+    if (m_token.kind == EHtmlTokenKind::StartTag)
+        return;
+    if (!m_token.attributes.empty() && !std::ranges::all_of(m_token.attributes, [&](const SHtmlAttribute& a) {
+            return m_cursor.Text(a.name).find(MarkupIsland) != std::wstring_view::npos;
+        }))
+        m_cursor.Report(EHtmlProblem::EndTagWithAttributes,
+                        {m_token.attributes.front().span.begin, m_token.span.end - 1});
+    if (m_token.selfClosing)
+        m_cursor.Report(EHtmlProblem::EndTagWithTrailingSolidus, {m_token.span.end - 2, m_token.span.end});
+}
+
+} // namespace Kesh::SyntaxParser
