@@ -19,11 +19,15 @@ public:
     std::wstring_view Written() const override { return m_written; }
     CIterator PositionOf(std::size_t offset) const override
     {
-        if (m_lines.empty()) // few texts have anything to place
-            ReadLines();
+        ReadLines();
         const auto next = std::upper_bound(m_lines.begin(), m_lines.end(), offset);
         return {static_cast<std::int64_t>(offset - *(next - 1)),
                 static_cast<std::int64_t>(next - m_lines.begin() - 1)};
+    }
+    std::size_t OffsetOf(CIterator position) const override
+    {
+        ReadLines();
+        return m_lines[position.y] + position.x;
     }
     bool IsCancelled() const override { return m_text.IsCancelled(); }
     bool HasPlaceholders() const override { return false; }
@@ -31,7 +35,9 @@ public:
 private:
     void ReadLines() const
     {
-        m_lines.push_back(0);
+        if (!m_lines.empty())
+            return;
+        m_lines.push_back(0); // few texts have anything to place
         for (std::size_t i = m_written.find(L'\n'); i != std::wstring_view::npos;
              i = m_written.find(L'\n', i + 1))
             m_lines.push_back(i + 1);
@@ -81,9 +87,11 @@ private:
 } // namespace
 
 void RunMarkupPass(std::wstring_view written, EMarkup markup, const std::vector<SIsland>& islands,
-                   const SGiveUp* giveUp, const std::vector<IMarkupHandler*>& handlers)
+                   const CPrintedStrings& printed, const SGiveUp* giveUp,
+                   const std::vector<IMarkupHandler*>& handlers)
 {
-    CMarkupText text(written, islands, giveUp);
+    CMarkupText text(written, printed.Without(islands), giveUp);
+    printed.Unescape(text.Scan(), MarkupIsland);
     const CMarkupPlaces places(written, text);
     std::vector<IMarkupHandler*> willing;
     std::ranges::copy_if(handlers, std::back_inserter(willing),

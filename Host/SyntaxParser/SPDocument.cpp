@@ -181,7 +181,7 @@ public:
             m_treesBuilt = true;
         }
         if (!m_markupTokens->Handlers().empty() && !IsCancelled())
-            RunMarkupPass(text, markup, islands, &m_giveUp, m_markupTokens->Handlers());
+            RunMarkupPass(text, markup, islands, m_printed, &m_giveUp, m_markupTokens->Handlers());
         if (IsCancelled())
             return;
         m_endOfParse(this);
@@ -192,6 +192,16 @@ public:
 private:
     bool IsCancelled() const { return m_giveUp.IsSet(); }
     bool NeedsIslands() const { return m_semanticParser.IsEnabled() || !m_markupTokens->Handlers().empty(); }
+
+    std::vector<ITokenHandler*> TokenHandlers(std::wstring_view text)
+    {
+        std::vector<ITokenHandler*> handlers = m_tokenSource->Handlers();
+        if (!m_markupTokens->Handlers().empty()) {
+            m_printed.SetText(text);
+            handlers.push_back(&m_printed);
+        }
+        return handlers;
+    }
 
     /// Style sheets hold no PHP; everything else is scanned for it. False when the parse has been given up.
     bool SendRegions(std::wstring_view text, std::vector<SIsland>& islands)
@@ -206,7 +216,7 @@ private:
             parts.emplace_back(handler);
             handlers.push_back(parts.back().IsWhole() ? handler : &parts.back());
         }
-        if (m_source.factory != CssFactory && !CPhpScanner(text, handlers, m_tokenSource->Handlers())
+        if (m_source.factory != CssFactory && !CPhpScanner(text, handlers, TokenHandlers(text))
                                                    .Run(NeedsIslands() ? &islands : nullptr, &m_giveUp))
             return false;
         for (IStateRegionHandler* handler : handlers) {
@@ -227,6 +237,7 @@ private:
     DocDestroySignal m_docDestroy;
     std::mutex m_semanticMutex;
     SMarkupTrees m_trees;
+    CPrintedStrings m_printed;
     bool m_treesBuilt = false;
 };
 

@@ -120,6 +120,8 @@ public:
     /// The same as it is written.
     virtual std::wstring_view Written() const = 0;
     virtual CIterator PositionOf(std::size_t offset) const = 0;
+    /// The other way round, for a position in the text.
+    virtual std::size_t OffsetOf(CIterator position) const = 0;
     /// Whether nobody wants the results any more; handlers then return soon.
     virtual bool IsCancelled() const = 0;
     /// Whether the placeholders of a template engine stand in the text.

@@ -1,0 +1,29 @@
+#pragma once
+
+#include <cstdint>
+#include <string_view>
+
+namespace Kesh::CodeAnalyzer {
+
+/// What HTML says about an element; bits.
+enum EElementFlags : std::uint32_t {
+    ElementKnown = 1u << 0,
+    ElementVoid = 1u << 1,          ///< has no content and no end tag
+    ElementOptionalEnd = 1u << 2,   ///< its end tag may be left out
+    ElementEndsParagraph = 1u << 3, ///< its start tag ends an open p
+    ElementFormatting = 1u << 4,
+    ElementScope = 1u << 5, ///< no paragraph reaches into it, nor any link or button
+    ElementHeading = 1u << 6,
+    ElementTablePart = 1u << 7, ///< takes no text: table, its parts and rows
+    ElementInTable = 1u << 8,   ///< may stand in those all the same
+    ElementForeign = 1u << 9,   ///< has rules of its own inside: svg, math
+    ElementAlone = 1u << 10     ///< must not stand in another of its kind
+};
+
+/// The flags of an element; 0 for a name that HTML does not know. `lower` is in lower case.
+std::uint32_t ElementFlags(std::wstring_view lower);
+
+/// Whether the start tag of `next` ends an open `element` whose end tag is optional.
+bool IsEndedBy(std::wstring_view element, std::wstring_view next);
+
+} // namespace Kesh::CodeAnalyzer

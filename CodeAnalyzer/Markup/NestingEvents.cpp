@@ -1,0 +1,122 @@
+#include "Markup/NestingEvents.h"
+
+#include "Base/CommonString.h"
+#include "Markup/HtmlElements.h"
+
+#include <utility>
+
+namespace Kesh::CodeAnalyzer {
+
+using SyntaxParser::EHtmlTokenKind;
+using SyntaxParser::MarkupIsland;
+using SyntaxParser::SHtmlToken;
+using SyntaxParser::SMarkupSpan;
+
+namespace {
+
+bool IsBlank(wchar_t c)
+{
+    return c == L' ' || c == L'\t' || c == L'\n' || c == L'\r' || c == L'\f';
+}
+
+} // namespace
+
+void CNestingEvents::Begin(const SyntaxParser::IMarkupPlaces& places, SFlow flow)
+{
+    m_places = &places;
+    m_flow = std::move(flow);
+    m_nextMark = 0;
+    m_events.clear();
+    m_names.clear();
+    m_hasTags = false;
+}
+
+void CNestingEvents::Add(const SHtmlToken& token)
+{
+    if (token.kind == EHtmlTokenKind::StartTag || token.kind == EHtmlTokenKind::EndTag) {
+        AddTag(token);
+    } else if (token.kind == EHtmlTokenKind::Text) {
+        TakeMarksUpTo(token.span.begin);
+        const std::wstring_view text = m_places->Text(token.span);
+        std::size_t i = 0;
+        while (i < text.size() && IsBlank(text[i]))
+            ++i;
+        if (i == text.size() || text[i] == MarkupIsland)
+            return;
+        SNestingEvent event{.kind = SNestingEvent::Text};
+        event.span = {token.span.begin + i, token.span.begin + i + 1};
+        m_events.push_back(event);
+    }
+}
+
+void CNestingEvents::AddTag(const SHtmlToken& token)
+{
+    TakeMarksUpTo(token.span.begin);
+    SNestingEvent event{.kind = SNestingEvent::Open};
+    event.span = token.span;
+    if (!TakeInside(token.span) || token.unfinished) {
+        event.kind = SNestingEvent::Torn;
+        m_events.push_back(event);
+        return;
+    }
+    if (token.kind == EHtmlTokenKind::EndTag)
+        event.kind = SNestingEvent::Close;
+    m_hasTags = true;
+    event.name = token.name;
+    event.selfClosing = token.selfClosing;
+    event.dynamic = m_places->IsTouched(token.name);
+    event.indent = IndentOf(token.span.begin);
+    event.lower = &*m_names.insert(Base::CCommonString::LowerCaseFast(m_places->Text(token.name))).first;
+    if (!event.dynamic)
+        event.flags = ElementFlags(*event.lower);
+    m_events.push_back(event);
+}
+
+void CNestingEvents::End()
+{
+    TakeMarksUpTo(static_cast<std::size_t>(-1));
+}
+
+bool CNestingEvents::TakeInside(SMarkupSpan tag)
+{
+    const auto& marks = m_flow.marks;
+    std::size_t depth = 0;
+    std::uint32_t next = m_nextMark;
+    for (; next < marks.size() && marks[next].offset < tag.end; ++next) {
+        if (marks[next].kind == SFlowMark::StatementBegin || marks[next].kind == SFlowMark::ScopeBegin)
+            ++depth;
+        else if (depth == 0)
+            return marks[next].kind == SFlowMark::Exit;
+        else if (marks[next].kind == SFlowMark::StatementEnd || marks[next].kind == SFlowMark::ScopeEnd)
+            --depth;
+    }
+    if (depth > 0)
+        return false;
+    m_nextMark = next;
+    return true;
+}
+
+void CNestingEvents::TakeMarksUpTo(std::size_t offset)
+{
+    const auto& marks = m_flow.marks;
+    for (; m_nextMark < marks.size() && marks[m_nextMark].offset <= offset; ++m_nextMark) {
+        SNestingEvent event{.kind = SNestingEvent::Flow};
+        event.mark = m_nextMark;
+        m_events.push_back(event);
+    }
+}
+
+std::int32_t CNestingEvents::IndentOf(std::size_t begin) const
+{
+    constexpr std::size_t Most = 200;
+    const std::wstring_view text = m_places->Written();
+    std::size_t i = begin;
+    std::int32_t column = 0;
+    while (i > 0 && (text[i - 1] == L' ' || text[i - 1] == L'\t') && begin - i < Most) {
+        --i;
+        column += text[i] == L'\t' ? 4 : 1;
+    }
+    return i == 0 || text[i - 1] == L'\n' ? column : SNestingEvent::NoIndent;
+}
+
+} // namespace Kesh::CodeAnalyzer

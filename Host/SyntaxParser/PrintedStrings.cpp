@@ -1,0 +1,178 @@
+#include "SyntaxParser/PrintedStrings.h"
+
+#include <algorithm>
+
+namespace Kesh::SyntaxParser {
+
+namespace {
+
+bool IsLetter(wchar_t c)
+{
+    return (c >= L'a' && c <= L'z') || (c >= L'A' && c <= L'Z');
+}
+
+} // namespace
+
+bool CPrintedStrings::BeginTokens()
+{
+    m_printed.clear();
+    m_pieces.clear();
+    m_printing = false;
+    return true;
+}
+
+void CPrintedStrings::AddToken(const SPhpToken& token)
+{
+    using enum EPhpTokenKind;
+    if (!m_printing) {
+        if (token.kind != Echo && token.kind != Print && token.kind != OpenTagEcho)
+            return;
+        m_printing = m_plain = true;
+        m_depth = 0;
+        return;
+    }
+    switch (token.kind) {
+    case Semicolon:
+    case CloseTag: EndStatement(); return;
+    case OpenRound:
+    case OpenSquare:
+    case OpenBrace:
+    case CodeBrace:
+    case DollarBrace: ++m_depth; break;
+    case CloseRound:
+    case CloseSquare:
+    case CloseBrace:
+        if (m_depth == 0)
+            EndStatement(); // a mistake, or the end of what `print` stands in
+        else
+            --m_depth;
+        break;
+    default: break;
+    }
+    if (m_depth > 0 || !m_printing)
+        return;
+    switch (token.kind) {
+    case String: AddPiece(token, 1); break;
+    case StringPart: AddPiece(token, 0); break;
+    case Quote:
+    case HeredocStart:
+    case HeredocEnd:
+    case Dot:
+    case Comma: break;
+    case Question:
+    case Coalesce:
+    case BooleanOr:
+    case BooleanAnd:
+    case And:
+    case Or:
+    case Xor:
+    case Equal:
+    case NotEqual:
+    case Identical:
+    case NotIdentical:
+    case Less:
+    case Greater:
+    case LessEqual:
+    case GreaterEqual:
+    case Spaceship:
+    case Assign:
+    case Not:
+    case BitAnd:
+    case BitOr:
+    case BitXor:
+    case Plus:
+    case Minus:
+    case Times:
+    case Divide:
+    case Modulo:
+    case Print:
+    case Match:
+    case Function:
+    case Fn: m_plain = false; break; // what is printed is not what is written
+    default: break;
+    }
+}
+
+void CPrintedStrings::EndTokens(CIterator /*end*/)
+{
+    EndStatement();
+}
+
+void CPrintedStrings::AddPiece(const SPhpToken& token, std::size_t quotes)
+{
+    const auto begin = static_cast<std::size_t>(token.text.data() - m_text.data());
+    if (begin > m_text.size() || token.text.size() < 2 * quotes)
+        return;
+    const std::size_t prefix = quotes > 0 ? token.text.find_first_of(L"'\"") : 0; // b'…'
+    if (prefix == std::wstring_view::npos)
+        return;
+    m_pieces.push_back({begin + prefix + quotes, begin + token.text.size() - quotes});
+}
+
+void CPrintedStrings::EndStatement()
+{
+    if (m_printing && m_plain && IsWholeMarkup())
+        m_printed.insert(m_printed.end(), m_pieces.begin(), m_pieces.end());
+    m_pieces.clear();
+    m_printing = false;
+}
+
+// Each tag that begins in the statement ends in it.
+bool CPrintedStrings::IsWholeMarkup() const
+{
+    wchar_t quote = L'\0';
+    bool inTag = false;
+    wchar_t last = L'\0';
+    for (const SIsland& piece : m_pieces) {
+        for (std::size_t i = piece.begin; i < piece.end; ++i) {
+            const wchar_t c = m_text[i];
+            if (quote != L'\0') {
+                quote = c == quote ? L'\0' : quote;
+            } else if (inTag && (c == L'"' || c == L'\'')) {
+                quote = c;
+            } else if (inTag && c == L'<') {
+                return false;
+            } else if (c == L'>') {
+                inTag = false;
+            } else if (last == L'<' && (IsLetter(c) || c == L'/')) {
+                inTag = true;
+            }
+            last = c;
+        }
+    }
+    return !inTag && last != L'<';
+}
+
+void CPrintedStrings::Unescape(wchar_t* copy, wchar_t filler) const
+{
+    for (const SIsland& piece : m_printed)
+        for (std::size_t i = piece.begin; i + 1 < piece.end; ++i) {
+            if (copy[i] != L'\\')
+                continue;
+            const wchar_t c = copy[i + 1];
+            const bool isQuote = c == L'"' || c == L'\'';
+            const bool isBlank = c == L'n' || c == L't' || c == L'r';
+            copy[i] = isQuote ? c : isBlank ? L' ' : filler;
+            copy[++i] = isBlank ? L' ' : filler;
+        }
+}
+
+std::vector<SIsland> CPrintedStrings::Without(const std::vector<SIsland>& islands) const
+{
+    std::vector<SIsland> rest;
+    rest.reserve(islands.size() + m_printed.size());
+    auto piece = m_printed.begin();
+    for (const SIsland& island : islands) {
+        std::size_t begin = island.begin;
+        for (; piece != m_printed.end() && piece->end <= island.end; ++piece) {
+            if (piece->begin < begin)
+                continue;
+            rest.push_back({begin, piece->begin});
+            begin = piece->end;
+        }
+        rest.push_back({begin, island.end});
+    }
+    return rest;
+}
+
+} // namespace Kesh::SyntaxParser
