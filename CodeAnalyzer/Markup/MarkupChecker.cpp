@@ -2,6 +2,7 @@
 
 #include "Diagnostics/DiagnosticList.h"
 #include "Diagnostics/ErrorsReceiver.h"
+#include "Markup/HtmlNesting.h"
 
 #include <boost/pointer_cast.hpp>
 #include <utility>
@@ -19,6 +20,7 @@ using SyntaxParser::SStyleToken;
 CMarkupChecker::CMarkupChecker(const IMarkupCheck* wanted, ICheckOwner* owner, IErrorsReceiver* receiver)
     : m_wanted(wanted), m_owner(owner), m_receiver(receiver)
 {
+    m_parts.push_back(std::make_unique<CHtmlNesting>(m_report));
 }
 
 void CMarkupChecker::Follow(ISPDocument& document)

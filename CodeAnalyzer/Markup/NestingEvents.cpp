@@ -43,7 +43,8 @@ void CNestingEvents::Add(const SHtmlToken& token)
             ++i;
         if (i == text.size() || text[i] == MarkupIsland)
             return;
-        SNestingEvent event{.kind = SNestingEvent::Text};
+        SNestingEvent event;
+        event.kind = SNestingEvent::Text;
         event.span = {token.span.begin + i, token.span.begin + i + 1};
         m_events.push_back(event);
     }
@@ -52,7 +53,8 @@ void CNestingEvents::Add(const SHtmlToken& token)
 void CNestingEvents::AddTag(const SHtmlToken& token)
 {
     TakeMarksUpTo(token.span.begin);
-    SNestingEvent event{.kind = SNestingEvent::Open};
+    SNestingEvent event;
+    event.kind = SNestingEvent::Open;
     event.span = token.span;
     if (!TakeInside(token.span) || token.unfinished) {
         event.kind = SNestingEvent::Torn;
@@ -100,7 +102,8 @@ void CNestingEvents::TakeMarksUpTo(std::size_t offset)
 {
     const auto& marks = m_flow.marks;
     for (; m_nextMark < marks.size() && marks[m_nextMark].offset <= offset; ++m_nextMark) {
-        SNestingEvent event{.kind = SNestingEvent::Flow};
+        SNestingEvent event;
+        event.kind = SNestingEvent::Flow;
         event.mark = m_nextMark;
         m_events.push_back(event);
     }

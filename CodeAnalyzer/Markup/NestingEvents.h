@@ -25,7 +25,7 @@ struct SNestingEvent
     };
     static constexpr std::int32_t NoIndent = -1;
 
-    EKind kind;
+    EKind kind = Open;
     bool selfClosing = false;
     bool dynamic = false;           ///< PHP makes the name, or a part of it
     std::int32_t indent = NoIndent; ///< the column, of what comes first on its line

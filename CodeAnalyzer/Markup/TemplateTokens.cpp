@@ -12,12 +12,12 @@ using SyntaxParser::ITokenSource;
 
 namespace {
 
-constexpr std::size_t Count = static_cast<std::size_t>(EPhpTokenKind::Count);
+constexpr std::size_t KindCount = static_cast<std::size_t>(EPhpTokenKind::Count);
 
-constexpr std::array<bool, Count> MakeRelevant()
+constexpr std::array<bool, KindCount> MakeRelevant()
 {
     using enum EPhpTokenKind;
-    std::array<bool, Count> relevant{};
+    std::array<bool, KindCount> relevant{};
     for (const EPhpTokenKind kind :
          {InlineHtml, OpenTagEcho, CloseTag,  OpenRound,   CloseRound,     OpenSquare, CloseSquare,
           OpenBrace,  CloseBrace,  CodeBrace, DollarBrace, AttributeStart, Semicolon,  Colon,
@@ -31,7 +31,7 @@ constexpr std::array<bool, Count> MakeRelevant()
     return relevant;
 }
 
-constexpr std::array<bool, Count> IsRelevant = MakeRelevant();
+constexpr std::array<bool, KindCount> IsRelevant = MakeRelevant();
 
 } // namespace
 

@@ -1,0 +1,42 @@
+#pragma once
+
+#include "Markup/MarkupPart.h"
+#include "Markup/MarkupReport.h"
+#include "Markup/NestingJudge.h"
+#include "Markup/TemplateTokens.h"
+
+namespace Kesh::CodeAnalyzer {
+
+/// Finds the elements that do not nest as HTML wants, on every way through the PHP around them.
+class CHtmlNesting final : public IMarkupPart
+{
+public:
+    /// Not owned.
+    explicit CHtmlNesting(CMarkupReport& report) : m_report(report) {}
+
+    void Follow(SyntaxParser::ISPDocument& document) override { m_tokens.Follow(document); }
+    void Begin() override;
+    void AddHtml(const SyntaxParser::SHtmlToken& token) override;
+    void End() override;
+
+private:
+    bool IsWhole() const;
+    SVerdict Judge() const;
+    void AddLeftOver(SVerdict& verdict) const;
+    void Tell(const SNestingFault& fault);
+    void TellUnclosed(const SNestingFault& fault);
+    void TellEndTag(const SNestingFault& fault);
+    void TellPlace(const SNestingFault& fault);
+
+    const SNestingEvent& Event(std::uint32_t event) const { return m_events.All()[event]; }
+    SArgument Tag(std::string name, std::uint32_t event) const;
+    SArgument EndTagOf(std::uint32_t event) const;
+    std::wstring EndTagText(std::uint32_t event) const;
+
+    CMarkupReport& m_report;
+    CTemplateTokens m_tokens;
+    CNestingEvents m_events;
+    bool m_isMarkup = false; ///< HTML that can be judged
+};
+
+} // namespace Kesh::CodeAnalyzer
