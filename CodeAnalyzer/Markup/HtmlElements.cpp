@@ -21,9 +21,8 @@ constexpr SGroup Groups[] = {
                    L"select slot span style sub sup template textarea time title var video blink caption "
                    L"colgroup head html body "
                    L"frameset fencedframe selectedcontent"},
-    {ElementVoid,
-     L"area base basefont bgsound br col embed frame hr image img input keygen link meta param source "
-     L"track wbr"},
+    {ElementVoid, L"area base basefont bgsound br col embed frame hr img input keygen link meta param source "
+                  L"track wbr"},
     {ElementOptionalEnd,
      L"body colgroup dd dt head html li optgroup option p rb rp rt rtc tbody td tfoot th thead "
      L"tr"},

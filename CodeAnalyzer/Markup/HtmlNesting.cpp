@@ -81,19 +81,25 @@ bool CHtmlNesting::IsWhole() const
         return true;
     bool begins = false;
     bool ends = false;
+    std::size_t scopes = 0;
     for (const SNestingEvent& event : m_events.All()) {
-        if (event.kind != SNestingEvent::Open && event.kind != SNestingEvent::Close)
-            continue;
-        if (*event.lower == L"html" || *event.lower == L"body")
+        if (event.kind == SNestingEvent::Flow) {
+            const SFlowMark::EKind kind = m_events.Flow().marks[event.mark].kind;
+            scopes += kind == SFlowMark::ScopeBegin ? 1 : kind == SFlowMark::ScopeEnd ? -1 : 0;
+        } else if (scopes == 0 && event.lower && *event.lower == L"html") {
             (event.kind == SNestingEvent::Open ? begins : ends) = true;
+        }
     }
     return begins && ends;
 }
 
 void CHtmlNesting::AddLeftOver(SVerdict& verdict) const
 {
-    if (verdict.unknown)
-        return;
+    const auto isRoot = [this](std::uint32_t tag) {
+        return *Event(tag).lower == L"html" || *Event(tag).lower == L"body" || *Event(tag).lower == L"head";
+    };
+    if (verdict.unknown || std::ranges::any_of(verdict.leftClosed, isRoot))
+        return; // something else has begun the document
     for (const std::uint32_t tag : verdict.leftOpen)
         if (!Event(tag).dynamic && (Event(tag).flags & ElementKnown))
             verdict.faults.push_back({ENestingFault::Unclosed, NoEvent, tag});

@@ -75,13 +75,14 @@ void CNestingJudge::EndBranch()
     SEffect effect = std::move(Here().effect);
     m_sequences.pop_back();
     if (effect.opens.size() + effect.closes.size() > MostItems || DepthOf(effect.opens) >= MostConditionals)
-        effect = {.closes = {}, .opens = {}, .unknown = true, .exits = effect.exits};
+        effect = {.closes = {}, .opens = {}, .unknown = true, .exits = effect.exits, .printsUnknown = true};
     m_statements.back().branches.push_back(std::move(effect));
 }
 
 // What a function leaves open or closes is its callers' concern.
 void CNestingJudge::EndScope()
 {
+    SettleStrays(Open());
     m_sequences.pop_back();
 }
 
@@ -106,19 +107,23 @@ void CNestingJudge::EndStatement()
             MakeUnknown();
             return;
         }
+    if (std::ranges::any_of(statement.branches, [](const SEffect& branch) { return branch.printsUnknown; }))
+        OnUnknown();
     if (statement.branching == EBranching::Loop)
         EndLoop(statement);
     else
         ApplyChoice(statement);
 }
 
-void CNestingJudge::DropOptional(SEffect& effect) const
+std::span<const SOpenItem> CNestingJudge::WithoutOptional(const TOpen& open) const
 {
-    while (!effect.opens.empty() && IsOptional(effect.opens.back()))
-        effect.opens.pop_back();
+    std::size_t size = open.size();
+    while (size > 0 && IsOptional(open[size - 1]))
+        --size;
+    return std::span(open).first(size);
 }
 
-bool CNestingJudge::AgreeOpen(const TOpen& a, const TOpen& b) const
+bool CNestingJudge::AgreeOpen(std::span<const SOpenItem> a, std::span<const SOpenItem> b) const
 {
     return std::ranges::equal(a, b, [this](const SOpenItem& x, const SOpenItem& y) {
         if (x.IsElement() && y.IsElement())
@@ -128,25 +133,24 @@ bool CNestingJudge::AgreeOpen(const TOpen& a, const TOpen& b) const
     });
 }
 
-bool CNestingJudge::Agree(const SEffect& a, const SEffect& b) const
-{
-    return std::ranges::equal(a.closes, b.closes,
-                              [this](std::uint32_t x, std::uint32_t y) { return Fits(x, y); }) &&
-           AgreeOpen(a.opens, b.opens);
-}
-
 // Whether all do the same, perhaps but for end tags that may be left out.
 bool CNestingJudge::AgreeAll(std::vector<SEffect>& branches) const
 {
-    const auto agree = [&] {
-        return std::ranges::all_of(branches,
-                                   [&](const SEffect& branch) { return Agree(branches.front(), branch); });
-    };
-    if (agree())
+    SEffect& first = branches.front();
+    const bool close = std::ranges::all_of(branches, [&](const SEffect& branch) {
+        return std::ranges::equal(first.closes, branch.closes,
+                                  [this](std::uint32_t x, std::uint32_t y) { return Fits(x, y); });
+    });
+    if (!close)
+        return false;
+    if (std::ranges::all_of(branches, [&](const SEffect& b) { return AgreeOpen(first.opens, b.opens); }))
         return true;
-    for (SEffect& branch : branches)
-        DropOptional(branch);
-    return agree();
+    const auto least = WithoutOptional(first.opens);
+    if (!std::ranges::all_of(branches,
+                             [&](const SEffect& b) { return AgreeOpen(least, WithoutOptional(b.opens)); }))
+        return false;
+    first.opens.erase(first.opens.begin() + static_cast<std::ptrdiff_t>(least.size()), first.opens.end());
+    return true;
 }
 
 // A turn of a loop leaves things as they were, or closes what the turn before has opened.
@@ -155,7 +159,8 @@ void CNestingJudge::EndLoop(SStatement& statement)
     if (statement.branches.empty())
         return;
     SEffect& body = statement.branches.front();
-    DropOptional(body);
+    body.opens.erase(body.opens.begin() + static_cast<std::ptrdiff_t>(WithoutOptional(body.opens).size()),
+                     body.opens.end());
     if (body.closes.empty() && body.opens.empty())
         return;
     const bool swaps = body.closes.size() == body.opens.size() && AgreeOpen(body.opens, body.opens) &&

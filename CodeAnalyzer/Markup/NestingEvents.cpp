@@ -3,6 +3,8 @@
 #include "Base/CommonString.h"
 #include "Markup/HtmlElements.h"
 
+#include <algorithm>
+#include <array>
 #include <utility>
 
 namespace Kesh::CodeAnalyzer {
@@ -19,6 +21,44 @@ bool IsBlank(wchar_t c)
     return c == L' ' || c == L'\t' || c == L'\n' || c == L'\r' || c == L'\f';
 }
 
+bool IsNameCharacter(wchar_t c)
+{
+    return (c >= L'a' && c <= L'z') || (c >= L'A' && c <= L'Z') || (c >= L'0' && c <= L'9') || c == L'_' ||
+           c > 0x7F;
+}
+
+/// Whether something is called there that is no part of the language, or printed.
+bool MayPrint(std::wstring_view php)
+{
+    static constexpr std::array<std::wstring_view, 16> Words = {
+        L"if",    L"elseif", L"foreach", L"for",     L"while", L"switch",   L"isset",    L"empty",
+        L"array", L"list",   L"count",   L"declare", L"catch", L"in_array", L"function", L"strlen"};
+    if (php.find(L"<?=") != std::wstring_view::npos || php.find(L"echo") != std::wstring_view::npos ||
+        php.find(L"print") != std::wstring_view::npos || php.find(L"include") != std::wstring_view::npos ||
+        php.find(L"require") != std::wstring_view::npos)
+        return true;
+    for (std::size_t i = php.find(L'('); i != std::wstring_view::npos; i = php.find(L'(', i + 1)) {
+        std::size_t end = i;
+        while (end > 0 && IsBlank(php[end - 1]))
+            --end;
+        std::size_t begin = end;
+        while (begin > 0 && IsNameCharacter(php[begin - 1]))
+            --begin;
+        const std::wstring_view name = php.substr(begin, end - begin);
+        if (!name.empty() && std::ranges::find(Words, name) == Words.end())
+            return true;
+    }
+    return false;
+}
+
+/// Whether something that looks like a tag stands where attributes do.
+bool HoldsTag(const SHtmlToken& token, const SyntaxParser::IMarkupPlaces& places)
+{
+    return std::ranges::any_of(token.attributes, [&](const SyntaxParser::SHtmlAttribute& attribute) {
+        return places.Text(attribute.name).find(L'<') != std::wstring_view::npos;
+    });
+}
+
 } // namespace
 
 void CNestingEvents::Begin(const SyntaxParser::IMarkupPlaces& places, SFlow flow)
@@ -29,11 +69,20 @@ void CNestingEvents::Begin(const SyntaxParser::IMarkupPlaces& places, SFlow flow
     m_events.clear();
     m_names.clear();
     m_hasTags = false;
+    m_lastIsBare = false;
 }
 
 void CNestingEvents::Add(const SHtmlToken& token)
 {
-    if (token.kind == EHtmlTokenKind::StartTag || token.kind == EHtmlTokenKind::EndTag) {
+    if (token.kind == EHtmlTokenKind::Island) {
+        TakeMarksUpTo(token.span.begin);
+        if (MayPrint(m_places->Written().substr(token.span.begin, token.span.end - token.span.begin))) {
+            SNestingEvent event;
+            event.kind = SNestingEvent::Unknown;
+            event.span = token.span;
+            m_events.push_back(event);
+        }
+    } else if (token.kind == EHtmlTokenKind::StartTag || token.kind == EHtmlTokenKind::EndTag) {
         AddTag(token);
     } else if (token.kind == EHtmlTokenKind::Text) {
         TakeMarksUpTo(token.span.begin);
@@ -56,13 +105,15 @@ void CNestingEvents::AddTag(const SHtmlToken& token)
     SNestingEvent event;
     event.kind = SNestingEvent::Open;
     event.span = token.span;
-    if (!TakeInside(token.span) || token.unfinished) {
+    if (!TakeInside(token.span) || token.unfinished || HoldsTag(token, *m_places)) {
         event.kind = SNestingEvent::Torn;
         m_events.push_back(event);
         return;
     }
     if (token.kind == EHtmlTokenKind::EndTag)
         event.kind = SNestingEvent::Close;
+    event.xmlish = m_lastIsBare && event.kind == SNestingEvent::Close;
+    m_lastIsBare = event.kind == SNestingEvent::Open && token.attributes.empty();
     m_hasTags = true;
     event.name = token.name;
     event.selfClosing = token.selfClosing;

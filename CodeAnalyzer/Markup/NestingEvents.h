@@ -19,14 +19,16 @@ struct SNestingEvent
     enum EKind : std::uint8_t {
         Open,
         Close,
-        Text, ///< with more than blanks
-        Torn, ///< a tag of which some of the turns are a part
+        Text,    ///< with more than blanks
+        Unknown, ///< PHP that may print
+        Torn,    ///< a tag of which some of the turns are a part
         Flow
     };
     static constexpr std::int32_t NoIndent = -1;
 
     EKind kind = Open;
     bool selfClosing = false;
+    bool xmlish = false;            ///< of an end tag: its start tag, just before, has no attributes
     bool dynamic = false;           ///< PHP makes the name, or a part of it
     std::int32_t indent = NoIndent; ///< the column, of what comes first on its line
     std::uint32_t flags = 0;        ///< of the element
@@ -62,6 +64,7 @@ private:
     std::vector<SNestingEvent> m_events;
     std::unordered_set<std::wstring> m_names;
     bool m_hasTags = false;
+    bool m_lastIsBare = false; ///< the last start tag has no attributes
 };
 
 } // namespace Kesh::CodeAnalyzer

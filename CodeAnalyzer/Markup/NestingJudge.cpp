@@ -32,6 +32,7 @@ SVerdict CNestingJudge::Judge()
         case SNestingEvent::Close: OnClose(i); break;
         case SNestingEvent::Text: CheckTable(i); break;
         case SNestingEvent::Torn: MakeUnknown(); break;
+        case SNestingEvent::Unknown: OnUnknown(); break;
         case SNestingEvent::Flow: OnFlow(m_events.Flow().marks[all[i].mark]); break;
         }
     }
@@ -41,12 +42,23 @@ SVerdict CNestingJudge::Judge()
 
 void CNestingJudge::EndWhole()
 {
+    SettleStrays(m_sequences.front().effect.opens);
     const SEffect& effect = m_sequences.front().effect;
     m_verdict.unknown = effect.unknown || m_sequences.size() != 1;
     m_verdict.leftClosed = effect.closes;
     for (const SOpenItem& item : effect.opens)
         if (item.IsElement() && !IsOptional(item))
             m_verdict.leftOpen.push_back(item.event);
+}
+
+// An end tag that fits nothing stands for that of the element around it, which has no other.
+void CNestingJudge::SettleStrays(const TOpen& open)
+{
+    for (const SOpenItem& item : open)
+        if (item.stray >= 0) {
+            m_verdict.faults[item.stray].fault = ENestingFault::Mismatched;
+            m_verdict.faults[item.stray].other = item.event;
+        }
 }
 
 void CNestingJudge::Report(ENestingFault fault, std::uint32_t at, std::uint32_t other)
@@ -110,8 +122,10 @@ void CNestingJudge::OnOpen(std::uint32_t event)
     if (tag.flags & ElementVoid)
         return;
     if (tag.selfClosing && !tag.dynamic) {
-        if ((tag.flags & ElementKnown) && !(tag.flags & ElementForeign))
-            Report(ENestingFault::SelfClosing, event);
+        if ((tag.flags & ElementKnown) && !(tag.flags & ElementForeign)) {
+            Report(ENestingFault::SelfClosing, event, event);
+            Here().reopened.push_back(static_cast<std::uint32_t>(m_verdict.faults.size() - 1));
+        }
         return; // as it was meant
     }
     SOpenItem item;
@@ -192,11 +206,24 @@ void CNestingJudge::CheckTwice(std::uint32_t event)
         Report(ENestingFault::Twice, event, first->second);
 }
 
+// What is printed may hold elements whose end tags may be left out, or are written.
+void CNestingJudge::OnUnknown()
+{
+    TOpen& open = Open();
+    for (std::size_t i = open.size(); i-- > 0;) {
+        open[i].printsUnknown = true;
+        if (!IsOptional(open[i]))
+            return;
+    }
+    Here().effect.printsUnknown = true;
+}
+
 void CNestingJudge::OnClose(std::uint32_t event)
 {
     const SNestingEvent& tag = Event(event);
     if ((tag.flags & ElementVoid) && !IsForeign()) {
-        Report(ENestingFault::VoidEnd, event);
+        if (!tag.xmlish)
+            Report(ENestingFault::VoidEnd, event);
         return;
     }
     if (!CloseKnown(event) && !CloseReopened(event) && !Here().effect.unknown)
@@ -221,9 +248,15 @@ bool CNestingJudge::CloseKnown(std::uint32_t event)
     found = ByIndent(found, event);
     if (found == open.size())
         return true;
-    if (certain)
-        for (std::size_t i = open.size(); i-- > found + 1;)
-            GiveUp(open[i], event);
+    if (certain) {
+        const std::wstring* last = nullptr; // one of each name: the others may be its doubles
+        for (std::size_t i = open.size(); i-- > found + 1;) {
+            const std::wstring* name = open[i].IsElement() ? &Name(open[i].event) : nullptr;
+            if (!name || name != last)
+                GiveUp(open[i], event);
+            last = name;
+        }
+    }
     const SOpenItem& closed = open[found];
     if (closed.blockInside != NoEvent && certain && Name(closed.event) == L"p")
         Report(ENestingFault::BlockInParagraph, closed.blockInside, event);
@@ -329,8 +362,14 @@ void CNestingJudge::CloseUnknown(std::uint32_t event)
         return;
     }
     const auto isOdd = [&](std::uint32_t tag) {
-        return !(Event(tag).flags & ElementKnown) && Name(tag).find_first_of(L"-:") == std::wstring::npos;
+        return !(Event(tag).flags & ElementKnown) && Name(tag).find(L'-') == std::wstring::npos;
     };
+    if (Name(item.event).find(L':') != std::wstring::npos || Name(event).find(L':') != std::wstring::npos) {
+        MakeUnknown(); // tags of a template engine need not nest
+        return;
+    }
+    if (item.printsUnknown && (Event(event).flags & ElementOptionalEnd))
+        return;
     if (isOdd(item.event) || isOdd(event)) { // one of the two names is mistyped
         if (!isOdd(item.event))
             Report(ENestingFault::Mismatched, event, item.event);

@@ -4,6 +4,7 @@
 
 #include <cstdint>
 #include <map>
+#include <span>
 #include <vector>
 
 namespace Kesh::CodeAnalyzer {
@@ -101,6 +102,7 @@ private:
     void CheckTwice(std::uint32_t event);
     void Indent(std::uint32_t event);
 
+    void OnUnknown();
     void OnClose(std::uint32_t event);
     bool CloseKnown(std::uint32_t event);
     void CloseUnknown(std::uint32_t event);
@@ -120,13 +122,13 @@ private:
     void ApplyChoice(SStatement& statement);
     bool CloseByCondition(SStatement& statement, SConditional& open);
     bool CloseInSome(SStatement& statement);
-    bool Agree(const SEffect& a, const SEffect& b) const;
     bool AgreeAll(std::vector<SEffect>& branches) const;
-    bool AgreeOpen(const TOpen& a, const TOpen& b) const;
-    void DropOptional(SEffect& effect) const;
+    bool AgreeOpen(std::span<const SOpenItem> a, std::span<const SOpenItem> b) const;
+    std::span<const SOpenItem> WithoutOptional(const TOpen& open) const;
     void MakeUnknown();
 
     void Report(ENestingFault fault, std::uint32_t at, std::uint32_t other = NoEvent);
+    void SettleStrays(const TOpen& open);
     void EndWhole();
 
     const CNestingEvents& m_events;

@@ -18,6 +18,7 @@ struct SOpenItem
     std::uint32_t suspect = NoEvent;     ///< the first tag that is not indented as if it were inside
     std::uint32_t blockInside = NoEvent; ///< of a paragraph: the block that has ended it
     std::int32_t stray = -1;             ///< the finding of an end tag that fits nothing, inside of it
+    bool printsUnknown = false;          ///< something in it is not known
     bool assumed = false;                ///< that a branch without it is never taken
     bool indented = false;               ///< something inside is further indented
     std::unique_ptr<SConditional> conditional;
@@ -50,6 +51,7 @@ struct SEffect
     std::vector<SOpenItem> opens;      ///< what is open after
     bool unknown = false;              ///< it cannot be told
     bool exits = false;                ///< what follows it is not reached
+    bool printsUnknown = false;        ///< between the tags, nobody knows what
 };
 
 } // namespace Kesh::CodeAnalyzer

@@ -6,6 +6,8 @@ namespace Kesh::SyntaxParser {
 
 namespace {
 
+constexpr std::size_t npos = std::wstring_view::npos;
+
 bool IsLetter(wchar_t c)
 {
     return (c >= L'a' && c <= L'z') || (c >= L'A' && c <= L'Z');
@@ -16,6 +18,7 @@ bool IsLetter(wchar_t c)
 bool CPrintedStrings::BeginTokens()
 {
     m_printed.clear();
+    m_formats.clear();
     m_pieces.clear();
     m_printing = false;
     return true;
@@ -25,7 +28,10 @@ void CPrintedStrings::AddToken(const SPhpToken& token)
 {
     using enum EPhpTokenKind;
     if (!m_printing) {
-        if (token.kind != Echo && token.kind != Print && token.kind != OpenTagEcho)
+        const bool isName = token.kind == Identifier && !m_isMember;
+        m_isMember = token.kind == Arrow || token.kind == DoubleColon || token.kind == Function;
+        m_isFormat = isName && (token.text == L"printf" || token.text == L"vprintf");
+        if (!m_isFormat && token.kind != Echo && token.kind != Print && token.kind != OpenTagEcho)
             return;
         m_printing = m_plain = true;
         m_depth = 0;
@@ -49,8 +55,12 @@ void CPrintedStrings::AddToken(const SPhpToken& token)
         break;
     default: break;
     }
-    if (m_depth > 0 || !m_printing)
+    if (!m_printing || m_depth > (m_isFormat ? 1 : 0))
         return;
+    if (m_isFormat && token.kind == Comma) {
+        EndStatement();
+        return;
+    }
     switch (token.kind) {
     case String: AddPiece(token, 1); break;
     case StringPart: AddPiece(token, 0); break;
@@ -111,8 +121,11 @@ void CPrintedStrings::AddPiece(const SPhpToken& token, std::size_t quotes)
 
 void CPrintedStrings::EndStatement()
 {
-    if (m_printing && m_plain && IsWholeMarkup())
+    if (m_printing && m_plain && IsWholeMarkup()) {
         m_printed.insert(m_printed.end(), m_pieces.begin(), m_pieces.end());
+        if (m_isFormat)
+            m_formats.insert(m_formats.end(), m_pieces.begin(), m_pieces.end());
+    }
     m_pieces.clear();
     m_printing = false;
 }
@@ -154,6 +167,16 @@ void CPrintedStrings::Unescape(wchar_t* copy, wchar_t filler) const
             const bool isBlank = c == L'n' || c == L't' || c == L'r';
             copy[i] = isQuote ? c : isBlank ? L' ' : filler;
             copy[++i] = isBlank ? L' ' : filler;
+        }
+    for (const SIsland& piece : m_formats)
+        for (std::size_t i = piece.begin; i < piece.end; ++i) {
+            if (copy[i] != L'%')
+                continue;
+            while (i + 1 < piece.end && std::wstring_view(L"0123456789.'+-$ ").find(copy[i + 1]) != npos)
+                copy[i++] = filler;
+            copy[i] = filler;
+            if (i + 1 < piece.end)
+                copy[++i] = filler;
         }
 }
 

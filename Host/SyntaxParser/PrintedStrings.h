@@ -10,8 +10,8 @@
 namespace Kesh::SyntaxParser {
 
 /// Finds the strings that a text's PHP prints as they are written: the operands of `echo`, `print` and `<?=`,
-/// and the plain parts of here-documents and quoted strings among them. A statement that prints a tag in part
-/// only is left out, since it cannot be told what the rest is. One pass after another.
+/// formats of `printf`, and the plain parts of here-documents and quoted strings among them. A statement that
+/// prints a tag in part only is left out, since it cannot be told what the rest is. One pass after another.
 class CPrintedStrings final : public ITokenHandler
 {
 public:
@@ -35,10 +35,13 @@ private:
 
     std::wstring_view m_text;
     std::vector<SIsland> m_printed;
-    std::vector<SIsland> m_pieces; ///< of the statement
+    std::vector<SIsland> m_formats; ///< those of them whose `%` stand for something else
+    std::vector<SIsland> m_pieces;  ///< of the statement
     bool m_printing = false;
     bool m_plain = false; ///< only pieces and what joins them so far, at the outermost level
 
+    bool m_isFormat = false; ///< of `printf`
+    bool m_isMember = false; ///< the token before is an arrow
     std::size_t m_depth = 0; ///< of brackets in the statement
 };
 
