@@ -33,6 +33,7 @@ void CHtmlNesting::Begin()
     const SyntaxParser::IMarkupPlaces& places = m_report.Places();
     SFlow flow = FindFlow(m_tokens.All(), places);
     m_isMarkup = flow.sound && !places.HasPlaceholders() && !IsXml(places);
+    m_isXhtml = places.Written().find(L"http://www.w3.org/1999/xhtml") != std::wstring_view::npos;
     m_events.Begin(places, std::move(flow));
 }
 
@@ -55,7 +56,7 @@ void CHtmlNesting::End()
     if (IsWhole())
         AddLeftOver(verdict);
     for (const SNestingFault& fault : verdict.faults)
-        if (!fault.withdrawn)
+        if (fault.fault != ENestingFault::SelfClosing || !m_isXhtml)
             Tell(fault);
 }
 

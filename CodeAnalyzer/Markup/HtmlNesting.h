@@ -37,6 +37,7 @@ private:
     CTemplateTokens m_tokens;
     CNestingEvents m_events;
     bool m_isMarkup = false; ///< HTML that can be judged
+    bool m_isXhtml = false;  ///< to which `/>` is an end
 };
 
 } // namespace Kesh::CodeAnalyzer

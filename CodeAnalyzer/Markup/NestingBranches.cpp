@@ -134,7 +134,7 @@ bool CNestingJudge::AgreeOpen(std::span<const SOpenItem> a, std::span<const SOpe
 }
 
 // Whether all do the same, perhaps but for end tags that may be left out.
-bool CNestingJudge::AgreeAll(std::vector<SEffect>& branches) const
+bool CNestingJudge::AgreeAll(std::vector<SEffect>& branches)
 {
     SEffect& first = branches.front();
     const bool close = std::ranges::all_of(branches, [&](const SEffect& branch) {
@@ -149,6 +149,8 @@ bool CNestingJudge::AgreeAll(std::vector<SEffect>& branches) const
     if (!std::ranges::all_of(branches,
                              [&](const SEffect& b) { return AgreeOpen(least, WithoutOptional(b.opens)); }))
         return false;
+    if (!Open().empty())
+        Open().back().contentTold = true; // it may be that of a cell
     first.opens.erase(first.opens.begin() + static_cast<std::ptrdiff_t>(least.size()), first.opens.end());
     return true;
 }
@@ -202,6 +204,10 @@ void CNestingJudge::ApplyChoice(SStatement& statement)
     if (branches.empty())
         return;
     if (AgreeAll(branches)) {
+        if (assumed && !branches.front().closes.empty() && !Open().empty() && !Open().back().IsElement()) {
+            MakeUnknown();
+            return;
+        }
         for (SOpenItem& item : branches.front().opens)
             item.assumed = item.assumed || assumed;
         Apply(std::move(branches.front()));

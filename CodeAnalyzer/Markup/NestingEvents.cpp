@@ -51,11 +51,21 @@ bool MayPrint(std::wstring_view php)
     return false;
 }
 
-/// Whether something that looks like a tag stands where attributes do.
+/// Whether a tag at `begin` is a string of a script that is printed without its own tags.
+bool IsCode(std::wstring_view text, std::size_t begin)
+{
+    return begin >= 2 && (text[begin - 1] == L'\'' || text[begin - 1] == L'"') && text[begin - 2] == L'(';
+}
+
+/// Whether something that looks like a tag stands among the attributes, or is cut off in the value of one.
 bool HoldsTag(const SHtmlToken& token, const SyntaxParser::IMarkupPlaces& places)
 {
     return std::ranges::any_of(token.attributes, [&](const SyntaxParser::SHtmlAttribute& attribute) {
-        return places.Text(attribute.name).find(L'<') != std::wstring_view::npos;
+        const std::wstring_view value = places.Text(attribute.value);
+        const std::size_t tag = value.rfind(L'<');
+        return places.Text(attribute.name).find(L'<') != std::wstring_view::npos ||
+               (tag != std::wstring_view::npos && tag + 1 < value.size() && IsNameCharacter(value[tag + 1]) &&
+                value.find(L'>', tag) == std::wstring_view::npos);
     });
 }
 
@@ -105,7 +115,8 @@ void CNestingEvents::AddTag(const SHtmlToken& token)
     SNestingEvent event;
     event.kind = SNestingEvent::Open;
     event.span = token.span;
-    if (!TakeInside(token.span) || token.unfinished || HoldsTag(token, *m_places)) {
+    if (!TakeInside(token.span) || token.unfinished || HoldsTag(token, *m_places) ||
+        IsCode(m_places->Text(), token.span.begin)) {
         event.kind = SNestingEvent::Torn;
         m_events.push_back(event);
         return;

@@ -186,20 +186,23 @@ void CNestingJudge::CheckAlone(std::uint32_t event)
 
 void CNestingJudge::CheckTable(std::uint32_t event)
 {
-    const TOpen& open = Open();
-    if (open.empty() || !Has(open.back(), ElementTablePart) || IsForeign())
+    if (Open().empty() || !Has(Open().back(), ElementTablePart) || Open().back().contentTold || IsForeign())
         return;
+    SOpenItem& table = Open().back();
     const SNestingEvent& what = Event(event);
-    if (what.kind == SNestingEvent::Text)
-        Report(ENestingFault::TextInTable, event, open.back().event);
-    else if (!what.dynamic && !(what.flags & ElementInTable) && (what.flags & ElementKnown))
-        Report(ENestingFault::ElementInTable, event, open.back().event);
+    const bool isText = what.kind == SNestingEvent::Text;
+    if (!isText && (what.dynamic || (what.flags & ElementInTable) || !(what.flags & ElementKnown)))
+        return;
+    Report(isText ? ENestingFault::TextInTable : ENestingFault::ElementInTable, event, table.event);
+    table.contentTold = true;
 }
 
 void CNestingJudge::CheckTwice(std::uint32_t event)
 {
     const std::wstring& name = Name(event);
-    if (m_sequences.size() != 1 || (name != L"html" && name != L"head" && name != L"body"))
+    const bool inTemplate = !Open().empty() && Open().back().IsElement() &&
+                            Name(Open().back().event).find(L':') != std::wstring::npos;
+    if (m_sequences.size() != 1 || inTemplate || Here().effect.unknown || (name != L"html" && name != L"head" && name != L"body"))
         return;
     const auto [first, isNew] = m_once.try_emplace(name, event);
     if (!isNew)
@@ -222,7 +225,7 @@ void CNestingJudge::OnClose(std::uint32_t event)
 {
     const SNestingEvent& tag = Event(event);
     if ((tag.flags & ElementVoid) && !IsForeign()) {
-        if (!tag.xmlish)
+        if (!tag.xmlish && !Here().effect.unknown)
             Report(ENestingFault::VoidEnd, event);
         return;
     }

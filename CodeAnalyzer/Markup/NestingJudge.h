@@ -30,7 +30,6 @@ struct SNestingFault
     ENestingFault fault;
     std::uint32_t at;
     std::uint32_t other = NoEvent;
-    bool withdrawn = false;
 };
 
 /// What may be done about tags that leave the whole unbalanced: by how lines are indented, so many end tags
@@ -122,7 +121,7 @@ private:
     void ApplyChoice(SStatement& statement);
     bool CloseByCondition(SStatement& statement, SConditional& open);
     bool CloseInSome(SStatement& statement);
-    bool AgreeAll(std::vector<SEffect>& branches) const;
+    bool AgreeAll(std::vector<SEffect>& branches);
     bool AgreeOpen(std::span<const SOpenItem> a, std::span<const SOpenItem> b) const;
     std::span<const SOpenItem> WithoutOptional(const TOpen& open) const;
     void MakeUnknown();
