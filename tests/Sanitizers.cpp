@@ -1,6 +1,12 @@
 // What the sanitizers must know, compiled in, so that the programs also run by themselves and while the build
 // asks them for their tests.
 
+#ifdef __has_feature // clang, which builds the fuzz targets
+#if __has_feature(address_sanitizer)
+#define __SANITIZE_ADDRESS__ 1
+#endif
+#endif
+
 #ifdef __SANITIZE_ADDRESS__
 
 // The tests of the command line look at what it prints.

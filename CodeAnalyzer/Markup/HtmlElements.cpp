@@ -37,6 +37,8 @@ constexpr SGroup Groups[] = {
     {ElementInTable, L"caption col colgroup form input script style tbody td template tfoot th thead tr"},
     {ElementForeign, L"math svg"},
     {ElementAlone, L"a button form"},
+    {ElementRoot, L"body html"},
+    {ElementPlain, L"br hr img input wbr"},
 };
 
 using TFlags = std::unordered_map<std::wstring_view, std::uint32_t>;

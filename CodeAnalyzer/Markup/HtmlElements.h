@@ -17,7 +17,9 @@ enum EElementFlags : std::uint32_t {
     ElementTablePart = 1u << 7, ///< takes no text: table, its parts and rows
     ElementInTable = 1u << 8,   ///< may stand in those all the same
     ElementForeign = 1u << 9,   ///< has rules of its own inside: svg, math
-    ElementAlone = 1u << 10     ///< must not stand in another of its kind
+    ElementAlone = 1u << 10,    ///< must not stand in another of its kind
+    ElementRoot = 1u << 11,     ///< html and body
+    ElementPlain = 1u << 12     ///< no XML has one of the name with content
 };
 
 /// The flags of an element; 0 for a name that HTML does not know. `lower` is in lower case.

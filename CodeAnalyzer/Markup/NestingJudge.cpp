@@ -202,7 +202,8 @@ void CNestingJudge::CheckTwice(std::uint32_t event)
     const std::wstring& name = Name(event);
     const bool inTemplate = !Open().empty() && Open().back().IsElement() &&
                             Name(Open().back().event).find(L':') != std::wstring::npos;
-    if (m_sequences.size() != 1 || inTemplate || Here().effect.unknown || (name != L"html" && name != L"head" && name != L"body"))
+    if (m_sequences.size() != 1 || inTemplate || Here().effect.unknown ||
+        (name != L"html" && name != L"head" && name != L"body"))
         return;
     const auto [first, isNew] = m_once.try_emplace(name, event);
     if (!isNew)
@@ -225,7 +226,8 @@ void CNestingJudge::OnClose(std::uint32_t event)
 {
     const SNestingEvent& tag = Event(event);
     if ((tag.flags & ElementVoid) && !IsForeign()) {
-        if (!tag.xmlish && !Here().effect.unknown)
+        const bool isXml = tag.xmlish && !(tag.flags & ElementPlain);
+        if (!isXml && !Here().effect.unknown)
             Report(ENestingFault::VoidEnd, event);
         return;
     }
@@ -353,7 +355,7 @@ void CNestingJudge::CloseUnknown(std::uint32_t event)
         --top;
     if (top == 0) {
         if (!(Event(event).flags & ElementOptionalEnd))
-            open.clear();
+            std::erase_if(open, [this](const SOpenItem& item) { return !Has(item, ElementRoot); });
         Here().effect.closes.push_back(event);
         return;
     }

@@ -1,0 +1,162 @@
+#include "MarkupDiagnoser.h"
+
+#include <array>
+#include <gtest/gtest.h>
+
+namespace Kesh::Tests {
+
+namespace {
+
+struct SCase
+{
+    const char* text;
+    const char* expected; ///< code and span, 0-based
+};
+
+class Nesting : public ::testing::Test
+{
+protected:
+    void Expect(std::initializer_list<SCase> cases)
+    {
+        for (const auto& [text, expected] : cases)
+            EXPECT_EQ(m_diagnoser.Describe(text, 2100, 2199), expected) << text;
+    }
+
+    CMarkupDiagnoser m_diagnoser;
+};
+
+std::string Repeated(std::string_view piece, std::size_t times)
+{
+    std::string text;
+    text.reserve(piece.size() * times);
+    for (; times > 0; --times)
+        text += piece;
+    return text;
+}
+
+} // namespace
+
+// Each mistake beside something correct that looks like it.
+TEST_F(Nesting, FindsWhatDoesNotNest)
+{
+    Expect({
+        {"<ul><li>a<li>b</ul>", ""},
+        {"<ul><li>a</span></ul>", "2101 0:9-0:16"},
+        {"<section><div>a</section>", "2102 0:15-0:25"},
+        {"<section><p>a</section>", ""},
+        {"<b><i>a</b></i>", "2103 0:7-0:11"},
+        {"<b><i>a</i></b>", ""},
+        {"<div><h2>a</h3></div>", "2104 0:10-0:15"},
+        {"<div><h2>a</h3></h2></div>", "2101 0:10-0:15"},
+        {"<p>a<br></br>b</p>", "2105 0:8-0:13"},
+        {"<div/><svg><g/></svg><my-tag></my-tag>", "2106 0:0-0:6"},
+        {"<form/>a</form>", "2106 0:0-0:7"},
+        {"<p>a<ul><li>b</ul></p>", "2107 0:4-0:8"},
+        {"<p>a<ul><li>b</ul><p>c</p>", ""},
+        {"<p><span>a</span></p>", ""},
+        {"<a>b<a>c</a>", "2108 0:4-0:7"},
+        {"<a>b<a>c</a></a>", "2108 0:4-0:7"},
+        {"<h1>a<h2>b</h2>", "2108 0:5-0:9"},
+        {"<table><tr>a<td>b</table>", "2109 0:11-0:12"},
+        {"<table><tr><div>a</div><p>b</p></tr></table>", "2110 0:11-0:16"},
+        {"<table> <tr> <td>a</table>", ""},
+        {"<html><body>a<body>b</html>", "2111 0:13-0:19"},
+        // A mistyped name is an error of its own, once.
+        {"<dvi>a</div>", ""},
+        {"<div>a</dvi>", "2104 0:6-0:12"},
+        // What begins or ends elsewhere.
+        {"a</div></body></html>", ""},
+        {"<html><body><div>a", ""},
+        {"<html><body><div>a</body></html>", "2102 0:18-0:25"},
+        {"<html><body>a</div></body></html>", "2101 0:13-0:19"},
+    });
+}
+
+TEST_F(Nesting, FollowsTheBranchesOfATemplate)
+{
+    Expect({
+        // Branches that agree, in both syntaxes.
+        {"<?php if ($a): ?><div class=a><?php else: ?><div><?php endif ?>x</div>", ""},
+        {"<?php if ($a) { ?><div><?php } elseif ($b) { ?><div><?php } else { ?><div><?php } ?>x</div>", ""},
+        {"<?php switch ($a) { case 1: ?><b><?php break; default: ?><b><?php } ?>x</b>", ""},
+        {"<?php switch ($a): case 1: case 2: ?><b><?php break; default: ?><b><?php endswitch ?>x</b>", ""},
+        {"<?php if ($a) echo '<div>'; else echo '<div>'; ?>x</div>", ""},
+        // Two statements under one condition, and under its opposite.
+        {"<i><?php if ($w): ?><b><u><?php endif ?>x<?php if ($w): ?></u></b><?php endif ?></i>", ""},
+        {"<i><?php if ($w): ?><b><?php endif ?>x<?php if (!$w): ?><?php else: ?></b><?php endif ?></i>", ""},
+        {"<i><?php if ($a == 1): ?><b><?php else: ?><u><?php endif ?>x"
+         "<?php if ($a != 1): ?></u><?php else: ?></b><?php endif ?></i>",
+         ""},
+        {"<i><?php if ($w): ?><b><?php endif ?>x<?php if ($w): ?></u><?php endif ?></i>", "2104 0:55-0:59"},
+        // Open in one case, closed in all or in none.
+        {"<i><?php if ($w): ?><b><?php endif ?>x</b></i>", "2112 0:38-0:42"},
+        {"<i><?php if ($w): ?><b><?php endif ?>x</i>", "2113 0:20-0:23"},
+        {"<i><?php if ($w): ?><b>x</b><?php else: ?><b>y<?php endif ?></i>", "2113 0:42-0:45"},
+        {"<i><b><?php if ($w): ?>x</b><?php else: ?>y<?php endif ?></i>", "2113 0:3-0:6"},
+        // Conditions that nobody can compare.
+        {"<i><?php if ($w): ?><b><?php endif ?>x<?php if ($v): ?></b><?php endif ?></i>", ""},
+        {"<?php if ($a): ?><b><?php elseif ($b): ?><b><?php endif ?>x<?php if ($a || $b): ?></b><?php endif "
+         "?>",
+         ""},
+        // Loops.
+        {"<ul><?php foreach ($a as $b): ?><li>x<?php endforeach ?></ul>", ""},
+        {"<tr><?php foreach ($a as $b): ?></tr><tr><?php endforeach ?></tr>", ""},
+        {"<i><?php foreach ($a as $b): ?><b>x<?php endforeach ?></i>", "2113 0:31-0:34"},
+        {"<?php foreach ($a as $b) { ?><ul><?php } ?>x<?php foreach ($a as $b) { ?></ul><?php } ?>", ""},
+        // Branches that are left.
+        {"<i><?php if ($a) { ?><b>x<?php return; } ?></i>", ""},
+        {"<?php while ($a) { ?><i><?php if ($b) { ?></i><?php continue; } ?>x</i><?php }", ""},
+        // Functions stand for themselves.
+        {"<?php function open() { ?><div><?php } function close() { ?></div><?php }", ""},
+        {"<?php $f = function () { echo '<ul><li></div></ul>'; };", "2101 0:39-0:45"},
+        // Statements inside of a tag, and those that tear one.
+        {"<p <?php if ($a): ?>class=b<?php endif ?>>x</p>", ""},
+        {"<?php if ($a): ?><p class=a<?php else: ?><p<?php endif ?>>x</p>", ""},
+        {"<<?= $tag ?> class=a>x</<?= $tag ?>>", ""},
+        {"<h<?= $n ?>>x</h<?= $n ?>>", ""},
+    });
+}
+
+TEST_F(Nesting, ReadsWhatIsPrinted)
+{
+    Expect({
+        {"<?php echo '<ul>', '<li>', $x, '</div></ul>';", "2101 0:32-0:38"},
+        {"<?php echo \"<i>\\n<b class=\\\"$c\\\">x</i>\\n\";", "2102 0:34-0:38"},
+        {"<?php print <<<E\n<i><b>$x</i>\nE;", "2102 1:8-1:12"},
+        {"<?php printf('<i class=\"%s\"><b>%d%%</i>', $a, $b);", "2102 0:35-0:39"},
+        {"<i><?= '<b>' . $x ?></b></i>", ""},
+        // What is not printed as it is written, and what is not known.
+        {"<?php echo f('<i><b></i>'), $a ? '<i><b></i>' : '';", ""},
+        {"<?php echo '<div'; echo ' class=a'; echo '>x</div>';", ""},
+        {"<ul><?= implode('</li>', $a) . '</li>' ?></ul>", ""},
+        {"<?php $o->printf('<i><b></i>'); $s = '<i><b></i>';", ""},
+        // XML is not HTML.
+        {"<?php echo '<?xml version=\"1.0\"?>' ?><rss><link>a</link><a><b></a></rss>", ""},
+    });
+}
+
+// Where the whole does not come out even, the indentation tells which tag is meant.
+TEST_F(Nesting, IsGuidedByIndentation)
+{
+    Expect({
+        {"<div>\n  <div>\n    <b>x</b>\n  <div>\n    y\n  </div>\n</div>\n", "2102 3:2-3:7"},
+        {"<div>\n  <div>\n    x\n  </div>\n    </div>\n</div>\n", "2101 4:4-4:10"},
+        // Uneven, but even enough.
+        {"<div>\n<div>\n    x\n  </div>\n    </div>\n", ""},
+    });
+}
+
+// Anything above linear time takes longer than a test may.
+TEST_F(Nesting, HoldsOnAnyText)
+{
+    for (const auto& [head, piece, tail] :
+         {std::array{"", "<div>", ""}, std::array{"", "</div>", ""}, std::array{"<p>", "<div>", "</p>"},
+          std::array{"", "<p><a><b>", "</a>"}, std::array{"<table>", "<tr>x", ""},
+          std::array{"", "<?php if ($a): ?><b>", ""}, std::array{"", "<?php if ($a) { ?></b>", ""},
+          std::array{"", "<?php function() { ?><b>", ""},
+          std::array{"", "<?php switch ($a) { case 1: ?><b>", "}"},
+          std::array{"<b>", "<?php foreach ($a as $b): ?></b><b>", ""}})
+        EXPECT_LT(m_diagnoser.Diagnose(head + Repeated(piece, 500000) + tail).size(), 500001u) << piece;
+}
+
+} // namespace Kesh::Tests
