@@ -2,10 +2,12 @@
 // checked.
 
 #include "Application/BareApplication.h"
+#include "Checks/CAMarkupCheck.h"
 #include "Components/CAErrorsManager.h"
 #include "Markup/CssSyntaxChecker.h"
 #include "Markup/HtmlCustomItemsKeeper.h"
 #include "Markup/HtmlSyntaxChecker.h"
+#include "Markup/MarkupChecker.h"
 #include "Require.h"
 #include "SyntaxParser/SPDocument.h"
 #include "SyntaxParser/SourceText.h"
@@ -47,6 +49,10 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         document->GetSemanticParser(L"HTML")->SetEnabled(true);
         const CodeAnalyzer::CHtmlSyntaxChecker html(nullptr, document, &host, &manager, &customItems);
         const CodeAnalyzer::CCssSyntaxChecker css(nullptr, document, &host, &manager);
+        CodeAnalyzer::CCAMarkupCheck wanted;
+        wanted.SetEnabled(true);
+        CodeAnalyzer::CMarkupChecker markup(&wanted, nullptr, &manager);
+        markup.Follow(*document);
         document->Parse(true);
         RequireSound(*document->GetSemanticTree(L"HTML"));
         RequireSound(*document->GetSemanticTree(L"CSS"));

@@ -43,6 +43,7 @@ public:
     CodeAnalyzer::ICustomNames* GetCustomNames() override { return nullptr; }
     CodeAnalyzer::IDiagnosticTexts* GetTexts() override { return &m_texts; }
     CodeAnalyzer::IGrammarCheck* GetGrammarCheck() override { return nullptr; }
+    CodeAnalyzer::IMarkupCheck* GetMarkupCheck() override { return nullptr; }
     void Free() override { delete this; }
     std::wstring GetFailure() override { return m_failed ? L"no more regions" : L""; }
 
