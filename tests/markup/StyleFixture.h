@@ -46,13 +46,19 @@ private:
     CStylePart m_part{m_report};
 };
 
-/// What a check of a style finds; PHP in it is an island.
+/// Hands a style on; PHP in it is an island.
+inline void PassStyle(const std::wstring& text, CStyleHandler& handler)
+{
+    SyntaxParser::RunMarkupPass(text, SyntaxParser::EMarkup::Css, SyntaxParser::FindIslands(text), {},
+                                nullptr, {&handler});
+}
+
+/// What a check of a style finds.
 inline std::vector<SDiagnostic> CheckStyle(const std::wstring& text,
                                            SyntaxParser::EStyleKind kind = SyntaxParser::EStyleKind::Sheet)
 {
     CStyleHandler handler(kind);
-    SyntaxParser::RunMarkupPass(text, SyntaxParser::EMarkup::Css, SyntaxParser::FindIslands(text), nullptr,
-                                {&handler});
+    PassStyle(text, handler);
     return std::move(handler.found);
 }
 
