@@ -3,6 +3,7 @@
 #include "Diagnostics/DiagnosticList.h"
 #include "Diagnostics/ErrorsReceiver.h"
 #include "Markup/HtmlNesting.h"
+#include "Markup/StylePart.h"
 
 #include <boost/pointer_cast.hpp>
 #include <utility>
@@ -21,6 +22,7 @@ CMarkupChecker::CMarkupChecker(const IMarkupCheck* wanted, ICheckOwner* owner, I
     : m_wanted(wanted), m_owner(owner), m_receiver(receiver)
 {
     m_parts.push_back(std::make_unique<CHtmlNesting>(m_report));
+    m_parts.push_back(std::make_unique<CStylePart>(m_report));
 }
 
 void CMarkupChecker::Follow(ISPDocument& document)

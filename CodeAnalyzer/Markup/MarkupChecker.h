@@ -3,7 +3,7 @@
 #include "Kesh/CodeAnalyzer/IMarkupCheck.h"
 #include "Kesh/SyntaxParser/ISPDocument.h"
 #include "Markup/MarkupPart.h"
-#include "Markup/MarkupReport.h"
+#include "Diagnostics/MarkupReport.h"
 
 #include <boost/signals2/connection.hpp>
 #include <memory>

@@ -1,4 +1,4 @@
-#include "Markup/MarkupReport.h"
+#include "Diagnostics/MarkupReport.h"
 
 #include <algorithm>
 #include <string>
