@@ -26,13 +26,21 @@ std::map<std::wstring, std::uint32_t> CountNames(const CNestingEvents& events,
     return count;
 }
 
+/// Whether the placeholders of a template engine are of those that take or leave what they surround.
+bool HasBlocks(std::wstring_view text)
+{
+    constexpr std::wstring_view Signs[] = {L"{%", L"<%", L"<#", L"{{#", L"{{/", L"{{^", L"{if", L"{foreach"};
+    return std::ranges::any_of(
+        Signs, [&](std::wstring_view sign) { return text.find(sign) != std::wstring_view::npos; });
+}
+
 } // namespace
 
 void CHtmlNesting::Begin()
 {
     const SyntaxParser::IMarkupPlaces& places = m_report.Places();
     SFlow flow = FindFlow(m_tokens.All(), places);
-    m_isMarkup = flow.sound && !places.HasPlaceholders() && !IsXml(places);
+    m_isMarkup = flow.sound && !(places.HasPlaceholders() && HasBlocks(places.Written())) && !IsXml(places);
     m_isXhtml = places.Written().find(L"http://www.w3.org/1999/xhtml") != std::wstring_view::npos;
     m_events.Begin(places, std::move(flow));
 }
@@ -53,26 +61,45 @@ void CHtmlNesting::End()
     SVerdict verdict = Judge();
     if (m_report.Places().IsCancelled())
         return;
-    if (IsWhole())
+    const bool isWhole = IsWhole();
+    if (isWhole)
         AddLeftOver(verdict);
+    AddHalves(verdict);
     for (const SNestingFault& fault : verdict.faults)
         if (fault.fault != ENestingFault::SelfClosing || !m_isXhtml)
             Tell(fault);
 }
 
-// With the help of indentation where that makes the whole come out even.
+// With the help of indentation where that makes a function, or the whole, come out even.
 SVerdict CHtmlNesting::Judge() const
 {
     const SyntaxParser::IMarkupPlaces& places = m_report.Places();
     SVerdict verdict = CNestingJudge(m_events, places, {}).Judge();
-    if (verdict.unknown || verdict.leftOpen.size() + verdict.leftClosed.size() > MostLost)
+    std::vector<SIndentBudget> budgets(verdict.scopes.size());
+    bool any = false;
+    for (std::size_t i = 0; i < budgets.size(); ++i) {
+        const SLeftOver& left = verdict.scopes[i];
+        if (left.unknown || left.open.size() + left.closed.size() > MostLost)
+            continue;
+        budgets[i] = {CountNames(m_events, left.open), CountNames(m_events, left.closed)};
+        any = any || !budgets[i].IsEmpty();
+    }
+    if (!any)
         return verdict;
-    SIndentBudget budget{CountNames(m_events, verdict.leftOpen), CountNames(m_events, verdict.leftClosed)};
-    if (budget.IsEmpty())
+    SVerdict other = CNestingJudge(m_events, places, std::move(budgets)).Judge();
+    if (places.IsCancelled())
         return verdict;
-    SVerdict other = CNestingJudge(m_events, places, std::move(budget)).Judge();
-    const bool isEven = !other.unknown && other.leftOpen.empty() && other.leftClosed.empty();
-    return isEven ? std::move(other) : std::move(verdict);
+    std::vector<bool> better(verdict.scopes.size());
+    for (std::size_t i = 0; i < better.size(); ++i)
+        better[i] = !verdict.scopes[i].IsEven() && other.scopes[i].IsEven();
+    std::erase_if(verdict.faults, [&](const SNestingFault& fault) { return better[fault.scope]; });
+    for (const SNestingFault& fault : other.faults)
+        if (better[fault.scope])
+            verdict.faults.push_back(fault);
+    for (std::size_t i = 0; i < better.size(); ++i)
+        if (better[i])
+            verdict.scopes[i] = {};
+    return verdict;
 }
 
 // A whole document, as against a part of one that others go on with.
@@ -99,14 +126,40 @@ void CHtmlNesting::AddLeftOver(SVerdict& verdict) const
     const auto isRoot = [this](std::uint32_t tag) {
         return *Event(tag).lower == L"html" || *Event(tag).lower == L"body" || *Event(tag).lower == L"head";
     };
-    if (verdict.unknown || std::ranges::any_of(verdict.leftClosed, isRoot))
+    const SLeftOver& left = verdict.scopes.front();
+    if (left.unknown || std::ranges::any_of(left.closed, isRoot))
         return; // something else has begun the document
-    for (const std::uint32_t tag : verdict.leftOpen)
+    for (const std::uint32_t tag : left.open)
         if (!Event(tag).dynamic && (Event(tag).flags & ElementKnown))
             verdict.faults.push_back({ENestingFault::Unclosed, NoEvent, tag});
-    for (const std::uint32_t tag : verdict.leftClosed)
+    for (const std::uint32_t tag : left.closed)
         if (!Event(tag).dynamic && (Event(tag).flags & ElementKnown))
             verdict.faults.push_back({ENestingFault::Stray, tag});
+}
+
+// A function may leave an element open for another one to close; there must be such another one.
+void CHtmlNesting::AddHalves(SVerdict& verdict) const
+{
+    std::map<std::wstring, int>
+        balance; // of the names that are opened more often than closed, or the other way round
+    for (const SLeftOver& left : verdict.scopes) {
+        if (left.unknown)
+            return;
+        for (const std::uint32_t tag : left.open)
+            balance[*Event(tag).lower] |= 1;
+        for (const std::uint32_t tag : left.closed)
+            balance[*Event(tag).lower] |= 2;
+    }
+    for (std::size_t i = 1; i < verdict.scopes.size(); ++i) {
+        const auto add = [&](const std::vector<std::uint32_t>& tags, ENestingFault kind) {
+            for (const std::uint32_t tag : tags)
+                if (!Event(tag).dynamic && (Event(tag).flags & ElementKnown) &&
+                    !(Event(tag).flags & ElementOptionalEnd) && balance[*Event(tag).lower] != 3)
+                    verdict.faults.push_back({kind, tag, tag, static_cast<std::uint32_t>(i)});
+        };
+        add(verdict.scopes[i].open, ENestingFault::HalfOpen);
+        add(verdict.scopes[i].closed, ENestingFault::HalfClosed);
+    }
 }
 
 SArgument CHtmlNesting::Tag(std::string name, std::uint32_t event) const
@@ -131,14 +184,40 @@ void CHtmlNesting::Tell(const SNestingFault& fault)
 {
     switch (fault.fault) {
     case ENestingFault::Unclosed:
+    case ENestingFault::HalfOpen:
     case ENestingFault::LeftInBranch: TellUnclosed(fault); return;
     case ENestingFault::Stray:
     case ENestingFault::Crossed:
     case ENestingFault::Mismatched:
     case ENestingFault::VoidEnd:
+    case ENestingFault::HalfClosed:
     case ENestingFault::OneBranch: TellEndTag(fault); return;
     default: TellPlace(fault);
     }
+}
+
+// Where what is before the event ends.
+std::size_t CHtmlNesting::EndBefore(std::uint32_t event) const
+{
+    const SNestingEvent& before = Event(event - 1);
+    return before.kind == SNestingEvent::Flow ? m_events.Flow().marks[before.mark].offset : before.span.end;
+}
+
+// Where the end tag is missing: at the end of the line on which the content begins behind the start tag, or
+// of what comes before the first tag outside.
+SMarkupSpan CHtmlNesting::EndPlace(const SNestingFault& fault) const
+{
+    const SMarkupSpan start = Event(fault.other).span;
+    const std::wstring_view text = m_report.Places().Written();
+    const std::size_t line = std::min(text.find(L'\n', start.end), text.size());
+    const std::size_t last = text.substr(0, line).find_last_not_of(L" \t\r") + 1;
+    const bool isOther = fault.at == NoEvent || fault.at == fault.other;
+    if (last > start.end && (isOther || last <= Event(fault.at).span.begin))
+        return {last - 1, last};
+    if (isOther)
+        return start;
+    const std::size_t end = std::max(start.end, std::min(EndBefore(fault.at), Event(fault.at).span.begin));
+    return {end - 1, end};
 }
 
 void CHtmlNesting::TellUnclosed(const SNestingFault& fault)
@@ -146,16 +225,46 @@ void CHtmlNesting::TellUnclosed(const SNestingFault& fault)
     const SNestingEvent& element = Event(fault.other);
     SDetails details;
     details.arguments = {Tag("name", fault.other), EndTagOf(fault.other)};
-    SMarkupSpan place = element.span;
-    if (fault.at != NoEvent) {
-        place = Event(fault.at).span;
+    const SMarkupSpan place = fault.fault == ENestingFault::HalfOpen ? element.span : EndPlace(fault);
+    if (fault.at != NoEvent && fault.at != fault.other)
         details.arguments.push_back(Tag("found", fault.at));
+    if (place != element.span) {
         details.related.push_back(m_report.Related(element.span, "The element begins here"));
-        details.fixes.push_back(
-            m_report.Fix(EFix::Insert, {place.begin, place.begin}, EndTagText(fault.other)));
+        details.fixes.push_back(m_report.Fix(EFix::Insert, {place.end, place.end}, EndTagText(fault.other)));
     }
-    m_report.Add(fault.fault == ENestingFault::Unclosed ? Code::UnclosedElement : Code::LeftOpenInBranch,
-                 place, std::move(details));
+    const std::int32_t code = fault.fault == ENestingFault::Unclosed   ? Code::UnclosedElement
+                              : fault.fault == ENestingFault::HalfOpen ? Code::HalfOpenElement
+                                                                       : Code::LeftOpenInBranch;
+    m_report.Add(code, place, std::move(details));
+}
+
+// By the indentation of the lines before an end tag that begins its line: behind which one its start tag was.
+bool CHtmlNesting::FindLostStart(std::uint32_t end, SMarkupSpan& place) const
+{
+    constexpr std::size_t MostLines = 200;
+    const SNestingEvent& tag = Event(end);
+    if (tag.indent == SNestingEvent::NoIndent)
+        return false;
+    const std::wstring_view text = m_report.Places().Written();
+    std::size_t lineEnd = text.rfind(L'\n', tag.span.begin);
+    for (std::size_t lines = 0; lineEnd != std::wstring_view::npos && lineEnd > 0 && lines < MostLines;
+         ++lines) {
+        const std::size_t before = text.rfind(L'\n', lineEnd - 1);
+        const std::size_t begin = before == std::wstring_view::npos ? 0 : before + 1;
+        std::int32_t indent = 0;
+        std::size_t i = begin;
+        for (; i < lineEnd && (text[i] == L' ' || text[i] == L'\t'); ++i)
+            indent += text[i] == L'\t' ? 4 : 1;
+        if (i < lineEnd && text[i] != L'\r' && indent <= tag.indent) {
+            if (lines == 0)
+                return false;
+            const std::size_t last = text.substr(0, lineEnd).find_last_not_of(L" \t\r") + 1;
+            place = {last - 1, last};
+            return true;
+        }
+        lineEnd = before;
+    }
+    return false;
 }
 
 void CHtmlNesting::TellEndTag(const SNestingFault& fault)
@@ -163,7 +272,14 @@ void CHtmlNesting::TellEndTag(const SNestingFault& fault)
     const SNestingEvent& tag = Event(fault.at);
     SDetails details;
     details.arguments.push_back(Tag("found", fault.at));
-    if (fault.other != NoEvent) {
+    SMarkupSpan place = tag.span;
+    if (fault.fault == ENestingFault::Stray && FindLostStart(fault.at, place)) {
+        details.arguments.push_back({"expected", L"<" + *tag.lower + L">"});
+        details.related.push_back(m_report.Related(tag.span, "The end tag is here"));
+        m_report.Add(Code::LostStartTag, place, std::move(details));
+        return;
+    }
+    if (fault.other != NoEvent && fault.other != fault.at) {
         details.arguments.push_back(EndTagOf(fault.other));
         details.arguments.push_back(Tag("open", fault.other));
         details.related.push_back(m_report.Related(Event(fault.other).span, "The element begins here"));
@@ -179,6 +295,7 @@ void CHtmlNesting::TellEndTag(const SNestingFault& fault)
             std::wstring(m_report.Places().Written().substr(name.begin, name.end - name.begin))));
         break;
     }
+    case ENestingFault::HalfClosed: code = Code::HalfClosedElement; break;
     case ENestingFault::OneBranch: code = Code::OpenInOneBranch; break;
     case ENestingFault::VoidEnd: code = Code::EndTagOfVoid; [[fallthrough]];
     default: details.fixes.push_back(m_report.Fix(EFix::Remove, tag.span, L""));

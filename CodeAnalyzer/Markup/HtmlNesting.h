@@ -23,6 +23,10 @@ private:
     bool IsWhole() const;
     SVerdict Judge() const;
     void AddLeftOver(SVerdict& verdict) const;
+    void AddHalves(SVerdict& verdict) const;
+    SyntaxParser::SMarkupSpan EndPlace(const SNestingFault& fault) const;
+    std::size_t EndBefore(std::uint32_t event) const;
+    bool FindLostStart(std::uint32_t end, SyntaxParser::SMarkupSpan& place) const;
     void Tell(const SNestingFault& fault);
     void TellUnclosed(const SNestingFault& fault);
     void TellEndTag(const SNestingFault& fault);

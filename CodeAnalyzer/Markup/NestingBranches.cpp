@@ -44,7 +44,10 @@ void CNestingJudge::OnFlow(const SFlowMark& mark)
 {
     switch (mark.kind) {
     case SFlowMark::ScopeBegin: BeginSequence(true); return;
-    case SFlowMark::ScopeEnd: EndScope(); return;
+    case SFlowMark::ScopeEnd:
+        EndScopeOf(Here());
+        m_sequences.pop_back();
+        return;
     case SFlowMark::StatementBegin:
         m_statements.emplace_back();
         m_statements.back().branching = mark.branching;
@@ -67,6 +70,9 @@ void CNestingJudge::BeginSequence(bool isScope)
     SSequence sequence;
     sequence.isScope = isScope;
     sequence.foreign = !isScope && IsForeign();
+    sequence.scope = isScope ? static_cast<std::uint32_t>(m_verdict.scopes.size()) : Here().scope;
+    if (isScope)
+        m_verdict.scopes.emplace_back();
     m_sequences.push_back(std::move(sequence));
 }
 
@@ -77,13 +83,6 @@ void CNestingJudge::EndBranch()
     if (effect.opens.size() + effect.closes.size() > MostItems || DepthOf(effect.opens) >= MostConditionals)
         effect = {.closes = {}, .opens = {}, .unknown = true, .exits = effect.exits, .printsUnknown = true};
     m_statements.back().branches.push_back(std::move(effect));
-}
-
-// What a function leaves open or closes is its callers' concern.
-void CNestingJudge::EndScope()
-{
-    SettleStrays(Open());
-    m_sequences.pop_back();
 }
 
 // A tag that cannot be followed puts all that is open around it in doubt.

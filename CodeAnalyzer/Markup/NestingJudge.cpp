@@ -15,8 +15,8 @@ constexpr std::size_t Reach = 256;
 } // namespace
 
 CNestingJudge::CNestingJudge(const CNestingEvents& events, const SyntaxParser::IMarkupPlaces& places,
-                             SIndentBudget budget)
-    : m_events(events), m_places(places), m_budget(std::move(budget))
+                             std::vector<SIndentBudget> budgets)
+    : m_events(events), m_places(places), m_budgets(std::move(budgets))
 {
 }
 
@@ -36,19 +36,26 @@ SVerdict CNestingJudge::Judge()
         case SNestingEvent::Flow: OnFlow(m_events.Flow().marks[all[i].mark]); break;
         }
     }
-    EndWhole();
+    while (!m_sequences.empty()) { // a scope that is given up
+        Here().effect.unknown = Here().effect.unknown || m_sequences.size() > 1;
+        if (Here().isScope)
+            EndScopeOf(Here());
+        m_sequences.pop_back();
+    }
     return std::move(m_verdict);
 }
 
-void CNestingJudge::EndWhole()
+void CNestingJudge::EndScopeOf(SSequence& sequence)
 {
-    SettleStrays(m_sequences.front().effect.opens);
-    const SEffect& effect = m_sequences.front().effect;
-    m_verdict.unknown = effect.unknown || m_sequences.size() != 1;
-    m_verdict.leftClosed = effect.closes;
-    for (const SOpenItem& item : effect.opens)
-        if (item.IsElement() && !IsOptional(item))
-            m_verdict.leftOpen.push_back(item.event);
+    SettleStrays(sequence.effect.opens);
+    SLeftOver& left = m_verdict.scopes[sequence.scope];
+    left.unknown = sequence.effect.unknown;
+    left.closed = std::move(sequence.effect.closes);
+    for (const SOpenItem& item : sequence.effect.opens) {
+        left.unknown = left.unknown || !item.IsElement();
+        if (item.IsElement() && !IsOptional(item) && item.stray < 0)
+            left.open.push_back(item.event);
+    }
 }
 
 // An end tag that fits nothing stands for that of the element around it, which has no other.
@@ -63,7 +70,7 @@ void CNestingJudge::SettleStrays(const TOpen& open)
 
 void CNestingJudge::Report(ENestingFault fault, std::uint32_t at, std::uint32_t other)
 {
-    m_verdict.faults.push_back({fault, at, other});
+    m_verdict.faults.push_back({fault, at, other, Here().scope});
 }
 
 bool CNestingJudge::IsOptional(const SOpenItem& item) const
@@ -240,9 +247,13 @@ bool CNestingJudge::CloseKnown(std::uint32_t event)
 {
     TOpen& open = Open();
     std::size_t found = open.size();
-    for (std::size_t i = open.size(); i-- > 0 && open.size() - i <= Reach && found == open.size();)
-        if (open[i].IsElement() && Fits(open[i].event, event))
+    bool next = true; // nothing is in between that needs an end tag
+    for (std::size_t i = open.size(); i-- > 0 && open.size() - i <= Reach && found == open.size();) {
+        const bool known = open[i].IsElement() && !Event(event).dynamic && !Event(open[i].event).dynamic;
+        if (open[i].IsElement() && (next || known) && Fits(open[i].event, event))
             found = i;
+        next = next && IsOptional(open[i]);
+    }
     if (found == open.size()) {
         if (open.size() > Reach)
             MakeUnknown();
@@ -276,18 +287,20 @@ std::size_t CNestingJudge::ByIndent(std::size_t found, std::uint32_t event)
     TOpen& open = Open();
     const std::int32_t indent = Event(event).indent;
     const std::int32_t opened = Event(open[found].event).indent;
-    if (m_budget.IsEmpty() || indent == SNestingEvent::NoIndent || opened == SNestingEvent::NoIndent)
+    if (Here().scope >= m_budgets.size() || indent == SNestingEvent::NoIndent ||
+        opened == SNestingEvent::NoIndent)
         return found;
+    SIndentBudget& budget = m_budgets[Here().scope];
     if (indent > opened) {
-        const auto extra = m_budget.extra.find(Name(event));
-        if (extra == m_budget.extra.end() || extra->second == 0)
+        const auto extra = budget.extra.find(Name(event));
+        if (extra == budget.extra.end() || extra->second == 0)
             return found;
         --extra->second;
         Report(ENestingFault::Stray, event, open[found].event);
         return open.size();
     }
-    const auto lost = m_budget.lost.find(Name(event));
-    if (indent == opened || lost == m_budget.lost.end() || lost->second == 0)
+    const auto lost = budget.lost.find(Name(event));
+    if (indent == opened || lost == budget.lost.end() || lost->second == 0)
         return found;
     for (std::size_t i = found; i-- > 0 && found - i <= 64 && open[i].IsElement();)
         if (Fits(open[i].event, event) && Event(open[i].event).indent == indent) {

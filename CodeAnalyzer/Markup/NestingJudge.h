@@ -22,6 +22,8 @@ enum class ENestingFault : std::uint8_t {
     ElementInTable,   ///< likewise the element
     Twice,            ///< `at` comes after `other`, and there is only one
     OneBranch,        ///< `other` is opened in some branches only; `at` closes it in all
+    HalfOpen,         ///< a function leaves `other` open, and nothing in the document closes such an element
+    HalfClosed,       ///< likewise the end tag `at`
     LeftInBranch      ///< `other` is left open at the end of a branch, and closed in none
 };
 
@@ -30,6 +32,17 @@ struct SNestingFault
     ENestingFault fault;
     std::uint32_t at;
     std::uint32_t other = NoEvent;
+    std::uint32_t scope = 0; ///< of functions: which one, 0 being the document
+};
+
+/// What a function, or the document, leaves open at its end, and the end tags in it that have no start.
+struct SLeftOver
+{
+    std::vector<std::uint32_t> open;
+    std::vector<std::uint32_t> closed;
+    bool unknown = false; ///< it cannot be told
+
+    bool IsEven() const { return !unknown && open.empty() && closed.empty(); }
 };
 
 /// What may be done about tags that leave the whole unbalanced: by how lines are indented, so many end tags
@@ -45,10 +58,7 @@ struct SIndentBudget
 struct SVerdict
 {
     std::vector<SNestingFault> faults;
-    /// What is open, or closed, at the end of the text.
-    std::vector<std::uint32_t> leftOpen;
-    std::vector<std::uint32_t> leftClosed;
-    bool unknown = false; ///< it cannot be told
+    std::vector<SLeftOver> scopes; ///< the document, and its functions in the order of their beginnings
 };
 
 /// Follows the elements that are open through the branches of a text, as its author sees them: an element
@@ -58,7 +68,7 @@ class CNestingJudge
 {
 public:
     CNestingJudge(const CNestingEvents& events, const SyntaxParser::IMarkupPlaces& places,
-                  SIndentBudget budget);
+                  std::vector<SIndentBudget> budgets);
 
     SVerdict Judge();
 
@@ -70,6 +80,7 @@ private:
         std::vector<std::uint32_t>
             reopened; ///< faults of elements that were given up: their end tags may come
         bool isScope = false;
+        std::uint32_t scope = 0;
         bool foreign = false; ///< begins in svg or math
     };
     struct SStatement
@@ -114,7 +125,6 @@ private:
     void OnFlow(const SFlowMark& mark);
     void BeginSequence(bool isScope);
     void EndBranch();
-    void EndScope();
     void EndStatement();
     void EndLoop(SStatement& statement);
     void Apply(SEffect effect);
@@ -128,11 +138,11 @@ private:
 
     void Report(ENestingFault fault, std::uint32_t at, std::uint32_t other = NoEvent);
     void SettleStrays(const TOpen& open);
-    void EndWhole();
+    void EndScopeOf(SSequence& sequence);
 
     const CNestingEvents& m_events;
     const SyntaxParser::IMarkupPlaces& m_places;
-    SIndentBudget m_budget;
+    std::vector<SIndentBudget> m_budgets; ///< by scopes; may be fewer
     std::vector<SSequence> m_sequences;
     std::vector<SStatement> m_statements;
     std::map<std::wstring, std::uint32_t> m_once; ///< html, head and body, as they have come

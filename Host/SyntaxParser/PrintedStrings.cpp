@@ -1,6 +1,7 @@
 #include "SyntaxParser/PrintedStrings.h"
 
 #include <algorithm>
+#include <array>
 
 namespace Kesh::SyntaxParser {
 
@@ -13,12 +14,25 @@ bool IsLetter(wchar_t c)
     return (c >= L'a' && c <= L'z') || (c >= L'A' && c <= L'Z');
 }
 
+/// Whether the beginning of a tag is that of an element with content.
+bool OpensElement(std::wstring_view tag)
+{
+    static constexpr std::array<std::wstring_view, 14> Void = {
+        L"area",  L"base", L"br",   L"col",   L"embed",  L"hr",    L"img",
+        L"input", L"link", L"meta", L"param", L"source", L"track", L"wbr"};
+    std::size_t size = 0;
+    while (size < tag.size() && IsLetter(tag[size]))
+        ++size;
+    return size > 0 && std::ranges::find(Void, tag.substr(0, size)) == Void.end();
+}
+
 } // namespace
 
 bool CPrintedStrings::BeginTokens()
 {
     m_printed.clear();
     m_formats.clear();
+    m_torn.clear();
     m_pieces.clear();
     m_printing = false;
     return true;
@@ -121,7 +135,7 @@ void CPrintedStrings::AddPiece(const SPhpToken& token, std::size_t quotes)
 
 void CPrintedStrings::EndStatement()
 {
-    if (m_printing && m_plain && IsWholeMarkup()) {
+    if (m_printing && m_plain && KeepWholeMarkup()) {
         m_printed.insert(m_printed.end(), m_pieces.begin(), m_pieces.end());
         if (m_isFormat)
             m_formats.insert(m_formats.end(), m_pieces.begin(), m_pieces.end());
@@ -130,30 +144,40 @@ void CPrintedStrings::EndStatement()
     m_printing = false;
 }
 
-// Each tag that begins in the statement ends in it.
-bool CPrintedStrings::IsWholeMarkup() const
+// Leaves out a tag that goes on elsewhere, and all behind it; where it opens an element, its place is kept.
+// False: there is a `<` inside of a tag.
+bool CPrintedStrings::KeepWholeMarkup()
 {
     wchar_t quote = L'\0';
-    bool inTag = false;
     wchar_t last = L'\0';
-    for (const SIsland& piece : m_pieces) {
-        for (std::size_t i = piece.begin; i < piece.end; ++i) {
+    std::size_t begin = npos; // of the tag
+    std::size_t beginPiece = 0;
+    for (std::size_t piece = 0; piece < m_pieces.size(); ++piece)
+        for (std::size_t i = m_pieces[piece].begin; i < m_pieces[piece].end; ++i) {
             const wchar_t c = m_text[i];
             if (quote != L'\0') {
                 quote = c == quote ? L'\0' : quote;
-            } else if (inTag && (c == L'"' || c == L'\'')) {
+            } else if (begin != npos && (c == L'"' || c == L'\'')) {
                 quote = c;
-            } else if (inTag && c == L'<') {
+            } else if (begin != npos && c == L'<') {
                 return false;
             } else if (c == L'>') {
-                inTag = false;
+                begin = npos;
             } else if (last == L'<' && (IsLetter(c) || c == L'/')) {
-                inTag = true;
+                begin = i - 1;
+                beginPiece = piece;
             }
             last = c;
         }
-    }
-    return !inTag && last != L'<';
+    if (begin == npos)
+        return last != L'<';
+    m_pieces.resize(beginPiece + 1);
+    SIsland& piece = m_pieces.back();
+    if (OpensElement(m_text.substr(begin + 1, piece.end - begin - 1)))
+        m_torn.push_back({begin, std::max(piece.end, begin + 3)});
+    else
+        piece.end = begin;
+    return true;
 }
 
 void CPrintedStrings::Unescape(wchar_t* copy, wchar_t filler) const
@@ -168,6 +192,10 @@ void CPrintedStrings::Unescape(wchar_t* copy, wchar_t filler) const
             copy[i] = isQuote ? c : isBlank ? L' ' : filler;
             copy[++i] = isBlank ? L' ' : filler;
         }
+    for (const SIsland& tag : m_torn) {
+        std::fill(copy + tag.begin + 1, copy + tag.end - 1, filler);
+        copy[tag.end - 1] = L'>';
+    }
     for (const SIsland& piece : m_formats)
         for (std::size_t i = piece.begin; i < piece.end; ++i) {
             if (copy[i] != L'%')

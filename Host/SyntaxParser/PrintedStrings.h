@@ -31,11 +31,12 @@ public:
 private:
     void AddPiece(const SPhpToken& token, std::size_t quotes);
     void EndStatement();
-    bool IsWholeMarkup() const;
+    bool KeepWholeMarkup();
 
     std::wstring_view m_text;
     std::vector<SIsland> m_printed;
     std::vector<SIsland> m_formats; ///< those of them whose `%` stand for something else
+    std::vector<SIsland> m_torn;    ///< tags that go on elsewhere, down to their last character
     std::vector<SIsland> m_pieces;  ///< of the statement
     bool m_printing = false;
     bool m_plain = false; ///< only pieces and what joins them so far, at the outermost level

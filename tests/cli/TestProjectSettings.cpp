@@ -292,7 +292,7 @@ TEST_F(Settings, CommentsIgnore)
          {"a.html:3 2002 error", "a.html:5 2001 error", "a.html:5 9001 warning"}},
         {"a.css",
          "/* code-analyzer-ignore-start */ a { colr: red }\nb { widht: 1px } /* code-analyzer-ignore-end */\n"
-         "strng {}\n",
+         "strng { top: 0 }\n",
          {"a.css:3 2501 error"}},
         {"a.php", "<?php\r\n$a = 1;\r\n// code-analyzer-ignore: 1025\r\n$b = = 2;\r\n", {}},
         {"a.php", "<?php\n/**\n * code-analyzer-ignore 1025\n */\n$b = = 2;\n", {"a.php:5 1025 error"}},
