@@ -3,6 +3,7 @@
 #include "SyntaxParser/CssTokenizer.h"
 #include "SyntaxParser/HtmlTokenizer.h"
 #include "SyntaxParser/MarkupText.h"
+#include "SyntaxParser/Placeholders.h"
 
 #include <algorithm>
 
@@ -13,7 +14,10 @@ namespace {
 class CMarkupPlaces final : public IMarkupPlaces
 {
 public:
-    CMarkupPlaces(std::wstring_view written, CMarkupText& text) : m_written(written), m_text(text) {}
+    CMarkupPlaces(std::wstring_view written, CMarkupText& text, bool hasPlaceholders)
+        : m_written(written), m_text(text), m_hasPlaceholders(hasPlaceholders)
+    {
+    }
 
     std::wstring_view Text() const override { return m_text.Scanned({0, m_text.Size()}); }
     std::wstring_view Written() const override { return m_written; }
@@ -26,7 +30,7 @@ public:
                 static_cast<std::int64_t>(next - m_lines.begin() - 1)};
     }
     bool IsCancelled() const override { return m_text.IsCancelled(); }
-    bool HasPlaceholders() const override { return false; }
+    bool HasPlaceholders() const override { return m_hasPlaceholders; }
 
 private:
     void ReadLines() const
@@ -39,6 +43,7 @@ private:
 
     std::wstring_view m_written;
     CMarkupText& m_text;
+    bool m_hasPlaceholders;
     mutable std::vector<std::size_t> m_lines; ///< where each begins
 };
 
@@ -81,10 +86,11 @@ private:
 } // namespace
 
 void RunMarkupPass(std::wstring_view written, EMarkup markup, const std::vector<SIsland>& islands,
-                   const SGiveUp* giveUp, const std::vector<IMarkupHandler*>& handlers)
+                   const SGiveUp* giveUp, const std::vector<IMarkupHandler*>& handlers, bool isSmarty)
 {
     CMarkupText text(written, islands, giveUp);
-    const CMarkupPlaces places(written, text);
+    const bool hasPlaceholders = markup == EMarkup::Html && FillPlaceholders(text, isSmarty);
+    const CMarkupPlaces places(written, text, hasPlaceholders);
     std::vector<IMarkupHandler*> willing;
     std::ranges::copy_if(handlers, std::back_inserter(willing),
                          [&](IMarkupHandler* handler) { return handler->BeginMarkup(places); });

@@ -9,8 +9,10 @@
 namespace Kesh::SyntaxParser {
 
 /// Hands the markup of a text on to the handlers; survives any text in linear time. Ends early, with
-/// EndMarkup, once the flag, which may be null, has been set. Reentrant.
+/// EndMarkup, once the flag, which may be null, has been set. Placeholders of template engines in HTML are
+/// taken for islands; `isSmarty` tells that there may be those of Smarty. Reentrant.
 void RunMarkupPass(std::wstring_view text, EMarkup markup, const std::vector<SIsland>& islands,
-                   const SGiveUp* giveUp, const std::vector<IMarkupHandler*>& handlers);
+                   const SGiveUp* giveUp, const std::vector<IMarkupHandler*>& handlers,
+                   bool isSmarty = false);
 
 } // namespace Kesh::SyntaxParser
