@@ -86,10 +86,11 @@ private:
 } // namespace
 
 void RunMarkupPass(std::wstring_view written, EMarkup markup, const std::vector<SIsland>& islands,
-                   const SGiveUp* giveUp, const std::vector<IMarkupHandler*>& handlers, bool isSmarty)
+                   const SGiveUp* giveUp, const std::vector<IMarkupHandler*>& handlers,
+                   const SMarkupPassOptions& options)
 {
     CMarkupText text(written, islands, giveUp);
-    const bool hasPlaceholders = markup == EMarkup::Html && FillPlaceholders(text, isSmarty);
+    const bool hasPlaceholders = markup == EMarkup::Html && FillPlaceholders(text, options.isSmarty);
     const CMarkupPlaces places(written, text, hasPlaceholders);
     std::vector<IMarkupHandler*> willing;
     std::ranges::copy_if(handlers, std::back_inserter(willing),
@@ -105,7 +106,7 @@ void RunMarkupPass(std::wstring_view written, EMarkup markup, const std::vector<
     if (markup == EMarkup::Css)
         style(EStyleKind::Sheet, {0, written.size()});
     else
-        CHtmlTokenizer(places, sink, style).Run();
+        CHtmlTokenizer(places, sink, style, options.isStrict).Run();
     for (IMarkupHandler* handler : willing)
         handler->EndMarkup();
 }

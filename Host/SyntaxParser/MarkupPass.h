@@ -8,11 +8,17 @@
 
 namespace Kesh::SyntaxParser {
 
+struct SMarkupPassOptions
+{
+    bool isSmarty = false; ///< there may be placeholders of Smarty
+    bool isStrict = false; ///< read as browsers do, also where a quote or ">" is lost
+};
+
 /// Hands the markup of a text on to the handlers; survives any text in linear time. Ends early, with
 /// EndMarkup, once the flag, which may be null, has been set. Placeholders of template engines in HTML are
-/// taken for islands; `isSmarty` tells that there may be those of Smarty. Reentrant.
+/// taken for islands. Reentrant.
 void RunMarkupPass(std::wstring_view text, EMarkup markup, const std::vector<SIsland>& islands,
                    const SGiveUp* giveUp, const std::vector<IMarkupHandler*>& handlers,
-                   bool isSmarty = false);
+                   const SMarkupPassOptions& options = {});
 
 } // namespace Kesh::SyntaxParser

@@ -182,7 +182,7 @@ public:
         }
         if (!m_markupTokens->Handlers().empty() && !IsCancelled())
             RunMarkupPass(text, markup, islands, &m_giveUp, m_markupTokens->Handlers(),
-                          m_source.path.ends_with(L".tpl"));
+                          {.isSmarty = m_source.path.ends_with(L".tpl")});
         if (IsCancelled())
             return;
         m_endOfParse(this);

@@ -17,7 +17,7 @@ public:
     {
         const std::wstring wide = Base::CCommonString::FromUtf8(text);
         CPrinter printer;
-        RunMarkupPass(wide, EMarkup::Html, FindIslands(wide), nullptr, {&printer}, isSmarty);
+        RunMarkupPass(wide, EMarkup::Html, FindIslands(wide), nullptr, {&printer}, {.isSmarty = isSmarty});
         return printer.m_result;
     }
     bool BeginMarkup(const IMarkupPlaces& places) override
@@ -84,7 +84,7 @@ TEST(HtmlTokens, TakeIslandsAnywhere)
         {"<!--<?= '-->' ?>--><!<?= 1 ?>><!DOCTYPE html <?= 1 ?>>", "C<!--#--> C<!#> D<!DOCTYPE html #>"},
         {"&<?= 1 ?>; &#<?= 1 ?>; &amp<?= 1 ?> &foo<?= 1 ?>; <br/<?= 1 ?>>",
          "T& I# T; &# I# T; &amp I# T &foo I# T;  <br[#]"},
-        {"<p a='<?= 1", "!eof-in-tag(<p a='#) <p[a=#]..."},
+        {"<p a='<?= 1", "<p[a=#]..."},
     };
     for (const auto& [text, tokens] : cases)
         EXPECT_EQ(CPrinter::Of(text), tokens) << text;
@@ -122,6 +122,35 @@ TEST(HtmlTokens, TakePlaceholdersForIslands)
         EXPECT_EQ(CPrinter::Of(text), tokens) << text;
     EXPECT_EQ(CPrinter::Of("{$a>b}{if $c}< {/if}{* <p> *}{ x }", true),
               "I# !invalid-first-character-of-tag-name( ) T<  I# T{ x }");
+}
+
+// The standard would take the rest for attributes, and report many errors where one slip is.
+TEST(HtmlTokens, RecoverFromLostQuotesAndEnds)
+{
+    const std::pair<const char*, const char*> cases[] = {
+        {"<a href=\"b c class=\"d\" e>", "!unclosed-attribute-value(\"b c) <a[href=b c][class=d][e]"},
+        {"<a b='c d=''>", "!unclosed-attribute-value('c) <a[b=c][d=]"},
+        {"<a b=\"<?= 1 ?> c=\"d\">", "!unclosed-attribute-value(\"#) <a[b=#][c=d]"},
+        {"<a b=\"c>d</a> <p e=\"f\">", "!unclosed-attribute-value(\"c) <a[b=c] Td /a T  <p[e=f]"},
+        {"<a b=\"c>d</a> say \"e\"", "!unclosed-attribute-value(\"c) <a[b=c] Td /a T say \"e\""},
+        {"<a b='c>d", "!unclosed-attribute-value('c) <a[b=c] Td"},
+        {"<a b=\"c d", "!unclosed-attribute-value(\"c d) <a[b=c d]..."},
+        // Nothing is lost.
+        {"<a b=\"<i>c</i> d=\" e=\"f > g\">", "<a[b=<i>c</i> d=][e=f > g]"},
+        {"<a b=\"c\"d=\"e\">", "!missing-whitespace-between-attributes(d) <a[b=c][d=e]"},
+        {"<p a=\"b\"\n<i>c", "!unclosed-tag(<p a=\"b\") <p[a=b]... <i Tc"},
+        {"<p<i>a</i</p>", "!unclosed-tag(<p) <p... <i Ta !unclosed-tag(</i) /i... /p"},
+        {"<p It's=\" me<br>",
+         "!unexpected-character-in-attribute-name(') !unclosed-attribute-value(\" me<br) <p[It's= me<br]"},
+        {"<p It's me</p>", "!unclosed-tag(<p It's me) <p[It's][me]... /p"},
+        {"<p a=b<!--c-->", "!unclosed-tag(<p a=b) <p[a=b]... C<!--c-->"},
+        {"<p a < b>", "!unexpected-character-in-attribute-name(<) <p[a][<][b]"},
+        // PHP may have printed the end.
+        {"<p <?= 1 ?> a</p><p <?= 1 ?> a='b' <i>",
+         "<p[#][a]... /p !unclosed-tag(<p # a='b') <p[#][a=b]... <i"},
+    };
+    for (const auto& [text, tokens] : cases)
+        EXPECT_EQ(CPrinter::Of(text), tokens) << text;
 }
 
 // Each took quadratic time if anything were looked for again from every place.
