@@ -57,6 +57,9 @@ public:
     void Report(EHtmlProblem problem) { Report(problem, {m_at, std::min(m_at + 1, m_text.size())}); }
     /// Reports what no text may hold, from `begin` up to here.
     void ReportCharacters(std::size_t begin, bool mayBeNull = false);
+    std::size_t CountProblems() const { return m_problems.size(); }
+    /// Withdraws all but so many.
+    void KeepProblems(std::size_t count) { m_problems.resize(count); }
     /// In the text's order.
     std::vector<SHtmlProblem>& Problems();
 

@@ -2,6 +2,7 @@
 
 #include "SyntaxParser/HtmlReferences.h"
 #include "SyntaxParser/HtmlTags.h"
+#include "SyntaxParser/LostQuotes.h"
 
 #include <algorithm>
 
@@ -34,18 +35,22 @@ const SHtmlToken& CHtmlTagReader::Read()
     m_token.selfClosing = false;
     m_token.unfinished = false;
     CompareFrom(0);
+    m_firstProblem = m_cursor.CountProblems();
     m_cursor.Skip(m_token.kind == EHtmlTokenKind::EndTag ? 2 : 1);
     ReadName();
     while (ReadAttribute()) {
     }
-    Finish();
+    if (m_cursor.Peek() == L'<')
+        RecoverTag();
+    else
+        Finish();
     return m_token;
 }
 
 void CHtmlTagReader::ReadName()
 {
     const std::size_t begin = m_cursor.At();
-    for (wchar_t c; c = m_cursor.Peek(), c != L'/' && !EndsWord(c); m_cursor.Skip()) {
+    for (wchar_t c; c = m_cursor.Peek(), c != L'/' && !EndsWord(c) && !IsNextTag(); m_cursor.Skip()) {
         // After a whole name, PHP rather prints attributes than the rest of a longer one.
         if (c == MarkupIsland && GetTagFlags(Lower(m_cursor.Text({begin, m_cursor.At()}))) & TagHtml)
             break;
@@ -61,7 +66,9 @@ bool CHtmlTagReader::ReadAttribute()
     case L'/': ReadSolidus(); return true;
     case L'>':
     case CHtmlCursor::End: return false;
-    default: break;
+    default:
+        if (IsNextTag())
+            return false;
     }
     SHtmlAttribute attribute;
     ReadAttributeName(attribute);
@@ -86,7 +93,8 @@ void CHtmlTagReader::ReadAttributeName(SHtmlAttribute& attribute)
         m_cursor.Report(EHtmlProblem::UnexpectedEqualsSignBeforeAttributeName);
         m_cursor.Skip();
     }
-    for (wchar_t c; c = m_cursor.Peek(), c != L'=' && c != L'/' && !EndsWord(c); m_cursor.Skip())
+    for (wchar_t c; c = m_cursor.Peek(), c != L'=' && c != L'/' && !EndsWord(c) && !IsNextTag();
+         m_cursor.Skip())
         if (c == L'"' || c == L'\'' || c == L'<')
             m_cursor.Report(EHtmlProblem::UnexpectedCharacterInAttributeName);
     attribute.name = {begin, m_cursor.At()};
@@ -108,6 +116,7 @@ void CHtmlTagReader::ReadValue(SHtmlAttribute& attribute)
 
 void CHtmlTagReader::ReadQuoted(SHtmlAttribute& attribute)
 {
+    const std::size_t firstProblem = m_cursor.CountProblems();
     const wchar_t stops[] = {m_cursor.Peek(), L'&'};
     m_cursor.Skip();
     attribute.value.begin = m_cursor.At();
@@ -118,7 +127,7 @@ void CHtmlTagReader::ReadQuoted(SHtmlAttribute& attribute)
         ReadHtmlReference(m_cursor, true);
     }
     attribute.value.end = attribute.span.end = m_cursor.At();
-    if (m_cursor.IsAtEnd())
+    if ((m_recovers && RecoverValue(attribute, firstProblem)) || m_cursor.IsAtEnd())
         return;
     m_cursor.Skip();
     attribute.span.end = m_cursor.At();
@@ -128,7 +137,7 @@ void CHtmlTagReader::ReadQuoted(SHtmlAttribute& attribute)
 void CHtmlTagReader::ReadBare(SHtmlAttribute& attribute)
 {
     attribute.value.begin = m_cursor.At();
-    for (wchar_t c; c = m_cursor.Peek(), !EndsWord(c);) {
+    for (wchar_t c; c = m_cursor.Peek(), !EndsWord(c) && !IsNextTag();) {
         if (c == L'&') {
             ReadHtmlReference(m_cursor, true);
             continue;
@@ -143,8 +152,57 @@ void CHtmlTagReader::ReadBare(SHtmlAttribute& attribute)
 void CHtmlTagReader::CheckAfterQuoted()
 {
     const wchar_t c = m_cursor.Peek();
-    if (!CHtmlCursor::IsSpace(c) && c != L'/' && c != L'>' && c != MarkupIsland && !m_cursor.IsAtEnd())
+    if (!CHtmlCursor::IsSpace(c) && c != L'/' && c != L'>' && c != MarkupIsland && !m_cursor.IsAtEnd() &&
+        !IsNextTag())
         m_cursor.Report(EHtmlProblem::MissingWhitespaceBetweenAttributes);
+}
+
+// Whether what comes next can only be another tag, or a comment.
+bool CHtmlTagReader::IsNextTag() const
+{
+    const wchar_t next = m_cursor.Peek(1);
+    return m_recovers && m_cursor.Peek() == L'<' &&
+           (CHtmlCursor::IsLetter(next) || next == L'/' || next == L'!' || next == MarkupIsland);
+}
+
+// The cursor stands at the quote that ends the value.
+bool CHtmlTagReader::RecoverValue(SHtmlAttribute& attribute, std::size_t firstProblem)
+{
+    const std::wstring_view value = m_cursor.Text(attribute.value);
+    const std::size_t end = FindLostQuote(value, m_cursor.Peek(1), m_cursor.IsAtEnd());
+    if (end == std::wstring_view::npos)
+        return false;
+    m_cursor.KeepProblems(firstProblem);
+    attribute.value.end = attribute.span.end = attribute.value.begin + end;
+    m_cursor.MoveTo(attribute.value.end);
+    m_lostQuote = attribute.name.begin;
+    m_cursor.Report(EHtmlProblem::UnclosedAttributeValue, {attribute.value.begin - 1, attribute.value.end});
+    return true;
+}
+
+void CHtmlTagReader::RecoverTag()
+{
+    m_cursor.KeepProblems(m_firstProblem);
+    m_token.span.end = m_cursor.At();
+    m_token.unfinished = true;
+    const std::size_t end =
+        m_token.attributes.empty() ? m_token.name.end : m_token.attributes.back().span.end;
+    if (!MayIslandClose())
+        m_cursor.Report(EHtmlProblem::UnclosedTag, {m_token.span.begin, end});
+}
+
+// Whether PHP between the attributes may have printed the ">": after it there is only what may be text.
+bool CHtmlTagReader::MayIslandClose() const
+{
+    if (m_cursor.Text(m_token.name).find(MarkupIsland) != std::wstring_view::npos)
+        return true;
+    for (auto attribute = m_token.attributes.rbegin(); attribute != m_token.attributes.rend(); ++attribute) {
+        if (m_cursor.Text(attribute->name).find(MarkupIsland) != std::wstring_view::npos)
+            return true;
+        if (attribute->hasValue)
+            return false;
+    }
+    return false;
 }
 
 void CHtmlTagReader::ReadSolidus()
@@ -188,13 +246,22 @@ void CHtmlTagReader::CompareFrom(std::size_t attribute)
     m_names.clear();
 }
 
+// PHP at the end may have printed more.
+void CHtmlTagReader::ReportEnd()
+{
+    const bool isQuoteLost =
+        !m_token.attributes.empty() && m_lostQuote == m_token.attributes.back().span.begin;
+    if (!isQuoteLost && !m_cursor.Text(m_token.span).ends_with(MarkupIsland))
+        m_cursor.Report(EHtmlProblem::EofInTag, m_token.span);
+}
+
 void CHtmlTagReader::Finish()
 {
     m_token.unfinished = m_cursor.IsAtEnd();
     m_cursor.Skip(m_token.unfinished ? 0 : 1);
     m_token.span.end = m_cursor.At();
     if (m_token.unfinished) {
-        m_cursor.Report(EHtmlProblem::EofInTag, m_token.span);
+        ReportEnd();
         return;
     }
     if (m_token.kind == EHtmlTokenKind::StartTag)

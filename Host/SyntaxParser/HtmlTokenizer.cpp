@@ -157,7 +157,7 @@ void CHtmlTokenizer::OpenElement(const SHtmlToken& tag)
         ReportSolidus(tag, name);
     EmitStyleAttributes(tag);
     Emit(tag);
-    if (tag.unfinished)
+    if (m_cursor.IsAtEnd())
         return;
     if (isForeign)
         m_isInStyle = name == L"style" && !tag.selfClosing;

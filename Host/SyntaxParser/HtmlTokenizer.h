@@ -21,8 +21,8 @@ protected:
     ~IHtmlTokenSink() = default;
 };
 
-/// Cuts a text into the tokens of the HTML standard, with the standard's parse errors. Linear in time; one
-/// run.
+/// Cuts a text into the tokens of the HTML standard, with the standard's parse errors. Unless it is strict,
+/// it recovers from lost quotes and ">". Linear in time; one run.
 class CHtmlTokenizer
 {
 public:
@@ -30,8 +30,8 @@ public:
     using TStyle = std::function<void(EStyleKind, SMarkupSpan)>;
 
     /// All must outlive the object.
-    CHtmlTokenizer(const IMarkupPlaces& places, IHtmlTokenSink& sink, const TStyle& style)
-        : m_places(places), m_sink(sink), m_style(style), m_cursor(places), m_tags(m_cursor)
+    CHtmlTokenizer(const IMarkupPlaces& places, IHtmlTokenSink& sink, const TStyle& style, bool isStrict)
+        : m_places(places), m_sink(sink), m_style(style), m_cursor(places), m_tags(m_cursor, !isStrict)
     {
     }
 

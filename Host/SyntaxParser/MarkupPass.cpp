@@ -3,6 +3,7 @@
 #include "SyntaxParser/CssTokenizer.h"
 #include "SyntaxParser/HtmlTokenizer.h"
 #include "SyntaxParser/MarkupText.h"
+#include "SyntaxParser/Placeholders.h"
 
 #include <algorithm>
 
@@ -13,7 +14,10 @@ namespace {
 class CMarkupPlaces final : public IMarkupPlaces
 {
 public:
-    CMarkupPlaces(std::wstring_view written, CMarkupText& text) : m_written(written), m_text(text) {}
+    CMarkupPlaces(std::wstring_view written, CMarkupText& text, bool hasPlaceholders)
+        : m_written(written), m_text(text), m_hasPlaceholders(hasPlaceholders)
+    {
+    }
 
     std::wstring_view Text() const override { return m_text.Scanned({0, m_text.Size()}); }
     std::wstring_view Written() const override { return m_written; }
@@ -30,7 +34,7 @@ public:
         return m_lines[position.y] + position.x;
     }
     bool IsCancelled() const override { return m_text.IsCancelled(); }
-    bool HasPlaceholders() const override { return false; }
+    bool HasPlaceholders() const override { return m_hasPlaceholders; }
 
 private:
     void ReadLines() const
@@ -45,6 +49,7 @@ private:
 
     std::wstring_view m_written;
     CMarkupText& m_text;
+    bool m_hasPlaceholders;
     mutable std::vector<std::size_t> m_lines; ///< where each begins
 };
 
@@ -87,12 +92,14 @@ private:
 } // namespace
 
 void RunMarkupPass(std::wstring_view written, EMarkup markup, const std::vector<SIsland>& islands,
-                   const CPrintedStrings& printed, const SGiveUp* giveUp,
-                   const std::vector<IMarkupHandler*>& handlers)
+                   const SGiveUp* giveUp, const std::vector<IMarkupHandler*>& handlers,
+                   const SMarkupPassOptions& options)
 {
-    CMarkupText text(written, printed.Without(islands), giveUp);
-    printed.Unescape(text.Scan(), MarkupIsland);
-    const CMarkupPlaces places(written, text);
+    CMarkupText text(written, options.printed ? options.printed->Without(islands) : islands, giveUp);
+    if (options.printed)
+        options.printed->Unescape(text.Scan(), MarkupIsland);
+    const bool hasPlaceholders = markup == EMarkup::Html && FillPlaceholders(text, options.isSmarty);
+    const CMarkupPlaces places(written, text, hasPlaceholders);
     std::vector<IMarkupHandler*> willing;
     std::ranges::copy_if(handlers, std::back_inserter(willing),
                          [&](IMarkupHandler* handler) { return handler->BeginMarkup(places); });
@@ -107,7 +114,7 @@ void RunMarkupPass(std::wstring_view written, EMarkup markup, const std::vector<
     if (markup == EMarkup::Css)
         style(EStyleKind::Sheet, {0, written.size()});
     else
-        CHtmlTokenizer(places, sink, style).Run();
+        CHtmlTokenizer(places, sink, style, options.isStrict).Run();
     for (IMarkupHandler* handler : willing)
         handler->EndMarkup();
 }

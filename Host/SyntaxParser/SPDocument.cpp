@@ -181,7 +181,8 @@ public:
             m_treesBuilt = true;
         }
         if (!m_markupTokens->Handlers().empty() && !IsCancelled())
-            RunMarkupPass(text, markup, islands, m_printed, &m_giveUp, m_markupTokens->Handlers());
+            RunMarkupPass(text, markup, islands, &m_giveUp, m_markupTokens->Handlers(),
+                          {.printed = &m_printed, .isSmarty = m_source.path.ends_with(L".tpl")});
         if (IsCancelled())
             return;
         m_endOfParse(this);

@@ -1,0 +1,93 @@
+#include "SyntaxParser/Placeholders.h"
+
+#include <algorithm>
+#include <iterator>
+
+namespace Kesh::SyntaxParser {
+
+namespace {
+
+/// Engines' placeholders are short; what opens one and closes much later is something else.
+constexpr std::size_t MaxSize = 2000;
+
+struct SBrackets
+{
+    std::wstring_view open;
+    std::wstring_view close;
+};
+
+constexpr SBrackets Brackets[] = {
+    {L"{{--", L"--}}"}, {L"{{{", L"}}}"}, {L"{{", L"}}"}, {L"{!!", L"!!}"},
+    {L"{%", L"%}"},     {L"{#", L"#}"},   {L"<%", L"%>"}, {L"{*", L"*}"},
+};
+/// Of any other tag of Smarty.
+constexpr SBrackets SmartyTag = {L"{", L"}"};
+
+bool BeginsSmartyTag(wchar_t c)
+{
+    return c == L'$' || c == L'/' || c == L'"' || (c >= L'a' && c <= L'z');
+}
+
+class CPlaceholderFinder
+{
+public:
+    CPlaceholderFinder(CMarkupText& text, bool isSmarty)
+        : m_text(text), m_scanned(text.Scanned({0, text.Size()})), m_isSmarty(isSmarty)
+    {
+    }
+
+    bool FillAll()
+    {
+        bool found = false;
+        for (std::size_t i = m_scanned.find_first_of(L"{<"); i != std::wstring_view::npos;
+             i = m_scanned.find_first_of(L"{<", i)) {
+            const std::size_t end = FindEnd(i);
+            if (end == std::wstring_view::npos) {
+                ++i;
+                continue;
+            }
+            std::fill(m_text.Scan() + i, m_text.Scan() + end, CMarkupText::Island);
+            found = true;
+            i = end;
+        }
+        return found;
+    }
+
+private:
+    std::size_t FindEnd(std::size_t begin)
+    {
+        const std::wstring_view rest = m_scanned.substr(begin, 4);
+        for (std::size_t kind = 0; kind < std::size(Brackets); ++kind)
+            if (rest.starts_with(Brackets[kind].open) && (Brackets[kind].open != L"{*" || m_isSmarty))
+                return FindClose(begin, kind, Brackets[kind]);
+        if (m_isSmarty && rest.size() > 1 && rest[0] == L'{' && BeginsSmartyTag(rest[1]))
+            return FindClose(begin, std::size(Brackets), SmartyTag);
+        return std::wstring_view::npos;
+    }
+
+    // Remembers where the next one of a kind closes: many may open before.
+    std::size_t FindClose(std::size_t begin, std::size_t kind, const SBrackets& brackets)
+    {
+        const std::size_t from = begin + brackets.open.size();
+        std::size_t& close = m_closes[kind];
+        if (close < from)
+            close = std::min(m_scanned.find(brackets.close, from), m_scanned.size());
+        if (close == m_scanned.size() || close - begin > MaxSize)
+            return std::wstring_view::npos;
+        return close + brackets.close.size();
+    }
+
+    CMarkupText& m_text;
+    std::wstring_view m_scanned;
+    bool m_isSmarty;
+    std::size_t m_closes[std::size(Brackets) + 1] = {};
+};
+
+} // namespace
+
+bool FillPlaceholders(CMarkupText& text, bool isSmarty)
+{
+    return CPlaceholderFinder(text, isSmarty).FillAll();
+}
+
+} // namespace Kesh::SyntaxParser
