@@ -126,6 +126,9 @@ void CCADocumentCheck::FollowWanted()
         m_markupChecker = std::make_unique<CMarkupChecker>(m_wanted.markup, m_owner, m_receiver);
         m_markupChecker->SetPath(m_path);
         m_markupChecker->Follow(*m_document);
+        if (m_htmlChecker)
+            m_htmlChecker->SetPassedOver(
+                [this](SyntaxParser::CIterator place) { return m_markupChecker->IsBroken(place); });
     }
 }
 

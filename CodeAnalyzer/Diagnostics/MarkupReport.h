@@ -29,12 +29,18 @@ public:
     /// Drops what came after so many.
     void Forget(std::size_t count) { m_found.resize(count); }
 
+    /// Says that a tag from `begin` on is not what it seems, up to the first `stop` from `end` on, and to the
+    /// ">" after it: its names are not worth telling.
+    void Break(std::size_t begin, std::size_t end, wchar_t stop);
+    bool IsBroken(SyntaxParser::CIterator place) const;
+
     /// All since Begin(), in the text's order.
     std::vector<SDiagnostic> Take();
 
 private:
     const SyntaxParser::IMarkupPlaces* m_places = nullptr;
     std::vector<SDiagnostic> m_found;
+    std::vector<SyntaxParser::SScheme> m_broken; ///< in the text's order
 };
 
 } // namespace Kesh::CodeAnalyzer

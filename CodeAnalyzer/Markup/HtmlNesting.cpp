@@ -1,7 +1,7 @@
 #include "Markup/HtmlNesting.h"
 
 #include "Markup/HtmlElements.h"
-#include "Markup/XmlText.h"
+#include "Markup/MarkupKind.h"
 
 #include <algorithm>
 #include <utility>
@@ -41,7 +41,6 @@ void CHtmlNesting::Begin()
     const SyntaxParser::IMarkupPlaces& places = m_report.Places();
     SFlow flow = FindFlow(m_tokens.All(), places);
     m_isMarkup = flow.sound && !(places.HasPlaceholders() && HasBlocks(places.Written())) && !IsXml(places);
-    m_isXhtml = places.Written().find(L"http://www.w3.org/1999/xhtml") != std::wstring_view::npos;
     m_events.Begin(places, std::move(flow));
 }
 
@@ -66,8 +65,7 @@ void CHtmlNesting::End()
         AddLeftOver(verdict);
     AddHalves(verdict);
     for (const SNestingFault& fault : verdict.faults)
-        if (fault.fault != ENestingFault::SelfClosing || !m_isXhtml)
-            Tell(fault);
+        Tell(fault);
 }
 
 // With the help of indentation where that makes a function, or the whole, come out even.
@@ -192,6 +190,7 @@ void CHtmlNesting::Tell(const SNestingFault& fault)
     case ENestingFault::VoidEnd:
     case ENestingFault::HalfClosed:
     case ENestingFault::OneBranch: TellEndTag(fault); return;
+    case ENestingFault::SelfClosing: return;
     default: TellPlace(fault);
     }
 }
@@ -316,10 +315,6 @@ void CHtmlNesting::TellPlace(const SNestingFault& fault)
     };
     std::int32_t code = 0;
     switch (fault.fault) {
-    case ENestingFault::SelfClosing:
-        code = Code::SelfClosingTag;
-        details.arguments.push_back(EndTagOf(fault.at));
-        break;
     case ENestingFault::BlockInParagraph:
         code = Code::BlockInParagraph;
         relate("The end tag that closes nothing");

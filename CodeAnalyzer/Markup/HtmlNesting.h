@@ -41,7 +41,6 @@ private:
     CTemplateTokens m_tokens;
     CNestingEvents m_events;
     bool m_isMarkup = false; ///< HTML that can be judged
-    bool m_isXhtml = false;  ///< to which `/>` is an end
 };
 
 } // namespace Kesh::CodeAnalyzer

@@ -107,6 +107,8 @@ void CHtmlSyntaxChecker::CheckAttribute(const SSemanticTreeNode& tag, const SSem
 
 void CHtmlSyntaxChecker::UnknownTagError(const SSemanticTreeNode& tag)
 {
+    if (m_isPassedOver && m_isPassedOver(tag.span.start))
+        return;
     m_errors.push_back({{tag.span, Code::UnknownTag, SeverityError}, {}});
     if (m_details)
         m_errors.back().details = m_details->OfTag(tag);
@@ -115,6 +117,8 @@ void CHtmlSyntaxChecker::UnknownTagError(const SSemanticTreeNode& tag)
 void CHtmlSyntaxChecker::UnknownAttributeError(const SSemanticTreeNode& tag,
                                                const SSemanticTreeNode& attribute)
 {
+    if (m_isPassedOver && m_isPassedOver(attribute.span.start))
+        return;
     m_errors.push_back({{attribute.span, Code::UnknownAttribute, SeverityError}, {}});
     if (m_details)
         m_errors.back().details = m_details->OfAttribute(tag, attribute);

@@ -8,6 +8,7 @@
 
 #include <boost/shared_ptr.hpp>
 #include <boost/signals2/connection.hpp>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
@@ -30,6 +31,11 @@ public:
                        SDK::IApplication* application, IErrorsReceiver* errorsManager,
                        CHtmlCustomItemsKeeper* customItems);
 
+    /// Has names be passed over where the function says so of their place.
+    void SetPassedOver(std::function<bool(SyntaxParser::CIterator)> isPassedOver)
+    {
+        m_isPassedOver = std::move(isPassedOver);
+    }
     /// Whether to say more of errors than their records do.
     void SetDetailed(bool detailed);
     /// Checks the trees of the parse that has just ended and posts what is wrong. Worker thread.
@@ -49,7 +55,8 @@ private:
     std::vector<SDiagnostic> m_errors; ///< of the last run
     ICheckOwner* m_owner;
     std::shared_ptr<const CMarkupNames> m_names;
-    std::optional<CNameDetails> m_details; ///< when asked for
+    std::function<bool(SyntaxParser::CIterator)> m_isPassedOver; ///< empty: nowhere
+    std::optional<CNameDetails> m_details;                       ///< when asked for
     boost::signals2::scoped_connection m_connection;
 };
 

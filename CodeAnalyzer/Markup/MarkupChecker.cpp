@@ -2,7 +2,9 @@
 
 #include "Diagnostics/DiagnosticList.h"
 #include "Diagnostics/ErrorsReceiver.h"
+#include "Markup/HtmlAttributes.h"
 #include "Markup/HtmlNesting.h"
+#include "Markup/HtmlProblems.h"
 #include "Markup/StylePart.h"
 
 #include <boost/pointer_cast.hpp>
@@ -23,6 +25,8 @@ CMarkupChecker::CMarkupChecker(const IMarkupCheck* wanted, ICheckOwner* owner, I
 {
     m_parts.push_back(std::make_unique<CHtmlNesting>(m_report));
     m_parts.push_back(std::make_unique<CStylePart>(m_report));
+    m_parts.push_back(std::make_unique<CHtmlProblems>(m_report));
+    m_parts.push_back(std::make_unique<CHtmlAttributes>(m_report));
 }
 
 void CMarkupChecker::Follow(ISPDocument& document)
@@ -43,10 +47,12 @@ void CMarkupChecker::Follow(ISPDocument& document)
 bool CMarkupChecker::BeginMarkup(const SyntaxParser::IMarkupPlaces& places)
 {
     m_found.clear();
+    m_isChecked = false;
     if (m_owner)
         m_path = m_owner->GetFilePath();
     if (!m_wanted->IsWanted(m_path))
         return false;
+    m_isChecked = true;
     m_report.Begin(places);
     for (const auto& part : m_parts)
         part->Begin();

@@ -1,9 +1,9 @@
 #pragma once
 
+#include "Diagnostics/MarkupReport.h"
 #include "Kesh/CodeAnalyzer/IMarkupCheck.h"
 #include "Kesh/SyntaxParser/ISPDocument.h"
 #include "Markup/MarkupPart.h"
-#include "Diagnostics/MarkupReport.h"
 
 #include <boost/signals2/connection.hpp>
 #include <memory>
@@ -31,6 +31,9 @@ public:
 
     void ForgetOwner() { m_owner = nullptr; }
 
+    /// Whether a place of the last pass lies in a tag that is broken, so that its names say nothing.
+    bool IsBroken(SyntaxParser::CIterator place) const { return m_isChecked && m_report.IsBroken(place); }
+
     bool BeginMarkup(const SyntaxParser::IMarkupPlaces& places) override;
     void AddHtml(const SyntaxParser::SHtmlToken& token) override;
     void AddProblem(SyntaxParser::EHtmlProblem problem, SyntaxParser::SMarkupSpan span) override;
@@ -48,6 +51,7 @@ private:
     std::wstring m_path;
     CMarkupReport m_report;
     std::vector<std::unique_ptr<IMarkupPart>> m_parts;
+    bool m_isChecked = false;         ///< the last pass
     std::vector<SDiagnostic> m_found; ///< of the last pass
     boost::signals2::scoped_connection m_connection;
 };

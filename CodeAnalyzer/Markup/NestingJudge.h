@@ -15,7 +15,7 @@ enum class ENestingFault : std::uint8_t {
     Crossed,          ///< the end tag `at` comes before that of `other`
     Mismatched,       ///< the end tag `at` stands where one for `other` is due
     VoidEnd,          ///< `at` ends what has no content
-    SelfClosing,      ///< `at` has a slash that does nothing
+    SelfClosing,      ///< `at` has a slash that does nothing; the tokenizer tells it
     BlockInParagraph, ///< the block `at` has ended the paragraph whose end tag is `other`
     Alone,            ///< `at` stands in `other`, which is of its kind
     TextInTable,      ///< the text `at` stands in `other`

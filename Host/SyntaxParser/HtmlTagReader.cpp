@@ -5,6 +5,7 @@
 #include "SyntaxParser/LostQuotes.h"
 
 #include <algorithm>
+#include <iterator>
 
 namespace Kesh::SyntaxParser {
 
@@ -117,14 +118,17 @@ void CHtmlTagReader::ReadValue(SHtmlAttribute& attribute)
 void CHtmlTagReader::ReadQuoted(SHtmlAttribute& attribute)
 {
     const std::size_t firstProblem = m_cursor.CountProblems();
-    const wchar_t stops[] = {m_cursor.Peek(), L'&'};
+    const wchar_t stops[] = {m_cursor.Peek(), L'&', L'<'};
     m_cursor.Skip();
     attribute.value.begin = m_cursor.At();
     for (;;) {
-        m_cursor.SkipTo(std::wstring_view(stops, 2));
-        if (m_cursor.Peek() != L'&')
+        m_cursor.SkipTo(std::wstring_view(stops, std::size(stops)));
+        if (m_cursor.Peek() == L'&')
+            ReadHtmlReference(m_cursor, true);
+        else if (m_cursor.Peek() == L'<')
+            SkipInValue();
+        else
             break;
-        ReadHtmlReference(m_cursor, true);
     }
     attribute.value.end = attribute.span.end = m_cursor.At();
     if ((m_recovers && RecoverValue(attribute, firstProblem)) || m_cursor.IsAtEnd())
@@ -132,6 +136,24 @@ void CHtmlTagReader::ReadQuoted(SHtmlAttribute& attribute)
     m_cursor.Skip();
     attribute.span.end = m_cursor.At();
     CheckAfterQuoted();
+}
+
+// A "<" in a value. Tags of template engines are replaced before browsers see their quotes.
+void CHtmlTagReader::SkipInValue()
+{
+    std::size_t ahead = m_cursor.Peek(1) == L'/' ? 2 : 1;
+    const std::size_t name = ahead;
+    while (CHtmlCursor::IsLetter(m_cursor.Peek(ahead)))
+        ++ahead;
+    const bool isPrefixed =
+        ahead > name && m_cursor.Peek(ahead) == L':' && CHtmlCursor::IsLetter(m_cursor.Peek(ahead + 1));
+    m_cursor.Skip();
+    if (!m_recovers || !isPrefixed)
+        return;
+    const std::size_t begin = m_cursor.At();
+    m_cursor.SkipTo(L"<>");
+    if (m_cursor.Peek() != L'>')
+        m_cursor.MoveTo(begin);
 }
 
 void CHtmlTagReader::ReadBare(SHtmlAttribute& attribute)

@@ -23,6 +23,7 @@ private:
     void ReadAttributeName(SHtmlAttribute& attribute);
     void ReadValue(SHtmlAttribute& attribute);
     void ReadQuoted(SHtmlAttribute& attribute);
+    void SkipInValue();
     void ReadBare(SHtmlAttribute& attribute);
     void CheckAfterQuoted();
     bool IsNextTag() const;

@@ -17,8 +17,8 @@ struct SBrackets
 };
 
 constexpr SBrackets Brackets[] = {
-    {L"{{--", L"--}}"}, {L"{{{", L"}}}"}, {L"{{", L"}}"}, {L"{!!", L"!!}"},
-    {L"{%", L"%}"},     {L"{#", L"#}"},   {L"<%", L"%>"}, {L"{*", L"*}"},
+    {L"{{--", L"--}}"}, {L"{{{", L"}}}"}, {L"{{", L"}}"}, {L"{!!", L"!!}"}, {L"{%", L"%}"},
+    {L"{#", L"#}"},     {L"<%", L"%>"},   {L"<#", L"#>"}, {L"{*", L"*}"},
 };
 /// Of any other tag of Smarty.
 constexpr SBrackets SmartyTag = {L"{", L"}"};

@@ -136,6 +136,7 @@ TEST(HtmlTokens, RecoverFromLostQuotesAndEnds)
         {"<a b='c>d", "!unclosed-attribute-value('c) <a[b=c] Td"},
         {"<a b=\"c d", "!unclosed-attribute-value(\"c d) <a[b=c d]..."},
         // Nothing is lost.
+        {"<a b=\"<x:y z=\"c\"/>\" d=\"<x:y e='\">' f\">", "<a[b=<x:y z=\"c\"/>][d=<x:y e='\">' f]"},
         {"<a b=\"<i>c</i> d=\" e=\"f > g\">", "<a[b=<i>c</i> d=][e=f > g]"},
         {"<a b=\"c\"d=\"e\">", "!missing-whitespace-between-attributes(d) <a[b=c][d=e]"},
         {"<p a=\"b\"\n<i>c", "!unclosed-tag(<p a=\"b\") <p[a=b]... <i Tc"},

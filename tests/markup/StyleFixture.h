@@ -49,7 +49,8 @@ private:
 /// Hands a style on; PHP in it is an island.
 inline void PassStyle(const std::wstring& text, CStyleHandler& handler)
 {
-    SyntaxParser::RunMarkupPass(text, SyntaxParser::EMarkup::Css, SyntaxParser::FindIslands(text), nullptr, {&handler});
+    SyntaxParser::RunMarkupPass(text, SyntaxParser::EMarkup::Css, SyntaxParser::FindIslands(text), nullptr,
+                                {&handler});
 }
 
 /// What a check of a style finds.
