@@ -143,7 +143,7 @@ TEST_F(Nesting, IsGuidedByIndentation)
     Expect({
         {"<div>\n  <div>\n    <b>x</b>\n  <div>\n    y\n  </div>\n</div>\n", "2102 2:11-2:12"},
         {"<div>\n  <div>\n    x\n  </div>\n    </div>\n</div>\n", "2101 4:4-4:10"},
-        {"<ul>\n    <li>x</li>\n    <li>y\n        z\n    </ol>\n</ul>\n", "2114 1:15-1:16"},
+        {"<ul>\n    <li>x</li>\n    <li>y\n        z\n    </ol>\n</ul>\n", "2114 2:8-2:9"},
         // Uneven, but even enough.
         {"<div>\n<div>\n    x\n  </div>\n    </div>\n", ""},
     });
