@@ -2,6 +2,7 @@
 
 #include "Markup/HtmlElements.h"
 #include "Markup/MarkupKind.h"
+#include "Markup/ScriptBlocks.h"
 
 #include <algorithm>
 #include <utility>
@@ -29,7 +30,7 @@ std::map<std::wstring, std::uint32_t> CountNames(const CNestingEvents& events,
 /// Whether the placeholders of a template engine are of those that take or leave what they surround.
 bool HasBlocks(std::wstring_view text)
 {
-    constexpr std::wstring_view Signs[] = {L"{%", L"<%", L"<#", L"{{#", L"{{/", L"{{^", L"{if", L"{foreach"};
+    constexpr std::wstring_view Signs[] = {L"{%", L"<%", L"{{#", L"{{/", L"{{^", L"{if", L"{foreach"};
     return std::ranges::any_of(
         Signs, [&](std::wstring_view sign) { return text.find(sign) != std::wstring_view::npos; });
 }
@@ -40,6 +41,7 @@ void CHtmlNesting::Begin()
 {
     const SyntaxParser::IMarkupPlaces& places = m_report.Places();
     SFlow flow = FindFlow(m_tokens.All(), places);
+    AddScriptBlocks(flow, places);
     m_isMarkup = flow.sound && !(places.HasPlaceholders() && HasBlocks(places.Written())) && !IsXml(places);
     m_events.Begin(places, std::move(flow));
 }

@@ -166,6 +166,10 @@ void CHtmlProblems::JudgeInTag(const SProblem& problem, const SHtmlToken& tag)
 void CHtmlProblems::JudgeComment(const SProblem& problem, const SHtmlToken& comment)
 {
     const std::wstring_view text = m_report.Places().Text(comment.span);
+    const bool isPrinted = comment.span.begin > 0 &&
+                           m_report.Places().Text()[comment.span.begin - 1] == SyntaxParser::MarkupIsland;
+    if (isPrinted && problem.problem == EHtmlProblem::UnexpectedQuestionMarkInsteadOfTagName)
+        return; // PHP that writes PHP
     if (IsOfDoctype(problem.problem) && problem.problem != EHtmlProblem::EofInDoctype) {
         m_report.Add(Code::MalformedDoctype, comment.span);
     } else if (problem.problem == EHtmlProblem::NestedComment) {

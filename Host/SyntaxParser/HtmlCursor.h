@@ -45,6 +45,11 @@ public:
         m_at = std::min(m_text.find_first_of(stops, m_at), m_text.size());
     }
     void SkipTo(wchar_t stop) { m_at = std::min(m_text.find(stop, m_at), m_text.size()); }
+    /// The same as it is written.
+    std::wstring_view Written(SMarkupSpan span) const
+    {
+        return m_written.substr(span.begin, span.end - span.begin);
+    }
     std::wstring_view Text(SMarkupSpan span) const
     {
         return m_text.substr(span.begin, span.end - span.begin);

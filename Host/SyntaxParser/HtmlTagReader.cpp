@@ -213,13 +213,19 @@ void CHtmlTagReader::RecoverTag()
         m_cursor.Report(EHtmlProblem::UnclosedTag, {m_token.span.begin, end});
 }
 
-// Whether PHP between the attributes may have printed the ">": after it there is only what may be text.
+// Whether PHP between the attributes may have printed the ">", as a piece of a string that ends with one:
+// after it there is only what may be text.
 bool CHtmlTagReader::MayIslandClose() const
 {
-    if (m_cursor.Text(m_token.name).find(MarkupIsland) != std::wstring_view::npos)
+    const auto mayPrintEnd = [this](SMarkupSpan part) {
+        const std::wstring_view php = m_cursor.Written(part);
+        return m_cursor.Text(part).find(MarkupIsland) != std::wstring_view::npos &&
+               (php.find(L">'") != std::wstring_view::npos || php.find(L">\"") != std::wstring_view::npos);
+    };
+    if (mayPrintEnd(m_token.name))
         return true;
     for (auto attribute = m_token.attributes.rbegin(); attribute != m_token.attributes.rend(); ++attribute) {
-        if (m_cursor.Text(attribute->name).find(MarkupIsland) != std::wstring_view::npos)
+        if (mayPrintEnd(attribute->name))
             return true;
         if (attribute->hasValue)
             return false;

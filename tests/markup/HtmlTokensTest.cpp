@@ -146,9 +146,10 @@ TEST(HtmlTokens, RecoverFromLostQuotesAndEnds)
         {"<p It's me</p>", "!unclosed-tag(<p It's me) <p[It's][me]... /p"},
         {"<p a=b<!--c-->", "!unclosed-tag(<p a=b) <p[a=b]... C<!--c-->"},
         {"<p a < b>", "!unexpected-character-in-attribute-name(<) <p[a][<][b]"},
-        // PHP may have printed the end.
+        // PHP may have printed the end, if it ends a string.
+        {"<p <?= $a ? 'b>' : '>' ?> a</p>", "<p[#][a]... /p"},
         {"<p <?= 1 ?> a</p><p <?= 1 ?> a='b' <i>",
-         "<p[#][a]... /p !unclosed-tag(<p # a='b') <p[#][a=b]... <i"},
+         "!unclosed-tag(<p # a) <p[#][a]... /p !unclosed-tag(<p # a='b') <p[#][a=b]... <i"},
     };
     for (const auto& [text, tokens] : cases)
         EXPECT_EQ(CPrinter::Of(text), tokens) << text;

@@ -106,6 +106,11 @@ TEST_F(Nesting, FollowsTheBranchesOfATemplate)
         // Branches that are left.
         {"<i><?php if ($a) { ?><b>x<?php return; } ?></i>", ""},
         {"<?php while ($a) { ?><i><?php if ($b) { ?></i><?php continue; } ?>x</i><?php }", ""},
+        // Templates for scripts between PHP.
+        {"<i><# if ( data.a ) { #><b class=x><# } else { #><b><# } #>{{ data.b }}</b></i>", ""},
+        {"<i><# _.each( data.a, function( b ) { #><b><?php f() ?></b><# }); #></i></b>", ""},
+        {"<i><# if ( data.a ) { #><b>x<# } #></i>", "2113 0:35-0:36"},
+        {"<i><# if ( data.a ) { #><?php if ($a): ?><b><# } #><?php endif ?></i></u>", ""},
         // Functions stand for themselves.
         {"<?php function open() { ?><div><?php } function close() { ?></div><?php }", ""},
         {"<?php function open() { ?><div><?php }", "2115 0:26-0:31"},
