@@ -316,7 +316,7 @@ void CNestingJudge::GiveUp(SOpenItem& item, std::uint32_t at)
     if (!item.IsElement()) {
         if (!item.conditional->isLoop || at != NoEvent)
             for (const TOpen& branch : item.conditional->branches)
-                LeaveOpen(branch);
+                LeaveOpen(branch, at);
         return;
     }
     const SNestingEvent& tag = Event(item.event);
@@ -334,11 +334,11 @@ void CNestingJudge::GiveUp(SOpenItem& item, std::uint32_t at)
     Here().reopened.push_back(static_cast<std::uint32_t>(m_verdict.faults.size() - 1));
 }
 
-void CNestingJudge::LeaveOpen(const TOpen& items)
+void CNestingJudge::LeaveOpen(const TOpen& items, std::uint32_t at)
 {
     for (const SOpenItem& item : items)
         if (item.IsElement() && !IsOptional(item) && !Event(item.event).dynamic) {
-            Report(ENestingFault::LeftInBranch, item.suspect, item.event);
+            Report(ENestingFault::LeftInBranch, item.suspect != NoEvent ? item.suspect : at, item.event);
             return;
         }
 }

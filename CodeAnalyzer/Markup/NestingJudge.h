@@ -120,7 +120,7 @@ private:
     bool CloseConditional(SOpenItem& item, std::uint32_t event);
     std::size_t ByIndent(std::size_t found, std::uint32_t event);
     void GiveUp(SOpenItem& item, std::uint32_t at);
-    void LeaveOpen(const TOpen& items);
+    void LeaveOpen(const TOpen& items, std::uint32_t at);
 
     void OnFlow(const SFlowMark& mark);
     void BeginSequence(bool isScope);

@@ -118,7 +118,7 @@ bool Merge(std::vector<SFlowMark>& marks, std::vector<SFlowMark> others)
 
 void AddScriptBlocks(SFlow& flow, const SyntaxParser::IMarkupPlaces& places)
 {
-    const std::wstring_view text = places.Text();
+    const std::wstring_view text = places.Written();
     SFlow blocks;
     CBlockReader reader(text, blocks);
     for (std::size_t i = text.find(L"<#"); i != npos; i = text.find(L"<#", i + 2)) {
