@@ -342,7 +342,7 @@ bool CBlockFinder::MendPrelude(TTokenIndex index)
     const TTokenIndex declaration = DeclarationIn({first, index});
     if (declaration == None)
         return false;
-    if (declaration == first && !isWanted)
+    if (!isWanted && (declaration == first || IsProperty(first)))
         return false;
     if (m_text.IsTouched(STokens{first, index}))
         return false;

@@ -51,6 +51,8 @@ void CStyleChecker::Begin(SyntaxParser::EStyleKind kind, SMarkupSpan whole)
 
 void CStyleChecker::End()
 {
+    if (IsTemplate())
+        return;
     const std::size_t before = m_report.Count();
     if (!CheckTokens())
         return;
@@ -69,11 +71,25 @@ void CStyleChecker::End()
         m_report.Forget(before);
 }
 
+// Whether a template of a script stands in an attribute, as in "{{ width }}" and "<# if #>".
+bool CStyleChecker::IsTemplate() const
+{
+    const std::wstring_view text = m_text.Places().Text(m_text.Whole());
+    if (m_kind != SyntaxParser::EStyleKind::Attribute)
+        return false;
+    for (const std::wstring_view mark : {L"{{", L"<#", L"<%", L"${", L"{%"})
+        if (text.find(mark) != std::wstring_view::npos)
+            return true;
+    return false;
+}
+
 // Tokens that are wrong in themselves. False: what follows cannot be made out.
 bool CStyleChecker::CheckTokens()
 {
     for (TTokenIndex i = 0; i < m_text.Size(); ++i) {
         const SStyleToken& token = m_text[i];
+        if (token.kind != EStyleTokenKind::Comment && m_text.IsTouched(i))
+            continue; // PHP may print the end, and more
         switch (token.kind) {
         case EStyleTokenKind::Comment:
             if (token.unfinished)
@@ -171,7 +187,7 @@ void CStyleChecker::Declare(const SStyleDeclaration& declaration)
         return;
     const std::string name = m_text.NameOf(declaration.name);
     if (name.starts_with("--")) {
-        m_values.CheckCustom(declaration.value);
+        m_values.CheckCustom(declaration.name, declaration.value);
         return;
     }
     if (name.starts_with("mso-") || name.find("filter") != std::string::npos)

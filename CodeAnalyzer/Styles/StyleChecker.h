@@ -30,6 +30,7 @@ private:
     void Declare(const SStyleDeclaration& declaration) override;
     void FindForeign() override { m_isForeign = true; }
 
+    bool IsTemplate() const;
     bool CheckTokens();
     bool ReportString(TTokenIndex token);
     void ReportFaults(const SBlocks& blocks);

@@ -39,6 +39,7 @@ public:
     void Hide(TTokenIndex index) { m_tokens[index].kind = EStyleTokenKind::Comment; }
 
     const SyntaxParser::IMarkupPlaces& Places() const { return *m_places; }
+    SMarkupSpan Whole() const { return m_whole; }
     TTokenIndex Size() const { return m_tokens.size(); }
     const SStyleToken& operator[](TTokenIndex index) const { return m_tokens[index]; }
     EStyleTokenKind KindOf(TTokenIndex index) const { return m_tokens[index].kind; }

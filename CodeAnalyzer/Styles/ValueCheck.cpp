@@ -46,10 +46,10 @@ void CValueCheck::CheckDeclaration(const SStyleDeclaration& declaration, TSyntax
         return;
     const std::string property = m_text.NameOf(declaration.name);
     const bool isVendor = syntax == NoSyntax && property[0] == '-';
-    if (isVendor && !CheckFunctions(property, value))
+    if (isVendor && !CheckFunctions(property, value, SeverityError))
         return;
     if (IsUnjudged(value)) {
-        CheckFunctions(property, value);
+        CheckFunctions(property, value, SeverityError);
         return;
     }
     if (!m_parts.Read(m_text, *m_blocks, value) || !CheckMath() || syntax == NoSyntax)
@@ -127,21 +127,25 @@ bool CValueCheck::CheckUnit(TTokenIndex token, std::int32_t severity)
     return false;
 }
 
-void CValueCheck::CheckCustom(STokens value)
+void CValueCheck::CheckCustom(TTokenIndex name, STokens value)
 {
-    if (value.end != value.begin + 1 || m_text.IsTouched(value) ||
-        m_text.Text(value.begin).find(L'\\') != std::wstring_view::npos)
+    if (m_text.IsTouched(value))
         return;
-    const TTokenIndex token = value.begin;
-    if (m_text.Is(token, EStyleTokenKind::Dimension))
-        CheckUnit(token, SeverityWarning);
-    else if (m_text.Is(token, EStyleTokenKind::Hash) && !IsHexColour(token) &&
-             m_text.Text(token).find_first_of(L"0123456789") != std::wstring_view::npos)
-        m_findings.Report(Code::InvalidHexColour, token, {}, {}, SeverityWarning);
+    for (TTokenIndex i = value.begin; i < value.end; ++i) {
+        const std::wstring_view text = m_text.Text(i);
+        if (m_text.Is(i, EStyleTokenKind::CurlyOpen) || text.find(L'\\') != std::wstring_view::npos)
+            return;
+        if (m_text.Is(i, EStyleTokenKind::Dimension))
+            CheckUnit(i, SeverityWarning);
+        else if (m_text.Is(i, EStyleTokenKind::Hash) && !IsHexColour(i) &&
+                 text.find_first_of(L"0123456789") != std::wstring_view::npos)
+            m_findings.Report(Code::InvalidHexColour, i, {}, {}, SeverityWarning);
+    }
+    CheckFunctions(m_text.NameOf(name), value, SeverityWarning);
 }
 
 // Functions that nobody knows, in values that are not judged otherwise.
-bool CValueCheck::CheckFunctions(const std::string& property, STokens value)
+bool CValueCheck::CheckFunctions(const std::string& property, STokens value, std::int32_t severity)
 {
     for (TTokenIndex i = value.begin; i < value.end; ++i) {
         if (!m_text.Is(i, EStyleTokenKind::Function) || m_text.IsTouched(i))
@@ -156,7 +160,7 @@ bool CValueCheck::CheckFunctions(const std::string& property, STokens value)
             continue;
         const SMarkupSpan span = m_text[i].span;
         m_findings.Unknown(Code::InvalidStyleValue, {span.end - 1 - plain.size(), span.end - 1}, nearest,
-                           {{"name", property}});
+                           {{"name", property}}, severity);
         return false;
     }
     return true;

@@ -19,7 +19,7 @@ public:
     /// NoSyntax judges only what every value has: units, colours, calculations.
     void CheckDeclaration(const SStyleDeclaration& declaration, StyleTables::TSyntax syntax);
     /// What an author named himself may be anything; a unit or colour that is none hardly is meant.
-    void CheckCustom(STokens value);
+    void CheckCustom(TTokenIndex name, STokens value);
     /// The value of a media feature.
     void CheckFeature(STokens name, STokens value, StyleTables::TSyntax syntax);
 
@@ -27,7 +27,7 @@ private:
     bool StripImportant(const SStyleDeclaration& declaration, STokens& value);
     bool CheckUnits(STokens value);
     bool CheckUnit(TTokenIndex token, std::int32_t severity);
-    bool CheckFunctions(const std::string& property, STokens value);
+    bool CheckFunctions(const std::string& property, STokens value, std::int32_t severity);
     bool CheckCommas(STokens value);
     bool IsUnjudged(STokens value) const;
     bool CheckMath();
