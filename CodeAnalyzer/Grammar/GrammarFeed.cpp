@@ -7,6 +7,17 @@ namespace Kesh::CodeAnalyzer {
 using SyntaxParser::EPhpTokenClass;
 using SyntaxParser::EPhpTokenKind;
 
+namespace {
+
+/// Whether the name of a member follows.
+bool ReachesMember(EPhpTokenKind kind)
+{
+    return kind == EPhpTokenKind::Arrow || kind == EPhpTokenKind::NullsafeArrow ||
+           kind == EPhpTokenKind::DoubleColon;
+}
+
+} // namespace
+
 wchar_t CGrammarFeed::NextCharacter(std::uint32_t token) const
 {
     const wchar_t* p = m_tokens[token].text + m_tokens[token].size;
@@ -33,10 +44,14 @@ EPhpTokenKind CGrammarFeed::KindInPlace(const SGrammarParse& parse, std::uint32_
     }
     if (!IsWordKind(kind) || kind == K::HaltCompiler)
         return kind;
-    const bool afterRef = (before == K::BitAnd || before == K::BitAndBeforeVariable) && token > 1 &&
-                          m_tokens[token - 2].kind == K::Function;
-    if (before == K::Arrow || before == K::NullsafeArrow || before == K::DoubleColon ||
-        before == K::Function || afterRef)
+    if (ReachesMember(before))
+        return K::Identifier;
+    const bool afterRef = (before == K::BitAnd || before == K::BitAndBeforeVariable) && token > 1;
+    const std::uint32_t word = token - (afterRef ? 2 : 1);
+    // `function` declares something only where it is no name itself.
+    if ((afterRef || token > 0) && m_tokens[word].kind == K::Function &&
+        (word == 0 || !ReachesMember(m_tokens[word - 1].kind)) &&
+        (word == 0 || m_tokens[word - 1].kind != K::Const))
         return K::Identifier;
     if (kind == K::Match && m_version < 800 && NextCharacter(token) != L'(')
         return K::Identifier;

@@ -69,7 +69,7 @@ void CTargetRules::Assign(const SGrammarValue& target, const SGrammarValue& op, 
         if (target.kind == EValue::ArrayLiteral)
             Needs(EFeature::ShortList, target);
         Destructure(target);
-        if ((target.flags & ByReference) && !IsPlace(value))
+        if ((target.flags & ByReference) && !IsPlace(Ungrouped(value)))
             Report(Code::NotAssignable, value);
     } else {
         CheckTarget(target, op.first);
