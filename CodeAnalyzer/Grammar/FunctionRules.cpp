@@ -198,8 +198,6 @@ void CFunctionRules::EndPromotion()
 void CFunctionRules::BeginParameterHooks(const SGrammarValue& brace)
 {
     Needs(EFeature::PropertyHook, brace);
-    if (!Function().promotion.set)
-        Report(Code::PromotionMisused, brace);
 }
 
 void CFunctionRules::DefaultValue(const SGrammarValue& value)

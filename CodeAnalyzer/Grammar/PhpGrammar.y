@@ -568,14 +568,20 @@ parameter_list:
 parameter:
     parameter_head              { rules.functions.EndParameter(); }
 |   parameter_head "=" expr     { rules.functions.DefaultValue($3); rules.functions.EndParameter(); }
-|   parameter_head "{"          { rules.functions.BeginParameterHooks($2); } hooks "}" { rules.functions.EndParameter(); }
-|   parameter_head "=" expr "{" { rules.functions.DefaultValue($3); rules.functions.BeginParameterHooks($4); } hooks "}" { rules.functions.EndParameter(); }
+|   promoted                    { rules.functions.EndParameter(); }
+|   promoted "=" expr           { rules.functions.DefaultValue($3); rules.functions.EndParameter(); }
+|   promoted "{"                { rules.functions.BeginParameterHooks($2); } hooks "}" { rules.functions.EndParameter(); }
+|   promoted "=" expr "{"       { rules.functions.DefaultValue($3); rules.functions.BeginParameterHooks($4); } hooks "}" { rules.functions.EndParameter(); }
 ;
 
 parameter_head:
     bare_parameter
-|   modifiers                   { rules.functions.BeginPromotion($1); } bare_parameter { rules.functions.EndPromotion(); }
 |   attributes bare_parameter
+;
+
+/* Only what becomes a property may have hooks: elsewhere a brace means that `)` is missing. */
+promoted:
+    modifiers                   { rules.functions.BeginPromotion($1); } bare_parameter { rules.functions.EndPromotion(); }
 |   attributes modifiers        { rules.functions.BeginPromotion($2); } bare_parameter { rules.functions.EndPromotion(); }
 ;
 
@@ -1001,9 +1007,14 @@ TGrammarSymbol OffsetBraceSymbol()
     return T_OffsetBrace;
 }
 
-int CGrammarProbe::Top() const
+int CGrammarProbe::SymbolAt(std::size_t depth) const
 {
-    return m_above.empty() ? m_below[m_depth] : m_above.back();
+    return yystos[StateAt(depth)];
+}
+
+bool CGrammarProbe::ShiftsAt(std::size_t depth, TGrammarSymbol symbol) const
+{
+    return Action(StateAt(depth), symbol) > 0;
 }
 
 void CGrammarProbe::Drop(int count)
@@ -1019,7 +1030,7 @@ void CGrammarProbe::Drop(int count)
 bool CGrammarProbe::Take(TGrammarSymbol symbol)
 {
     for (;;) {
-        const int action = Action(Top(), symbol);
+        const int action = Action(StateAt(Depth()), symbol);
         if (action == 0)
             return false;
         if (action > 0) {
@@ -1027,7 +1038,7 @@ bool CGrammarProbe::Take(TGrammarSymbol symbol)
             return true;
         }
         Drop(yyr2[-action]);
-        m_above.push_back(static_cast<std::int16_t>(Goto(Top(), -action)));
+        m_above.push_back(static_cast<std::int16_t>(Goto(StateAt(Depth()), -action)));
     }
 }
 
