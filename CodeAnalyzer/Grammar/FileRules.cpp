@@ -9,9 +9,17 @@ void CFileRules::Begin()
     m_namespaces = ENamespaces::None;
     m_inNamespaceBraces = m_anyStatement = m_anyCode = false;
     m_useItems.clear();
+    m_usePrefix = NoToken;
+    BeginNames(NoToken);
+    m_strictTypes = false;
+}
+
+// A namespace of that name begins, where nothing is imported or declared yet.
+void CFileRules::BeginNames(std::uint32_t namespaceName)
+{
+    m_scopes.namespaceName = namespaceName;
     m_imports.clear();
     m_declared.clear();
-    m_strictTypes = false;
 }
 
 // One statement of the file, or of a namespace in braces, is complete.
@@ -52,8 +60,7 @@ void CFileRules::NamespaceStatement(const SGrammarValue& word)
         Report(Code::NamespaceNotFirst, word);
     m_namespaces = ENamespaces::Plain;
     m_anyStatement = m_anyCode = true;
-    m_imports.clear();
-    m_declared.clear();
+    BeginNames(word.first + 1);
 }
 
 void CFileRules::BeginNamespace(const SGrammarValue& word)
@@ -67,20 +74,19 @@ void CFileRules::BeginNamespace(const SGrammarValue& word)
     m_namespaces = ENamespaces::Braces;
     m_inNamespaceBraces = true;
     m_anyStatement = m_anyCode = true;
-    m_imports.clear();
-    m_declared.clear();
+    const std::uint32_t next = word.first + 1;
+    BeginNames(Tokens()[next].kind == SyntaxParser::EPhpTokenKind::OpenBrace ? NoToken : next);
 }
 
 void CFileRules::EndNamespace()
 {
     m_inNamespaceBraces = false;
-    m_imports.clear();
-    m_declared.clear();
+    BeginNames(NoToken);
 }
 
-void CFileRules::UseItem(const SGrammarValue& /*name*/, const SGrammarValue& alias)
+void CFileRules::UseItem(const SGrammarValue& name, const SGrammarValue& alias)
 {
-    m_useItems.push_back({alias.first, ImportClass, false});
+    m_useItems.push_back({name.first, alias.first, ImportClass, false, {}});
 }
 
 void CFileRules::RetypeUse(EImport import)
@@ -106,6 +112,34 @@ std::wstring NameKey(EImport type, std::wstring_view name)
 
 } // namespace
 
+std::wstring CFileRules::FullName(EImport type, const SImport& item) const
+{
+    std::wstring name(Text(item.name));
+    if (m_usePrefix != NoToken)
+        name = std::wstring(Text(m_usePrefix)) + L'\\' + name;
+    if (name.starts_with(L'\\'))
+        name.erase(0, 1);
+    return NameKey(type, name);
+}
+
+// What a name declared here is called in full.
+std::wstring CFileRules::NameHere(EImport type, std::wstring_view key) const
+{
+    return m_scopes.namespaceName == NoToken
+               ? std::wstring(key)
+               : NameKey(type, Text(m_scopes.namespaceName)) + L'\\' + std::wstring(key);
+}
+
+// Something of that name is declared, which an import of something else would hide.
+bool CFileRules::CollidesWithImport(EImport type, const std::wstring& key, std::uint32_t name)
+{
+    const auto imported = m_imports.find({type, key});
+    if (imported == m_imports.end() || imported->second.full == NameHere(type, key))
+        return false;
+    Report(Code::NameInUse, name, FirstIs(imported->second.alias));
+    return true;
+}
+
 // An import statement is complete: its names must be free.
 void CFileRules::Uses(const SGrammarValue& word, EImport import)
 {
@@ -113,33 +147,34 @@ void CFileRules::Uses(const SGrammarValue& word, EImport import)
         Needs(EFeature::UseFunction, word);
     BeginCodeInNamespace(word.first);
     m_anyStatement = m_anyCode = true;
-    for (const SImport& item : m_useItems) {
+    for (SImport& item : m_useItems) {
         const EImport type = item.retyped ? item.type : import;
         const std::wstring key = NameKey(type, LastPart(Text(item.alias)));
         if (type == ImportClass && m_names.IsReservedClassName(key)) {
             Report(Code::ReservedName, item.alias);
             continue;
         }
-        const auto [at, isNew] = m_imports.try_emplace({type, key}, item.alias);
+        item.full = FullName(type, item);
+        const std::uint32_t alias = item.alias;
+        const bool isItself = item.full == NameHere(type, key);
+        const auto [at, isNew] = m_imports.try_emplace({type, key}, std::move(item));
         if (!isNew) {
-            Report(Code::NameInUse, item.alias, FirstIs(at->second));
+            Report(Code::NameInUse, alias, FirstIs(at->second.alias));
             continue;
         }
         const auto declared = m_declared.find({type, key});
-        if (declared != m_declared.end())
-            Report(Code::NameInUse, item.alias, FirstIs(declared->second));
+        if (declared != m_declared.end() && !isItself)
+            Report(Code::NameInUse, alias, FirstIs(declared->second));
     }
     m_useItems.clear();
+    m_usePrefix = NoToken;
 }
 
 void CFileRules::DeclareFunction(std::uint32_t name)
 {
     const std::wstring key = Tokens().Lower(name);
-    const auto imported = m_imports.find({ImportFunction, key});
-    if (imported != m_imports.end()) {
-        Report(Code::NameInUse, name, FirstIs(imported->second));
+    if (CollidesWithImport(ImportFunction, key, name))
         return;
-    }
     const auto [at, isNew] = m_declared.try_emplace({ImportFunction, key}, name);
     if (!isNew)
         Report(Code::FunctionTwice, name, FirstIs(at->second));
@@ -149,9 +184,7 @@ void CFileRules::DeclareFunction(std::uint32_t name)
 void CFileRules::DeclareClass(std::uint32_t name)
 {
     const std::wstring key = Tokens().Lower(name);
-    const auto imported = m_imports.find({ImportClass, key});
-    if (imported != m_imports.end())
-        Report(Code::NameInUse, name, FirstIs(imported->second));
+    CollidesWithImport(ImportClass, key, name);
     m_declared.try_emplace({ImportClass, key}, name);
 }
 
@@ -162,9 +195,7 @@ void CFileRules::Constant(const SGrammarValue& name, const SGrammarValue& value)
         Report(Code::ReservedName, name);
         return;
     }
-    const auto imported = m_imports.find({ImportConstant, std::wstring(Text(name.first))});
-    if (imported != m_imports.end())
-        Report(Code::NameInUse, name.first, FirstIs(imported->second));
+    CollidesWithImport(ImportConstant, std::wstring(Text(name.first)), name.first);
     m_declared.try_emplace({ImportConstant, std::wstring(Text(name.first))}, name.first);
 }
 

@@ -1,6 +1,6 @@
 #include "Grammar/FlowRules.h"
 
-#include <cwchar>
+#include "Grammar/ConstantValues.h"
 
 namespace Kesh::CodeAnalyzer {
 
@@ -48,13 +48,10 @@ void CFlowRules::Leave(const SGrammarValue& word)
 // `break` and `continue`, with how many loops they leave.
 void CFlowRules::Leave(const SGrammarValue& word, const SGrammarValue& depth)
 {
-    std::uint64_t levels = 1;
-    if (depth.kind == EValue::Literal || depth.kind == EValue::Group) {
-        const std::uint32_t token = depth.kind == EValue::Group ? depth.extra : depth.first;
-        levels = token < Tokens().Count() ? std::wcstoull(std::wstring(Text(token)).c_str(), nullptr, 0) : 0;
-    } else if (depth.kind != EValue::Nop) {
-        levels = 0;
-    }
+    std::uint64_t levels = depth.kind == EValue::Nop ? 1 : 0;
+    const bool isGroup = depth.kind == EValue::Group;
+    if ((isGroup ? depth.inner : depth.kind) == EValue::Literal)
+        levels = IntegerOf(Text(isGroup ? depth.bad : depth.first)).value_or(0);
     if (levels == 0) {
         if (IsFrom(504))
             Report(Code::LeaveDepth, depth);

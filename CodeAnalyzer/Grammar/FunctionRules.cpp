@@ -23,7 +23,8 @@ void CFunctionRules::BeginFunction(const SGrammarValue& word, const SGrammarValu
         Report(Code::WordOutOfPlace, name);
     else if (kind == K::Match || kind == K::Fn)
         Needs(kind == K::Match ? EFeature::FunctionMatch : EFeature::FunctionFn, name);
-    if (IsFrom(800) && (IsWord(name.first, L"__autoload") || IsWord(name.first, L"assert")) && Version() != 0)
+    const bool isOldLoader = IsWord(name.first, L"__autoload") && m_scopes.namespaceName == NoToken;
+    if (Version() >= 800 && (isOldLoader || IsWord(name.first, L"assert")))
         Report(Code::ReservedName, name);
     PushFunction(SFunctionScope::Function, name.first);
     SetReference(word);
@@ -197,8 +198,6 @@ void CFunctionRules::EndPromotion()
 void CFunctionRules::BeginParameterHooks(const SGrammarValue& brace)
 {
     Needs(EFeature::PropertyHook, brace);
-    if (!Function().promotion.set)
-        Report(Code::PromotionMisused, brace);
 }
 
 void CFunctionRules::DefaultValue(const SGrammarValue& value)

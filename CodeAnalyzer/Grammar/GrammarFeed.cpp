@@ -7,6 +7,68 @@ namespace Kesh::CodeAnalyzer {
 using SyntaxParser::EPhpTokenClass;
 using SyntaxParser::EPhpTokenKind;
 
+namespace {
+
+/// Whether the name of a member follows.
+bool ReachesMember(EPhpTokenKind kind)
+{
+    return kind == EPhpTokenKind::Arrow || kind == EPhpTokenKind::NullsafeArrow ||
+           kind == EPhpTokenKind::DoubleColon;
+}
+
+using K = EPhpTokenKind;
+
+/// What tokens are fed to: a parse, or a probe that only sees whether they fit.
+struct SParseSink
+{
+    SGrammarParse& parse;
+
+    bool Accepts(TGrammarSymbol symbol) const { return parse.parser.Accepts(symbol); }
+    bool Push(TGrammarSymbol symbol, std::uint32_t token)
+    {
+        return parse.parser.Push(symbol, {token, token, 0, 0, EValue::Other, EValue::Other});
+    }
+    void Needs(EFeature feature, std::uint32_t token) { parse.rules.Needs(feature, token); }
+    void GiveUp() { parse.parser.Pop(StatementPlaceOf(parse.parser).depth); }
+};
+struct SProbeSink
+{
+    CGrammarProbe& probe;
+
+    bool Accepts(TGrammarSymbol symbol) const { return probe.Accepts(symbol); }
+    bool Push(TGrammarSymbol symbol, std::uint32_t /*token*/) { return probe.Take(symbol); }
+    void Needs(EFeature /*feature*/, std::uint32_t /*token*/) {}
+    void GiveUp() { probe.Pop(StatementPlaceOf(probe).depth); }
+};
+
+template <class TSink> bool PushKind(TSink& sink, K kind, std::uint32_t token)
+{
+    return sink.Push(kind == K::Count ? OffsetBraceSymbol() : GrammarSymbol(kind), token);
+}
+
+// What no PHP holds is told, and taken for what it was meant to be.
+template <class TSink> bool PushBad(TSink& sink, K kind, std::uint32_t token)
+{
+    switch (kind) {
+    case K::BadNumber: PushKind(sink, K::Number, token); break;
+    case K::BadString:
+    case K::BadHeredoc:
+        if (sink.Accepts(GrammarSymbol(K::String)))
+            PushKind(sink, K::String, token);
+        break;
+    case K::BadEscape:
+        if (sink.Accepts(GrammarSymbol(K::String)))
+            PushKind(sink, K::String, token);
+        else if (sink.Accepts(GrammarSymbol(K::StringPart)))
+            PushKind(sink, K::StringPart, token);
+        break;
+    default: break;
+    }
+    return true;
+}
+
+} // namespace
+
 wchar_t CGrammarFeed::NextCharacter(std::uint32_t token) const
 {
     const wchar_t* p = m_tokens[token].text + m_tokens[token].size;
@@ -16,27 +78,36 @@ wchar_t CGrammarFeed::NextCharacter(std::uint32_t token) const
 }
 
 // What a word or a brace is where it stands, and in the version that is asked for.
-EPhpTokenKind CGrammarFeed::KindInPlace(const SGrammarParse& parse, std::uint32_t token) const
+template <class TSink> EPhpTokenKind CGrammarFeed::KindFor(const TSink& sink, std::uint32_t token) const
+{
+    const K kind = m_tokens[token].kind;
+    if (kind != K::OpenBrace)
+        return WordKind(token);
+    const K before = token > 0 ? m_tokens[token - 1].kind : K::End;
+    if (before != K::Variable && before != K::CloseSquare && before != K::CloseBrace &&
+        before != K::Identifier && before != K::String)
+        return kind;
+    // People write it without a blank; with one it is mostly a body behind a head that was not closed.
+    const SGrammarToken& last = m_tokens[token - 1];
+    if (last.text + last.size != m_tokens[token].text)
+        return kind;
+    return !sink.Accepts(GrammarSymbol(kind)) && sink.Accepts(OffsetBraceSymbol()) ? K::Count : kind;
+}
+
+EPhpTokenKind CGrammarFeed::WordKind(std::uint32_t token) const
 {
     const K kind = m_tokens[token].kind;
     const K before = token > 0 ? m_tokens[token - 1].kind : K::End;
-    if (kind == K::OpenBrace) {
-        if ((before != K::Variable && before != K::CloseSquare && before != K::CloseBrace &&
-             before != K::Identifier && before != K::String))
-            return kind;
-        // People write it without a blank; with one it is mostly a body behind a head that was not closed.
-        const SGrammarToken& last = m_tokens[token - 1];
-        if (last.text + last.size != m_tokens[token].text)
-            return kind;
-        const CPhpGrammarParser& parser = parse.parser;
-        return !parser.Accepts(GrammarSymbol(kind)) && parser.Accepts(OffsetBraceSymbol()) ? K::Count : kind;
-    }
     if (!IsWordKind(kind) || kind == K::HaltCompiler)
         return kind;
-    const bool afterRef = (before == K::BitAnd || before == K::BitAndBeforeVariable) && token > 1 &&
-                          m_tokens[token - 2].kind == K::Function;
-    if (before == K::Arrow || before == K::NullsafeArrow || before == K::DoubleColon ||
-        before == K::Function || afterRef)
+    if (ReachesMember(before))
+        return K::Identifier;
+    const bool afterRef = (before == K::BitAnd || before == K::BitAndBeforeVariable) && token > 1;
+    const std::uint32_t word = token - (afterRef ? 2 : 1);
+    // `function` declares something only where it is no name itself.
+    if ((afterRef || token > 0) && m_tokens[word].kind == K::Function &&
+        (word == 0 || !ReachesMember(m_tokens[word - 1].kind)) &&
+        (word == 0 || m_tokens[word - 1].kind != K::Const))
         return K::Identifier;
     if (kind == K::Match && m_version < 800 && NextCharacter(token) != L'(')
         return K::Identifier;
@@ -45,13 +116,7 @@ EPhpTokenKind CGrammarFeed::KindInPlace(const SGrammarParse& parse, std::uint32_
     return kind;
 }
 
-bool CGrammarFeed::PushKind(SGrammarParse& parse, K kind, std::uint32_t token)
-{
-    const TGrammarSymbol symbol = kind == K::Count ? OffsetBraceSymbol() : GrammarSymbol(kind);
-    return parse.parser.Push(symbol, {token, token, 0, 0, EValue::Other, EValue::Other});
-}
-
-bool CGrammarFeed::ApplyEdit(SGrammarParse& parse, std::uint32_t token, bool& dropped)
+template <class TSink> bool CGrammarFeed::ApplyEdit(TSink& sink, std::uint32_t token, bool& dropped) const
 {
     const auto after =
         std::upper_bound(m_edits.begin(), m_edits.end(), token,
@@ -60,8 +125,10 @@ bool CGrammarFeed::ApplyEdit(SGrammarParse& parse, std::uint32_t token, bool& dr
         return true;
     const SGrammarEdit& edit = *(after - 1);
     if (edit.token == token) {
+        if (edit.givesUp)
+            sink.GiveUp();
         for (const K kind : edit.inserted)
-            if (!PushKind(parse, kind, token))
+            if (!PushKind(sink, kind, token))
                 return false;
     }
     dropped = token < edit.token + edit.dropped;
@@ -76,44 +143,32 @@ void CGrammarFeed::AddEdit(const SGrammarEdit& edit)
         edit);
 }
 
-bool CGrammarFeed::Feed(SGrammarParse& parse, std::uint32_t token)
+template <class TSink> bool CGrammarFeed::FeedTo(TSink sink, std::uint32_t token) const
 {
     bool dropped = false;
-    if (!m_edits.empty() && !ApplyEdit(parse, token, dropped))
+    if (!m_edits.empty() && !ApplyEdit(sink, token, dropped))
         return false;
     if (dropped)
         return true;
     const K kind = m_tokens[token].kind;
     if (!IsWordKind(kind) && kind != K::OpenBrace) {
         if (ClassOf(kind) == EPhpTokenClass::Bad)
-            return PushBad(parse, token);
+            return PushBad(sink, kind, token);
         if (kind == K::OldCast || kind == K::Spaceship)
-            parse.rules.Needs(kind == K::OldCast ? EFeature::OldCast : EFeature::Spaceship, token);
-        return PushKind(parse, kind, token);
+            sink.Needs(kind == K::OldCast ? EFeature::OldCast : EFeature::Spaceship, token);
+        return PushKind(sink, kind, token);
     }
-    return PushKind(parse, KindInPlace(parse, token), token);
+    return PushKind(sink, KindFor(sink, token), token);
 }
 
-// What no PHP holds is told, and taken for what it was meant to be.
-bool CGrammarFeed::PushBad(SGrammarParse& parse, std::uint32_t token)
+bool CGrammarFeed::Feed(SGrammarParse& parse, std::uint32_t token) const
 {
-    const K kind = m_tokens[token].kind;
-    switch (kind) {
-    case K::BadNumber: PushKind(parse, K::Number, token); break;
-    case K::BadString:
-    case K::BadHeredoc:
-        if (parse.parser.Accepts(GrammarSymbol(K::String)))
-            PushKind(parse, K::String, token);
-        break;
-    case K::BadEscape:
-        if (parse.parser.Accepts(GrammarSymbol(K::String)))
-            PushKind(parse, K::String, token);
-        else if (parse.parser.Accepts(GrammarSymbol(K::StringPart)))
-            PushKind(parse, K::StringPart, token);
-        break;
-    default: break;
-    }
-    return true;
+    return FeedTo(SParseSink{parse}, token);
+}
+
+bool CGrammarFeed::Feed(CGrammarProbe& probe, std::uint32_t token) const
+{
+    return FeedTo(SProbeSink{probe}, token);
 }
 
 } // namespace Kesh::CodeAnalyzer

@@ -26,7 +26,36 @@ struct SGrammarEdit
     std::uint32_t token;
     std::vector<SyntaxParser::EPhpTokenKind> inserted;
     std::uint32_t dropped;
+    bool givesUp = false; ///< first the statement that is open is given up
 };
+
+/// How much of a stack a statement that is given up leaves, and what was open in it.
+struct SStatementPlace
+{
+    std::size_t depth = 0;
+    bool inClass = false; ///< members come next
+    std::uint32_t round = 0;
+    std::uint32_t brace = 0;
+};
+template <class TStack> SStatementPlace StatementPlaceOf(const TStack& stack)
+{
+    using K = SyntaxParser::EPhpTokenKind;
+    const TGrammarSymbol statement = GrammarSymbol(StatementMark);
+    const TGrammarSymbol member = GrammarSymbol(MemberMark);
+    SStatementPlace place{stack.Depth()};
+    for (;; --place.depth) {
+        const int symbol = stack.SymbolAt(place.depth);
+        const bool takesStatement = stack.ShiftsAt(place.depth, statement);
+        place.inClass = stack.ShiftsAt(place.depth, member) && !takesStatement;
+        const bool inList =
+            place.inClass && symbol != GrammarSymbol(K::OpenRound) && symbol != GrammarSymbol(K::Comma);
+        if (place.depth == 0 || takesStatement || inList)
+            return place;
+        place.round += symbol == GrammarSymbol(K::OpenRound);
+        place.brace += symbol == GrammarSymbol(K::OpenBrace) || symbol == GrammarSymbol(K::CodeBrace) ||
+                       symbol == GrammarSymbol(K::DollarBrace);
+    }
+}
 
 /// Hands tokens to a parse, as what each is in its place and in the version that is asked for.
 class CGrammarFeed
@@ -44,8 +73,11 @@ public:
     std::int32_t Version() const { return m_version; }
 
     /// False when the token cannot stand there.
-    bool Feed(SGrammarParse& parse, std::uint32_t token);
-    SyntaxParser::EPhpTokenKind KindInPlace(const SGrammarParse& parse, std::uint32_t token) const;
+    bool Feed(SGrammarParse& parse, std::uint32_t token) const;
+    /// The same for a probe.
+    bool Feed(CGrammarProbe& probe, std::uint32_t token) const;
+    /// What a word is where it stands, and in the version that is asked for; other kinds are what they are.
+    SyntaxParser::EPhpTokenKind WordKind(std::uint32_t token) const;
     /// The first character behind a token that is no blank.
     wchar_t NextCharacter(std::uint32_t token) const;
 
@@ -57,9 +89,9 @@ public:
 private:
     using K = SyntaxParser::EPhpTokenKind;
 
-    bool PushKind(SGrammarParse& parse, K kind, std::uint32_t token);
-    bool PushBad(SGrammarParse& parse, std::uint32_t token);
-    bool ApplyEdit(SGrammarParse& parse, std::uint32_t token, bool& dropped);
+    template <class TSink> bool FeedTo(TSink sink, std::uint32_t token) const;
+    template <class TSink> K KindFor(const TSink& sink, std::uint32_t token) const;
+    template <class TSink> bool ApplyEdit(TSink& sink, std::uint32_t token, bool& dropped) const;
 
     const CGrammarTokens& m_tokens;
     std::int32_t m_version = 0;

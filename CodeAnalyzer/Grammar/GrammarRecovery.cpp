@@ -11,9 +11,12 @@ namespace {
 
 using K = SyntaxParser::EPhpTokenKind;
 
-/// So many tokens after one error another one is its own: fewer where a statement has been left for the next.
-constexpr std::uint32_t SettledInStatement = 4;
-constexpr std::uint32_t SettledAtStatement = 2;
+/// How many tokens before a wrong one the mistake is looked for.
+constexpr std::uint32_t MostBack = 32;
+/// How often a document is parsed anew.
+constexpr std::size_t MostTrials = 40;
+/// How many tokens from the wrong one on must pass for a brace to be the mistake.
+constexpr std::uint32_t BraceWindow = 8;
 /// After so many errors nobody reads on.
 constexpr std::size_t MostStops = 100;
 
@@ -28,24 +31,20 @@ void CGrammarRecovery::Begin()
 {
     m_keptReports.clear();
     m_skip = {};
-    m_gaveUp = m_dead = false;
-    m_resumed = m_settled = 0;
+    m_quiet.Begin();
+    m_replay = {};
+    m_dead = false;
+    m_replayed = m_resumed = 0;
     m_stops = m_trials = 0;
-}
-
-bool CGrammarRecovery::LeadsLine(std::uint32_t token) const
-{
-    return token == 0 || (m_tokens[token - 1].line != m_tokens[token].line &&
-                          m_tokens.Span(token - 1).end.y != m_tokens[token].line);
 }
 
 void CGrammarRecovery::OnLexicalError(std::uint32_t token)
 {
-    if (token < m_resumed)
+    if (token < m_resumed || m_quiet.IsActive())
         return;
     m_reporter.ReportLexical(token);
     m_resumed = token + 1;
-    m_settled = SettledInStatement;
+    m_quiet.Start(true);
 }
 
 void CGrammarRecovery::Resolve(std::unique_ptr<SGrammarParse>& parse, std::uint32_t& next)
@@ -54,44 +53,42 @@ void CGrammarRecovery::Resolve(std::unique_ptr<SGrammarParse>& parse, std::uint3
     if (++m_stops > MostStops)
         m_dead = true;
     else if (!ResolveByBraces(parse, next))
-        ResolveByRepair(*parse, next);
+        ResolveByRepair(parse, next);
 }
 
 // Whether a brace somewhere before is missing or too many, as the indentation tells.
 bool CGrammarRecovery::ResolveByBraces(std::unique_ptr<SGrammarParse>& parse, std::uint32_t& next)
 {
     constexpr std::size_t mostGuesses = 6;
-    constexpr std::size_t mostTrials = 24;
     const std::uint32_t stop = next;
-    if (m_gaveUp)
-        return false;
     for (const SBraceGuess& guess : GuessBraces(m_tokens, stop + 1, mostGuesses)) {
         const auto& edits = m_feed.Edits();
         const bool known = std::any_of(edits.begin(), edits.end(),
                                        [&](const SGrammarEdit& edit) { return edit.token == guess.token; });
         if (known || guess.token > stop || guess.token < m_resumed)
             continue;
-        if (++m_trials > mostTrials)
+        if (++m_trials > MostTrials)
             return false;
         if (!TryEdit(parse, next,
                      guess.missing ? SGrammarEdit{guess.token, {K::CloseBrace}, 0}
-                                   : SGrammarEdit{guess.token, {}, 1}))
+                                   : SGrammarEdit{guess.token, {}, 1},
+                     stop + BraceWindow))
             continue;
+        if (IsAboutTheSame(stop))
+            return true;
         if (guess.missing)
-            m_reporter.ReportMissingBrace(guess.token, guess.opened, stop);
+            m_reporter.ReportMissingBrace(guess.token, guess.opened);
         else
-            m_reporter.ReportOddBrace(guess.token, guess.opened, stop);
-        m_reporter.Last()->resumed = m_tokens.Span(next - 1).end;
-        m_resumed = next;
-        m_settled = 0; // the whole window behind the brace has passed
+            m_reporter.ReportOddBrace(guess.token, guess.opened);
+        m_quiet.Begin(); // the whole window behind the brace has passed
         return true;
     }
     return false;
 }
 
-// Parses all anew with one more edit; takes the result over when that leads beyond the wrong token for good.
+// Parses all anew with one more edit; takes the result over when it leads that far.
 bool CGrammarRecovery::TryEdit(std::unique_ptr<SGrammarParse>& parse, std::uint32_t& next,
-                               const SGrammarEdit& edit)
+                               const SGrammarEdit& edit, std::uint32_t enough)
 {
     std::vector<SGrammarEdit> before = m_feed.Edits();
     m_feed.AddEdit(edit);
@@ -101,29 +98,51 @@ bool CGrammarRecovery::TryEdit(std::unique_ptr<SGrammarParse>& parse, std::uint3
     std::uint32_t token = 0;
     while (token < m_tokens.Count() && m_feed.Feed(*m_trial, token))
         ++token;
-    const bool passes = token > next && (token == m_tokens.Count() || token - next > Window);
-    if (!passes) {
+    if (token <= next || (token < m_tokens.Count() && token < enough)) {
         m_feed.SetEdits(std::move(before));
         return false;
     }
     const auto& reports = parse->rules.Reports();
     m_keptReports.insert(m_keptReports.end(), reports.begin(), reports.end());
     std::swap(parse, m_trial);
-    next = token;
+    if (edit.token < m_replayed) {
+        m_replay = {};
+        m_replayed = 0;
+    }
+    next = m_resumed = token;
     return true;
 }
 
+namespace {
+
+// The brackets that a parse has open, the outermost first.
+std::vector<std::uint32_t> OpenIn(const CPhpGrammarParser& parser)
+{
+    static const TGrammarSymbol opening[]{GrammarSymbol(K::OpenRound), GrammarSymbol(K::OpenSquare),
+                                          GrammarSymbol(K::OpenBrace), GrammarSymbol(K::AttributeStart),
+                                          GrammarSymbol(K::CodeBrace), GrammarSymbol(K::DollarBrace)};
+    std::vector<std::uint32_t> open;
+    for (std::size_t depth = 0; depth <= parser.Depth(); ++depth)
+        if (std::find(std::begin(opening), std::end(opening), parser.SymbolAt(depth)) != std::end(opening))
+            open.push_back(parser.TokenAt(depth));
+    return open;
+}
+
+} // namespace
+
 SGrammarStop CGrammarRecovery::Describe(const SGrammarParse& parse, std::uint32_t stop,
-                                        const std::vector<std::uint32_t>& open) const
+                                        const std::vector<std::uint32_t>& open)
 {
     constexpr std::size_t mostClosers = 6;
     SGrammarStop result;
-    for (std::uint32_t i = stop; i < m_tokens.Count() && i < stop + Window; ++i) {
-        const K kind = m_feed.KindInPlace(parse, i);
-        result.ahead.push_back(kind == K::Count ? K::OpenBrace : kind);
-    }
-    result.before = stop > 0 ? m_tokens[stop - 1].kind : K::End;
-    result.leadsLine = LeadsLine(stop);
+    AddWhatCameBefore(result, stop);
+    result.probes.push_back(parse.parser.Probe());
+    for (std::uint32_t i = stop; i < m_tokens.Count() && i < stop + Window; ++i)
+        result.kinds.push_back(m_feed.WordKind(i));
+    for (std::uint32_t i = stop - static_cast<std::uint32_t>(result.back); i <= stop; ++i)
+        result.words.push_back(m_tokens[i].kind == K::Identifier ? NearWords(m_tokens.Text(i))
+                                                                 : std::vector<SNearWord>{});
+    result.leadsLine = m_tokens.LeadsLine(stop);
     result.sameAsBefore = stop > 0 && m_tokens.Text(stop) == m_tokens.Text(stop - 1);
     for (auto bracket = open.rbegin(); bracket != open.rend() && result.closers.size() < mostClosers;
          ++bracket) {
@@ -143,73 +162,98 @@ SGrammarStop CGrammarRecovery::Describe(const SGrammarParse& parse, std::uint32_
     return result;
 }
 
-// What comes so soon is about the same mistake; so is what is missing where __halt_compiler stands too early.
+// The token from which on the mistake may be: of the statement that has stopped, behind the last repair.
+std::uint32_t CGrammarRecovery::BackFrom(std::uint32_t stop) const
+{
+    std::uint32_t from = stop;
+    while (from > m_resumed && from + MostBack > stop) {
+        const K kind = m_tokens[from - 1].kind;
+        if (kind == K::Semicolon || kind == K::OpenBrace || kind == K::CloseBrace || kind == K::CloseTag)
+            break;
+        --from;
+    }
+    return from;
+}
+
+void CGrammarRecovery::AddWhatCameBefore(SGrammarStop& result, std::uint32_t stop)
+{
+    const std::uint32_t from = BackFrom(stop);
+    if (from < m_replayed)
+        return;
+    while (m_replayed < from && m_feed.Feed(m_replay, m_replayed))
+        ++m_replayed;
+    if (m_replayed != from)
+        return;
+    CGrammarProbe probe = m_replay;
+    for (std::uint32_t i = from; i < stop; ++i) {
+        result.probes.push_back(probe);
+        result.kinds.push_back(m_feed.WordKind(i));
+        if (!m_feed.Feed(probe, i)) {
+            result.probes.clear();
+            result.kinds.clear();
+            return;
+        }
+    }
+    result.back = stop - from;
+}
+
+// Nothing has parsed yet since the last error; or __halt_compiler stands too early.
 bool CGrammarRecovery::IsAboutTheSame(std::uint32_t stop) const
 {
     const bool halted =
         m_tokens[stop].kind == K::End && stop >= 4 && m_tokens[stop - 4].kind == K::HaltCompiler;
-    return halted || (m_resumed > 0 && stop < m_resumed + m_settled);
+    return halted || m_quiet.IsActive();
 }
 
-void CGrammarRecovery::ResolveByRepair(SGrammarParse& parse, std::uint32_t stop)
+void CGrammarRecovery::ResolveByRepair(std::unique_ptr<SGrammarParse>& parse, std::uint32_t& next)
 {
-    const std::vector<std::uint32_t> open = OpenBrackets(m_tokens, stop);
-    const SGrammarStop description = Describe(parse, stop, open);
-    const SGrammarRepair repair = FindRepair(parse.parser.Probe(), description);
-    const SGrammarHalt halt{parse.parser, stop, open, description};
+    const std::uint32_t stop = next;
+    const std::vector<std::uint32_t> open = OpenIn(parse->parser);
+    const SGrammarStop description = Describe(*parse, stop, open);
+    const SGrammarRepair repair = FindRepair(description);
     const bool follows = IsAboutTheSame(stop);
-    if (repair.accepted == 0) {
+    const SGrammarHalt halt{parse->parser, stop, open, description};
+    if (repair.way == SGrammarRepair::None) {
         if (!follows)
             m_reporter.ReportUnrepaired(halt);
-        if (SGrammarDiagnostic* last = m_reporter.Last())
-            last->repaired = false;
-        GiveUpStatement(parse, stop);
+        GiveUpStatement(*parse, stop);
         return;
     }
     if (!follows)
         m_reporter.ReportRepair(halt, repair);
-    m_feed.AddEdit({stop, repair.inserted, repair.dropped});
-    m_resumed = stop + repair.dropped;
-    m_settled = SettledInStatement;
-    if (SGrammarDiagnostic* last = m_reporter.Last(); last && !follows)
-        last->resumed = m_tokens.Span(m_resumed - (repair.dropped ? 1 : 0)).start;
+    m_quiet.Start(true);
+    if (!Apply(parse, next, repair))
+        GiveUpStatement(*parse, stop);
+}
+
+bool CGrammarRecovery::Apply(std::unique_ptr<SGrammarParse>& parse, std::uint32_t& next,
+                             const SGrammarRepair& repair)
+{
+    const SGrammarEdit edit{next - repair.back, repair.inserted, repair.dropped};
+    if (repair.back > 0)
+        return ++m_trials <= MostTrials && TryEdit(parse, next, edit, next + repair.accepted);
+    m_feed.AddEdit(edit);
+    m_resumed = next + repair.dropped;
+    return true;
 }
 
 // Nothing small helps: the statement is given up.
 void CGrammarRecovery::GiveUpStatement(SGrammarParse& parse, std::uint32_t stop)
 {
-    CPhpGrammarParser& parser = parse.parser;
-    static const TGrammarSymbol statement = GrammarSymbol(StatementMark);
-    static const TGrammarSymbol member = GrammarSymbol(MemberMark);
-    std::size_t depth = parser.Depth();
-    m_gaveUp = true;
-    m_skip = {true, stop, 0, 0, false};
-    for (;; --depth) {
-        m_skip.inClass = parser.ShiftsAt(depth, member) && !parser.ShiftsAt(depth, statement);
-        const bool inList = m_skip.inClass && parser.SymbolAt(depth) != GrammarSymbol(K::OpenRound) &&
-                            parser.SymbolAt(depth) != GrammarSymbol(K::Comma);
-        if (depth == 0 || parser.ShiftsAt(depth, statement) || inList)
-            break;
-        const int symbol = parser.SymbolAt(depth);
-        m_skip.round += symbol == GrammarSymbol(K::OpenRound);
-        m_skip.brace += symbol == GrammarSymbol(K::OpenBrace) || symbol == GrammarSymbol(K::CodeBrace) ||
-                        symbol == GrammarSymbol(K::DollarBrace);
-    }
-    parser.Pop(depth);
+    const SStatementPlace place = StatementPlaceOf(parse.parser);
+    m_skip = {true, stop, place.round, place.brace, place.inClass};
+    parse.parser.Pop(place.depth);
 }
 
 void CGrammarRecovery::Resume(SGrammarParse& parse, std::uint32_t& next, std::uint32_t at)
 {
     m_skip.active = false;
-    m_settled = at == next ? SettledAtStatement : SettledInStatement;
-    next = m_resumed = at;
     // What cannot stand here either must not be met for ever.
-    if (at == m_skip.from && at < m_tokens.Count() && m_tokens[at].kind != K::End &&
-        !parse.parser.Accepts(GrammarSymbol(m_tokens[at].kind)))
-        next = m_resumed = at + 1;
-    if (SGrammarDiagnostic* last = m_reporter.Last())
-        last->resumed =
-            next < m_tokens.Count() ? m_tokens.Span(next).start : m_tokens.Span(m_tokens.Count() - 1).end;
+    const bool isStuck = at == m_skip.from && at < m_tokens.Count() && m_tokens[at].kind != K::End &&
+                         !parse.parser.Accepts(GrammarSymbol(m_tokens[at].kind));
+    next = m_resumed = isStuck ? at + 1 : at;
+    m_feed.AddEdit({m_skip.from, {}, next - m_skip.from, true});
+    m_quiet.Start(false);
 }
 
 // One token of what is given up.
@@ -246,7 +290,7 @@ void CGrammarRecovery::Skip(SGrammarParse& parse, std::uint32_t& next)
         return;
     default: break;
     }
-    if (token > m_skip.from && m_skip.brace == 0 && LeadsLine(token) && IsWordKind(kind) &&
+    if (token > m_skip.from && m_skip.brace == 0 && m_tokens.LeadsLine(token) && IsWordKind(kind) &&
         kind != K::MagicConstant)
         Resume(parse, next, token);
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Grammar/GrammarFeed.h"
+#include "Grammar/GrammarQuiet.h"
 #include "Grammar/GrammarReporter.h"
 
 #include <cstdint>
@@ -9,8 +10,8 @@
 
 namespace Kesh::CodeAnalyzer {
 
-/// Has a parse go on behind a token that cannot follow: by a brace that the indentation asks for, by a small
-/// repair, or by giving the statement up.
+/// Has a parse go on behind a token that cannot follow: by a brace that the indentation asks for, by the
+/// small repair after which the most tokens pass, or by giving the statement up.
 class CGrammarRecovery
 {
 public:
@@ -24,7 +25,7 @@ public:
     }
 
     /// How many tokens from a wrong one on are looked at to put it right.
-    static constexpr std::uint32_t Window = 9;
+    static constexpr std::uint32_t Window = 40;
 
     void Begin();
     /// The parse stands before the token `next`, which cannot follow; both may become others.
@@ -37,6 +38,12 @@ public:
     bool HasStopped() const { return m_stops > 0; }
     /// A token that no PHP holds: told once, unless it is about what was told just before.
     void OnLexicalError(std::uint32_t token);
+    /// Whether what follows is still about the last error; then OnFed() is told of every token that passes.
+    bool IsQuiet() const { return m_quiet.IsActive(); }
+    void OnFed(const SGrammarParse& parse, std::uint32_t token)
+    {
+        m_quiet.Pass(parse.parser, m_tokens[token].kind);
+    }
     /// What the rules had found before another parse took the place of the first.
     const std::vector<SRuleReport>& KeptReports() const { return m_keptReports; }
 
@@ -54,14 +61,17 @@ private:
     };
 
     bool ResolveByBraces(std::unique_ptr<SGrammarParse>& parse, std::uint32_t& next);
-    bool TryEdit(std::unique_ptr<SGrammarParse>& parse, std::uint32_t& next, const SGrammarEdit& edit);
-    void ResolveByRepair(SGrammarParse& parse, std::uint32_t stop);
+    bool TryEdit(std::unique_ptr<SGrammarParse>& parse, std::uint32_t& next, const SGrammarEdit& edit,
+                 std::uint32_t enough);
+    void ResolveByRepair(std::unique_ptr<SGrammarParse>& parse, std::uint32_t& next);
+    bool Apply(std::unique_ptr<SGrammarParse>& parse, std::uint32_t& next, const SGrammarRepair& repair);
     void GiveUpStatement(SGrammarParse& parse, std::uint32_t stop);
     void Resume(SGrammarParse& parse, std::uint32_t& next, std::uint32_t at);
-    bool LeadsLine(std::uint32_t token) const;
     bool IsAboutTheSame(std::uint32_t stop) const;
     SGrammarStop Describe(const SGrammarParse& parse, std::uint32_t stop,
-                          const std::vector<std::uint32_t>& open) const;
+                          const std::vector<std::uint32_t>& open);
+    void AddWhatCameBefore(SGrammarStop& result, std::uint32_t stop);
+    std::uint32_t BackFrom(std::uint32_t stop) const;
 
     const CGrammarTokens& m_tokens;
     CGrammarFeed& m_feed;
@@ -69,10 +79,11 @@ private:
     std::unique_ptr<SGrammarParse> m_trial;
     std::vector<SRuleReport> m_keptReports;
     SSkip m_skip;
-    bool m_gaveUp = false;       ///< a statement: the parse cannot be done again
-    bool m_dead = false;         ///< too many errors: nothing more is looked at
-    std::uint32_t m_resumed = 0; ///< the token at which the parse last went on after an error
-    std::uint32_t m_settled = 0; ///< tokens from there within which nothing new is told
+    CGrammarQuiet m_quiet;
+    CGrammarProbe m_replay;       ///< a parse of what came before the last error
+    std::uint32_t m_replayed = 0; ///< the token that it stands before
+    bool m_dead = false;          ///< too many errors: nothing more is looked at
+    std::uint32_t m_resumed = 0;  ///< the token at which the parse last went on after an error
     std::size_t m_stops = 0;
     std::size_t m_trials = 0;
 };

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Grammar/NearWords.h"
 #include "Grammar/PhpGrammarParser.h"
 
 #include <cstdint>
@@ -10,25 +11,40 @@ namespace Kesh::CodeAnalyzer {
 /// A change of the text around a wrong token that lets the parse go on.
 struct SGrammarRepair
 {
-    std::vector<SyntaxParser::EPhpTokenKind> inserted; ///< before the wrong token
-    std::uint32_t dropped = 0;                         ///< how many tokens from the wrong one on
-    std::uint32_t accepted = 0;                        ///< how many of the tokens that follow then pass
-    int cost = 0;                                      ///< the less, the likelier
+    enum EWay : std::uint8_t {
+        None,    ///< nothing small helps
+        Insert,  ///< something is missing
+        Drop,    ///< something is too much
+        Replace, ///< something stands for something else
+        Word,    ///< a reserved word is written wrongly
+        Frame    ///< what the wrong token belongs to is put around it, whatever became of that
+    } way = None;
+    std::vector<SyntaxParser::EPhpTokenKind> inserted;
+    std::uint32_t back = 0;     ///< how many tokens before the wrong one it is done
+    std::uint32_t dropped = 0;  ///< how many tokens are dropped from there on
+    std::uint32_t accepted = 0; ///< how many tokens then pass, counted from the wrong one
+    int cost = 0;               ///< the less, the likelier
 };
 
 /// What is known of the place where the parse stopped.
 struct SGrammarStop
 {
-    /// The wrong token and those that follow, by kind; the last may be End.
-    std::vector<SyntaxParser::EPhpTokenKind> ahead;
-    SyntaxParser::EPhpTokenKind before = SyntaxParser::EPhpTokenKind::End; ///< the token before the wrong one
+    using K = SyntaxParser::EPhpTokenKind;
+
+    /// The tokens around, by kind: `back` of them before the wrong one, then that one and those that follow.
+    std::vector<K> kinds;
+    /// The reserved words that each of those up to the wrong one may have been meant to be.
+    std::vector<std::vector<SNearWord>> words;
+    /// Before each of those: what may follow there.
+    std::vector<CGrammarProbe> probes;
+    std::size_t back = 0;
     bool leadsLine = false;    ///< the wrong token is the first of its line
     bool sameAsBefore = false; ///< it has the text of the token before
     /// What closes the brackets that are open, the innermost first; a few of them are enough.
-    std::vector<SyntaxParser::EPhpTokenKind> closers;
+    std::vector<K> closers;
 };
 
-/// The likeliest repair; one with `accepted` 0 when none lets enough tokens pass.
-SGrammarRepair FindRepair(const CGrammarProbe& probe, const SGrammarStop& stop);
+/// The likeliest repair: the one after which the most tokens pass, as far as it is no less likely for that.
+SGrammarRepair FindRepair(const SGrammarStop& stop);
 
 } // namespace Kesh::CodeAnalyzer

@@ -100,6 +100,7 @@ const char* PlaceOfToken(std::int32_t code)
     case Code::ModifierMisused:
     case Code::NoClassHere:
     case Code::WordOutOfPlace:
+    case Code::WrongToken:
     case Code::OutOfPlace: return "found";
     default: return "name";
     }
@@ -107,11 +108,10 @@ const char* PlaceOfToken(std::int32_t code)
 
 } // namespace
 
-SGrammarDiagnostic& CGrammarReporter::Add(std::int32_t code, SScheme span, std::uint32_t stop)
+SGrammarDiagnostic& CGrammarReporter::Add(std::int32_t code, SScheme span)
 {
     SGrammarDiagnostic& diagnostic = m_diagnostics.emplace_back();
     diagnostic.error = {span, code, FindKind(code)->severity};
-    diagnostic.stop = diagnostic.resumed = m_tokens.Span(stop).start;
     return diagnostic;
 }
 
@@ -136,17 +136,46 @@ void CGrammarReporter::ReportRepair(const SGrammarHalt& halt, const SGrammarRepa
 {
     const std::uint32_t stop = halt.stop;
     if (EndsLateString(stop)) {
-        Add(Code::StringWithoutEnd, m_tokens.Span(stop - 1), stop);
-    } else if (EndsNumber(stop)) {
+        Add(Code::StringWithoutEnd, m_tokens.Span(stop - 1));
+        return;
+    }
+    if (EndsNumber(stop)) {
         const SScheme span{m_tokens.Span(stop - 1).start, m_tokens.Span(stop).end};
-        Add(Code::BadNumber, span, stop)
+        Add(Code::BadNumber, span)
             .details.arguments.push_back(
                 {"found", std::wstring(m_tokens.Text(stop - 1)) += m_tokens.Text(stop)});
-    } else if (repair.inserted.empty() || repair.dropped > 0) {
-        ReportOdd(halt);
-    } else {
-        ReportMissing(halt, repair.inserted.front());
+        return;
     }
+    const SGrammarHalt place{halt.parser, stop - repair.back, halt.open, halt.description};
+    switch (repair.way) {
+    case SGrammarRepair::Insert: ReportMissing(place, repair.inserted.front()); break;
+    case SGrammarRepair::Replace: ReportWrong(place, repair.inserted.front()); break;
+    case SGrammarRepair::Word: ReportMistyped(place, repair.inserted.front()); break;
+    default: ReportOdd(place); break;
+    }
+}
+
+// Something stands where another token should.
+void CGrammarReporter::ReportWrong(const SGrammarHalt& halt, K kind)
+{
+    const std::wstring text(TextOf(kind));
+    if (text.empty() || kind == K::Quote || m_tokens[halt.stop].kind == K::End) {
+        ReportOdd(halt);
+        return;
+    }
+    SGrammarDiagnostic& diagnostic = Add(Code::WrongToken, m_tokens.Span(halt.stop));
+    AddFound(diagnostic, "found", halt.stop);
+    diagnostic.details.arguments.push_back({"expected", text});
+    diagnostic.details.fixes.push_back({EFix::Replace, {{diagnostic.error.pos, text}}});
+}
+
+void CGrammarReporter::ReportMistyped(const SGrammarHalt& halt, K kind)
+{
+    SGrammarDiagnostic& diagnostic = Add(Code::MistypedWord, m_tokens.Span(halt.stop));
+    AddFound(diagnostic, "found", halt.stop);
+    const std::wstring text(TextOf(kind));
+    diagnostic.details.arguments.push_back({"expected", text});
+    diagnostic.details.fixes.push_back({EFix::Replace, {{diagnostic.error.pos, text}}});
 }
 
 // Whether the wrong token follows directly on a string of several lines, which then began where one should
@@ -179,8 +208,8 @@ void CGrammarReporter::ReportMissing(const SGrammarHalt& halt, K kind)
                : kind == K::Variable                         ? Code::MissingVariable
                                                              : Code::MissingName;
     const bool atToken = isValue || stop == 0 || StandsAtToken(code, kind) ||
-                         (KeepsCompany(m_tokens[stop].kind) && halt.description.leadsLine);
-    SGrammarDiagnostic& diagnostic = Add(code, atToken ? m_tokens.Span(stop) : GapBehind(stop - 1), stop);
+                         (KeepsCompany(m_tokens[stop].kind) && m_tokens.LeadsLine(stop));
+    SGrammarDiagnostic& diagnostic = Add(code, atToken ? m_tokens.Span(stop) : GapBehind(stop - 1));
     AddFound(diagnostic, "found", stop);
     const std::wstring text(TextOf(kind));
     if (isValue || stop == 0 || text.empty())
@@ -218,24 +247,24 @@ STextEdit CGrammarReporter::ClosingBrace(std::uint32_t behind, std::uint32_t ope
     return {{place, place}, text + L'}'};
 }
 
-void CGrammarReporter::ReportMissingBrace(std::uint32_t token, std::uint32_t opened, std::uint32_t stop)
+void CGrammarReporter::ReportMissingBrace(std::uint32_t token, std::uint32_t opened)
 {
-    SGrammarDiagnostic& diagnostic = Add(Code::MissingCloseBrace, GapBehind(token - 1), stop);
+    SGrammarDiagnostic& diagnostic = Add(Code::MissingCloseBrace, GapBehind(token - 1));
     AddFound(diagnostic, "found", token);
     diagnostic.details.related.push_back({m_tokens.Span(opened), OpenedHere});
     diagnostic.details.fixes.push_back({EFix::Insert, {ClosingBrace(token - 1, opened)}});
 }
 
-void CGrammarReporter::ReportOddBrace(std::uint32_t token, std::uint32_t opened, std::uint32_t stop)
+void CGrammarReporter::ReportOddBrace(std::uint32_t token, std::uint32_t opened)
 {
-    SGrammarDiagnostic& diagnostic = Add(Code::OddCloseBrace, m_tokens.Span(token), stop);
+    SGrammarDiagnostic& diagnostic = Add(Code::OddCloseBrace, m_tokens.Span(token));
     diagnostic.details.related.push_back({m_tokens.Span(opened), "It closes what is opened here"});
     diagnostic.details.fixes.push_back({EFix::Remove, {{diagnostic.error.pos, {}}}});
 }
 
 void CGrammarReporter::ReportOdd(const SGrammarHalt& halt)
 {
-    SGrammarDiagnostic& diagnostic = Add(OddCode(halt), m_tokens.Span(halt.stop), halt.stop);
+    SGrammarDiagnostic& diagnostic = Add(OddCode(halt), m_tokens.Span(halt.stop));
     if (m_tokens[halt.stop].kind == K::End)
         return;
     AddFound(diagnostic, "found", halt.stop);
@@ -288,7 +317,7 @@ void CGrammarReporter::ReportUnrepaired(const SGrammarHalt& halt)
 {
     const std::uint32_t stop = halt.stop;
     if (EndsLateString(stop)) {
-        Add(Code::StringWithoutEnd, m_tokens.Span(stop - 1), stop);
+        Add(Code::StringWithoutEnd, m_tokens.Span(stop - 1));
         return;
     }
     const auto& closers = halt.description.closers;
@@ -313,7 +342,7 @@ void CGrammarReporter::ReportLexical(std::uint32_t token)
     case K::BadIndent: code = Code::HeredocIndent; break;
     default: break;
     }
-    AddFound(Add(code, m_tokens.Span(token), token), "found", token);
+    AddFound(Add(code, m_tokens.Span(token)), "found", token);
 }
 
 void CGrammarReporter::AddRuleReports(const std::vector<SRuleReport>& reports, std::int32_t version)
@@ -325,9 +354,8 @@ void CGrammarReporter::AddRuleReports(const std::vector<SRuleReport>& reports, s
 void CGrammarReporter::AddRuleReport(const SRuleReport& report, std::int32_t version)
 {
     const std::uint32_t token = std::min(report.token, m_tokens.Count() - 1);
-    SGrammarDiagnostic& diagnostic = Add(report.code, m_tokens.Span(token), token);
+    SGrammarDiagnostic& diagnostic = Add(report.code, m_tokens.Span(token));
     diagnostic.stopsParse = false;
-    diagnostic.resumed = m_tokens.Span(token).end;
     SDetails& details = diagnostic.details;
     if (report.feature) {
         const SPhpFeature& feature = FeatureOf(*report.feature);
@@ -340,6 +368,11 @@ void CGrammarReporter::AddRuleReport(const SRuleReport& report, std::int32_t ver
     } else {
         const bool isOfMethod = report.code == Code::BodyMissing || report.code == Code::BodyNotAllowed;
         AddFound(diagnostic, PlaceOfToken(report.code), isOfMethod ? report.related.token : token);
+    }
+    if (report.code == Code::WrongToken) {
+        const std::wstring expected(TextOf(K::DoubleArrow)); // what the only rule that finds one expects
+        details.arguments.push_back({"expected", expected});
+        details.fixes.push_back({EFix::Replace, {{diagnostic.error.pos, expected}}});
     }
     if (report.fix == EFix::Remove)
         details.fixes.push_back({EFix::Remove, {{diagnostic.error.pos, {}}}});

@@ -30,17 +30,15 @@ public:
     void Begin() { m_diagnostics.clear(); }
     /// What has been found so far; in document order once it is finished.
     const std::vector<SGrammarDiagnostic>& Diagnostics() const { return m_diagnostics; }
-    /// Null: nothing has been found yet.
-    SGrammarDiagnostic* Last() { return m_diagnostics.empty() ? nullptr : &m_diagnostics.back(); }
 
     /// A small repair lets the parse go on.
     void ReportRepair(const SGrammarHalt& halt, const SGrammarRepair& repair);
     /// Nothing small helps.
     void ReportUnrepaired(const SGrammarHalt& halt);
     /// By the indentation a brace is missing before the token, of the block that `opened` opens.
-    void ReportMissingBrace(std::uint32_t token, std::uint32_t opened, std::uint32_t stop);
+    void ReportMissingBrace(std::uint32_t token, std::uint32_t opened);
     /// By the indentation the brace is one too many; it closes what `opened` opens.
-    void ReportOddBrace(std::uint32_t token, std::uint32_t opened, std::uint32_t stop);
+    void ReportOddBrace(std::uint32_t token, std::uint32_t opened);
     /// A token that no PHP holds.
     void ReportLexical(std::uint32_t token);
     /// What the rules have found, for a version.
@@ -51,11 +49,13 @@ public:
 private:
     using K = SyntaxParser::EPhpTokenKind;
 
-    SGrammarDiagnostic& Add(std::int32_t code, SyntaxParser::SScheme span, std::uint32_t stop);
+    SGrammarDiagnostic& Add(std::int32_t code, SyntaxParser::SScheme span);
     SyntaxParser::SScheme GapBehind(std::uint32_t token) const;
     STextEdit ClosingBrace(std::uint32_t behind, std::uint32_t opened) const;
     void AddFound(SGrammarDiagnostic& diagnostic, const char* place, std::uint32_t token) const;
     void ReportMissing(const SGrammarHalt& halt, K kind);
+    void ReportWrong(const SGrammarHalt& halt, K kind);
+    void ReportMistyped(const SGrammarHalt& halt, K kind);
     void ReportOdd(const SGrammarHalt& halt);
     std::int32_t OddCode(const SGrammarHalt& halt) const;
     bool EndsNumber(std::uint32_t stop) const;

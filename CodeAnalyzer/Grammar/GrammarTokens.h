@@ -44,6 +44,12 @@ public:
     /// The text with small letters; for names, which know no other difference.
     std::wstring Lower(std::uint32_t index) const;
     SyntaxParser::SScheme Span(std::uint32_t index) const;
+    /// Whether it is the first of its line.
+    bool LeadsLine(std::uint32_t index) const
+    {
+        return index == 0 || (m_tokens[index - 1].line != m_tokens[index].line &&
+                              Span(index - 1).end.y != m_tokens[index].line);
+    }
 
 private:
     std::vector<SGrammarToken> m_tokens;

@@ -51,6 +51,11 @@ enum EValueFlag : std::uint16_t {
     Appending = 1 << 3,   ///< ends with `[]`
     LongArray = 1 << 4,   ///< array(...)
 
+    // What is worked out before the program runs, but for arrays.
+    Truthy = 1 << 5,
+    Falsy = 1 << 6,
+    Folded = 1 << 7, ///< worked out, but not here
+
     // Elements of an array or a list.
     LastEmpty = 1 << 5,
     Hole = 1 << 6, ///< an empty element that is not the last

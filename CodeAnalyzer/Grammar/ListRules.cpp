@@ -11,8 +11,9 @@ constexpr std::uint16_t ElementFlags =
 } // namespace
 
 // Whether the element may be among those that values are assigned to.
-bool CListRules::CanBeTarget(const SGrammarValue& value) const
+bool CListRules::CanBeTarget(const SGrammarValue& grouped) const
 {
+    const SGrammarValue value = Ungrouped(grouped);
     switch (value.kind) {
     case EValue::Variable:
     case EValue::VariableVariable:
@@ -47,11 +48,12 @@ SGrammarValue CListRules::Element(const SGrammarValue& value) const
         element.flags |= NoTarget;
         element.extra = value.first;
     }
-    if (value.kind == EValue::ListLiteral)
+    const EValue kind = Ungrouped(value).kind;
+    if (kind == EValue::ListLiteral)
         element.flags |= ListInside;
-    if (value.kind == EValue::ArrayLiteral)
+    if (kind == EValue::ArrayLiteral)
         element.flags |= ShortInside;
-    if (value.kind == EValue::ArrayLiteral || value.kind == EValue::ListLiteral)
+    if (kind == EValue::ArrayLiteral || kind == EValue::ListLiteral)
         element.flags |= value.flags & ByReference;
     return element;
 }

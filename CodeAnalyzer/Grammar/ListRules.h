@@ -34,7 +34,7 @@ public:
     void Attribute(const SGrammarValue& start, const SGrammarValue& end);
 
 private:
-    bool CanBeTarget(const SGrammarValue& value) const;
+    bool CanBeTarget(const SGrammarValue& grouped) const;
 
     CTargetRules& m_targets;
 };

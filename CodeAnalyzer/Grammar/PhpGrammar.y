@@ -39,6 +39,8 @@ static void yyerror(CPhpRules& rules, SGrammarFault& fault, const char* message)
 %define api.value.type {Kesh::CodeAnalyzer::SGrammarValue}
 %parse-param {Kesh::CodeAnalyzer::CPhpRules& rules} {Kesh::CodeAnalyzer::SGrammarFault& fault}
 %expect 0
+/* A token that cannot follow is to be met before what it cannot follow has been reduced. */
+%define lr.default-reduction consistent
 
 %token End 0
 
@@ -143,7 +145,7 @@ use_name:
 ;
 
 use_prefix:
-    use_name Backslash          { rules.Needs(EFeature::GroupUse, $2); }
+    use_name Backslash          { rules.Needs(EFeature::GroupUse, $2); rules.files.UsePrefix($1); }
 ;
 
 plain_group_uses:
@@ -566,14 +568,20 @@ parameter_list:
 parameter:
     parameter_head              { rules.functions.EndParameter(); }
 |   parameter_head "=" expr     { rules.functions.DefaultValue($3); rules.functions.EndParameter(); }
-|   parameter_head "{"          { rules.functions.BeginParameterHooks($2); } hooks "}" { rules.functions.EndParameter(); }
-|   parameter_head "=" expr "{" { rules.functions.DefaultValue($3); rules.functions.BeginParameterHooks($4); } hooks "}" { rules.functions.EndParameter(); }
+|   promoted                    { rules.functions.EndParameter(); }
+|   promoted "=" expr           { rules.functions.DefaultValue($3); rules.functions.EndParameter(); }
+|   promoted "{"                { rules.functions.BeginParameterHooks($2); } hooks "}" { rules.functions.EndParameter(); }
+|   promoted "=" expr "{"       { rules.functions.DefaultValue($3); rules.functions.BeginParameterHooks($4); } hooks "}" { rules.functions.EndParameter(); }
 ;
 
 parameter_head:
     bare_parameter
-|   modifiers                   { rules.functions.BeginPromotion($1); } bare_parameter { rules.functions.EndPromotion(); }
 |   attributes bare_parameter
+;
+
+/* Only what becomes a property may have hooks: elsewhere a brace means that `)` is missing. */
+promoted:
+    modifiers                   { rules.functions.BeginPromotion($1); } bare_parameter { rules.functions.EndPromotion(); }
 |   attributes modifiers        { rules.functions.BeginPromotion($2); } bare_parameter { rules.functions.EndPromotion(); }
 ;
 
@@ -672,24 +680,24 @@ expr:
 |   primary CoalesceAssign expr { rules.Needs(EFeature::CoalesceAssign, $2); rules.targets.Change($1, $2); $$ = rules.values.Computed($1); }
 |   primary IncDec              { rules.targets.Change($1, $2); $$ = rules.values.Computed($1); }
 |   IncDec primary              { rules.targets.Change($2, $1); $$ = rules.values.Computed($1); }
-|   expr BooleanOr expr         { $$ = rules.values.Binary($1, $3); }
-|   expr BooleanAnd expr        { $$ = rules.values.Binary($1, $3); }
-|   expr Or expr                { $$ = rules.values.Binary($1, $3); }
-|   expr And expr               { $$ = rules.values.Binary($1, $3); }
-|   expr Xor expr               { $$ = rules.values.Binary($1, $3); }
-|   expr "|" expr               { $$ = rules.values.Binary($1, $3); }
-|   expr "&" expr               { $$ = rules.values.Binary($1, $3); }
-|   expr BitAndBeforeVariable expr { $$ = rules.values.Binary($1, $3); }
-|   expr BitXor expr            { $$ = rules.values.Binary($1, $3); }
-|   expr Equality expr          { $$ = rules.values.Binary($1, $3); }
-|   expr Comparison expr        { $$ = rules.values.Binary($1, $3); }
+|   expr BooleanOr expr         { $$ = rules.values.Logic($1, $3, true); }
+|   expr BooleanAnd expr        { $$ = rules.values.Logic($1, $3, false); }
+|   expr Or expr                { $$ = rules.values.Logic($1, $3, true); }
+|   expr And expr               { $$ = rules.values.Logic($1, $3, false); }
+|   expr Xor expr               { $$ = rules.values.Combined($1, $3, TypeBool); }
+|   expr "|" expr               { $$ = rules.values.Combined($1, $3, TypeInt | TypeString); }
+|   expr "&" expr               { $$ = rules.values.Combined($1, $3, TypeInt | TypeString); }
+|   expr BitAndBeforeVariable expr { $$ = rules.values.Combined($1, $3, TypeInt | TypeString); }
+|   expr BitXor expr            { $$ = rules.values.Combined($1, $3, TypeInt | TypeString); }
+|   expr Equality expr          { $$ = rules.values.Combined($1, $3, TypeBool | TypeInt); }
+|   expr Comparison expr        { $$ = rules.values.Combined($1, $3, TypeBool); }
 |   expr Pipe expr              { rules.Needs(EFeature::Pipe, $2); $$ = rules.values.Binary($1, $3); $$.flags |= NotConstant; }
-|   expr Dot expr               { $$ = rules.values.Binary($1, $3); }
-|   expr Shift expr             { $$ = rules.values.Binary($1, $3); }
-|   expr Additive expr          { $$ = rules.values.Binary($1, $3); }
-|   expr Multiplicative expr    { $$ = rules.values.Binary($1, $3); }
-|   expr Power expr             { rules.Needs(EFeature::Power, $2); $$ = rules.values.Binary($1, $3); }
-|   expr Coalesce expr          { rules.Needs(EFeature::Coalesce, $2); $$ = rules.values.Binary($1, $3); }
+|   expr Dot expr               { $$ = rules.values.Combined($1, $3, TypeString); }
+|   expr Shift expr             { $$ = rules.values.Combined($1, $3, TypeInt); }
+|   expr Additive expr          { $$ = rules.values.Calculated($1, $3); }
+|   expr Multiplicative expr    { $$ = rules.values.Calculated($1, $3); }
+|   expr Power expr             { rules.Needs(EFeature::Power, $2); $$ = rules.values.Calculated($1, $3); }
+|   expr Coalesce expr          { rules.Needs(EFeature::Coalesce, $2); $$ = rules.values.Coalesced($1, $3); }
 |   Additive expr %prec Complement { $$ = rules.values.Unary($1, $2); }
 |   Not expr                    { $$ = rules.values.Unary($1, $2); }
 |   Complement expr             { $$ = rules.values.Unary($1, $2); }
@@ -999,9 +1007,14 @@ TGrammarSymbol OffsetBraceSymbol()
     return T_OffsetBrace;
 }
 
-int CGrammarProbe::Top() const
+int CGrammarProbe::SymbolAt(std::size_t depth) const
 {
-    return m_above.empty() ? m_below[m_depth] : m_above.back();
+    return yystos[StateAt(depth)];
+}
+
+bool CGrammarProbe::ShiftsAt(std::size_t depth, TGrammarSymbol symbol) const
+{
+    return Action(StateAt(depth), symbol) > 0;
 }
 
 void CGrammarProbe::Drop(int count)
@@ -1017,7 +1030,7 @@ void CGrammarProbe::Drop(int count)
 bool CGrammarProbe::Take(TGrammarSymbol symbol)
 {
     for (;;) {
-        const int action = Action(Top(), symbol);
+        const int action = Action(StateAt(Depth()), symbol);
         if (action == 0)
             return false;
         if (action > 0) {
@@ -1025,7 +1038,7 @@ bool CGrammarProbe::Take(TGrammarSymbol symbol)
             return true;
         }
         Drop(yyr2[-action]);
-        m_above.push_back(static_cast<std::int16_t>(Goto(Top(), -action)));
+        m_above.push_back(static_cast<std::int16_t>(Goto(StateAt(Depth()), -action)));
     }
 }
 

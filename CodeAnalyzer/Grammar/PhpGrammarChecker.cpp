@@ -88,7 +88,11 @@ bool CPhpGrammarChecker::Feed(std::uint32_t token)
 {
     if (m_tokens.IsBad(token)) [[unlikely]]
         m_recovery.OnLexicalError(token);
-    return m_feed.Feed(*m_parse, token);
+    if (!m_feed.Feed(*m_parse, token))
+        return false;
+    if (m_recovery.IsQuiet()) [[unlikely]]
+        m_recovery.OnFed(*m_parse, token);
+    return true;
 }
 
 // Feeds what has come, as far as that can be decided yet.

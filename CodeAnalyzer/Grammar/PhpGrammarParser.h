@@ -29,18 +29,37 @@ TGrammarSymbol OffsetBraceSymbol();
 class CGrammarProbe
 {
 public:
+    /// Before the first token of a document, of no parser.
+    CGrammarProbe() = default;
+
     /// Takes the symbol if the grammar allows it next; otherwise the probe is of no further use.
     bool Take(TGrammarSymbol symbol);
+    bool Accepts(TGrammarSymbol symbol) const
+    {
+        CGrammarProbe probe = *this;
+        return probe.Take(symbol);
+    }
+
+    /// As those of the parser.
+    std::size_t Depth() const { return static_cast<std::size_t>(m_depth) + m_above.size(); }
+    int SymbolAt(std::size_t depth) const;
+    bool ShiftsAt(std::size_t depth, TGrammarSymbol symbol) const;
+    void Pop(std::size_t depth) { Drop(static_cast<int>(Depth() - depth)); }
 
 private:
     friend class CPhpGrammarParser;
+    static constexpr std::int16_t First = 0; ///< the state before any token
 
     CGrammarProbe(const std::int16_t* below, std::ptrdiff_t depth) : m_below(below), m_depth(depth) {}
-    int Top() const;
+    int StateAt(std::size_t depth) const
+    {
+        const auto below = static_cast<std::size_t>(m_depth);
+        return depth <= below ? m_below[depth] : m_above[depth - below - 1];
+    }
     void Drop(int count);
 
-    const std::int16_t* m_below;
-    std::ptrdiff_t m_depth;
+    const std::int16_t* m_below = &First;
+    std::ptrdiff_t m_depth = 0;
     std::vector<std::int16_t> m_above; ///< states on top of what is left of the parser's
 };
 

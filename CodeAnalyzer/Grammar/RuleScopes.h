@@ -190,7 +190,8 @@ public:
     std::int32_t version = 0;
     std::vector<SFunctionScope> functions; ///< the file's is the first
     std::vector<SClassScope> classes;
-    SModifiers modifiers; ///< of the declaration being read
+    SModifiers modifiers;                  ///< of the declaration being read
+    std::uint32_t namespaceName = NoToken; ///< the token that names the namespace; NoToken: the global one
     CPendingUses pending;
 
 private:

@@ -35,6 +35,13 @@ protected:
     }
     void Report(std::int32_t code, const SGrammarValue& value) { m_scopes.Report(code, value.first); }
     void Needs(EFeature feature, const SGrammarValue& value) { m_scopes.Needs(feature, value.first); }
+    /// What stands in brackets, where they make no difference.
+    static SGrammarValue Ungrouped(SGrammarValue value)
+    {
+        if (value.kind == EValue::Group)
+            value.kind = value.inner;
+        return value;
+    }
     /// A value that has to be known before the program runs.
     void CheckConstant(const SGrammarValue& value, bool allowNew);
 

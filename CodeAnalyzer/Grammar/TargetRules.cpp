@@ -69,11 +69,20 @@ void CTargetRules::Assign(const SGrammarValue& target, const SGrammarValue& op, 
         if (target.kind == EValue::ArrayLiteral)
             Needs(EFeature::ShortList, target);
         Destructure(target);
-        if ((target.flags & ByReference) && !IsPlace(value))
+        if ((target.flags & ByReference) && !IsPlace(Ungrouped(value)))
             Report(Code::NotAssignable, value);
+    } else if (target.kind == EValue::Text && target.first > 0 && IsElementBehind(target.first - 1)) {
+        Report(Code::WrongToken, op);
     } else {
         CheckTarget(target, op.first);
     }
+}
+
+// Whether the key of an element may come behind the token.
+bool CTargetRules::IsElementBehind(std::uint32_t token) const
+{
+    using K = SyntaxParser::EPhpTokenKind;
+    return Tokens()[token].kind == K::OpenSquare || Tokens()[token].kind == K::Comma;
 }
 
 void CTargetRules::AssignReference(const SGrammarValue& target, const SGrammarValue& op,

@@ -25,6 +25,7 @@ public:
     void CheckPlace(const SGrammarValue& target);
 
 private:
+    bool IsElementBehind(std::uint32_t token) const;
     void CheckTarget(const SGrammarValue& target, std::uint32_t op);
     void Destructure(const SGrammarValue& list);
 };

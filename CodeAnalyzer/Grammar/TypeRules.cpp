@@ -138,7 +138,7 @@ void CTypeRules::CheckDefault(std::uint32_t type, const SGrammarValue& value, bo
 {
     const bool isLiteral = value.kind == EValue::Literal || value.kind == EValue::Text ||
                            value.kind == EValue::ArrayLiteral || value.kind == EValue::Name ||
-                           value.kind == EValue::SignedNumber;
+                           value.kind == EValue::SignedNumber || (value.flags & Folded);
     const std::uint32_t given = value.kind == EValue::ArrayLiteral ? TypeArray : value.extra;
     if (!isLiteral || given == 0 || (value.flags & (NotConstant | HasNew)) || (type & TypeMixed))
         return;

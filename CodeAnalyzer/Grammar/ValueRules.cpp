@@ -1,5 +1,7 @@
 #include "Grammar/ValueRules.h"
 
+#include "Grammar/ConstantValues.h"
+
 namespace Kesh::CodeAnalyzer {
 
 using K = SyntaxParser::EPhpTokenKind;
@@ -27,11 +29,13 @@ SGrammarValue CValueRules::NameValue(const SGrammarValue& name) const
     SGrammarValue value = name;
     value.kind = EValue::Name;
     const std::size_t size = Text(name.first).size();
-    if (size == 4 && IsWord(name.first, L"null"))
+    if (size < 4 || size > 6)
+        return value;
+    if (IsWord(name.first, L"null") || IsWord(name.first, L"\\null"))
         value.extra = TypeNull;
-    else if (size == 4 && IsWord(name.first, L"true"))
+    else if (IsWord(name.first, L"true") || IsWord(name.first, L"\\true"))
         value.extra = TypeTrue;
-    else if (size == 5 && IsWord(name.first, L"false"))
+    else if (IsWord(name.first, L"false") || IsWord(name.first, L"\\false"))
         value.extra = TypeFalse;
     return value;
 }
@@ -47,11 +51,89 @@ SGrammarValue CValueRules::TextValue(const SGrammarValue& text) const
 SGrammarValue CValueRules::Unary(const SGrammarValue& op, const SGrammarValue& operand) const
 {
     SGrammarValue value = operand;
-    const bool isNumber = operand.kind == EValue::Literal && (operand.extra & (TypeInt | TypeFloat)) &&
-                          (Tokens()[op.first].kind == K::Minus || Tokens()[op.first].kind == K::Plus);
+    const K kind = Tokens()[op.first].kind;
+    const bool isSign = kind == K::Minus || kind == K::Plus;
     value.first = op.first;
-    value.kind = isNumber ? EValue::SignedNumber : EValue::Other;
+    value.kind = EValue::Other;
     value.flags &= NotConstant | HasNew;
+    const EKnown known = KnownOf(Tokens(), operand);
+    if (isSign && operand.kind == EValue::Literal && (operand.extra & (TypeInt | TypeFloat))) {
+        value.kind = EValue::SignedNumber;
+        value.bad = operand.first;
+    } else if (known != EKnown::Nothing) {
+        value.flags |= Folded;
+        value.extra = kind == K::Not ? TypeBool : TypeInt | TypeFloat;
+        if (kind == K::Not && known != EKnown::Something)
+            value.flags |= known == EKnown::True ? Falsy : Truthy;
+    } else {
+        value.extra = 0;
+    }
+    return value;
+}
+
+// What both sides give is worked out when both are.
+SGrammarValue CValueRules::Combined(const SGrammarValue& a, const SGrammarValue& b, std::uint32_t type) const
+{
+    SGrammarValue value = Binary(a, b);
+    if (!(value.flags & (NotConstant | HasNew)) && KnownOf(Tokens(), a) != EKnown::Nothing &&
+        KnownOf(Tokens(), b) != EKnown::Nothing) {
+        value.flags |= Folded;
+        const bool isArray = a.kind == EValue::ArrayLiteral || b.kind == EValue::ArrayLiteral;
+        value.extra = isArray ? 0 : type;
+    }
+    return value;
+}
+
+// Numbers; what stands for another type may give either.
+SGrammarValue CValueRules::Calculated(const SGrammarValue& a, const SGrammarValue& b) const
+{
+    const bool isFloat = a.extra == TypeFloat || b.extra == TypeFloat;
+    return Combined(a, b, isFloat ? TypeFloat : TypeInt | TypeFloat);
+}
+
+// `&&` and `||`: the left side may settle it, so that nobody looks at the right one.
+SGrammarValue CValueRules::Logic(const SGrammarValue& a, const SGrammarValue& b, bool settledBy) const
+{
+    const EKnown left = KnownOf(Tokens(), a);
+    SGrammarValue value = Binary(a, b);
+    if (left == EKnown::Nothing)
+        return value;
+    const bool isSettled = (left == EKnown::True) == settledBy && left != EKnown::Something;
+    if (isSettled || left == EKnown::Something) {
+        value = {a.first, a.bad, TypeBool, Folded, EValue::Other, EValue::Other};
+        if (isSettled)
+            value.flags |= settledBy ? Truthy : Falsy;
+    } else if (const EKnown right = KnownOf(Tokens(), b); right != EKnown::Nothing) {
+        value.extra = TypeBool;
+        value.flags |= right == EKnown::Something ? Folded
+                       : right == EKnown::True    ? Truthy | Folded
+                                                  : Falsy | Folded;
+    }
+    return value;
+}
+
+SGrammarValue CValueRules::Coalesced(const SGrammarValue& a, const SGrammarValue& b) const
+{
+    const EKnown left = KnownOf(Tokens(), a);
+    if (left == EKnown::Nothing)
+        return Binary(a, b);
+    return Chosen(a.first, left == EKnown::Null ? b : a);
+}
+
+// One of the values of which an expression has the choice, made before the program runs.
+SGrammarValue CValueRules::Chosen(std::uint32_t first, const SGrammarValue& choice) const
+{
+    const EKnown known = KnownOf(Tokens(), choice);
+    SGrammarValue value = choice;
+    if (choice.kind == EValue::ArrayLiteral)
+        value.extra = TypeArray;
+    value.first = first;
+    value.kind = EValue::Other;
+    value.flags &= NotConstant | HasNew;
+    if (known != EKnown::Nothing)
+        value.flags |= known == EKnown::Something ? Folded
+                       : known == EKnown::True    ? Folded | Truthy
+                                                  : Folded | Falsy;
     return value;
 }
 
@@ -85,7 +167,11 @@ SGrammarValue CValueRules::Ternary(const SGrammarValue& condition, const SGramma
 {
     if (Version() >= 800 && (condition.kind == EValue::Ternary || condition.kind == EValue::ShortTernary))
         Report(Code::NestedTernary, mark);
-    SGrammarValue value = Binary(Binary(condition, then), otherwise);
+    const EKnown known = KnownOf(Tokens(), condition);
+    SGrammarValue value = known == EKnown::Nothing ? Binary(Binary(condition, then), otherwise)
+                          : known == EKnown::Something
+                              ? Chosen(condition.first, condition)
+                              : Chosen(condition.first, known == EKnown::True ? then : otherwise);
     value.kind = EValue::Ternary;
     return value;
 }
@@ -95,7 +181,11 @@ SGrammarValue CValueRules::ShortTernary(const SGrammarValue& condition, const SG
 {
     if (Version() >= 800 && condition.kind == EValue::Ternary)
         Report(Code::NestedTernary, mark);
-    SGrammarValue value = Binary(condition, otherwise);
+    const EKnown known = KnownOf(Tokens(), condition);
+    const bool isChosen = known == EKnown::True || known == EKnown::Something;
+    SGrammarValue value = known == EKnown::Nothing
+                              ? Binary(condition, otherwise)
+                              : Chosen(condition.first, isChosen ? condition : otherwise);
     value.kind = EValue::ShortTernary;
     return value;
 }
@@ -103,10 +193,13 @@ SGrammarValue CValueRules::ShortTernary(const SGrammarValue& condition, const SG
 SGrammarValue CValueRules::Grouped(const SGrammarValue& bracket, const SGrammarValue& value) const
 {
     SGrammarValue group = value;
-    group.extra = value.kind == EValue::Literal ? value.first : NoToken;
     group.first = bracket.first;
-    group.inner = value.kind;
     group.kind = EValue::Group;
+    if (value.kind == EValue::Group)
+        return group;
+    group.inner = value.kind;
+    if (!(value.flags & (NotConstant | HasNew)) && value.kind != EValue::SignedNumber)
+        group.bad = value.first;
     return group;
 }
 
@@ -158,7 +251,7 @@ SGrammarValue CValueRules::Dim(const SGrammarValue& base, const SGrammarValue& b
                                const SGrammarValue& index)
 {
     CheckBase(base, bracket, true);
-    SGrammarValue value = Binary(base, index);
+    SGrammarValue value = Combined(base, index, 0);
     value.kind = EValue::Element;
     value.flags |= base.flags & Nullsafe;
     value.inner = RootOf(base);

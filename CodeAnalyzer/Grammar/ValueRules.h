@@ -32,6 +32,10 @@ public:
         const auto flags = static_cast<std::uint16_t>((a.flags | b.flags) & (NotConstant | HasNew));
         return {a.first, badLeft ? a.bad : b.bad, 0, flags, EValue::Other, EValue::Other};
     }
+    SGrammarValue Combined(const SGrammarValue& a, const SGrammarValue& b, std::uint32_t type) const;
+    SGrammarValue Calculated(const SGrammarValue& a, const SGrammarValue& b) const;
+    SGrammarValue Logic(const SGrammarValue& a, const SGrammarValue& b, bool settledBy) const;
+    SGrammarValue Coalesced(const SGrammarValue& a, const SGrammarValue& b) const;
     SGrammarValue Unary(const SGrammarValue& op, const SGrammarValue& operand) const;
     SGrammarValue Ternary(const SGrammarValue& condition, const SGrammarValue& mark,
                           const SGrammarValue& then, const SGrammarValue& otherwise);
@@ -58,6 +62,7 @@ public:
 
 private:
     void CheckBase(const SGrammarValue& base, const SGrammarValue& op, bool looksUp);
+    SGrammarValue Chosen(std::uint32_t first, const SGrammarValue& choice) const;
     EValue RootOf(const SGrammarValue& base) const;
 
     CNameRules& m_names;

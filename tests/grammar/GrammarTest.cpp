@@ -120,6 +120,12 @@ TEST(Grammar, NamesWhatIsMissingOrTooMuch)
         {"f('abc\n$a = 'def';\n", "1051 0:2-1:6"},
         {"$a = \"x $b[0 y\";", "1056 0:12-0:13"},
         {"$a = 1__0;", "1055 0:5-0:9"},
+        {"class A extend B { }", "1017 0:8-0:14"},
+        {"fucntion f() { }", "1017 0:0-0:8"},
+        {"class A { protetced $a = 1; public $b; }", "1017 0:10-0:19"},
+        {"if ($a) { f(); } elsei ($b) { g(); }", "1017 0:17-0:22"},
+        {"function f($a, $b\n{\n    g();\n}\n", "1002 1:0-1:1"},
+        {"$a = ['b' = 1];", "1018 0:10-0:11"},
     };
     for (const auto& [text, expected] : Cases)
         EXPECT_EQ(Describe(text), expected) << text;
@@ -160,6 +166,12 @@ TEST(Grammar, GoesOnAfterAnError)
         {"f(1;\ng();\nh(2;\n", "1002 0:2-0:3 1002 2:2-2:3"},
         {"$a = ;\n$b = 1;\nif () { f(); }\n", "1011 0:5-0:6 1011 2:4-2:5"},
         {"foo bar baz quux;\n$a = 1;\n$b = = 2;\n", "1035 0:4-0:7 1025 2:5-2:6"},
+        // What has lost its frame is not told of each of its members.
+        {"<?php\nclass A {\n  function f() { g(); } }\n\n  public function h() { }\n"
+         "  private $a = 1;\n  public $b;\n}\n",
+         "1033 4:2-4:8"},
+        {"<?php\ncase 1: f(); break;\ncase 2: g(); break;\n}\nf(1;\n", "1032 1:0-1:4 1002 4:2-4:3"},
+        {"$['a'] = [\n  1,\n];\n$['b'] = [\n  2,\n];\n", "1014 0:1-0:2 1014 3:1-3:2"},
         {"<?php\nclass A {\n  function f( { g(); }\n  function h() { return 1 }\n}\n",
          "1002 2:12-2:13 1001 3:24-3:25"},
     };

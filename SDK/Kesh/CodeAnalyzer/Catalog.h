@@ -24,7 +24,8 @@ enum class EFix : std::uint8_t {
     None,
     Insert, ///< something is missing
     Remove, ///< something is too much
-    Rename  ///< a name is meant that is much like this one
+    Rename, ///< a name is meant that is much like this one
+    Replace ///< something else belongs in its place
 };
 
 /// A kind of diagnostic. Its texts are the keys of their translations.
