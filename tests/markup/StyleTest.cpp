@@ -184,6 +184,7 @@ TEST(Styles, Values)
          "2542@11,0-12,0"},
         {"a{display:-webkit-box;-webkit-foo:bar;foo:bar;width:-webkit-calc(1px + 2px);mso-x:y}", ""},
         {"a{display:-wbkit-box;background:-o-linnear-gradient(red,blue)}", "?2563@10,0-20,0 2541@35,0-51,0"},
+        {"a{--x:0 1erm rga(0,0,0);--y:var(--z,#0g0)}", "?2543@9,0-12,0 ?2541@13,0-16,0 ?2544@36,0-40,0"},
         {"a{--x:1xp;--y:#ff00;--z:#ff000;--w:#home}", "?2543@7,0-9,0 ?2544@24,0-30,0"},
     });
 }
@@ -205,6 +206,7 @@ TEST(Styles, PhpStandsForAnything)
         {"a{<?= 1 ?>}b{<?= 2 ?>;top:0<?= 3 ?>px;color:#<?= 4 ?>}<?= 5 ?>c{top:0}", ""},
         {"a{<?php if (1) { ?>top:0;<?php } ?> left:1xp}", "2543@42,0-44,0"},
         {"@media <?= 1 ?>{a{top:0}}@<?= 2 ?> x{b{top:0}}.c<?= 3 ?> d:<?= 4 ?>,e[<?= 5 ?>]{top:0}", ""},
+        {"a{background:url(<?= 1 ?> b);content:'<?= 2 ?>", "2506@1,0-2,0"},
         {"a{border:<?= 1 ?> soild;margin:rgb(<?= 2 ?>}", "2507@31,0-35,0"},
     });
 }
@@ -217,6 +219,9 @@ TEST(Styles, OtherLanguagesAreLeftAlone)
         {"@a:1;b{width:@a;display:blok}", ""},
         {"a{display:__x__;width:~'b'}", ""},
     });
+    // Templates of scripts.
+    Expect({{"{{ w }}", ""}, {"width:{{{ a ? b : c }}}px", ""}, {"<# if (a) { #>top:0<# } #>", ""}},
+           EStyleKind::Attribute);
 }
 
 TEST(Styles, FixesMendThem)
