@@ -56,6 +56,7 @@ const std::array<std::vector<K>, 6> Frames{{
     {K::Function, K::Identifier, K::OpenRound, K::CloseRound, K::OpenBrace},
 }};
 constexpr int FrameCost = 58;
+constexpr int MemberCost = 30; // for a property without a modifier
 constexpr int DropCost = 27;
 constexpr int DoubledCost = 10;
 constexpr int FramingCost = 14; // on top of that, for what statements are told apart by
@@ -63,6 +64,7 @@ constexpr int ReplaceCost = 22; // on top of what is inserted
 constexpr int SwapCost = 38;
 constexpr int WordCost = 14;
 constexpr int PairCost = 46;
+constexpr int EndedCost = 40; // an element that is not ended, nor told from the next one
 constexpr int CloserCost = 4; // for each further one
 constexpr int LineCost = 12;  // what a line break makes likelier or less likely
 constexpr int BackCost = 8;   // for what is done before the wrong token, and for each further one
@@ -128,6 +130,7 @@ private:
         Try(R::Insert, {K::Colon, K::Variable}, 0, 0, PairCost);
         for (const K end : {K::Endif, K::Endforeach, K::Endwhile, K::Endfor, K::Endswitch})
             Try(R::Insert, {end, K::Semicolon}, 0, 0, PairCost);
+        Try(R::Frame, {K::Public}, 0, 0, MemberCost);
         for (const std::vector<K>& frame : Frames)
             Try(R::Frame, frame, 0, 0, FrameCost);
         TrySwap(0, 0);
@@ -159,6 +162,8 @@ private:
                 Try(R::Insert, {kind}, back, 0, cost + more);
                 Try(R::Replace, {kind}, back, 1, cost + ReplaceCost + more);
             }
+            for (const K closer : {K::CloseRound, K::CloseSquare})
+                Try(R::Insert, {closer, K::Comma}, back, 0, EndedCost + more);
             Try(R::Drop, {}, back, 1, CostOfDrop(at) + more);
             TrySwap(back, more);
         }
