@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <iterator>
+#include <utility>
 
 namespace Kesh::SyntaxParser {
 
@@ -51,9 +52,11 @@ const SHtmlToken& CHtmlTagReader::Read()
 void CHtmlTagReader::ReadName()
 {
     const std::size_t begin = m_cursor.At();
+    bool isPlain = true; // so far, no PHP in it
     for (wchar_t c; c = m_cursor.Peek(), c != L'/' && !EndsWord(c) && !IsNextTag(); m_cursor.Skip()) {
         // After a whole name, PHP rather prints attributes than the rest of a longer one.
-        if (c == MarkupIsland && GetTagFlags(Lower(m_cursor.Text({begin, m_cursor.At()}))) & TagHtml)
+        if (c == MarkupIsland && std::exchange(isPlain, false) &&
+            GetTagFlags(Lower(m_cursor.Text({begin, m_cursor.At()}))) & TagHtml)
             break;
     }
     m_token.name = {begin, m_cursor.At()};

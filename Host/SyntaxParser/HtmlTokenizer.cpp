@@ -59,10 +59,13 @@ bool CHtmlTokenizer::IsCancelled()
 
 void CHtmlTokenizer::ReadIsland()
 {
-    EndText();
+    if (!m_isInStyle) // which is one sheet, with whatever PHP in it
+        EndText();
     const std::size_t begin = m_cursor.At();
     while (m_cursor.Peek() == MarkupIsland)
         m_cursor.Skip();
+    if (m_isInStyle)
+        return;
     EmitText(EHtmlTokenKind::Island, {begin, m_cursor.At()});
 }
 

@@ -272,7 +272,7 @@ TEST_F(CommandLine, NulIsNoEndOfPhp)
     for (const auto& [text, line, column, code] : cases) {
         m_folder.Write(L"a.php", text);
         for (const char* command : {"check", "project"}) {
-            const SResult result = Run({command, "--format", "json", "."});
+            const SResult result = Run({command, "--no-markup", "--format", "json", "."});
             EXPECT_EQ(result.exit, 1) << command << " " << text;
             const json records = json::parse(result.out);
             ASSERT_EQ(records.size(), 1u) << command << " " << text;

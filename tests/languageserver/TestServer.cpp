@@ -319,8 +319,8 @@ TEST_F(Server, TheTextStaysWhatTheEditorHas)
         {{{{"text", Wrong}}, {{"text", 5}}}, {Found}},
         {{{{"text", Wrong}}, {{"range", range(0, 0, 9, 0)}}}, {Found}},
         {{{{"text", "\xEF\xBB\xBF" + Wrong}}}, {Found}},
-        {{{{"text", Wrong + std::string("\0", 1) + "f(1;"}}}, {Found, "3:0-3:1 1056"}},
-        {json::array(), {Found, "3:0-3:1 1056"}},
+        {{{{"text", Wrong + "$c = 3;" + std::string("\0", 1) + "f(1;"}}}, {Found, "3:7-3:8 1056"}},
+        {json::array(), {Found, "3:7-3:8 1056"}},
     };
     const std::string uri = "untitled:Untitled-1";
     Open(uri, "<?php\n");

@@ -168,6 +168,7 @@ TEST(HtmlTokens, TakeLinearTime)
         for (const std::string_view start : {"", "<p ", "<svg>", "<script><!--", "<!--", "<p a='", "<p a"})
             CPrinter::Of(std::string(start) + text, true);
     }
+    CPrinter::Of("<<?= '" + std::string(400'000, 'x') + "' ?> a>", true);
 }
 
 } // namespace Kesh::SyntaxParser
