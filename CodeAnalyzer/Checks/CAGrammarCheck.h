@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Kesh/CodeAnalyzer/IGrammarCheck.h"
+#include "Kesh/CodeAnalyzer/PhpVersions.h"
 
 #include <atomic>
 #include <memory>
@@ -15,7 +16,13 @@ class CCAGrammarCheck final : public IGrammarCheck
 public:
     void SetEnabled(bool enabled) override { m_enabled = enabled; }
     bool IsEnabled() const override { return m_enabled; }
-    void SetPhpVersion(std::int32_t version) override { m_version = version; }
+    bool SetPhpVersion(std::int32_t version) override
+    {
+        const bool known = version == 0 || IsPhpVersion(version);
+        if (known)
+            m_version = version;
+        return known;
+    }
     std::int32_t GetPhpVersion() const override { return m_version; }
     void SetChoices(TChoices choices) override
     {
@@ -32,7 +39,10 @@ public:
             const std::lock_guard lock(m_mutex);
             choices = m_choices;
         }
-        return choices ? (*choices)(path) : SGrammarChoice{true, m_version};
+        SGrammarChoice choice = choices ? (*choices)(path) : SGrammarChoice{true, m_version};
+        if (!IsPhpVersion(choice.phpVersion))
+            choice.phpVersion = 0;
+        return choice;
     }
 
 private:

@@ -3,6 +3,7 @@
 #include "Base/Exception.h"
 #include "Files/FileIO.h"
 #include "Files/FilePath.h"
+#include "Kesh/CodeAnalyzer/PhpVersions.h"
 
 #include <nlohmann/json.hpp>
 #include <regex>
@@ -45,7 +46,8 @@ std::optional<std::int32_t> LowestPhpVersion(const std::string& constraint)
         if (!lowest || version < *lowest)
             lowest = version;
     }
-    return lowest;
+    // What a package asks for is not this program's to refuse: "^5" and ">=9" are honest there.
+    return lowest ? std::optional(CodeAnalyzer::NearestPhpVersion(*lowest)) : lowest;
 }
 
 bool HasComposer(const std::wstring& folder)

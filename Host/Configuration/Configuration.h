@@ -65,8 +65,10 @@ std::wstring FindConfiguration(const std::wstring& path);
 SConfiguration ReadConfiguration(const std::wstring& file);
 /// The same from its text.
 SConfiguration ParseConfiguration(const std::wstring& file, std::string_view text);
-/// "8.2" as 802; nothing when it is no version of PHP that is known.
+/// "8.2", or "8.2.14", as 802; nothing when it is no version of PHP that is known.
 std::optional<std::int32_t> PhpVersionOf(std::string_view text);
+/// What is said to the user of a text that is none, behind a name of where it stands; with those known.
+std::string NoPhpVersion(std::string_view text);
 
 /// The commented file that new projects begin with.
 std::string_view InitialConfiguration();

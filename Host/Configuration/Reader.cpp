@@ -114,23 +114,6 @@ std::wstring PathFrom(const std::wstring& root, const std::string& bytes)
 
 } // namespace
 
-std::optional<std::int32_t> PhpVersionOf(std::string_view text)
-{
-    std::int32_t major = 0;
-    std::int32_t minor = 0;
-    const char* end = text.data() + text.size();
-    const auto [dot, noMajor] = std::from_chars(text.data(), end, major);
-    if (noMajor != std::errc() || dot == end || *dot != '.')
-        return {};
-    const auto [rest, noMinor] = std::from_chars(dot + 1, end, minor);
-    // "8.2.14" means 8.2.
-    if (noMinor != std::errc() || (rest != end && *rest != '.'))
-        return {};
-    if (major < 5 || major > 99 || minor > 99 || (major == 5 && minor < 3))
-        return {};
-    return major * 100 + minor;
-}
-
 SConfiguration ParseConfiguration(const std::wstring& file, std::string_view text)
 {
     SConfiguration read;
@@ -158,8 +141,7 @@ SConfiguration ParseConfiguration(const std::wstring& file, std::string_view tex
                  [&](const SJsonValue& v) {
                      read.phpVersion = PhpVersionOf(TextOf(v, "phpVersion"));
                      if (!read.phpVersion)
-                         Fail(v.line,
-                              "\"phpVersion\" must be a version of PHP from \"5.3\" on, such as \"8.2\"");
+                         Fail(v.line, "\"phpVersion\": " + NoPhpVersion(v.text));
                  }},
                 choice("grammar", read.grammar),
                 choice("markup", read.markup),

@@ -50,8 +50,7 @@ void AddPhpOptions(CLI::App& command, SOptions& options)
             [&options](const std::string& text) {
                 const auto version = Configuration::PhpVersionOf(text);
                 if (!version)
-                    throw CLI::ValidationError(
-                        "--php-version", "\"" + text + "\" is no version of PHP from 5.3 on, such as 8.2");
+                    throw CLI::ValidationError("--php-version", Configuration::NoPhpVersion(text));
                 options.phpVersion = *version;
             },
             "What PHP has to take the files: 8.2 for example. Without it, the version in code-analyzer.json "

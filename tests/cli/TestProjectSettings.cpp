@@ -111,6 +111,12 @@ TEST_F(Settings, PhpIsJudgedByTheVersionThatTheProjectIsFor)
         {"", R"({"require": {"php": "^7.3 || ~8.1.0"}})", {}, tooNew},
         {"", R"({"require": {"php": ">=8.0 <8.5"}})", {}, tooOld},
         {"", R"({"require": {"php": "<8"}})", {}, {}},
+        // Composer's own business: the next known one, or the newest.
+        {"", R"({"require": {"php": ">=5.2"}})", {}, tooNew},
+        {"", R"({"require": {"php": "^5"}})", {}, tooNew},
+        {"", R"({"require": {"php": ">=7.9"}})", {}, tooOld},
+        {"", R"({"require": {"php": ">=9.0"}})", {}, tooOld},
+        {"", R"({"config": {"platform": {"php": "8.6.0"}}})", {}, tooOld},
         {"", R"({"require": {"php": "7.1 - 8.4"}})", {}, tooNew},
         {"", R"({"require": {"php": ">=7.1"}, "config": {"platform": {"php": "8.1.3"}}})", {}, tooOld},
         {"", R"({"require": {"php": ">=7.1"}})", {"--no-grammar"}, {}},
@@ -123,9 +129,34 @@ TEST_F(Settings, PhpIsJudgedByTheVersionThatTheProjectIsFor)
         m_folder.Write(L"composer.json", *composer ? composer : "{}");
         EXPECT_EQ(Brief(RunJson(QStringList{"."} + options, AnyExit)), found);
     }
-    const SResult wrong = Run({"check", "--php-version", "4", "."});
-    EXPECT_EQ(wrong.exit, 2);
-    EXPECT_THAT(wrong.err, HasSubstr("no version of PHP"));
+}
+
+TEST_F(Settings, UnknownVersionsOfPhpAreRefusedWithThoseKnown)
+{
+    m_folder.Write(L"a.php", "<?php\n");
+    const char* known = "5.3, 5.4, 5.5, 5.6, 7.0, 7.1, 7.2, 7.3, 7.4, 8.0, 8.1, 8.2, 8.3, 8.4, 8.5\n";
+    for (const char* version : {"5.3", "5.6.40", "7.0", "8.5", "8.2.14"}) {
+        SCOPED_TRACE(version);
+        m_folder.Write(L"code-analyzer.json", std::string("{\"phpVersion\": \"") + version + "\"}");
+        EXPECT_EQ(Run({"check", "a.php"}).exit, 0);
+        EXPECT_EQ(Run({"check", "--php-version", version, "a.php"}).exit, 0);
+    }
+    for (const char* version :
+         {"8.6", "9.0", "5.2", "9.9", "6.0", "7.5", "4", "8", "8.-2", "-8.2", "8.2x", "php"}) {
+        SCOPED_TRACE(version);
+        const std::string refused =
+            '"' + std::string(version) + "\" is no version of PHP that is known; those known are " + known;
+        m_folder.Write(L"code-analyzer.json", "{}");
+        const SResult option = Run({"check", QString("--php-version=") + version, "a.php"});
+        EXPECT_EQ(option.exit, 2);
+        EXPECT_EQ(option.out, "");
+        EXPECT_THAT(option.err, HasSubstr("--php-version: " + refused));
+        m_folder.Write(L"code-analyzer.json", std::string("{\n\"phpVersion\": \"") + version + "\"}");
+        const SResult settings = Run({"check", "a.php"});
+        EXPECT_EQ(settings.exit, 2);
+        EXPECT_EQ(settings.out, "");
+        EXPECT_THAT(settings.err, HasSubstr("code-analyzer.json:2: \"phpVersion\": " + refused));
+    }
 }
 
 TEST_F(Settings, FaultsAreShownWithTheirLine)
@@ -143,7 +174,7 @@ TEST_F(Settings, FaultsAreShownWithTheirLine)
         {"{\"codes\": {\n\"1025\": \"of\"}}",
          "code-analyzer.json:2: a code is \"off\", \"warning\" or \"error\""},
         {"{\"codes\": {\"x\": \"off\"}}", "code-analyzer.json:1: \"x\" is no code"},
-        {"{\n\"phpVersion\": \"4.4\"}", "code-analyzer.json:2: \"phpVersion\" must be a version of PHP"},
+        {"{\n\"phpVersion\": \"4.4\"}", "code-analyzer.json:2: \"phpVersion\": \"4.4\" is no version"},
         {"{\"exclude\": \"a\"}", "code-analyzer.json:1: \"exclude\" must be an array"},
         {"{\"baseline\": \"\"}", "code-analyzer.json:1: \"baseline\" must name a file"},
         {"{\"grammar\": 1}", "code-analyzer.json:1: \"grammar\" must be true or false"},

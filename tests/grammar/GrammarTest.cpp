@@ -1,5 +1,6 @@
 #include "Diagnose.h"
 
+#include "Checks/CAGrammarCheck.h"
 #include "Kesh/SyntaxParser/ITokenSource.h"
 #include "SyntaxParser/SPDocument.h"
 #include "SyntaxParser/SourceText.h"
@@ -271,6 +272,19 @@ TEST(Grammar, KnowsVersions)
 }
 
 // Any nesting and any bytes: an answer in linear time, on the heap.
+TEST(Grammar, RefusesUnknownVersions)
+{
+    CodeAnalyzer::CCAGrammarCheck check;
+    check.SetEnabled(true);
+    for (const auto& [version, kept] :
+         {std::pair(802, 802), {806, 802}, {502, 802}, {909, 802}, {0, 0}, {503, 503}}) {
+        EXPECT_EQ(check.SetPhpVersion(version), version == kept) << version;
+        EXPECT_EQ(check.GetChoice(L"a.php").phpVersion, kept) << version;
+    }
+    check.SetChoices([](const std::wstring&) { return CodeAnalyzer::SGrammarChoice{true, 999}; });
+    EXPECT_EQ(check.GetChoice(L"a.php").phpVersion, 0) << "what a host has made up";
+}
+
 TEST(Grammar, StandsWhateverItIsGiven)
 {
     constexpr std::size_t many = 1000000;

@@ -10,7 +10,7 @@ namespace Kesh::CodeAnalyzer {
 struct SGrammarChoice
 {
     bool enabled = false;
-    std::int32_t phpVersion = 0; ///< as below
+    std::int32_t phpVersion = 0; ///< as below; an unknown one counts as 0
 };
 
 /// The check of PHP against its whole grammar, off until a host asks for it. It needs a host whose documents
@@ -21,8 +21,9 @@ public:
     virtual void SetEnabled(bool enabled) = 0;
     virtual bool IsEnabled() const = 0;
     /// The PHP version to judge by, major * 100 + minor (802 is PHP 8.2); 0, which is the default: whatever
-    /// is valid in any version from 5.3 on passes.
-    virtual void SetPhpVersion(std::int32_t version) = 0;
+    /// is valid in any of PhpVersions passes. False, and all stays as it is, when it is neither 0 nor one of
+    /// these.
+    virtual bool SetPhpVersion(std::int32_t version) = 0;
     virtual std::int32_t GetPhpVersion() const = 0;
 
     using TChoices = std::function<SGrammarChoice(const std::wstring& path)>;
