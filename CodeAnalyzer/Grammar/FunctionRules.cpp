@@ -75,7 +75,6 @@ void CFunctionRules::CheckMethod(std::uint32_t name)
 
 void CFunctionRules::BeginHook(const SGrammarValue& name)
 {
-    Needs(EFeature::PropertyHook, name);
     if (!IsWord(name.first, L"get") && !IsWord(name.first, L"set"))
         Report(Code::HookRule, name);
     m_scopes.modifiers = {};

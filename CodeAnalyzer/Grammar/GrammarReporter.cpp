@@ -108,6 +108,13 @@ const char* PlaceOfToken(std::int32_t code)
 
 } // namespace
 
+void CGrammarReporter::Begin(std::int32_t version, const std::wstring& versionFrom)
+{
+    m_diagnostics.clear();
+    m_version = version;
+    m_versionFrom = versionFrom;
+}
+
 SGrammarDiagnostic& CGrammarReporter::Add(std::int32_t code, SScheme span)
 {
     SGrammarDiagnostic& diagnostic = m_diagnostics.emplace_back();
@@ -345,26 +352,36 @@ void CGrammarReporter::ReportLexical(std::uint32_t token)
     AddFound(Add(code, m_tokens.Span(token)), "found", token);
 }
 
-void CGrammarReporter::AddRuleReports(const std::vector<SRuleReport>& reports, std::int32_t version)
+void CGrammarReporter::AddRuleReports(const std::vector<SRuleReport>& reports)
 {
     for (const SRuleReport& report : reports)
-        AddRuleReport(report, version);
+        AddRuleReport(report);
 }
 
-void CGrammarReporter::AddRuleReport(const SRuleReport& report, std::int32_t version)
+std::vector<SArgument> CGrammarReporter::ArgumentsOf(const SRuleReport& report,
+                                                     const SPhpFeature& feature) const
+{
+    const std::int32_t since = report.code == Code::TooNew ? feature.since : feature.until;
+    std::vector<SArgument> arguments = {
+        {"feature", Base::CCommonString::FromUtf8(feature.text), SArgument::Key},
+        {"since", VersionText(since), SArgument::Plain},
+        {"version", VersionText(m_version), SArgument::Plain},
+    };
+    if (m_versionFrom.empty())
+        arguments.push_back({"here", VersionText(m_version), SArgument::Plain});
+    else
+        arguments.push_back({"demander", m_versionFrom, SArgument::Plain});
+    return arguments;
+}
+
+void CGrammarReporter::AddRuleReport(const SRuleReport& report)
 {
     const std::uint32_t token = std::min(report.token, m_tokens.Count() - 1);
     SGrammarDiagnostic& diagnostic = Add(report.code, m_tokens.Span(token));
     diagnostic.stopsParse = false;
     SDetails& details = diagnostic.details;
     if (report.feature) {
-        const SPhpFeature& feature = FeatureOf(*report.feature);
-        const std::int32_t since = report.code == Code::TooNew ? feature.since : feature.until;
-        details.arguments = {
-            {"feature", Base::CCommonString::FromUtf8(feature.text), SArgument::Key},
-            {"since", VersionText(since), SArgument::Plain},
-            {"version", VersionText(version), SArgument::Plain},
-        };
+        details.arguments = ArgumentsOf(report, FeatureOf(*report.feature));
     } else {
         const bool isOfMethod = report.code == Code::BodyMissing || report.code == Code::BodyNotAllowed;
         AddFound(diagnostic, PlaceOfToken(report.code), isOfMethod ? report.related.token : token);
@@ -380,12 +397,34 @@ void CGrammarReporter::AddRuleReport(const SRuleReport& report, std::int32_t ver
         details.related.push_back({m_tokens.Span(report.related.token), report.related.message});
 }
 
+// What needs the newest version says enough: with that one, the place holds nothing that is too new.
+void CGrammarReporter::KeepTheNewestOfEachPlace()
+{
+    std::vector<SGrammarDiagnostic> kept;
+    kept.reserve(m_diagnostics.size());
+    std::size_t newest = 0; // behind the last one of its kind
+    for (SGrammarDiagnostic& diagnostic : m_diagnostics) {
+        const bool tooNew = diagnostic.error.code == Code::TooNew;
+        if (tooNew && newest > 0 && kept[newest - 1].error.pos.start == diagnostic.error.pos.start) {
+            // One digit on each side of the dot: they compare as texts.
+            if (*kept[newest - 1].details.Find("since") < *diagnostic.details.Find("since"))
+                kept[newest - 1] = std::move(diagnostic);
+            continue;
+        }
+        kept.push_back(std::move(diagnostic));
+        if (tooNew)
+            newest = kept.size();
+    }
+    m_diagnostics = std::move(kept);
+}
+
 void CGrammarReporter::Finish()
 {
     std::stable_sort(m_diagnostics.begin(), m_diagnostics.end(),
                      [](const SGrammarDiagnostic& a, const SGrammarDiagnostic& b) {
                          return a.error.pos.start < b.error.pos.start;
                      });
+    KeepTheNewestOfEachPlace();
 }
 
 } // namespace Kesh::CodeAnalyzer

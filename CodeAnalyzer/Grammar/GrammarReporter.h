@@ -7,6 +7,7 @@
 #include "Grammar/RuleReport.h"
 
 #include <cstdint>
+#include <string>
 #include <vector>
 
 namespace Kesh::CodeAnalyzer {
@@ -27,7 +28,8 @@ public:
     /// `tokens` outlive it.
     explicit CGrammarReporter(const CGrammarTokens& tokens) : m_tokens(tokens) {}
 
-    void Begin() { m_diagnostics.clear(); }
+    /// A new document, for a version; `versionFrom` asks for that, if it is not empty.
+    void Begin(std::int32_t version, const std::wstring& versionFrom);
     /// What has been found so far; in document order once it is finished.
     const std::vector<SGrammarDiagnostic>& Diagnostics() const { return m_diagnostics; }
 
@@ -41,8 +43,8 @@ public:
     void ReportOddBrace(std::uint32_t token, std::uint32_t opened);
     /// A token that no PHP holds.
     void ReportLexical(std::uint32_t token);
-    /// What the rules have found, for a version.
-    void AddRuleReports(const std::vector<SRuleReport>& reports, std::int32_t version);
+    /// What the rules have found.
+    void AddRuleReports(const std::vector<SRuleReport>& reports);
     /// That was all there is.
     void Finish();
 
@@ -60,10 +62,14 @@ private:
     std::int32_t OddCode(const SGrammarHalt& halt) const;
     bool EndsNumber(std::uint32_t stop) const;
     bool EndsLateString(std::uint32_t stop) const;
-    void AddRuleReport(const SRuleReport& report, std::int32_t version);
+    void AddRuleReport(const SRuleReport& report);
+    void KeepTheNewestOfEachPlace();
+    std::vector<SArgument> ArgumentsOf(const SRuleReport& report, const SPhpFeature& feature) const;
 
     const CGrammarTokens& m_tokens;
     std::vector<SGrammarDiagnostic> m_diagnostics;
+    std::int32_t m_version = 0;
+    std::wstring m_versionFrom;
 };
 
 } // namespace Kesh::CodeAnalyzer

@@ -25,10 +25,11 @@ bool CPhpGrammarChecker::Follow(SyntaxParser::ISPDocument& document)
     return source != nullptr;
 }
 
-void CPhpGrammarChecker::Expect(bool wanted, std::int32_t version)
+void CPhpGrammarChecker::Expect(bool wanted, std::int32_t version, const std::wstring& versionFrom)
 {
     m_wanted = wanted;
     m_version = version;
+    m_versionFrom = versionFrom;
     m_complete = false;
 }
 
@@ -48,7 +49,7 @@ bool CPhpGrammarChecker::BeginTokens()
     m_parse->rules.Begin(m_version);
     m_parse->parser.Begin();
     m_feed.Begin(m_version);
-    m_reporter.Begin();
+    m_reporter.Begin(m_version, m_versionFrom);
     m_recovery.Begin();
     m_next = 0;
     m_stalled = m_complete = false;
@@ -79,8 +80,8 @@ void CPhpGrammarChecker::EndTokens(CIterator end)
         Pump(true);
     }
     m_parse->rules.Finish();
-    m_reporter.AddRuleReports(m_recovery.KeptReports(), m_version);
-    m_reporter.AddRuleReports(m_parse->rules.Reports(), m_version);
+    m_reporter.AddRuleReports(m_recovery.KeptReports());
+    m_reporter.AddRuleReports(m_parse->rules.Reports());
     m_reporter.Finish();
 }
 

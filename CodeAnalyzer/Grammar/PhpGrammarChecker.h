@@ -7,6 +7,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <string>
 #include <vector>
 
 namespace Kesh::SyntaxParser {
@@ -29,8 +30,8 @@ public:
     /// document is parsed.
     bool Follow(SyntaxParser::ISPDocument& document);
     /// Before each pass: whether to check it, and for which version, as IGrammarCheck::SetPhpVersion() takes
-    /// it.
-    void Expect(bool wanted, std::int32_t version);
+    /// it; messages say that `versionFrom` asks for it, if that is not empty.
+    void Expect(bool wanted, std::int32_t version, const std::wstring& versionFrom = {});
     /// Whether the expected pass has been checked to its end.
     bool HasVerdict() const { return m_wanted && m_complete; }
 
@@ -50,6 +51,7 @@ private:
     void Pump(bool ended);
 
     std::int32_t m_version = 0;
+    std::wstring m_versionFrom;
     bool m_wanted = false;
     bool m_complete = false;
     CGrammarTokens m_tokens;

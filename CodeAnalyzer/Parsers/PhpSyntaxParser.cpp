@@ -170,7 +170,7 @@ bool CPhpSyntaxParser::BeforeParse(const STextChange& change, boost::shared_ptr<
     m_kept.Clear();
     m_keeping = m_exact;
     if (m_grammar)
-        m_grammar->Expect(m_exact, choice.phpVersion);
+        m_grammar->Expect(m_exact, choice.phpVersion, choice.versionFrom);
     return true;
 }
 

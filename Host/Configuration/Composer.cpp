@@ -28,7 +28,7 @@ std::string TextAt(const json& document, const std::initializer_list<const char*
 
 std::wstring FileIn(const std::wstring& folder)
 {
-    return folder + L"/composer.json";
+    return folder + L'/' + ComposerFileName;
 }
 
 } // namespace

@@ -6,6 +6,8 @@
 
 namespace Kesh::Configuration {
 
+constexpr const wchar_t* ComposerFileName = L"composer.json";
+
 /// Whether a folder has a composer.json. Any thread.
 bool HasComposer(const std::wstring& folder);
 /// The PHP version that the composer.json of a folder asks for, major * 100 + minor: the platform's in its

@@ -22,7 +22,7 @@ void ApplyRules(const std::shared_ptr<const CProjectRules>& rules, SyntaxParser:
         grammar->SetChoices([rules](const std::wstring& path) {
             const TRules file = rules->For(path);
             return CodeAnalyzer::SGrammarChoice{file->settings.grammar.value_or(true),
-                                                file->settings.phpVersion.value_or(0)};
+                                                file->settings.phpVersion.value_or(0), file->phpVersionFrom};
         });
     if (markup)
         markup->SetChoices(

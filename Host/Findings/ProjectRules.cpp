@@ -90,11 +90,21 @@ TRules CProjectRules::Make(const SFolder& folder) const
         rules->settings.grammar = false;
     if (m_all.noMarkup)
         rules->settings.markup = false;
-    if (m_all.phpVersion)
-        rules->settings.phpVersion = m_all.phpVersion;
-    else if (!rules->settings.phpVersion)
-        rules->settings.phpVersion = folder.composerVersion;
+    ChooseVersion(*rules, folder.composerVersion);
     return rules;
+}
+
+void CProjectRules::ChooseVersion(SRules& rules, std::optional<std::int32_t> composerVersion) const
+{
+    if (m_all.phpVersion) {
+        rules.settings.phpVersion = m_all.phpVersion;
+        rules.phpVersionFrom = m_all.phpVersionFrom;
+    } else if (rules.settings.phpVersion) {
+        rules.phpVersionFrom = Host::FileName(rules.settings.file);
+    } else if (composerVersion) {
+        rules.settings.phpVersion = composerVersion;
+        rules.phpVersionFrom = Configuration::ComposerFileName;
+    }
 }
 
 TRules CProjectRules::ReadFile(const std::wstring& file) const

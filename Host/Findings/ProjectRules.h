@@ -21,6 +21,7 @@ TBaseline ReadBaseline(const std::wstring& file);
 struct SRules
 {
     Configuration::SConfiguration settings; ///< its PHP version may be that of a composer.json
+    std::wstring phpVersionFrom;            ///< who asks for that version, in a few words; empty: nobody
     TBaseline baseline;                     ///< null: none
 
     /// Whether they leave all that is found as it is.
@@ -36,6 +37,7 @@ struct SRulesForAll
 {
     std::optional<std::wstring> settingsFile; ///< absolute; empty: no file is read
     std::optional<std::int32_t> phpVersion;
+    std::wstring phpVersionFrom; ///< how the user says so, for messages
     bool noGrammar = false;
     bool noMarkup = false;
     std::optional<TBaseline> baseline;
@@ -74,6 +76,7 @@ private:
     };
     const SFolder& Of(const std::wstring& folder) const;
     TRules Make(const SFolder& folder) const;
+    void ChooseVersion(SRules& rules, std::optional<std::int32_t> composerVersion) const;
     TRules ReadFile(const std::wstring& file) const;
     TBaseline BaselineOf(const SRules& rules, const SRules* before) const;
 

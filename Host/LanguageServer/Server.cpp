@@ -279,7 +279,8 @@ void CServer::ReadSettings()
     const SyntaxParser::SOwnNames names = Findings::OwnNamesOf(m_settings.OwnNames());
     const auto checkedAs = [](const Findings::CProjectRules& of, const std::wstring& path) {
         const Findings::TRules file = of.For(path);
-        return std::tuple(file->settings.grammar, file->settings.phpVersion, file->settings.markup);
+        return std::tuple(file->settings.grammar, file->settings.phpVersion, file->phpVersionFrom,
+                          file->settings.markup);
     };
     const bool same = names == m_names && std::ranges::all_of(open, [&](const auto& document) {
                           return checkedAs(*before, document.first) == checkedAs(*rules, document.first);

@@ -19,8 +19,10 @@ TProjectRules RulesFor(const SOptions& options)
         all.settingsFile.emplace();
     else if (!options.configuration.empty())
         all.settingsFile = Host::PathFromBytes(options.configuration);
-    if (options.phpVersion != 0)
+    if (options.phpVersion != 0) {
         all.phpVersion = options.phpVersion;
+        all.phpVersionFrom = L"--php-version";
+    }
     all.noGrammar = options.noGrammar;
     all.noMarkup = options.noMarkup;
     if (options.generateBaseline) {

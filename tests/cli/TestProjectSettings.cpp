@@ -131,6 +131,21 @@ TEST_F(Settings, PhpIsJudgedByTheVersionThatTheProjectIsFor)
     }
 }
 
+TEST_F(Settings, AMessageSaysWhoAsksForAVersionThatIsTooOld)
+{
+    m_folder.Write(L"a.php", "<?php\nenum A { }\n");
+    m_folder.Write(L"composer.json", R"({"require": {"php": "^7.2"}})");
+    m_folder.Write(L"b.json", R"({"phpVersion": "7.4"})");
+    const auto message = [&](const QStringList& options) {
+        return RunJson(QStringList{"a.php"} + options, AnyExit).at(0)["message"].get<std::string>();
+    };
+    EXPECT_EQ(message({}), "An enum needs PHP 8.1; composer.json asks for 7.2");
+    EXPECT_EQ(message({"--config", "b.json"}), "An enum needs PHP 8.1; b.json asks for 7.4");
+    m_folder.Write(L"code-analyzer.json", R"({"phpVersion": "7.3"})");
+    EXPECT_EQ(message({}), "An enum needs PHP 8.1; code-analyzer.json asks for 7.3");
+    EXPECT_EQ(message({"--php-version", "8.0"}), "An enum needs PHP 8.1; --php-version asks for 8.0");
+}
+
 TEST_F(Settings, UnknownVersionsOfPhpAreRefusedWithThoseKnown)
 {
     m_folder.Write(L"a.php", "<?php\n");

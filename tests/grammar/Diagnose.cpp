@@ -26,10 +26,11 @@ CDiagnoser::CDiagnoser()
 
 CDiagnoser::~CDiagnoser() = default;
 
-const std::vector<CodeAnalyzer::SGrammarDiagnostic>& CDiagnoser::Diagnose(std::string_view text, int version)
+const std::vector<CodeAnalyzer::SGrammarDiagnostic>& CDiagnoser::Diagnose(std::string_view text, int version,
+                                                                          const std::wstring& versionFrom)
 {
     m_reader->SetText(DecodeSource(text));
-    m_checker->Expect(true, version);
+    m_checker->Expect(true, version, versionFrom);
     m_document->Parse(true);
     EXPECT_TRUE(m_checker->HasVerdict());
     return m_checker->Diagnostics();

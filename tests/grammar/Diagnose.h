@@ -26,7 +26,8 @@ public:
     ~CDiagnoser();
 
     /// Until the next text.
-    const std::vector<CodeAnalyzer::SGrammarDiagnostic>& Diagnose(std::string_view text, int version = 0);
+    const std::vector<CodeAnalyzer::SGrammarDiagnostic>& Diagnose(std::string_view text, int version = 0,
+                                                                  const std::wstring& versionFrom = {});
     /// As the function below, without a tag that does not count.
     std::string Describe(std::string_view text);
 

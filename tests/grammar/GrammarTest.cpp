@@ -1,6 +1,7 @@
 #include "Diagnose.h"
 
 #include "Checks/CAGrammarCheck.h"
+#include "Diagnostics/Messages.h"
 #include "Kesh/SyntaxParser/ITokenSource.h"
 #include "SyntaxParser/SPDocument.h"
 #include "SyntaxParser/SourceText.h"
@@ -271,7 +272,55 @@ TEST(Grammar, KnowsVersions)
     }
 }
 
-// Any nesting and any bytes: an answer in linear time, on the heap.
+// One record for a place, which says who asks for the version that does not do.
+TEST(Grammar, SaysWhichVersionIsNeededAndWhoAsksForAnother)
+{
+    struct SVersionCase
+    {
+        const char* text;
+        int version;
+        const wchar_t* from;
+        std::vector<std::wstring> messages;
+    };
+    const SVersionCase cases[] = {
+        {"<?php readonly class A { }",
+         702,
+         L"composer.json",
+         {L"A readonly class needs PHP 8.2; composer.json asks for 7.2"}},
+        {"<?php enum A { }", 800, L"--php-version", {L"An enum needs PHP 8.1; --php-version asks for 8.0"}},
+        {"<?php enum A { }", 800, L"", {L"An enum needs PHP 8.1; the version here is 8.0"}},
+        {"<?php class A { public $b { get => 1; set { } } }",
+         803,
+         L"code-analyzer.json",
+         {L"A property hook needs PHP 8.4; code-analyzer.json asks for 8.3"}},
+        {"<?php class A { function __construct(public $b { get; set; }) { } }",
+         803,
+         L"",
+         {L"A property hook needs PHP 8.4; the version here is 8.3"}},
+        {"<?php class A { function __construct(final public $b) { } }",
+         704,
+         L"",
+         {L"A final property declared by a parameter needs PHP 8.5; the version here is 7.4"}},
+        {"<?php ['x' => &$a] = $b;",
+         503,
+         L"",
+         {L"A reference in a list needs PHP 7.3; the version here is 5.3"}},
+        {"<?php class A { public ?int $a; public ?int $b; }",
+         700,
+         L"",
+         {L"The type of a property needs PHP 7.4; the version here is 7.0",
+          L"The type of a property needs PHP 7.4; the version here is 7.0"}},
+        {"<?php $a = $b{0};", 800, L"composer.json", {L"An offset in braces is gone since PHP 8.0"}},
+    };
+    CDiagnoser diagnoser;
+    for (const auto& [text, version, from, messages] : cases) {
+        std::vector<std::wstring> said;
+        for (const auto& [error, stops, details] : diagnoser.Diagnose(text, version, from))
+            said.push_back(CodeAnalyzer::MessageOf({error, details}));
+        EXPECT_EQ(said, messages) << text;
+    }
+}
+
 TEST(Grammar, RefusesUnknownVersions)
 {
     CodeAnalyzer::CCAGrammarCheck check;
@@ -285,6 +334,7 @@ TEST(Grammar, RefusesUnknownVersions)
     EXPECT_EQ(check.GetChoice(L"a.php").phpVersion, 0) << "what a host has made up";
 }
 
+// Any nesting and any bytes: an answer in linear time, on the heap.
 TEST(Grammar, StandsWhateverItIsGiven)
 {
     constexpr std::size_t many = 1000000;

@@ -11,6 +11,8 @@ struct SGrammarChoice
 {
     bool enabled = false;
     std::int32_t phpVersion = 0; ///< as below; an unknown one counts as 0
+    std::wstring versionFrom =
+        {}; ///< who asks for it, for messages, such as "composer.json"; empty: not known
 };
 
 /// The check of PHP against its whole grammar, off until a host asks for it. It needs a host whose documents
