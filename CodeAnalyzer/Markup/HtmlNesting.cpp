@@ -213,11 +213,19 @@ SMarkupSpan CHtmlNesting::EndPlace(const SNestingFault& fault) const
     const std::size_t line = std::min(text.find(L'\n', start.end), text.size());
     const std::size_t last = text.substr(0, line).find_last_not_of(L" \t\r") + 1;
     const bool isOther = fault.at == NoEvent || fault.at == fault.other;
-    if (last > start.end && (isOther || last <= Event(fault.at).span.begin))
+    const bool isWritten = m_report.Places().Text()[last - 1] != SyntaxParser::MarkupIsland;
+    if (last > start.end && isWritten && (isOther || last <= Event(fault.at).span.begin))
         return {last - 1, last};
     if (isOther)
         return start;
-    const std::size_t end = std::max(start.end, std::min(EndBefore(fault.at), Event(fault.at).span.begin));
+    std::size_t end = std::max(start.end, std::min(EndBefore(fault.at), Event(fault.at).span.begin));
+    // Between the PHP, not in it: before what ends the branch, or behind what ends the statement.
+    const std::wstring_view scan = m_report.Places().Text();
+    const bool inBranch = fault.fault == ENestingFault::LeftInBranch;
+    while (inBranch && end > start.end && scan[end - 1] == SyntaxParser::MarkupIsland)
+        --end;
+    while (!inBranch && end < Event(fault.at).span.begin && scan[end] == SyntaxParser::MarkupIsland)
+        ++end;
     return {end - 1, end};
 }
 

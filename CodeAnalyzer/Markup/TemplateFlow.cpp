@@ -1,5 +1,7 @@
 #include "Markup/TemplateFlow.h"
 
+#include "Markup/TemplateBrackets.h"
+
 #include <utility>
 
 namespace Kesh::CodeAnalyzer {
@@ -9,32 +11,6 @@ using enum SyntaxParser::EPhpTokenKind;
 using TKind = SyntaxParser::EPhpTokenKind;
 
 namespace {
-
-bool EndsStatement(TKind kind)
-{
-    return kind == Semicolon || kind == CloseTag;
-}
-
-bool Opens(TKind kind)
-{
-    return kind == OpenRound || kind == OpenSquare || kind == AttributeStart;
-}
-
-bool Closes(TKind kind)
-{
-    return kind == CloseRound || kind == CloseSquare;
-}
-
-bool OpensBrace(TKind kind)
-{
-    return kind == OpenBrace || kind == CodeBrace || kind == DollarBrace;
-}
-
-bool EndsAlternative(TKind kind)
-{
-    return kind == Endif || kind == Endfor || kind == Endforeach || kind == Endwhile || kind == Endswitch ||
-           kind == Enddeclare;
-}
 
 /// Follows the statements by a stack of what is open.
 class CFlowFinder

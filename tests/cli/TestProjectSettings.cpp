@@ -131,6 +131,31 @@ TEST_F(Settings, PhpIsJudgedByTheVersionThatTheProjectIsFor)
     }
 }
 
+// Names are checked in any case.
+TEST_F(Settings, MarkupIsCheckedUnlessSomebodyObjects)
+{
+    m_folder.Write(L"a.html", "<strng>a</strng>\n<div><b>a</div>\n");
+    m_folder.Write(L"a.css", "a { colr: red; color: rde }\n");
+    m_folder.Write(L"a.php", "<?php if ($a): ?><i>a<?php endif ?></i>\n<p clas=\"a\" id=\"b\" id=\"c\">\n");
+    const TBrief names{"./a.css:1 2502 error", "./a.html:1 2001 error", "./a.php:2 2002 error"};
+    const TBrief all{"./a.css:1 2502 error",  "./a.css:1 2541 error", "./a.html:1 2001 error",
+                     "./a.html:2 2102 error", "./a.php:1 2112 error", "./a.php:2 2002 error",
+                     "./a.php:2 2005 error"};
+    struct SCase
+    {
+        const char* settings;
+        QStringList options;
+        TBrief found;
+    };
+    for (const auto& [settings, options, found] :
+         {SCase{"{}", {}, all}, SCase{"{}", {"--no-markup"}, names},
+          SCase{R"({"markup": true})", {"--no-markup"}, names}, SCase{R"({"markup": false})", {}, names}}) {
+        SCOPED_TRACE(settings + options.join(' ').toStdString());
+        m_folder.Write(L"code-analyzer.json", settings);
+        EXPECT_EQ(Brief(RunJson(QStringList{"."} + options, AnyExit)), found);
+    }
+}
+
 TEST_F(Settings, AMessageSaysWhoAsksForAVersionThatIsTooOld)
 {
     m_folder.Write(L"a.php", "<?php\nenum A { }\n");

@@ -329,6 +329,37 @@ TEST_F(DocumentChecksTest, AFaultInATextAloneIsTold)
     EXPECT_EQ(found.size(), 2u);
 }
 
+// A host that asks for nothing gets the checks of names alone, whatever its documents offer.
+TEST_F(DocumentChecksTest, MarkupIsCheckedOnlyWhenTheHostAsks)
+{
+    CTextChecks checks(&m_host->application);
+    const auto codes = [&](const std::wstring& factory, const std::wstring& text) {
+        std::vector<SDiagnostic> found;
+        EXPECT_TRUE(
+            checks.Check(boost::make_shared<SyntaxParser::CSimpleReader>(text), L"/a", factory, found));
+        std::vector<std::int32_t> result;
+        for (const SDiagnostic& diagnostic : found)
+            result.push_back(diagnostic.error.code);
+        return result;
+    };
+    const std::wstring html = L"<strng><div id=a id=b><b>a</div></p></strng>";
+    const std::wstring css = L"a { colr: red; color: rde";
+    using TCodes = std::vector<std::int32_t>;
+    EXPECT_EQ(codes(L"HTMLSPDocFactory", html), TCodes({2001}));
+    EXPECT_EQ(codes(L"CSSSPDocFactory", css), TCodes({2502}));
+    checks.GetMarkupCheck()->SetEnabled(true);
+    EXPECT_GT(codes(L"HTMLSPDocFactory", html).size(), 2u);
+    EXPECT_GT(codes(L"CSSSPDocFactory", css).size(), 1u);
+    // Turned off again, and for some files.
+    checks.GetMarkupCheck()->SetChoices([](const std::wstring& path) { return path != L"/a"; });
+    EXPECT_EQ(codes(L"HTMLSPDocFactory", html), TCodes({2001}));
+    checks.GetMarkupCheck()->SetChoices({});
+    EXPECT_GT(codes(L"HTMLSPDocFactory", html).size(), 2u);
+    checks.GetMarkupCheck()->SetEnabled(false);
+    EXPECT_EQ(codes(L"HTMLSPDocFactory", html), TCodes({2001}));
+    EXPECT_EQ(codes(L"CSSSPDocFactory", css), TCodes({2502}));
+}
+
 // What is given up between its languages has posted some of what it found.
 TEST_F(DocumentChecksTest, ACheckGivenUpHalfWayLeavesTheOldErrors)
 {

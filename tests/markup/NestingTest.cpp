@@ -2,6 +2,8 @@
 
 #include <array>
 #include <gtest/gtest.h>
+#include <map>
+#include <string>
 
 namespace Kesh::Tests {
 
@@ -91,8 +93,8 @@ TEST_F(Nesting, FollowsTheBranchesOfATemplate)
         // Open in one case, closed in all or in none.
         {"<i><?php if ($w): ?><b><?php endif ?>x</b></i>", "2112 0:38-0:42"},
         {"<i><?php if ($w): ?><b><?php endif ?>x</i>", "2113 0:37-0:38"},
-        {"<i><?php if ($w): ?><b>x</b><?php else: ?><b>y<?php endif ?></i>", "2113 0:56-0:57"},
-        {"<i><b><?php if ($w): ?>x</b><?php else: ?>y<?php endif ?></i>", "2113 0:53-0:54"},
+        {"<i><?php if ($w): ?><b>x</b><?php else: ?><b>y<?php endif ?></i>", "2113 0:45-0:46"},
+        {"<i><b><?php if ($w): ?>x</b><?php else: ?>y<?php endif ?></i>", "2113 0:42-0:43"},
         // Conditions that nobody can compare.
         {"<i><?php if ($w): ?><b><?php endif ?>x<?php if ($v): ?></b><?php endif ?></i>", ""},
         {"<?php if ($a): ?><b><?php elseif ($b): ?><b><?php endif ?>x<?php if ($a || $b): ?></b><?php endif "
@@ -101,7 +103,7 @@ TEST_F(Nesting, FollowsTheBranchesOfATemplate)
         // Loops.
         {"<ul><?php foreach ($a as $b): ?><li>x<?php endforeach ?></ul>", ""},
         {"<tr><?php foreach ($a as $b): ?></tr><tr><?php endforeach ?></tr>", ""},
-        {"<i><?php foreach ($a as $b): ?><b>x<?php endforeach ?></i>", "2113 0:50-0:51"},
+        {"<i><?php foreach ($a as $b): ?><b>x<?php endforeach ?></i>", "2113 0:34-0:35"},
         {"<?php foreach ($a as $b) { ?><ul><?php } ?>x<?php foreach ($a as $b) { ?></ul><?php } ?>", ""},
         // Branches that are left.
         {"<i><?php if ($a) { ?><b>x<?php return; } ?></i>", ""},
@@ -109,7 +111,7 @@ TEST_F(Nesting, FollowsTheBranchesOfATemplate)
         // Templates for scripts between PHP.
         {"<i><# if ( data.a ) { #><b class=x><# } else { #><b><# } #>{{ data.b }}</b></i>", ""},
         {"<i><# _.each( data.a, function( b ) { #><b><?php f() ?></b><# }); #></i></b>", ""},
-        {"<i><# if ( data.a ) { #><b>x<# } #></i>", "2113 0:29-0:30"},
+        {"<i><# if ( data.a ) { #><b>x<# } #></i>", "2113 0:27-0:28"},
         {"<i><# if ( data.a ) { #><?php if ($a): ?><b><# } #><?php endif ?></i></u>", ""},
         // Functions stand for themselves.
         {"<?php function open() { ?><div><?php } function close() { ?></div><?php }", ""},
@@ -129,8 +131,8 @@ TEST_F(Nesting, ReadsWhatIsPrinted)
     Expect({
         {"<?php echo '<ul>', '<li>', $x, '</div></ul>';", "2101 0:32-0:38"},
         {"<?php echo \"<i>\\n<b class=\\\"$c\\\">x</i>\\n\";", "2102 0:33-0:34"},
-        {"<?php print <<<E\n<i><b>$x</i>\nE;", "2102 1:5-1:6"},
-        {"<?php printf('<i class=\"%s\"><b>%d%%</i>', $a, $b);", "2102 0:30-0:31"},
+        {"<?php print <<<E\n<i><b>$x</i>\nE;", "2102 1:7-1:8"},
+        {"<?php printf('<i class=\"%s\"><b>%d%%</i>', $a, $b);", "2102 0:34-0:35"},
         {"<i><?= '<b>' . $x ?></b></i>", ""},
         // What is not printed as it is written, and what is not known.
         {"<?php echo f('<i><b></i>'), $a ? '<i><b></i>' : '';", ""},
@@ -152,6 +154,71 @@ TEST_F(Nesting, IsGuidedByIndentation)
         // Uneven, but even enough.
         {"<div>\n<div>\n    x\n  </div>\n    </div>\n", ""},
     });
+}
+
+// What is offered mends the text: tried on a copy of it.
+TEST_F(Nesting, FixesMendWhatTheyAreOfferedFor)
+{
+    const struct
+    {
+        const char* text;
+        const char* mended;
+    } cases[] = {
+        {"<section><div>a</section>", "<section><div>a</div></section>"},
+        {"<section>\n<div>\n<b>a</b>\n</section>", "<section>\n<div>\n<b>a</b></div>\n</section>"},
+        {"<div><H2>a</h3></div>", "<div><H2>a</H2></div>"},
+        {"<ul><li>a</span></ul>", "<ul><li>a</ul>"},
+        {"<p>a<br></br>b</p>", "<p>a<br>b</p>"},
+        {"<i><?php if ($w): ?><b>x<?php endif ?></i>", "<i><?php if ($w): ?><b>x</b><?php endif ?></i>"},
+    };
+    for (const auto& [text, mended] : cases) {
+        const auto found = m_diagnoser.Diagnose(text);
+        ASSERT_EQ(found.size(), 1u) << text;
+        ASSERT_EQ(found[0].details.fixes.size(), 1u) << text;
+        std::string copy = text;
+        for (const CodeAnalyzer::STextEdit& edit : found[0].details.fixes[0].edits) {
+            const auto offset = [&](const SyntaxParser::CIterator& place) {
+                std::size_t line = 0;
+                for (std::int64_t i = 0; i < place.y; ++i)
+                    line = copy.find('\n', line) + 1;
+                return line + static_cast<std::size_t>(place.x);
+            };
+            const std::size_t begin = offset(edit.span.start);
+            copy.replace(begin, offset(edit.span.end) - begin,
+                         std::string(edit.text.begin(), edit.text.end()));
+        }
+        EXPECT_EQ(copy, mended);
+        EXPECT_EQ(m_diagnoser.Describe(copy), "") << copy;
+    }
+}
+
+// The place that belongs to a mistake is named with it, and what was found and is due.
+TEST_F(Nesting, NamesTheOtherPlace)
+{
+    const struct
+    {
+        const char* text;
+        const char* related; ///< where the related place begins
+        std::map<std::string, std::wstring> arguments;
+    } cases[] = {
+        {"<section>\n<div>a\n</section>", "1:0", {{"expected", L"</div>"}, {"found", L"</section>"}}},
+        {"<b><i>a</b></i>", "0:3", {{"expected", L"</i>"}, {"found", L"</b>"}}},
+        {"<a>b<a>c</a>", "0:0", {{"name", L"<a>"}, {"outer", L"<a>"}}},
+        {"<p>a\n<ul><li>b</ul>\n</p>", "2:0", {{"name", L"<ul>"}}},
+    };
+    for (const auto& [text, related, arguments] : cases) {
+        const auto found = m_diagnoser.Diagnose(text);
+        ASSERT_EQ(found.size(), 1u) << text;
+        const CodeAnalyzer::SDetails& details = found[0].details;
+        ASSERT_EQ(details.related.size(), 1u) << text;
+        const SyntaxParser::CIterator start = details.related[0].pos.start;
+        EXPECT_EQ(std::to_string(start.y) + ":" + std::to_string(start.x), related) << text;
+        for (const auto& [name, value] : arguments) {
+            const std::wstring* given = details.Find(name);
+            ASSERT_NE(given, nullptr) << text << " " << name;
+            EXPECT_EQ(*given, value) << text << " " << name;
+        }
+    }
 }
 
 // Anything above linear time takes longer than a test may.
