@@ -47,6 +47,7 @@ int main()
         for (unsigned long point; points >> point;)
             text += static_cast<wchar_t>(point);
         CPrinter printer;
-        RunMarkupPass(text, EMarkup::Html, {}, nullptr, {&printer}, {.printed = nullptr, .isSmarty = false, .isStrict = true});
+        RunMarkupPass(text, EMarkup::Html, {}, nullptr, {&printer},
+                      {.printed = nullptr, .isSmarty = false, .isStrict = true});
     }
 }
