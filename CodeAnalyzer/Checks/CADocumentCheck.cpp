@@ -127,8 +127,9 @@ void CCADocumentCheck::FollowWanted()
         m_markupChecker->SetPath(m_path);
         m_markupChecker->Follow(*m_document);
         if (m_htmlChecker)
-            m_htmlChecker->SetPassedOver(
-                [this](SyntaxParser::CIterator place) { return m_markupChecker->IsBroken(place); });
+            m_htmlChecker->SetPassedOver([this](const SyntaxParser::SSemanticTreeNode& node) {
+                return m_markupChecker->PassesOver(node);
+            });
     }
 }
 

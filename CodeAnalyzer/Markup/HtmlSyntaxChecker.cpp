@@ -107,7 +107,7 @@ void CHtmlSyntaxChecker::CheckAttribute(const SSemanticTreeNode& tag, const SSem
 
 void CHtmlSyntaxChecker::UnknownTagError(const SSemanticTreeNode& tag)
 {
-    if (m_isPassedOver && m_isPassedOver(tag.span.start))
+    if (m_isPassedOver && m_isPassedOver(tag))
         return;
     m_errors.push_back({{tag.span, Code::UnknownTag, SeverityError}, {}});
     if (m_details)
@@ -117,7 +117,7 @@ void CHtmlSyntaxChecker::UnknownTagError(const SSemanticTreeNode& tag)
 void CHtmlSyntaxChecker::UnknownAttributeError(const SSemanticTreeNode& tag,
                                                const SSemanticTreeNode& attribute)
 {
-    if (m_isPassedOver && m_isPassedOver(attribute.span.start))
+    if (m_isPassedOver && m_isPassedOver(attribute))
         return;
     m_errors.push_back({{attribute.span, Code::UnknownAttribute, SeverityError}, {}});
     if (m_details)

@@ -31,8 +31,8 @@ public:
                        SDK::IApplication* application, IErrorsReceiver* errorsManager,
                        CHtmlCustomItemsKeeper* customItems);
 
-    /// Has names be passed over where the function says so of their place.
-    void SetPassedOver(std::function<bool(SyntaxParser::CIterator)> isPassedOver)
+    /// Has the tags and attributes be passed over of which the function says so.
+    void SetPassedOver(std::function<bool(const SyntaxParser::SSemanticTreeNode&)> isPassedOver)
     {
         m_isPassedOver = std::move(isPassedOver);
     }
@@ -55,8 +55,8 @@ private:
     std::vector<SDiagnostic> m_errors; ///< of the last run
     ICheckOwner* m_owner;
     std::shared_ptr<const CMarkupNames> m_names;
-    std::function<bool(SyntaxParser::CIterator)> m_isPassedOver; ///< empty: nowhere
-    std::optional<CNameDetails> m_details;                       ///< when asked for
+    std::function<bool(const SyntaxParser::SSemanticTreeNode&)> m_isPassedOver; ///< empty: none
+    std::optional<CNameDetails> m_details;                                      ///< when asked for
     boost::signals2::scoped_connection m_connection;
 };
 

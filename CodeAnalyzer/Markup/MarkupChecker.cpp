@@ -5,6 +5,7 @@
 #include "Markup/HtmlAttributes.h"
 #include "Markup/HtmlNesting.h"
 #include "Markup/HtmlProblems.h"
+#include "Markup/OthersNames.h"
 #include "Markup/StylePart.h"
 
 #include <boost/pointer_cast.hpp>
@@ -42,6 +43,15 @@ void CMarkupChecker::Follow(ISPDocument& document)
         m_path = document.GetFilePath();
     m_connection =
         document.GetEndOfParseSignal().connect([this](ISPDocument* /*parsed*/) { OnDocumentParsed(); });
+}
+
+bool CMarkupChecker::PassesOver(const SyntaxParser::SSemanticTreeNode& node) const
+{
+    if (!m_isChecked)
+        return false;
+    const bool isTag = node.kind == SyntaxParser::SemanticTag;
+    return (isTag ? IsPrefixed(node.name) : IsVendorAttribute(node.name)) ||
+           m_report.IsBroken(node.span.start);
 }
 
 bool CMarkupChecker::BeginMarkup(const SyntaxParser::IMarkupPlaces& places)

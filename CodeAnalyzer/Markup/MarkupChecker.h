@@ -3,6 +3,7 @@
 #include "Diagnostics/MarkupReport.h"
 #include "Kesh/CodeAnalyzer/IMarkupCheck.h"
 #include "Kesh/SyntaxParser/ISPDocument.h"
+#include "Kesh/SyntaxParser/SemanticTree.h"
 #include "Markup/MarkupPart.h"
 
 #include <boost/signals2/connection.hpp>
@@ -31,8 +32,9 @@ public:
 
     void ForgetOwner() { m_owner = nullptr; }
 
-    /// Whether a place of the last pass lies in a tag that is broken, so that its names say nothing.
-    bool IsBroken(SyntaxParser::CIterator place) const { return m_isChecked && m_report.IsBroken(place); }
+    /// Whether the name of a tag or attribute of the last pass says nothing: it stands in a broken tag, or is
+    /// one of a browser, a namespace or a template engine.
+    bool PassesOver(const SyntaxParser::SSemanticTreeNode& node) const;
 
     bool BeginMarkup(const SyntaxParser::IMarkupPlaces& places) override;
     void AddHtml(const SyntaxParser::SHtmlToken& token) override;
