@@ -55,6 +55,11 @@ void CMarkupReport::Break(std::size_t begin, std::size_t end, wchar_t stop)
     m_broken.push_back(m_places->SpanOf({begin, std::min(text.substr(0, limit).find(L'>', first), limit)}));
 }
 
+void CMarkupReport::Break(SMarkupSpan tag)
+{
+    m_broken.push_back(m_places->SpanOf(tag));
+}
+
 bool CMarkupReport::IsBroken(SyntaxParser::CIterator place) const
 {
     const auto next = std::upper_bound(

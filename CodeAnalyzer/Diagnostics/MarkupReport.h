@@ -32,6 +32,8 @@ public:
     /// Says that a tag from `begin` on is not what it seems, up to the first `stop` from `end` on, and to the
     /// ">" after it: its names are not worth telling.
     void Break(std::size_t begin, std::size_t end, wchar_t stop);
+    /// The same of a tag whose end is known.
+    void Break(SyntaxParser::SMarkupSpan tag);
     bool IsBroken(SyntaxParser::CIterator place) const;
 
     /// All since Begin(), in the text's order.

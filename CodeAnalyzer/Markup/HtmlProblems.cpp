@@ -95,6 +95,7 @@ void CHtmlProblems::Begin()
 {
     m_isXml = IsXml(m_report.Places());
     m_hasTags = false;
+    m_hasControls = false;
     m_pending.clear();
     m_inText.clear();
 }
@@ -118,6 +119,21 @@ void CHtmlProblems::AddHtml(const SHtmlToken& token)
             isStructureLost || (isOfStructure && problem.problem != EHtmlProblem::DuplicateAttribute);
         Judge(problem, token);
     }
+    if (isStructureLost || (isTag && HidesQuotes(token)))
+        m_report.Break(token.span);
+}
+
+// Whether a template engine's tag or placeholder in a value holds the quote that the value stands in: who
+// reads it as plain HTML then takes the rest for attributes.
+bool CHtmlProblems::HidesQuotes(const SHtmlToken& tag) const
+{
+    const auto& places = m_report.Places();
+    const std::wstring_view text = places.HasPlaceholders() ? places.Written() : places.Text();
+    return std::ranges::any_of(tag.attributes, [&](const SHtmlAttribute& attribute) {
+        const bool isQuoted = attribute.hasValue && attribute.value.end < attribute.span.end;
+        return isQuoted && text.substr(attribute.value.begin, attribute.value.end - attribute.value.begin)
+                                   .find(text[attribute.value.end]) != std::wstring_view::npos;
+    });
 }
 
 void CHtmlProblems::End()
@@ -130,11 +146,22 @@ void CHtmlProblems::End()
 void CHtmlProblems::Judge(const SProblem& problem, const SHtmlToken& token)
 {
     switch (token.kind) {
-    case EHtmlTokenKind::Text: m_inText.push_back(problem); break;
+    case EHtmlTokenKind::Text:
+        if (problem.problem != EHtmlProblem::InvalidFirstCharacterOfTagName || !IsPrinted(token.span))
+            m_inText.push_back(problem);
+        break;
     case EHtmlTokenKind::StartTag:
     case EHtmlTokenKind::EndTag: JudgeInTag(problem, token); break;
     default: JudgeComment(problem, token);
     }
+}
+
+// Whether a text is that of a string, which may be a piece of a script that PHP prints.
+bool CHtmlProblems::IsPrinted(SMarkupSpan text) const
+{
+    const std::wstring_view written = m_report.Places().Written();
+    return text.begin > 0 && m_report.Places().Text()[text.begin - 1] == SyntaxParser::MarkupIsland &&
+           (written[text.begin - 1] == L'"' || written[text.begin - 1] == L'\'');
 }
 
 void CHtmlProblems::JudgeInTag(const SProblem& problem, const SHtmlToken& tag)
@@ -166,10 +193,8 @@ void CHtmlProblems::JudgeInTag(const SProblem& problem, const SHtmlToken& tag)
 void CHtmlProblems::JudgeComment(const SProblem& problem, const SHtmlToken& comment)
 {
     const std::wstring_view text = m_report.Places().Text(comment.span);
-    const bool isPrinted = comment.span.begin > 0 &&
-                           m_report.Places().Text()[comment.span.begin - 1] == SyntaxParser::MarkupIsland;
-    if (isPrinted && problem.problem == EHtmlProblem::UnexpectedQuestionMarkInsteadOfTagName)
-        return; // PHP that writes PHP
+    if (text.starts_with(L"<?php") || text.starts_with(L"<?="))
+        return; // in a string: PHP that writes PHP
     if (IsOfDoctype(problem.problem) && problem.problem != EHtmlProblem::EofInDoctype) {
         m_report.Add(Code::MalformedDoctype, comment.span);
     } else if (problem.problem == EHtmlProblem::NestedComment) {
@@ -198,6 +223,9 @@ void CHtmlProblems::JudgeInText(const SProblem& problem)
                      {{m_report.Source("found", span)}, {}, {m_report.Fix(EFix::Rename, opening, L"&lt;")}});
     } else if (const auto* plain = std::ranges::find(Plain, problem.problem, &SPlain::problem);
                plain != std::end(Plain)) {
+        // One says it all of a text that is rather bytes.
+        if (plain->code == Code::ControlCharacter && std::exchange(m_hasControls, true))
+            return;
         if (plain->fix == EFix::None)
             m_report.Add(plain->code, span);
         else if (plain->fix == EFix::Insert)

@@ -26,6 +26,8 @@ private:
         SyntaxParser::SMarkupSpan span;
     };
 
+    bool HidesQuotes(const SyntaxParser::SHtmlToken& tag) const;
+    bool IsPrinted(SyntaxParser::SMarkupSpan text) const;
     void Judge(const SProblem& problem, const SyntaxParser::SHtmlToken& token);
     void JudgeInTag(const SProblem& problem, const SyntaxParser::SHtmlToken& tag);
     void JudgeInText(const SProblem& problem);
@@ -44,6 +46,7 @@ private:
     CMarkupReport& m_report;
     bool m_isXml = false;
     bool m_hasTags = false;
+    bool m_hasControls = false;
     std::vector<SProblem> m_pending; ///< of the token to come
     std::vector<SProblem> m_inText;  ///< until it is known that the text is HTML
 };

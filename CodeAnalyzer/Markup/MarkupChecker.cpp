@@ -5,6 +5,7 @@
 #include "Markup/HtmlAttributes.h"
 #include "Markup/HtmlNesting.h"
 #include "Markup/HtmlProblems.h"
+#include "Markup/MarkupKind.h"
 #include "Markup/OthersNames.h"
 #include "Markup/StylePart.h"
 
@@ -50,7 +51,7 @@ bool CMarkupChecker::PassesOver(const SyntaxParser::SSemanticTreeNode& node) con
     if (!m_isChecked)
         return false;
     const bool isTag = node.kind == SyntaxParser::SemanticTag;
-    return (isTag ? IsPrefixed(node.name) : IsVendorAttribute(node.name)) ||
+    return m_isXml || (isTag ? IsPrefixed(node.name) : IsVendorAttribute(node.name)) ||
            m_report.IsBroken(node.span.start);
 }
 
@@ -63,6 +64,7 @@ bool CMarkupChecker::BeginMarkup(const SyntaxParser::IMarkupPlaces& places)
     if (!m_wanted->IsWanted(m_path))
         return false;
     m_isChecked = true;
+    m_isXml = IsXml(places);
     m_report.Begin(places);
     for (const auto& part : m_parts)
         part->Begin();

@@ -32,8 +32,8 @@ public:
 
     void ForgetOwner() { m_owner = nullptr; }
 
-    /// Whether the name of a tag or attribute of the last pass says nothing: it stands in a broken tag, or is
-    /// one of a browser, a namespace or a template engine.
+    /// Whether the name of a tag or attribute of the last pass says nothing: it stands in a broken tag or in
+    /// XML, or is one of a browser, a namespace or a template engine.
     bool PassesOver(const SyntaxParser::SSemanticTreeNode& node) const;
 
     bool BeginMarkup(const SyntaxParser::IMarkupPlaces& places) override;
@@ -53,7 +53,8 @@ private:
     std::wstring m_path;
     CMarkupReport m_report;
     std::vector<std::unique_ptr<IMarkupPart>> m_parts;
-    bool m_isChecked = false;         ///< the last pass
+    bool m_isChecked = false; ///< the last pass
+    bool m_isXml = false;
     std::vector<SDiagnostic> m_found; ///< of the last pass
     boost::signals2::scoped_connection m_connection;
 };

@@ -76,7 +76,7 @@ TEST_F(HtmlProblems, AreToldOncePerSlip)
                {"<p>&#;", "2031 0:3-0:5"},
                {"<p>&#x110000; &#0;", "2032 0:3-0:13 2032 0:14-0:18"},
                {"<script><!-- a</script", "2033 0:8-0:9"},
-               {"<p>\x01", "2034 0:3-0:4"},
+               {"<p>\x01\x02", "2034 0:3-0:4"},
            });
 }
 
@@ -96,6 +96,9 @@ TEST_F(HtmlProblems, AreNotSeenWhereThereAreNone)
                {"<p title=\"<x:y z=\"a\"/>\"><# if ( a < b ) { #>", ""},
            });
     CMarkupDiagnoser php;
+    EXPECT_EQ(php.Describe("<p><?php echo <<<'A'\n<?php a\nA;\n?><? b ?>", 2003, 2299), "");
+    EXPECT_EQ(php.Describe("<p><?php echo 'for (i = 0; i < 3; ++i)'; ?> a < b", 2003, 2299),
+              "2018 0:47-0:48");
     EXPECT_EQ(php.Describe(
                   "<p <?= $a ?> class=b <?php if (1): ?> id=c <?php else: ?> id=d <?php endif ?>>&<?= 1 ?>;"
                   "<input type='<?= $t ?>' size=<?= 1 ?>x id='a <?= 2 ?>'><<?= $t ?>>",
