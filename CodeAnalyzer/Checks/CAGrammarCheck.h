@@ -1,11 +1,10 @@
 #pragma once
 
+#include "Checks/HostChoice.h"
 #include "Kesh/CodeAnalyzer/IGrammarCheck.h"
 #include "Kesh/CodeAnalyzer/PhpVersions.h"
 
 #include <atomic>
-#include <memory>
-#include <mutex>
 #include <utility>
 
 namespace Kesh::CodeAnalyzer {
@@ -24,21 +23,12 @@ public:
         return known;
     }
     std::int32_t GetPhpVersion() const override { return m_version; }
-    void SetChoices(TChoices choices) override
-    {
-        auto shared = choices ? std::make_shared<const TChoices>(std::move(choices)) : nullptr;
-        const std::lock_guard lock(m_mutex);
-        m_choices.swap(shared);
-    }
+    void SetChoices(TChoices choices) override { m_choices.Set(std::move(choices)); }
     SGrammarChoice GetChoice(const std::wstring& path) const override
     {
         if (!m_enabled)
             return {};
-        std::shared_ptr<const TChoices> choices;
-        {
-            const std::lock_guard lock(m_mutex);
-            choices = m_choices;
-        }
+        const auto choices = m_choices.Get();
         SGrammarChoice choice = choices ? (*choices)(path) : SGrammarChoice{true, m_version};
         if (!IsPhpVersion(choice.phpVersion))
             choice.phpVersion = 0;
@@ -48,8 +38,7 @@ public:
 private:
     std::atomic<bool> m_enabled = false;
     std::atomic<std::int32_t> m_version = 0;
-    mutable std::mutex m_mutex;
-    std::shared_ptr<const TChoices> m_choices; ///< guarded by the mutex
+    CHostChoice<TChoices> m_choices;
 };
 
 } // namespace Kesh::CodeAnalyzer
