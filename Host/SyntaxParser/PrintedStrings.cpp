@@ -1,7 +1,9 @@
 #include "SyntaxParser/PrintedStrings.h"
 
+#include "Base/CommonString.h"
+#include "SyntaxParser/HtmlTags.h"
+
 #include <algorithm>
-#include <array>
 
 namespace Kesh::SyntaxParser {
 
@@ -17,13 +19,10 @@ bool IsLetter(wchar_t c)
 /// Whether the beginning of a tag is that of an element with content.
 bool OpensElement(std::wstring_view tag)
 {
-    static constexpr std::array<std::wstring_view, 14> Void = {
-        L"area",  L"base", L"br",   L"col",   L"embed",  L"hr",    L"img",
-        L"input", L"link", L"meta", L"param", L"source", L"track", L"wbr"};
     std::size_t size = 0;
     while (size < tag.size() && IsLetter(tag[size]))
         ++size;
-    return size > 0 && std::ranges::find(Void, tag.substr(0, size)) == Void.end();
+    return size > 0 && !(GetTagFlags(Base::CCommonString::LowerCaseFast(tag.substr(0, size))) & TagVoid);
 }
 
 } // namespace
