@@ -42,7 +42,9 @@ public:
     /// Goes to the next of `stops`, or to the end.
     void SkipTo(std::wstring_view stops)
     {
-        m_at = std::min(m_text.find_first_of(stops, m_at), m_text.size());
+        // find_first_of() calls a function for each character.
+        while (m_at < m_text.size() && std::ranges::find(stops, m_text[m_at]) == stops.end())
+            ++m_at;
     }
     void SkipTo(wchar_t stop) { m_at = std::min(m_text.find(stop, m_at), m_text.size()); }
     /// The same as it is written.

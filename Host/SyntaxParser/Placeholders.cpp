@@ -39,8 +39,7 @@ public:
     bool FillAll()
     {
         bool found = false;
-        for (std::size_t i = m_scanned.find_first_of(L"{<"); i != std::wstring_view::npos;
-             i = m_scanned.find_first_of(L"{<", i)) {
+        for (std::size_t i = FindSign(0); i < m_scanned.size(); i = FindSign(i)) {
             const std::size_t end = FindEnd(i);
             if (end == std::wstring_view::npos) {
                 ++i;
@@ -54,6 +53,14 @@ public:
     }
 
 private:
+    // Where one may begin, from `i` on.
+    std::size_t FindSign(std::size_t i) const
+    {
+        while (i < m_scanned.size() && m_scanned[i] != L'{' && m_scanned[i] != L'<')
+            ++i;
+        return i;
+    }
+
     std::size_t FindEnd(std::size_t begin)
     {
         const std::wstring_view rest = m_scanned.substr(begin, 4);
