@@ -1,8 +1,8 @@
 #pragma once
 
+#include "Diagnostics/MarkupReport.h"
 #include "Markup/HtmlFacts.h"
 #include "Markup/MarkupPart.h"
-#include "Markup/MarkupReport.h"
 
 #include <set>
 #include <string>

@@ -5,10 +5,12 @@
 #include "Markup/ScriptBlocks.h"
 
 #include <algorithm>
+#include <set>
 #include <utility>
 
 namespace Kesh::CodeAnalyzer {
 
+using SyntaxParser::EHtmlTokenKind;
 using SyntaxParser::SHtmlToken;
 using SyntaxParser::SMarkupSpan;
 
@@ -39,6 +41,25 @@ bool HasBlocks(std::wstring_view text)
 
 void CHtmlNesting::Begin()
 {
+    m_hasTags = false;
+    m_isMarkup = true;
+}
+
+void CHtmlNesting::AddHtml(const SHtmlToken& token)
+{
+    // Most files of PHP have no tags, and what comes before the first one is in none.
+    if (!m_hasTags) {
+        if (token.kind != EHtmlTokenKind::StartTag && token.kind != EHtmlTokenKind::EndTag)
+            return;
+        m_hasTags = true;
+        BeginTags();
+    }
+    if (m_isMarkup)
+        m_events.Add(token);
+}
+
+void CHtmlNesting::BeginTags()
+{
     const SyntaxParser::IMarkupPlaces& places = m_report.Places();
     SFlow flow = FindFlow(m_tokens.All(), places);
     AddScriptBlocks(flow, places);
@@ -46,24 +67,15 @@ void CHtmlNesting::Begin()
     m_events.Begin(places, std::move(flow));
 }
 
-void CHtmlNesting::AddHtml(const SHtmlToken& token)
-{
-    if (m_isMarkup)
-        m_events.Add(token);
-}
-
 void CHtmlNesting::End()
 {
-    if (!m_isMarkup)
+    if (!m_hasTags || !m_isMarkup)
         return;
     m_events.End();
-    if (!m_events.HasTags())
-        return;
     SVerdict verdict = Judge();
     if (m_report.Places().IsCancelled())
         return;
-    const bool isWhole = IsWhole();
-    if (isWhole)
+    if (IsWhole())
         AddLeftOver(verdict);
     AddHalves(verdict);
     for (const SNestingFault& fault : verdict.faults)
@@ -121,6 +133,12 @@ bool CHtmlNesting::IsWhole() const
     return begins && ends;
 }
 
+// Whether a tag's name is whole, and one of HTML.
+bool CHtmlNesting::IsCertain(std::uint32_t tag) const
+{
+    return !Event(tag).dynamic && (Event(tag).flags & ElementKnown) != 0;
+}
+
 void CHtmlNesting::AddLeftOver(SVerdict& verdict) const
 {
     const auto isRoot = [this](std::uint32_t tag) {
@@ -130,35 +148,36 @@ void CHtmlNesting::AddLeftOver(SVerdict& verdict) const
     if (left.unknown || std::ranges::any_of(left.closed, isRoot))
         return; // something else has begun the document
     for (const std::uint32_t tag : left.open)
-        if (!Event(tag).dynamic && (Event(tag).flags & ElementKnown))
+        if (IsCertain(tag))
             verdict.faults.push_back({ENestingFault::Unclosed, NoEvent, tag});
     for (const std::uint32_t tag : left.closed)
-        if (!Event(tag).dynamic && (Event(tag).flags & ElementKnown))
+        if (IsCertain(tag))
             verdict.faults.push_back({ENestingFault::Stray, tag});
 }
 
 // A function may leave an element open for another one to close; there must be such another one.
 void CHtmlNesting::AddHalves(SVerdict& verdict) const
 {
-    std::map<std::wstring, int>
-        balance; // of the names that are opened more often than closed, or the other way round
+    std::set<std::wstring_view> opened;
+    std::set<std::wstring_view> closed;
     for (const SLeftOver& left : verdict.scopes) {
         if (left.unknown)
             return;
         for (const std::uint32_t tag : left.open)
-            balance[*Event(tag).lower] |= 1;
+            opened.insert(*Event(tag).lower);
         for (const std::uint32_t tag : left.closed)
-            balance[*Event(tag).lower] |= 2;
+            closed.insert(*Event(tag).lower);
     }
-    for (std::size_t i = 1; i < verdict.scopes.size(); ++i) {
-        const auto add = [&](const std::vector<std::uint32_t>& tags, ENestingFault kind) {
+    for (std::uint32_t scope = 1; scope < verdict.scopes.size(); ++scope) {
+        const auto add = [&](const std::vector<std::uint32_t>& tags, const auto& partners,
+                             ENestingFault kind) {
             for (const std::uint32_t tag : tags)
-                if (!Event(tag).dynamic && (Event(tag).flags & ElementKnown) &&
-                    !(Event(tag).flags & ElementOptionalEnd) && balance[*Event(tag).lower] != 3)
-                    verdict.faults.push_back({kind, tag, tag, static_cast<std::uint32_t>(i)});
+                if (IsCertain(tag) && !(Event(tag).flags & ElementOptionalEnd) &&
+                    !partners.contains(*Event(tag).lower))
+                    verdict.faults.push_back({kind, tag, tag, scope});
         };
-        add(verdict.scopes[i].open, ENestingFault::HalfOpen);
-        add(verdict.scopes[i].closed, ENestingFault::HalfClosed);
+        add(verdict.scopes[scope].open, closed, ENestingFault::HalfOpen);
+        add(verdict.scopes[scope].closed, opened, ENestingFault::HalfClosed);
     }
 }
 
@@ -171,8 +190,12 @@ SArgument CHtmlNesting::Tag(std::string name, std::uint32_t event) const
 
 std::wstring CHtmlNesting::EndTagText(std::uint32_t event) const
 {
-    const SMarkupSpan name = Event(event).name;
-    return L"</" + std::wstring(m_report.Places().Written().substr(name.begin, name.end - name.begin)) + L">";
+    return L"</" + Written(Event(event).name) + L">";
+}
+
+std::wstring CHtmlNesting::Written(SMarkupSpan span) const
+{
+    return std::wstring(m_report.Places().Written().substr(span.begin, span.end - span.begin));
 }
 
 SArgument CHtmlNesting::EndTagOf(std::uint32_t event) const
@@ -260,11 +283,9 @@ bool CHtmlNesting::FindLostStart(std::uint32_t end, SMarkupSpan& place) const
          ++lines) {
         const std::size_t before = text.rfind(L'\n', lineEnd - 1);
         const std::size_t begin = before == std::wstring_view::npos ? 0 : before + 1;
-        std::int32_t indent = 0;
-        std::size_t i = begin;
-        for (; i < lineEnd && (text[i] == L' ' || text[i] == L'\t'); ++i)
-            indent += text[i] == L'\t' ? 4 : 1;
-        if (i < lineEnd && text[i] != L'\r' && indent <= tag.indent) {
+        const std::size_t content = std::min(text.find_first_not_of(L" \t", begin), lineEnd);
+        const bool isBlank = content == lineEnd || text[content] == L'\r';
+        if (!isBlank && WidthOf(text.substr(begin, content - begin)) <= tag.indent) {
             if (lines == 0)
                 return false;
             const std::size_t last = text.substr(0, lineEnd).find_last_not_of(L" \t\r") + 1;
@@ -296,14 +317,10 @@ void CHtmlNesting::TellEndTag(const SNestingFault& fault)
     std::int32_t code = Code::StrayEndTag;
     switch (fault.fault) {
     case ENestingFault::Crossed: code = Code::CrossedEndTags; break;
-    case ENestingFault::Mismatched: {
+    case ENestingFault::Mismatched:
         code = Code::MismatchedEndTag;
-        const SMarkupSpan name = Event(fault.other).name;
-        details.fixes.push_back(m_report.Fix(
-            EFix::Rename, tag.name,
-            std::wstring(m_report.Places().Written().substr(name.begin, name.end - name.begin))));
+        details.fixes.push_back(m_report.Fix(EFix::Rename, tag.name, Written(Event(fault.other).name)));
         break;
-    }
     case ENestingFault::HalfClosed: code = Code::HalfClosedElement; break;
     case ENestingFault::OneBranch: code = Code::OpenInOneBranch; break;
     case ENestingFault::VoidEnd: code = Code::EndTagOfVoid; [[fallthrough]];

@@ -1,7 +1,7 @@
 #pragma once
 
+#include "Diagnostics/MarkupReport.h"
 #include "Markup/MarkupPart.h"
-#include "Markup/MarkupReport.h"
 #include "Markup/NestingJudge.h"
 #include "Markup/TemplateTokens.h"
 
@@ -20,7 +20,9 @@ public:
     void End() override;
 
 private:
+    void BeginTags();
     bool IsWhole() const;
+    bool IsCertain(std::uint32_t tag) const;
     SVerdict Judge() const;
     void AddLeftOver(SVerdict& verdict) const;
     void AddHalves(SVerdict& verdict) const;
@@ -35,11 +37,13 @@ private:
     const SNestingEvent& Event(std::uint32_t event) const { return m_events.All()[event]; }
     SArgument Tag(std::string name, std::uint32_t event) const;
     SArgument EndTagOf(std::uint32_t event) const;
+    std::wstring Written(SyntaxParser::SMarkupSpan span) const;
     std::wstring EndTagText(std::uint32_t event) const;
 
     CMarkupReport& m_report;
     CTemplateTokens m_tokens;
     CNestingEvents m_events;
+    bool m_hasTags = false;  ///< one has come
     bool m_isMarkup = false; ///< HTML that can be judged
 };
 

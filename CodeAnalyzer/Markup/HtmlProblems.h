@@ -1,7 +1,7 @@
 #pragma once
 
+#include "Diagnostics/MarkupReport.h"
 #include "Markup/MarkupPart.h"
-#include "Markup/MarkupReport.h"
 
 #include <vector>
 

@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <array>
+#include <numeric>
 #include <utility>
 
 namespace Kesh::CodeAnalyzer {
@@ -78,7 +79,6 @@ void CNestingEvents::Begin(const SyntaxParser::IMarkupPlaces& places, SFlow flow
     m_nextMark = 0;
     m_events.clear();
     m_names.clear();
-    m_hasTags = false;
     m_lastIsBare = false;
 }
 
@@ -125,7 +125,6 @@ void CNestingEvents::AddTag(const SHtmlToken& token)
         event.kind = SNestingEvent::Close;
     event.xmlish = m_lastIsBare && event.kind == SNestingEvent::Close;
     m_lastIsBare = event.kind == SNestingEvent::Open && token.attributes.empty();
-    m_hasTags = true;
     event.name = token.name;
     event.selfClosing = token.selfClosing;
     event.dynamic = m_places->IsTouched(token.name);
@@ -173,15 +172,17 @@ void CNestingEvents::TakeMarksUpTo(std::size_t offset)
 
 std::int32_t CNestingEvents::IndentOf(std::size_t begin) const
 {
-    constexpr std::size_t Most = 200;
     const std::wstring_view text = m_places->Written();
-    std::size_t i = begin;
-    std::int32_t column = 0;
-    while (i > 0 && (text[i - 1] == L' ' || text[i - 1] == L'\t') && begin - i < Most) {
-        --i;
-        column += text[i] == L'\t' ? 4 : 1;
-    }
-    return i == 0 || text[i - 1] == L'\n' ? column : SNestingEvent::NoIndent;
+    const std::size_t line = begin == 0 ? 0 : text.find_last_not_of(L" \t", begin - 1) + 1;
+    return line == 0 || text[line - 1] == L'\n' ? WidthOf(text.substr(line, begin - line))
+                                                : SNestingEvent::NoIndent;
+}
+
+std::int32_t WidthOf(std::wstring_view blanks)
+{
+    constexpr std::int32_t Tab = 4;
+    return std::accumulate(blanks.begin(), blanks.end(), 0,
+                           [](std::int32_t width, wchar_t c) { return width + (c == L'\t' ? Tab : 1); });
 }
 
 } // namespace Kesh::CodeAnalyzer

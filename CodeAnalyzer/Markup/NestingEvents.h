@@ -38,6 +38,9 @@ struct SNestingEvent
     const std::wstring* lower = nullptr; ///< the name; one for all of the same name
 };
 
+/// How far blanks indent what follows them.
+std::int32_t WidthOf(std::wstring_view blanks);
+
 /// Collects the events of a pass.
 class CNestingEvents
 {
@@ -49,7 +52,6 @@ public:
 
     const std::vector<SNestingEvent>& All() const { return m_events; }
     const SFlow& Flow() const { return m_flow; }
-    bool HasTags() const { return m_hasTags; }
 
 private:
     /// Whether what lies inside of the tag is whole statements.
@@ -63,7 +65,6 @@ private:
     std::uint32_t m_nextMark = 0;
     std::vector<SNestingEvent> m_events;
     std::unordered_set<std::wstring> m_names;
-    bool m_hasTags = false;
     bool m_lastIsBare = false; ///< the last start tag has no attributes
 };
 

@@ -1,6 +1,7 @@
 #include "Markup/NestingJudge.h"
 
 #include "Markup/HtmlElements.h"
+#include "Markup/OthersNames.h"
 
 #include <algorithm>
 #include <utility>
@@ -207,8 +208,8 @@ void CNestingJudge::CheckTable(std::uint32_t event)
 void CNestingJudge::CheckTwice(std::uint32_t event)
 {
     const std::wstring& name = Name(event);
-    const bool inTemplate = !Open().empty() && Open().back().IsElement() &&
-                            Name(Open().back().event).find(L':') != std::wstring::npos;
+    const bool inTemplate =
+        !Open().empty() && Open().back().IsElement() && IsPrefixed(Name(Open().back().event));
     if (m_sequences.size() != 1 || inTemplate || Here().effect.unknown ||
         (name != L"html" && name != L"head" && name != L"body"))
         return;
@@ -382,7 +383,7 @@ void CNestingJudge::CloseUnknown(std::uint32_t event)
     const auto isOdd = [&](std::uint32_t tag) {
         return !(Event(tag).flags & ElementKnown) && Name(tag).find(L'-') == std::wstring::npos;
     };
-    if (Name(item.event).find(L':') != std::wstring::npos || Name(event).find(L':') != std::wstring::npos) {
+    if (IsPrefixed(Name(item.event)) || IsPrefixed(Name(event))) {
         MakeUnknown(); // tags of a template engine need not nest
         return;
     }
