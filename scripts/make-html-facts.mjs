@@ -57,7 +57,7 @@ function wrap(items) {
     return lines.join('\n');
 }
 const array = (type, name, items) => `constexpr ${type} ${name}[] = {\n${wrap(items)}\n};\n`;
-const flags = (name) => [voids.has(name) && 'ElementVoid', obsoleteElements.includes(name) && 'ElementObsolete'].filter(Boolean);
+const flags = (name) => [voids.has(name) && 'FactVoid', obsoleteElements.includes(name) && 'FactObsolete'].filter(Boolean);
 writeFileSync(
     resource('html-facts.inc'),
     '// Written by scripts/make-html-facts.mjs. All is sorted.\n' +

@@ -1,5 +1,7 @@
 #include "Markup/HtmlElements.h"
 
+#include "Markup/HtmlFacts.h"
+
 #include <algorithm>
 #include <unordered_map>
 
@@ -14,15 +16,6 @@ struct SGroup
 };
 
 constexpr SGroup Groups[] = {
-    {ElementKnown, L"abbr acronym applet audio bdi bdo canvas cite data datalist del dfn element iframe ins "
-                   L"kbd label legend map "
-                   L"marquee meter noembed noframes noscript object optgroup option output picture progress "
-                   L"q ruby samp script "
-                   L"select slot span style sub sup template textarea time title var video blink caption "
-                   L"colgroup head html body "
-                   L"frameset fencedframe selectedcontent"},
-    {ElementVoid, L"area base basefont bgsound br col embed frame hr img input keygen link meta param source "
-                  L"track wbr"},
     {ElementOptionalEnd,
      L"body colgroup dd dt head html li optgroup option p rb rp rt rtc tbody td tfoot th thead "
      L"tr"},
@@ -30,7 +23,6 @@ constexpr SGroup Groups[] = {
      L"address article aside blockquote center dd details dialog dir div dl dt fieldset "
      L"figcaption figure footer form h1 h2 h3 h4 h5 h6 header hgroup hr li listing main menu "
      L"nav ol p plaintext pre search section summary table ul xmp"},
-    {ElementFormatting, L"a b big code em font i nobr s small strike strong tt u"},
     {ElementScope, L"applet button caption html marquee object select table td template th"},
     {ElementHeading, L"h1 h2 h3 h4 h5 h6"},
     {ElementTablePart, L"table tbody tfoot thead tr"},
@@ -49,7 +41,7 @@ TFlags MakeFlags()
     for (const SGroup& group : Groups)
         for (std::size_t begin = 0; begin < group.names.size();) {
             const std::size_t end = std::min(group.names.find(L' ', begin), group.names.size());
-            flags[group.names.substr(begin, end - begin)] |= group.flags | ElementKnown;
+            flags[group.names.substr(begin, end - begin)] |= group.flags;
             begin = end + 1;
         }
     return flags;
@@ -87,7 +79,12 @@ std::uint32_t ElementFlags(std::wstring_view lower)
 {
     static const TFlags flags = MakeFlags();
     const auto found = flags.find(lower);
-    return found == flags.end() ? 0 : found->second;
+    std::uint32_t result = found == flags.end() ? 0 : found->second;
+    if (IsHtmlElement(lower))
+        result |= ElementKnown;
+    if (IsVoidElement(lower))
+        result |= ElementVoid;
+    return result;
 }
 
 bool IsEndedBy(std::wstring_view element, std::wstring_view next)

@@ -12,7 +12,7 @@ using Base::CCommonString;
 
 namespace {
 
-enum EElementFlags : std::uint8_t { ElementVoid = 1, ElementObsolete = 2 };
+enum EFacts : std::uint8_t { FactVoid = 1, FactObsolete = 2 };
 
 struct SElement
 {
@@ -66,12 +66,12 @@ bool IsHtmlElement(std::wstring_view name)
 
 bool IsVoidElement(std::wstring_view name)
 {
-    return HasFlag(name, ElementVoid);
+    return HasFlag(name, FactVoid);
 }
 
 bool IsObsoleteElement(std::wstring_view name)
 {
-    return HasFlag(name, ElementObsolete);
+    return HasFlag(name, FactObsolete);
 }
 
 bool IsObsoleteAttribute(std::wstring_view element, std::wstring_view attribute)

@@ -129,9 +129,12 @@ void CNestingEvents::AddTag(const SHtmlToken& token)
     event.selfClosing = token.selfClosing;
     event.dynamic = m_places->IsTouched(token.name);
     event.indent = IndentOf(token.span.begin);
-    event.lower = &*m_names.insert(Base::CCommonString::LowerCaseFast(m_places->Text(token.name))).first;
-    if (!event.dynamic)
-        event.flags = ElementFlags(*event.lower);
+    const auto [known, isNew] =
+        m_names.try_emplace(Base::CCommonString::LowerCaseFast(m_places->Text(token.name)));
+    if (isNew && !event.dynamic)
+        known->second = ElementFlags(known->first);
+    event.lower = &known->first;
+    event.flags = known->second;
     m_events.push_back(event);
 }
 

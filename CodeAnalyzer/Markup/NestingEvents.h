@@ -6,7 +6,7 @@
 #include <cstdint>
 #include <limits>
 #include <string>
-#include <unordered_set>
+#include <unordered_map>
 #include <vector>
 
 namespace Kesh::CodeAnalyzer {
@@ -64,8 +64,8 @@ private:
     SFlow m_flow;
     std::uint32_t m_nextMark = 0;
     std::vector<SNestingEvent> m_events;
-    std::unordered_set<std::wstring> m_names;
-    bool m_lastIsBare = false; ///< the last start tag has no attributes
+    std::unordered_map<std::wstring, std::uint32_t> m_names; ///< with their flags
+    bool m_lastIsBare = false;                               ///< the last start tag has no attributes
 };
 
 } // namespace Kesh::CodeAnalyzer

@@ -66,6 +66,7 @@ TEST_F(Nesting, FindsWhatDoesNotNest)
         // A mistyped name is an error of its own, once.
         {"<dvi>a</div>", ""},
         {"<div>a</dvi>", "2104 0:6-0:12"},
+        {"<div><mark>a</div>", "2102 0:11-0:12"},
         // What begins or ends elsewhere.
         {"a</div></body></html>", ""},
         {"<html><body><div>a", ""},
