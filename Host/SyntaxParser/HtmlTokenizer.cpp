@@ -238,7 +238,8 @@ void CHtmlTokenizer::EmitBogus()
 
 void CHtmlTokenizer::Emit(const SHtmlToken& token)
 {
-    m_cursor.ReportCharacters(token.span.begin, token.kind == EHtmlTokenKind::CData);
+    if (token.kind != EHtmlTokenKind::Island) // most of most files, and none of HTML's business
+        m_cursor.ReportCharacters(token.span.begin, token.kind == EHtmlTokenKind::CData);
     EmitProblems();
     m_sink.AddHtml(token);
     m_textBegin = token.span.end;
