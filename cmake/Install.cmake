@@ -15,7 +15,7 @@ install(TARGETS code-analyzer-session
 install(TARGETS code-analyzer-workbench RUNTIME COMPONENT workbench)
 
 install(FILES README.md CHANGELOG.md docs/command-line.md docs/configuration.md
-    docs/editors-and-ci.md docs/errors.md docs/code-analyzer.schema.json
+    docs/editors-and-ci.md docs/errors.md docs/php-versions.md docs/code-analyzer.schema.json
     DESTINATION ${CMAKE_INSTALL_DOCDIR} COMPONENT cli)
 install(FILES docs/workbench.md DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/code-analyzer-workbench COMPONENT workbench)
 install(DIRECTORY docs/images DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/code-analyzer-workbench COMPONENT workbench)

@@ -92,6 +92,15 @@ void CClassRules::TraitUse(const SGrammarValue& word)
         Report(Code::MemberNotAllowed, word);
 }
 
+void CClassRules::AliasModifier(const SGrammarValue& word)
+{
+    const std::uint16_t modifier = ModifierOf(Tokens()[word.first].kind);
+    if (modifier == ModFinal)
+        Needs(EFeature::FinalAlias, word);
+    else if (!(modifier & ModAccess))
+        Report(Code::ModifierMisused, word);
+}
+
 void CClassRules::EnumType(const SGrammarValue& type)
 {
     if (type.extra != TypeInt && type.extra != TypeString)
@@ -149,6 +158,8 @@ void CClassRules::AddProperty(std::uint32_t variable, const SGrammarValue* value
         Report(Code::MemberNotAllowed, variable);
     if (set & ModFinal)
         m_scopes.Needs(EFeature::FinalProperty, type->member.first);
+    if ((set & ModSet) && (set & ModStatic))
+        m_scopes.Needs(EFeature::StaticAccessSet, type->member.first);
     if ((set | type->modifiers) & ModReadonly) {
         if (!type->hasMemberType || (set & ModStatic) || value)
             Report(Code::ReadonlyRule, variable);
@@ -226,6 +237,8 @@ void CClassRules::ClassConstant(const SGrammarValue& name, const SGrammarValue& 
         Needs(EFeature::ConstantVisibility, first);
     if (type && type->kind == TraitKind)
         Needs(EFeature::TraitConstant, name);
+    if (value.kind == EValue::ArrayLiteral)
+        Needs(EFeature::ConstantArray, value);
     CheckConstant(value, false);
     AddConstant(name.first);
 }

@@ -26,6 +26,8 @@ public:
     void EnumType(const SGrammarValue& type);
     void EndClass();
     void TraitName(const SGrammarValue& name);
+    /// A modifier in a rule for a method of a trait.
+    void AliasModifier(const SGrammarValue& word);
     void TraitUse(const SGrammarValue& word);
     void BeginProperties();
     void BeginProperties(const SGrammarValue& type);

@@ -191,6 +191,8 @@ void CFileRules::DeclareClass(std::uint32_t name)
 void CFileRules::Constant(const SGrammarValue& name, const SGrammarValue& value)
 {
     CheckConstant(value, true);
+    if (value.kind == EValue::ArrayLiteral)
+        Needs(EFeature::ConstantArray, value);
     if (IsWord(name.first, L"true") || IsWord(name.first, L"false") || IsWord(name.first, L"null")) {
         Report(Code::ReservedName, name);
         return;

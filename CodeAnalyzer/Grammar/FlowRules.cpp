@@ -34,7 +34,7 @@ void CFlowRules::CloseBlock()
 void CFlowRules::DefaultCase(const SGrammarValue& word)
 {
     SBlock& block = Function().blocks[Function().block];
-    if (block.kind == SBlock::Switch && block.defaultWord != NoToken && IsFrom(700))
+    if (block.kind == SBlock::Switch && block.defaultWord != NoToken && IsFrom(GoneSince::DefaultTwice))
         Report(Code::DefaultTwice, word.first, FirstIs(block.defaultWord));
     else
         block.defaultWord = word.first;
@@ -51,9 +51,12 @@ void CFlowRules::Leave(const SGrammarValue& word, const SGrammarValue& depth)
     std::uint64_t levels = depth.kind == EValue::Nop ? 1 : 0;
     const bool isGroup = depth.kind == EValue::Group;
     if ((isGroup ? depth.inner : depth.kind) == EValue::Literal)
-        levels = IntegerOf(Text(isGroup ? depth.bad : depth.first)).value_or(0);
+        levels = IntegerOf(Text(!isGroup                    ? depth.first
+                                : depth.flags & NotConstant ? depth.first + 1
+                                                            : depth.bad))
+                     .value_or(0);
     if (levels == 0) {
-        if (IsFrom(504))
+        if (IsFrom(GoneSince::LeaveComputed))
             Report(Code::LeaveDepth, depth);
         return;
     }
@@ -105,7 +108,8 @@ void CFlowRules::Return(const SGrammarValue& word)
 
 void CFlowRules::Return(const SGrammarValue& word, const SGrammarValue& value)
 {
-    const SFunctionScope& scope = Function();
+    SFunctionScope& scope = Function();
+    scope.valueReturn = word.first;
     if (scope.returnType == TypeVoid || scope.returnType == TypeNever)
         Report(Code::ReturnValue, word);
     if (scope.byReference)
@@ -115,6 +119,8 @@ void CFlowRules::Return(const SGrammarValue& word, const SGrammarValue& value)
 // At the end of a function: only now it is known whether it is a generator, where `return;` is right.
 void CFlowRules::CheckReturns(const SFunctionScope& scope)
 {
+    if (scope.yield && scope.valueReturn)
+        m_scopes.Needs(EFeature::GeneratorReturn, scope.valueReturn);
     if (!scope.hasReturnType)
         return;
     if (scope.yield) {
@@ -131,6 +137,8 @@ void CFlowRules::CheckReturns(const SFunctionScope& scope)
 
 void CFlowRules::YieldHere(const SGrammarValue& word)
 {
+    const bool from = Tokens()[word.first].kind == SyntaxParser::EPhpTokenKind::YieldFrom;
+    Needs(from ? EFeature::YieldFrom : EFeature::Yield, word);
     SFunctionScope& scope = Function();
     if (!scope.inBody)
         return; // a default value: not constant anyway
@@ -140,13 +148,22 @@ void CFlowRules::YieldHere(const SGrammarValue& word)
         scope.yield = word.first;
 }
 
-// Before 8.0 it was a statement.
-void CFlowRules::ThrowHere(const SGrammarValue& word)
+// With a value it was a statement, or stood alone in parentheses, before 7.0.
+void CFlowRules::YieldValue(const SGrammarValue& word)
+{
+    YieldHere(word);
+    const bool inBrackets =
+        word.first > 0 && Tokens()[word.first - 1].kind == SyntaxParser::EPhpTokenKind::OpenRound;
+    if (!inBrackets && !BeginsStatement(word.first))
+        Needs(EFeature::YieldOperand, word);
+}
+
+bool CFlowRules::BeginsStatement(std::uint32_t word) const
 {
     using K = SyntaxParser::EPhpTokenKind;
-    if (word.first == 0)
-        return;
-    switch (Tokens()[word.first - 1].kind) {
+    if (word == 0)
+        return true;
+    switch (Tokens()[word - 1].kind) {
     case K::Semicolon:
     case K::OpenBrace:
     case K::CloseBrace:
@@ -156,9 +173,16 @@ void CFlowRules::ThrowHere(const SGrammarValue& word)
     case K::Do:
     case K::OpenTag:
     case K::CloseTag:
-    case K::InlineHtml: return;
-    default: Needs(EFeature::ThrowExpression, word);
+    case K::InlineHtml: return true;
+    default: return false;
     }
+}
+
+// Before 8.0 it was a statement.
+void CFlowRules::ThrowHere(const SGrammarValue& word)
+{
+    if (!BeginsStatement(word.first))
+        Needs(EFeature::ThrowExpression, word);
 }
 
 void CFlowRules::TryAlone(const SGrammarValue& word, const SGrammarValue& catches)

@@ -28,6 +28,7 @@ public:
     void Return(const SGrammarValue& word);
     void Return(const SGrammarValue& word, const SGrammarValue& value);
     void YieldHere(const SGrammarValue& word);
+    void YieldValue(const SGrammarValue& word);
     void ThrowHere(const SGrammarValue& word);
     void TryAlone(const SGrammarValue& word, const SGrammarValue& catches);
     void CatchType(const SGrammarValue& name);
@@ -41,6 +42,7 @@ public:
     void CheckReturns(const SFunctionScope& scope);
 
 private:
+    bool BeginsStatement(std::uint32_t word) const;
     void OpenBlock(SBlock::EKind kind);
     void CloseBlock();
 

@@ -1,5 +1,8 @@
 #include "Grammar/FunctionRules.h"
 
+#include "Grammar/NewerConstants.h"
+#include "Grammar/WordVersions.h"
+
 namespace Kesh::CodeAnalyzer {
 
 using K = SyntaxParser::EPhpTokenKind;
@@ -19,12 +22,14 @@ void CFunctionRules::BeginFunction(const SGrammarValue& word, const SGrammarValu
 {
     const K kind = Tokens()[name.first].kind;
     // Only a method may have a reserved word for its name.
-    if (kind != K::Identifier && kind != K::Readonly && kind != K::Enum && kind != K::Match && kind != K::Fn)
+    const bool wasName = Version() != 0 && Version() < ReservedSince(kind);
+    if (kind != K::Identifier && kind != K::Readonly && kind != K::Enum && kind != K::Match &&
+        kind != K::Fn && !wasName)
         Report(Code::WordOutOfPlace, name);
     else if (kind == K::Match || kind == K::Fn)
         Needs(kind == K::Match ? EFeature::FunctionMatch : EFeature::FunctionFn, name);
     const bool isOldLoader = IsWord(name.first, L"__autoload") && m_scopes.namespaceName == NoToken;
-    if (Version() >= 800 && (isOldLoader || IsWord(name.first, L"assert")))
+    if (Version() >= GoneSince::FunctionAutoload && (isOldLoader || IsWord(name.first, L"assert")))
         Report(Code::ReservedName, name);
     PushFunction(SFunctionScope::Function, name.first);
     SetReference(word);
@@ -69,6 +74,8 @@ void CFunctionRules::CheckMethod(std::uint32_t name)
     }
     if ((set & ModAbstract) && (set & ModPrivate) && type->kind != TraitKind)
         Report(Code::ModifierMisused, first);
+    if ((set & ModAbstract) && (set & ModPrivate) && type->kind == TraitKind)
+        m_scopes.Needs(EFeature::TraitAbstractPrivate, name);
     if ((set & ModAbstract) && type->abstractMethod == 0)
         type->abstractMethod = name;
 }
@@ -134,7 +141,8 @@ void CFunctionRules::AddParameter(std::uint32_t variable)
     if (IsThis(variable) || IsSuperglobal(variable))
         Report(Code::ReservedVariable, variable);
     const std::uint32_t index = scope.parameters.Add(variable);
-    if (const std::uint32_t first = scope.parameters.FirstOfName(Tokens(), index); first != variable)
+    if (const std::uint32_t first = scope.parameters.FirstOfName(Tokens(), index);
+        first != variable && IsFrom(GoneSince::ParameterTwice))
         Report(Code::ParameterTwice, variable, FirstIs(first));
     scope.hasParameterType = false;
 }
@@ -222,7 +230,8 @@ void CFunctionRules::LexicalVariable(const SGrammarValue& variable)
     const std::uint32_t index = scope.parameters.Add(variable.first);
     if (IsThis(variable.first) || IsSuperglobal(variable.first))
         Report(Code::ReservedVariable, variable);
-    else if (scope.parameters.FirstOfName(Tokens(), index) != variable.first)
+    else if (scope.parameters.FirstOfName(Tokens(), index) != variable.first &&
+             IsFrom(GoneSince::ClosureTakesParameter))
         Report(Code::LexicalVariable, variable);
     scope.statics.emplace(Text(variable.first));
 }
@@ -238,8 +247,12 @@ void CFunctionRules::StaticVariable(const SGrammarValue& variable)
 // Since 8.3 it is worked out when the program gets there.
 void CFunctionRules::StaticValue(const SGrammarValue& value)
 {
-    if (Version() != 0 && Version() < 803)
-        CheckConstant(value, true);
+    if (IsFrom(FeatureOf(EFeature::StaticInitialiser).since) || !(value.flags & NotConstant))
+        return;
+    const EFeature feature = NewerConstant(Tokens(), value.bad).value_or(EFeature::StaticInitialiser);
+    const bool isSooner = FeatureOf(feature).since < FeatureOf(EFeature::StaticInitialiser).since &&
+                          !FeatureOf(feature).IsIn(Version());
+    m_scopes.Needs(isSooner ? feature : EFeature::StaticInitialiser, value.bad);
 }
 
 void CFunctionRules::GlobalVariable(const SGrammarValue& variable)

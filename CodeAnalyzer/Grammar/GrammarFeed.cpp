@@ -1,5 +1,7 @@
 #include "Grammar/GrammarFeed.h"
 
+#include "Grammar/WordVersions.h"
+
 #include <algorithm>
 
 namespace Kesh::CodeAnalyzer {
@@ -81,8 +83,12 @@ wchar_t CGrammarFeed::NextCharacter(std::uint32_t token) const
 template <class TSink> EPhpTokenKind CGrammarFeed::KindFor(const TSink& sink, std::uint32_t token) const
 {
     const K kind = m_tokens[token].kind;
-    if (kind != K::OpenBrace)
-        return WordKind(token);
+    if (kind != K::OpenBrace) {
+        const K word = WordKind(token);
+        const bool wasName = m_version != 0 && m_version < ReservedSince(word) &&
+                             !sink.Accepts(GrammarSymbol(word)) && sink.Accepts(GrammarSymbol(K::Identifier));
+        return wasName ? K::Identifier : word;
+    }
     const K before = token > 0 ? m_tokens[token - 1].kind : K::End;
     if (before != K::Variable && before != K::CloseSquare && before != K::CloseBrace &&
         before != K::Identifier && before != K::String)
@@ -163,7 +169,23 @@ template <class TSink> bool CGrammarFeed::FeedTo(TSink sink, std::uint32_t token
 
 bool CGrammarFeed::Feed(SGrammarParse& parse, std::uint32_t token) const
 {
-    return FeedTo(SParseSink{parse}, token);
+    if (!FeedTo(SParseSink{parse}, token))
+        return false;
+    if (m_version != 0 && m_version < 800) [[unlikely]]
+        AskOfOldVersion(parse.rules, token);
+    return true;
+}
+
+// What the grammar takes for a name was none once.
+void CGrammarFeed::AskOfOldVersion(CPhpRules& rules, std::uint32_t token) const
+{
+    const K kind = m_tokens[token].kind;
+    const bool isQualified =
+        kind == K::QualifiedName || kind == K::FullyQualifiedName || kind == K::RelativeName;
+    if (isQualified && HasReservedPart(m_tokens.Text(token), m_version))
+        rules.Needs(EFeature::NameKeyword, token);
+    else if (IsWordKind(kind) && kind != K::Class && token > 0 && m_tokens[token - 1].kind == K::DoubleColon)
+        rules.versions.MemberName({token, token, 0, 0, EValue::Other, EValue::Other});
 }
 
 bool CGrammarFeed::Feed(CGrammarProbe& probe, std::uint32_t token) const

@@ -89,6 +89,7 @@ public:
 private:
     using K = SyntaxParser::EPhpTokenKind;
 
+    void AskOfOldVersion(CPhpRules& rules, std::uint32_t token) const;
     template <class TSink> bool FeedTo(TSink sink, std::uint32_t token) const;
     template <class TSink> K KindFor(const TSink& sink, std::uint32_t token) const;
     template <class TSink> bool ApplyEdit(TSink& sink, std::uint32_t token, bool& dropped) const;

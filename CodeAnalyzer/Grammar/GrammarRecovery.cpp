@@ -42,6 +42,11 @@ void CGrammarRecovery::OnLexicalError(std::uint32_t token)
 {
     if (token < m_resumed || m_quiet.IsActive())
         return;
+    const K kind = m_tokens[token].kind;
+    const std::int32_t version = m_feed.Version();
+    if (version != 0 && ((kind == K::BadNumber && version < GoneSince::BadOctal) ||
+                         (kind == K::BadEscape && version < GoneSince::BadEscape)))
+        return;
     m_reporter.ReportLexical(token);
     m_resumed = token + 1;
     m_quiet.Start(true);

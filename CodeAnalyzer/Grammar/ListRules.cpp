@@ -26,7 +26,8 @@ bool CListRules::CanBeTarget(const SGrammarValue& grouped) const
         [[fallthrough]];
     case EValue::ListLiteral: {
         const std::uint16_t mixed = value.kind == EValue::ListLiteral ? ShortInside : ListInside;
-        return (value.flags & Filled) && !(value.flags & (Spread | NoTarget | mixed)) &&
+        return ((value.flags & Filled) || !IsFrom(GoneSince::EmptyList)) &&
+               !(value.flags & (Spread | NoTarget | mixed)) &&
                !((value.flags & Keyed) && (value.flags & (Unkeyed | Hole)));
     }
     default: return false;
@@ -208,10 +209,9 @@ SGrammarValue CListRules::UnpackedArgument(const SGrammarValue& dots, const SGra
 // Before 8.4 it was no function: one value at the most.
 void CListRules::ExitArguments(const SGrammarValue& arguments)
 {
-    if (IsFrom(804))
-        return;
     if (arguments.flags & (Several | Named | Unpacked | AsCallable))
-        Report(Code::OutOfPlace, arguments.flags & Several ? arguments.extra : arguments.first + 1);
+        m_scopes.Needs(EFeature::ExitArguments,
+                       arguments.flags & Several ? arguments.extra : arguments.first + 1);
 }
 
 void CListRules::AttributeArguments(const SGrammarValue& arguments)
@@ -225,11 +225,27 @@ void CListRules::AttributeArguments(const SGrammarValue& arguments)
     CheckConstant(arguments, true);
 }
 
+namespace {
+
+/// Whether code follows in the line.
+bool IsCodeBehind(const SGrammarToken& token)
+{
+    const wchar_t* p = token.text + token.size;
+    while (*p == L' ' || *p == L'\t')
+        ++p;
+    const bool isComment = *p == L'#' || (*p == L'/' && (p[1] == L'/' || p[1] == L'*'));
+    return *p != L'\n' && *p != 0 && !isComment;
+}
+
+} // namespace
+
 // To older versions it is a comment, which ends with its line.
 void CListRules::Attribute(const SGrammarValue& start, const SGrammarValue& end)
 {
     if (Tokens()[start.first].line != Tokens()[end.first].line)
         Needs(EFeature::AttributeLines, start);
+    else if (IsCodeBehind(Tokens()[end.first]))
+        Needs(EFeature::AttributeInLine, start);
 }
 
 } // namespace Kesh::CodeAnalyzer

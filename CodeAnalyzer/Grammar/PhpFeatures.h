@@ -7,8 +7,10 @@ namespace Kesh::CodeAnalyzer {
 
 /// What some versions of PHP have and others have not.
 enum class EFeature : std::uint8_t {
-#define PHP_FEATURE(name, since, until, text) name,
+#define PHP_FEATURE(name, since, until, text, with, without) name,
+#define PHP_GONE(name, until, text, with, without)
 #include "Grammar/PhpFeatures.def"
+#undef PHP_GONE
 #undef PHP_FEATURE
 };
 
@@ -26,10 +28,21 @@ struct SPhpFeature
 };
 
 inline constexpr SPhpFeature PhpFeatures[] = {
-#define PHP_FEATURE(name, since, until, text) {since, until, text},
+#define PHP_FEATURE(name, since, until, text, with, without) {since, until, text},
+#define PHP_GONE(name, until, text, with, without)
 #include "Grammar/PhpFeatures.def"
+#undef PHP_GONE
 #undef PHP_FEATURE
 };
+
+/// What every version takes until the one that this says, where a rule of its own forbids it.
+namespace GoneSince {
+#define PHP_FEATURE(name, since, until, text, with, without)
+#define PHP_GONE(name, until, text, with, without) inline constexpr std::int32_t name = until;
+#include "Grammar/PhpFeatures.def"
+#undef PHP_GONE
+#undef PHP_FEATURE
+} // namespace GoneSince
 
 constexpr const SPhpFeature& FeatureOf(EFeature feature)
 {

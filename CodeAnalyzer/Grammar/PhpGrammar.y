@@ -124,7 +124,7 @@ top_only:
 ;
 
 namespace_name:
-    identifier
+    identifier                  { rules.versions.NamespaceName($1); }
 |   QualifiedName
 ;
 
@@ -184,6 +184,11 @@ trailing_comma:
 |   ","
 ;
 
+isset_comma:
+    %empty
+|   ","                         { rules.Needs(EFeature::IssetComma, $1); }
+;
+
 constants:
     constant
 |   constants "," constant
@@ -231,12 +236,12 @@ statement:
 |   InlineHtml                  { $$.kind = Html; }
 |   expr ";"
 |   VoidCast expr ";"           { rules.Needs(EFeature::VoidCast, $1); }
-|   Unset "(" unset_targets trailing_comma ")" ";"
+|   Unset "(" unset_targets isset_comma ")" ";"
 |   declare_head statement      { rules.files.EndDeclare($1, $2); $$.kind = DeclareStatement; }
 |   declare_head ":" inner_list Enddeclare ";" { rules.files.EndDeclareBlock($1); $$.kind = DeclareStatement; }
 |   ";"                         { $$.kind = Nop; }
 |   try_block catches           { rules.flow.TryAlone($1, $2); }
-|   try_block catches Finally   { rules.flow.BeginFinally(); } "{" inner_list "}" { rules.flow.EndFinally(); }
+|   try_block catches Finally   { rules.Needs(EFeature::Finally, $3); rules.flow.BeginFinally(); } "{" inner_list "}" { rules.flow.EndFinally(); }
 |   Goto Identifier ";"         { rules.flow.Goto($2); }
 |   Identifier ":"              { rules.flow.Label($1); }
 ;
@@ -272,7 +277,7 @@ foreach_target:
     primary                     { rules.targets.Target($1); }
 |   BitAndBeforeVariable primary { rules.targets.ReferenceTarget($2); $$ = $2; $$.kind = Reference; }
 |   "&" primary                 { rules.targets.ReferenceTarget($2); $$ = $2; $$.kind = Reference; }
-|   list_literal                { rules.targets.Target($1); }
+|   list_literal                { rules.Needs(EFeature::ForeachList, $1); rules.targets.Target($1); }
 ;
 
 switch_head:
@@ -454,8 +459,8 @@ insteads:
 trait_alias:
     Identifier
 |   plain_word
-|   member_modifier
-|   member_modifier identifier
+|   member_modifier             { rules.classes.AliasModifier($1); }
+|   member_modifier identifier  { rules.classes.AliasModifier($1); }
 ;
 
 attributed_member:
@@ -464,8 +469,8 @@ attributed_member:
 |   properties_start Variable "=" expr "{" { rules.classes.BeginHooks($2, $4); } hooks "}"
 |   modifiers Const constants_of_class ";" { rules.classes.EndConstants(); }
 |   Const                       { rules.classes.NoModifiers(); } constants_of_class ";" { rules.classes.EndConstants(); }
-|   modifiers Function ref identifier { rules.functions.BeginMethod($2, $4); } method_rest
-|   Function ref identifier     { rules.classes.NoModifiers(); rules.functions.BeginMethod($1, $3); } method_rest
+|   modifiers Function ref identifier { rules.versions.MemberName($4); rules.functions.BeginMethod($2, $4); } method_rest
+|   Function ref identifier     { rules.versions.MemberName($3); rules.classes.NoModifiers(); rules.functions.BeginMethod($1, $3); } method_rest
 |   Case identifier ";"         { rules.classes.EnumCase($1, $2); }
 |   Case identifier "=" expr ";" { rules.classes.EnumCase($1, $2, $4); }
 ;
@@ -483,7 +488,7 @@ class_constants:
 
 class_constant:
     Identifier "=" expr         { rules.classes.ClassConstant($1, $3); }
-|   word "=" expr               { rules.classes.ClassConstant($1, $3); }
+|   word "=" expr               { rules.versions.MemberName($1); rules.classes.ClassConstant($1, $3); }
 ;
 
 method_rest:
@@ -667,8 +672,8 @@ attribute:
 expr:
     primary
 |   Number                      { $$ = rules.values.NumberValue($1); }
-|   HeredocStart HeredocEnd     { $$ = rules.values.TextValue($1); $$.kind = Literal; }
-|   HeredocStart string_parts HeredocEnd { $$ = rules.values.Joined($1, $2); }
+|   HeredocStart HeredocEnd     { rules.versions.HeredocEnd($2); $$ = rules.values.TextValue($1); $$.kind = Literal; }
+|   HeredocStart string_parts HeredocEnd { rules.versions.HeredocEnd($3); $$ = rules.values.Joined($1, $2); }
 |   New class_reference         { $$ = rules.values.NewValue($1, $2); }
 |   Clone expr                  { $$ = rules.values.Computed($1); }
 |   list_literal "=" expr       { rules.targets.Assign($1, $2, $3); $$ = rules.values.Computed($1); }
@@ -676,7 +681,7 @@ expr:
 |   primary "=" "&" primary     { rules.targets.AssignReference($1, $2, $4); $$ = rules.values.Computed($1); }
 |   primary "=" BitAndBeforeVariable primary { rules.targets.AssignReference($1, $2, $4); $$ = rules.values.Computed($1); }
 |   primary "=" "&" New class_reference { rules.Needs(EFeature::NewByReference, $4); $$ = rules.values.Computed($1); }
-|   primary OpAssign expr       { rules.targets.Change($1, $2); $$ = rules.values.Computed($1); }
+|   primary OpAssign expr       { rules.versions.Operator($2); rules.targets.Change($1, $2); $$ = rules.values.Computed($1); }
 |   primary CoalesceAssign expr { rules.Needs(EFeature::CoalesceAssign, $2); rules.targets.Change($1, $2); $$ = rules.values.Computed($1); }
 |   primary IncDec              { rules.targets.Change($1, $2); $$ = rules.values.Computed($1); }
 |   IncDec primary              { rules.targets.Change($2, $1); $$ = rules.values.Computed($1); }
@@ -703,11 +708,11 @@ expr:
 |   Complement expr             { $$ = rules.values.Unary($1, $2); }
 |   At expr                     { $$ = rules.values.Computed($1); }
 |   Cast expr                   { $$ = rules.values.CastValue($1, $2); }
-|   expr Instanceof class_reference { $$ = rules.values.Computed($1); }
+|   expr Instanceof instanceof_reference { rules.versions.InstanceOf($1); $$ = rules.values.Computed($1); }
 |   expr "?" expr ":" expr      { $$ = rules.values.Ternary($1, $2, $3, $5); }
 |   expr "?" ":" expr           { $$ = rules.values.ShortTernary($1, $2, $4); }
-|   Isset "(" isset_list trailing_comma ")" { $$ = rules.values.Computed($1); }
-|   Empty "(" expr ")"          { $$ = rules.values.Computed($1); }
+|   Isset "(" isset_list isset_comma ")" { $$ = rules.values.Computed($1); }
+|   Empty "(" expr ")"          { rules.versions.Emptiness($3); $$ = rules.values.Computed($1); }
 |   Include expr                { $$ = rules.values.Computed($1); }
 |   Eval "(" expr ")"           { $$ = rules.values.Computed($1); }
 |   Exit                        { $$ = rules.values.Computed($1); }
@@ -716,14 +721,14 @@ expr:
 |   Backtick string_parts Backtick { $$ = rules.values.Computed($1); }
 |   Print expr                  { $$ = rules.values.Computed($1); }
 |   Yield                       { rules.flow.YieldHere($1); $$ = rules.values.Computed($1); }
-|   Yield expr                  { rules.flow.YieldHere($1); $$ = rules.values.Computed($1); }
-|   Yield expr "=>" expr        { rules.flow.YieldHere($1); $$ = rules.values.Computed($1); }
+|   Yield expr                  { rules.flow.YieldValue($1); $$ = rules.values.Computed($1); }
+|   Yield expr "=>" expr        { rules.flow.YieldValue($1); $$ = rules.values.Computed($1); }
 |   YieldFrom expr              { rules.flow.YieldHere($1); $$ = rules.values.Computed($1); }
 |   Throw expr                  { rules.flow.ThrowHere($1); $$ = rules.values.Computed($1); }
 |   closure                     { $$ = rules.values.ClosureValue($1); }
-|   attributes closure          { $$ = rules.values.ClosureValue($1); }
-|   Static closure              { $$ = rules.values.ClosureValue($1); }
-|   attributes Static closure   { $$ = rules.values.ClosureValue($1); }
+|   attributes closure          { $$ = rules.values.ClosureValue($2); }
+|   Static closure              { $$ = rules.values.StaticClosure($1, $2); }
+|   attributes Static closure   { $$ = rules.values.StaticClosure($2, $3); }
 |   Match arguments "{" { rules.flow.MatchHead($1, $2); } match_arms "}" { rules.flow.EndMatch(); $$ = rules.values.Computed($1); }
 ;
 
@@ -734,15 +739,15 @@ isset_list:
 
 closure:
     Function ref                { rules.functions.BeginClosure($1); } "(" parameters ")" lexical_variables return_type
-    "{"                         { rules.functions.BeginBody($9); } inner_list "}" { rules.functions.EndFunction(); }
+    "{"                         { rules.functions.BeginBody($9); } inner_list "}" { rules.functions.EndFunction(); $$ = $1; $$.kind = $7.kind; }
 |   Fn ref                      { rules.Needs(EFeature::ArrowFunction, $1); rules.functions.BeginClosure($1); } "(" parameters ")" return_type
-    "=>"                        { rules.functions.BeginArrow(); } expr %prec ArrowFunction { rules.functions.EndFunction(); }
+    "=>"                        { rules.functions.BeginArrow(); } expr %prec ArrowFunction { rules.functions.EndFunction(); $$ = $1; $$.kind = Other; }
 ;
 
 lexical_variables:
-    %empty
-|   Use "(" lexical_list ")"
-|   Use "(" lexical_list "," ")" { rules.Needs(EFeature::ClosureUseComma, $4); }
+    %empty                      { $$.kind = Closure; }
+|   Use "(" lexical_list ")"    { $$.kind = Other; }
+|   Use "(" lexical_list "," ")" { rules.Needs(EFeature::ClosureUseComma, $4); $$.kind = Other; }
 ;
 
 lexical_list:
@@ -833,10 +838,19 @@ dollar_rest:
 ;
 
 class_reference:
+    plain_reference
+|   "(" expr ")"                { rules.Needs(EFeature::NewExpression, $1); $$.kind = Other; }
+;
+
+instanceof_reference:
+    plain_reference
+|   "(" expr ")"                { rules.Needs(EFeature::InstanceofExpression, $1); }
+;
+
+plain_reference:
     name                        { rules.values.ClassReference($1); $$.kind = Name; }
 |   Static                      { $$.kind = StaticName; }
 |   new_variable                { $$.kind = Other; }
-|   "(" expr ")"                { rules.Needs(EFeature::NewExpression, $1); $$.kind = Other; }
 ;
 
 new_variable:
@@ -909,9 +923,10 @@ string_parts:
 string_part:
     StringPart                  { $$.kind = Literal; }
 |   Variable                    { $$ = rules.values.CodeInString($1); }
-|   Variable "[" StringName "]" { $$ = rules.values.CodeInString($1); }
+|   Variable "[" StringName "]" { rules.versions.OffsetInString($3); $$ = rules.values.CodeInString($1); }
 |   Variable "[" Variable "]"   { $$ = rules.values.CodeInString($1); }
-|   Variable arrow Identifier   { $$ = rules.values.CodeInString($1); }
+|   Variable Arrow Identifier   { $$ = rules.values.CodeInString($1); }
+|   Variable NullsafeArrow Identifier { $$ = rules.values.CodeInString($1); }
 |   DollarBrace expr "}"        { $$ = rules.values.CodeInString($1); }
 |   DollarBrace StringVariable "}" { $$ = rules.values.CodeInString($1); }
 |   DollarBrace StringVariable "[" expr "]" "}" { $$ = rules.values.CodeInString($1); }

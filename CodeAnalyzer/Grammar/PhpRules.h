@@ -9,6 +9,7 @@
 #include "Grammar/TargetRules.h"
 #include "Grammar/TypeRules.h"
 #include "Grammar/ValueRules.h"
+#include "Grammar/VersionRules.h"
 
 namespace Kesh::CodeAnalyzer {
 
@@ -37,7 +38,8 @@ public:
     CNameRules names{m_scopes};
     CTypeRules types{m_scopes, names};
     CTargetRules targets{m_scopes};
-    CValueRules values{m_scopes, names, targets};
+    CVersionRules versions{m_scopes};
+    CValueRules values{m_scopes, names, targets, versions};
     CListRules lists{m_scopes, targets};
     CFlowRules flow{m_scopes, names};
     CFunctionRules functions{m_scopes, types, flow};

@@ -103,7 +103,8 @@ struct SFunctionScope
     bool hasReturnType = false;
     bool returnNullable = false;
     std::vector<std::uint32_t> emptyReturns;
-    std::uint32_t yield = 0; ///< token; 0: no generator
+    std::uint32_t yield = 0;       ///< token; 0: no generator
+    std::uint32_t valueReturn = 0; ///< token of a return with a value; 0: none
 
     std::vector<SBlock> blocks{{SBlock::Function}};
     std::uint32_t block = 0;

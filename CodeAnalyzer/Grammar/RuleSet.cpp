@@ -1,5 +1,7 @@
 #include "Grammar/RuleSet.h"
 
+#include "Grammar/NewerConstants.h"
+
 #include <algorithm>
 #include <array>
 
@@ -26,7 +28,12 @@ bool CRuleSet::IsSuperglobal(std::uint32_t token) const
 
 void CRuleSet::CheckConstant(const SGrammarValue& value, bool allowNew)
 {
-    if ((value.flags & NotConstant) || (!allowNew && (value.flags & HasNew)))
+    if (!(value.flags & NotConstant) && (allowNew || !(value.flags & HasNew)))
+        return;
+    const auto feature = NewerConstant(Tokens(), value.bad);
+    if (feature && !FeatureOf(*feature).IsIn(Version()) && (allowNew || *feature != EFeature::ConstantNew))
+        m_scopes.Needs(*feature, value.bad);
+    else
         Report(Code::NotConstantValue, value.bad);
 }
 

@@ -32,7 +32,8 @@ void CTargetRules::CheckPlace(const SGrammarValue& target)
         Report(Code::NullsafeWritten, target);
         return;
     }
-    if (target.kind == EValue::Variable && Text(target.first) == L"$GLOBALS") {
+    if (target.kind == EValue::Variable && Text(target.first) == L"$GLOBALS" &&
+        IsFrom(GoneSince::GlobalsWritten)) {
         Report(Code::NotAssignable, target);
         return;
     }
@@ -117,6 +118,8 @@ void CTargetRules::Target(const SGrammarValue& target)
         Report(Code::ThisAssigned, target);
     } else if (target.kind == EValue::ListLiteral ||
                (target.kind == EValue::ArrayLiteral && !(target.flags & LongArray))) {
+        if (target.kind == EValue::ArrayLiteral)
+            Needs(EFeature::ShortList, target);
         Destructure(target);
     } else {
         CheckTarget(target, target.first);
@@ -161,7 +164,7 @@ void CTargetRules::Destructure(const SGrammarValue& list)
 {
     if (list.flags & Spread)
         Report(Code::SpreadInList, list);
-    else if (!(list.flags & Filled))
+    else if (!(list.flags & Filled) && IsFrom(GoneSince::EmptyList))
         Report(Code::EmptyList, list);
     else if ((list.flags & Keyed) && (list.flags & (Unkeyed | Hole)))
         Report(Code::MixedKeys, list);

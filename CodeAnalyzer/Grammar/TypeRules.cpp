@@ -16,9 +16,9 @@ constexpr std::array<STypeName, 18> TypeNames{{{L"int", TypeInt, 700},
                                                {L"float", TypeFloat, 700},
                                                {L"string", TypeString, 700},
                                                {L"bool", TypeBool, 700},
-                                               {L"false", TypeFalse, 800},
-                                               {L"true", TypeTrue, 802},
-                                               {L"null", TypeNull, 800},
+                                               {L"false", TypeFalse, 700},
+                                               {L"true", TypeTrue, 700},
+                                               {L"null", TypeNull, 700},
                                                {L"array", TypeArray, 0},
                                                {L"callable", TypeCallable, 504},
                                                {L"iterable", TypeIterable, 701},
@@ -48,6 +48,8 @@ SGrammarValue CTypeRules::TypeName(const SGrammarValue& name)
             break;
         }
     }
+    if (type == TypeTrue)
+        Needs(EFeature::TrueType, name);
     if (type == TypeClass || type == TypeStatic)
         m_names.CheckClassWord(name.first);
     return {name.first, m_typeNames.Add(name.first), type, 0, EValue::Type, EValue::Other};
@@ -105,11 +107,19 @@ SGrammarValue CTypeRules::Intersection(const SGrammarValue& a, const SGrammarVal
     return result;
 }
 
+// Both were parts of other types first.
+void CTypeRules::CheckLone(std::uint32_t type, std::uint32_t token)
+{
+    if (type != 0 && !(type & ~(TypeNull | TypeFalse)))
+        m_scopes.Needs(EFeature::LoneType, token);
+}
+
 void CTypeRules::ParameterType(const SGrammarValue& type)
 {
     SFunctionScope& scope = Function();
     scope.hasParameterType = true;
     scope.parameterType = type.extra;
+    CheckLone(type.extra, type.first);
     if (type.extra & (TypeVoid | TypeNever))
         Report(Code::TypeNotAllowed, type);
     if (scope.promoting && (type.extra & TypeCallable))
@@ -122,12 +132,14 @@ void CTypeRules::ReturnType(const SGrammarValue& type)
     SFunctionScope& scope = Function();
     scope.hasReturnType = true;
     scope.returnType = type.extra;
+    CheckLone(type.extra, type.first);
     m_typeNames.Clear();
 }
 
 // The type of a property or a class constant.
 void CTypeRules::CheckPropertyType(std::uint32_t type, std::uint32_t token)
 {
+    CheckLone(type, token);
     if (type & (TypeVoid | TypeNever | TypeCallable))
         Report(Code::TypeNotAllowed, token);
     m_typeNames.Clear();

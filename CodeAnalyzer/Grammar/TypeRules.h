@@ -29,6 +29,7 @@ public:
     void EndType() { m_typeNames.Clear(); }
 
 private:
+    void CheckLone(std::uint32_t type, std::uint32_t token);
     void CheckLastTypeName(std::uint32_t from);
 
     CNameTokens m_typeNames{CNameTokens::ECase::IsOne}; ///< of the type being read

@@ -14,8 +14,9 @@ SGrammarValue CValueRules::VariableValue(const SGrammarValue& variable) const
     return value;
 }
 
-SGrammarValue CValueRules::NumberValue(const SGrammarValue& number) const
+SGrammarValue CValueRules::NumberValue(const SGrammarValue& number)
 {
+    m_versions.Number(number);
     SGrammarValue value = number;
     value.kind = EValue::Literal;
     const std::wstring_view text = Text(number.first);
@@ -68,7 +69,7 @@ SGrammarValue CValueRules::Unary(const SGrammarValue& op, const SGrammarValue& o
     } else {
         value.extra = 0;
     }
-    return value;
+    return isSign ? value : Worked(value, op.first);
 }
 
 // What both sides give is worked out when both are.
@@ -109,7 +110,7 @@ SGrammarValue CValueRules::Logic(const SGrammarValue& a, const SGrammarValue& b,
                        : right == EKnown::True    ? Truthy | Folded
                                                   : Falsy | Folded;
     }
-    return value;
+    return Worked(value, b.first - 1);
 }
 
 SGrammarValue CValueRules::Coalesced(const SGrammarValue& a, const SGrammarValue& b) const
@@ -144,19 +145,28 @@ SGrammarValue CValueRules::CastValue(const SGrammarValue& cast, const SGrammarVa
     value.first = cast.first;
     value.kind = EValue::Other;
     value.flags &= NotConstant | HasNew;
-    if (Version() != 0 && Version() < 805) {
+    if (!IsFrom(FeatureOf(EFeature::ConstantCast).since) && !(value.flags & NotConstant)) {
         value.flags |= NotConstant;
         value.bad = cast.first;
     }
     return value;
 }
 
-// Since 8.5 a closure may be a constant.
 SGrammarValue CValueRules::ClosureValue(const SGrammarValue& first) const
 {
     SGrammarValue value = Computed(first);
     value.kind = EValue::Closure;
-    if (IsFrom(805))
+    return value;
+}
+
+// Since 8.5 a closure may be a constant that takes nothing along: not even $this, nor what an arrow function
+// would.
+SGrammarValue CValueRules::StaticClosure(const SGrammarValue& word, const SGrammarValue& closure) const
+{
+    SGrammarValue value = ClosureValue(word);
+    if (closure.kind != EValue::Closure)
+        value.bad = closure.first;
+    else if (IsFrom(FeatureOf(EFeature::ConstantClosure).since))
         value.flags = 0;
     return value;
 }
@@ -165,7 +175,8 @@ SGrammarValue CValueRules::ClosureValue(const SGrammarValue& first) const
 SGrammarValue CValueRules::Ternary(const SGrammarValue& condition, const SGrammarValue& mark,
                                    const SGrammarValue& then, const SGrammarValue& otherwise)
 {
-    if (Version() >= 800 && (condition.kind == EValue::Ternary || condition.kind == EValue::ShortTernary))
+    if (Version() >= GoneSince::NestedTernary &&
+        (condition.kind == EValue::Ternary || condition.kind == EValue::ShortTernary))
         Report(Code::NestedTernary, mark);
     const EKnown known = KnownOf(Tokens(), condition);
     SGrammarValue value = known == EKnown::Nothing ? Binary(Binary(condition, then), otherwise)
@@ -173,13 +184,13 @@ SGrammarValue CValueRules::Ternary(const SGrammarValue& condition, const SGramma
                               ? Chosen(condition.first, condition)
                               : Chosen(condition.first, known == EKnown::True ? then : otherwise);
     value.kind = EValue::Ternary;
-    return value;
+    return Worked(value, mark.first);
 }
 
 SGrammarValue CValueRules::ShortTernary(const SGrammarValue& condition, const SGrammarValue& mark,
                                         const SGrammarValue& otherwise)
 {
-    if (Version() >= 800 && condition.kind == EValue::Ternary)
+    if (Version() >= GoneSince::NestedTernary && condition.kind == EValue::Ternary)
         Report(Code::NestedTernary, mark);
     const EKnown known = KnownOf(Tokens(), condition);
     const bool isChosen = known == EKnown::True || known == EKnown::Something;
@@ -187,7 +198,7 @@ SGrammarValue CValueRules::ShortTernary(const SGrammarValue& condition, const SG
                               ? Binary(condition, otherwise)
                               : Chosen(condition.first, isChosen ? condition : otherwise);
     value.kind = EValue::ShortTernary;
-    return value;
+    return Worked(value, mark.first);
 }
 
 SGrammarValue CValueRules::Grouped(const SGrammarValue& bracket, const SGrammarValue& value) const
@@ -200,7 +211,7 @@ SGrammarValue CValueRules::Grouped(const SGrammarValue& bracket, const SGrammarV
     group.inner = value.kind;
     if (!(value.flags & (NotConstant | HasNew)) && value.kind != EValue::SignedNumber)
         group.bad = value.first;
-    return group;
+    return Worked(group, bracket.first);
 }
 
 SGrammarValue CValueRules::Joined(const SGrammarValue& quote, const SGrammarValue& parts) const
@@ -238,19 +249,21 @@ SGrammarValue CValueRules::Dim(const SGrammarValue& base, const SGrammarValue& b
     return value;
 }
 
-// What can be looked into. `new` could not before 8.4, a magic constant can by its offset only.
-void CValueRules::CheckBase(const SGrammarValue& base, const SGrammarValue& op, bool looksUp)
+// What can be looked into. `new` could not before 8.4; a magic constant is no class and no function.
+void CValueRules::CheckBase(const SGrammarValue& base, const SGrammarValue& op, EReach reach)
 {
     if (base.kind == EValue::NewObject)
         Needs(EFeature::NewChain, op);
-    else if (base.kind == EValue::Magic && !looksUp)
+    else if (base.kind == EValue::Magic && (reach == EReach::StaticMember || reach == EReach::Call))
         Report(Code::OutOfPlace, op);
+    else
+        m_versions.Reach(base, op, reach);
 }
 
 SGrammarValue CValueRules::Dim(const SGrammarValue& base, const SGrammarValue& bracket,
                                const SGrammarValue& index)
 {
-    CheckBase(base, bracket, true);
+    CheckBase(base, bracket, EReach::Offset);
     SGrammarValue value = Combined(base, index, 0);
     value.kind = EValue::Element;
     value.flags |= base.flags & Nullsafe;
@@ -275,7 +288,7 @@ EValue CValueRules::RootOf(const SGrammarValue& base) const
 SGrammarValue CValueRules::Property(const SGrammarValue& base, const SGrammarValue& arrow,
                                     const SGrammarValue& name)
 {
-    CheckBase(base, arrow, true);
+    CheckBase(base, arrow, EReach::Member);
     SGrammarValue value = base;
     value.kind = EValue::Property;
     value.inner = RootOf(base);
@@ -283,6 +296,10 @@ SGrammarValue CValueRules::Property(const SGrammarValue& base, const SGrammarVal
     value.extra = 0;
     if (Tokens()[arrow.first].kind == K::NullsafeArrow)
         value.flags |= Nullsafe;
+    if (!IsFrom(FeatureOf(EFeature::ConstantProperty).since) && !(value.flags & NotConstant)) {
+        value.flags |= NotConstant;
+        value.bad = arrow.first;
+    }
     if (!(value.flags & NotConstant) && (name.flags & NotConstant)) {
         value.flags |= NotConstant;
         value.bad = name.bad;
@@ -292,17 +309,22 @@ SGrammarValue CValueRules::Property(const SGrammarValue& base, const SGrammarVal
 
 SGrammarValue CValueRules::Call(const SGrammarValue& base, const SGrammarValue& arguments)
 {
-    CheckBase(base, arguments, false);
-    if (base.kind == EValue::DynamicMember)
+    CheckBase(base, arguments, EReach::Call);
+    if (base.kind == EValue::DynamicMember) {
+        m_scopes.Needs(EFeature::ComputedMethod, base.bad);
         m_scopes.pending.Drop(base.bad);
+    }
+    const bool isNamed =
+        (base.kind == EValue::Name || base.kind == EValue::ClassConstant) && !(base.flags & NotConstant);
     SGrammarValue value = Computed(base);
     value.kind = EValue::Call;
-    value.bad = arguments.first;
+    if (isNamed || !(arguments.flags & AsCallable))
+        value.bad = arguments.first;
     value.flags |= base.flags & Nullsafe;
     if (arguments.flags & AsCallable) {
         if ((base.flags & Nullsafe) && base.kind == EValue::Property)
             Report(Code::ClosureOfNew, arguments);
-        if (IsFrom(805))
+        if (isNamed && IsFrom(FeatureOf(EFeature::ConstantCallable).since))
             value.flags &= ~NotConstant;
     }
     return value;
@@ -312,7 +334,7 @@ SGrammarValue CValueRules::NewValue(const SGrammarValue& word, const SGrammarVal
 {
     SGrammarValue value = word;
     value.kind = EValue::Other;
-    const bool constant = type.kind == EValue::Name && IsFrom(801);
+    const bool constant = type.kind == EValue::Name && IsFrom(FeatureOf(EFeature::ConstantNew).since);
     value.flags = static_cast<std::uint16_t>(constant ? HasNew : NotConstant);
     return value;
 }
@@ -334,7 +356,9 @@ SGrammarValue CValueRules::NewValue(const SGrammarValue& word, const SGrammarVal
 SGrammarValue CValueRules::ClassConstant(const SGrammarValue& base, const SGrammarValue& colons,
                                          const SGrammarValue& name)
 {
-    CheckBase(base, colons, false);
+    CheckBase(base, colons, EReach::StaticMember);
+    if ((base.kind == EValue::Name || Tokens()[base.first].kind == K::Static) && IsWord(name.first, L"class"))
+        Needs(EFeature::ClassName, name);
     SGrammarValue value = base;
     value.kind = EValue::ClassConstant;
     value.extra = 0;
@@ -359,7 +383,7 @@ SGrammarValue CValueRules::ClassConstant(const SGrammarValue& base, const SGramm
 SGrammarValue CValueRules::StaticProperty(const SGrammarValue& base, const SGrammarValue& colons,
                                           const SGrammarValue& /*name*/)
 {
-    CheckBase(base, colons, false);
+    CheckBase(base, colons, EReach::StaticMember);
     if (base.kind == EValue::Name || Tokens()[base.first].kind == K::Static)
         m_names.CheckClassWord(base.first);
     SGrammarValue value = Computed(base);

@@ -3,6 +3,7 @@
 #include "Grammar/NameRules.h"
 #include "Grammar/RuleSet.h"
 #include "Grammar/TargetRules.h"
+#include "Grammar/VersionRules.h"
 
 namespace Kesh::CodeAnalyzer {
 
@@ -10,17 +11,18 @@ namespace Kesh::CodeAnalyzer {
 class CValueRules final : public CRuleSet
 {
 public:
-    CValueRules(CRuleScopes& scopes, CNameRules& names, CTargetRules& targets)
-        : CRuleSet(scopes), m_names(names), m_targets(targets)
+    CValueRules(CRuleScopes& scopes, CNameRules& names, CTargetRules& targets, CVersionRules& versions)
+        : CRuleSet(scopes), m_names(names), m_targets(targets), m_versions(versions)
     {
     }
 
     SGrammarValue VariableValue(const SGrammarValue& variable) const;
-    SGrammarValue NumberValue(const SGrammarValue& number) const;
+    SGrammarValue NumberValue(const SGrammarValue& number);
     SGrammarValue NameValue(const SGrammarValue& name) const;
     SGrammarValue TextValue(const SGrammarValue& text) const;
     SGrammarValue CastValue(const SGrammarValue& cast, const SGrammarValue& operand) const;
     SGrammarValue ClosureValue(const SGrammarValue& first) const;
+    SGrammarValue StaticClosure(const SGrammarValue& word, const SGrammarValue& closure) const;
     /// A value that only the running program has.
     SGrammarValue Computed(const SGrammarValue& first) const
     {
@@ -30,7 +32,8 @@ public:
     {
         const bool badLeft = a.flags & (NotConstant | HasNew);
         const auto flags = static_cast<std::uint16_t>((a.flags | b.flags) & (NotConstant | HasNew));
-        return {a.first, badLeft ? a.bad : b.bad, 0, flags, EValue::Other, EValue::Other};
+        return Worked({a.first, badLeft ? a.bad : b.bad, 0, flags, EValue::Other, EValue::Other},
+                      b.first - 1);
     }
     SGrammarValue Combined(const SGrammarValue& a, const SGrammarValue& b, std::uint32_t type) const;
     SGrammarValue Calculated(const SGrammarValue& a, const SGrammarValue& b) const;
@@ -61,12 +64,24 @@ public:
     void ClassReference(const SGrammarValue& name);
 
 private:
-    void CheckBase(const SGrammarValue& base, const SGrammarValue& op, bool looksUp);
+    using EReach = CVersionRules::EReach;
+
+    /// What an operator gives is no constant to the oldest versions.
+    SGrammarValue Worked(SGrammarValue value, std::uint32_t op) const
+    {
+        if (Version() != 0 && Version() < 506 && !(value.flags & (NotConstant | HasNew))) [[unlikely]] {
+            value.flags |= NotConstant;
+            value.bad = op;
+        }
+        return value;
+    }
+    void CheckBase(const SGrammarValue& base, const SGrammarValue& op, EReach reach);
     SGrammarValue Chosen(std::uint32_t first, const SGrammarValue& choice) const;
     EValue RootOf(const SGrammarValue& base) const;
 
     CNameRules& m_names;
     CTargetRules& m_targets;
+    CVersionRules& m_versions;
 };
 
 } // namespace Kesh::CodeAnalyzer

@@ -214,64 +214,6 @@ TEST(Grammar, TellsOfEachTextWhatItTellsOfItAlone)
     }
 }
 
-// Without a version all of them pass; what Debian's PHP cannot judge is judged here.
-TEST(Grammar, KnowsVersions)
-{
-    struct SVersionCase
-    {
-        const char* text;
-        int since; ///< the first version that takes it; 0: the oldest
-        int until; ///< the first that does not any more; 0: none
-    };
-    static constexpr SVersionCase Cases[]{
-        {"class A { const int B = 1; }", 803, 0},
-        {"$a = A::{$b};", 803, 0},
-        {"new readonly class { };", 803, 0},
-        {"function f() { static $a = g(); }", 803, 0},
-        {"class A { public string $b { get => 'x'; set(string $v) { $this->b = $v; } } }", 804, 0},
-        {"class A { public private(set) string $b; }", 804, 0},
-        {"interface A { public string $b { get; } }", 804, 0},
-        {"abstract class A { abstract public string $b { get; } }", 804, 0},
-        {"class A { function __construct(public string $b { get => 'x'; }) { } }", 804, 0},
-        {"$a = new A()->b();", 804, 0},
-        {"$a = new class { }->b;", 804, 0},
-        {"final class A { final public $b = 1; }", 804, 0},
-        {"$a = $b |> strlen(...) |> g(...);", 805, 0},
-        {"(void) f();", 805, 0},
-        {"#[A] const B = 1;", 805, 0},
-        {"class A { const B = static function () { return 1; }; const C = f(...); const D = (int) '1'; }",
-         805, 0},
-        {"$a = clone($b, ['c' => 1]);", 805, 0},
-        {"class A { function __construct(final public $b) { } }", 805, 0},
-        {"enum A: string { case B = 'b'; const C = self::B; }", 801, 0},
-        {"$a = match (true) { $b, $c => 1, default => 2 };", 800, 0},
-        {"$a = $b?->c;", 800, 0},
-        {"function f(int|string $a) { }", 800, 0},
-        {"try { } catch (A) { }", 800, 0},
-        {"$a = fn($x) => $x;", 704, 0},
-        {"[$a, $b] = f();", 701, 0},
-        {"$a = $b ?? $c;", 700, 0},
-        {"use A\\{B, C};", 700, 0},
-        {"$a = [1];", 504, 0},
-        {"function f() { static $a; if ($b) { static $a; } }", 0, 803},
-        {"$f = function () use ($a) { static $a; };", 0, 803},
-        {"$a = $b{0};", 0, 800},
-        {"$a = (real) $b;", 0, 800},
-        {"$a = $b ? 1 : $c ? 2 : 3;", 0, 800},
-        {"class Match { function match() { return match(1); } }", 0, 800},
-        {"$a = & new B;", 0, 700},
-        {"f(&$a);", 0, 504},
-    };
-    for (const auto& [text, since, until] : Cases) {
-        EXPECT_EQ(Describe(text), "") << text;
-        for (const int version : {503, 504, 700, 701, 704, 800, 801, 802, 803, 804, 805}) {
-            const bool valid = version >= since && (until == 0 || version < until);
-            EXPECT_EQ(Describe(text, version).empty(), valid)
-                << version << ": " << text << Describe(text, version);
-        }
-    }
-}
-
 // One record for a place, which says who asks for the version that does not do.
 TEST(Grammar, SaysWhichVersionIsNeededAndWhoAsksForAnother)
 {

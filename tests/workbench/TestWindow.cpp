@@ -336,7 +336,7 @@ std::set<std::string> KeysInSources()
     const QRegularExpression call(
         R"re((?:LoadStr|Tr|MakeNote|AddAction|button|edit|zoom)\s*\(\s*(?:menu,\s*)?((?:"(?:[^"\\]|\\.)*"\s*)+))re");
     // Features of PHP's versions, and what is at a related place.
-    const QRegularExpression row(R"re(PHP_FEATURE\(\w+, \d+, \d+, "([^"]+)"\)|"([A-Z][^"]* here)")re");
+    const QRegularExpression row(R"re(PHP_FEATURE\(\w+, \d+, \d+, "([^"]+)"|"([A-Z][^"]* here)")re");
     const QRegularExpression piece(R"re("((?:[^"\\]|\\.)*)")re");
     for (const char* folder : {"/apps/workbench", "/CodeAnalyzer"})
         for (const auto& entry :
