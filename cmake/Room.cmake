@@ -1,7 +1,7 @@
 # room(<owner> <folder> <folders it may include from...>): a library <owner>_<folder> of one folder.
 function(room owner name)
     string(TOLOWER ${owner}_${name} target)
-    file(GLOB sources CONFIGURE_DEPENDS ${name}/*.cpp ${name}/*.h)
+    file(GLOB sources CONFIGURE_DEPENDS ${name}/*.cpp ${name}/*.h ${name}/*/*.cpp ${name}/*/*.h)
     file(GLOB scanners CONFIGURE_DEPENDS ${name}/*.re)
     file(GLOB grammars CONFIGURE_DEPENDS ${name}/*.y)
     re2c_sources(sources ${scanners})

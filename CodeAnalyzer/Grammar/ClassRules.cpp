@@ -73,12 +73,14 @@ void CClassRules::Extends(const SGrammarValue& name)
 {
     m_names.CheckNoClassWord(name);
     if (SClassScope* type = Class())
-        type->hasParent = true;
+        type->parent = name.first;
 }
 
 void CClassRules::Implements(const SGrammarValue& name)
 {
     m_names.CheckNoClassWord(name);
+    if (SClassScope* type = Class())
+        type->isLate = true;
 }
 
 void CClassRules::TraitName(const SGrammarValue& name)
@@ -114,11 +116,15 @@ void CClassRules::EndClass()
 {
     if (m_scopes.classes.empty())
         return;
-    const SClassScope& type = m_scopes.classes.back();
+    SClassScope& type = m_scopes.classes.back();
     const bool concrete = (type.kind == ClassKind && !(type.modifiers & ModAbstract)) ||
                           type.kind == AnonymousKind || type.kind == EnumKind;
     if (concrete && type.abstractMethod)
         Report(Code::AbstractInConcrete, type.abstractMethod, {type.name, "The class is declared here"});
+    if (type.kind != AnonymousKind)
+        m_scopes.declaredClasses.push_back({type.kind, type.modifiers, false,
+                                            type.isLate || type.kind == EnumKind, type.name, type.parent,
+                                            std::move(type.members)});
     m_scopes.classes.pop_back();
 }
 
@@ -130,6 +136,7 @@ void CClassRules::BeginProperties()
     type->member = m_scopes.modifiers;
     type->hasMemberType = false;
     type->memberType = 0;
+    type->memberTypeToken = NoToken;
     m_scopes.modifiers = {};
 }
 
@@ -143,6 +150,7 @@ void CClassRules::BeginProperties(const SGrammarValue& propertyType)
         Needs(EFeature::PropertyType, propertyType);
     type->hasMemberType = true;
     type->memberType = propertyType.extra;
+    type->memberTypeToken = propertyType.first;
     m_types.CheckPropertyType(propertyType.extra, propertyType.first);
 }
 
@@ -154,6 +162,11 @@ void CClassRules::AddProperty(std::uint32_t variable, const SGrammarValue* value
     if (const auto [at, isNew] = type->properties.try_emplace(std::wstring(Text(variable)), variable); !isNew)
         Report(Code::PropertyTwice, variable, FirstIs(at->second));
     const std::uint16_t set = type->member.set;
+    type->members.push_back({SMember::Property,
+                             static_cast<std::uint16_t>(set | (type->modifiers & ModReadonly)), variable,
+                             type->memberTypeToken});
+    if (set & ModSet)
+        type->isLate = true;
     if (type->kind == EnumKind)
         Report(Code::MemberNotAllowed, variable);
     if (set & ModFinal)
@@ -194,18 +207,35 @@ void CClassRules::Property(const SGrammarValue& variable, const SGrammarValue& v
 void CClassRules::BeginHooks(const SGrammarValue& variable)
 {
     Needs(EFeature::PropertyHook, variable);
+    MakeLate();
     AddProperty(variable.first, nullptr);
 }
 
 void CClassRules::BeginHooks(const SGrammarValue& variable, const SGrammarValue& value)
 {
     Needs(EFeature::PropertyHook, variable);
+    MakeLate();
     AddProperty(variable.first, &value);
+}
+
+void CClassRules::MakeLate()
+{
+    if (SClassScope* type = Class())
+        type->isLate = true;
 }
 
 void CClassRules::ConstantType(const SGrammarValue& type)
 {
     m_types.CheckPropertyType(type.extra, type.first);
+    if (Class())
+        Class()->constantTypeToken = type.first;
+}
+
+void CClassRules::EndConstants()
+{
+    m_scopes.modifiers = {};
+    if (Class())
+        Class()->constantTypeToken = NoToken;
 }
 
 void CClassRules::AddConstant(std::uint32_t name)
@@ -213,6 +243,7 @@ void CClassRules::AddConstant(std::uint32_t name)
     SClassScope* type = Class();
     if (!type)
         return;
+    type->members.push_back({SMember::Constant, m_scopes.modifiers.set, name, type->constantTypeToken});
     if (IsWord(name, L"class"))
         Report(Code::ReservedName, name);
     else if (const auto [at, isNew] = type->constants.try_emplace(std::wstring(Text(name)), name); !isNew)

@@ -37,13 +37,14 @@ public:
     void BeginHooks(const SGrammarValue& variable, const SGrammarValue& value);
     void ConstantType(const SGrammarValue& type);
     void ClassConstant(const SGrammarValue& name, const SGrammarValue& value);
-    void EndConstants() { m_scopes.modifiers = {}; }
+    void EndConstants();
     void EnumCase(const SGrammarValue& word, const SGrammarValue& name);
     void EnumCase(const SGrammarValue& word, const SGrammarValue& name, const SGrammarValue& value);
 
 private:
     void AddProperty(std::uint32_t variable, const SGrammarValue* value);
     void AddConstant(std::uint32_t name);
+    void MakeLate();
 
     CNameRules& m_names;
     CTypeRules& m_types;

@@ -10,15 +10,16 @@ void CFileRules::Begin()
     m_inNamespaceBraces = m_anyStatement = m_anyCode = false;
     m_useItems.clear();
     m_usePrefix = NoToken;
-    BeginNames(NoToken);
+    m_declared.clear();
+    m_scopes.namespaceName = NoToken;
     m_strictTypes = false;
 }
 
-// A namespace of that name begins, where nothing is imported or declared yet.
-void CFileRules::BeginNames(std::uint32_t namespaceName)
+// A namespace of that name begins at a token, where nothing is imported or declared yet.
+void CFileRules::BeginNames(std::uint32_t token, std::uint32_t namespaceName)
 {
     m_scopes.namespaceName = namespaceName;
-    m_imports.clear();
+    m_scopes.imports.BeginNamespace(token, namespaceName);
     m_declared.clear();
 }
 
@@ -60,7 +61,7 @@ void CFileRules::NamespaceStatement(const SGrammarValue& word)
         Report(Code::NamespaceNotFirst, word);
     m_namespaces = ENamespaces::Plain;
     m_anyStatement = m_anyCode = true;
-    BeginNames(word.first + 1);
+    BeginNames(word.first, word.first + 1);
 }
 
 void CFileRules::BeginNamespace(const SGrammarValue& word)
@@ -75,13 +76,13 @@ void CFileRules::BeginNamespace(const SGrammarValue& word)
     m_inNamespaceBraces = true;
     m_anyStatement = m_anyCode = true;
     const std::uint32_t next = word.first + 1;
-    BeginNames(Tokens()[next].kind == SyntaxParser::EPhpTokenKind::OpenBrace ? NoToken : next);
+    BeginNames(word.first, Tokens()[next].kind == SyntaxParser::EPhpTokenKind::OpenBrace ? NoToken : next);
 }
 
-void CFileRules::EndNamespace()
+void CFileRules::EndNamespace(const SGrammarValue& brace)
 {
     m_inNamespaceBraces = false;
-    BeginNames(NoToken);
+    BeginNames(brace.first, NoToken);
 }
 
 void CFileRules::UseItem(const SGrammarValue& name, const SGrammarValue& alias)
@@ -95,23 +96,6 @@ void CFileRules::RetypeUse(EImport import)
     m_useItems.back().retyped = true;
 }
 
-namespace {
-
-/// The last part of a name.
-std::wstring_view LastPart(std::wstring_view name)
-{
-    const std::size_t slash = name.rfind(L'\\');
-    return slash == std::wstring_view::npos ? name : name.substr(slash + 1);
-}
-
-/// Names of constants differ by case, the others do not.
-std::wstring NameKey(EImport type, std::wstring_view name)
-{
-    return type == ImportConstant ? std::wstring(name) : LowerAscii(name);
-}
-
-} // namespace
-
 std::wstring CFileRules::FullName(EImport type, const SImport& item) const
 {
     std::wstring name(Text(item.name));
@@ -122,19 +106,12 @@ std::wstring CFileRules::FullName(EImport type, const SImport& item) const
     return NameKey(type, name);
 }
 
-// What a name declared here is called in full.
-std::wstring CFileRules::NameHere(EImport type, std::wstring_view key) const
-{
-    return m_scopes.namespaceName == NoToken
-               ? std::wstring(key)
-               : NameKey(type, Text(m_scopes.namespaceName)) + L'\\' + std::wstring(key);
-}
-
 // Something of that name is declared, which an import of something else would hide.
 bool CFileRules::CollidesWithImport(EImport type, const std::wstring& key, std::uint32_t name)
 {
-    const auto imported = m_imports.find({type, key});
-    if (imported == m_imports.end() || imported->second.full == NameHere(type, key))
+    const auto imported = m_scopes.imports.Names().find({type, key});
+    if (imported == m_scopes.imports.Names().end() ||
+        imported->second.full == m_scopes.imports.NameHere(type, key))
         return false;
     Report(Code::NameInUse, name, FirstIs(imported->second.alias));
     return true;
@@ -156,8 +133,8 @@ void CFileRules::Uses(const SGrammarValue& word, EImport import)
         }
         item.full = FullName(type, item);
         const std::uint32_t alias = item.alias;
-        const bool isItself = item.full == NameHere(type, key);
-        const auto [at, isNew] = m_imports.try_emplace({type, key}, std::move(item));
+        const bool isItself = item.full == m_scopes.imports.NameHere(type, key);
+        const auto [at, isNew] = m_scopes.imports.Names().try_emplace({type, key}, std::move(item));
         if (!isNew) {
             Report(Code::NameInUse, alias, FirstIs(at->second.alias));
             continue;
@@ -185,6 +162,8 @@ void CFileRules::DeclareClass(std::uint32_t name)
 {
     const std::wstring key = Tokens().Lower(name);
     CollidesWithImport(ImportClass, key, name);
+    if (!m_scopes.declaredClasses.empty() && m_scopes.declaredClasses.back().name == name)
+        m_scopes.declaredClasses.back().isTop = true;
     m_declared.try_emplace({ImportClass, key}, name);
 }
 

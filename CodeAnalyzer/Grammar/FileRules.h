@@ -21,7 +21,7 @@ public:
     void Halt(const SGrammarValue& word);
     void NamespaceStatement(const SGrammarValue& word);
     void BeginNamespace(const SGrammarValue& word);
-    void EndNamespace();
+    void EndNamespace(const SGrammarValue& brace);
     /// Of a group of imports, what all of its names begin with.
     void UsePrefix(const SGrammarValue& name) { m_usePrefix = name.first; }
     void UseItem(const SGrammarValue& name, const SGrammarValue& alias);
@@ -34,21 +34,11 @@ public:
     void EndDeclareBlock(const SGrammarValue& word);
 
 private:
-    struct SImport
-    {
-        std::uint32_t name;
-        std::uint32_t alias;
-        EImport type;
-        bool retyped;
-        std::wstring full; ///< the whole name, as its kind is compared
-    };
     /// By type of import and name, as its kind is compared.
     using TNames = std::map<std::pair<EImport, std::wstring>, std::uint32_t>;
-    using TImports = std::map<std::pair<EImport, std::wstring>, SImport>;
 
-    void BeginNames(std::uint32_t namespaceName);
+    void BeginNames(std::uint32_t token, std::uint32_t namespaceName);
     std::wstring FullName(EImport type, const SImport& item) const;
-    std::wstring NameHere(EImport type, std::wstring_view key) const;
     bool CollidesWithImport(EImport type, const std::wstring& key, std::uint32_t name);
     void DeclareFunction(std::uint32_t name);
     void DeclareClass(std::uint32_t name);
@@ -60,7 +50,6 @@ private:
     bool m_anyCode = false;      ///< one before which strict_types may not stand
     std::vector<SImport> m_useItems;
     std::uint32_t m_usePrefix = NoToken;
-    TImports m_imports; ///< in the namespace
     TNames m_declared;
     bool m_strictTypes = false;
     std::uint32_t m_strictTypesWord = 0;

@@ -63,6 +63,10 @@ void CFunctionRules::CheckMethod(std::uint32_t name)
         return;
     const std::uint16_t set = Function().modifiers.set;
     const std::uint32_t first = Function().modifiers.first;
+    type->members.push_back({SMember::Method, set, name});
+    if (type->kind != TraitKind && IsWord(name, L"__tostring"))
+        type->isLate = true; // it is an interface too
+
     if (const auto [at, isNew] = type->methods.try_emplace(Tokens().Lower(name), name); !isNew)
         Report(Code::MethodTwice, name, FirstIs(at->second));
     if (set & (ModReadonly | ModSet))
@@ -198,13 +202,20 @@ void CFunctionRules::EndPromotion()
     const std::uint32_t variable = scope.parameters.Last();
     if (const auto [at, isNew] = type->properties.try_emplace(std::wstring(Text(variable)), variable); !isNew)
         Report(Code::PropertyTwice, variable, FirstIs(at->second));
-    if (((scope.promotion.set | type->modifiers) & ModReadonly) && !scope.hasParameterType)
+    const auto set = static_cast<std::uint16_t>(scope.promotion.set | (type->modifiers & ModReadonly));
+    type->members.push_back(
+        {SMember::Property, set, variable, scope.hasParameterType ? scope.parameterTypeToken : NoToken});
+    if (set & ModSet)
+        type->isLate = true;
+    if ((set & ModReadonly) && !scope.hasParameterType)
         Report(Code::ReadonlyRule, variable);
 }
 
 void CFunctionRules::BeginParameterHooks(const SGrammarValue& brace)
 {
     Needs(EFeature::PropertyHook, brace);
+    if (SClassScope* type = Class())
+        type->isLate = true;
 }
 
 void CFunctionRules::DefaultValue(const SGrammarValue& value)

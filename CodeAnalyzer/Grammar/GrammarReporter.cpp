@@ -382,6 +382,8 @@ void CGrammarReporter::AddRuleReport(const SRuleReport& report)
     SDetails& details = diagnostic.details;
     if (report.feature) {
         details.arguments = ArgumentsOf(report, FeatureOf(*report.feature));
+    } else if (!report.arguments.empty()) {
+        details.arguments = report.arguments;
     } else {
         const bool isOfMethod = report.code == Code::BodyMissing || report.code == Code::BodyNotAllowed;
         AddFound(diagnostic, PlaceOfToken(report.code), isOfMethod ? report.related.token : token);
@@ -393,8 +395,9 @@ void CGrammarReporter::AddRuleReport(const SRuleReport& report)
     }
     if (report.fix == EFix::Remove)
         details.fixes.push_back({EFix::Remove, {{diagnostic.error.pos, {}}}});
-    if (report.related.token != NoToken)
-        details.related.push_back({m_tokens.Span(report.related.token), report.related.message});
+    for (const SRelatedToken& related : {report.related, report.other})
+        if (related.token != NoToken)
+            details.related.push_back({m_tokens.Span(related.token), related.message});
 }
 
 // What needs the newest version says enough: with that one, the place holds nothing that is too new.

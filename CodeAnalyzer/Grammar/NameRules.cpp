@@ -64,7 +64,7 @@ void CNameRules::CheckClassWord(std::uint32_t token)
             return;
         }
     }
-    if (isParent && type && !type->hasParent && type->kind != TraitKind)
+    if (isParent && type && type->parent == NoToken && type->kind != TraitKind)
         Report(Code::NoClassHere, token);
 }
 

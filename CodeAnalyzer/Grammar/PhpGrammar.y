@@ -111,8 +111,8 @@ top_list:
 top_only:
     HaltCompiler "(" ")" ";"    { rules.files.Halt($1); }
 |   Namespace namespace_name ";" { rules.files.NamespaceStatement($1); }
-|   Namespace namespace_name "{" { rules.files.BeginNamespace($1); } top_list "}" { rules.files.EndNamespace(); }
-|   Namespace "{"               { rules.files.BeginNamespace($1); } top_list "}" { rules.files.EndNamespace(); }
+|   Namespace namespace_name "{" { rules.files.BeginNamespace($1); } top_list "}" { rules.files.EndNamespace($6); }
+|   Namespace "{"               { rules.files.BeginNamespace($1); } top_list "}" { rules.files.EndNamespace($5); }
 |   Use uses ";"                { rules.files.Uses($1, ImportClass); }
 |   Use Function uses ";"       { rules.files.Uses($1, ImportFunction); }
 |   Use Const uses ";"          { rules.files.Uses($1, ImportConstant); }
@@ -477,8 +477,12 @@ attributed_member:
 
 constants_of_class:
     class_constants
-|   type class_constants        { rules.Needs(EFeature::ConstantType, $1); rules.classes.ConstantType($1); }
-|   static_type class_constants { rules.Needs(EFeature::ConstantType, $1); }
+|   constant_type class_constants
+;
+
+constant_type:
+    type                        { rules.Needs(EFeature::ConstantType, $1); rules.classes.ConstantType($1); }
+|   static_type                 { rules.Needs(EFeature::ConstantType, $1); }
 ;
 
 class_constants:
@@ -622,7 +626,7 @@ type_atom:
 
 union_member:
     type_atom
-|   "(" intersection_type ")"   { rules.Needs(EFeature::MixedType, $1); $$ = $2; }
+|   "(" intersection_type ")"   { rules.Needs(EFeature::MixedType, $1); $$ = $2; $$.first = $1.first; }
 ;
 
 union_type:

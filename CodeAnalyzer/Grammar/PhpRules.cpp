@@ -18,6 +18,7 @@ void CPhpRules::Finish()
         m_scopes.functions.pop_back();
     }
     m_scopes.ReportPending();
+    inheritance.Check();
     m_scopes.functions.emplace_back();
 }
 

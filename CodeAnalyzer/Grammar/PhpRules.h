@@ -4,6 +4,7 @@
 #include "Grammar/FileRules.h"
 #include "Grammar/FlowRules.h"
 #include "Grammar/FunctionRules.h"
+#include "Grammar/Inheritance/InheritanceRules.h"
 #include "Grammar/ListRules.h"
 #include "Grammar/NameRules.h"
 #include "Grammar/TargetRules.h"
@@ -45,6 +46,7 @@ public:
     CFunctionRules functions{m_scopes, types, flow};
     CClassRules classes{m_scopes, names, types};
     CFileRules files{m_scopes, names};
+    CInheritanceRules inheritance{m_scopes};
 };
 
 } // namespace Kesh::CodeAnalyzer

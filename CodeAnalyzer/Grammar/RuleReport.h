@@ -2,9 +2,11 @@
 
 #include "Grammar/PhpFeatures.h"
 #include "Kesh/CodeAnalyzer/Catalog.h"
+#include "Kesh/CodeAnalyzer/Diagnostic.h"
 
 #include <cstdint>
 #include <optional>
+#include <vector>
 
 namespace Kesh::CodeAnalyzer {
 
@@ -28,8 +30,10 @@ struct SRuleReport
     std::int32_t code;
     std::uint32_t token;
     SRelatedToken related = {};
-    EFix fix = EFix::None;                ///< what fixes it, done to the token
-    std::optional<EFeature> feature = {}; ///< that the version has not
+    EFix fix = EFix::None;                 ///< what fixes it, done to the token
+    std::optional<EFeature> feature = {};  ///< that the version has not
+    std::vector<SArgument> arguments = {}; ///< what its message names; none: the token
+    SRelatedToken other = {};              ///< one more place
 };
 
 } // namespace Kesh::CodeAnalyzer

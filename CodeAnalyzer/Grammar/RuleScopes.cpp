@@ -11,6 +11,8 @@ void CRuleScopes::Begin(std::int32_t phpVersion)
     functions.emplace_back();
     functions.back().inBody = true;
     classes.clear();
+    declaredClasses.clear();
+    imports.Begin();
     pending.Clear();
     modifiers = {};
 }
@@ -31,7 +33,7 @@ void CRuleScopes::ReportFeature(EFeature feature, std::uint32_t token)
     if (!m_trusted)
         return;
     const bool isNew = version < FeatureOf(feature).since;
-    m_reports.push_back({isNew ? Code::TooNew : Code::TooOld, token, {}, EFix::None, feature});
+    m_reports.push_back({isNew ? Code::TooNew : Code::TooOld, token, {}, EFix::None, feature, {}, {}});
 }
 
 } // namespace Kesh::CodeAnalyzer

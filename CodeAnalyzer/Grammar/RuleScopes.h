@@ -2,6 +2,7 @@
 
 #include "Grammar/GrammarTokens.h"
 #include "Grammar/GrammarValue.h"
+#include "Grammar/Imports.h"
 #include "Grammar/NameTokens.h"
 #include "Grammar/RuleReport.h"
 #include "Kesh/CodeAnalyzer/Catalog.h"
@@ -17,7 +18,6 @@
 namespace Kesh::CodeAnalyzer {
 
 enum EClassKind : std::uint8_t { ClassKind, InterfaceKind, TraitKind, EnumKind, AnonymousKind };
-enum EImport : std::uint8_t { ImportClass, ImportFunction, ImportConstant };
 
 /// Modifiers of classes and members.
 enum EModifier : std::uint16_t {
@@ -80,6 +80,27 @@ struct SJump
     std::uint32_t block;
 };
 
+/// A member of a class, as its declaration says.
+struct SMember
+{
+    enum EKind : std::uint8_t { Constant, Property, Method } kind;
+    std::uint16_t modifiers;
+    std::uint32_t name;           ///< token
+    std::uint32_t type = NoToken; ///< where its type begins; NoToken: it has none, or is a method
+};
+
+/// A class that has a name, as its declaration says.
+struct SDeclaredClass
+{
+    EClassKind kind;
+    std::uint16_t modifiers;
+    bool isTop = false;             ///< declared whatever happens
+    bool isLate = false;            ///< what it is made of is put together when the program runs
+    std::uint32_t name;             ///< token
+    std::uint32_t parent = NoToken; ///< token
+    std::vector<SMember> members;
+};
+
 struct SFunctionScope
 {
     enum EKind : std::uint8_t { File, Function, Method, Closure, Arrow, Hook } kind = File;
@@ -97,6 +118,7 @@ struct SFunctionScope
     bool promoting = false;                ///< the parameter being read becomes a property
     SModifiers promotion;
     std::uint32_t parameterType = 0;
+    std::uint32_t parameterTypeToken = 0;
     bool hasParameterType = false;
 
     std::uint32_t returnType = 0;
@@ -117,8 +139,9 @@ struct SClassScope
     EClassKind kind = ClassKind;
     std::uint32_t name = 0;
     std::uint16_t modifiers = 0;
-    std::size_t depth = 0; ///< functions open around it
-    bool hasParent = false;
+    std::size_t depth = 0;          ///< functions open around it
+    std::uint32_t parent = NoToken; ///< the name of what it extends
+    bool isLate = false;            ///< it has interfaces or traits
     bool backed = false;
     std::uint32_t abstractMethod = 0;              ///< token; 0: none
     std::map<std::wstring, std::uint32_t> methods; ///< tokens by name
@@ -127,7 +150,10 @@ struct SClassScope
 
     SModifiers member; ///< those of the properties or constants being read
     std::uint32_t memberType = 0;
+    std::uint32_t memberTypeToken = NoToken;
+    std::uint32_t constantTypeToken = NoToken;
     bool hasMemberType = false;
+    std::vector<SMember> members;
 };
 
 /// Holes in arrays, lists among elements, `[]`: right only where something is assigned to them, which is seen
@@ -177,8 +203,12 @@ public:
 
     void Report(std::int32_t code, std::uint32_t token, SRelatedToken related = {}, EFix fix = EFix::None)
     {
+        Report({code, token, related, fix});
+    }
+    void Report(SRuleReport report)
+    {
         if (m_trusted)
-            m_reports.push_back({code, token, related, fix, {}});
+            m_reports.push_back(std::move(report));
     }
     /// Something stands at the token that only some versions have.
     void Needs(EFeature feature, std::uint32_t token)
@@ -191,8 +221,10 @@ public:
     std::int32_t version = 0;
     std::vector<SFunctionScope> functions; ///< the file's is the first
     std::vector<SClassScope> classes;
-    SModifiers modifiers;                  ///< of the declaration being read
+    std::vector<SDeclaredClass> declaredClasses; ///< in the order of their ends
+    SModifiers modifiers;                        ///< of the declaration being read
     std::uint32_t namespaceName = NoToken; ///< the token that names the namespace; NoToken: the global one
+    CImports imports{tokens};
     CPendingUses pending;
 
 private:

@@ -34,6 +34,7 @@ protected:
         m_scopes.Report(code, token, related, fix);
     }
     void Report(std::int32_t code, const SGrammarValue& value) { m_scopes.Report(code, value.first); }
+    void Report(SRuleReport report) { m_scopes.Report(std::move(report)); }
     void Needs(EFeature feature, const SGrammarValue& value) { m_scopes.Needs(feature, value.first); }
     /// What stands in brackets, where they make no difference.
     static SGrammarValue Ungrouped(SGrammarValue value)

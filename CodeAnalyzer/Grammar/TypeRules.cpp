@@ -35,19 +35,20 @@ constexpr std::uint32_t Standalone = TypeMixed | TypeVoid | TypeNever;
 
 } // namespace
 
+std::uint32_t TypeOfName(std::wstring_view lower, std::int32_t version)
+{
+    for (const STypeName& known : TypeNames)
+        if (known.name == lower && (version == 0 || version >= known.since))
+            return known.type;
+    return TypeClass;
+}
+
 SGrammarValue CTypeRules::TypeName(const SGrammarValue& name)
 {
     std::wstring lower = Tokens().Lower(name.first);
-    std::uint32_t type = TypeClass;
     if (lower.starts_with(L'\\'))
         lower.erase(0, 1);
-    for (const STypeName& known : TypeNames) {
-        // A name of an older version is a class there.
-        if (known.name == lower && (Version() == 0 || Version() >= known.since)) {
-            type = known.type;
-            break;
-        }
-    }
+    const std::uint32_t type = TypeOfName(lower, Version());
     if (type == TypeTrue)
         Needs(EFeature::TrueType, name);
     if (type == TypeClass || type == TypeStatic)
@@ -119,6 +120,7 @@ void CTypeRules::ParameterType(const SGrammarValue& type)
     SFunctionScope& scope = Function();
     scope.hasParameterType = true;
     scope.parameterType = type.extra;
+    scope.parameterTypeToken = type.first;
     CheckLone(type.extra, type.first);
     if (type.extra & (TypeVoid | TypeNever))
         Report(Code::TypeNotAllowed, type);

@@ -6,6 +6,9 @@
 
 namespace Kesh::CodeAnalyzer {
 
+/// What the name of a type, in small letters, stands for; a name of a newer version is a class.
+std::uint32_t TypeOfName(std::wstring_view lower, std::int32_t version);
+
 /// Types, and whether a default fits one.
 class CTypeRules final : public CRuleSet
 {
