@@ -1,6 +1,8 @@
 #include "SyntaxParser/OwnNames.h"
 
 #include "Base/CommonString.h"
+#include "Kesh/SyntaxParser/INameLookup.h"
+#include "SyntaxParser/NamePatterns.h"
 
 #include <algorithm>
 #include <deque>
@@ -21,15 +23,20 @@ private:
     std::wstring m_name;
 };
 
-class CWidenedData final : public ICompletionData, public IAttributeSource
+/// Lists hold single names; patterns only answer.
+class CWidenedData final : public ICompletionData, public IAttributeSource, public INameLookup
 {
 public:
-    CWidenedData(const ICompletionData& base, const SOwnNames& own) : m_base(base)
+    CWidenedData(const ICompletionData& base, const SOwnNames& own)
+        : m_base(base),
+          m_lookup(dynamic_cast<const INameLookup&>(base)),
+          m_ownTags(own.tags),
+          m_ownAttributes(own.attributes),
+          m_ownProperties(own.properties)
     {
-        for (const std::wstring& name : own.attributes)
-            m_attributes.push_back(&m_items.emplace_back(name));
-        m_tags = Widened(base.GetTags(), Items(own.tags));
-        m_styleProperties = Widened(base.GetStyleProperties(), Items(own.properties));
+        m_attributes = Items(m_ownAttributes);
+        m_tags = Widened(base.GetTags(), Items(m_ownTags));
+        m_styleProperties = Widened(base.GetStyleProperties(), Items(m_ownProperties));
     }
 
     const TCompletionList& GetTags() const override { return m_tags; }
@@ -49,11 +56,26 @@ public:
         return known->second;
     }
 
+    bool HasTag(std::wstring_view name) const override
+    {
+        return m_lookup.HasTag(name) || m_ownTags.Matches(name);
+    }
+    bool HasStyleProperty(std::wstring_view name) const override
+    {
+        return m_lookup.HasStyleProperty(name) || m_ownProperties.Matches(name);
+    }
+    bool HasAttribute(std::wstring_view tag, std::wstring_view name) const override
+    {
+        // Nobody has said what an own tag takes.
+        return m_lookup.HasAttribute(tag, name) || m_ownAttributes.Matches(name) ||
+               m_ownTags.Matches(Base::CLowerCase(tag).View());
+    }
+
 private:
-    TCompletionList Items(const std::vector<std::wstring>& names)
+    TCompletionList Items(const CNamePatterns& own)
     {
         TCompletionList list;
-        for (const std::wstring& name : names)
+        for (const std::wstring& name : own.Names())
             list.push_back(&m_items.emplace_back(name));
         return list;
     }
@@ -73,6 +95,10 @@ private:
     }
 
     const ICompletionData& m_base;
+    const INameLookup& m_lookup;
+    CNamePatterns m_ownTags;
+    CNamePatterns m_ownAttributes;
+    CNamePatterns m_ownProperties;
     std::deque<CItem> m_items;
     TCompletionList m_attributes; ///< own ones
     TCompletionList m_tags;

@@ -8,10 +8,10 @@
 
 namespace Kesh::SyntaxParser {
 
-/// A project's own names, in lower case.
+/// A project's own names, in lower case, and patterns of names as CNamePatterns has them.
 struct SOwnNames
 {
-    std::vector<std::wstring> tags;
+    std::vector<std::wstring> tags;       ///< which take any attribute
     std::vector<std::wstring> attributes; ///< allowed on every tag
     std::vector<std::wstring> properties;
 
@@ -19,7 +19,7 @@ struct SOwnNames
     friend bool operator==(const SOwnNames&, const SOwnNames&) = default;
 };
 
-/// The names of `base`, which outlives the answer, and those of a project.
+/// The names of `base`, which outlives the answer and is an INameLookup, and those of a project.
 std::shared_ptr<const ICompletionData> MakeWidenedData(const ICompletionData& base, const SOwnNames& own);
 
 } // namespace Kesh::SyntaxParser

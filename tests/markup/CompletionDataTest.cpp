@@ -2,6 +2,8 @@
 
 #include "Base/CommonString.h"
 #include "Kesh/SyntaxParser/INameLookup.h"
+#include "SyntaxParser/NamePatterns.h"
+#include "SyntaxParser/OwnNames.h"
 
 #include <algorithm>
 #include <gtest/gtest.h>
@@ -146,6 +148,65 @@ TEST(CompletionData, KnowsStyleProperties)
               "");
     for (const char* name : {"colour", "--x", "foo", "-webkit-foo", "mask-colour"})
         EXPECT_FALSE(Has(properties, name)) << name;
+}
+
+TEST(NamePatterns, StarsStandForAnythingAndNothingElseIsSpecial)
+{
+    struct SCase
+    {
+        const wchar_t* pattern;
+        std::vector<std::wstring> matched;
+        std::vector<std::wstring> others;
+    };
+    const SCase cases[] = {
+        {L"a", {L"a"}, {L"", L"aa", L"A", L"b"}},
+        {L"", {L""}, {L"a"}},
+        {L"*", {L"", L"a", L"*"}, {}},
+        {L"x:*", {L"x:", L"x:y", L"x:y:z"}, {L"x", L"ax:y", L":y"}},
+        {L"*-", {L"-", L"a-", L"--"}, {L"a", L"-a"}},
+        {L"a*a", {L"aa", L"aba", L"aaa"}, {L"a", L"ab", L"ba"}},
+        {L"a*b*c", {L"abc", L"axbxc", L"abbc", L"abcbc"}, {L"ac", L"acb", L"bc", L"abcd"}},
+        {L"*a*b*", {L"ab", L"xaxbx", L"bab"}, {L"ba", L"a", L"b"}},
+        {L"a**b", {L"ab", L"axb"}, {L"a", L"b"}},
+        {L"*ab*ab*", {L"abab", L"abxab"}, {L"aab", L"aba"}},
+        {L"\\*ng*", {L"*ng", L"*ngif"}, {L"ng", L"x*ng"}},
+        {L"\\*", {L"*"}, {L"", L"a", L"\\*"}},
+        {L"[*]", {L"[]", L"[a]"}, {L"a", L"["}},
+        {L"?.a\\", {L"?.a\\"}, {L"x.a\\", L"?xa\\"}},
+        {L"\u00fc*", {L"\u00fc", L"\u00fcx"}, {L"u"}},
+    };
+    for (const SCase& test : cases) {
+        const CNamePatterns patterns({test.pattern});
+        for (const std::wstring& name : test.matched)
+            EXPECT_TRUE(patterns.Matches(name)) << test.pattern << " takes " << name;
+        for (const std::wstring& name : test.others)
+            EXPECT_FALSE(patterns.Matches(name)) << test.pattern << " does not take " << name;
+    }
+    // A matcher that tries again would not end.
+    std::wstring many;
+    for (int i = 0; i < 40; ++i)
+        many += L"*a";
+    EXPECT_FALSE(CNamePatterns({many + L"*b"}).Matches(std::wstring(1'000'000, L'a')));
+}
+
+TEST(CompletionData, APatternOfOwnNamesIsKnownButNotOffered)
+{
+    const SOwnNames own{{L"mine", L"x:*"}, {L"owned", L"v-*"}, {L"-own", L"-mine-*"}};
+    const auto data = MakeWidenedData(*GetBuiltInCompletionData(), own);
+    const auto& lookup = dynamic_cast<const INameLookup&>(*data);
+    for (const wchar_t* name : {L"mine", L"x:y", L"div"})
+        EXPECT_TRUE(lookup.HasTag(name)) << name;
+    for (const wchar_t* name : {L"owned", L"v-if", L"href", L"class"})
+        EXPECT_TRUE(lookup.HasAttribute(L"A", name)) << name;
+    for (const wchar_t* name : {L"-own", L"-mine-a", L"color"})
+        EXPECT_TRUE(lookup.HasStyleProperty(name)) << name;
+    EXPECT_TRUE(lookup.HasAttribute(L"X:y", L"whatever") && lookup.HasAttribute(L"Mine", L"whatever"));
+    EXPECT_FALSE(lookup.HasTag(L"v-if") || lookup.HasAttribute(L"p", L"href") ||
+                 lookup.HasStyleProperty(L"x:y"));
+    EXPECT_TRUE(Has(data->GetTags(), "mine") && Has(data->GetStyleProperties(), "-own") &&
+                Has(data->GetAttributeSource()->GetAttributes(L"p"), "owned"));
+    EXPECT_FALSE(Has(data->GetTags(), "x:*") || Has(data->GetStyleProperties(), "-mine-*") ||
+                 Has(data->GetAttributeSource()->GetAttributes(L"p"), "v-*"));
 }
 
 } // namespace
