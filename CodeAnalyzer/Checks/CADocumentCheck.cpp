@@ -130,6 +130,10 @@ void CCADocumentCheck::FollowWanted()
             m_htmlChecker->SetPassedOver([this](const SyntaxParser::SSemanticTreeNode& node) {
                 return m_markupChecker->PassesOver(node);
             });
+        if (m_cssChecker)
+            m_cssChecker->SetPassedOver([this](const SyntaxParser::SSemanticTreeNode& property) {
+                return m_markupChecker->PassesOverProperty(property);
+            });
     }
 }
 

@@ -1,6 +1,7 @@
 #include "Markup/CssSyntaxChecker.h"
 
 #include "Base/CommonString.h"
+#include "Base/EditDistance.h"
 #include "Base/HostComponent.h"
 #include "Diagnostics/DiagnosticList.h"
 #include "Diagnostics/ErrorsReceiver.h"
@@ -90,7 +91,8 @@ void CCssSyntaxChecker::CheckName(const SSemanticTreeNode& node)
 {
     if (node.regionKind == m_cssSyntax->GetPropertyNameKind()) {
         const Base::CLowerCase name(node.name);
-        if (m_names->HasStyleProperty(name.View()) || Contains(m_attributes, name.View()))
+        if (m_names->HasStyleProperty(name.View()) || Contains(m_attributes, name.View()) ||
+            PassesOver(node, name.View()))
             return;
         m_errors.push_back({{node.span, Code::UnknownProperty, SeverityError}, {}});
         if (m_details)
@@ -103,6 +105,21 @@ void CCssSyntaxChecker::CheckName(const SSemanticTreeNode& node)
         if (m_details)
             m_errors.back().details = m_details->OfElement(node);
     }
+}
+
+bool CCssSyntaxChecker::PassesOver(const SSemanticTreeNode& property, std::wstring_view name)
+{
+    if (!m_isPassedOver || !m_isPassedOver(property))
+        return false;
+    const std::size_t prefix = name.find(L'-', 1);
+    const bool isStandard =
+        prefix != std::wstring_view::npos && m_names->HasStyleProperty(name.substr(prefix + 1));
+    if (isStandard || !m_details)
+        return true;
+    constexpr std::size_t Slips = 2;
+    const SDetails details = m_details->OfProperty(property);
+    const std::wstring* nearest = details.Find("nearest");
+    return !nearest || Base::EditDistance(name, *nearest, Slips) > Slips;
 }
 
 } // namespace Kesh::CodeAnalyzer

@@ -19,6 +19,9 @@ public:
     void AddHtml(const SyntaxParser::SHtmlToken& token) override;
     void End() override;
 
+    /// The PHP of the document that is followed.
+    const CTemplateTokens& Tokens() const { return m_tokens; }
+
 private:
     void BeginTags();
     bool IsWhole() const;

@@ -3,6 +3,7 @@
 #include "Diagnostics/DiagnosticList.h"
 #include "Diagnostics/ErrorsReceiver.h"
 #include "Markup/HtmlAttributes.h"
+#include "Markup/HtmlIds.h"
 #include "Markup/HtmlNesting.h"
 #include "Markup/HtmlProblems.h"
 #include "Markup/MarkupKind.h"
@@ -25,10 +26,13 @@ using SyntaxParser::SStyleToken;
 CMarkupChecker::CMarkupChecker(const IMarkupCheck* wanted, ICheckOwner* owner, IErrorsReceiver* receiver)
     : m_wanted(wanted), m_owner(owner), m_receiver(receiver)
 {
-    m_parts.push_back(std::make_unique<CHtmlNesting>(m_report));
+    auto nesting = std::make_unique<CHtmlNesting>(m_report);
+    const CTemplateTokens& tokens = nesting->Tokens();
+    m_parts.push_back(std::move(nesting));
     m_parts.push_back(std::make_unique<CStylePart>(m_report));
     m_parts.push_back(std::make_unique<CHtmlProblems>(m_report));
     m_parts.push_back(std::make_unique<CHtmlAttributes>(m_report));
+    m_parts.push_back(std::make_unique<CHtmlIds>(m_report, tokens));
 }
 
 void CMarkupChecker::Follow(ISPDocument& document)
@@ -53,6 +57,11 @@ bool CMarkupChecker::PassesOver(const SyntaxParser::SSemanticTreeNode& node) con
     const bool isTag = node.kind == SyntaxParser::SemanticTag;
     return m_isXml || (isTag ? IsPrefixed(node.name) : IsVendorAttribute(node.name)) ||
            m_report.IsBroken(node.span.start);
+}
+
+bool CMarkupChecker::PassesOverProperty(const SyntaxParser::SSemanticTreeNode& property) const
+{
+    return m_isChecked && IsVendorProperty(property.name);
 }
 
 bool CMarkupChecker::BeginMarkup(const SyntaxParser::IMarkupPlaces& places)

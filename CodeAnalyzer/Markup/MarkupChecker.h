@@ -35,6 +35,8 @@ public:
     /// Whether the name of a tag or attribute of the last pass says nothing: it stands in a broken tag or in
     /// XML, or is one of a browser, a namespace or a template engine.
     bool PassesOver(const SyntaxParser::SSemanticTreeNode& node) const;
+    /// The same of a property of a style.
+    bool PassesOverProperty(const SyntaxParser::SSemanticTreeNode& property) const;
 
     bool BeginMarkup(const SyntaxParser::IMarkupPlaces& places) override;
     void AddHtml(const SyntaxParser::SHtmlToken& token) override;

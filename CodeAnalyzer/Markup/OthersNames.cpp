@@ -1,6 +1,7 @@
 #include "Markup/OthersNames.h"
 
 #include "Base/CommonString.h"
+#include "Styles/VendorNames.h"
 
 #include <algorithm>
 #include <array>
@@ -22,6 +23,14 @@ bool IsVendorAttribute(std::wstring_view name)
     return std::ranges::any_of(beginnings, [&](std::wstring_view beginning) {
         return lower.starts_with(beginning) && lower.size() > beginning.size();
     });
+}
+
+bool IsVendorProperty(std::wstring_view name)
+{
+    const std::wstring lower = Base::CCommonString::LowerCaseFast(name);
+    return lower.starts_with(L"mso-") ||
+           (lower.starts_with(L'-') && lower.find(L'-', 1) != std::wstring::npos &&
+            IsVendorName(Base::CCommonString::ToUtf8(lower)));
 }
 
 } // namespace Kesh::CodeAnalyzer
