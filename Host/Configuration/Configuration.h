@@ -6,6 +6,7 @@
 #include <map>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace Kesh::Configuration {
@@ -34,6 +35,7 @@ struct SConfiguration
     std::optional<bool> grammar;
     std::optional<bool> markup;
     std::vector<SCodeRule> rules; ///< of those that name a code, the last one counts
+    /// Own names, those of presets among them; patterns as SyntaxParser::CNamePatterns has them.
     std::vector<std::wstring> tags;
     std::vector<std::wstring> attributes;
     std::vector<std::wstring> properties;
@@ -70,7 +72,7 @@ std::optional<std::int32_t> PhpVersionOf(std::string_view text);
 /// What is said to the user of a text that is none, behind a name of where it stands; with those known.
 std::string NoPhpVersion(std::string_view text);
 
-/// The commented file that new projects begin with.
-std::string_view InitialConfiguration();
+/// The commented file that new projects begin with; `presets` are those of names to be taken.
+std::string InitialConfiguration(const std::vector<std::string_view>& presets);
 
 } // namespace Kesh::Configuration

@@ -2,7 +2,19 @@
 
 namespace Kesh::Configuration {
 
-std::string_view InitialConfiguration()
+namespace {
+
+std::string PresetsLine(const std::vector<std::string_view>& presets)
+{
+    std::string names;
+    for (const std::string_view preset : presets)
+        names += (names.empty() ? "\"" : ", \"") + std::string(preset) + '"';
+    return names.empty() ? "// \"presets\": [\"vue\"]," : "\"presets\": [" + names + "],";
+}
+
+} // namespace
+
+std::string InitialConfiguration(const std::vector<std::string_view>& presets)
 {
     return R"({
   // Settings of code-analyzer for this folder and what is below it. Whatever is left out stays as it is.
@@ -32,7 +44,11 @@ std::string_view InitialConfiguration()
     // { "paths": ["templates", "*.phtml"], "codes": { "2002": "warning" } }
   ],
 
-  // Names that HTML and CSS do not know, but this project does.
+  // Frameworks and template languages whose names HTML does not know, but this project does.
+  )" + PresetsLine(presets) +
+           R"(
+
+  // The project's own names of this kind; * stands for any characters: "x:*".
   "ownNames": {
     "tags": [],
     "attributes": [],

@@ -2,6 +2,7 @@
 #include "Base/Exception.h"
 #include "Configuration/Configuration.h"
 #include "Configuration/JsonLines.h"
+#include "Configuration/NamePresets.h"
 #include "Files/FileIO.h"
 #include "Files/FilePath.h"
 
@@ -60,12 +61,10 @@ std::vector<std::string> Strings(const SJsonValue& value, const std::string& key
     return strings;
 }
 
-std::vector<std::wstring> Names(const SJsonValue& value, const std::string& key)
+void AddNames(const SJsonValue& value, const std::string& key, std::vector<std::wstring>& names)
 {
-    std::vector<std::wstring> names;
     for (const std::string& name : Strings(value, key))
         names.push_back(Base::CCommonString::LowerCaseFast(Base::CCommonString::FromUtf8(name)));
-    return names;
 }
 
 std::string TextOf(const SJsonValue& value, const std::string& key)
@@ -95,6 +94,16 @@ std::map<std::int32_t, ELevel> Codes(const SJsonValue& value)
     return codes;
 }
 
+void AddPresets(const SJsonValue& value, SConfiguration& settings)
+{
+    for (const std::string& name : Strings(value, "presets")) {
+        const SNamePreset* preset = FindNamePreset(name);
+        if (!preset)
+            Fail(value.line, "\"presets\": " + NoNamePreset(name));
+        AddNamePreset(*preset, settings);
+    }
+}
+
 SCodeRule Override(const SJsonValue& value)
 {
     SCodeRule rule;
@@ -122,10 +131,11 @@ SConfiguration ParseConfiguration(const std::wstring& file, std::string_view tex
     SCodeRule everywhere;
     std::vector<SCodeRule> overrides;
     const auto ownNames = [&](const SJsonValue& value) {
-        ReadObject(value, "ownNames",
-                   {{"tags", [&](const SJsonValue& v) { read.tags = Names(v, "tags"); }},
-                    {"attributes", [&](const SJsonValue& v) { read.attributes = Names(v, "attributes"); }},
-                    {"properties", [&](const SJsonValue& v) { read.properties = Names(v, "properties"); }}});
+        ReadObject(
+            value, "ownNames",
+            {{"tags", [&](const SJsonValue& v) { AddNames(v, "tags", read.tags); }},
+             {"attributes", [&](const SJsonValue& v) { AddNames(v, "attributes", read.attributes); }},
+             {"properties", [&](const SJsonValue& v) { AddNames(v, "properties", read.properties); }}});
     };
     const auto choice = [&](const char* name, std::optional<bool>& chosen) {
         return std::pair(name, [&, name](const SJsonValue& v) {
@@ -152,6 +162,7 @@ SConfiguration ParseConfiguration(const std::wstring& file, std::string_view tex
                      for (const SJsonValue& item : v.items)
                          overrides.push_back(Override(item));
                  }},
+                {"presets", [&](const SJsonValue& v) { AddPresets(v, read); }},
                 {"ownNames", ownNames},
                 {"baseline", [&](const SJsonValue& v) {
                      if (TextOf(v, "baseline").empty())

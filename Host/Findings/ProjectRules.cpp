@@ -2,6 +2,7 @@
 
 #include "Base/Exception.h"
 #include "Configuration/Composer.h"
+#include "Configuration/NamePresets.h"
 #include "Files/FilePath.h"
 
 #include <algorithm>
@@ -90,6 +91,9 @@ TRules CProjectRules::Make(const SFolder& folder) const
         rules->settings.grammar = false;
     if (m_all.noMarkup)
         rules->settings.markup = false;
+    for (const std::string& name : m_all.presets)
+        if (const Configuration::SNamePreset* preset = Configuration::FindNamePreset(name))
+            Configuration::AddNamePreset(*preset, rules->settings);
     ChooseVersion(*rules, folder.composerVersion);
     return rules;
 }

@@ -40,6 +40,7 @@ struct SRulesForAll
     std::wstring phpVersionFrom; ///< how the user says so, for messages
     bool noGrammar = false;
     bool noMarkup = false;
+    std::vector<std::string> presets; ///< of names, in addition to those of the settings
     std::optional<TBaseline> baseline;
 };
 

@@ -3,6 +3,7 @@
 #include "Application/Version.h"
 #include "Completion.h"
 #include "Configuration/Configuration.h"
+#include "Configuration/NamePresets.h"
 #include "Files/Printable.h"
 #include "OutputOptions.h"
 
@@ -38,12 +39,32 @@ constexpr const char* CheckFooter =
     "PHP\n"
     "when its ending is none of these.\n";
 
+std::string PresetChoices()
+{
+    std::string choices;
+    for (const Configuration::SNamePreset& preset : Configuration::NamePresets())
+        choices += (choices.empty() ? "" : "|") + std::string(preset.name);
+    return choices;
+}
+
 /// What is checked, and how.
 void AddPhpOptions(CLI::App& command, SOptions& options)
 {
     command.add_flag("--no-grammar", options.noGrammar,
                      "Do not check PHP against its whole grammar, only statement by statement");
     command.add_flag("--no-markup", options.noMarkup, "Do not check HTML and CSS beyond their names");
+    command
+        .add_option_function<std::vector<std::string>>(
+            "--preset",
+            [&options](const std::vector<std::string>& names) {
+                for (const std::string& name : names)
+                    if (!Configuration::FindNamePreset(name))
+                        throw CLI::ValidationError("--preset", Configuration::NoNamePreset(name));
+                options.presets = names;
+            },
+            "Take the tags and attributes of a framework or template language for known (repeatable)")
+        ->option_text(PresetChoices())
+        ->allow_extra_args(false);
     command
         .add_option_function<std::string>(
             "--php-version",

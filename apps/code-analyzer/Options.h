@@ -39,8 +39,9 @@ struct SOptions
     bool noConfiguration = false;
     bool noGrammar = false;
     bool noMarkup = false;
-    std::int32_t phpVersion = 0; ///< major * 100 + minor; 0: the project's
-    std::string baseline;        ///< empty: the one that the configuration names
+    std::vector<std::string> presets; ///< of names that HTML does not know
+    std::int32_t phpVersion = 0;      ///< major * 100 + minor; 0: the project's
+    std::string baseline;             ///< empty: the one that the configuration names
     bool generateBaseline = false;
     bool stdio = true;      ///< the only way to talk to a language server
     bool changed = false;   ///< only what git says has changed

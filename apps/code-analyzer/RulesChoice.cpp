@@ -3,6 +3,7 @@
 #include "Base/Exception.h"
 #include "Commands.h"
 #include "Configuration/Configuration.h"
+#include "Configuration/NamePresets.h"
 #include "Files/FileIO.h"
 #include "Files/FilePath.h"
 #include "Report/Printable.h"
@@ -25,6 +26,7 @@ TProjectRules RulesFor(const SOptions& options)
     }
     all.noGrammar = options.noGrammar;
     all.noMarkup = options.noMarkup;
+    all.presets = options.presets;
     if (options.generateBaseline) {
         all.baseline.emplace();
     } else if (!options.baseline.empty()) {
@@ -62,7 +64,8 @@ int RunInit(const SOptions& options)
         return ExitFailed;
     }
     try {
-        Host::WriteFileBytes(file, Configuration::InitialConfiguration());
+        const auto presets = Configuration::DetectNamePresets(Host::AbsolutePath(folder));
+        Host::WriteFileBytes(file, Configuration::InitialConfiguration(presets));
     } catch (const Base::CWorkError& fault) {
         PrintProblem(file, std::string("cannot be written: ") + fault.what());
         return ExitFailed;

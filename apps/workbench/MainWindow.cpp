@@ -324,7 +324,8 @@ void CMainWindow::ApplyChoices(const SChoices& choices)
     QApplication::setPalette(MakePalette(choices.appearance, SystemPalette()));
     m_area->ApplyChoices(choices);
     m_errorList->SetColumnWidths(choices.columnWidths);
-    if (m_plugin && choices.checksMarkup != old.checksMarkup) {
+    m_project->TakeNames();
+    if (m_plugin && (choices.checksMarkup != old.checksMarkup || choices.presets != old.presets)) {
         m_plugin->ProjectCheck().SetComplete(choices.checksMarkup);
         m_project->Refresh();
     }

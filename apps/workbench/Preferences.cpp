@@ -34,6 +34,7 @@ SChoices CPreferences::GetChoices() const
     choices.markup = store.value("Workbench/markup", choices.markup).toBool();
     choices.customTags = SplitNames(store.value("CustomNames/tags").toStringList().join(' '));
     choices.customAttributes = SplitNames(store.value("CustomNames/attributes").toStringList().join(' '));
+    choices.presets = SplitNames(store.value("Workbench/presets").toStringList().join(' '));
     choices.checksMarkup = store.value("Workbench/checksMarkup", choices.checksMarkup).toBool();
     choices.columnWidths = GetColumnWidths();
     return choices;
@@ -50,6 +51,7 @@ void CPreferences::SetChoices(const SChoices& choices)
     store.setValue("Workbench/checksMarkup", choices.checksMarkup);
     store.setValue("CustomNames/tags", choices.customTags.join(' '));
     store.setValue("CustomNames/attributes", choices.customAttributes.join(' '));
+    store.setValue("Workbench/presets", choices.presets.join(' '));
     SetColumnWidths(choices.columnWidths);
     store.sync();
 }

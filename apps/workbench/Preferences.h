@@ -23,6 +23,7 @@ struct SChoices
     bool markup = true;  ///< check HTML and CSS beyond their names
     QStringList customTags;
     QStringList customAttributes;
+    QStringList presets;           ///< of names that HTML does not know
     bool checksMarkup = true;      ///< the HTML and CSS of a project's files too
     std::vector<int> columnWidths; ///< of the errors bar, pixels; empty: the bar's own
 

@@ -3,8 +3,10 @@
 #include "Application/Application.h"
 #include "Application/ParserComponent.h"
 #include "Application/PluginLoader.h"
+#include "Base/CommonString.h"
 #include "Base/Exception.h"
 #include "CheckControl.h"
+#include "Configuration/NamePresets.h"
 #include "DocumentArea.h"
 #include "ErrorWatch.h"
 #include "FileTree.h"
@@ -21,6 +23,27 @@
 
 namespace Kesh::Workbench {
 
+namespace {
+
+/// Single names are the validator's own business, which knows no patterns.
+void AddPatterns(const QStringList& names, std::vector<std::wstring>& all)
+{
+    for (const QString& name : names)
+        if (name.contains('*'))
+            all.push_back(Base::CCommonString::LowerCaseFast(name.toStdWString()));
+}
+
+void AddUsersNames(const SChoices& choices, Configuration::SConfiguration& settings)
+{
+    for (const QString& name : choices.presets)
+        if (const auto* preset = Configuration::FindNamePreset(name.toStdString()))
+            Configuration::AddNamePreset(*preset, settings);
+    AddPatterns(choices.customTags, settings.tags);
+    AddPatterns(choices.customAttributes, settings.attributes);
+}
+
+} // namespace
+
 CProjectSession::CProjectSession(const SParts& parts) : m_parts(parts)
 {
     connect(&m_opener, &CProjectOpener::listed, this, &CProjectSession::OnListed);
@@ -34,13 +57,15 @@ void CProjectSession::SetPlugin(Host::CPlugin* plugin, CErrorWatch* watch)
     m_watch = watch;
     if (!plugin)
         return;
-    UseRules(m_rules, m_parts.application.Project().GetFolder());
+    TakeNames();
 }
 
 void CProjectSession::UseRules(TProjectRules rules, const std::wstring& folder)
 {
     Host::CApplication& application = m_parts.application;
-    SyntaxParser::SOwnNames names = Findings::OwnNamesOf(rules->For(folder + L'/')->settings);
+    Configuration::SConfiguration settings = rules->For(folder + L'/')->settings;
+    AddUsersNames(m_parts.preferences.GetChoices(), settings);
+    SyntaxParser::SOwnNames names = Findings::OwnNamesOf(settings);
     // Open documents keep the names that they were opened with.
     const bool hasOtherNames = names != m_names;
     m_names = std::move(names);
@@ -124,6 +149,11 @@ void CProjectSession::Refresh()
 {
     if (const std::wstring& folder = m_parts.application.Project().GetFolder(); !folder.empty())
         m_opener.Start(folder);
+}
+
+void CProjectSession::TakeNames()
+{
+    UseRules(m_rules, m_parts.application.Project().GetFolder());
 }
 
 SSession CProjectSession::GetOpen() const

@@ -52,6 +52,8 @@ public:
     bool Close();
     /// Looks for the files of the open project anew, and at its settings.
     void Refresh();
+    /// The user has chosen other names that the HTML check accepts.
+    void TakeNames();
     /// The end of a search for files.
     void Cancel() { m_opener.Cancel(); }
     /// The project has been closed.
@@ -79,7 +81,7 @@ private:
     CErrorWatch* m_watch = nullptr;
     CProjectOpener m_opener;
     TProjectRules m_rules = Findings::CProjectRules::None();
-    SyntaxParser::SOwnNames m_names; ///< those of the project
+    SyntaxParser::SOwnNames m_names; ///< those of the project and the user
 };
 
 } // namespace Kesh::Workbench

@@ -1,11 +1,13 @@
 #include "SettingsDialog.h"
 
+#include "Configuration/NamePresets.h"
 #include "Texts.h"
 
 #include <QCheckBox>
 #include <QComboBox>
 #include <QDialogButtonBox>
 #include <QFormLayout>
+#include <QGridLayout>
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QPlainTextEdit>
@@ -24,7 +26,7 @@ QPlainTextEdit* MakeNameEdit(const QStringList& names, const char* objectName)
     auto* edit = new QPlainTextEdit(names.join(QStringLiteral(" ")));
     edit->setObjectName(QLatin1String(objectName));
     edit->setTabChangesFocus(true);
-    edit->setMaximumHeight(edit->fontMetrics().height() * 4);
+    edit->setMaximumHeight(edit->fontMetrics().height() * 2);
     return edit;
 }
 
@@ -88,12 +90,13 @@ CSettingsDialog::CSettingsDialog(const SChoices& choices, const std::vector<SLan
     form->addRow(QString(), m_markup);
     m_checksMarkup->setChecked(choices.checksMarkup);
     form->addRow(QString(), m_checksMarkup);
+    form->addRow(Tr("Names of frameworks:"), MakePresets(choices.presets));
     form->addRow(Tr("Your own HTML &tags:"), m_tags);
     form->addRow(Tr("Your own HTML attri&butes:"), m_attributes);
     form->addRow(QString(),
                  MakeNote("Names that the HTML check accepts besides the standard ones, with blanks "
-                          "between them. A change restarts the code validator, which then checks "
-                          "the project anew."));
+                          "between them; * stands for any characters: x:*. A change restarts the code "
+                          "validator, which then checks the project anew."));
     auto* widthsTitle = new QLabel(Tr("&Columns of the error list:"));
     widthsTitle->setBuddy(m_widths.front());
     form->addRow(widthsTitle, widths);
@@ -103,6 +106,23 @@ CSettingsDialog::CSettingsDialog(const SChoices& choices, const std::vector<SLan
     connect(buttons, &QDialogButtonBox::accepted, this, &QDialog::accept);
     connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
     form->addRow(buttons);
+}
+
+QLayout* CSettingsDialog::MakePresets(const QStringList& chosen)
+{
+    constexpr int Columns = 6;
+    auto* grid = new QGridLayout;
+    grid->setVerticalSpacing(0);
+    for (const Configuration::SNamePreset& preset : Configuration::NamePresets()) {
+        const QString name = QString::fromUtf8(preset.name.data(), static_cast<int>(preset.name.size()));
+        auto* box = new QCheckBox(name);
+        box->setObjectName(QStringLiteral("preset ") + name);
+        box->setChecked(chosen.contains(name));
+        const int number = static_cast<int>(m_presets.size());
+        grid->addWidget(box, number / Columns, number % Columns);
+        m_presets.push_back(box);
+    }
+    return grid;
 }
 
 SChoices CSettingsDialog::GetChoices() const
@@ -116,6 +136,9 @@ SChoices CSettingsDialog::GetChoices() const
     choices.checksMarkup = m_checksMarkup->isChecked();
     choices.customTags = SplitNames(m_tags->toPlainText());
     choices.customAttributes = SplitNames(m_attributes->toPlainText());
+    for (const QCheckBox* preset : m_presets)
+        if (preset->isChecked())
+            choices.presets.append(preset->text());
     for (const QSpinBox* width : m_widths)
         choices.columnWidths.push_back(width->value());
     return choices;

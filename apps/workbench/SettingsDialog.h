@@ -8,6 +8,7 @@
 
 class QCheckBox;
 class QComboBox;
+class QLayout;
 class QPlainTextEdit;
 class QSpinBox;
 
@@ -25,12 +26,15 @@ public:
     SChoices GetChoices() const;
 
 private:
+    QLayout* MakePresets(const QStringList& chosen);
+
     QComboBox* m_language;
     QComboBox* m_appearance;
     QSpinBox* m_fontSize;
     QCheckBox* m_grammar;
     QCheckBox* m_markup;
     QCheckBox* m_checksMarkup;
+    std::vector<QCheckBox*> m_presets;
     QPlainTextEdit* m_tags;
     QPlainTextEdit* m_attributes;
     std::vector<QSpinBox*> m_widths;

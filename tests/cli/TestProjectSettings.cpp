@@ -49,6 +49,8 @@ TEST_F(Settings, EachKeyDoesWhatItSays)
          {a, "./t/b.php:2 901 error"}},
         {R"({"exclude": ["*.php"], "ownNames": {"tags": ["XY"], "attributes": ["zoo"], "properties": ["-own"]}})",
          {c[1], d[1]}},
+        {R"({"exclude": ["*.php"], "ownNames": {"tags": ["X*"], "attributes": ["z*o"], "properties": ["-*", "colr*r"]}})",
+         {c[1], d[1]}},
         {"// with comments\n{ /* here */ \"exclude\": [\"**/*.html\", \"**/*.css\", \"gen\", \"b.php\"] }",
          {a}},
     };
@@ -217,6 +219,9 @@ TEST_F(Settings, FaultsAreShownWithTheirLine)
         {"{\n\"phpVersion\": \"4.4\"}", "code-analyzer.json:2: \"phpVersion\": \"4.4\" is no version"},
         {"{\"exclude\": \"a\"}", "code-analyzer.json:1: \"exclude\" must be an array"},
         {"{\"baseline\": \"\"}", "code-analyzer.json:1: \"baseline\" must name a file"},
+        {"{\n\"presets\": [\"vue\", \"Vue\"]}",
+         "code-analyzer.json:2: \"presets\": \"Vue\" is no preset; those known are alpine, angular, "},
+        {"{\"presets\": \"vue\"}", "code-analyzer.json:1: \"presets\" must be an array"},
         {"{\"grammar\": 1}", "code-analyzer.json:1: \"grammar\" must be true or false"},
         {"{\"overrides\": [{\"codes\": {}}]}",
          "code-analyzer.json:1: an entry of \"overrides\" needs \"paths\""},
@@ -312,6 +317,99 @@ TEST_F(Settings, InitWritesAFileThatIsUnderstoodAndKeepsOneThatIsThere)
     const SResult again = Run({"init"});
     EXPECT_EQ(again.exit, 2);
     EXPECT_THAT(again.err, HasSubstr("is there already"));
+}
+
+TEST_F(Settings, PresetsKnowTheNamesOfTheirFrameworks)
+{
+    // With each preset the first text passes, and the second is still unknown.
+    struct SCase
+    {
+        const char* preset;
+        const char* known;
+        const char* unknown;
+    };
+    const SCase cases[] = {
+        {"alpine", "<p x-data='{}' X-On:click.prevent='a' @click='b' :class='c' x-transition.opacity>",
+         "<p x-dta='{}'>"},
+        {"angular",
+         "<input *ngIf='a' [(ngModel)]='b' (click)='c' [class.x]='d' #ref i18n-title formControlName='e'>",
+         "<p ngfi='a'>"},
+        {"angularjs", "<p ng-repeat='a in b' ng:click='c'>", "<p @click='a'>"},
+        {"blade", "<x-slot:title :a='b' @class='c' {{ $attributes }}>", "<p wire:click='a'>"},
+        {"fluid", "<f:if condition='a'><v:b.c d='e'>", "<p f-if='a'>"},
+        {"htmx", "<p hx-get='/a' hx-on:click='b' hx-on--after='c' hx-swap='d' sse-connect='e'>",
+         "<p hx-got='/a'>"},
+        {"hyperscript", "<p _='on click toggle .a'>", "<p __='a'>"},
+        {"latte", "<p n:if='$a' n:class='b'>", "<p m:if='$a'>"},
+        {"lit", "<input @input='a' .value='b' ?disabled='c'>", "<p :a='b'>"},
+        {"livewire", "<livewire:counter><p wire:click.prevent='a' wire:model='b'>", "<p wired:a='b'>"},
+        {"rdfa", "<p property='a' typeof='b' vocab='c'>", "<p typof='b'>"},
+        {"stimulus", "<p data-a-target='b'>", "<p dato-a='b'>"},
+        {"svelte", "<svelte:head><p on:click='a' bind:value='b' {c}>", "<p v-if='a'>"},
+        {"tal", "<tal:block><p tal:repeat='a b' metal:use-macro='c' i18n:translate='d'>", "<p tale:a='b'>"},
+        {"twig", "<twig:Alert :a='b'>", "<p @a='b'>"},
+        {"unpoly", "<p up-target='a'>", "<p upp-target='a'>"},
+        {"vue", "<transition><p v-if='a' @click.once='b' :class='c' #default='d' v-focus>",
+         "<p (click)='a'>"},
+    };
+    for (const SCase& test : cases) {
+        SCOPED_TRACE(test.preset);
+        const QStringList option{
+            "--no-config", "--no-markup", "--stdin-path", "a.html", "--preset", test.preset, "-"};
+        EXPECT_THAT(Brief(RunJson(option, AnyExit, test.known)), IsEmpty());
+        EXPECT_EQ(RunJson(option, AnyExit, test.unknown).size(), 1u);
+        m_folder.Write(L"code-analyzer.json", std::string(R"({"presets": [")") + test.preset + "\"]}");
+        m_folder.Write(L"a.html", test.known);
+        m_folder.Write(L"b.html", test.unknown);
+        EXPECT_THAT(Brief(RunJson({"."}, AnyExit)), ElementsAre("./b.html:1 2002 error"));
+    }
+    // Several at once, and beside what the settings name.
+    const std::string both = "<p v-if='a' hx-get='b' wire:click='c'>";
+    EXPECT_EQ(RunJson({"--stdin-path", "a.html", "-"}, AnyExit, both).size(), 2u) << "vue, of the settings";
+    EXPECT_THAT(RunJson({"--preset", "htmx", "--preset", "livewire", "--stdin-path", "a.html", "-"}, 0, both),
+                IsEmpty());
+    EXPECT_THAT(Run({"project", "--preset", "htmx", "."}).out, HasSubstr("1 error and"));
+    const SResult wrong = Run({"check", "--preset", "vu", "a.html"});
+    EXPECT_EQ(wrong.exit, 2);
+    EXPECT_THAT(wrong.err,
+                HasSubstr("\"vu\" is no preset; those known are alpine, angular, angularjs, blade"));
+}
+
+TEST_F(Settings, NamesOfBrowsersAreTheirs)
+{
+    m_folder.Write(L"a.css",
+                   "a { -o-animation: b; -MOZ-font-smoothing: c; -ms-zz: 1; mso-list: d; -khtml-x: e }\n"
+                   "a { -webkit-transtion: none 0s }\na { -foo-bar: 1 }\na { -o: 1 }\n");
+    EXPECT_THAT(Brief(RunJson({"a.css"}, AnyExit)),
+                ElementsAre("a.css:2 2502 error", "a.css:3 2502 error", "a.css:4 2502 error"));
+    EXPECT_EQ(RunJson({"--no-markup", "a.css"}, AnyExit).size(), 8u);
+}
+
+TEST_F(Settings, InitProposesThePresetsThatTheFolderAsksFor)
+{
+    struct SCase
+    {
+        const char* package;
+        const char* composer;
+        const char* line;
+    };
+    const SCase cases[] = {
+        {"", "", "\n  // \"presets\": [\"vue\"],\n"},
+        {R"({"dependencies": {"vue": "^3", "angular-like": "1"}, "devDependencies": {"@alpinejs/mask": "3"}})",
+         R"({"require": {"livewire/livewire": "*"}, "require-dev": {"latte/latte": "1"}})",
+         "\n  \"presets\": [\"alpine\", \"latte\", \"livewire\", \"vue\"],\n"},
+        {"{\"dependencies\": {\"vue\"", "[1]", "\n  // \"presets\": [\"vue\"],\n"},
+        {R"({"dependencies": ["vue"]})", R"({"require": "latte/latte"})", "\n  // \"presets\": [\"vue\"],\n"},
+    };
+    for (const SCase& test : cases) {
+        SCOPED_TRACE(test.package);
+        m_folder.Write(L"package.json", test.package);
+        m_folder.Write(L"composer.json", test.composer);
+        ASSERT_EQ(Run({"init"}).exit, 0);
+        EXPECT_THAT(Kesh::Host::ReadFileBytes(m_folder.Path(L"code-analyzer.json")), HasSubstr(test.line));
+        EXPECT_EQ(Run({"check", "."}).exit, 0);
+        ASSERT_TRUE(QFile::remove(QString::fromStdWString(m_folder.Path(L"code-analyzer.json"))));
+    }
 }
 
 TEST_F(Settings, CommentsIgnore)

@@ -83,6 +83,19 @@ test('changed settings are never answered by what was found under the old ones',
   assert.notEqual(codes[0], codes[1])
   for (const [i, code] of codes.entries()) assert.equal(code, codes[i % 2])
 
+  const page = folder.uri('page.html')
+  await client.open(page, '<x:y a-b @click="c"></x:y><p v-if="d"></p>\n', 'html')
+  for (const [text, expected] of [
+    ['{ "markup": false }', [2001, 2002]],
+    ['{ "markup": false, "ownNames": { "tags": ["x:*"] } }', [2002, 2002, 2002]],
+    ['{ "markup": false, "ownNames": { "tags": ["x:*"], "attributes": ["*-*"] } }', [2002]],
+    ['{ "markup": false, "ownNames": { "tags": ["x:*"], "attributes": ["a-b"] }, "presets": ["vue"] }', []],
+  ]) {
+    folder.write('code-analyzer.json', text)
+    await client.changedFiles(folder.uri('code-analyzer.json'))
+    assert.deepEqual((await ask(page)).items.map(({ code }) => code), expected, text)
+  }
+
   const before = client.refreshes
   folder.write('code-analyzer.json', `{ "codes": { "${codes[1].split(',')[0]}": "off" } }`)
   await client.changedFiles(folder.uri('code-analyzer.json'))

@@ -460,6 +460,24 @@ TEST_F(Errors, TheUsersOwnNamesAreAcceptedAfterAChange)
     EXPECT_EQ(Window().GetFrame().GetDocks().size(), 1);
 }
 
+TEST_F(Errors, PatternsAndPresetsOfNamesAreAcceptedAfterAChange)
+{
+    Open(m_folder.Write(L"page.html", "<p mine-a=\"1\" @click=\"2\">x</p>\n"));
+    ASSERT_TRUE(WaitForRows(2));
+    Workbench::SChoices choices = Workbench::CPreferences(*m_settings).GetChoices();
+    choices.customAttributes = QStringList{"Mine-*"};
+    Window().ApplyChoices(choices);
+    EXPECT_TRUE(WaitForRows(1)) << Rows().join('\n').toStdString();
+    choices.presets = QStringList{"vue"};
+    Window().ApplyChoices(choices);
+    EXPECT_TRUE(WaitForRows(0)) << Rows().join('\n').toStdString();
+    EXPECT_EQ(Workbench::CPreferences(*m_settings).GetChoices(), choices);
+    choices.customAttributes.clear();
+    choices.presets.clear();
+    Window().ApplyChoices(choices);
+    EXPECT_TRUE(WaitForRows(2)) << "what was taken away is unknown again";
+}
+
 TEST_F(Errors, EndingEverythingAtAnyMomentOfACheckIsSafe)
 {
     std::string text;
