@@ -17,7 +17,7 @@ std::string PrintTokens(const std::string& utf8)
 {
     const std::wstring text = Base::CCommonString::FromUtf8(utf8);
     CStyleHandler handler(SyntaxParser::EStyleKind::Sheet);
-    PassStyle(text, handler);
+    PassStyle(text, SyntaxParser::FindIslands(text), handler);
     std::string printed;
     std::size_t end = 0;
     for (const SStyleToken& token : handler.tokens) {
