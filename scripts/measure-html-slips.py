@@ -4,14 +4,12 @@
 Makes COUNT slips, one each in a copy of an HTML file below FOLDER, and compares what is reported with what the file
 itself gives: slips found, those told within a line, and records for each."""
 
-import collections
-import json
 import pathlib
 import random
 import re
-import subprocess
 import sys
-import tempfile
+
+from slips import tell
 
 TAG = re.compile(r'<([a-zA-Z][\w-]*)((?:\s+[\w-]+="[^"<>]*")+)\s*/?>')
 VALUES = {"type": ["text", "submit", "hidden", "checkbox", "button"], "method": ["post", "get"], "dir": ["ltr", "rtl"]}
@@ -112,32 +110,7 @@ def make_slips(folder, count, rnd):
 
 
 def main(program, folder, count="200", seed="1"):
-    with tempfile.TemporaryDirectory() as place:
-        slips = list(make_slips(pathlib.Path(folder), int(count), random.Random(int(seed))))
-        for i, (_, text, slip, _) in enumerate(slips):
-            pathlib.Path(place, f"{i}a.html").write_text(text)
-            pathlib.Path(place, f"{i}b.html").write_text(slip)
-        run = subprocess.run([program, "check", "--no-config", "--format", "json", place], capture_output=True, text=True)
-        records = collections.defaultdict(list)
-        for record in json.loads(run.stdout):
-            records[pathlib.Path(record["file"]).name].append((record["code"], record["startLine"]))
-    total, found, near, told = (collections.Counter() for _ in range(4))
-    for i, (kind, _, _, line) in enumerate(slips):
-        before = collections.Counter(code for code, _ in records[f"{i}a.html"])
-        new = []
-        for code, at in records[f"{i}b.html"]:
-            before[code] -= 1
-            if before[code] < 0:
-                new.append((code, at))
-        total[kind] += 1
-        found[kind] += bool(new)
-        near[kind] += any(abs(at - line) <= 1 for _, at in new)
-        told[kind] += len(new)
-    for kind in total:
-        print(f"{kind:12} {total[kind]:4} found {found[kind]:4} near {near[kind]:4} records {told[kind]:4}")
-    everything, hits = sum(total.values()), sum(found.values())
-    print(f"all {everything} found {100 * hits / everything:.1f} % near {100 * sum(near.values()) / hits:.1f} % "
-          f"records a slip {sum(told.values()) / hits:.2f}")
+    tell(program, list(make_slips(pathlib.Path(folder), int(count), random.Random(int(seed)))), ".html")
 
 
 if __name__ == "__main__":

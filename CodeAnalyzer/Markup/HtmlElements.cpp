@@ -31,6 +31,9 @@ constexpr SGroup Groups[] = {
     {ElementAlone, L"a button form"},
     {ElementRoot, L"body html"},
     {ElementPlain, L"br hr img input wbr"},
+    {ElementPhrase,
+     L"a abbr b bdi bdo big button cite code data del dfn em font h1 h2 h3 h4 h5 h6 i ins kbd label legend "
+     L"mark meter output progress q s samp select small span strike strong sub summary sup time tt u var"},
 };
 
 using TFlags = std::unordered_map<std::wstring_view, std::uint32_t>;

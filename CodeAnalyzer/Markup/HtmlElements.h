@@ -18,7 +18,8 @@ enum ENestingFlags : std::uint32_t {
     ElementForeign = 1u << 8,   ///< has rules of its own inside: svg, math
     ElementAlone = 1u << 9,     ///< must not stand in another of its kind
     ElementRoot = 1u << 10,     ///< html and body
-    ElementPlain = 1u << 11     ///< no XML has one of the name with content
+    ElementPlain = 1u << 11,    ///< no XML has one of the name with content
+    ElementPhrase = 1u << 12    ///< a piece of text or one control: nobody closes it in another file
 };
 
 /// The flags of an element; 0 for a name that HTML does not know. `lower` is in lower case.

@@ -75,8 +75,7 @@ void CHtmlNesting::End()
     SVerdict verdict = Judge();
     if (m_report.Places().IsCancelled())
         return;
-    if (IsWhole())
-        AddLeftOver(verdict);
+    AddLeftOver(verdict);
     AddHalves(verdict);
     for (const SNestingFault& fault : verdict.faults)
         Tell(fault);
@@ -139,19 +138,26 @@ bool CHtmlNesting::IsCertain(std::uint32_t tag) const
     return !Event(tag).dynamic && (Event(tag).flags & ElementKnown) != 0;
 }
 
+// Other files may go on with what a part of a document leaves open, but not with a piece of text.
 void CHtmlNesting::AddLeftOver(SVerdict& verdict) const
 {
+    const bool isWhole = IsWhole();
     const auto isRoot = [this](std::uint32_t tag) {
         return *Event(tag).lower == L"html" || *Event(tag).lower == L"body" || *Event(tag).lower == L"head";
     };
     const SLeftOver& left = verdict.scopes.front();
-    if (left.unknown || std::ranges::any_of(left.closed, isRoot))
-        return; // something else has begun the document
+    if (left.unknown || (isWhole && std::ranges::any_of(left.closed, isRoot)))
+        return;                       // something else has begun the document
+    std::set<std::wstring_view> told; // one of each name: the others may be its doubles
+    const auto isSure = [&](std::uint32_t tag) {
+        return IsCertain(tag) && (isWhole || ((Event(tag).flags & ElementPhrase) != 0 &&
+                                              told.insert(*Event(tag).lower).second));
+    };
     for (const std::uint32_t tag : left.open)
-        if (IsCertain(tag))
+        if (isSure(tag))
             verdict.faults.push_back({ENestingFault::Unclosed, NoEvent, tag});
     for (const std::uint32_t tag : left.closed)
-        if (IsCertain(tag))
+        if (isSure(tag))
             verdict.faults.push_back({ENestingFault::Stray, tag});
 }
 
@@ -233,8 +239,10 @@ SMarkupSpan CHtmlNesting::EndPlace(const SNestingFault& fault) const
 {
     const SMarkupSpan start = Event(fault.other).span;
     const std::wstring_view text = m_report.Places().Written();
-    const std::size_t line = std::min(text.find(L'\n', start.end), text.size());
-    const std::size_t last = text.substr(0, line).find_last_not_of(L" \t\r") + 1;
+    constexpr std::size_t LongestLine = 4096;
+    const std::wstring_view line = text.substr(start.end, LongestLine);
+    const std::size_t last =
+        text.substr(0, start.end + std::min(line.find(L'\n'), line.size())).find_last_not_of(L" \t\r") + 1;
     const bool isOther = fault.at == NoEvent || fault.at == fault.other;
     const bool isWritten = m_report.Places().Text()[last - 1] != SyntaxParser::MarkupIsland;
     if (last > start.end && isWritten && (isOther || last <= Event(fault.at).span.begin))

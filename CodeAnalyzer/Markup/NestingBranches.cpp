@@ -70,6 +70,7 @@ void CNestingJudge::BeginSequence(bool isScope)
     SSequence sequence;
     sequence.isScope = isScope;
     sequence.foreign = !isScope && IsForeign();
+    sequence.inLoop = !isScope && (Here().inLoop || m_statements.back().branching == EBranching::Loop);
     sequence.scope = isScope ? static_cast<std::uint32_t>(m_verdict.scopes.size()) : Here().scope;
     if (isScope)
         m_verdict.scopes.emplace_back();
@@ -79,15 +80,23 @@ void CNestingJudge::BeginSequence(bool isScope)
 void CNestingJudge::EndBranch()
 {
     SEffect effect = std::move(Here().effect);
+    const bool inLoop = Here().inLoop;
     m_sequences.pop_back();
     if (effect.opens.size() + effect.closes.size() > MostItems || DepthOf(effect.opens) >= MostConditionals)
-        effect = {.closes = {}, .opens = {}, .unknown = true, .exits = effect.exits, .printsUnknown = true};
+        effect = {.closes = {},
+                  .opens = {},
+                  .unknown = true,
+                  .exits = effect.exits,
+                  .printsUnknown = true,
+                  .callsUnknown = true};
+    SettleCloses(effect, inLoop);
     m_statements.back().branches.push_back(std::move(effect));
 }
 
 // A tag that cannot be followed puts all that is open around it in doubt.
 void CNestingJudge::MakeUnknown()
 {
+
     for (std::size_t i = m_sequences.size(); i-- > 0;) {
         m_sequences[i].effect.unknown = true;
         m_sequences[i].effect.opens.clear();
@@ -107,7 +116,8 @@ void CNestingJudge::EndStatement()
             return;
         }
     if (std::ranges::any_of(statement.branches, [](const SEffect& branch) { return branch.printsUnknown; }))
-        OnUnknown();
+        OnUnknown(std::ranges::any_of(statement.branches,
+                                      [](const SEffect& branch) { return branch.callsUnknown; }));
     if (statement.branching == EBranching::Loop)
         EndLoop(statement);
     else

@@ -2,6 +2,7 @@
 
 #include "Base/CommonString.h"
 #include "Markup/HtmlElements.h"
+#include "Markup/PhpBetweenTags.h"
 
 #include <algorithm>
 #include <array>
@@ -28,46 +29,43 @@ bool IsNameCharacter(wchar_t c)
            c > 0x7F;
 }
 
-/// Whether something is called there that is no part of the language, or printed.
-bool MayPrint(std::wstring_view php)
-{
-    static constexpr std::array<std::wstring_view, 16> Words = {
-        L"if",    L"elseif", L"foreach", L"for",     L"while", L"switch",   L"isset",    L"empty",
-        L"array", L"list",   L"count",   L"declare", L"catch", L"in_array", L"function", L"strlen"};
-    if (php.find(L"<?=") != std::wstring_view::npos || php.find(L"echo") != std::wstring_view::npos ||
-        php.find(L"print") != std::wstring_view::npos || php.find(L"include") != std::wstring_view::npos ||
-        php.find(L"require") != std::wstring_view::npos)
-        return true;
-    for (std::size_t i = php.find(L'('); i != std::wstring_view::npos; i = php.find(L'(', i + 1)) {
-        std::size_t end = i;
-        while (end > 0 && IsBlank(php[end - 1]))
-            --end;
-        std::size_t begin = end;
-        while (begin > 0 && IsNameCharacter(php[begin - 1]))
-            --begin;
-        const std::wstring_view name = php.substr(begin, end - begin);
-        if (!name.empty() && std::ranges::find(Words, name) == Words.end())
-            return true;
-    }
-    return false;
-}
-
 /// Whether a tag at `begin` is a string of a script that is printed without its own tags.
 bool IsCode(std::wstring_view text, std::size_t begin)
 {
     return begin >= 2 && (text[begin - 1] == L'\'' || text[begin - 1] == L'"') && text[begin - 2] == L'(';
 }
 
-/// Whether something that looks like a tag stands among the attributes, or is cut off in the value of one.
-bool HoldsTag(const SHtmlToken& token, const SyntaxParser::IMarkupPlaces& places)
+/// The name of what looks like a tag among the attributes, or is cut off in the value of one; empty: there is
+/// none.
+std::wstring_view HeldTag(const SHtmlToken& token, const SyntaxParser::IMarkupPlaces& places)
 {
-    return std::ranges::any_of(token.attributes, [&](const SyntaxParser::SHtmlAttribute& attribute) {
-        const std::wstring_view value = places.Text(attribute.value);
-        const std::size_t tag = value.rfind(L'<');
-        return places.Text(attribute.name).find(L'<') != std::wstring_view::npos ||
-               (tag != std::wstring_view::npos && tag + 1 < value.size() && IsNameCharacter(value[tag + 1]) &&
-                value.find(L'>', tag) == std::wstring_view::npos);
-    });
+    for (const SyntaxParser::SHtmlAttribute& attribute : token.attributes) {
+        for (const std::wstring_view text : {places.Text(attribute.name), places.Text(attribute.value)}) {
+            const std::size_t tag = text.rfind(L'<');
+            const bool isName = text.data() == places.Text(attribute.name).data();
+            if (tag == std::wstring_view::npos ||
+                (!isName && (tag + 1 == text.size() || !IsNameCharacter(text[tag + 1]) ||
+                             text.find(L'>', tag) != std::wstring_view::npos)))
+                continue;
+            std::size_t end = tag + 1;
+            while (end < text.size() && IsNameCharacter(text[end]))
+                ++end;
+            return text.substr(tag, end - tag);
+        }
+    }
+    return {};
+}
+
+/// Whether it does not matter that the end of a start tag is printed, and so cannot be told from the next
+/// one.
+bool IsEasy(const SHtmlToken& token, std::wstring_view held, const SyntaxParser::IMarkupPlaces& places)
+{
+    const auto isEasy = [](std::wstring_view name) {
+        return (ElementFlags(Base::CCommonString::LowerCaseFast(name)) &
+                (ElementVoid | ElementOptionalEnd)) != 0;
+    };
+    return token.kind == EHtmlTokenKind::StartTag && isEasy(places.Text(token.name)) &&
+           (held.empty() ? token.unfinished : isEasy(held.substr(1)));
 }
 
 } // namespace
@@ -86,10 +84,13 @@ void CNestingEvents::Add(const SHtmlToken& token)
 {
     if (token.kind == EHtmlTokenKind::Island) {
         TakeMarksUpTo(token.span.begin);
-        if (MayPrint(m_places->Written().substr(token.span.begin, token.span.end - token.span.begin))) {
+        const SPrinting printing =
+            WhatPrints(m_places->Written().substr(token.span.begin, token.span.end - token.span.begin));
+        if (printing.prints) {
             SNestingEvent event;
-            event.kind = SNestingEvent::Unknown;
+            event.kind = printing.torn ? SNestingEvent::Torn : SNestingEvent::Unknown;
             event.span = token.span;
+            event.calls = printing.calls;
             m_events.push_back(event);
         }
     } else if (token.kind == EHtmlTokenKind::StartTag || token.kind == EHtmlTokenKind::EndTag) {
@@ -115,9 +116,10 @@ void CNestingEvents::AddTag(const SHtmlToken& token)
     SNestingEvent event;
     event.kind = SNestingEvent::Open;
     event.span = token.span;
-    if (!TakeInside(token.span) || token.unfinished || HoldsTag(token, *m_places) ||
-        IsCode(m_places->Text(), token.span.begin)) {
-        event.kind = SNestingEvent::Torn;
+    const bool isWhole = TakeInside(token.span);
+    const std::wstring_view held = HeldTag(token, *m_places);
+    if (!isWhole || token.unfinished || !held.empty() || IsCode(m_places->Text(), token.span.begin)) {
+        event.kind = isWhole && IsEasy(token, held, *m_places) ? SNestingEvent::Unknown : SNestingEvent::Torn;
         m_events.push_back(event);
         return;
     }

@@ -30,6 +30,7 @@ struct SNestingEvent
     bool selfClosing = false;
     bool xmlish = false;            ///< of an end tag: its start tag, just before, has no attributes
     bool dynamic = false;           ///< PHP makes the name, or a part of it
+    bool calls = false;             ///< of Unknown: more is done than to print values
     std::int32_t indent = NoIndent; ///< the column, of what comes first on its line
     std::uint32_t flags = 0;        ///< of the element
     std::uint32_t mark = 0;         ///< of Flow: which one

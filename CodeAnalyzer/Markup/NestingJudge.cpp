@@ -33,7 +33,7 @@ SVerdict CNestingJudge::Judge()
         case SNestingEvent::Close: OnClose(i); break;
         case SNestingEvent::Text: CheckTable(i); break;
         case SNestingEvent::Torn: MakeUnknown(); break;
-        case SNestingEvent::Unknown: OnUnknown(); break;
+        case SNestingEvent::Unknown: OnUnknown(all[i].calls); break;
         case SNestingEvent::Flow: OnFlow(m_events.Flow().marks[all[i].mark]); break;
         }
     }
@@ -54,6 +54,9 @@ void CNestingJudge::EndScopeOf(SSequence& sequence)
     left.closed = std::move(sequence.effect.closes);
     for (const SOpenItem& item : sequence.effect.opens) {
         left.unknown = left.unknown || !item.IsElement();
+        if (!item.IsElement() && !sequence.effect.unknown)
+            for (const TOpen& branch : item.conditional->branches)
+                LeavePhrase(branch);
         if (item.IsElement() && !IsOptional(item) && item.stray < 0)
             left.open.push_back(item.event);
     }
@@ -219,15 +222,17 @@ void CNestingJudge::CheckTwice(std::uint32_t event)
 }
 
 // What is printed may hold elements whose end tags may be left out, or are written.
-void CNestingJudge::OnUnknown()
+void CNestingJudge::OnUnknown(bool calls)
 {
     TOpen& open = Open();
     for (std::size_t i = open.size(); i-- > 0;) {
         open[i].printsUnknown = true;
+        open[i].callsUnknown = open[i].callsUnknown || calls;
         if (!IsOptional(open[i]))
             return;
     }
     Here().effect.printsUnknown = true;
+    Here().effect.callsUnknown = Here().effect.callsUnknown || calls;
 }
 
 void CNestingJudge::OnClose(std::uint32_t event)

@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <map>
 #include <span>
+#include <unordered_set>
 #include <vector>
 
 namespace Kesh::CodeAnalyzer {
@@ -82,6 +83,7 @@ private:
         bool isScope = false;
         std::uint32_t scope = 0;
         bool foreign = false; ///< begins in svg or math
+        bool inLoop = false;  ///< whose next turn may end what this one begins
     };
     struct SStatement
     {
@@ -112,7 +114,7 @@ private:
     void CheckTwice(std::uint32_t event);
     void Indent(std::uint32_t event);
 
-    void OnUnknown();
+    void OnUnknown(bool calls);
     void OnClose(std::uint32_t event);
     bool CloseKnown(std::uint32_t event);
     void CloseUnknown(std::uint32_t event);
@@ -125,6 +127,12 @@ private:
     void OnFlow(const SFlowMark& mark);
     void BeginSequence(bool isScope);
     void EndBranch();
+    void LeavePhrase(const TOpen& branch);
+    bool IsLeftSomewhere(const std::wstring* name);
+    void SettleCloses(SEffect& branch, bool inLoop);
+    bool IsOpenIn(const TOpen& open, std::uint32_t close, std::size_t& reach) const;
+    bool IsOpenAround(std::uint32_t close) const;
+    const SOpenItem* NextAround() const;
     void EndStatement();
     void EndLoop(SStatement& statement);
     void Apply(SEffect effect);
@@ -145,7 +153,9 @@ private:
     std::vector<SIndentBudget> m_budgets; ///< by scopes; may be fewer
     std::vector<SSequence> m_sequences;
     std::vector<SStatement> m_statements;
-    std::map<std::wstring, std::uint32_t> m_once; ///< html, head and body, as they have come
+    std::map<std::wstring, std::uint32_t> m_once;   ///< html, head and body, as they have come
+    std::unordered_set<const std::wstring*> m_left; ///< names that branches leave open; made on demand
+    bool m_hasLeft = false;
     SVerdict m_verdict;
 };
 

@@ -19,6 +19,7 @@ struct SOpenItem
     std::uint32_t blockInside = NoEvent; ///< of a paragraph: the block that has ended it
     std::int32_t stray = -1;             ///< the finding of an end tag that fits nothing, inside of it
     bool printsUnknown = false;          ///< something in it is not known
+    bool callsUnknown = false;           ///< which may be more than a value
     bool contentTold = false;            ///< of what is wrong in it, or may be, nothing more is to be said
     bool assumed = false;                ///< that a branch without it is never taken
     bool indented = false;               ///< something inside is further indented
@@ -53,6 +54,7 @@ struct SEffect
     bool unknown = false;              ///< it cannot be told
     bool exits = false;                ///< what follows it is not reached
     bool printsUnknown = false;        ///< between the tags, nobody knows what
+    bool callsUnknown = false;         ///< which may be more than a value
 };
 
 } // namespace Kesh::CodeAnalyzer
