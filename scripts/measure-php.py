@@ -60,7 +60,7 @@ class Php:
 
 def ours(checker, folder, version):
     """The errors of each file, as (line, code, message)."""
-    run = subprocess.run([checker, 'check', '--php-version', version, '--format', 'json', '--jobs', '2', '--quiet',
+    run = subprocess.run([checker, 'check', '--php-version', version, '--no-markup', '--format', 'json', '--jobs', '2', '--quiet',
                           '--include', '*.php', folder], capture_output=True, text=True)
     found = {}
     for record in json.loads(run.stdout):

@@ -54,11 +54,24 @@ void CGrammarRecovery::OnLexicalError(std::uint32_t token)
 
 void CGrammarRecovery::Resolve(std::unique_ptr<SGrammarParse>& parse, std::uint32_t& next)
 {
+    if (m_stops == 0)
+        parse->rules.Forget(BackFrom(next));
     parse->rules.Distrust();
     if (++m_stops > MostStops)
         m_dead = true;
-    else if (!ResolveByBraces(parse, next))
+    else if (!ResolveByRule(parse, next) && !ResolveByBraces(parse, next))
         ResolveByRepair(parse, next);
+}
+
+// Whether a rule has told of the mistake: a method without a body is followed by one.
+bool CGrammarRecovery::ResolveByRule(std::unique_ptr<SGrammarParse>& parse, std::uint32_t& next)
+{
+    const auto& reports = parse->rules.Reports();
+    const bool isTold = m_tokens[next].kind == K::OpenBrace && next > 0 &&
+                        std::any_of(reports.begin(), reports.end(), [next](const SRuleReport& report) {
+                            return report.code == Code::BodyMissing && report.token == next - 1;
+                        });
+    return isTold && ++m_trials <= MostTrials && TryEdit(parse, next, {next - 1, {}, 1}, next + 1);
 }
 
 // Whether a brace somewhere before is missing or too many, as the indentation tells.
@@ -126,10 +139,18 @@ std::vector<std::uint32_t> OpenIn(const CPhpGrammarParser& parser)
     static const TGrammarSymbol opening[]{GrammarSymbol(K::OpenRound), GrammarSymbol(K::OpenSquare),
                                           GrammarSymbol(K::OpenBrace), GrammarSymbol(K::AttributeStart),
                                           GrammarSymbol(K::CodeBrace), GrammarSymbol(K::DollarBrace)};
+    static const TGrammarSymbol closing[]{GrammarSymbol(K::CloseRound), GrammarSymbol(K::CloseSquare),
+                                          GrammarSymbol(K::CloseBrace)};
     std::vector<std::uint32_t> open;
-    for (std::size_t depth = 0; depth <= parser.Depth(); ++depth)
-        if (std::find(std::begin(opening), std::end(opening), parser.SymbolAt(depth)) != std::end(opening))
+    for (std::size_t depth = 0; depth <= parser.Depth(); ++depth) {
+        const int symbol = parser.SymbolAt(depth);
+        if (std::find(std::begin(opening), std::end(opening), symbol) != std::end(opening))
             open.push_back(parser.TokenAt(depth));
+        // A pair of them stays there until all that it belongs to has come.
+        else if (!open.empty() &&
+                 std::find(std::begin(closing), std::end(closing), symbol) != std::end(closing))
+            open.pop_back();
+    }
     return open;
 }
 

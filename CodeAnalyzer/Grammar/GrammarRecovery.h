@@ -60,6 +60,7 @@ private:
         bool inClass = false;
     };
 
+    bool ResolveByRule(std::unique_ptr<SGrammarParse>& parse, std::uint32_t& next);
     bool ResolveByBraces(std::unique_ptr<SGrammarParse>& parse, std::uint32_t& next);
     bool TryEdit(std::unique_ptr<SGrammarParse>& parse, std::uint32_t& next, const SGrammarEdit& edit,
                  std::uint32_t enough);

@@ -1,6 +1,7 @@
 #include "Grammar/GrammarReporter.h"
 
 #include "Base/CommonString.h"
+#include "Grammar/OpenStrings.h"
 
 #include <algorithm>
 #include <cwchar>
@@ -15,6 +16,7 @@ namespace {
 using K = SyntaxParser::EPhpTokenKind;
 
 constexpr const char* OpenedHere = "It is opened here";
+constexpr const char* TextEndsHere = "The text ends here";
 
 /// The code for a token that is missing, where that does not depend on its place.
 std::int32_t MissingCode(K kind)
@@ -142,10 +144,8 @@ void CGrammarReporter::AddFound(SGrammarDiagnostic& diagnostic, const char* plac
 void CGrammarReporter::ReportRepair(const SGrammarHalt& halt, const SGrammarRepair& repair)
 {
     const std::uint32_t stop = halt.stop;
-    if (EndsLateString(stop)) {
-        Add(Code::StringWithoutEnd, m_tokens.Span(stop - 1));
+    if (ReportLateString(stop) || ReportForHead(halt))
         return;
-    }
     if (EndsNumber(stop)) {
         const SScheme span{m_tokens.Span(stop - 1).start, m_tokens.Span(stop).end};
         Add(Code::BadNumber, span)
@@ -185,16 +185,64 @@ void CGrammarReporter::ReportMistyped(const SGrammarHalt& halt, K kind)
     diagnostic.details.fixes.push_back({EFix::Replace, {{diagnostic.error.pos, text}}});
 }
 
-// Whether the wrong token follows directly on a string of several lines, which then began where one should
-// have ended.
-bool CGrammarReporter::EndsLateString(std::uint32_t stop) const
+// The wrong token follows on a string of several lines, which then began where one should have ended.
+bool CGrammarReporter::ReportLateString(std::uint32_t stop)
 {
-    if (stop == 0)
+    const std::uint32_t opening = FindLateString(m_tokens, stop);
+    if (opening == NoToken)
         return false;
-    const SGrammarToken& before = m_tokens[stop - 1];
-    const bool isString = before.kind == K::String || before.kind == K::BadEscape;
-    return isString && before.text + before.size == m_tokens[stop].text &&
-           before.View().find(L'\n') != std::wstring_view::npos;
+    Add(Code::StringWithoutEnd, m_tokens.Span(opening));
+    return true;
+}
+
+void CGrammarReporter::ReportOpenString(std::uint32_t opening, std::uint32_t end)
+{
+    SGrammarDiagnostic& diagnostic = Add(Code::StringWithoutEnd, m_tokens.Span(opening));
+    const SyntaxParser::CIterator place = m_tokens.Span(end).end;
+    diagnostic.details.related.push_back({{place, place}, TextEndsHere});
+}
+
+// `for` whose parts are told apart by commas, as far as it is plain which ones.
+bool CGrammarReporter::ReportForHead(const SGrammarHalt& halt)
+{
+    if (m_tokens[halt.stop].kind != K::CloseRound || halt.open.empty())
+        return false;
+    const std::uint32_t bracket = halt.open.back();
+    if (bracket == 0 || m_tokens[bracket - 1].kind != K::For)
+        return false;
+    constexpr std::size_t gaps = 2;
+    std::vector<std::uint32_t> commas;
+    std::size_t semicolons = 0;
+    bool compares = false; // behind a comma, in front of any semicolon
+    int depth = 0;
+    for (std::uint32_t i = bracket + 1; i < halt.stop; ++i) {
+        const K kind = m_tokens[i].kind;
+        depth += kind == K::OpenRound || kind == K::OpenSquare || kind == K::OpenBrace;
+        depth -= kind == K::CloseRound || kind == K::CloseSquare || kind == K::CloseBrace;
+        if (depth == 0 && kind == K::Comma)
+            commas.push_back(i);
+        semicolons += depth == 0 && kind == K::Semicolon;
+        const TGrammarSymbol symbol = GrammarSymbol(kind);
+        compares |= !commas.empty() && semicolons == 0 &&
+                    (symbol == GrammarSymbol(K::Less) || symbol == GrammarSymbol(K::Equal));
+    }
+    if (semicolons >= gaps)
+        return false;
+    // What stands before the only semicolon may be several values to begin with.
+    const bool areMeant = semicolons + commas.size() == gaps && (semicolons == 0 || compares);
+    if (!areMeant) {
+        ReportMissing(halt, K::Semicolon);
+        return true;
+    }
+    const std::wstring text(TextOf(K::Semicolon));
+    SGrammarDiagnostic& diagnostic = Add(Code::WrongToken, m_tokens.Span(commas.front()));
+    AddFound(diagnostic, "found", commas.front());
+    diagnostic.details.arguments.push_back({"expected", text});
+    SFix& fix = diagnostic.details.fixes.emplace_back();
+    fix.kind = EFix::Replace;
+    for (const std::uint32_t comma : commas)
+        fix.edits.push_back({m_tokens.Span(comma), text});
+    return true;
 }
 
 // Whether the wrong token is what a number was to go on with.
@@ -323,15 +371,15 @@ std::int32_t CGrammarReporter::OddCode(const SGrammarHalt& halt) const
 void CGrammarReporter::ReportUnrepaired(const SGrammarHalt& halt)
 {
     const std::uint32_t stop = halt.stop;
-    if (EndsLateString(stop)) {
-        Add(Code::StringWithoutEnd, m_tokens.Span(stop - 1));
+    if (ReportLateString(stop) || ReportForHead(halt))
         return;
-    }
     const auto& closers = halt.description.closers;
     const bool closes = !closers.empty() && halt.parser.Accepts(GrammarSymbol(closers.front()));
-    if (stop > 0 && halt.parser.Accepts(GrammarSymbol(K::Semicolon)) && halt.description.leadsLine)
+    const bool isEnd = m_tokens[stop].kind == K::End;
+    if (stop > 0 && halt.parser.Accepts(GrammarSymbol(K::Semicolon)) && halt.description.leadsLine &&
+        !(isEnd && closes))
         ReportMissing(halt, K::Semicolon);
-    else if (stop > 0 && closes && (m_tokens[stop].kind == K::End || closers.front() != K::CloseBrace))
+    else if (stop > 0 && closes && (isEnd || closers.front() != K::CloseBrace))
         ReportMissing(halt, closers.front());
     else
         ReportOdd(halt);
@@ -349,7 +397,41 @@ void CGrammarReporter::ReportLexical(std::uint32_t token)
     case K::BadIndent: code = Code::HeredocIndent; break;
     default: break;
     }
-    AddFound(Add(code, m_tokens.Span(token)), "found", token);
+    // What ends nowhere is told of where it begins.
+    if (code == Code::StringWithoutEnd && m_tokens[token].size == 0) {
+        for (const std::uint32_t opening : OpenStrings(m_tokens, token))
+            if (m_tokens[opening].kind == K::Quote || m_tokens[opening].kind == K::Backtick) {
+                ReportOpenString(opening, token);
+                return;
+            }
+    } else if (code == Code::StringWithoutEnd || code == Code::HeredocWithoutEnd) {
+        ReportOpenString(token, token);
+        m_diagnostics.back().error.code = code;
+        return;
+    }
+    SGrammarDiagnostic& diagnostic = Add(code, m_tokens.Span(token));
+    AddFound(diagnostic, "found", token);
+    if (code == Code::BadCharacter)
+        OfferBraces(diagnostic, token);
+}
+
+// A key in quotes may stand between the brackets of a string's variable only when braces are around all of
+// it.
+void CGrammarReporter::OfferBraces(SGrammarDiagnostic& diagnostic, std::uint32_t token) const
+{
+    const wchar_t* p = m_tokens[token].text;
+    const bool isKey = token > 1 && *p == L'\'' && m_tokens[token - 1].kind == K::OpenSquare &&
+                       m_tokens[token - 1].text + 1 == p && m_tokens[token - 2].kind == K::Variable;
+    if (!isKey)
+        return;
+    const wchar_t* end = p + 1 + std::wcscspn(p + 1, L"'\n");
+    if (*end != L'\'' || end[1] != L']')
+        return;
+    const SScheme variable = m_tokens.Span(token - 2);
+    SScheme whole = variable;
+    const wchar_t* text = m_tokens[token - 2].text;
+    whole.end.x = whole.start.x + (end + 2 - text);
+    diagnostic.details.fixes.push_back({EFix::Replace, {{whole, L'{' + std::wstring(text, end + 2) + L'}'}}});
 }
 
 void CGrammarReporter::AddRuleReports(const std::vector<SRuleReport>& reports)

@@ -61,7 +61,10 @@ private:
     void ReportOdd(const SGrammarHalt& halt);
     std::int32_t OddCode(const SGrammarHalt& halt) const;
     bool EndsNumber(std::uint32_t stop) const;
-    bool EndsLateString(std::uint32_t stop) const;
+    bool ReportLateString(std::uint32_t stop);
+    void ReportOpenString(std::uint32_t opening, std::uint32_t end);
+    bool ReportForHead(const SGrammarHalt& halt);
+    void OfferBraces(SGrammarDiagnostic& diagnostic, std::uint32_t token) const;
     void AddRuleReport(const SRuleReport& report);
     void KeepTheNewestOfEachPlace();
     std::vector<SArgument> ArgumentsOf(const SRuleReport& report, const SPhpFeature& feature) const;

@@ -19,7 +19,7 @@ bool CListRules::CanBeTarget(const SGrammarValue& grouped) const
     case EValue::VariableVariable:
     case EValue::StaticProperty: return true;
     case EValue::Element:
-    case EValue::Property: return !(value.flags & Nullsafe);
+    case EValue::Property: return !(value.flags & Nullsafe) && CTargetRules::Stays(value);
     case EValue::ArrayLiteral:
         if (value.flags & LongArray)
             return false;
@@ -112,11 +112,15 @@ SGrammarValue CListRules::KeyedListElement(const SGrammarValue& key, const SGram
     return KeyedElement(key, list);
 }
 
-SGrammarValue CListRules::NextElement(const SGrammarValue& before, const SGrammarValue& element) const
+// What stands empty is told of at the comma behind it.
+SGrammarValue CListRules::NextElement(const SGrammarValue& before, const SGrammarValue& comma,
+                                      const SGrammarValue& element)
 {
     SGrammarValue all = before;
-    if (before.flags & LastEmpty)
+    if (before.flags & LastEmpty) {
         all.flags = static_cast<std::uint16_t>((all.flags & ~LastEmpty) | Hole);
+        m_scopes.pending.Add(comma.first, Code::HoleInArray);
+    }
     if (!(all.flags & NotConstant) && (element.flags & ConstantFlags))
         all.bad = element.bad;
     if (!(all.flags & NoTarget))
@@ -131,8 +135,6 @@ SGrammarValue CListRules::ArrayValue(const SGrammarValue& first, const SGrammarV
     value.first = first.first;
     value.kind = EValue::ArrayLiteral;
     value.flags = elements.flags & (ConstantFlags | ElementFlags);
-    if (elements.flags & Hole)
-        m_scopes.pending.Add(first.first, Code::HoleInArray);
     return value;
 }
 
@@ -141,6 +143,8 @@ SGrammarValue CListRules::ListValue(const SGrammarValue& first, const SGrammarVa
     SGrammarValue value = elements;
     value.first = first.first;
     value.kind = EValue::ListLiteral;
+    if (elements.flags & Hole)
+        m_scopes.pending.Drop(first.first + 1, NoToken);
     value.flags = elements.flags & (ConstantFlags | ElementFlags);
     return value;
 }

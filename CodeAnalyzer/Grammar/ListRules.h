@@ -21,7 +21,8 @@ public:
     SGrammarValue SpreadElement(const SGrammarValue& dots, const SGrammarValue& value);
     SGrammarValue ListElement(const SGrammarValue& list);
     SGrammarValue KeyedListElement(const SGrammarValue& key, const SGrammarValue& list);
-    SGrammarValue NextElement(const SGrammarValue& before, const SGrammarValue& element) const;
+    SGrammarValue NextElement(const SGrammarValue& before, const SGrammarValue& comma,
+                              const SGrammarValue& element);
     SGrammarValue NoArguments(const SGrammarValue& bracket) const;
     SGrammarValue CallableSyntax(const SGrammarValue& bracket) const;
     SGrammarValue EndArguments(const SGrammarValue& bracket, const SGrammarValue& arguments) const;

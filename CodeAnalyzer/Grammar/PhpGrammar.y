@@ -899,7 +899,7 @@ clone_arguments:
 
 elements:
     element
-|   elements "," element        { $$ = rules.lists.NextElement($1, $3); }
+|   elements "," element        { $$ = rules.lists.NextElement($1, $2, $3); }
 ;
 
 element:

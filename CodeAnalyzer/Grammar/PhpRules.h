@@ -25,6 +25,7 @@ public:
     void Begin(std::int32_t version);
     /// The end of the document.
     void Finish();
+    void Forget(std::uint32_t from) { m_scopes.Forget(from); }
     void Distrust() { m_scopes.Distrust(); }
     const std::vector<SRuleReport>& Reports() const { return m_scopes.Reports(); }
 

@@ -28,6 +28,12 @@ void CRuleScopes::ReportPending()
     pending.Clear();
 }
 
+void CRuleScopes::Forget(std::uint32_t from)
+{
+    std::erase_if(m_reports,
+                  [from](const SRuleReport& report) { return !report.feature && report.token >= from; });
+}
+
 void CRuleScopes::ReportFeature(EFeature feature, std::uint32_t token)
 {
     if (!m_trusted)

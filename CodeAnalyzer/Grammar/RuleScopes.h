@@ -198,6 +198,9 @@ public:
     /// What is recognised from now on was put right by guesses: it breaks no rule that would be worth
     /// telling.
     void Distrust() { m_trusted = false; }
+    /// What has been found from the token on, but for what no version of PHP is needed to read, is about a
+    /// mistake of another kind.
+    void Forget(std::uint32_t from);
     bool IsTrusted() const { return m_trusted; }
     const std::vector<SRuleReport>& Reports() const { return m_reports; }
 

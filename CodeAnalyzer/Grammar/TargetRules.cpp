@@ -37,15 +37,21 @@ void CTargetRules::CheckPlace(const SGrammarValue& target)
         Report(Code::NotAssignable, target);
         return;
     }
+    if (!Stays(target))
+        Report(Code::NotAssignable, target);
+}
+
+bool CTargetRules::Stays(const SGrammarValue& target)
+{
     if (target.kind != EValue::Element && target.kind != EValue::Property)
-        return;
+        return true;
     switch (target.inner) {
     case EValue::Name:
     case EValue::Magic:
     case EValue::Text:
     case EValue::ArrayLiteral:
-    case EValue::ClassConstant: Report(Code::NotAssignable, target); break;
-    default: break;
+    case EValue::ClassConstant: return false;
+    default: return true;
     }
 }
 
@@ -83,7 +89,9 @@ void CTargetRules::Assign(const SGrammarValue& target, const SGrammarValue& op, 
 bool CTargetRules::IsElementBehind(std::uint32_t token) const
 {
     using K = SyntaxParser::EPhpTokenKind;
-    return Tokens()[token].kind == K::OpenSquare || Tokens()[token].kind == K::Comma;
+    const K kind = Tokens()[token].kind;
+    return kind == K::OpenSquare || kind == K::Comma ||
+           (kind == K::OpenRound && token > 0 && Tokens()[token - 1].kind == K::Array);
 }
 
 void CTargetRules::AssignReference(const SGrammarValue& target, const SGrammarValue& op,
@@ -159,6 +167,32 @@ void CTargetRules::IssetTarget(const SGrammarValue& value)
         Report(Code::IssetOfValue, value);
 }
 
+// The first element of a list that has a key where the others have none, or the other way round.
+std::uint32_t CTargetRules::FirstOfOtherKind(std::uint32_t list) const
+{
+    using K = SyntaxParser::EPhpTokenKind;
+    std::uint32_t token = list + (Tokens()[list].kind == K::List ? 2 : 1);
+    std::uint32_t begin = token;
+    int depth = 0;
+    bool isFirst = true;
+    bool firstKeyed = false;
+    bool keyed = false;
+    for (; token < Tokens().Count() && depth >= 0; ++token) {
+        const K kind = Tokens()[token].kind;
+        keyed |= depth == 0 && kind == K::DoubleArrow;
+        depth += kind == K::OpenRound || kind == K::OpenSquare || kind == K::OpenBrace;
+        depth -= kind == K::CloseRound || kind == K::CloseSquare || kind == K::CloseBrace;
+        if (depth > 0 || (depth == 0 && kind != K::Comma))
+            continue;
+        if (!isFirst && keyed != firstKeyed && (depth == 0 || token > begin))
+            return begin;
+        firstKeyed = isFirst ? keyed : firstKeyed;
+        isFirst = keyed = false;
+        begin = token + 1;
+    }
+    return list;
+}
+
 // A list of places, one for each value of an array.
 void CTargetRules::Destructure(const SGrammarValue& list)
 {
@@ -167,7 +201,7 @@ void CTargetRules::Destructure(const SGrammarValue& list)
     else if (!(list.flags & Filled) && IsFrom(GoneSince::EmptyList))
         Report(Code::EmptyList, list);
     else if ((list.flags & Keyed) && (list.flags & (Unkeyed | Hole)))
-        Report(Code::MixedKeys, list);
+        Report(Code::MixedKeys, FirstOfOtherKind(list.first));
     else if (list.flags & NoTarget)
         Report(Text(list.extra) == L"$this" ? Code::ThisAssigned : Code::NotAssignable, list.extra);
     else if (list.flags & (list.kind == EValue::ListLiteral ? ShortInside : ListInside))

@@ -21,10 +21,13 @@ public:
     void Append(SGrammarValue& value, const SGrammarValue& bracket);
 
     // Of other rules.
+    /// Whether what is written there is not lost at once.
+    static bool Stays(const SGrammarValue& target);
     bool IsPlace(const SGrammarValue& value) const;
     void CheckPlace(const SGrammarValue& target);
 
 private:
+    std::uint32_t FirstOfOtherKind(std::uint32_t list) const;
     bool IsElementBehind(std::uint32_t token) const;
     void CheckTarget(const SGrammarValue& target, std::uint32_t op);
     void Destructure(const SGrammarValue& list);

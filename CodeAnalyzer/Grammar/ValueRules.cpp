@@ -353,6 +353,14 @@ SGrammarValue CValueRules::NewValue(const SGrammarValue& word, const SGrammarVal
     return value;
 }
 
+// Whether a string names the class as its name would.
+bool CValueRules::IsClassInText(const SGrammarValue& base) const
+{
+    const bool isGroup = base.kind == EValue::Group;
+    return Ungrouped(base).kind == EValue::Text && !(base.flags & NotConstant) &&
+           Tokens()[isGroup ? base.bad : base.first].kind == K::String;
+}
+
 SGrammarValue CValueRules::ClassConstant(const SGrammarValue& base, const SGrammarValue& colons,
                                          const SGrammarValue& name)
 {
@@ -371,7 +379,7 @@ SGrammarValue CValueRules::ClassConstant(const SGrammarValue& base, const SGramm
     if (isStatic) {
         value.flags |= NotConstant;
         value.bad = base.first;
-    } else if (base.kind != EValue::Name) {
+    } else if (base.kind != EValue::Name && !IsClassInText(base)) {
         value.flags |= NotConstant;
         value.bad = colons.first;
         if (IsWord(name.first, L"class"))

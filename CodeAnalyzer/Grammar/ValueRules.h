@@ -76,6 +76,7 @@ private:
         return value;
     }
     void CheckBase(const SGrammarValue& base, const SGrammarValue& op, EReach reach);
+    bool IsClassInText(const SGrammarValue& base) const;
     SGrammarValue Chosen(std::uint32_t first, const SGrammarValue& choice) const;
     EValue RootOf(const SGrammarValue& base) const;
 

@@ -64,6 +64,7 @@ boost::shared_ptr<ISPDocument> CParserComponent::Make(boost::shared_ptr<IReader>
                                                       const std::wstring& factoryName, bool ofFile) const
 {
     SDocumentSource source{path, factoryName};
+    source.shortTags = HasShortTags(path);
     if (!ofFile) {
         const std::lock_guard lock(m_pathsMutex);
         if (const auto open = m_openPaths.find(path); open != m_openPaths.end())
@@ -72,11 +73,23 @@ boost::shared_ptr<ISPDocument> CParserComponent::Make(boost::shared_ptr<IReader>
     return MakeSPDocument(std::move(reader), source);
 }
 
-void CParserComponent::SetTakenForPhp(std::function<bool(const std::wstring&)> isPhp)
+void CParserComponent::SetFileChoices(SFileChoices choices)
 {
-    auto shared = std::make_shared<const std::function<bool(const std::wstring&)>>(std::move(isPhp));
-    const std::lock_guard lock(m_phpMutex);
-    m_isPhp = std::move(shared);
+    auto shared = std::make_shared<const SFileChoices>(std::move(choices));
+    const std::lock_guard lock(m_choicesMutex);
+    m_choices = std::move(shared);
+}
+
+std::shared_ptr<const SFileChoices> CParserComponent::FileChoices() const
+{
+    const std::lock_guard lock(m_choicesMutex);
+    return m_choices;
+}
+
+bool CParserComponent::HasShortTags(const std::wstring& path) const
+{
+    const auto choices = FileChoices();
+    return !choices->hasShortTags || choices->hasShortTags(path);
 }
 
 std::wstring CParserComponent::FactoryOfFile(const std::wstring& path)
@@ -84,12 +97,8 @@ std::wstring CParserComponent::FactoryOfFile(const std::wstring& path)
     std::wstring factory = FactoryForPath(path);
     if (!factory.empty())
         return factory;
-    std::shared_ptr<const std::function<bool(const std::wstring&)>> isPhp;
-    {
-        const std::lock_guard lock(m_phpMutex);
-        isPhp = m_isPhp;
-    }
-    return isPhp && *isPhp && (*isPhp)(path) ? L"PHPSPDocFactory" : L"";
+    const auto choices = FileChoices();
+    return choices->isPhp && choices->isPhp(path) ? L"PHPSPDocFactory" : L"";
 }
 
 boost::shared_ptr<ISPDocument> CParserComponent::GetParsedDocument(const std::wstring& path)
@@ -128,8 +137,8 @@ void CParserComponent::OpenDocument(SDK::IDocument* document, const std::wstring
     Editor::IDocBuffer* buffer = document->GetBuffer();
     if (factoryName.empty() || !buffer)
         return;
-    const boost::shared_ptr<ISPDocument> syntax =
-        MakeSPDocument(Editor::MakeBufferReader(buffer), {path, factoryName, document, buffer});
+    const boost::shared_ptr<ISPDocument> syntax = MakeSPDocument(
+        Editor::MakeBufferReader(buffer), {path, factoryName, document, buffer, HasShortTags(path)});
     opened.syntax = syntax;
     if (syntax)
         Host::Guard(L"open document", [&] { m_docCreated(syntax); });

@@ -14,6 +14,15 @@
 
 namespace Kesh::SyntaxParser {
 
+/// What a project says of its files. Asked on any thread.
+struct SFileChoices
+{
+    /// Whether a file is PHP although its ending tells no language.
+    std::function<bool(const std::wstring& path)> isPhp;
+    /// Whether `<?` alone opens PHP in it.
+    std::function<bool(const std::wstring& path)> hasShortTags;
+};
+
 /// The host's parsing service: the syntax documents of open files, and private ones for checks.
 class CParserComponent final : public IParserComponent, private ICssSyntax
 {
@@ -39,9 +48,8 @@ public:
     /// `wanted`, one that runs is given up. GUI thread.
     void CloseDocument(SDK::IDocument* document, bool wanted = true);
 
-    /// Files that belong to the project although their ending tells no language are PHP. GUI thread; asked on
-    /// any.
-    void SetTakenForPhp(std::function<bool(const std::wstring& path)> isPhp);
+    /// Documents that are open stay as they were opened. GUI thread.
+    void SetFileChoices(SFileChoices choices);
     /// The factory name for a file: by its ending, or as above. Any thread.
     std::wstring FactoryOfFile(const std::wstring& path);
     /// Called with each path that GetParsedDocument() is asked for, on the asking thread. Set it while no
@@ -62,6 +70,8 @@ private:
     ISynRegion* GetPropertyNameKind() const override;
     ISynRegion* GetElementNameKind() const override;
     bool IsOpen(const std::wstring& path);
+    std::shared_ptr<const SFileChoices> FileChoices() const;
+    bool HasShortTags(const std::wstring& path) const;
     boost::shared_ptr<ISPDocument> Make(boost::shared_ptr<IReader> reader, const std::wstring& path,
                                         const std::wstring& factoryName, bool ofFile) const;
 
@@ -69,8 +79,8 @@ private:
     ProjectParsedSignal m_projectParsed;
     FindErrorRegionsSignal m_findErrorRegions;
     std::map<SDK::IDocument*, SOpened> m_opened; ///< GUI thread
-    std::mutex m_phpMutex;
-    std::shared_ptr<const std::function<bool(const std::wstring&)>> m_isPhp;
+    mutable std::mutex m_choicesMutex;
+    std::shared_ptr<const SFileChoices> m_choices = std::make_shared<const SFileChoices>();
     mutable std::mutex m_pathsMutex;
     /// The same files, for any thread, each with what gives up the parses of its texts.
     std::map<std::wstring, std::shared_ptr<std::atomic<bool>>> m_openPaths;

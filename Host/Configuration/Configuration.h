@@ -32,6 +32,7 @@ struct SConfiguration
     TGlobs include;    ///< empty: the usual endings
     TGlobs exclude;
     std::optional<std::int32_t> phpVersion; ///< major * 100 + minor
+    std::optional<bool> shortOpenTag;       ///< as PHP's setting of that name
     std::optional<bool> grammar;
     std::optional<bool> markup;
     std::vector<SCodeRule> rules; ///< of those that name a code, the last one counts

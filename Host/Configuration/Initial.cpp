@@ -28,6 +28,9 @@ std::string InitialConfiguration(const std::vector<std::string_view>& presets)
   // The PHP version to judge by. Without it, composer.json tells; without that, every version passes.
   // "phpVersion": "8.2",
 
+  // Whether "<?" alone opens PHP, as short_open_tag in php.ini. "<?php" and "<?=" always do.
+  "shortOpenTag": true,
+
   // Whether PHP is checked against its whole grammar.
   "grammar": true,
 

@@ -153,6 +153,7 @@ SConfiguration ParseConfiguration(const std::wstring& file, std::string_view tex
                      if (!read.phpVersion)
                          Fail(v.line, "\"phpVersion\": " + NoPhpVersion(v.text));
                  }},
+                choice("shortOpenTag", read.shortOpenTag),
                 choice("grammar", read.grammar),
                 choice("markup", read.markup),
                 {"codes", [&](const SJsonValue& v) { everywhere.codes = Codes(v); }},

@@ -14,10 +14,13 @@ SyntaxParser::SOwnNames OwnNamesOf(const Configuration::SConfiguration& settings
 void ApplyRules(const std::shared_ptr<const CProjectRules>& rules, SyntaxParser::CParserComponent& parser,
                 CodeAnalyzer::IGrammarCheck* grammar, CodeAnalyzer::IMarkupCheck* markup)
 {
-    parser.SetTakenForPhp([rules](const std::wstring& path) {
-        const TRules file = rules->For(path);
-        return !file->settings.include.empty() && file->settings.Includes(path);
-    });
+    parser.SetFileChoices({[rules](const std::wstring& path) {
+                               const TRules file = rules->For(path);
+                               return !file->settings.include.empty() && file->settings.Includes(path);
+                           },
+                           [rules](const std::wstring& path) {
+                               return rules->For(path)->settings.shortOpenTag.value_or(true);
+                           }});
     if (grammar)
         grammar->SetChoices([rules](const std::wstring& path) {
             const TRules file = rules->For(path);

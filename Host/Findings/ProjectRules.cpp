@@ -94,6 +94,8 @@ TRules CProjectRules::Make(const SFolder& folder) const
     for (const std::string& name : m_all.presets)
         if (const Configuration::SNamePreset* preset = Configuration::FindNamePreset(name))
             Configuration::AddNamePreset(*preset, rules->settings);
+    if (m_all.noShortTags)
+        rules->settings.shortOpenTag = false;
     ChooseVersion(*rules, folder.composerVersion);
     return rules;
 }

@@ -41,6 +41,7 @@ struct SRulesForAll
     bool noGrammar = false;
     bool noMarkup = false;
     std::vector<std::string> presets; ///< of names, in addition to those of the settings
+    bool noShortTags = false;
     std::optional<TBaseline> baseline;
 };
 

@@ -280,7 +280,7 @@ void CServer::ReadSettings()
     const auto checkedAs = [](const Findings::CProjectRules& of, const std::wstring& path) {
         const Findings::TRules file = of.For(path);
         return std::tuple(file->settings.grammar, file->settings.phpVersion, file->phpVersionFrom,
-                          file->settings.markup);
+                          file->settings.markup, file->settings.shortOpenTag);
     };
     const bool same = names == m_names && std::ranges::all_of(open, [&](const auto& document) {
                           return checkedAs(*before, document.first) == checkedAs(*rules, document.first);

@@ -14,7 +14,8 @@ namespace Kesh::SyntaxParser {
 class CPhpLexer
 {
 public:
-    explicit CPhpLexer(std::wstring_view text);
+    /// Without short tags `<?` opens nothing unless `php` or `=` follows.
+    explicit CPhpLexer(std::wstring_view text, bool shortTags = true);
 
     /// The next token; End at the end of the text.
     EPhpToken Next();
@@ -84,6 +85,9 @@ public:
     }
 
 private:
+    bool OpensPhp(const wchar_t* p) const;
+    bool IsLongTag(const wchar_t* p) const;
+
     /// What a word can hold, of the characters that are not all word characters.
     static constexpr auto WordChars = [] {
         std::array<bool, 0x80> chars{};
@@ -159,6 +163,7 @@ private:
     const wchar_t* m_cursor;
     const wchar_t* m_limit;
     bool m_inPhp = false;
+    bool m_shortTags;
     bool m_openAttribute = false; ///< an attribute did not close, so no later one will
 };
 

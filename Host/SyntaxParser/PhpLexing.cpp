@@ -37,8 +37,8 @@ const wchar_t* Find(const wchar_t* p, const wchar_t* limit, wchar_t c)
 
 } // namespace
 
-CPhpLexer::CPhpLexer(std::wstring_view text)
-    : m_begin(text.data()), m_cursor(text.data()), m_limit(text.data() + text.size())
+CPhpLexer::CPhpLexer(std::wstring_view text, bool shortTags)
+    : m_begin(text.data()), m_cursor(text.data()), m_limit(text.data() + text.size()), m_shortTags(shortTags)
 {
 }
 
@@ -64,15 +64,26 @@ bool CPhpLexer::StartsAt(const wchar_t* p, const char* lower) const
     return true;
 }
 
+bool CPhpLexer::IsLongTag(const wchar_t* p) const
+{
+    return StartsAt(p, "<?php") && (p + 5 == m_limit || IsBlank(p[5]));
+}
+
+bool CPhpLexer::OpensPhp(const wchar_t* p) const
+{
+    if (m_limit - p < 2 || p[1] != L'?')
+        return false;
+    if (m_shortTags)
+        return !StartsAt(p + 2, "xml"); // an XML declaration is markup
+    return (m_limit - p > 2 && p[2] == L'=') || IsLongTag(p);
+}
+
 CPhpLexer::SCut CPhpLexer::NextInHtml(const wchar_t* begin)
 {
     const wchar_t* p = begin;
     for (; p < m_limit; ++p) {
         p = Find(p, m_limit, L'<');
-        // An XML declaration is markup.
-        if (m_limit - p >= 2 && p[1] == L'?' && !StartsAt(p + 2, "xml"))
-            break;
-        if (p == m_limit)
+        if (p == m_limit || OpensPhp(p))
             break;
     }
     if (p > begin)
@@ -83,8 +94,7 @@ CPhpLexer::SCut CPhpLexer::NextInHtml(const wchar_t* begin)
     m_inPhp = true;
     if (p[2] == L'=' && p + 2 < m_limit)
         return {p + 3, EPhpToken::OpenTagEcho, EPhpTokenKind::OpenTagEcho};
-    const bool isLong = StartsAt(p + 2, "php") && (p + 5 == m_limit || IsBlank(p[5]));
-    return {p + (isLong ? 5 : 2), EPhpToken::OpenTag, EPhpTokenKind::OpenTag};
+    return {p + (IsLongTag(p) ? 5 : 2), EPhpToken::OpenTag, EPhpTokenKind::OpenTag};
 }
 
 const wchar_t* CPhpLexer::FindLineCommentEnd(const wchar_t* p) const

@@ -20,8 +20,8 @@ constexpr std::ptrdiff_t LookInterval = 1 << 16;
 } // namespace
 
 CPhpScanner::CPhpScanner(std::wstring_view text, const std::vector<IStateRegionHandler*>& handlers,
-                         const std::vector<ITokenHandler*>& tokenHandlers)
-    : m_lexer(text),
+                         const std::vector<ITokenHandler*>& tokenHandlers, bool shortTags)
+    : m_lexer(text, shortTags),
       m_emitter(text.data(), handlers),
       m_tokens(text, tokenHandlers),
       m_php(GetDefRegions()->Php),

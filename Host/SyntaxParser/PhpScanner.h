@@ -19,7 +19,7 @@ class CPhpScanner
 public:
     /// `text` must be followed by a NUL character and stay during Run().
     CPhpScanner(std::wstring_view text, const std::vector<IStateRegionHandler*>& handlers,
-                const std::vector<ITokenHandler*>& tokenHandlers = {});
+                const std::vector<ITokenHandler*>& tokenHandlers = {}, bool shortTags = true);
 
     /// Delivers every region. Appends the stretches of PHP to `islands` unless it is null. False when it has
     /// stopped early because the flag, which may be null, has been set.

@@ -217,8 +217,9 @@ private:
             parts.emplace_back(handler);
             handlers.push_back(parts.back().IsWhole() ? handler : &parts.back());
         }
-        if (m_source.factory != CssFactory && !CPhpScanner(text, handlers, TokenHandlers(text))
-                                                   .Run(NeedsIslands() ? &islands : nullptr, &m_giveUp))
+        if (m_source.factory != CssFactory &&
+            !CPhpScanner(text, handlers, TokenHandlers(text), m_source.shortTags)
+                 .Run(NeedsIslands() ? &islands : nullptr, &m_giveUp))
             return false;
         for (IStateRegionHandler* handler : handlers) {
             handler->SendRegsEnd();

@@ -16,6 +16,7 @@ struct SDocumentSource
     std::wstring factory; ///< "PHPSPDocFactory", "HTMLSPDocFactory" or "CSSSPDocFactory"
     SDK::IDocument* document = nullptr;
     Editor::IDocBuffer* buffer = nullptr;
+    bool shortTags = true; ///< whether `<?` alone opens PHP
     /// Set once nobody wants what a parse finds, which then ends soon. May be null.
     std::shared_ptr<const std::atomic<bool>> giveUp = {};
 };

@@ -53,6 +53,8 @@ void AddPhpOptions(CLI::App& command, SOptions& options)
     command.add_flag("--no-grammar", options.noGrammar,
                      "Do not check PHP against its whole grammar, only statement by statement");
     command.add_flag("--no-markup", options.noMarkup, "Do not check HTML and CSS beyond their names");
+    command.add_flag("--no-short-tags", options.noShortTags,
+                     "Take \"<?\" for PHP only in \"<?php\" and \"<?=\", as PHP does without short_open_tag");
     command
         .add_option_function<std::vector<std::string>>(
             "--preset",

@@ -39,6 +39,7 @@ struct SOptions
     bool noConfiguration = false;
     bool noGrammar = false;
     bool noMarkup = false;
+    bool noShortTags = false;
     std::vector<std::string> presets; ///< of names that HTML does not know
     std::int32_t phpVersion = 0;      ///< major * 100 + minor; 0: the project's
     std::string baseline;             ///< empty: the one that the configuration names

@@ -27,6 +27,7 @@ TProjectRules RulesFor(const SOptions& options)
     all.noGrammar = options.noGrammar;
     all.noMarkup = options.noMarkup;
     all.presets = options.presets;
+    all.noShortTags = options.noShortTags;
     if (options.generateBaseline) {
         all.baseline.emplace();
     } else if (!options.baseline.empty()) {

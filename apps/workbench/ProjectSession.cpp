@@ -66,11 +66,12 @@ void CProjectSession::UseRules(TProjectRules rules, const std::wstring& folder)
     Configuration::SConfiguration settings = rules->For(folder + L'/')->settings;
     AddUsersNames(m_parts.preferences.GetChoices(), settings);
     SyntaxParser::SOwnNames names = Findings::OwnNamesOf(settings);
-    // Open documents keep the names that they were opened with.
-    const bool hasOtherNames = names != m_names;
+    // Open documents keep the names and the tags that they were opened with.
+    const bool isOpenedAnew = names != m_names || settings.shortOpenTag != m_shortOpenTag;
+    m_shortOpenTag = settings.shortOpenTag;
     m_names = std::move(names);
     m_rules = std::move(rules);
-    if (hasOtherNames)
+    if (isOpenedAnew)
         application.Documents().Suspend();
     CodeAnalyzer::IGrammarCheck* grammar = m_plugin ? m_plugin->GrammarCheck() : nullptr;
     if (grammar)
@@ -82,7 +83,7 @@ void CProjectSession::UseRules(TProjectRules rules, const std::wstring& folder)
     application.Parser().SetOwnNames(m_names);
     if (m_watch)
         m_watch->SetRules(m_rules);
-    if (hasOtherNames)
+    if (isOpenedAnew)
         application.Documents().Resume();
 }
 

@@ -6,6 +6,7 @@
 
 #include <QObject>
 #include <memory>
+#include <optional>
 #include <string>
 
 class QMenu;
@@ -81,7 +82,8 @@ private:
     CErrorWatch* m_watch = nullptr;
     CProjectOpener m_opener;
     TProjectRules m_rules = Findings::CProjectRules::None();
-    SyntaxParser::SOwnNames m_names; ///< those of the project and the user
+    SyntaxParser::SOwnNames m_names;    ///< those of the project and the user
+    std::optional<bool> m_shortOpenTag; ///< of the settings
 };
 
 } // namespace Kesh::Workbench

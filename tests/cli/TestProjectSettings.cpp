@@ -158,6 +158,27 @@ TEST_F(Settings, MarkupIsCheckedUnlessSomebodyObjects)
     }
 }
 
+TEST_F(Settings, ShortTagsOpenPhpUnlessSomebodyObjects)
+{
+    m_folder.Write(L"a.php", "<? f( ?>\n<?php $a = 1; $b = 2; ?>\n<?= h( ?>\n");
+    const TBrief withThem{"./a.php:1 1002 error", "./a.php:3 1002 error"};
+    const TBrief without(withThem.begin() + 1, withThem.end());
+    struct SCase
+    {
+        const char* settings;
+        QStringList options;
+        TBrief found;
+    };
+    for (const auto& [settings, options, found] :
+         {SCase{"{}", {}, withThem}, SCase{"{}", {"--no-short-tags"}, without},
+          SCase{R"({"shortOpenTag": true})", {"--no-short-tags"}, without},
+          SCase{R"({"shortOpenTag": false})", {}, without}}) {
+        SCOPED_TRACE(settings + options.join(' ').toStdString());
+        m_folder.Write(L"code-analyzer.json", settings);
+        EXPECT_EQ(Brief(RunJson(QStringList{".", "--no-markup"} + options, AnyExit)), found);
+    }
+}
+
 TEST_F(Settings, AMessageSaysWhoAsksForAVersionThatIsTooOld)
 {
     m_folder.Write(L"a.php", "<?php\nenum A { }\n");

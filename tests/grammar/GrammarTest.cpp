@@ -128,9 +128,52 @@ TEST(Grammar, NamesWhatIsMissingOrTooMuch)
         {"if ($a) { f(); } elsei ($b) { g(); }", "1017 0:17-0:22"},
         {"function f($a, $b\n{\n    g();\n}\n", "1002 1:0-1:1"},
         {"$a = ['b' = 1];", "1018 0:10-0:11"},
+        {"$a = array('b' = 1);", "1018 0:15-0:16"},
+        {"for ($i = 0, $i < 3, $i++) { }", "1018 0:11-0:12"},
+        {"for ($i = 0, $i < 3; $i++) { }", "1018 0:11-0:12"},
+        {"for ($i = 0; $i < 3, $i++) { }", "1001 0:24-0:25"},
+        {"for ($i = 0, $j = f(1, 2); $i < 3) { }", "1001 0:32-0:33"},
+        // A string that ends nowhere, or too late, is told of where it begins.
+        {"$a = 1;\n$b = \"abc $c;\nf();\n", "1051 1:5-1:6"},
+        {"$a = `abc;\nf();\n", "1051 0:5-0:6"},
+        {"$a = \"abc;\n$b = 1;\nf(\"x\", \"y\");\n", "1051 0:5-0:6"},
+        {"$a = \"a $b['c'] d\";", "1056 0:11-0:12"},
+        // One of a list of elements is what is wrong.
+        {"$a = [1, , 2, , 3];", "1107 0:9-0:10 1107 0:14-0:15"},
+        {"[, $a, , $b] = $c; list(, $a) = $b;", ""},
+        {"['a' => $b, $c[f(1, 2)], 'd' => $e] = $f;", "1105 0:12-0:14"},
+        {"list($a, 'b' => $c) = $d;", "1105 0:9-0:12"},
+        // What closes nothing more is no matter of what closed before.
+        {"<?php\nfunction f() {\n  if (1) {\n    g();\n", "1004 3:7-3:8"},
+        {"class A { function f(); { return 1; } function g() { } }", "1153 0:22-0:23"},
+        {"isset(f($a);", "1002 0:10-0:11"},
     };
     for (const auto& [text, expected] : Cases)
         EXPECT_EQ(Describe(text), expected) << text;
+}
+
+// What mends a key in quotes in a string, and a list of parts that commas tell apart.
+TEST(Grammar, OffersWhatMendsIt)
+{
+    using CodeAnalyzer::STextEdit;
+    const struct
+    {
+        const char* text;
+        std::vector<STextEdit> edits;
+    } cases[] = {
+        {"<?php $a = \"a $b['c'] d\";", {{{{14, 0}, {21, 0}}, L"{$b['c']}"}}},
+        {"<?php for ($i = 0, $i < 3, $i++) { }", {{{{17, 0}, {18, 0}}, L";"}, {{{25, 0}, {26, 0}}, L";"}}},
+    };
+    for (const auto& [text, edits] : cases) {
+        const auto found = Diagnose(text);
+        ASSERT_EQ(found.size(), 1U) << text;
+        ASSERT_EQ(found[0].details.fixes.size(), 1U) << text;
+        EXPECT_EQ(found[0].details.fixes[0].edits, edits) << text;
+    }
+    const auto open = Diagnose("<?php $a = \"b\n$c;\n");
+    ASSERT_EQ(open.size(), 1U);
+    ASSERT_EQ(open[0].details.related.size(), 1U);
+    EXPECT_EQ(open[0].details.related[0].pos.start, (SyntaxParser::CIterator{0, 2}));
 }
 
 // An unclosed or odd brace is where the indentation says, not where PHP notices.
