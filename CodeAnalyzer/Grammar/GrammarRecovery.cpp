@@ -79,6 +79,7 @@ bool CGrammarRecovery::ResolveByBraces(std::unique_ptr<SGrammarParse>& parse, st
 {
     constexpr std::size_t mostGuesses = 6;
     const std::uint32_t stop = next;
+    const bool follows = IsAboutTheSame(stop);
     for (const SBraceGuess& guess : GuessBraces(m_tokens, stop + 1, mostGuesses)) {
         const auto& edits = m_feed.Edits();
         const bool known = std::any_of(edits.begin(), edits.end(),
@@ -92,7 +93,7 @@ bool CGrammarRecovery::ResolveByBraces(std::unique_ptr<SGrammarParse>& parse, st
                                    : SGrammarEdit{guess.token, {}, 1},
                      stop + BraceWindow))
             continue;
-        if (IsAboutTheSame(stop))
+        if (follows)
             return true;
         if (guess.missing)
             m_reporter.ReportMissingBrace(guess.token, guess.opened);
@@ -114,8 +115,13 @@ bool CGrammarRecovery::TryEdit(std::unique_ptr<SGrammarParse>& parse, std::uint3
     m_trial->parser.Begin();
     m_trial->rules.Distrust();
     std::uint32_t token = 0;
-    while (token < m_tokens.Count() && m_feed.Feed(*m_trial, token))
-        ++token;
+    CGrammarQuiet quiet;
+    for (; token < m_tokens.Count() && m_feed.Feed(*m_trial, token); ++token) {
+        if (token == next)
+            quiet.Start(true);
+        if (token >= next)
+            quiet.Pass(m_trial->parser, m_tokens[token].kind);
+    }
     if (token <= next || (token < m_tokens.Count() && token < enough)) {
         m_feed.SetEdits(std::move(before));
         return false;
@@ -123,6 +129,7 @@ bool CGrammarRecovery::TryEdit(std::unique_ptr<SGrammarParse>& parse, std::uint3
     const auto& reports = parse->rules.Reports();
     m_keptReports.insert(m_keptReports.end(), reports.begin(), reports.end());
     std::swap(parse, m_trial);
+    m_quiet = quiet;
     if (edit.token < m_replayed) {
         m_replay = {};
         m_replayed = 0;
