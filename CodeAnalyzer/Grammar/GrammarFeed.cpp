@@ -100,6 +100,34 @@ template <class TSink> EPhpTokenKind CGrammarFeed::KindFor(const TSink& sink, st
     return !sink.Accepts(GrammarSymbol(kind)) && sink.Accepts(OffsetBraceSymbol()) ? K::Count : kind;
 }
 
+// Whether the word leads its line and is no name, since what follows can follow none.
+bool CGrammarFeed::IsBehindUnfinishedLine(std::uint32_t token) const
+{
+    const wchar_t next = NextCharacter(token);
+    const bool goesOn =
+        next == L'$' || next == L'_' || (next >= L'a' && next <= L'z') || (next >= L'A' && next <= L'Z');
+    if (!goesOn || !m_tokens.LeadsLine(token))
+        return false;
+    switch (m_tokens[token].kind) {
+    case K::And:
+    case K::As:
+    case K::Instanceof:
+    case K::Or:
+    case K::Xor: return false;
+    default: {
+        // A word that joins values may follow a name.
+        const wchar_t* p = m_tokens[token].text + m_tokens[token].size;
+        while (*p == L' ' || *p == L'\t' || *p == L'\n')
+            ++p;
+        std::wstring word;
+        for (; (*p >= L'a' && *p <= L'z') || (*p >= L'A' && *p <= L'Z'); ++p)
+            word += *p;
+        word = LowerAscii(word);
+        return word != L"and" && word != L"or" && word != L"xor" && word != L"instanceof" && word != L"as";
+    }
+    }
+}
+
 EPhpTokenKind CGrammarFeed::WordKind(std::uint32_t token) const
 {
     const K kind = m_tokens[token].kind;
@@ -107,14 +135,14 @@ EPhpTokenKind CGrammarFeed::WordKind(std::uint32_t token) const
     if (!IsWordKind(kind) || kind == K::HaltCompiler)
         return kind;
     if (ReachesMember(before))
-        return K::Identifier;
+        return IsBehindUnfinishedLine(token) ? kind : K::Identifier;
     const bool afterRef = (before == K::BitAnd || before == K::BitAndBeforeVariable) && token > 1;
     const std::uint32_t word = token - (afterRef ? 2 : 1);
     // `function` declares something only where it is no name itself.
     if ((afterRef || token > 0) && m_tokens[word].kind == K::Function &&
         (word == 0 || !ReachesMember(m_tokens[word - 1].kind)) &&
         (word == 0 || m_tokens[word - 1].kind != K::Const))
-        return K::Identifier;
+        return IsBehindUnfinishedLine(token) ? kind : K::Identifier;
     if (kind == K::Match && m_version < 800 && NextCharacter(token) != L'(')
         return K::Identifier;
     if (kind == K::Fn && m_version < 704 && NextCharacter(token) != L'(' && NextCharacter(token) != L'&')

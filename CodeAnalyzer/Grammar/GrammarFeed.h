@@ -89,6 +89,7 @@ public:
 private:
     using K = SyntaxParser::EPhpTokenKind;
 
+    bool IsBehindUnfinishedLine(std::uint32_t token) const;
     void AskOfOldVersion(CPhpRules& rules, std::uint32_t token) const;
     template <class TSink> bool FeedTo(TSink sink, std::uint32_t token) const;
     template <class TSink> K KindFor(const TSink& sink, std::uint32_t token) const;

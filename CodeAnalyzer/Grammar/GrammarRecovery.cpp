@@ -230,6 +230,17 @@ void CGrammarRecovery::AddWhatCameBefore(SGrammarStop& result, std::uint32_t sto
     result.back = stop - from;
 }
 
+// The end of the file, where only a brace is open that a repair has put there.
+bool CGrammarRecovery::IsOfOwnBrace(std::uint32_t stop, const std::vector<std::uint32_t>& open) const
+{
+    const auto& edits = m_feed.Edits();
+    return m_tokens[stop].kind == K::End && !open.empty() &&
+           std::any_of(edits.begin(), edits.end(), [&](const SGrammarEdit& edit) {
+               return edit.token == open.back() && std::find(edit.inserted.begin(), edit.inserted.end(),
+                                                             K::OpenBrace) != edit.inserted.end();
+           });
+}
+
 // Nothing has parsed yet since the last error; or __halt_compiler stands too early.
 bool CGrammarRecovery::IsAboutTheSame(std::uint32_t stop) const
 {
@@ -244,7 +255,7 @@ void CGrammarRecovery::ResolveByRepair(std::unique_ptr<SGrammarParse>& parse, st
     const std::vector<std::uint32_t> open = OpenIn(parse->parser);
     const SGrammarStop description = Describe(*parse, stop, open);
     const SGrammarRepair repair = FindRepair(description);
-    const bool follows = IsAboutTheSame(stop);
+    const bool follows = IsAboutTheSame(stop) || IsOfOwnBrace(stop, open);
     const SGrammarHalt halt{parse->parser, stop, open, description};
     if (repair.way == SGrammarRepair::None) {
         if (!follows)

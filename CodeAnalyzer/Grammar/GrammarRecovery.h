@@ -68,6 +68,7 @@ private:
     bool Apply(std::unique_ptr<SGrammarParse>& parse, std::uint32_t& next, const SGrammarRepair& repair);
     void GiveUpStatement(SGrammarParse& parse, std::uint32_t stop);
     void Resume(SGrammarParse& parse, std::uint32_t& next, std::uint32_t at);
+    bool IsOfOwnBrace(std::uint32_t stop, const std::vector<std::uint32_t>& open) const;
     bool IsAboutTheSame(std::uint32_t stop) const;
     SGrammarStop Describe(const SGrammarParse& parse, std::uint32_t stop,
                           const std::vector<std::uint32_t>& open);

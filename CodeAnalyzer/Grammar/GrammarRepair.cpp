@@ -64,10 +64,11 @@ constexpr int ReplaceCost = 22; // on top of what is inserted
 constexpr int SwapCost = 38;
 constexpr int WordCost = 14;
 constexpr int PairCost = 46;
-constexpr int EndedCost = 40; // an element that is not ended, nor told from the next one
-constexpr int CloserCost = 4; // for each further one
-constexpr int LineCost = 12;  // what a line break makes likelier or less likely
-constexpr int BackCost = 8;   // for what is done before the wrong token, and for each further one
+constexpr int EndedCost = 40;      // an element that is not ended, nor told from the next one
+constexpr int CloserCost = 4;      // for each further one
+constexpr int UnfinishedCost = 32; // a line that ends before its value
+constexpr int LineCost = 12;       // what a line break makes likelier or less likely
+constexpr int BackCost = 8;        // for what is done before the wrong token, and for each further one
 constexpr int StepCost = 3;
 constexpr std::size_t BackMost = 8;
 constexpr int SureCost = 30;     // what costs no more and has nothing against it needs no rival
@@ -120,7 +121,13 @@ private:
                 continue;
             Try(R::Insert, {kind}, 0, 0, cost + LineBreak(kind));
         }
-        Try(R::Drop, {}, 0, 1, m_stop.sameAsBefore ? DoubledCost : CostOfDrop(here));
+        // A word that leads its line begins something, mostly behind what has no end yet.
+        const bool begins = m_stop.back > 0 && m_stop.leadsLine &&
+                            ClassOf(m_stop.kinds[here]) == SyntaxParser::EPhpTokenClass::Word;
+        Try(R::Drop, {}, 0, 1,
+            m_stop.sameAsBefore ? DoubledCost : CostOfDrop(here) + (begins ? FramingCost : 0));
+        if (m_stop.leadsLine)
+            Try(R::Insert, {K::Variable, K::Semicolon}, 0, 0, UnfinishedCost);
         Try(R::Drop, {}, 0, 2, CostOfDrop(here) + CostOfDrop(here + 1) / 2);
         for (const auto& [kind, cost] : Insertables)
             Try(R::Replace, {kind}, 0, 1, cost + ReplaceCost + LineBreak(kind));

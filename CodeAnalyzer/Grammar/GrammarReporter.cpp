@@ -144,7 +144,7 @@ void CGrammarReporter::AddFound(SGrammarDiagnostic& diagnostic, const char* plac
 void CGrammarReporter::ReportRepair(const SGrammarHalt& halt, const SGrammarRepair& repair)
 {
     const std::uint32_t stop = halt.stop;
-    if (ReportLateString(stop) || ReportForHead(halt))
+    if (ReportLateString(stop) || ReportLostName(stop) || ReportForHead(halt))
         return;
     if (EndsNumber(stop)) {
         const SScheme span{m_tokens.Span(stop - 1).start, m_tokens.Span(stop).end};
@@ -200,6 +200,19 @@ void CGrammarReporter::ReportOpenString(std::uint32_t opening, std::uint32_t end
     SGrammarDiagnostic& diagnostic = Add(Code::StringWithoutEnd, m_tokens.Span(opening));
     const SyntaxParser::CIterator place = m_tokens.Span(end).end;
     diagnostic.details.related.push_back({{place, place}, TextEndsHere});
+}
+
+// A name is missing at the end of a line, and the word that begins the next one was taken for it.
+bool CGrammarReporter::ReportLostName(std::uint32_t stop)
+{
+    if (stop < 2 || ClassOf(m_tokens[stop - 1].kind) != SyntaxParser::EPhpTokenClass::Word ||
+        !m_tokens.LeadsLine(stop - 1))
+        return false;
+    const K before = m_tokens[stop - 2].kind;
+    if (before != K::Function && before != K::Namespace)
+        return false;
+    AddFound(Add(Code::MissingName, GapBehind(stop - 2)), "found", stop - 1);
+    return true;
 }
 
 // `for` whose parts are told apart by commas, as far as it is plain which ones.
@@ -262,7 +275,7 @@ void CGrammarReporter::ReportMissing(const SGrammarHalt& halt, K kind)
         code = halt.parser.Accepts(GrammarSymbol(K::Number)) ? Code::MissingOperand
                : kind == K::Variable                         ? Code::MissingVariable
                                                              : Code::MissingName;
-    const bool atToken = isValue || stop == 0 || StandsAtToken(code, kind) ||
+    const bool atToken = (isValue && !m_tokens.LeadsLine(stop)) || stop == 0 || StandsAtToken(code, kind) ||
                          (KeepsCompany(m_tokens[stop].kind) && m_tokens.LeadsLine(stop));
     SGrammarDiagnostic& diagnostic = Add(code, atToken ? m_tokens.Span(stop) : GapBehind(stop - 1));
     AddFound(diagnostic, "found", stop);
@@ -367,11 +380,25 @@ std::int32_t CGrammarReporter::OddCode(const SGrammarHalt& halt) const
     return ClassOf(kind) == SyntaxParser::EPhpTokenClass::Word ? Code::WordOutOfPlace : Code::OutOfPlace;
 }
 
+// What the line before had to go on with; End where it could have ended or that is not plain.
+SyntaxParser::EPhpTokenKind CGrammarReporter::ExpectedBeforeLine(const SGrammarHalt& halt) const
+{
+    if (halt.stop == 0 || !halt.description.leadsLine || halt.parser.Accepts(GrammarSymbol(StatementMark)) ||
+        halt.parser.Accepts(GrammarSymbol(MemberMark)))
+        return K::End;
+    if (halt.parser.Accepts(GrammarSymbol(K::Number)))
+        return K::Variable;
+    for (const K kind : {K::Identifier, K::Variable, K::OpenRound, K::OpenBrace})
+        if (halt.parser.Accepts(GrammarSymbol(kind)))
+            return kind;
+    return K::End;
+}
+
 // What would have to come first is told all the same.
 void CGrammarReporter::ReportUnrepaired(const SGrammarHalt& halt)
 {
     const std::uint32_t stop = halt.stop;
-    if (ReportLateString(stop) || ReportForHead(halt))
+    if (ReportLateString(stop) || ReportLostName(stop) || ReportForHead(halt))
         return;
     const auto& closers = halt.description.closers;
     const bool closes = !closers.empty() && halt.parser.Accepts(GrammarSymbol(closers.front()));
@@ -381,6 +408,8 @@ void CGrammarReporter::ReportUnrepaired(const SGrammarHalt& halt)
         ReportMissing(halt, K::Semicolon);
     else if (stop > 0 && closes && (isEnd || closers.front() != K::CloseBrace))
         ReportMissing(halt, closers.front());
+    else if (const K expected = ExpectedBeforeLine(halt); expected != K::End)
+        ReportMissing(halt, expected);
     else
         ReportOdd(halt);
 }
@@ -459,6 +488,13 @@ std::vector<SArgument> CGrammarReporter::ArgumentsOf(const SRuleReport& report,
 void CGrammarReporter::AddRuleReport(const SRuleReport& report)
 {
     const std::uint32_t token = std::min(report.token, m_tokens.Count() - 1);
+    if (report.code == Code::ModifierConflict && token > 0 && m_tokens.LeadsLine(token)) {
+        // The line before has lost what its modifiers were for.
+        SGrammarDiagnostic& diagnostic = Add(Code::MissingVariable, GapBehind(token - 1));
+        diagnostic.stopsParse = false;
+        AddFound(diagnostic, "found", token);
+        return;
+    }
     SGrammarDiagnostic& diagnostic = Add(report.code, m_tokens.Span(token));
     diagnostic.stopsParse = false;
     SDetails& details = diagnostic.details;

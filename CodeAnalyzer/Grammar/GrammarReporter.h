@@ -63,6 +63,8 @@ private:
     bool EndsNumber(std::uint32_t stop) const;
     bool ReportLateString(std::uint32_t stop);
     void ReportOpenString(std::uint32_t opening, std::uint32_t end);
+    K ExpectedBeforeLine(const SGrammarHalt& halt) const;
+    bool ReportLostName(std::uint32_t stop);
     bool ReportForHead(const SGrammarHalt& halt);
     void OfferBraces(SGrammarDiagnostic& diagnostic, std::uint32_t token) const;
     void AddRuleReport(const SRuleReport& report);

@@ -224,6 +224,23 @@ TEST(Grammar, GoesOnAfterAnError)
         EXPECT_EQ(Describe(text), expected) << text;
 }
 
+// While a line is typed, what is said is about that line, however far away the next one is.
+TEST(Grammar, SpeaksOfTheLineThatIsTyped)
+{
+    static constexpr SCase Cases[]{
+        {"if ($b) {\n    $a =\n}\n\nf();\n", "1011 1:7-1:8"},
+        {"if ($b) {\n    return $\n}\n\nf();\n", "1014 1:11-1:12"},
+        {"$\n\nreturn $b;\n", "1014 0:0-0:1"},
+        {"$this->\n\nreturn $b;\n", "1014 0:6-0:7"},
+        {"<?php class A {\n    public\n\n    // why\n    public $b;\n}\n", "1014 1:9-1:10"},
+        {"<?php class A {\n    public function\n\n    public function f() { }\n}\n", "1013 1:18-1:19"},
+        {"<?php class A {\n    public function g\n\n    public function f() { }\n}\n", "1005 1:20-1:21"},
+        {"namespace\n\nuse A\\B;\n\nf();\n", "1013 0:8-0:9"},
+    };
+    for (const auto& [text, expected] : Cases)
+        EXPECT_EQ(Describe(text), expected) << text;
+}
+
 // Nothing of one text is left when the next one is checked.
 TEST(Grammar, TellsOfEachTextWhatItTellsOfItAlone)
 {
