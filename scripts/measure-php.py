@@ -57,6 +57,13 @@ class Php:
         with concurrent.futures.ThreadPoolExecutor(2) as pool:
             return list(pool.map(self.verdict, paths))
 
+    def of_texts(self, texts):
+        with tempfile.TemporaryDirectory() as folder:
+            paths = [pathlib.Path(folder) / f'{i:06}.php' for i in range(len(texts))]
+            for path, text in zip(paths, texts):
+                path.write_bytes(text.encode())
+            return self.verdicts(paths)
+
 
 def ours(checker, folder, version):
     """The errors of each file, as (line, code, message)."""
@@ -103,16 +110,18 @@ def change(tokens, at, dice):
 
 
 def slip_of(tokens, count, dice):
-    """Slips in a file: its text and, of each slip, the lines of the token before, of the slip and of the one after."""
+    """Slips in a file: its text; of each the lines of the token before and of the slip, and its name; of each the
+    text that has it alone."""
     places = [i for i, (kind, _) in enumerate(tokens) if kind not in IDLE]
     if len(places) < 30 * count:
         return None
     part = len(places) // count
     chosen = [places[p * part + dice.randrange(part - 1)] for p in range(count)]
-    changed, names = {}, {}
+    changed, names, alone = {}, {}, []
     for at in chosen:
         texts, way = change(tokens, at, dice)
         changed.update(texts)
+        alone.append(''.join(texts.get(i, piece) for i, (_, piece) in enumerate(tokens)))
         names[at] = f'{way} {tokens[at][1]!r} -> {texts[at]!r}'
     line, last, lines, text = 1, 1, [], ''
     for i, (kind, piece) in enumerate(tokens):
@@ -121,7 +130,7 @@ def slip_of(tokens, count, dice):
         line += piece.count('\n')
         last = last if kind in IDLE else line
         text += changed.get(i, piece)
-    return text, lines
+    return text, lines, alone
 
 
 def measure_files(options, folders, php):
@@ -148,7 +157,7 @@ def measure_slips(options, folders, php):
     chosen = [dice.choice(sources) for _ in range(options.slips * 5 // 4)]
     run = subprocess.run(['php', '-d', 'short_open_tag=1', '-d', 'display_errors=stderr', '-d', 'memory_limit=-1', '-r', TOKENS], input='\n'.join(map(str, chosen)),
                          capture_output=True, text=True)
-    made = []
+    made, single = [], []
     with tempfile.TemporaryDirectory() as folder:
         for source, tokens in zip(chosen, run.stdout.splitlines()):
             slip = slip_of(json.loads(tokens), options.each, dice)
@@ -157,16 +166,20 @@ def measure_slips(options, folders, php):
             path = pathlib.Path(folder) / f'{len(made):05}.php'
             path.write_bytes(slip[0].encode())
             made.append((source, path, slip[1]))
+            single += slip[2] if options.each > 1 else []
         said = php.verdicts([path for _, path, _ in made])
         found = ours(options.checker, folder, options.version)
-        judge(options, made, said, found)
+        harmless = [verdict is None or verdict[0] == 'Fatal' for verdict in php.of_texts(single)]
+        judge(options, made, said, found, harmless)
 
 
-def judge(options, made, said, found):
+def judge(options, made, said, found, harmless):
+    """`harmless`: of each slip of files with several, whether PHP's parser takes it when it is alone."""
     listed = []
+    real = 0
     count = dict.fromkeys(['parse', 'compile', 'fine', 'verdict', 'found', 'between', 'near', 'phpnear', 'records', 'extra', 'most',
                            'all', 'many'], 0)
-    for (source, path, slips), php in zip(made, said):
+    for number, ((source, path, slips), php) in enumerate(zip(made, said)):
         mine = sorted(found.get(str(path), []))
         reasons = []
         if bool(mine) != bool(php):
@@ -177,6 +190,9 @@ def judge(options, made, said, found):
             count['fine' if php is None else 'compile'] += 1
         else:
             count['parse'] += 1
+            first = number * options.each
+            counted = [s for i, s in enumerate(slips) if not harmless or not harmless[first + i]]
+            real += len(counted)
             count['found'] += bool(mine)
             count['phpnear'] += any(abs(php[1] - at) <= 1 for _, at, _ in slips)
             if mine:
@@ -188,8 +204,7 @@ def judge(options, made, said, found):
                 count['near'] += near
                 reasons += [] if between else ['place']
                 reasons += [] if near else ['far']
-                hit = [any(min(b, a - 1) <= m[0] <= a + 1 for m in mine) for b, a, _ in slips]
-                count['all'] += sum(hit)
+                count['all'] += sum(any(min(b, a - 1) <= m[0] <= a + 1 for m in mine) for b, a, _ in counted)
                 count['records'] += len(mine)
                 count['most'] = max(count['most'], len(mine))
                 count['many'] += len(mine) > len(slips)
@@ -201,14 +216,14 @@ def judge(options, made, said, found):
     if options.list:
         pathlib.Path(options.list).write_text(json.dumps(listed, indent=1))
     parse = max(count['parse'], 1)
-    slips = parse * options.each
+    slips = max(real, 1)
     print(f"{len(made)} files with {options.each} slips each: PHP's parser rejects {count['parse']}, its compiler "
           f"{count['compile']}, {count['fine']} are right\n"
           f"  same verdict       {count['verdict'] / len(made):7.2%}\n"
           f"  found              {count['found'] / parse:7.2%}\n"
           f"  slip to PHP's line {count['between'] / parse:7.2%}\n"
           f"  within a line      {count['near'] / parse:7.2%} (PHP {count['phpnear'] / parse:.2%})\n"
-          f"  slips with an error within a line {count['all'] / slips:7.2%}\n"
+          f"  {real} slips that PHP's parser would reject alone, with an error within a line {count['all'] / slips:7.2%}\n"
           f"  errors a slip      {count['records'] / slips:7.3f}, most {count['most']}, more than slips in "
           f"{count['many'] / parse:.2%} of the files")
 

@@ -189,9 +189,8 @@ void CFileRules::ConstStatement(const SGrammarValue& word)
 void CFileRules::DeclareItem(const SGrammarValue& name, const SGrammarValue& value)
 {
     const bool strict = IsWord(name.first, L"strict_types");
-    if (!strict && !IsWord(name.first, L"ticks"))
-        return;
-    if (value.kind != EValue::Literal && value.kind != EValue::Text) {
+    const EValue kind = Ungrouped(value).kind;
+    if ((kind != EValue::Literal && kind != EValue::Text) || (value.flags & NotConstant)) {
         Report(Code::DeclareMisused, value);
         return;
     }
@@ -199,7 +198,7 @@ void CFileRules::DeclareItem(const SGrammarValue& name, const SGrammarValue& val
         return;
     m_strictTypes = true;
     m_strictTypesWord = name.first;
-    const std::wstring_view number = Text(value.first);
+    const std::wstring_view number = Text(value.kind == EValue::Group ? value.bad : value.first);
     if (number != L"0" && number != L"1")
         Report(Code::DeclareMisused, value);
     else if (m_anyCode || m_scopes.functions.size() > 1)

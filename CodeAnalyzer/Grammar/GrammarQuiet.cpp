@@ -7,13 +7,19 @@ using K = SyntaxParser::EPhpTokenKind;
 void CGrammarQuiet::Start(bool inStatement)
 {
     m_active = true;
-    m_tokens = m_braces = 0;
+    m_tokens = m_braces = m_all = 0;
     m_inStatement = inStatement;
 }
 
 void CGrammarQuiet::Pass(const CPhpGrammarParser& parser, K kind)
 {
     ++m_tokens;
+    // So many tokens pass by chance only rarely.
+    constexpr std::uint32_t enough = 16;
+    if (++m_all == enough) {
+        m_active = false;
+        return;
+    }
     const bool closes = kind == K::CloseBrace;
     if (kind == K::OpenBrace)
         ++m_braces;

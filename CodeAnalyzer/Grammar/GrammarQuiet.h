@@ -22,6 +22,7 @@ private:
     bool m_active = false;
     std::uint32_t m_tokens = 0; ///< that have passed since the last end of a statement
     std::uint32_t m_braces = 0; ///< opened since the error
+    std::uint32_t m_all = 0;    ///< tokens that have passed since the error
     bool m_inStatement = false;
 };
 
