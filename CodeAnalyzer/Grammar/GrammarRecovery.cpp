@@ -30,6 +30,7 @@ bool BeginsSomething(K kind)
 void CGrammarRecovery::Begin()
 {
     m_keptReports.clear();
+    m_told.clear();
     m_skip = {};
     m_quiet.Begin();
     m_replay = {};
@@ -93,7 +94,7 @@ bool CGrammarRecovery::ResolveByBraces(std::unique_ptr<SGrammarParse>& parse, st
                                    : SGrammarEdit{guess.token, {}, 1},
                      stop + BraceWindow))
             continue;
-        if (follows)
+        if (follows || (guess.missing && HasLostBrace(guess.opened, guess.token)))
             return true;
         if (guess.missing)
             m_reporter.ReportMissingBrace(guess.token, guess.opened);
@@ -230,11 +231,40 @@ void CGrammarRecovery::AddWhatCameBefore(SGrammarStop& result, std::uint32_t sto
     result.back = stop - from;
 }
 
+namespace {
+
+// Whether the token stands where a brace should end a block: on a line indented less than the one before.
+bool IsInPlaceOfBrace(const CGrammarTokens& tokens, std::uint32_t token)
+{
+    if (token == 0 || !tokens.LeadsLine(token) || tokens[token].kind == K::CloseBrace)
+        return false;
+    std::uint32_t first = token - 1;
+    while (first > 0 && tokens[first - 1].line == tokens[token - 1].line)
+        --first;
+    return tokens[token].column < tokens[first].column;
+}
+
+} // namespace
+
+// Whether what has been told before is why a block has no end: it is about a brace that opens one, or about
+// what stands where the end of one should.
+bool CGrammarRecovery::HasLostBrace(std::uint32_t opened, std::uint32_t token) const
+{
+    const auto isCause = [&](std::uint32_t at) {
+        return m_tokens[at].kind == K::OpenBrace || IsInPlaceOfBrace(m_tokens, at);
+    };
+    return std::any_of(m_told.begin(), m_told.end(), [&](std::uint32_t told) {
+        return told + 1 >= opened && told < token && (isCause(told) || (told > opened && isCause(told - 1)));
+    });
+}
+
 // The end of the file, where only a brace is open that a repair has put there.
 bool CGrammarRecovery::IsOfOwnBrace(std::uint32_t stop, const std::vector<std::uint32_t>& open) const
 {
     const auto& edits = m_feed.Edits();
-    return m_tokens[stop].kind == K::End && !open.empty() &&
+    if (m_tokens[stop].kind != K::End || open.empty())
+        return false;
+    return (m_tokens[open.back()].kind == K::OpenBrace && HasLostBrace(open.back(), stop)) ||
            std::any_of(edits.begin(), edits.end(), [&](const SGrammarEdit& edit) {
                return edit.token == open.back() && std::find(edit.inserted.begin(), edit.inserted.end(),
                                                              K::OpenBrace) != edit.inserted.end();
@@ -256,6 +286,8 @@ void CGrammarRecovery::ResolveByRepair(std::unique_ptr<SGrammarParse>& parse, st
     const SGrammarStop description = Describe(*parse, stop, open);
     const SGrammarRepair repair = FindRepair(description);
     const bool follows = IsAboutTheSame(stop) || IsOfOwnBrace(stop, open);
+    if (!follows)
+        m_told.push_back(stop - repair.back);
     const SGrammarHalt halt{parse->parser, stop, open, description};
     if (repair.way == SGrammarRepair::None) {
         if (!follows)

@@ -68,6 +68,7 @@ private:
     bool Apply(std::unique_ptr<SGrammarParse>& parse, std::uint32_t& next, const SGrammarRepair& repair);
     void GiveUpStatement(SGrammarParse& parse, std::uint32_t stop);
     void Resume(SGrammarParse& parse, std::uint32_t& next, std::uint32_t at);
+    bool HasLostBrace(std::uint32_t opened, std::uint32_t token) const;
     bool IsOfOwnBrace(std::uint32_t stop, const std::vector<std::uint32_t>& open) const;
     bool IsAboutTheSame(std::uint32_t stop) const;
     SGrammarStop Describe(const SGrammarParse& parse, std::uint32_t stop,
@@ -82,10 +83,11 @@ private:
     std::vector<SRuleReport> m_keptReports;
     SSkip m_skip;
     CGrammarQuiet m_quiet;
-    CGrammarProbe m_replay;       ///< a parse of what came before the last error
-    std::uint32_t m_replayed = 0; ///< the token that it stands before
-    bool m_dead = false;          ///< too many errors: nothing more is looked at
-    std::uint32_t m_resumed = 0;  ///< the token at which the parse last went on after an error
+    CGrammarProbe m_replay;            ///< a parse of what came before the last error
+    std::uint32_t m_replayed = 0;      ///< the token that it stands before
+    bool m_dead = false;               ///< too many errors: nothing more is looked at
+    std::uint32_t m_resumed = 0;       ///< the token at which the parse last went on after an error
+    std::vector<std::uint32_t> m_told; ///< the tokens at which errors have been told
     std::size_t m_stops = 0;
     std::size_t m_trials = 0;
 };
