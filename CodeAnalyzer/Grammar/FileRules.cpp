@@ -40,6 +40,13 @@ void CFileRules::TopStatement(const SGrammarValue& statement)
     m_anyStatement = m_anyCode = true;
 }
 
+// It is declared when the program gets there, and must not be called what is imported all the same.
+void CFileRules::InnerDeclaration(const SGrammarValue& declaration)
+{
+    const EImport type = declaration.kind == EValue::FunctionDeclaration ? ImportFunction : ImportClass;
+    CollidesWithImport(type, Tokens().Lower(declaration.first), declaration.first);
+}
+
 // Code stands here: outside of the braces of namespaces there must be none.
 void CFileRules::BeginCodeInNamespace(std::uint32_t token)
 {

@@ -17,6 +17,8 @@ public:
     CFileRules(CRuleScopes& scopes, CNameRules& names) : CRuleSet(scopes), m_names(names) {}
     void Begin();
 
+    /// Of a function or a block.
+    void InnerDeclaration(const SGrammarValue& declaration);
     void TopStatement(const SGrammarValue& statement);
     void Halt(const SGrammarValue& word);
     void NamespaceStatement(const SGrammarValue& word);

@@ -205,8 +205,8 @@ inner_list:
 ;
 
 inner_declaration:
-    declaration
-|   attributes declaration
+    declaration                 { rules.files.InnerDeclaration($1); }
+|   attributes declaration      { rules.files.InnerDeclaration($2); }
 |   HaltCompiler "(" ")" ";"    { rules.Report(Code::HaltInside, $1); }
 ;
 
