@@ -11,6 +11,8 @@ const folder = resolve(process.argv[2]);
 const sheets = readdirSync(folder, { recursive: true }).filter((name) => name.endsWith('.css'));
 // Values that the check leaves alone on purpose, and names, which are another check's.
 const unjudged = /var\(|-(ms|moz|webkit|o|khtml)-|progid|\\|expression\(|alpha\(|attr\(|env\(|filter|opacity=|zoom|@\w/;
+// Right by older or newer standards than css-tree's.
+const right = /^(speak: none|word-wrap: anywhere)$/;
 const descriptorRules = ['font-face', 'counter-style', 'property', 'page'];
 
 function errorsOf(name) {
@@ -82,7 +84,7 @@ for (const name of sheets) {
     const records = ours.get(join(folder, name)) ?? [];
     const oracles = { 'css-tree': errorsOf(name), stylelint: await lintErrorsOf(name) };
     for (const [oracle, errors] of Object.entries(oracles))
-        for (const error of errors.filter(({ text }) => !unjudged.test(text))) {
+        for (const error of errors.filter(({ text }) => !unjudged.test(text) && !right.test(text))) {
             ++theirs[oracle];
             if (records.some((record) => meets(record, error)))
                 ++found[oracle];

@@ -25,22 +25,27 @@ if (!existsSync(report)) {
 const parseErrors = [
     /^Stray (start|end) tag/, /^Unclosed element/, /^End tag/, /^Duplicate attribute/, /^Quote /, /^No space between/,
     /^Saw /, /^Named character reference/, /^Bad start tag/, /^A? ?[“"]?.*start tag seen but an element of the same type/,
-    /^Text not allowed in/, /^Misplaced non-space/, /^Heading cannot be a child/, /^Self-closing syntax/,
+    /^Misplaced non-space/, /^Heading cannot be a child/, /^Self-closing syntax/,
     /^No .* element (in scope|to close)/, /^Forbidden code point/, /^Bogus comment/, /^Consecutive hyphens/,
     /^& did not start/, /^Start tag .* seen in/, /^Start tag for/, /^Non-space character/, /^Expected/, /^Garbage/, /^Bad character/,
     /^Attribute without value/, /^An? .* start tag seen/, /^Character reference/, /^A numeric character reference/,
     /^End of file/, /^.* element between .* and/, /^Unclosed elements/, /^Cannot recover/, /^A slash was not immediately/,
     /^Nested/, /^Comment/, /^Premature end/, /^.*in the trailing/, /^Missing/, /^Unquoted/, /^CDATA/, /^File ended/,
 ];
-// What is not about a slip in the text: doctypes, encodings, and what the check leaves to linters.
-const leftAlone = [/doctype/i, /encoding/i, /forbidden character|private use/i];
+// What is not about a slip in the text: doctypes, the head of XHTML, encodings.
+const leftAlone = [/doctype/i, /encoding/i, /forbidden character|private use/i, /XML processing instruction/, /^Cannot recover/];
+// What the parser says again and again of one tag that was lost or is too much, of which the check tells once.
+const followUps = [/open elements/, /^Unclosed element/, /unclosed elements/, /violates nesting/, /^End of file/];
 
 const theirs = new Map();
+const givenUp = new Map(); // files that the Nu checker has read up to a line
 const { messages } = JSON.parse(readFileSync(report, 'utf8'));
 for (const { type, url, firstLine, lastLine, message } of messages) {
     if (type !== 'error')
         continue;
     const file = fileURLToPath(url);
+    if (/^Cannot recover/.test(message))
+        givenUp.set(file, lastLine);
     const isParse = parseErrors.some((pattern) => pattern.test(message)) && !leftAlone.some((pattern) => pattern.test(message));
     theirs.set(file, [...(theirs.get(file) ?? []), { begin: firstLine ?? lastLine, end: lastLine, message, isParse }]);
 }
@@ -60,6 +65,7 @@ rmSync(temporary, { recursive: true });
 
 // The parser names the tag that it takes or leaves, the check the place of the slip: a line more or less.
 const meet = (record, error) => record.places.some(({ begin, end }) => begin <= error.end + 1 && end >= error.begin - 1);
+const isOfNesting = ({ code }) => (code > 2100 && code < 2200) || code === 2014;
 // HTML beyond names; what styles hold is measured by measure-css.mjs.
 const isJudged = ({ code, level }) => level === 'error' && code > 2000 && code < 2500;
 
@@ -71,6 +77,8 @@ const count = (what, isGood) => {
 };
 for (const [file, records] of ours)
     for (const record of records.filter(isJudged)) {
+        if (record.places[0].begin > (givenUp.get(file) ?? Infinity))
+            continue;
         const isConfirmed = (theirs.get(file) ?? []).some((error) => meet(record, error));
         count('confirmed', isConfirmed);
         count(`  ${record.code}`, isConfirmed);
@@ -79,7 +87,13 @@ for (const [file, records] of ours)
     }
 for (const [file, errors] of theirs)
     for (const error of errors.filter(({ isParse }) => isParse)) {
-        const isFound = (ours.get(file) ?? []).some((record) => meet(record, error));
+        const records = (ours.get(file) ?? []).filter(({ code }) => code > 2000 && code < 2500);
+        const isFound = records.some((record) => meet(record, error));
+        const follows = records.some((record) => isOfNesting(record) && record.places[0].begin <= error.end);
+        if (!isFound && follows && followUps.some((pattern) => pattern.test(error.message))) {
+            count('follow from one that is told', true);
+            continue;
+        }
         count('found', isFound);
         count(`  ${error.message.replace(/“[^”]*”/g, '…').slice(0, 60)}`, isFound);
         if (!isFound)

@@ -188,9 +188,16 @@ void CHtmlAttributes::JudgeNumber(EValueForm form, const SHtmlAttribute& attribu
 void CHtmlAttributes::JudgeId(const SHtmlAttribute& attribute)
 {
     const std::wstring_view value = m_report.Places().Text(attribute.value);
-    if (value.empty() || value.find_first_of(Spaces) != std::wstring_view::npos)
-        m_report.Add(Code::InvalidId, value.empty() ? attribute.span : attribute.value,
-                     {{m_report.Source("value", attribute.value)}, {}, {}});
+    if (!value.empty() && value.find_first_of(Spaces) == std::wstring_view::npos)
+        return;
+    std::wstring joined(CCommonString::Trim(value));
+    std::ranges::replace_if(
+        joined, [](wchar_t c) { return Spaces.find(c) != std::wstring_view::npos; }, L'-');
+    m_report.Add(Code::InvalidId, value.empty() ? attribute.span : attribute.value,
+                 {{m_report.Source("value", attribute.value)},
+                  {},
+                  {joined.empty() ? m_report.Fix(EFix::Remove, attribute.span, L"")
+                                  : m_report.Fix(EFix::Rename, attribute.value, joined)}});
 }
 
 void CHtmlAttributes::JudgeUrl(const SHtmlAttribute& attribute)

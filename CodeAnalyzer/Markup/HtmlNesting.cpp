@@ -314,6 +314,8 @@ void CHtmlNesting::TellEndTag(const SNestingFault& fault)
     if (fault.fault == ENestingFault::Stray && FindLostStart(fault.at, place)) {
         details.arguments.push_back({"expected", L"<" + *tag.lower + L">"});
         details.related.push_back(m_report.Related(tag.span, "The end tag is here"));
+        details.fixes.push_back(
+            m_report.Fix(EFix::Insert, {place.end, place.end}, L"<" + Written(tag.name) + L">"));
         m_report.Add(Code::LostStartTag, place, std::move(details));
         return;
     }
@@ -324,17 +326,68 @@ void CHtmlNesting::TellEndTag(const SNestingFault& fault)
     }
     std::int32_t code = Code::StrayEndTag;
     switch (fault.fault) {
-    case ENestingFault::Crossed: code = Code::CrossedEndTags; break;
+    case ENestingFault::Crossed:
+        code = Code::CrossedEndTags;
+        AddSwap(fault, details);
+        break;
     case ENestingFault::Mismatched:
         code = Code::MismatchedEndTag;
         details.fixes.push_back(m_report.Fix(EFix::Rename, tag.name, Written(Event(fault.other).name)));
         break;
     case ENestingFault::HalfClosed: code = Code::HalfClosedElement; break;
-    case ENestingFault::OneBranch: code = Code::OpenInOneBranch; break;
+    case ENestingFault::OneBranch:
+        code = Code::OpenInOneBranch;
+        AddCondition(fault, details);
+        break;
     case ENestingFault::VoidEnd: code = Code::EndTagOfVoid; [[fallthrough]];
     default: details.fixes.push_back(m_report.Fix(EFix::Remove, tag.span, L""));
     }
     m_report.Add(code, tag.span, std::move(details));
+}
+
+// Two end tags, one directly behind the other, in the other order.
+void CHtmlNesting::AddSwap(const SNestingFault& fault, SDetails& details) const
+{
+    const std::uint32_t next = fault.at + 1;
+    if (fault.other == NoEvent || next >= m_events.All().size() || Event(next).kind != SNestingEvent::Close ||
+        Event(next).dynamic || *Event(next).lower != *Event(fault.other).lower)
+        return;
+    SFix swap = m_report.Fix(EFix::Rename, Event(fault.at).name, Written(Event(next).name));
+    const SFix second = m_report.Fix(EFix::Rename, Event(next).name, Written(Event(fault.at).name));
+    swap.edits.push_back(second.edits.front());
+    details.fixes.push_back(std::move(swap));
+}
+
+// The end tag under the condition of the start tag.
+void CHtmlNesting::AddCondition(const SNestingFault& fault, SDetails& details) const
+{
+    if (fault.other == NoEvent)
+        return;
+    const std::vector<SFlowMark>& marks = m_events.Flow().marks;
+    const SFlowMark* branch = nullptr;
+    std::size_t depth = 0;
+    for (std::uint32_t i = fault.other; i-- > 0 && !branch;) {
+        if (Event(i).kind != SNestingEvent::Flow)
+            continue;
+        const SFlowMark& mark = marks[Event(i).mark];
+        depth += mark.kind == SFlowMark::BranchEnd ? 1 : 0;
+        if (mark.kind == SFlowMark::BranchBegin && depth-- == 0)
+            branch = &mark;
+        else if (mark.kind == SFlowMark::ScopeBegin || mark.kind == SFlowMark::ScopeEnd)
+            return;
+    }
+    // Of the first branch of an "if": what the others take depends on more than their own condition.
+    if (!branch || branch == marks.data() || (branch - 1)->kind != SFlowMark::StatementBegin ||
+        (branch - 1)->branching != EBranching::Choice || branch->condition.IsEmpty())
+        return;
+    const std::wstring condition = Written(branch->condition);
+    const SMarkupSpan end = Event(fault.at).span;
+    if (!m_report.Places().Written().substr((branch - 1)->offset).starts_with(L"if") ||
+        condition.find_first_of(L"\n?") != std::wstring::npos)
+        return;
+    SFix fix = m_report.Fix(EFix::Insert, {end.begin, end.begin}, L"<?php if (" + condition + L"): ?>");
+    fix.edits.push_back(m_report.Fix(EFix::Insert, {end.end, end.end}, L"<?php endif ?>").edits.front());
+    details.fixes.push_back(std::move(fix));
 }
 
 void CHtmlNesting::TellPlace(const SNestingFault& fault)

@@ -35,6 +35,8 @@ private:
     void Tell(const SNestingFault& fault);
     void TellUnclosed(const SNestingFault& fault);
     void TellEndTag(const SNestingFault& fault);
+    void AddSwap(const SNestingFault& fault, SDetails& details) const;
+    void AddCondition(const SNestingFault& fault, SDetails& details) const;
     void TellPlace(const SNestingFault& fault);
 
     const SNestingEvent& Event(std::uint32_t event) const { return m_events.All()[event]; }

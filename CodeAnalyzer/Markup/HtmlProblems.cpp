@@ -29,7 +29,7 @@ struct SPlain
 
 constexpr SPlain Plain[] = {
     {EHtmlProblem::MissingWhitespaceBetweenAttributes, Code::MissingSpaceInTag},
-    {EHtmlProblem::UnexpectedEqualsSignBeforeAttributeName, Code::EqualsBeforeName},
+    {EHtmlProblem::UnexpectedEqualsSignBeforeAttributeName, Code::EqualsBeforeName, EFix::Remove},
     {EHtmlProblem::UnexpectedSolidusInTag, Code::SolidusInTag, EFix::Remove},
     {EHtmlProblem::EndTagWithAttributes, Code::EndTagWithAttributes, EFix::Remove},
     {EHtmlProblem::EndTagWithTrailingSolidus, Code::EndTagWithSolidus, EFix::Remove, L">"},
@@ -40,11 +40,9 @@ constexpr SPlain Plain[] = {
     {EHtmlProblem::EofInComment, Code::EndOfFileInComment, EFix::Insert, L"-->"},
     {EHtmlProblem::AbruptClosingOfEmptyComment, Code::AbruptComment, EFix::Rename, L"<!---->"},
     {EHtmlProblem::IncorrectlyClosedComment, Code::BadCommentEnd, EFix::Rename, L"-->"},
-    {EHtmlProblem::IncorrectlyOpenedComment, Code::BadCommentStart},
     {EHtmlProblem::CdataInHtmlContent, Code::CDataInHtml},
     {EHtmlProblem::EofInCdata, Code::EndOfFileInCData, EFix::Insert, L"]]>"},
     {EHtmlProblem::EofInDoctype, Code::EndOfFileInDoctype, EFix::Insert, L">"},
-    {EHtmlProblem::AbsenceOfDigitsInNumericCharacterReference, Code::ReferenceWithoutDigits},
     {EHtmlProblem::EofInScriptHtmlCommentLikeText, Code::UnclosedCommentInScript, EFix::Insert, L"-->"},
     {EHtmlProblem::UnexpectedNullCharacter, Code::ControlCharacter, EFix::Remove},
     {EHtmlProblem::ControlCharacterInInputStream, Code::ControlCharacter, EFix::Remove},
@@ -174,9 +172,7 @@ void CHtmlProblems::JudgeInTag(const SProblem& problem, const SHtmlToken& tag)
     case EHtmlProblem::MissingWhitespaceBetweenAttributes:
         Add(Code::MissingSpaceInTag, span, EFix::Insert, {span.begin, span.begin}, L" ");
         break;
-    case EHtmlProblem::UnexpectedCharacterInAttributeName:
-        AddCharacter(Code::CharacterInAttributeName, span);
-        break;
+    case EHtmlProblem::UnexpectedCharacterInAttributeName: AddCharacterInName(span, tag); break;
     case EHtmlProblem::UnexpectedCharacterInUnquotedAttributeValue: AddUnquoted(span, tag); break;
     case EHtmlProblem::MissingAttributeValue:
         if (const SHtmlAttribute* attribute = FindAt(tag, span.begin))
@@ -200,7 +196,9 @@ void CHtmlProblems::JudgeComment(const SProblem& problem, const SHtmlToken& comm
     } else if (problem.problem == EHtmlProblem::NestedComment) {
         const SMarkupSpan start{comment.span.begin, comment.span.begin + 4};
         m_report.Add(Code::NestedComment, problem.span,
-                     {{}, {m_report.Related(start, "The comment begins here")}, {}});
+                     {{},
+                      {m_report.Related(start, "The comment begins here")},
+                      {m_report.Fix(EFix::Remove, problem.span, L"")}});
     } else if (!text.starts_with(L"<![if") && !text.starts_with(L"<![endif") && !text.starts_with(L"<?xml")) {
         JudgeInText(problem); // those are old browsers' conditions, and the head of XHTML
     }
@@ -215,6 +213,10 @@ void CHtmlProblems::JudgeInText(const SProblem& problem)
         m_report.Add(
             Code::UnclosedReference, span,
             {{m_report.Source("name", span)}, {}, {m_report.Fix(EFix::Insert, {span.end, span.end}, L";")}});
+    } else if (problem.problem == EHtmlProblem::IncorrectlyOpenedComment) {
+        AddBadComment(span);
+    } else if (problem.problem == EHtmlProblem::AbsenceOfDigitsInNumericCharacterReference) {
+        Add(Code::ReferenceWithoutDigits, span, EFix::Rename, {span.begin, span.begin + 1}, L"&amp;");
     } else if (IsNumericReference(problem.problem)) {
         m_report.Add(Code::InvalidReference, span, {{m_report.Source("name", span)}, {}, {}});
     } else if (problem.problem == EHtmlProblem::InvalidFirstCharacterOfTagName) {
@@ -315,9 +317,31 @@ void CHtmlProblems::AddUnknownReference(SMarkupSpan span)
     m_report.Add(Code::UnknownReference, span, std::move(details));
 }
 
-void CHtmlProblems::AddCharacter(std::int32_t code, SMarkupSpan span)
+// A quote in a name: the "=" before it is lost, or it is too much.
+void CHtmlProblems::AddCharacterInName(SMarkupSpan span, const SHtmlToken& tag)
 {
-    m_report.Add(code, span, {{m_report.Source("found", span)}, {}, {}});
+    SDetails details{{m_report.Source("found", span)}, {}, {}};
+    const SHtmlAttribute* attribute = FindAt(tag, span.begin);
+    if (attribute && !m_report.Places().IsTouched(attribute->span)) {
+        const std::wstring_view name = m_report.Places().Text(attribute->name);
+        const wchar_t quote = m_report.Places().Text(span).front();
+        const auto count = std::ranges::count(name, quote);
+        if (quote != L'<' && count == 2 && name.ends_with(quote) && span.begin > attribute->name.begin)
+            details.fixes.push_back(m_report.Fix(EFix::Insert, {span.begin, span.begin}, L"="));
+        else if (quote != L'<' && count == 1)
+            details.fixes.push_back(m_report.Fix(EFix::Remove, span, L""));
+    }
+    m_report.Add(Code::CharacterInAttributeName, span, std::move(details));
+}
+
+// "<!-" lacks a dash.
+void CHtmlProblems::AddBadComment(SMarkupSpan span)
+{
+    SDetails details;
+    const std::wstring_view text = m_report.Places().Text().substr(span.end);
+    if (text.starts_with(L'-') && text.substr(0, text.find(L'>')).ends_with(L"--"))
+        details.fixes.push_back(m_report.Fix(EFix::Insert, {span.end, span.end}, L"-"));
+    m_report.Add(Code::BadCommentStart, span, std::move(details));
 }
 
 void CHtmlProblems::Add(std::int32_t code, SMarkupSpan span, EFix kind, SMarkupSpan place, std::wstring text)

@@ -39,7 +39,8 @@ private:
     void AddUnquoted(SyntaxParser::SMarkupSpan span, const SyntaxParser::SHtmlToken& tag);
     void AddSolidus(SyntaxParser::SMarkupSpan span, const SyntaxParser::SHtmlToken& tag);
     void AddUnknownReference(SyntaxParser::SMarkupSpan span);
-    void AddCharacter(std::int32_t code, SyntaxParser::SMarkupSpan span);
+    void AddCharacterInName(SyntaxParser::SMarkupSpan span, const SyntaxParser::SHtmlToken& tag);
+    void AddBadComment(SyntaxParser::SMarkupSpan span);
     void Add(std::int32_t code, SyntaxParser::SMarkupSpan span, EFix kind, SyntaxParser::SMarkupSpan place,
              std::wstring text);
 

@@ -71,9 +71,17 @@ void CRepeatCheck::Declare(const SStyleDeclaration& declaration)
         SDetails details;
         details.related.push_back(m_findings.Plain().Related(m_text[earlier->second.declaration.name].span,
                                                              "The property was given here"));
+        details.fixes.push_back(m_findings.Remove(WholeOf(earlier->second.declaration)));
         m_findings.Report(Code::RepeatedStyleProperty, declaration.name, {}, std::move(details));
     }
     earlier->second = std::move(entry);
+}
+
+// With its semicolon.
+STokens CRepeatCheck::WholeOf(const SStyleDeclaration& declaration) const
+{
+    const TTokenIndex end = m_text.SkipBlanks(declaration.value.end);
+    return {declaration.name, m_text.Is(end, EStyleTokenKind::Semicolon) ? end + 1 : declaration.value.end};
 }
 
 // Equal for values that every browser reads alike; empty: nobody can tell.

@@ -27,6 +27,7 @@ private:
         std::string kind;
     };
 
+    STokens WholeOf(const SStyleDeclaration& declaration) const;
     std::string KindOf(STokens value) const;
 
     const CStyleText& m_text;

@@ -93,7 +93,8 @@ bool CStyleChecker::CheckTokens()
         switch (token.kind) {
         case EStyleTokenKind::Comment:
             if (token.unfinished)
-                m_findings.Report(Code::StyleCommentNotClosed, i);
+                m_findings.Report(Code::StyleCommentNotClosed, i, {},
+                                  {{}, {}, {ClosedOnItsLine(token.span, L" */")}});
             break;
         case EStyleTokenKind::String:
             if (token.unfinished && ReportString(i))
@@ -105,8 +106,8 @@ bool CStyleChecker::CheckTokens()
             break;
         case EStyleTokenKind::Url:
         case EStyleTokenKind::BadUrl:
-            if (token.unfinished || token.kind == EStyleTokenKind::BadUrl)
-                m_findings.Report(Code::BadStyleUrl, i);
+            if ((token.unfinished || token.kind == EStyleTokenKind::BadUrl) && ReportUrl(i))
+                return false;
             break;
         default: break;
         }
@@ -124,8 +125,55 @@ bool CStyleChecker::ReportString(TTokenIndex token)
             m_text.Text(i).find_first_of(L"{}") != std::wstring_view::npos &&
             m_text.Text(i).find(L"data:") == std::wstring_view::npos)
             guilty = i;
-    m_findings.Report(Code::StyleStringNotClosed, guilty);
+    SDetails details;
+    if (guilty == token)
+        details.fixes.push_back(
+            ClosedOnItsLine(m_text[token].span, std::wstring(1, m_text.Text(token).front())));
+    m_findings.Report(Code::StyleStringNotClosed, guilty, {}, std::move(details));
     return guilty != token;
+}
+
+// True: it has swallowed blocks.
+bool CStyleChecker::ReportUrl(TTokenIndex token)
+{
+    const SMarkupSpan span = m_text[token].span;
+    const std::wstring_view text = m_text.Text(token);
+    const std::size_t begin = text.find(L'(') + 1;
+    SDetails details;
+    if (text.ends_with(L')') && text.find_first_of(L"\"'\\(\n", begin) == std::wstring_view::npos)
+        details.fixes.push_back(
+            m_report.Fix(EFix::Rename, {span.begin + begin, span.end - 1},
+                         L'"' + std::wstring(text.substr(begin, text.size() - begin - 1)) + L'"'));
+    m_findings.Report(Code::BadStyleUrl, token, {}, std::move(details));
+    return text.find_first_of(L"{}") != std::wstring_view::npos;
+}
+
+// Closes what goes on too far at the end of the line on which it begins, before what ends a declaration.
+SFix CStyleChecker::ClosedOnItsLine(SMarkupSpan span, std::wstring with) const
+{
+    const std::wstring_view text = m_text.Places().Text(span);
+    const std::size_t line = std::min(text.find(L'\n'), text.size());
+    const bool isComment = text.starts_with(L"/*");
+    const std::size_t last =
+        text.substr(0, line).find_last_not_of(isComment ? std::wstring_view(L" \t\r") : L" \t\r;}");
+    const std::size_t end = span.begin + (last == std::wstring_view::npos ? 1 : last + 1);
+    return m_report.Fix(EFix::Insert, {end, end}, std::move(with));
+}
+
+// Closes a bracket or block that is open to the end.
+SFix CStyleChecker::Closed(TTokenIndex open) const
+{
+    TTokenIndex end = m_text.Size();
+    const wchar_t* close = L"}";
+    if (!m_text.Is(open, EStyleTokenKind::CurlyOpen)) {
+        close = m_text.Is(open, EStyleTokenKind::SquareOpen) ? L"]" : L")";
+        end = open + 1;
+        while (end < m_text.Size() && !m_text.Is(end, EStyleTokenKind::Semicolon) &&
+               !m_text.Is(end, EStyleTokenKind::CurlyClose) && !m_text.Is(end, EStyleTokenKind::CurlyOpen))
+            ++end;
+    }
+    const std::size_t place = m_text.EndBefore(end).end;
+    return m_report.Fix(EFix::Insert, {place, place}, close);
 }
 
 void CStyleChecker::ReportFaults(const SBlocks& blocks)
@@ -140,6 +188,8 @@ void CStyleChecker::ReportFaults(const SBlocks& blocks)
             m_findings.Missing(code, fault.at, L"\n}", {}, std::move(details));
         } else if (fault.kind == SBlockFault::Stray) {
             m_findings.Report(code, fault.at, {}, {{}, {}, {m_findings.Remove({fault.at, fault.at + 1})}});
+        } else if (fault.kind == SBlockFault::NotClosed) {
+            m_findings.Report(code, fault.at, {}, {{}, {}, {Closed(fault.at)}});
         } else {
             m_findings.Report(code, fault.at);
         }
@@ -171,7 +221,8 @@ void CStyleChecker::CheckBlock(const SStyleRule& rule)
         return;
     const TTokenIndex next = open + 1 + m_text.Is(open + 1, EStyleTokenKind::Space);
     if (m_text.Is(next, EStyleTokenKind::CurlyClose))
-        m_findings.Report(Code::EmptyStyleBlock, {open, next + 1});
+        m_findings.Report(Code::EmptyStyleBlock, {open, next + 1}, {},
+                          {{}, {}, {m_findings.Remove({rule.begin, next + 1})}});
 }
 
 void CStyleChecker::EndRule()
@@ -190,9 +241,27 @@ void CStyleChecker::Declare(const SStyleDeclaration& declaration)
         m_values.CheckCustom(declaration.name, declaration.value);
         return;
     }
-    if (name.starts_with("mso-") || name.find("filter") != std::string::npos)
+    if (name.starts_with("mso-") || (name.find("filter") != std::string::npos && IsOldFilter(declaration)))
         return;
     m_values.CheckDeclaration(declaration, SyntaxOf(declaration, name));
+}
+
+// Whether a filter is one of an old browser: "alpha(opacity=50)", "progid:…", "gray". Those of the standard
+// are functions of lengths and numbers.
+bool CStyleChecker::IsOldFilter(const SStyleDeclaration& declaration) const
+{
+    static constexpr std::string_view Functions[] = {"blur",      "brightness", "contrast", "drop-shadow",
+                                                     "grayscale", "hue-rotate", "invert",   "opacity",
+                                                     "saturate",  "sepia"};
+    const STokens value = declaration.value;
+    const std::wstring_view text = m_text.Places().Text(m_text.SpanOf(value));
+    if (text.find_first_of(L"=:\\") != std::wstring_view::npos)
+        return true;
+    for (TTokenIndex i = value.begin; i < value.end; ++i)
+        if (m_text.Is(i, EStyleTokenKind::Function) &&
+            std::ranges::find(Functions, m_text.NameOf(i)) != std::end(Functions))
+            return false;
+    return true;
 }
 
 StyleTables::TSyntax CStyleChecker::SyntaxOf(const SStyleDeclaration& declaration, const std::string& name)

@@ -33,8 +33,12 @@ private:
     bool IsTemplate() const;
     bool CheckTokens();
     bool ReportString(TTokenIndex token);
+    bool ReportUrl(TTokenIndex token);
+    SFix ClosedOnItsLine(SMarkupSpan span, std::wstring with) const;
+    SFix Closed(TTokenIndex open) const;
     void ReportFaults(const SBlocks& blocks);
     void CheckBlock(const SStyleRule& rule);
+    bool IsOldFilter(const SStyleDeclaration& declaration) const;
     StyleTables::TSyntax SyntaxOf(const SStyleDeclaration& declaration, const std::string& name);
 
     CMarkupReport& m_report;

@@ -266,8 +266,11 @@ bool CValueCheck::CheckMathLevel(const SValuePart& function)
         const bool isSum = IsSign(part, L"+-");
         const bool isSigned =
             part.kind != SValuePart::Sign && (m_text.Text(token)[0] == L'+' || m_text.Text(token)[0] == L'-');
-        if (isSigned || (isSum && (!m_text.IsBlank(token - 1) || !m_text.IsBlank(token + 1))))
-            return fail(part.tokens, Code::MissingBlankInSum);
+        if (isSigned || (isSum && (!m_text.IsBlank(token - 1) || !m_text.IsBlank(token + 1)))) {
+            m_findings.Report(Code::MissingBlankInSum, part.tokens,
+                              {{"name", m_text.NameOf(function.tokens.begin)}}, {{}, {}, {Spaced(token)}});
+            return false;
+        }
         if (IsSign(part, L")") && depth > 0)
             --depth;
         else if (isSum || IsSign(part, L"*/") || (IsSign(part, L",") && depth == 0))
@@ -280,6 +283,17 @@ bool CValueCheck::CheckMathLevel(const SValuePart& function)
     const bool mayBeEmpty = parts.empty() && (name.starts_with("sibling") || name.starts_with("anchor"));
     return !wantsOperand || mayBeEmpty ||
            fail({function.tokens.begin, function.tokens.begin + 1}, Code::IncompleteStyleValue);
+}
+
+/// Puts blanks around the sign that a token is, or begins with.
+SFix CValueCheck::Spaced(TTokenIndex token) const
+{
+    const SMarkupSpan span = m_text[token].span;
+    const bool isAlone = span.end == span.begin + 1;
+    std::wstring text(m_text.IsBlank(token - 1) ? L"" : L" ");
+    text += m_text.Text(token)[0];
+    text += isAlone && m_text.IsBlank(token + 1) ? L"" : L" ";
+    return m_findings.Plain().Fix(EFix::Rename, {span.begin, span.begin + 1}, std::move(text));
 }
 
 void CValueCheck::CheckSyntax(STokens name, STokens value, TSyntax syntax, std::int32_t code)

@@ -32,6 +32,7 @@ private:
     bool IsUnjudged(STokens value) const;
     bool CheckMath();
     bool CheckMathLevel(const SValuePart& function);
+    SFix Spaced(TTokenIndex token) const;
     void CheckSyntax(STokens name, STokens value, StyleTables::TSyntax syntax, std::int32_t code);
     void ReportStop(STokens name, std::int32_t code);
     bool ReportWord(const SValuePart& part, const std::string& name, std::int32_t code,

@@ -151,9 +151,19 @@ TEST_F(HtmlProblems, AreMended)
         {"<img width=10px>", "<img width=10>"},
         {"<input a checked=false>", "<input a >"},
         {"<input required=true>", "<input required>"},
+        {"<p class\"b\">", "<p class=\"b\">"},
+        {"<p class='b' '>", "<p class='b' >"},
+        {"<p =a>", "<p a>"},
+        {"<p><!-- b <!-- c -->", "<p><!-- b  c -->"},
+        {"<p><!- b -->", "<p><!-- b -->"},
+        {"<p>&#;", "<p>&amp;#;"},
+        {"<p id=' a b c '>", "<p id='a-b-c'>"},
+        {"<p id=''>", "<p >"},
     };
-    for (const auto& [text, mended] : cases)
+    for (const auto& [text, mended] : cases) {
         EXPECT_EQ(Mend(text, 2003, 2299), mended) << text;
+        EXPECT_EQ(m_diagnoser.Describe(mended, 2003, 2099), "") << mended;
+    }
 }
 
 TEST_F(HtmlProblems, NamesOfOthersAreTheirs)

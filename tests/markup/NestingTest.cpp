@@ -1,5 +1,6 @@
 #include "MarkupDiagnoser.h"
 
+#include <algorithm>
 #include <array>
 #include <gtest/gtest.h>
 #include <map>
@@ -183,13 +184,23 @@ TEST_F(Nesting, FixesMendWhatTheyAreOfferedFor)
         {"<ul><li>a</span></ul>", "<ul><li>a</ul>"},
         {"<p>a<br></br>b</p>", "<p>a<br>b</p>"},
         {"<i><?php if ($w): ?><b>x<?php endif ?></i>", "<i><?php if ($w): ?><b>x</b><?php endif ?></i>"},
+        {"<b><em>a</b></em>", "<b><em>a</em></b>"},
+        {"<ul>\n    <li>x</li>\n    <li>y\n        z\n    </ol>\n</ul>\n",
+         "<ul>\n    <li>x</li>\n    <li>y<ol>\n        z\n    </ol>\n</ul>\n"},
+        {"<i><?php if ($w): ?><b><?php endif ?>x</b></i>",
+         "<i><?php if ($w): ?><b><?php endif ?>x<?php if ($w): ?></b><?php endif ?></i>"},
+        {"<i><?php if ($v) { f(); } if ($w['x'] > 1) { ?><b><?php } ?>x</b></i>",
+         "<i><?php if ($v) { f(); } if ($w['x'] > 1) { ?><b><?php } ?>x<?php if ($w['x'] > 1): "
+         "?></b><?php endif ?></i>"},
     };
     for (const auto& [text, mended] : cases) {
         const auto found = m_diagnoser.Diagnose(text);
         ASSERT_EQ(found.size(), 1u) << text;
         ASSERT_EQ(found[0].details.fixes.size(), 1u) << text;
         std::string copy = text;
-        for (const CodeAnalyzer::STextEdit& edit : found[0].details.fixes[0].edits) {
+        std::vector<CodeAnalyzer::STextEdit> edits = found[0].details.fixes[0].edits;
+        std::reverse(edits.begin(), edits.end());
+        for (const CodeAnalyzer::STextEdit& edit : edits) {
             const auto offset = [&](const SyntaxParser::CIterator& place) {
                 std::size_t line = 0;
                 for (std::int64_t i = 0; i < place.y; ++i)
@@ -202,6 +213,18 @@ TEST_F(Nesting, FixesMendWhatTheyAreOfferedFor)
         }
         EXPECT_EQ(copy, mended);
         EXPECT_EQ(m_diagnoser.Describe(copy), "") << copy;
+    }
+}
+
+// Where it is not known what the start tag depends on, nothing is offered.
+TEST_F(Nesting, OffersNoConditionThatMayNotBeTheSame)
+{
+    for (const char* text : {"<i><?php if ($v): ?><?php elseif ($w): ?><b><?php endif ?>x</b></i>",
+                             "<i><?php foreach ($v as $w): ?><b><?php endforeach ?>x</b></i>",
+                             "<i><?php if ($v): ?><?php else: ?><b><?php endif ?>x</b></i>",
+                             "<i><?php switch ($v) { case 1: ?><b><?php } ?>x</b></i>"}) {
+        for (const CodeAnalyzer::SDiagnostic& found : m_diagnoser.Diagnose(text, 2112, 2112))
+            EXPECT_TRUE(found.details.fixes.empty()) << text;
     }
 }
 

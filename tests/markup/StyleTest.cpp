@@ -245,6 +245,17 @@ TEST(Styles, FixesMendThem)
         {"a{top:0}}", "a{top:0}"},
         {"@import 'x' @import 'y';", "@import 'x'; @import 'y';"},
         {"a{display:-wbkit-box}", "a{display:-webkit-box}"},
+        {"a{width:calc(1px+ 2px)}", "a{width:calc(1px + 2px)}"},
+        {"a{width:calc(1px -2px)}", "a{width:calc(1px - 2px)}"},
+        {"a{width:calc(2px* 3 -1px)}", "a{width:calc(2px* 3 - 1px)}"},
+        {"a{background:url(b c.png)}", "a{background:url(\"b c.png\")}"},
+        {"a{color:rgb(0,0,0;top:0}", "a{color:rgb(0,0,0);top:0}"},
+        {"a[b{top:0}", "a[b]{top:0}"},
+        {"@media (min-width:1px{a{top:0}}", "@media (min-width:1px){a{top:0}}"},
+        {"a{top:0} /* b", "a{top:0} /* b */"},
+        {"@media print{a{top:0}", "@media print{a{top:0}}"},
+        {"a{color:red;top:0;color:blue}", "a{top:0;color:blue}"},
+        {"a{}b{top:0}", "b{top:0}"},
     };
     for (const auto& [text, mended] : cases) {
         EXPECT_EQ(Fixed(text), mended);
