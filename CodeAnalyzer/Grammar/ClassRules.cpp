@@ -66,6 +66,8 @@ void CClassRules::BeginClass(EClassKind kind, const SGrammarValue& /*word*/, con
     m_scopes.modifiers = {};
     if (kind != AnonymousKind)
         m_names.CheckClassName(name.first);
+    if (kind != AnonymousKind && Function().inClass)
+        Report(Code::NestedClass, name);
     m_scopes.classes.push_back(std::move(scope));
 }
 
@@ -151,6 +153,7 @@ void CClassRules::BeginProperties(const SGrammarValue& propertyType)
     type->hasMemberType = true;
     type->memberType = propertyType.extra;
     type->memberTypeToken = propertyType.first;
+    m_types.CheckWhole(propertyType);
     m_types.CheckPropertyType(propertyType.extra, propertyType.first);
 }
 
@@ -226,6 +229,7 @@ void CClassRules::MakeLate()
 
 void CClassRules::ConstantType(const SGrammarValue& type)
 {
+    m_types.CheckWhole(type);
     m_types.CheckPropertyType(type.extra, type.first);
     if (Class())
         Class()->constantTypeToken = type.first;
@@ -272,6 +276,10 @@ void CClassRules::ClassConstant(const SGrammarValue& name, const SGrammarValue& 
         Needs(EFeature::ConstantArray, value);
     CheckConstant(value, false);
     AddConstant(name.first);
+    const std::uint32_t known = Ungrouped(value).kind == EValue::ArrayLiteral ? TypeArray : value.extra;
+    if (Class() && Class()->kind != TraitKind &&
+        (IsWorkedOut(value) || value.kind == EValue::ClassConstant) && known)
+        Class()->constantTypes.try_emplace(std::wstring(Text(name.first)), known);
 }
 
 void CClassRules::EnumCase(const SGrammarValue& word, const SGrammarValue& name)

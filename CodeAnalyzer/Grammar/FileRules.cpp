@@ -1,5 +1,7 @@
 #include "Grammar/FileRules.h"
 
+#include "Grammar/BuiltinFunctions.h"
+
 #include <algorithm>
 
 namespace Kesh::CodeAnalyzer {
@@ -27,7 +29,7 @@ void CFileRules::BeginNames(std::uint32_t token, std::uint32_t namespaceName)
 void CFileRules::TopStatement(const SGrammarValue& statement)
 {
     switch (statement.kind) {
-    case EValue::Nop: return;
+    case EValue::Nop: m_anyCode = true; return;
     case EValue::DeclareStatement:
         // Its own rules have been asked.
         BeginCodeInNamespace(NoToken);
@@ -60,8 +62,15 @@ void CFileRules::Halt(const SGrammarValue& word)
         Report(Code::HaltInside, word);
 }
 
+void CFileRules::CheckNamespaceName(std::uint32_t name)
+{
+    if (IsWord(name, L"namespace") && IsFrom(800))
+        Report(Code::ReservedName, name);
+}
+
 void CFileRules::NamespaceStatement(const SGrammarValue& word)
 {
+    CheckNamespaceName(word.first + 1);
     if (m_namespaces == ENamespaces::Braces)
         Report(Code::NamespaceStyles, word);
     else if (m_namespaces == ENamespaces::None && m_anyStatement)
@@ -73,6 +82,7 @@ void CFileRules::NamespaceStatement(const SGrammarValue& word)
 
 void CFileRules::BeginNamespace(const SGrammarValue& word)
 {
+    CheckNamespaceName(word.first + 1);
     if (m_inNamespaceBraces)
         Report(Code::NamespaceNested, word);
     else if (m_namespaces == ENamespaces::Plain)
@@ -159,6 +169,13 @@ void CFileRules::DeclareFunction(std::uint32_t name)
     const std::wstring key = Tokens().Lower(name);
     if (CollidesWithImport(ImportFunction, key, name))
         return;
+    if (m_scopes.namespaceName == NoToken) {
+        const auto since = BuiltinFunctionSince(key);
+        if (since && (Version() != 0 ? Version() >= *since : *since == 0)) {
+            Report(Code::FunctionOfPhp, name);
+            return;
+        }
+    }
     const auto [at, isNew] = m_declared.try_emplace({ImportFunction, key}, name);
     if (!isNew)
         Report(Code::FunctionTwice, name, FirstIs(at->second));
@@ -196,6 +213,8 @@ void CFileRules::ConstStatement(const SGrammarValue& word)
 void CFileRules::DeclareItem(const SGrammarValue& name, const SGrammarValue& value)
 {
     const bool strict = IsWord(name.first, L"strict_types");
+    if (IsWord(name.first, L"encoding") && (m_anyStatement || m_scopes.functions.size() > 1))
+        Report(Code::DeclareMisused, name);
     const EValue kind = Ungrouped(value).kind;
     if ((kind != EValue::Literal && kind != EValue::Text) || (value.flags & NotConstant)) {
         Report(Code::DeclareMisused, value);

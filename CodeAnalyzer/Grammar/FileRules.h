@@ -44,6 +44,7 @@ private:
     bool CollidesWithImport(EImport type, const std::wstring& key, std::uint32_t name);
     void DeclareFunction(std::uint32_t name);
     void DeclareClass(std::uint32_t name);
+    void CheckNamespaceName(std::uint32_t name);
     void BeginCodeInNamespace(std::uint32_t token);
 
     enum class ENamespaces : std::uint8_t { None, Plain, Braces } m_namespaces = ENamespaces::None;

@@ -135,6 +135,13 @@ void CFlowRules::CheckReturns(const SFunctionScope& scope)
         Report(Code::ReturnValue, word);
 }
 
+// What the other generator gives is no place.
+void CFlowRules::YieldFrom(const SGrammarValue& word)
+{
+    if (Function().byReference && Function().inBody)
+        Report(Code::YieldFromByReference, word);
+}
+
 void CFlowRules::YieldHere(const SGrammarValue& word)
 {
     const bool from = Tokens()[word.first].kind == SyntaxParser::EPhpTokenKind::YieldFrom;

@@ -27,6 +27,7 @@ public:
     void Label(const SGrammarValue& label);
     void Return(const SGrammarValue& word);
     void Return(const SGrammarValue& word, const SGrammarValue& value);
+    void YieldFrom(const SGrammarValue& word);
     void YieldHere(const SGrammarValue& word);
     void YieldValue(const SGrammarValue& word);
     void ThrowHere(const SGrammarValue& word);

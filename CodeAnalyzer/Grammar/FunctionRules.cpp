@@ -232,6 +232,9 @@ void CFunctionRules::EndParameter()
 {
     SFunctionScope& scope = Function();
     scope.promotion = {};
+    const std::uint32_t index = scope.parameters.Count() - 1;
+    if (scope.hasParameterType && index < scope.firstTypes.size())
+        scope.firstTypes[index] = scope.parameterType;
     scope.hasParameterType = false;
 }
 

@@ -134,14 +134,17 @@ EPhpTokenKind CGrammarFeed::WordKind(std::uint32_t token) const
     const K before = token > 0 ? m_tokens[token - 1].kind : K::End;
     if (!IsWordKind(kind) || kind == K::HaltCompiler)
         return kind;
+    // `from` is no part of a member's name.
     if (ReachesMember(before))
-        return IsBehindUnfinishedLine(token) ? kind : K::Identifier;
+        return kind == K::YieldFrom || IsBehindUnfinishedLine(token) ? kind : K::Identifier;
+    if (kind == K::Enum && (NextCharacter(token) == L'/' || NextCharacter(token) == L'#'))
+        return K::Identifier; // it declares something only where blanks alone follow
     const bool afterRef = (before == K::BitAnd || before == K::BitAndBeforeVariable) && token > 1;
     const std::uint32_t word = token - (afterRef ? 2 : 1);
     // `function` declares something only where it is no name itself.
-    if ((afterRef || token > 0) && m_tokens[word].kind == K::Function &&
+    if (kind != K::YieldFrom && (afterRef || token > 0) && m_tokens[word].kind == K::Function &&
         (word == 0 || !ReachesMember(m_tokens[word - 1].kind)) &&
-        (word == 0 || m_tokens[word - 1].kind != K::Const))
+        (word == 0 || (m_tokens[word - 1].kind != K::Const && m_tokens[word - 1].kind != K::Use)))
         return IsBehindUnfinishedLine(token) ? kind : K::Identifier;
     if (kind == K::Match && m_version < 800 && NextCharacter(token) != L'(')
         return K::Identifier;

@@ -67,6 +67,7 @@ enum EValueFlag : std::uint16_t {
     ByReference = 1 << 12,
     ListInside = 1 << 13,
     ShortInside = 1 << 14,
+    Unfolded = 1 << 15, ///< not worked out before the program runs
 
     // Arguments.
     Named = 1 << 5,

@@ -5,8 +5,8 @@ namespace Kesh::CodeAnalyzer {
 namespace {
 
 constexpr std::uint16_t ConstantFlags = NotConstant | HasNew;
-constexpr std::uint16_t ElementFlags =
-    LastEmpty | Hole | Filled | Keyed | Unkeyed | Spread | NoTarget | ByReference | ListInside | ShortInside;
+constexpr std::uint16_t ElementFlags = LastEmpty | Hole | Filled | Keyed | Unkeyed | Spread | NoTarget |
+                                       ByReference | ListInside | ShortInside | Unfolded;
 
 } // namespace
 
@@ -56,6 +56,8 @@ SGrammarValue CListRules::Element(const SGrammarValue& value) const
         element.flags |= ShortInside;
     if (kind == EValue::ArrayLiteral || kind == EValue::ListLiteral)
         element.flags |= value.flags & ByReference;
+    if (!IsWorkedOut(value))
+        element.flags |= Unfolded;
     return element;
 }
 
@@ -64,6 +66,8 @@ SGrammarValue CListRules::KeyedElement(const SGrammarValue& key, const SGrammarV
     SGrammarValue element = Element(value);
     element.first = key.first;
     element.flags = static_cast<std::uint16_t>((element.flags & ~Unkeyed) | Keyed);
+    if (!IsWorkedOut(key))
+        element.flags |= Unfolded;
     if (key.flags & ConstantFlags) {
         element.flags |= key.flags & ConstantFlags;
         element.bad = key.bad;
@@ -76,6 +80,8 @@ SGrammarValue CListRules::ReferenceElement(const SGrammarValue& value)
     m_scopes.pending.Drop(value.first, NoToken);
     if (!m_targets.IsPlace(value))
         Report(Code::OutOfPlace, value);
+    else if (value.kind == EValue::Call)
+        Report(Code::NotAssignable, value);
     else
         m_targets.CheckPlace(value);
     SGrammarValue element = Element(value);
@@ -95,9 +101,12 @@ SGrammarValue CListRules::KeyedReferenceElement(const SGrammarValue& key, const 
 SGrammarValue CListRules::SpreadElement(const SGrammarValue& dots, const SGrammarValue& value)
 {
     Needs(EFeature::ArraySpread, dots);
-    return {dots.first,    value.bad,
-            NoToken,       static_cast<std::uint16_t>((value.flags & ConstantFlags) | Filled | Spread),
-            EValue::Other, EValue::Other};
+    auto flags = static_cast<std::uint16_t>((value.flags & ConstantFlags) | Filled | Spread);
+    if (!IsWorkedOut(value))
+        flags |= Unfolded;
+    else if (Ungrouped(value).kind != EValue::ArrayLiteral && value.extra != 0)
+        m_scalarSpread = dots.first;
+    return {dots.first, value.bad, NoToken, flags, EValue::Other, EValue::Other};
 }
 
 SGrammarValue CListRules::ListElement(const SGrammarValue& list)
@@ -135,6 +144,12 @@ SGrammarValue CListRules::ArrayValue(const SGrammarValue& first, const SGrammarV
     value.first = first.first;
     value.kind = EValue::ArrayLiteral;
     value.flags = elements.flags & (ConstantFlags | ElementFlags);
+    if (m_scalarSpread != NoToken && m_scalarSpread > first.first) {
+        // PHP puts it together now when it knows all that is in it.
+        if (!(elements.flags & (ConstantFlags | Unfolded | Hole)))
+            Report(Code::ScalarSpread, m_scalarSpread);
+        m_scalarSpread = NoToken;
+    }
     return value;
 }
 

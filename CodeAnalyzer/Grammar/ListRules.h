@@ -9,6 +9,7 @@ namespace Kesh::CodeAnalyzer {
 class CListRules final : public CRuleSet
 {
 public:
+    void Begin() { m_scalarSpread = NoToken; }
     CListRules(CRuleScopes& scopes, CTargetRules& targets) : CRuleSet(scopes), m_targets(targets) {}
 
     SGrammarValue ArrayValue(const SGrammarValue& first, const SGrammarValue& elements);
@@ -35,6 +36,7 @@ public:
     void Attribute(const SGrammarValue& start, const SGrammarValue& end);
 
 private:
+    std::uint32_t m_scalarSpread = NoToken; ///< the last `...` before what is surely no array
     bool CanBeTarget(const SGrammarValue& grouped) const;
 
     CTargetRules& m_targets;

@@ -2,6 +2,8 @@
 
 #include "Grammar/RuleSet.h"
 
+#include <array>
+
 namespace Kesh::CodeAnalyzer {
 
 /// The methods that PHP calls itself.
@@ -14,6 +16,7 @@ public:
     void Check(const SFunctionScope& scope);
 
 private:
+    bool Takes(const SFunctionScope& scope, const std::array<std::uint32_t, 2>& types) const;
     bool IsAllowedReturn(std::uint32_t type, std::uint32_t allowed) const;
 };
 

@@ -104,7 +104,7 @@ top_list:
     %empty
 |   top_list statement          { rules.files.TopStatement($2); }
 |   top_list declaration        { rules.files.TopStatement($2); }
-|   top_list attributes declaration { rules.files.TopStatement($3); }
+|   top_list attributes declaration { rules.attributes.Declaration($2, $3); rules.files.TopStatement($3); }
 |   top_list top_only
 ;
 
@@ -120,7 +120,7 @@ top_only:
 |   Use Function use_prefix "{" plain_group_uses comma_opt "}" ";" { rules.files.Uses($1, ImportFunction); }
 |   Use Const use_prefix "{" plain_group_uses comma_opt "}" ";" { rules.files.Uses($1, ImportConstant); }
 |   Const constants ";"         { rules.files.ConstStatement($1); }
-|   attributes Const constants ";" { rules.Needs(EFeature::ConstantAttribute, $2); rules.files.ConstStatement($2); }
+|   attributes Const constants ";" { rules.attributes.Target($1, TargetConstant); rules.Needs(EFeature::ConstantAttribute, $2); rules.files.ConstStatement($2); }
 ;
 
 namespace_name:
@@ -206,7 +206,7 @@ inner_list:
 
 inner_declaration:
     declaration                 { rules.files.InnerDeclaration($1); }
-|   attributes declaration      { rules.files.InnerDeclaration($2); }
+|   attributes declaration      { rules.attributes.Declaration($1, $2); rules.files.InnerDeclaration($2); }
 |   HaltCompiler "(" ")" ";"    { rules.Report(Code::HaltInside, $1); }
 ;
 
@@ -425,7 +425,7 @@ class_body:
 members:
     %empty
 |   members member
-|   members attributes attributed_member
+|   members attributes attributed_member { rules.attributes.Member($2, $3); }
 |   members attributed_member
 ;
 
@@ -464,15 +464,15 @@ trait_alias:
 ;
 
 attributed_member:
-    properties_start properties ";"
-|   properties_start Variable "{" { rules.classes.BeginHooks($2); } hooks "}"
-|   properties_start Variable "=" expr "{" { rules.classes.BeginHooks($2, $4); } hooks "}"
-|   modifiers Const constants_of_class ";" { rules.classes.EndConstants(); }
-|   Const                       { rules.classes.NoModifiers(); } constants_of_class ";" { rules.classes.EndConstants(); }
-|   modifiers Function ref identifier { rules.versions.MemberName($4); rules.functions.BeginMethod($2, $4); } method_rest
-|   Function ref identifier     { rules.versions.MemberName($3); rules.classes.NoModifiers(); rules.functions.BeginMethod($1, $3); } method_rest
-|   Case identifier ";"         { rules.classes.EnumCase($1, $2); }
-|   Case identifier "=" expr ";" { rules.classes.EnumCase($1, $2, $4); }
+    properties_start properties ";" { $$.kind = Property; }
+|   properties_start Variable "{" { rules.classes.BeginHooks($2); } hooks "}" { $$.kind = Property; }
+|   properties_start Variable "=" expr "{" { rules.classes.BeginHooks($2, $4); } hooks "}" { $$.kind = Property; }
+|   modifiers Const constants_of_class ";" { rules.classes.EndConstants(); $$.kind = EValue::ClassConstant; }
+|   Const                       { rules.classes.NoModifiers(); } constants_of_class ";" { rules.classes.EndConstants(); $$.kind = EValue::ClassConstant; }
+|   modifiers Function ref identifier { rules.versions.MemberName($4); rules.functions.BeginMethod($2, $4); } method_rest { $$.kind = FunctionDeclaration; }
+|   Function ref identifier     { rules.versions.MemberName($3); rules.classes.NoModifiers(); rules.functions.BeginMethod($1, $3); } method_rest { $$.kind = FunctionDeclaration; }
+|   Case identifier ";"         { rules.classes.EnumCase($1, $2); $$.kind = EValue::ClassConstant; }
+|   Case identifier "=" expr ";" { rules.classes.EnumCase($1, $2, $4); $$.kind = EValue::ClassConstant; }
 ;
 
 constants_of_class:
@@ -538,7 +538,7 @@ property:
 hooks:
     %empty
 |   hooks hook
-|   hooks attributes hook
+|   hooks attributes hook       { rules.attributes.Target($2, TargetMethod); }
 ;
 
 hook:
@@ -585,13 +585,13 @@ parameter:
 
 parameter_head:
     bare_parameter
-|   attributes bare_parameter
+|   attributes bare_parameter   { rules.attributes.Target($1, TargetParameter); }
 ;
 
 /* Only what becomes a property may have hooks: elsewhere a brace means that `)` is missing. */
 promoted:
     modifiers                   { rules.functions.BeginPromotion($1); } bare_parameter { rules.functions.EndPromotion(); }
-|   attributes modifiers        { rules.functions.BeginPromotion($2); } bare_parameter { rules.functions.EndPromotion(); }
+|   attributes modifiers        { rules.functions.BeginPromotion($2); } bare_parameter { rules.attributes.Target($1, TargetParameter | TargetProperty); rules.functions.EndPromotion(); }
 ;
 
 bare_parameter:
@@ -669,8 +669,8 @@ attribute_list:
 ;
 
 attribute:
-    class_name
-|   class_name arguments        { rules.lists.AttributeArguments($2); }
+    class_name                  { rules.attributes.Name($1); }
+|   class_name arguments        { rules.attributes.Name($1); rules.lists.AttributeArguments($2); }
 ;
 
 expr:
@@ -694,15 +694,15 @@ expr:
 |   expr Or expr                { $$ = rules.values.Logic($1, $3, true); }
 |   expr And expr               { $$ = rules.values.Logic($1, $3, false); }
 |   expr Xor expr               { $$ = rules.values.Combined($1, $3, TypeBool); }
-|   expr "|" expr               { $$ = rules.values.Combined($1, $3, TypeInt | TypeString); }
-|   expr "&" expr               { $$ = rules.values.Combined($1, $3, TypeInt | TypeString); }
-|   expr BitAndBeforeVariable expr { $$ = rules.values.Combined($1, $3, TypeInt | TypeString); }
-|   expr BitXor expr            { $$ = rules.values.Combined($1, $3, TypeInt | TypeString); }
-|   expr Equality expr          { $$ = rules.values.Combined($1, $3, TypeBool | TypeInt); }
+|   expr "|" expr               { $$ = rules.values.Bitwise($1, $3); }
+|   expr "&" expr               { $$ = rules.values.Bitwise($1, $3); }
+|   expr BitAndBeforeVariable expr { $$ = rules.values.Bitwise($1, $3); }
+|   expr BitXor expr            { $$ = rules.values.Bitwise($1, $3); }
+|   expr Equality expr          { $$ = rules.values.Compared($1, $3); }
 |   expr Comparison expr        { $$ = rules.values.Combined($1, $3, TypeBool); }
 |   expr Pipe expr              { rules.Needs(EFeature::Pipe, $2); $$ = rules.values.Binary($1, $3); $$.flags |= NotConstant; }
 |   expr Dot expr               { $$ = rules.values.Combined($1, $3, TypeString); }
-|   expr Shift expr             { $$ = rules.values.Combined($1, $3, TypeInt); }
+|   expr Shift expr             { $$ = rules.values.Calculated($1, $3); }
 |   expr Additive expr          { $$ = rules.values.Calculated($1, $3); }
 |   expr Multiplicative expr    { $$ = rules.values.Calculated($1, $3); }
 |   expr Power expr             { rules.Needs(EFeature::Power, $2); $$ = rules.values.Calculated($1, $3); }
@@ -727,12 +727,12 @@ expr:
 |   Yield                       { rules.flow.YieldHere($1); $$ = rules.values.Computed($1); }
 |   Yield expr                  { rules.flow.YieldValue($1); $$ = rules.values.Computed($1); }
 |   Yield expr "=>" expr        { rules.flow.YieldValue($1); $$ = rules.values.Computed($1); }
-|   YieldFrom expr              { rules.flow.YieldHere($1); $$ = rules.values.Computed($1); }
+|   YieldFrom expr              { rules.flow.YieldFrom($1); rules.flow.YieldHere($1); $$ = rules.values.Computed($1); }
 |   Throw expr                  { rules.flow.ThrowHere($1); $$ = rules.values.Computed($1); }
 |   closure                     { $$ = rules.values.ClosureValue($1); }
-|   attributes closure          { $$ = rules.values.ClosureValue($2); }
+|   attributes closure          { rules.attributes.Target($1, TargetFunction); $$ = rules.values.ClosureValue($2); }
 |   Static closure              { $$ = rules.values.StaticClosure($1, $2); }
-|   attributes Static closure   { $$ = rules.values.StaticClosure($2, $3); }
+|   attributes Static closure   { rules.attributes.Target($1, TargetFunction); $$ = rules.values.StaticClosure($2, $3); }
 |   Match arguments "{" { rules.flow.MatchHead($1, $2); } match_arms "}" { rules.flow.EndMatch(); $$ = rules.values.Computed($1); }
 ;
 
@@ -784,7 +784,7 @@ primary:
     Variable                    { $$ = rules.values.VariableValue($1); }
 |   Dollar dollar_rest          { $$ = rules.values.Computed($1); $$.kind = VariableVariable; }
 |   name                        { $$ = rules.values.NameValue($1); }
-|   MagicConstant               { $$.kind = Magic; }
+|   MagicConstant               { $$ = rules.values.MagicValue($1); }
 |   String                      { $$ = rules.values.TextValue($1); }
 |   Quote string_parts Quote    { $$ = rules.values.Joined($1, $2); $$.kind = Text; }
 |   "(" expr ")"                { $$ = rules.values.Grouped($1, $2); }
@@ -806,7 +806,7 @@ primary:
 |   Static "::" "{" expr "}"    { $$ = rules.values.DynamicMember($1, $2); }
 |   New class_reference arguments { $$ = rules.values.NewValue($1, $2, $3); }
 |   New anonymous_class         { $$ = rules.values.Computed($1); $$.kind = NewObject; }
-|   New attributes anonymous_class { $$ = rules.values.Computed($1); $$.kind = NewObject; }
+|   New attributes anonymous_class { rules.attributes.Target($2, TargetClass); $$ = rules.values.Computed($1); $$.kind = NewObject; }
 ;
 
 anonymous_class:
@@ -843,7 +843,7 @@ dollar_rest:
 
 class_reference:
     plain_reference
-|   "(" expr ")"                { rules.Needs(EFeature::NewExpression, $1); $$.kind = Other; }
+|   "(" expr ")"                { rules.Needs(EFeature::NewExpression, $1); rules.values.ClassValue($2); $$.kind = Other; }
 ;
 
 instanceof_reference:
@@ -853,7 +853,7 @@ instanceof_reference:
 
 plain_reference:
     name                        { rules.values.ClassReference($1); $$.kind = Name; }
-|   Static                      { $$.kind = StaticName; }
+|   Static                      { rules.values.ClassReference($1); $$.kind = StaticName; }
 |   new_variable                { $$.kind = Other; }
 ;
 

@@ -8,6 +8,8 @@ void CPhpRules::Begin(std::int32_t version)
     types.Begin();
     flow.Begin();
     files.Begin();
+    attributes.Begin();
+    lists.Begin();
 }
 
 void CPhpRules::Finish()

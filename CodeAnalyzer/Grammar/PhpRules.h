@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Grammar/AttributeRules.h"
 #include "Grammar/ClassRules.h"
 #include "Grammar/FileRules.h"
 #include "Grammar/FlowRules.h"
@@ -48,6 +49,7 @@ public:
     CClassRules classes{m_scopes, names, types};
     CFileRules files{m_scopes, names};
     CInheritanceRules inheritance{m_scopes};
+    CAttributeRules attributes{m_scopes};
 };
 
 } // namespace Kesh::CodeAnalyzer

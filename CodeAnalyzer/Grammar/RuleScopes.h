@@ -7,6 +7,7 @@
 #include "Grammar/RuleReport.h"
 #include "Kesh/CodeAnalyzer/Catalog.h"
 
+#include <array>
 #include <cstdint>
 #include <map>
 #include <optional>
@@ -87,6 +88,7 @@ struct SMember
     std::uint16_t modifiers;
     std::uint32_t name;           ///< token
     std::uint32_t type = NoToken; ///< where its type begins; NoToken: it has none, or is a method
+    bool isOverride = false;      ///< an attribute says that it overrides something
 };
 
 /// A class that has a name, as its declaration says.
@@ -120,6 +122,7 @@ struct SFunctionScope
     std::uint32_t parameterType = 0;
     std::uint32_t parameterTypeToken = 0;
     bool hasParameterType = false;
+    std::array<std::uint32_t, 2> firstTypes{}; ///< of the first parameters; 0: none
 
     std::uint32_t returnType = 0;
     bool hasReturnType = false;
@@ -154,6 +157,7 @@ struct SClassScope
     std::uint32_t constantTypeToken = NoToken;
     bool hasMemberType = false;
     std::vector<SMember> members;
+    std::map<std::wstring, std::uint32_t> constantTypes; ///< of those whose value is known
 };
 
 /// Holes in arrays, lists among elements, `[]`: right only where something is assigned to them, which is seen

@@ -1,5 +1,7 @@
 #include "Grammar/RuleSet.h"
 
+#include "Grammar/ConstantValues.h"
+
 #include "Grammar/NewerConstants.h"
 
 #include <algorithm>
@@ -24,6 +26,12 @@ bool CRuleSet::IsSuperglobal(std::uint32_t token) const
     const std::wstring_view text = Text(token);
     return text.size() > 1 && (text[1] == L'_' || text[1] == L'G') &&
            std::find(names.begin(), names.end(), text) != names.end();
+}
+
+bool CRuleSet::IsWorkedOut(const SGrammarValue& value) const
+{
+    return KnownOf(Tokens(), value) != EKnown::Nothing &&
+           !(Ungrouped(value).kind == EValue::ArrayLiteral && (value.flags & Unfolded));
 }
 
 void CRuleSet::CheckConstant(const SGrammarValue& value, bool allowNew)

@@ -43,6 +43,8 @@ protected:
             value.kind = value.inner;
         return value;
     }
+    /// Whether PHP works the value out before the program runs, all that is in it too.
+    bool IsWorkedOut(const SGrammarValue& value) const;
     /// A value that has to be known before the program runs.
     void CheckConstant(const SGrammarValue& value, bool allowNew);
 

@@ -1,5 +1,9 @@
 #include "Grammar/TypeRules.h"
 
+#include "Grammar/Inheritance/ClassType.h"
+#include "Grammar/TypeText.h"
+
+#include <algorithm>
 #include <array>
 
 namespace Kesh::CodeAnalyzer {
@@ -67,12 +71,18 @@ SGrammarValue CTypeRules::Nullable(const SGrammarValue& mark, const SGrammarValu
     return result;
 }
 
+void CTypeRules::ReportRedundant(std::uint32_t token, SRelatedToken other)
+{
+    m_isReported = true;
+    Report(Code::TypeRedundant, token, other);
+}
+
 // Whether the last name stands before in the type that begins with the name at `from`.
 void CTypeRules::CheckLastTypeName(std::uint32_t from)
 {
     const std::uint32_t first = m_typeNames.FirstOfName(Tokens(), m_typeNames.Count() - 1, from);
     if (first != m_typeNames.Last())
-        Report(Code::TypeRedundant, m_typeNames.Last(), FirstIs(first));
+        ReportRedundant(m_typeNames.Last(), FirstIs(first));
 }
 
 SGrammarValue CTypeRules::Union(const SGrammarValue& a, const SGrammarValue& b)
@@ -83,11 +93,11 @@ SGrammarValue CTypeRules::Union(const SGrammarValue& a, const SGrammarValue& b)
     if ((a.extra | b.extra) & Standalone)
         Report(Code::TypeNotAllowed, a.extra & Standalone ? a : b);
     else if (both != 0 || ((all & TypeBool) == TypeBool && (a.extra & TypeBool) && (b.extra & TypeBool)))
-        Report(Code::TypeRedundant, b.first, {a.first, "The other type is here"});
+        ReportRedundant(b.first, {a.first, "The other type is here"});
     else if ((all & TypeObject) && (all & classes))
-        Report(Code::TypeRedundant, b.first, {a.first, "The other type is here"});
+        ReportRedundant(b.first, {a.first, "The other type is here"});
     else if ((all & TypeIterable) && (all & (TypeArray)))
-        Report(Code::TypeRedundant, b.first, {a.first, "The other type is here"});
+        ReportRedundant(b.first, {a.first, "The other type is here"});
     else if ((a.extra & b.extra & classes) && !((a.flags | b.flags) & IsIntersection))
         CheckLastTypeName(a.bad);
     SGrammarValue result = a;
@@ -115,6 +125,38 @@ void CTypeRules::CheckLone(std::uint32_t type, std::uint32_t token)
         m_scopes.Needs(EFeature::LoneType, token);
 }
 
+// Names that are written otherwise may mean the same class, and what is several classes at once is one of
+// them.
+void CTypeRules::CheckWhole(const SGrammarValue& type)
+{
+    if (!(type.flags & (IsUnion | IsIntersection)) || m_isReported)
+        return;
+    std::uint32_t token = type.first;
+    SClassType whole = ParseClassType(TypeText(Tokens(), token), Version(), [&](std::wstring_view name) {
+        const std::wstring lower = LowerAscii(name);
+        return lower == L"self" || lower == L"parent" ? lower : m_scopes.imports.ClassAt(type.first, name);
+    });
+    if (whole.isUnknown)
+        return;
+    bool isRedundant = false;
+    for (auto& alternative : whole.classes) {
+        std::sort(alternative.begin(), alternative.end());
+        isRedundant |= std::adjacent_find(alternative.begin(), alternative.end()) != alternative.end();
+    }
+    for (std::size_t i = 0; i < whole.classes.size(); ++i)
+        for (std::size_t j = 0; j < whole.classes.size(); ++j)
+            isRedundant |= i != j && std::includes(whole.classes[i].begin(), whole.classes[i].end(),
+                                                   whole.classes[j].begin(), whole.classes[j].end());
+    if (isRedundant)
+        Report(Code::TypeRedundant, type);
+}
+
+void CTypeRules::EndType()
+{
+    m_typeNames.Clear();
+    m_isReported = false;
+}
+
 void CTypeRules::ParameterType(const SGrammarValue& type)
 {
     SFunctionScope& scope = Function();
@@ -126,7 +168,8 @@ void CTypeRules::ParameterType(const SGrammarValue& type)
         Report(Code::TypeNotAllowed, type);
     if (scope.promoting && (type.extra & TypeCallable))
         Report(Code::TypeNotAllowed, type);
-    m_typeNames.Clear();
+    CheckWhole(type);
+    EndType();
 }
 
 void CTypeRules::ReturnType(const SGrammarValue& type)
@@ -135,7 +178,8 @@ void CTypeRules::ReturnType(const SGrammarValue& type)
     scope.hasReturnType = true;
     scope.returnType = type.extra;
     CheckLone(type.extra, type.first);
-    m_typeNames.Clear();
+    CheckWhole(type);
+    EndType();
 }
 
 // The type of a property or a class constant.
@@ -144,7 +188,7 @@ void CTypeRules::CheckPropertyType(std::uint32_t type, std::uint32_t token)
     CheckLone(type, token);
     if (type & (TypeVoid | TypeNever | TypeCallable))
         Report(Code::TypeNotAllowed, token);
-    m_typeNames.Clear();
+    EndType();
 }
 
 // A literal must be of its variable's type; whatever else is constant is looked at when the program runs.
@@ -152,8 +196,9 @@ void CTypeRules::CheckDefault(std::uint32_t type, const SGrammarValue& value, bo
 {
     const bool isLiteral = value.kind == EValue::Literal || value.kind == EValue::Text ||
                            value.kind == EValue::ArrayLiteral || value.kind == EValue::Name ||
-                           value.kind == EValue::SignedNumber || (value.flags & Folded);
-    const std::uint32_t given = value.kind == EValue::ArrayLiteral ? TypeArray : value.extra;
+                           value.kind == EValue::SignedNumber || value.kind == EValue::Magic ||
+                           value.kind == EValue::ClassConstant || (value.flags & Folded);
+    const std::uint32_t given = Ungrouped(value).kind == EValue::ArrayLiteral ? TypeArray : value.extra;
     if (!isLiteral || given == 0 || (value.flags & (NotConstant | HasNew)) || (type & TypeMixed))
         return;
     if ((given & type) || (given == TypeNull && nullAllowed))

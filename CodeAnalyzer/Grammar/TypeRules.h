@@ -14,7 +14,7 @@ class CTypeRules final : public CRuleSet
 {
 public:
     CTypeRules(CRuleScopes& scopes, CNameRules& names) : CRuleSet(scopes), m_names(names) {}
-    void Begin() { m_typeNames.Clear(); }
+    void Begin() { EndType(); }
 
     SGrammarValue TypeName(const SGrammarValue& name);
     SGrammarValue Nullable(const SGrammarValue& mark, const SGrammarValue& type);
@@ -29,13 +29,17 @@ public:
     /// A literal must be of its variable's type.
     void CheckDefault(std::uint32_t type, const SGrammarValue& value, bool nullAllowed);
     /// The type being read is complete.
-    void EndType() { m_typeNames.Clear(); }
+    void EndType();
+    /// All of a type that is now complete.
+    void CheckWhole(const SGrammarValue& type);
 
 private:
     void CheckLone(std::uint32_t type, std::uint32_t token);
     void CheckLastTypeName(std::uint32_t from);
+    void ReportRedundant(std::uint32_t token, SRelatedToken other);
 
     CNameTokens m_typeNames{CNameTokens::ECase::IsOne}; ///< of the type being read
+    bool m_isReported = false;                          ///< something of it is too much
 
     CNameRules& m_names;
 };

@@ -1,5 +1,6 @@
 #include "Grammar/ValueRules.h"
 
+#include "Grammar/ConstantNumbers.h"
 #include "Grammar/ConstantValues.h"
 
 namespace Kesh::CodeAnalyzer {
@@ -19,9 +20,7 @@ SGrammarValue CValueRules::NumberValue(const SGrammarValue& number)
     m_versions.Number(number);
     SGrammarValue value = number;
     value.kind = EValue::Literal;
-    const std::wstring_view text = Text(number.first);
-    const bool hex = text.size() > 1 && (text[1] | 0x20) == L'x';
-    value.extra = !hex && text.find_first_of(L".eE") != std::wstring_view::npos ? TypeFloat : TypeInt;
+    value.extra = TypeOfNumber(Text(number.first));
     return value;
 }
 
@@ -41,6 +40,29 @@ SGrammarValue CValueRules::NameValue(const SGrammarValue& name) const
     return value;
 }
 
+SGrammarValue CValueRules::MagicValue(const SGrammarValue& constant) const
+{
+    SGrammarValue value = constant;
+    value.kind = EValue::Magic;
+    const bool isClass = IsWord(constant.first, L"__class__");
+    if (IsWord(constant.first, L"__line__"))
+        value.extra = TypeInt;
+    else if (isClass ? KnowsClass() : !IsWord(constant.first, L"__trait__"))
+        value.extra = TypeString;
+    return value;
+}
+
+// Whether the class is the one around: not what a trait is used by, nor what a closure is bound to.
+bool CValueRules::KnowsClass() const
+{
+    const SFunctionScope::EKind kind = m_scopes.functions.back().kind;
+    if (kind == SFunctionScope::Closure || kind == SFunctionScope::Arrow)
+        return false;
+    const auto& classes = m_scopes.classes;
+    return classes.empty() ||
+           (classes.back().kind != TraitKind && classes.back().depth + 1 >= m_scopes.functions.size());
+}
+
 SGrammarValue CValueRules::TextValue(const SGrammarValue& text) const
 {
     SGrammarValue value = text;
@@ -48,6 +70,20 @@ SGrammarValue CValueRules::TextValue(const SGrammarValue& text) const
     value.extra = TypeString;
     return value;
 }
+
+namespace {
+
+/// 0: not known.
+std::uint32_t TypeOfUnary(K op, std::uint32_t operand)
+{
+    if (op == K::Not)
+        return TypeBool;
+    if (op != K::Complement)
+        return operand & TypeString ? 0U : TypeInt | TypeFloat;
+    return operand == TypeString ? TypeString : operand == TypeInt || operand == TypeFloat ? TypeInt : 0U;
+}
+
+} // namespace
 
 SGrammarValue CValueRules::Unary(const SGrammarValue& op, const SGrammarValue& operand) const
 {
@@ -63,7 +99,8 @@ SGrammarValue CValueRules::Unary(const SGrammarValue& op, const SGrammarValue& o
         value.bad = operand.first;
     } else if (known != EKnown::Nothing) {
         value.flags |= Folded;
-        value.extra = kind == K::Not ? TypeBool : TypeInt | TypeFloat;
+        const bool isArray = Ungrouped(operand).kind == EValue::ArrayLiteral;
+        value.extra = isArray && kind != K::Not ? 0 : TypeOfUnary(kind, operand.extra);
         if (kind == K::Not && known != EKnown::Something)
             value.flags |= known == EKnown::True ? Falsy : Truthy;
     } else {
@@ -79,17 +116,35 @@ SGrammarValue CValueRules::Combined(const SGrammarValue& a, const SGrammarValue&
     if (!(value.flags & (NotConstant | HasNew)) && KnownOf(Tokens(), a) != EKnown::Nothing &&
         KnownOf(Tokens(), b) != EKnown::Nothing) {
         value.flags |= Folded;
-        const bool isArray = a.kind == EValue::ArrayLiteral || b.kind == EValue::ArrayLiteral;
+        const bool isArray =
+            Ungrouped(a).kind == EValue::ArrayLiteral || Ungrouped(b).kind == EValue::ArrayLiteral;
         value.extra = isArray ? 0 : type;
     }
     return value;
 }
 
+SGrammarValue CValueRules::Compared(const SGrammarValue& a, const SGrammarValue& b) const
+{
+    SGrammarValue value = Combined(a, b, 0);
+    if ((value.flags & Folded) && IsWorkedOut(a) && IsWorkedOut(b))
+        value.extra = Tokens()[b.first - 1].kind == K::Spaceship ? TypeInt : TypeBool;
+    return value;
+}
+
+// Two strings give a string.
+SGrammarValue CValueRules::Bitwise(const SGrammarValue& a, const SGrammarValue& b) const
+{
+    const bool isKnown = a.extra == b.extra && (a.extra == TypeInt || a.extra == TypeString);
+    return Combined(a, b, isKnown ? a.extra : 0);
+}
+
 // Numbers; what stands for another type may give either.
 SGrammarValue CValueRules::Calculated(const SGrammarValue& a, const SGrammarValue& b) const
 {
-    const bool isFloat = a.extra == TypeFloat || b.extra == TypeFloat;
-    return Combined(a, b, isFloat ? TypeFloat : TypeInt | TypeFloat);
+    SGrammarValue value = Combined(a, b, 0);
+    if (value.flags & Folded)
+        value.extra = TypeOfCalculation(Tokens(), a, Tokens()[b.first - 1].kind, b);
+    return value;
 }
 
 // `&&` and `||`: the left side may settle it, so that nobody looks at the right one.
@@ -126,7 +181,7 @@ SGrammarValue CValueRules::Chosen(std::uint32_t first, const SGrammarValue& choi
 {
     const EKnown known = KnownOf(Tokens(), choice);
     SGrammarValue value = choice;
-    if (choice.kind == EValue::ArrayLiteral)
+    if (Ungrouped(choice).kind == EValue::ArrayLiteral)
         value.extra = TypeArray;
     value.first = first;
     value.kind = EValue::Other;
@@ -183,6 +238,8 @@ SGrammarValue CValueRules::Ternary(const SGrammarValue& condition, const SGramma
                           : known == EKnown::Something
                               ? Chosen(condition.first, condition)
                               : Chosen(condition.first, known == EKnown::True ? then : otherwise);
+    if (known == EKnown::Something)
+        value.extra = 0; // nobody here knows which one
     value.kind = EValue::Ternary;
     return Worked(value, mark.first);
 }
@@ -197,6 +254,8 @@ SGrammarValue CValueRules::ShortTernary(const SGrammarValue& condition, const SG
     SGrammarValue value = known == EKnown::Nothing
                               ? Binary(condition, otherwise)
                               : Chosen(condition.first, isChosen ? condition : otherwise);
+    if (known == EKnown::Something)
+        value.extra = 0;
     value.kind = EValue::ShortTernary;
     return Worked(value, mark.first);
 }
@@ -258,6 +317,8 @@ void CValueRules::CheckBase(const SGrammarValue& base, const SGrammarValue& op, 
         Report(Code::OutOfPlace, op);
     else
         m_versions.Reach(base, op, reach);
+    if (reach == EReach::StaticMember && (base.kind == EValue::Group || base.kind == EValue::ArrayLiteral))
+        ClassValue(base);
 }
 
 SGrammarValue CValueRules::Dim(const SGrammarValue& base, const SGrammarValue& bracket,
@@ -265,10 +326,23 @@ SGrammarValue CValueRules::Dim(const SGrammarValue& base, const SGrammarValue& b
 {
     CheckBase(base, bracket, EReach::Offset);
     SGrammarValue value = Combined(base, index, 0);
+    if ((value.flags & Folded) && IsCharacter(base, index))
+        value.extra = TypeString;
     value.kind = EValue::Element;
     value.flags |= base.flags & Nullsafe;
     value.inner = RootOf(base);
     return value;
+}
+
+// Whether it is a character of a string that is written out.
+bool CValueRules::IsCharacter(const SGrammarValue& base, const SGrammarValue& index) const
+{
+    const std::wstring_view text = Text(base.first);
+    if (base.kind != EValue::Text || index.kind != EValue::Literal || index.extra != TypeInt ||
+        text.find(L'\\') != std::wstring_view::npos)
+        return false;
+    const auto place = IntegerOf(Text(index.first));
+    return place && *place + 2 < text.size();
 }
 
 // Whether writing to what is reached through `base` writes to something that stays.
@@ -379,13 +453,40 @@ SGrammarValue CValueRules::ClassConstant(const SGrammarValue& base, const SGramm
     if (isStatic) {
         value.flags |= NotConstant;
         value.bad = base.first;
-    } else if (base.kind != EValue::Name && !IsClassInText(base)) {
+    } else if (base.kind == EValue::Name) {
+        value.extra = TypeOfConstant(base.first, name.first);
+    } else if (!IsClassInText(base)) {
         value.flags |= NotConstant;
         value.bad = colons.first;
         if (IsWord(name.first, L"class"))
             Needs(EFeature::ClassOfObject, name);
     }
     return value;
+}
+
+// A class's name, or a constant that stands before in the class that is open; 0: not known.
+std::uint32_t CValueRules::TypeOfConstant(std::uint32_t base, std::uint32_t name) const
+{
+    const bool isSelf = IsWord(base, L"self");
+    if (IsWord(name, L"class"))
+        return !(isSelf || IsWord(base, L"parent")) || KnowsClass() ? TypeString : 0U;
+    // A parameter's default is worked out later.
+    if (m_scopes.classes.empty() || m_scopes.classes.back().depth != m_scopes.functions.size())
+        return 0;
+    const SClassScope& type = m_scopes.classes.back();
+    if (type.constantTypes.empty() || (!isSelf && Tokens().Lower(base) != Tokens().Lower(type.name)))
+        return 0;
+    const auto found = type.constantTypes.find(std::wstring(Text(name)));
+    return found == type.constantTypes.end() ? 0 : found->second;
+}
+
+// `(1)::f()` and `new (1)`: what PHP already knows not to be the name of a class.
+void CValueRules::ClassValue(const SGrammarValue& value)
+{
+    const bool isArray = Ungrouped(value).kind == EValue::ArrayLiteral;
+    const bool isOther = value.extra != 0 && !(value.extra & TypeString);
+    if (KnownOf(Tokens(), value) != EKnown::Nothing && (isArray ? !(value.flags & Unfolded) : isOther))
+        Report(Code::NoClassName, value);
 }
 
 SGrammarValue CValueRules::StaticProperty(const SGrammarValue& base, const SGrammarValue& colons,

@@ -19,6 +19,7 @@ public:
     SGrammarValue VariableValue(const SGrammarValue& variable) const;
     SGrammarValue NumberValue(const SGrammarValue& number);
     SGrammarValue NameValue(const SGrammarValue& name) const;
+    SGrammarValue MagicValue(const SGrammarValue& constant) const;
     SGrammarValue TextValue(const SGrammarValue& text) const;
     SGrammarValue CastValue(const SGrammarValue& cast, const SGrammarValue& operand) const;
     SGrammarValue ClosureValue(const SGrammarValue& first) const;
@@ -36,6 +37,8 @@ public:
                       b.first - 1);
     }
     SGrammarValue Combined(const SGrammarValue& a, const SGrammarValue& b, std::uint32_t type) const;
+    SGrammarValue Compared(const SGrammarValue& a, const SGrammarValue& b) const;
+    SGrammarValue Bitwise(const SGrammarValue& a, const SGrammarValue& b) const;
     SGrammarValue Calculated(const SGrammarValue& a, const SGrammarValue& b) const;
     SGrammarValue Logic(const SGrammarValue& a, const SGrammarValue& b, bool settledBy) const;
     SGrammarValue Coalesced(const SGrammarValue& a, const SGrammarValue& b) const;
@@ -62,6 +65,7 @@ public:
                                  const SGrammarValue& name);
     SGrammarValue DynamicMember(const SGrammarValue& base, const SGrammarValue& colons);
     void ClassReference(const SGrammarValue& name);
+    void ClassValue(const SGrammarValue& value);
 
 private:
     using EReach = CVersionRules::EReach;
@@ -78,6 +82,9 @@ private:
     void CheckBase(const SGrammarValue& base, const SGrammarValue& op, EReach reach);
     bool IsClassInText(const SGrammarValue& base) const;
     SGrammarValue Chosen(std::uint32_t first, const SGrammarValue& choice) const;
+    bool KnowsClass() const;
+    bool IsCharacter(const SGrammarValue& base, const SGrammarValue& index) const;
+    std::uint32_t TypeOfConstant(std::uint32_t base, std::uint32_t name) const;
     EValue RootOf(const SGrammarValue& base) const;
 
     CNameRules& m_names;

@@ -40,7 +40,8 @@ struct SBoundMember
     std::uint16_t modifiers = 0;
     std::uint32_t token = NoToken; ///< of its name; NoToken: PHP's own
     std::uint32_t typeToken = NoToken;
-    std::wstring name; ///< as it is written
+    bool isOverride = false; ///< it says that it overrides something
+    std::wstring name;       ///< as it is written
     SClassType type;
     const SBoundClass* owner = nullptr;
 

@@ -1,5 +1,7 @@
 #include "Grammar/Inheritance/DeclarationReader.h"
 
+#include "Grammar/TypeText.h"
+
 namespace Kesh::CodeAnalyzer {
 
 using K = SyntaxParser::EPhpTokenKind;
@@ -55,6 +57,7 @@ void CDeclarationReader::ReadMembers(SBoundClass& type) const
         read.modifiers = member.modifiers;
         read.token = member.name;
         read.typeToken = member.type;
+        read.isOverride = member.isOverride;
         read.name = m_scopes.tokens.Text(member.name);
         read.owner = &type;
         if (!(read.modifiers & ModAccess))
@@ -72,26 +75,7 @@ void CDeclarationReader::ReadMembers(SBoundClass& type) const
 
 SClassType CDeclarationReader::TypeAt(std::uint32_t& token, const SBoundClass& type) const
 {
-    const CGrammarTokens& tokens = m_scopes.tokens;
-    std::wstring text;
-    int open = 0;
-    for (bool wantsName = true;; ++token) {
-        const K kind = tokens[token].kind;
-        if (kind == K::End)
-            break;
-        if (wantsName) {
-            open += kind == K::OpenRound;
-            wantsName = kind == K::OpenRound || kind == K::Question;
-        } else if (kind == K::CloseRound && open > 0) {
-            --open;
-        } else if (kind == K::BitOr || kind == K::BitAnd) {
-            wantsName = true;
-        } else {
-            break;
-        }
-        text += tokens.Text(token);
-    }
-    return ParseClassType(text, m_scopes.version, [&](std::wstring_view name) {
+    return ParseClassType(TypeText(m_scopes.tokens, token), m_scopes.version, [&](std::wstring_view name) {
         const std::wstring lower = LowerAscii(name);
         if (lower == L"self")
             return type.key;

@@ -62,6 +62,8 @@ std::vector<TPair> PairsOf(SBoundClass& type, SBoundClass& parent,
 void CInheritanceRules::Check()
 {
     const auto& declared = m_scopes.declaredClasses;
+    if (IsFrom(803) && Version() != 0)
+        CheckOverrides();
     const bool anyChild = std::any_of(declared.begin(), declared.end(), [](const SDeclaredClass& type) {
         return type.isTop && type.parent != NoToken && !type.isLate;
     });
@@ -74,6 +76,18 @@ void CInheritanceRules::Check()
     for (const SDeclaredClass& type : declared)
         if (type.isTop && !type.isLate)
             Declare(table, type);
+}
+
+// Where there is no parent, nothing can be overridden.
+void CInheritanceRules::CheckOverrides()
+{
+    if (!m_scopes.IsTrusted())
+        return;
+    for (const SDeclaredClass& type : m_scopes.declaredClasses)
+        if (!type.isLate && type.parent == NoToken && type.kind != TraitKind)
+            for (const SMember& member : type.members)
+                if (member.isOverride)
+                    Report(Code::OverrideOfNothing, member.name);
 }
 
 void CInheritanceRules::Declare(CClassTable& table, const SDeclaredClass& declaration)
@@ -133,6 +147,8 @@ bool CInheritanceRules::Bind(CClassTable& table, SBoundClass& type, SBoundClass&
         ReportInClass(*member, fault);
     for (const auto& [member, fault] : methodFaults)
         ReportMember(*member, fault);
+    if (IsFrom(803) && Version() != 0)
+        CheckOverrides(type, parent);
     CClassTable::Inherit(type, parent);
     CheckOpen(type);
     return true;
@@ -255,6 +271,23 @@ CInheritanceRules::SVerdict CInheritanceRules::CheckConstant(CVariance& variance
         return {};
     return fault(Code::ConstantTypeMismatch,
                  {Quoted("name", name), Quoted("type", parent.type.text), Quoted("parent", parentName)});
+}
+
+void CInheritanceRules::CheckOverrides(const SBoundClass& type, SBoundClass& parent)
+{
+    for (const SBoundMethod& method : type.methods.all) {
+        if (!method.isOverride)
+            continue;
+        const std::wstring key = LowerAscii(method.name);
+        bool isFound = false;
+        for (SBoundClass* ancestor = &parent; ancestor && !isFound; ancestor = ancestor->parent) {
+            const SBoundMethod* overridden = ancestor->methods.Find(key);
+            isFound = overridden &&
+                      (!overridden->Is(ModPrivate) || overridden->Is(ModAbstract) || key == L"__construct");
+        }
+        if (!isFound)
+            Report(Code::OverrideOfNothing, method.token);
+    }
 }
 
 // A class that makes objects has a body for each of its methods.

@@ -44,6 +44,8 @@ private:
     SVerdict CheckSignature(CVariance& variance, SBoundMethod& child, SBoundMethod& parent);
     SVerdict CheckProperty(CVariance& variance, const SBoundMember& child, const SBoundMember& parent);
     SVerdict CheckConstant(CVariance& variance, const SBoundMember& child, const SBoundMember& parent);
+    void CheckOverrides();
+    void CheckOverrides(const SBoundClass& type, SBoundClass& parent);
     void CheckOpen(SBoundClass& type);
     void ReportMember(const SBoundMember& child, const SFault& fault);
     void ReportInClass(const SBoundMember& child, const SFault& fault);

@@ -1,0 +1,107 @@
+#include "Grammar/AttributeRules.h"
+
+#include <algorithm>
+#include <array>
+
+namespace Kesh::CodeAnalyzer {
+
+namespace {
+
+struct SBuiltinAttribute
+{
+    std::wstring_view name;
+    std::uint8_t targets;
+    std::int32_t since;
+    const char* text; ///< what it is for; the key of its translation
+};
+constexpr std::array<SBuiltinAttribute, 7> Attributes{
+    {{L"attribute", TargetClass, 800, "classes"},
+     {L"returntypewillchange", TargetMethod, 801, "methods"},
+     {L"allowdynamicproperties", TargetClass, 802, "classes"},
+     {L"sensitiveparameter", TargetParameter, 802, "parameters"},
+     {L"override", TargetMethod, 803, "methods"},
+     {L"deprecated", TargetFunction | TargetMethod | TargetClassConstant | TargetConstant | TargetClass, 804,
+      "functions, methods and constants"},
+     {L"nodiscard", TargetFunction | TargetMethod, 805, "functions and methods"}}};
+constexpr std::size_t Longest = 22;
+
+} // namespace
+
+void CAttributeRules::Target(const SGrammarValue& first, std::uint8_t targets)
+{
+    const auto from = std::lower_bound(m_names.begin(), m_names.end(), first.first) - m_names.begin();
+    if (IsFrom(800))
+        for (std::size_t i = from; i < m_names.size(); ++i)
+            Check(i, from, targets);
+    m_names.resize(from);
+}
+
+void CAttributeRules::Declaration(const SGrammarValue& first, const SGrammarValue& declaration)
+{
+    Target(first, declaration.kind == EValue::FunctionDeclaration ? TargetFunction : TargetClass);
+}
+
+void CAttributeRules::Member(const SGrammarValue& first, const SGrammarValue& member)
+{
+    Target(first, member.kind == EValue::FunctionDeclaration ? TargetMethod
+                  : member.kind == EValue::Property          ? TargetProperty
+                                                             : TargetClassConstant);
+}
+
+void CAttributeRules::Check(std::size_t index, std::size_t from, std::uint8_t targets)
+{
+    const std::uint32_t token = m_names[index];
+    const std::wstring_view text = Text(token);
+    // An alias may be shorter, a name of the global namespace is its last part.
+    if (LastPart(text).size() > Longest)
+        return;
+    const std::wstring name = m_scopes.imports.ClassAt(token, text);
+    const auto known =
+        std::find_if(Attributes.begin(), Attributes.end(), [&](const SBuiltinAttribute& attribute) {
+            return attribute.name == name && IsFrom(attribute.since);
+        });
+    if (known == Attributes.end())
+        return;
+    if (!(known->targets & targets)) {
+        SRuleReport report{Code::AttributeTarget, token};
+        report.arguments = {{"name", std::wstring(text)},
+                            {"targets",
+                             {known->text, known->text + std::char_traits<char>::length(known->text)},
+                             SArgument::Key}};
+        Report(std::move(report));
+        return;
+    }
+    for (std::size_t i = from; i < index; ++i) {
+        if (m_scopes.imports.ClassAt(m_names[i], Text(m_names[i])) == name) {
+            Report(Code::AttributeTwice, token, FirstIs(m_names[i]));
+            return;
+        }
+    }
+    if (known->name == L"allowdynamicproperties")
+        CheckDynamicProperties(token);
+    if (known->name == L"override" && Class()) {
+        auto& members = Class()->members;
+        const auto method = std::find_if(members.rbegin(), members.rend(), [](const SMember& member) {
+            return member.kind == SMember::Method;
+        });
+        if (method != members.rend())
+            method->isOverride = true;
+    }
+}
+
+// Only a class that makes objects to which something can be added.
+void CAttributeRules::CheckDynamicProperties(std::uint32_t token)
+{
+    if (m_scopes.declaredClasses.empty())
+        return;
+    const SDeclaredClass& type = m_scopes.declaredClasses.back();
+    if (type.name > token &&
+        (type.kind == InterfaceKind || type.kind == TraitKind || (type.modifiers & ModReadonly))) {
+        SRuleReport report{Code::AttributeTarget, token};
+        report.arguments = {{"name", std::wstring(Text(token))},
+                            {"targets", L"classes that are not readonly", SArgument::Key}};
+        Report(std::move(report));
+    }
+}
+
+} // namespace Kesh::CodeAnalyzer
