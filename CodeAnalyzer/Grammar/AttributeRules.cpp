@@ -14,11 +14,13 @@ struct SBuiltinAttribute
     std::int32_t since;
     const char* text; ///< what it is for; the key of its translation
 };
-constexpr std::array<SBuiltinAttribute, 7> Attributes{
+/// Of one with several rows the newest that the version has counts.
+constexpr std::array<SBuiltinAttribute, 8> Attributes{
     {{L"attribute", TargetClass, 800, "classes"},
      {L"returntypewillchange", TargetMethod, 801, "methods"},
      {L"allowdynamicproperties", TargetClass, 802, "classes"},
      {L"sensitiveparameter", TargetParameter, 802, "parameters"},
+     {L"override", TargetMethod | TargetProperty, 805, "methods and properties"},
      {L"override", TargetMethod, 803, "methods"},
      {L"deprecated", TargetFunction | TargetMethod | TargetClassConstant | TargetConstant | TargetClass, 804,
       "functions, methods and constants"},
@@ -30,10 +32,20 @@ constexpr std::size_t Longest = 22;
 void CAttributeRules::Target(const SGrammarValue& first, std::uint8_t targets)
 {
     const auto from = std::lower_bound(m_names.begin(), m_names.end(), first.first) - m_names.begin();
-    if (IsFrom(800))
+    if (IsFrom(800) && !IsDelayed(from))
         for (std::size_t i = from; i < m_names.size(); ++i)
             Check(i, from, targets);
     m_names.resize(from);
+}
+
+// Whether one of them says that the others are looked at when the program asks for them.
+bool CAttributeRules::IsDelayed(std::size_t from) const
+{
+    return IsFrom(805) && std::any_of(m_names.begin() + static_cast<std::ptrdiff_t>(from), m_names.end(),
+                                      [&](std::uint32_t token) {
+                                          return IsWord(token, L"delayedtargetvalidation") ||
+                                                 IsWord(token, L"\\delayedtargetvalidation");
+                                      });
 }
 
 void CAttributeRules::Declaration(const SGrammarValue& first, const SGrammarValue& declaration)

@@ -31,6 +31,7 @@ public:
     void Member(const SGrammarValue& first, const SGrammarValue& member);
 
 private:
+    bool IsDelayed(std::size_t from) const;
     void Check(std::size_t index, std::size_t from, std::uint8_t targets);
     void CheckDynamicProperties(std::uint32_t token);
 

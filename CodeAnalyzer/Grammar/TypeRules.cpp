@@ -129,7 +129,7 @@ void CTypeRules::CheckLone(std::uint32_t type, std::uint32_t token)
 // them.
 void CTypeRules::CheckWhole(const SGrammarValue& type)
 {
-    if (!(type.flags & (IsUnion | IsIntersection)) || m_isReported)
+    if (!(type.flags & (IsUnion | IsIntersection)) || !(type.extra & TypeClass) || m_isReported)
         return;
     std::uint32_t token = type.first;
     SClassType whole = ParseClassType(TypeText(Tokens(), token), Version(), [&](std::wstring_view name) {

@@ -55,6 +55,11 @@ EFit CVariance::ClassWithin(const std::wstring& part, TScope partScope, const SC
                             TScope wholeScope)
 {
     EFit fit = EFit::Clashes;
+    // Nobody extends a final class, so that it is all that `static` can be there.
+    const bool isStatic =
+        (whole.mask & TypeStatic) && part == partScope.key && (partScope.modifiers & ModFinal);
+    if (isStatic && (m_version == 0 || m_version >= 805))
+        return EFit::Fits;
     if (whole.mask & TypeObject)
         fit = Or(fit, Lookup(part, partScope) ? EFit::Fits : EFit::Unknown);
     if (whole.mask & TypeCallable)
