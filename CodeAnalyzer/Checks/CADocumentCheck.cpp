@@ -125,6 +125,8 @@ void CCADocumentCheck::FollowWanted()
     if (!m_markupChecker && m_wanted.markup && m_wanted.markup->IsEnabled()) {
         m_markupChecker = std::make_unique<CMarkupChecker>(m_wanted.markup, m_owner, m_receiver);
         m_markupChecker->SetPath(m_path);
+        if (m_wanted.halves)
+            m_markupChecker->KeepHalves(m_wanted.halves);
         m_markupChecker->Follow(*m_document);
         if (m_htmlChecker)
             m_htmlChecker->SetPassedOver([this](const SyntaxParser::SSemanticTreeNode& node) {

@@ -9,9 +9,11 @@
 #include "Components/CAErrorsBar.h"
 #include "Components/CAErrorsEvent.h"
 #include "Components/CAErrorsManager.h"
+#include "Diagnostics/DiagnosticList.h"
 #include "Kesh/ProjectManager/IProjectManager.h"
 #include "Kesh/SDK/IMainFrame.h"
 #include "Kesh/SyntaxParser/IParserComponent.h"
+#include "Markup/TemplateHalves.h"
 #include "Parsers/PhpSyntaxParser.h"
 
 #include <QCoreApplication>
@@ -346,12 +348,18 @@ bool CCAProjectHandler::CheckProject(IProjectManager& pm, IParserComponent& pars
 {
     const auto cache = pm.GetFilesCache();
     const std::vector<std::wstring> files = cache && !cache->files.empty() ? cache->files : pm.GetFiles();
+    CTemplateHalves halves;
     for (const std::wstring& file : files) {
         WaitForDelivery();
         if (IsStopRequested())
             return false;
         // A document of the file that is being checked reports its errors itself.
-        TryCheck(parser, file, m_checksComplete);
+        TryCheck(parser, file, m_checksComplete, &halves);
+    }
+    for (auto& [file, found] : halves.FindLonely()) {
+        WaitForDelivery();
+        const auto [errors, details] = Apart(std::move(found));
+        m_errorsManager->AddErrors(file, errors, details);
     }
     return true;
 }
@@ -369,7 +377,8 @@ void CCAProjectHandler::CheckQueue(IProjectManager& pm, IParserComponent& parser
     }
 }
 
-bool CCAProjectHandler::TryCheck(IParserComponent& parser, const std::wstring& file, bool complete)
+bool CCAProjectHandler::TryCheck(IParserComponent& parser, const std::wstring& file, bool complete,
+                                 CTemplateHalves* halves)
 {
     if (!complete) {
         const QFileInfo info(QString::fromStdWString(file));
@@ -391,7 +400,8 @@ bool CCAProjectHandler::TryCheck(IParserComponent& parser, const std::wstring& f
     try {
         m_errorsManager->GetErrors(file, old);
         oldDetails = m_errorsManager->GetDetails(file);
-        end = complete ? CheckComplete(parser, file, old, oldDetails, failure) : CheckPhp(parser, file);
+        end =
+            complete ? CheckComplete(parser, file, old, oldDetails, halves, failure) : CheckPhp(parser, file);
     } catch (const std::exception& fault) {
         failure = Base::CCommonString::FromUtf8(fault.what());
         m_errorsManager->RestoreErrors(file, old, oldDetails);
@@ -440,14 +450,17 @@ std::optional<ECheckEnd> CCAProjectHandler::CheckPhp(IParserComponent& parser, c
 
 std::optional<ECheckEnd> CCAProjectHandler::CheckComplete(IParserComponent& parser, const std::wstring& file,
                                                           const std::vector<SCAError>& old,
-                                                          const TDetails& oldDetails, std::wstring& failure)
+                                                          const TDetails& oldDetails, CTemplateHalves* halves,
+                                                          std::wstring& failure)
 {
     const auto document = GetDocument(parser, file);
     if (!document || !CCADocManager::IsCheckable(*document))
         return {};
     const auto check = CCADocumentCheck::CreateOver(m_application, document, m_errorsManager,
                                                     m_component->GetHtmlCustomItemsKeeper());
-    check->Follow(m_docManager ? m_docManager->GetWanted() : SWantedChecks{});
+    SWantedChecks wanted = m_docManager ? m_docManager->GetWanted() : SWantedChecks{};
+    wanted.halves = halves;
+    check->Follow(wanted);
     check->SetDetailed(m_errorsManager->IsDetailed());
     check->SetCancelFlag(m_cancelled);
     const ECheckEnd end = check->Run();

@@ -33,6 +33,7 @@ class CCAComponent;
 class CCADocManager;
 class CCAErrorsBar;
 class CCAErrorsManager;
+class CTemplateHalves;
 
 /// Checks the files of the open project in the background, and keeps their errors with the project. GUI
 /// thread, unless said otherwise.
@@ -103,14 +104,16 @@ private:
     void CheckQueue(ProjectManager::IProjectManager& pm, SyntaxParser::IParserComponent& parser);
     /// The empty path when the queue is empty. Any thread.
     std::wstring TakeFromQueue();
-    /// `complete`: in all its languages. False when another check of the file runs.
-    bool TryCheck(SyntaxParser::IParserComponent& parser, const std::wstring& file, bool complete);
+    /// `complete`: in all its languages. `halves`: where its tags with partners elsewhere are collected, or
+    /// null. False when another check of the file runs.
+    bool TryCheck(SyntaxParser::IParserComponent& parser, const std::wstring& file, bool complete,
+                  CTemplateHalves* halves = nullptr);
     /// Null when there is nothing to check, here and below.
     std::optional<ECheckEnd> CheckPhp(SyntaxParser::IParserComponent& parser, const std::wstring& file);
     /// `failure` receives why it has failed. `old` are the file's errors before.
     std::optional<ECheckEnd> CheckComplete(SyntaxParser::IParserComponent& parser, const std::wstring& file,
                                            const std::vector<SCAError>& old, const TDetails& oldDetails,
-                                           std::wstring& failure);
+                                           CTemplateHalves* halves, std::wstring& failure);
     /// The document to be checked, the file's old errors removed; null when the file is open or cannot be
     /// read.
     boost::shared_ptr<SyntaxParser::ISPDocument> GetDocument(SyntaxParser::IParserComponent& parser,

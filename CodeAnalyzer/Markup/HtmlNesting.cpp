@@ -43,6 +43,7 @@ void CHtmlNesting::Begin()
 {
     m_hasTags = false;
     m_isMarkup = true;
+    m_halves = {};
 }
 
 void CHtmlNesting::AddHtml(const SHtmlToken& token)
@@ -69,12 +70,16 @@ void CHtmlNesting::BeginTags()
 
 void CHtmlNesting::End()
 {
+    if (m_keepsHalves)
+        AddUnprinted();
     if (!m_hasTags || !m_isMarkup)
         return;
     m_events.End();
     SVerdict verdict = Judge();
     if (m_report.Places().IsCancelled())
         return;
+    if (m_keepsHalves)
+        FindHalves(verdict);
     AddLeftOver(verdict);
     AddHalves(verdict);
     for (const SNestingFault& fault : verdict.faults)

@@ -3,7 +3,10 @@
 #include "Diagnostics/MarkupReport.h"
 #include "Markup/MarkupPart.h"
 #include "Markup/NestingJudge.h"
+#include "Markup/TemplateHalves.h"
 #include "Markup/TemplateTokens.h"
+
+#include <utility>
 
 namespace Kesh::CodeAnalyzer {
 
@@ -19,6 +22,10 @@ public:
     void AddHtml(const SyntaxParser::SHtmlToken& token) override;
     void End() override;
 
+    /// Has what other files may be the partners of be kept from now on.
+    void KeepHalves() { m_keepsHalves = true; }
+    /// Of the last pass.
+    SFileHalves TakeHalves() { return std::exchange(m_halves, {}); }
     /// The PHP of the document that is followed.
     const CTemplateTokens& Tokens() const { return m_tokens; }
 
@@ -27,6 +34,8 @@ private:
     bool IsWhole() const;
     bool IsCertain(std::uint32_t tag) const;
     SVerdict Judge() const;
+    void FindHalves(const SVerdict& verdict);
+    void AddUnprinted();
     void AddLeftOver(SVerdict& verdict) const;
     void AddHalves(SVerdict& verdict) const;
     SyntaxParser::SMarkupSpan EndPlace(const SNestingFault& fault) const;
@@ -48,6 +57,8 @@ private:
     CMarkupReport& m_report;
     CTemplateTokens m_tokens;
     CNestingEvents m_events;
+    SFileHalves m_halves;
+    bool m_keepsHalves = false;
     bool m_hasTags = false;  ///< one has come
     bool m_isMarkup = false; ///< HTML that can be judged
 };

@@ -28,6 +28,7 @@ CMarkupChecker::CMarkupChecker(const IMarkupCheck* wanted, ICheckOwner* owner, I
 {
     auto nesting = std::make_unique<CHtmlNesting>(m_report);
     const CTemplateTokens& tokens = nesting->Tokens();
+    m_nesting = nesting.get();
     m_parts.push_back(std::move(nesting));
     m_parts.push_back(std::make_unique<CStylePart>(m_report));
     m_parts.push_back(std::make_unique<CHtmlProblems>(m_report));
@@ -115,6 +116,14 @@ void CMarkupChecker::EndMarkup()
     for (const auto& part : m_parts)
         part->End();
     m_found = m_report.Take();
+    if (m_halves)
+        m_halves->Add(m_path, m_nesting->TakeHalves());
+}
+
+void CMarkupChecker::KeepHalves(CTemplateHalves* halves)
+{
+    m_halves = halves;
+    m_nesting->KeepHalves();
 }
 
 void CMarkupChecker::OnDocumentParsed()

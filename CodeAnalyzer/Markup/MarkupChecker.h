@@ -13,6 +13,8 @@
 
 namespace Kesh::CodeAnalyzer {
 
+class CHtmlNesting;
+class CTemplateHalves;
 class ICheckOwner;
 class IErrorsReceiver;
 
@@ -31,6 +33,9 @@ public:
     void SetPath(const std::wstring& path) { m_path = path; }
 
     void ForgetOwner() { m_owner = nullptr; }
+
+    /// Where to leave the tags whose partners may be in other files; not owned.
+    void KeepHalves(CTemplateHalves* halves);
 
     /// Whether the name of a tag or attribute of the last pass says nothing: it stands in a broken tag or in
     /// XML, or is one of a browser, a namespace or a template engine.
@@ -55,6 +60,8 @@ private:
     std::wstring m_path;
     CMarkupReport m_report;
     std::vector<std::unique_ptr<IMarkupPart>> m_parts;
+    CHtmlNesting* m_nesting; ///< one of the parts
+    CTemplateHalves* m_halves = nullptr;
     bool m_isChecked = false; ///< the last pass
     bool m_isXml = false;
     std::vector<SDiagnostic> m_found; ///< of the last pass

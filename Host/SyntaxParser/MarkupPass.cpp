@@ -89,13 +89,36 @@ private:
     std::vector<IMarkupHandler*> m_handlers;
 };
 
+/// Whether something outside of the islands may be markup, or a character that it must not hold, or PHP has
+/// an end tag, whether it is printed or not.
+bool HasMarkup(std::wstring_view text, const std::vector<SIsland>& islands)
+{
+    const auto isPlain = [](wchar_t c) {
+        return c != L'<' && c != L'&' && c != L'{' && c < 0x7F &&
+               (c >= L' ' || c == L'\n' || c == L'\t' || c == L'\r');
+    };
+    if (text.find(L"</") != std::wstring_view::npos)
+        return true;
+    std::size_t begin = 0;
+    for (const SIsland& island : islands) {
+        const std::wstring_view between = text.substr(begin, island.begin - begin);
+        if (!std::ranges::all_of(between, isPlain))
+            return true;
+        begin = std::min(island.end, text.size());
+    }
+    return !std::ranges::all_of(text.substr(begin), isPlain);
+}
+
 } // namespace
 
 void RunMarkupPass(std::wstring_view written, EMarkup markup, const std::vector<SIsland>& islands,
                    const SGiveUp* giveUp, const std::vector<IMarkupHandler*>& handlers,
                    const SMarkupPassOptions& options)
 {
-    CMarkupText text(written, options.printed ? options.printed->Without(islands) : islands, giveUp);
+    const std::vector<SIsland> php = options.printed ? options.printed->Without(islands) : islands;
+    if (markup == EMarkup::Html && !HasMarkup(written, php))
+        return;
+    CMarkupText text(written, php, giveUp);
     if (options.printed)
         options.printed->Unescape(text.Scan(), MarkupIsland);
     const bool hasPlaceholders = markup == EMarkup::Html && FillPlaceholders(text, options.isSmarty);

@@ -1,6 +1,7 @@
 // What the documents promise about errors is what the program reports.
 
 #include "Kesh/CodeAnalyzer/Catalog.h"
+#include "TempFolder.h"
 
 #include <QFile>
 #include <QProcess>
@@ -25,8 +26,19 @@ json Check(const QStringList& arguments, const QByteArray& input = {})
     return json::parse(process.readAllStandardOutput().toStdString());
 }
 
+/// An option for what only the check of a whole project finds.
+const QString AsProject = "project";
+
 json CheckExample(const QString& php, const QStringList& options)
 {
+    if (options.contains(AsProject)) {
+        CTempFolder folder;
+        folder.Write(L"a.php", ("<?php " + php).toStdString());
+        QProcess process;
+        process.start(PROGRAM, {"project", "--format", "json", Kesh::Host::PathToQt(folder.Path(L""))});
+        EXPECT_TRUE(process.waitForFinished(60000));
+        return json::parse(process.readAllStandardOutput().toStdString());
+    }
     return Check(QStringList{"--stdin-path", "a.php", "-"} + options, ("<?php " + php).toUtf8());
 }
 
@@ -37,6 +49,8 @@ QStringList OptionsOf(const QRegularExpressionMatch& section)
     const auto named = version.match(section.captured(0));
     if (named.hasMatch())
         return {named.captured(1), named.captured(2)};
+    if (section.captured(0).contains("when the whole project was checked"))
+        return {AsProject};
     return section.captured(1).toInt() < 1000 ? QStringList{"--no-grammar"} : QStringList();
 }
 
