@@ -116,7 +116,7 @@ void RunMarkupPass(std::wstring_view written, EMarkup markup, const std::vector<
                    const SMarkupPassOptions& options)
 {
     const std::vector<SIsland> php = options.printed ? options.printed->Without(islands) : islands;
-    if (markup == EMarkup::Html && !HasMarkup(written, php))
+    if (markup == EMarkup::Html && !php.empty() && !HasMarkup(written, php))
         return;
     CMarkupText text(written, php, giveUp);
     if (options.printed)

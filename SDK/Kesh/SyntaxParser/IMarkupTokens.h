@@ -143,8 +143,8 @@ protected:
 
 /// Receives the markup of each pass, in document order, after the PHP tokens and before the end-of-parse
 /// signal: BeginMarkup, then tokens and problems, EndMarkup. The tokens of a style element or attribute come
-/// between BeginStyle and EndStyle, those of an attribute before the token of its tag. The thread that
-/// parses.
+/// between BeginStyle and EndStyle, those of an attribute before the token of its tag. PHP without any tag
+/// may come without all of this. The thread that parses.
 class IMarkupHandler
 {
 public:
