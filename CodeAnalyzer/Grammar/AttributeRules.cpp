@@ -108,7 +108,8 @@ void CAttributeRules::CheckDynamicProperties(std::uint32_t token)
         return;
     const SDeclaredClass& type = m_scopes.declaredClasses.back();
     if (type.name > token &&
-        (type.kind == InterfaceKind || type.kind == TraitKind || (type.modifiers & ModReadonly))) {
+        (type.kind == InterfaceKind || type.kind == TraitKind || (type.modifiers & ModReadonly) ||
+         (type.kind == EnumKind && m_scopes.version >= 804))) {
         SRuleReport report{Code::AttributeTarget, token};
         report.arguments = {{"name", std::wstring(Text(token))},
                             {"targets", L"classes that are not readonly", SArgument::Key}};

@@ -137,8 +137,9 @@ EPhpTokenKind CGrammarFeed::WordKind(std::uint32_t token) const
     // `from` is no part of a member's name.
     if (ReachesMember(before))
         return kind == K::YieldFrom || IsBehindUnfinishedLine(token) ? kind : K::Identifier;
-    if (kind == K::Enum && (NextCharacter(token) == L'/' || NextCharacter(token) == L'#'))
-        return K::Identifier; // it declares something only where blanks alone follow
+    if (kind == K::Enum && m_version != 0 && m_version < 803 &&
+        (NextCharacter(token) == L'/' || NextCharacter(token) == L'#'))
+        return K::Identifier; // it declared something only where blanks alone followed
     const bool afterRef = (before == K::BitAnd || before == K::BitAndBeforeVariable) && token > 1;
     const std::uint32_t word = token - (afterRef ? 2 : 1);
     // `function` declares something only where it is no name itself.

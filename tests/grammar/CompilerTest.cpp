@@ -57,7 +57,7 @@ TEST(Compiler, FindsWhatBreaksARuleOfTheLanguage)
         {"namespace N; function strlen() {}", ""},
         {"if (1) { function strlen() {} }", ""},
         {"use function private;", "1033 0:13-0:20"},
-        {"enum /* what */ A {}", "1018 0:16-0:17"},
+        {"enum /* what */ A {}", ""},
     };
     for (const auto& [text, expected] : Cases)
         EXPECT_EQ(Describe(text), expected) << text;
@@ -67,6 +67,10 @@ TEST(Compiler, KnowsVersions)
 {
     const char* overridden = "class A { function f() {} } class B extends A { #[Override] function f() {} }";
     EXPECT_EQ(Describe(overridden, 803), "");
+    EXPECT_EQ(Describe("enum /* what */ A {}", 802), "1018 0:16-0:17");
+    EXPECT_EQ(Describe("enum /* what */ A {}", 804), "");
+    EXPECT_EQ(Describe("#[AllowDynamicProperties] enum A {}", 802), "");
+    EXPECT_EQ(Describe("#[AllowDynamicProperties] enum A {}", 804), "1182 0:2-0:24");
     for (const char* lost :
          {"class A { #[\\Override] function f() {} }",
           "class A { private function f() {} } class B extends A { #[Override] function f() {} }",
