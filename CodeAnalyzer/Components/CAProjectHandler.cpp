@@ -354,7 +354,8 @@ bool CCAProjectHandler::CheckProject(IProjectManager& pm, IParserComponent& pars
         if (IsStopRequested())
             return false;
         // A document of the file that is being checked reports its errors itself.
-        TryCheck(parser, file, m_checksComplete, &halves);
+        if (!TryCheck(parser, file, m_checksComplete, &halves))
+            halves.Miss();
     }
     for (auto& [file, found] : halves.FindLonely()) {
         WaitForDelivery();
@@ -454,6 +455,8 @@ std::optional<ECheckEnd> CCAProjectHandler::CheckComplete(IParserComponent& pars
                                                           std::wstring& failure)
 {
     const auto document = GetDocument(parser, file);
+    if (!document && halves)
+        halves->Miss();
     if (!document || !CCADocManager::IsCheckable(*document))
         return {};
     const auto check = CCADocumentCheck::CreateOver(m_application, document, m_errorsManager,
@@ -465,8 +468,11 @@ std::optional<ECheckEnd> CCAProjectHandler::CheckComplete(IParserComponent& pars
     check->SetCancelFlag(m_cancelled);
     const ECheckEnd end = check->Run();
     // Given up half-way, it leaves what was known.
-    if (end != ECheckEnd::Complete)
+    if (end != ECheckEnd::Complete) {
         m_errorsManager->RestoreErrors(file, old, oldDetails);
+        if (halves)
+            halves->Miss();
+    }
     if (end == ECheckEnd::Failed)
         failure = check->GetFailure();
     return end;

@@ -32,9 +32,12 @@ constexpr std::size_t Longest = 22;
 void CAttributeRules::Target(const SGrammarValue& first, std::uint8_t targets)
 {
     const auto from = std::lower_bound(m_names.begin(), m_names.end(), first.first) - m_names.begin();
-    if (IsFrom(800) && !IsDelayed(from))
+    if (IsFrom(800) && !IsDelayed(from)) {
+        std::array<std::uint32_t, Attributes.size()> firsts;
+        firsts.fill(NoToken);
         for (std::size_t i = from; i < m_names.size(); ++i)
-            Check(i, from, targets);
+            Check(m_names[i], firsts, targets);
+    }
     m_names.resize(from);
 }
 
@@ -60,9 +63,8 @@ void CAttributeRules::Member(const SGrammarValue& first, const SGrammarValue& me
                                                              : TargetClassConstant);
 }
 
-void CAttributeRules::Check(std::size_t index, std::size_t from, std::uint8_t targets)
+void CAttributeRules::Check(std::uint32_t token, std::span<std::uint32_t> firsts, std::uint8_t targets)
 {
-    const std::uint32_t token = m_names[index];
     const std::wstring_view text = Text(token);
     // An alias may be shorter, a name of the global namespace is its last part.
     if (LastPart(text).size() > Longest)
@@ -83,12 +85,12 @@ void CAttributeRules::Check(std::size_t index, std::size_t from, std::uint8_t ta
         Report(std::move(report));
         return;
     }
-    for (std::size_t i = from; i < index; ++i) {
-        if (m_scopes.imports.ClassAt(m_names[i], Text(m_names[i])) == name) {
-            Report(Code::AttributeTwice, token, FirstIs(m_names[i]));
-            return;
-        }
+    std::uint32_t& first = firsts[static_cast<std::size_t>(known - Attributes.begin())];
+    if (first != NoToken) {
+        Report(Code::AttributeTwice, token, FirstIs(first));
+        return;
     }
+    first = token;
     if (known->name == L"allowdynamicproperties")
         CheckDynamicProperties(token);
     if (known->name == L"override" && Class()) {

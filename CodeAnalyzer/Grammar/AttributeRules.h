@@ -2,6 +2,7 @@
 
 #include "Grammar/RuleSet.h"
 
+#include <span>
 #include <vector>
 
 namespace Kesh::CodeAnalyzer {
@@ -32,7 +33,8 @@ public:
 
 private:
     bool IsDelayed(std::size_t from) const;
-    void Check(std::size_t index, std::size_t from, std::uint8_t targets);
+    /// `firsts`: the tokens that name each of PHP's own attributes first, of those before the same target.
+    void Check(std::uint32_t token, std::span<std::uint32_t> firsts, std::uint8_t targets);
     void CheckDynamicProperties(std::uint32_t token);
 
     std::vector<std::uint32_t> m_names; ///< of those whose target has not come yet

@@ -56,6 +56,8 @@ bool CTemplateHalves::HasPartner(const SFileHalves& own, const STemplateHalf& ha
 
 std::map<std::wstring, std::vector<SDiagnostic>> CTemplateHalves::FindLonely() const
 {
+    if (m_missed)
+        return {};
     std::vector<SLonely> all;
     for (const auto& [file, own] : m_files) {
         std::set<std::pair<std::wstring_view, bool>> told;

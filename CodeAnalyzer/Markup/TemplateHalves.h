@@ -35,7 +35,9 @@ class CTemplateHalves
 {
 public:
     void Add(const std::wstring& file, SFileHalves halves);
-    /// Warnings by files, each with the nearest candidate.
+    /// A file of the project is not looked into, open in the editor for instance: it may have any partner.
+    void Miss() { m_missed = true; }
+    /// Warnings by files, each with the nearest candidate; none when a file was missed.
     std::map<std::wstring, std::vector<SDiagnostic>> FindLonely() const;
 
 private:
@@ -55,6 +57,7 @@ private:
 
     std::map<std::wstring, SFileHalves> m_files;
     std::map<std::wstring, SCount> m_names;
+    bool m_missed = false;
 };
 
 } // namespace Kesh::CodeAnalyzer

@@ -364,6 +364,7 @@ TEST(Grammar, StandsWhateverItIsGiven)
     EXPECT_EQ(Diagnose("<?php function f(" + parameters + "," + parameters + ") {}").size(), names);
     EXPECT_EQ(Diagnose("<?php function f(T" + Repeated("|T", names) + " $a) {}").size(), names);
     EXPECT_EQ(Diagnose("<?php " + Repeated("$a[];", names) + Repeated("$b[0] = 1;", names)).size(), names);
+    EXPECT_EQ(Diagnose("<?php " + Repeated("#[Attribute] ", names) + "class A {}").size(), names - 1);
     const std::string loops = Repeated("while (1) {", names);
     const std::string ends = Repeated("}", names);
     EXPECT_TRUE(Diagnose("<?php " + loops + Repeated("break 50000;", names) + ends).empty());

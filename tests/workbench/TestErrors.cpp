@@ -97,6 +97,22 @@ TEST_F(Errors, AProjectsHtmlAndCssAreCheckedUnlessTheUserObjects)
     EXPECT_EQ(Rows().filter("a.php").size(), 2) << Rows().join('\n').toStdString();
 }
 
+TEST_F(Errors, PartsOfDocumentsAreNotComparedWhileOneIsOpen)
+{
+    m_folder.Write(L"project/head.php", "<section><?php f();");
+    const std::wstring foot = m_folder.Write(L"project/foot.php", "<?php f() ?></section>");
+    OpenProject(m_folder.Path(L"project"));
+    EXPECT_TRUE(Rows().isEmpty()) << Rows().join('\n').toStdString();
+    Open(foot);
+    Trigger("Check project");
+    ASSERT_TRUE(WaitFor([&] { return !Window().GetApplication().Threads().IsRunning(); }));
+    EXPECT_TRUE(Rows().isEmpty()) << Rows().join('\n').toStdString();
+    ASSERT_TRUE(Area().Close(*Area().GetCurrent()));
+    m_folder.Write(L"project/foot.php", "<p>x</p>");
+    Trigger("Check project");
+    EXPECT_TRUE(WaitForRows(1));
+}
+
 TEST_F(Errors, ARunningCheckIsShownAndCanBeStopped)
 {
     std::string text = "<?php\n";
