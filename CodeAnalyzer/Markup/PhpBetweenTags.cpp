@@ -23,10 +23,7 @@ bool MayPrint(std::wstring_view php)
     static constexpr std::array<std::wstring_view, 16> Words = {
         L"if",    L"elseif", L"foreach", L"for",     L"while", L"switch",   L"isset",    L"empty",
         L"array", L"list",   L"count",   L"declare", L"catch", L"in_array", L"function", L"strlen"};
-    if (php.find(L"<?=") != std::wstring_view::npos || php.find(L"echo") != std::wstring_view::npos ||
-        php.find(L"print") != std::wstring_view::npos || php.find(L"include") != std::wstring_view::npos ||
-        php.find(L"require") != std::wstring_view::npos)
-        return true;
+    static constexpr std::wstring_view Printing[] = {L"<?=", L"echo", L"print", L"include", L"require"};
     for (std::size_t i = php.find(L'('); i != std::wstring_view::npos; i = php.find(L'(', i + 1)) {
         std::size_t end = i;
         while (end > 0 && Blanks.find(php[end - 1]) != std::wstring_view::npos)
@@ -38,7 +35,8 @@ bool MayPrint(std::wstring_view php)
         if (!name.empty() && std::ranges::find(Words, name) == Words.end())
             return true;
     }
-    return false;
+    return std::ranges::any_of(
+        Printing, [&](std::wstring_view word) { return php.find(word) != std::wstring_view::npos; });
 }
 
 /// Start tags less end tags.
@@ -63,13 +61,14 @@ SPrinting WhatPrints(std::wstring_view php)
 {
     constexpr std::wstring_view Values[] = {L"echo", L"print", L"printf", L"return"};
     SPrinting result;
-    result.prints = MayPrint(php);
-    if (!result.prints)
-        return result;
     bool isValue = !php.starts_with(L"<?"); // the rest of an expression
     for (std::size_t begin = 0; begin < php.size();) {
-        const std::size_t end = std::min(php.find_first_of(L";{}", begin), php.size());
+        std::size_t end = begin;
+        while (end < php.size() && php[end] != L';' && php[end] != L'{' && php[end] != L'}')
+            ++end;
         std::wstring_view statement = php.substr(begin, end - begin);
+        const bool isFirst = !result.prints && MayPrint(statement);
+        result.prints = result.prints || isFirst;
         begin = end + 1;
         for (bool again = true; again;) {
             statement.remove_prefix(std::min(statement.find_first_not_of(Blanks), statement.size()));
@@ -85,12 +84,12 @@ SPrinting WhatPrints(std::wstring_view php)
         const std::size_t call = statement.find(L'(');
         if (isValue)
             result.torn = result.torn || BalanceOf(statement) != 0;
-        else if (call != std::wstring_view::npos &&
-                 statement.substr(0, call).find(L'=') == std::wstring_view::npos && MayPrint(statement))
-            result.calls = true;
+        else if (!result.calls && call != std::wstring_view::npos &&
+                 statement.substr(0, call).find(L'=') == std::wstring_view::npos)
+            result.calls = isFirst || MayPrint(statement);
         isValue = false;
     }
-    return result;
+    return result.prints ? result : SPrinting();
 }
 
 } // namespace Kesh::CodeAnalyzer

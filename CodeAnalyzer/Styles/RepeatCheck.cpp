@@ -57,24 +57,27 @@ void CRepeatCheck::Declare(const SStyleDeclaration& declaration)
     const std::string name = m_text.NameOf(declaration.name);
     if (name.find_first_of("\\\x7F") != std::string::npos)
         return;
-    SEarlier entry{declaration, KindOf(declaration.value)};
-    const auto [earlier, isNew] = m_blocks.back().try_emplace(name, entry);
+    const auto [earlier, isNew] = m_blocks.back().try_emplace(name, SEarlier{declaration, {}});
     if (isNew)
         return;
+    SEarlier& before = earlier->second;
+    const std::string kind = KindOf(declaration.value);
+    if (!before.kind)
+        before.kind = KindOf(before.declaration.value);
     const auto written = [this](const SStyleDeclaration& d) {
         return m_text.Places().Text(m_text.SpanOf(d.value));
     };
-    const bool isEqual = written(earlier->second.declaration) == written(declaration);
-    const bool isSameKind = !entry.kind.empty() && entry.kind == earlier->second.kind &&
+    const bool isEqual = written(before.declaration) == written(declaration);
+    const bool isSameKind = !kind.empty() && kind == before.kind &&
                             std::ranges::find(WithFallbacks, name) == std::end(WithFallbacks);
-    if ((isEqual && !entry.kind.empty()) || isSameKind) {
+    if ((isEqual && !kind.empty()) || isSameKind) {
         SDetails details;
-        details.related.push_back(m_findings.Plain().Related(m_text[earlier->second.declaration.name].span,
-                                                             "The property was given here"));
-        details.fixes.push_back(m_findings.Remove(WholeOf(earlier->second.declaration)));
+        details.related.push_back(
+            m_findings.Plain().Related(m_text[before.declaration.name].span, "The property was given here"));
+        details.fixes.push_back(m_findings.Remove(WholeOf(before.declaration)));
         m_findings.Report(Code::RepeatedStyleProperty, declaration.name, {}, std::move(details));
     }
-    earlier->second = std::move(entry);
+    before = {declaration, kind};
 }
 
 // With its semicolon.

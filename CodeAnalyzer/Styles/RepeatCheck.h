@@ -2,6 +2,7 @@
 
 #include "Styles/StyleReader.h"
 
+#include <optional>
 #include <string>
 #include <unordered_map>
 #include <vector>
@@ -24,7 +25,7 @@ private:
     struct SEarlier
     {
         SStyleDeclaration declaration;
-        std::string kind;
+        std::optional<std::string> kind; ///< worked out when the property comes again
     };
 
     STokens WholeOf(const SStyleDeclaration& declaration) const;

@@ -236,6 +236,23 @@ void CStyleChecker::Declare(const SStyleDeclaration& declaration)
     m_repeats.Declare(declaration);
     if (declaration.isFaulty || declaration.isHack || m_text.IsTouched(declaration.name))
         return;
+    const STokens whole{declaration.name, std::max(declaration.value.end, declaration.name + 1)};
+    // Where PHP stands in it, equal texts may say different things.
+    if (m_text.IsTouched(whole)) {
+        Judge(declaration);
+        return;
+    }
+    const std::string_view rule = m_rules.empty() ? std::string_view() : m_rules.back();
+    if (m_right->Contains(rule, m_text.Places().Text(m_text.SpanOf(whole))))
+        return;
+    const std::size_t before = m_report.Count();
+    Judge(declaration);
+    if (m_report.Count() == before)
+        m_right->Add();
+}
+
+void CStyleChecker::Judge(const SStyleDeclaration& declaration)
+{
     const std::string name = m_text.NameOf(declaration.name);
     if (name.starts_with("--")) {
         m_values.CheckCustom(declaration.name, declaration.value);

@@ -3,6 +3,7 @@
 #include "Styles/AtRuleCheck.h"
 #include "Styles/ConditionCheck.h"
 #include "Styles/RepeatCheck.h"
+#include "Styles/RightDeclarations.h"
 #include "Styles/SelectorCheck.h"
 #include "Styles/StyleReader.h"
 #include "Styles/ValueCheck.h"
@@ -30,6 +31,7 @@ private:
     void Declare(const SStyleDeclaration& declaration) override;
     void FindForeign() override { m_isForeign = true; }
 
+    void Judge(const SStyleDeclaration& declaration);
     bool IsTemplate() const;
     bool CheckTokens();
     bool ReportString(TTokenIndex token);
@@ -50,6 +52,7 @@ private:
     CConditionCheck m_conditions;
     CAtRuleCheck m_atRules;
     CRepeatCheck m_repeats;
+    const CRightDeclarations::TBorrowed m_right = CRightDeclarations::Borrow();
     std::vector<std::string> m_rules; ///< the names of those around
     bool m_isForeign = false;
 };

@@ -12,9 +12,6 @@ using StyleTables::TSyntax;
 
 namespace {
 
-constexpr std::size_t LongestKept = 64;
-constexpr std::size_t MostKept = 4096;
-
 // What stands for any value.
 constexpr std::string_view Substitutions[] = {"var",      "env",        "attr",  "if",
                                               "inherit",  "expression", "alpha", "toggle",
@@ -300,18 +297,8 @@ void CValueCheck::CheckSyntax(STokens name, STokens value, TSyntax syntax, std::
 {
     if (value.end == value.begin + 1 && Contains(WideWords, m_text.NameOf(value.begin)))
         return;
-    std::wstring key;
-    const SMarkupSpan span = m_text.SpanOf(value);
-    if (span.end - span.begin <= LongestKept) {
-        key.assign(1, static_cast<wchar_t>(syntax + 1));
-        key += m_text.Places().Text(span);
-        if (m_right.contains(key))
-            return;
-    }
     if (m_match.Match(syntax, m_parts) == CValueMatch::EResult::Fails)
         ReportStop(name, code);
-    else if (!key.empty() && m_right.size() < MostKept)
-        m_right.insert(std::move(key));
 }
 
 void CValueCheck::ReportStop(STokens name, std::int32_t code)

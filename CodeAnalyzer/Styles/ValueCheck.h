@@ -4,7 +4,6 @@
 #include "Styles/ValueMatch.h"
 
 #include <string>
-#include <unordered_set>
 
 namespace Kesh::CodeAnalyzer {
 
@@ -44,7 +43,6 @@ private:
     const SBlocks* m_blocks = nullptr;
     CValueParts m_parts;
     CValueMatch m_match;
-    std::unordered_set<std::wstring> m_right; ///< declarations that were judged before
 };
 
 } // namespace Kesh::CodeAnalyzer

@@ -74,6 +74,7 @@ CValueMatch::TEnds CValueMatch::Run(TSyntax syntax)
     m_steps = 0;
     m_depth = 0;
     m_isTooLong = false;
+    m_failed.reset();
     return At(syntax, {0, 0});
 }
 
@@ -98,17 +99,29 @@ CValueMatch::TEnds CValueMatch::At(TSyntax syntax, SPlace place)
     case EN::Seq: ends = OfSequence(node, place); break;
     case EN::One:
         for (const TSyntax part : StyleTables::Parts(node))
-            ends |= At(part, place);
+            ends |= StyleTables::At(part).kind == EN::Word ? OfWord(part, place) : At(part, place);
         break;
     case EN::All:
     case EN::Any: ends = OfAnyOrder(node, place); break;
     case EN::Repeat:
     case EN::List: ends = OfRepeat(node, place); break;
     case EN::NonEmpty: ends = At(node.first, place) & ~(TEnds(1) << place.part); break;
+    case EN::Word: ends = OfWord(syntax, place); break;
     default: ends = OfLeaf(syntax, node, place);
     }
     --m_depth;
     return ends;
+}
+
+// Most alternatives are words, of which there may be hundreds.
+CValueMatch::TEnds CValueMatch::OfWord(TSyntax syntax, SPlace place)
+{
+    const auto& parts = m_parts->Level(place.level);
+    if (place.part < parts.size() && parts[place.part].kind == SValuePart::Ident &&
+        parts[place.part].word == StyleTables::At(syntax).first)
+        return TEnds(1) << (place.part + 1);
+    Fail(syntax, place);
+    return 0;
 }
 
 CValueMatch::TEnds CValueMatch::OfEach(TSyntax syntax, std::size_t level, TEnds begins)
@@ -128,10 +141,6 @@ CValueMatch::TEnds CValueMatch::OfLeaf(TSyntax syntax, const SSyntax& node, SPla
         const SValuePart& part = parts[place.part];
         const TEnds next = TEnds(1) << (place.part + 1);
         switch (node.kind) {
-        case EN::Word:
-            if (part.kind == SValuePart::Ident && part.word == node.first)
-                return next;
-            break;
         case EN::Sign:
             if (part.kind == SValuePart::Sign && part.sign == static_cast<wchar_t>(node.first))
                 return next;
@@ -303,6 +312,9 @@ bool CValueMatch::FitsBasic(const SSyntax& node, const SValuePart& part) const
 
 void CValueMatch::Fail(TSyntax syntax, SPlace place)
 {
+    if (!m_collects && m_failed == place)
+        return;
+    m_failed = place;
     const TTokenIndex token = m_parts->TokensAt(place.level, place.part).begin;
     if (m_collects) {
         if (token == m_stopToken && std::ranges::find(m_stop.expected, syntax) == m_stop.expected.end())

@@ -4,6 +4,7 @@
 #include "Styles/ValueParts.h"
 
 #include <cstdint>
+#include <optional>
 #include <unordered_map>
 #include <vector>
 
@@ -36,10 +37,12 @@ private:
     {
         std::size_t level;
         std::size_t part;
+        bool operator==(const SPlace&) const = default;
     };
 
     TEnds Run(StyleTables::TSyntax syntax);
     TEnds At(StyleTables::TSyntax syntax, SPlace place);
+    TEnds OfWord(StyleTables::TSyntax syntax, SPlace place);
     TEnds OfEach(StyleTables::TSyntax syntax, std::size_t level, TEnds begins);
     TEnds OfLeaf(StyleTables::TSyntax syntax, const SSyntax& node, SPlace place);
     TEnds OfFunction(const SSyntax& node, const SValuePart& part, SPlace place);
@@ -54,6 +57,7 @@ private:
     const CValueParts* m_parts = nullptr;
     SStop m_stop;
     TTokenIndex m_stopToken = 0;
+    std::optional<SPlace> m_failed;                   ///< where something failed to fit last
     std::unordered_map<std::uint64_t, TEnds> m_known; ///< of types, by type and place
     std::size_t m_steps = 0;
     std::size_t m_depth = 0;

@@ -1,6 +1,7 @@
 #include "SyntaxParser/HtmlCursor.h"
 
 #include <algorithm>
+#include <cwchar>
 
 namespace Kesh::SyntaxParser {
 
@@ -9,6 +10,18 @@ bool CHtmlCursor::IsNext(std::wstring_view word, std::size_t ahead) const
     const std::size_t begin = std::min(m_at + ahead, m_text.size());
     return std::ranges::equal(m_text.substr(begin, word.size()), word,
                               [](wchar_t a, wchar_t b) { return Lower(a) == b; });
+}
+
+void CHtmlCursor::SkipAll(wchar_t c)
+{
+    // An island may be a whole file. Of what equals itself moved by one, each character is the same.
+    constexpr std::size_t Block = 64;
+    if (Peek() != c)
+        return;
+    while (m_at + Block < m_text.size() && std::wmemcmp(&m_text[m_at], &m_text[m_at + 1], Block) == 0)
+        m_at += Block;
+    while (Peek() == c)
+        Skip();
 }
 
 void CHtmlCursor::ReportCharacters(std::size_t begin, bool mayBeNull)

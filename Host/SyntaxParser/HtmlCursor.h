@@ -47,6 +47,8 @@ public:
             ++m_at;
     }
     void SkipTo(wchar_t stop) { m_at = std::min(m_text.find(stop, m_at), m_text.size()); }
+    /// Goes behind all of `c` that come next.
+    void SkipAll(wchar_t c);
     /// The same as it is written.
     std::wstring_view Written(SMarkupSpan span) const
     {

@@ -62,8 +62,7 @@ void CHtmlTokenizer::ReadIsland()
     if (!m_isInStyle) // which is one sheet, with whatever PHP in it
         EndText();
     const std::size_t begin = m_cursor.At();
-    while (m_cursor.Peek() == MarkupIsland)
-        m_cursor.Skip();
+    m_cursor.SkipAll(MarkupIsland);
     if (m_isInStyle)
         return;
     EmitText(EHtmlTokenKind::Island, {begin, m_cursor.At()});

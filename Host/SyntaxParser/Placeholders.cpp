@@ -53,12 +53,24 @@ public:
     }
 
 private:
-    // Where one may begin, from `i` on.
-    std::size_t FindSign(std::size_t i) const
+    static constexpr std::size_t NotSought = static_cast<std::size_t>(-1);
+
+    struct SSign
     {
-        while (i < m_scanned.size() && m_scanned[i] != L'{' && m_scanned[i] != L'<')
-            ++i;
-        return i;
+        wchar_t sign;
+        std::size_t next = NotSought;
+    };
+
+    // Where one may begin, from `i` on.
+    std::size_t FindSign(std::size_t i)
+    {
+        std::size_t nearest = m_scanned.size();
+        for (SSign& sign : m_signs) {
+            if (sign.next < i || sign.next == NotSought)
+                sign.next = std::min(m_scanned.find(sign.sign, i), m_scanned.size());
+            nearest = std::min(nearest, sign.next);
+        }
+        return nearest;
     }
 
     std::size_t FindEnd(std::size_t begin)
@@ -87,6 +99,7 @@ private:
     CMarkupText& m_text;
     std::wstring_view m_scanned;
     bool m_isSmarty;
+    SSign m_signs[2] = {{L'{'}, {L'<'}};
     std::size_t m_closes[std::size(Brackets) + 1] = {};
 };
 
