@@ -157,6 +157,9 @@ TEST(Styles, AtRules)
         {"@supports top:0{a{top:0}}", "2532@10,0-13,0"},
         {"@font-face x{src:url(a)}@keyframes{from{top:0}}", "2532@11,0-12,0 2532@24,0-34,0"},
         {"@font-face{src:url(a);color:red;font-display:swop}", "?2535@22,0-27,0 2541@45,0-49,0"},
+        // What was right, or wrong, once is judged by where it stands again.
+        {"a{color:red}@font-face{src:url(a);color:red}b{color:rde}c{color:rde}",
+         "?2535@34,0-39,0 2541@52,0-55,0 2541@64,0-67,0"},
         {"a{top:0}@import 'b';", "?2536@8,0-19,0"},
         {"@-wbkit-keyframes x{from{top:0}}", "?2563@1,0-17,0"},
     });
