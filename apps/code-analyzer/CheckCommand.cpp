@@ -57,9 +57,9 @@ int RunCheck(const SOptions& options)
     CProgress progress(!options.quiet);
     std::size_t checked = 0;
     const auto onResult = [&](SResult&& result) {
-        const auto& [shown, absolute, _] = inputs[result.input];
+        const std::wstring& shown = inputs[result.input].shown;
         result.findings.file = shown;
-        result.findings.path = absolute;
+        result.findings.path = inputs[result.input].absolute;
         baseline.Apply(result.findings);
         if (!result.problem.empty() || !result.skipped.empty() || !result.findings.findings.empty())
             progress.Clear();

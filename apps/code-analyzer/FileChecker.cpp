@@ -76,9 +76,10 @@ void CFileChecker::UseNames(const Configuration::SConfiguration& settings)
 
 std::string_view CFileChecker::ReadInput(const SInput& input)
 {
-    if (!input.standardInput)
+    const bool staged = !input.staged.object.empty();
+    if (!input.standardInput && !staged)
         return Host::ReadFileInto(m_bytes, input.absolute);
-    m_bytes = ReadStandardInput();
+    m_bytes = staged ? ReadStaged(input.staged) : ReadStandardInput();
     return m_bytes;
 }
 
