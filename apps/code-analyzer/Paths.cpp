@@ -141,7 +141,7 @@ std::vector<SInput> CollectInputs(const SOptions& options, const TProjectRules& 
     };
     for (const std::string& bytes : options.paths) {
         if (bytes == "-") {
-            add({Host::PathFromBytes(options.stdinPath), {}, true, {}});
+            add({Host::PathFromBytes(options.stdinPath), {}, true, true, {}});
             continue;
         }
         const std::wstring path = Host::PathFromBytes(bytes);
@@ -159,15 +159,15 @@ std::vector<SInput> CollectInputs(const SOptions& options, const TProjectRules& 
             if (mayBeStaged && files.empty())
                 onError(path, error.message());
             for (SChangedFile& file : files)
-                add({std::move(file.path), {}, false, std::move(file.staged)});
+                add({std::move(file.path), {}, false, !isFolder, std::move(file.staged)});
         } else if (isFolder) {
             // What is below a folder is found under a plain path: only the folder's own has to be resolved.
             const std::wstring absolute = WithSlash(Host::AbsolutePath(path));
             const std::size_t below = WithSlash(path).size();
             for (const std::wstring& file : FilesOf(path, selection, onError))
-                add({file, absolute + file.substr(below), false, {}});
+                add({file, absolute + file.substr(below), false, false, {}});
         } else if (!selection.Excludes(path, Host::AbsolutePath(path))) {
-            add({path, {}, false, {}});
+            add({path, {}, false, true, {}});
         }
     }
     return inputs;

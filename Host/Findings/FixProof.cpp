@@ -1,0 +1,125 @@
+#include "Findings/FixProof.h"
+
+#include "Base/Exception.h"
+
+#include <algorithm>
+
+namespace Kesh::Findings {
+
+using CodeAnalyzer::SCAError;
+
+namespace {
+
+bool IsTried(const SQuickFix& fix)
+{
+    return fix.kind == SQuickFix::EKind::Fix;
+}
+
+} // namespace
+
+CFixProof::CFixProof(CTextCheck& check, const SFileText& file, std::wstring path,
+                     const std::vector<CodeAnalyzer::SDiagnostic>& before, SProofBudget& budget)
+    : m_check(check), m_file(file), m_path(std::move(path)), m_budget(budget),
+      m_before(Placed(before, file.lines))
+{
+}
+
+std::optional<CFixProof::TFound> CFixProof::Check(const std::wstring& text)
+{
+    if (m_budget.checks == 0 || m_budget.characters == 0) {
+        m_usedUp = true;
+        return {};
+    }
+    --m_budget.checks;
+    m_budget.characters -= std::min(m_budget.characters, text.size());
+    try {
+        return Placed(m_check.Check(text, m_path, m_file.factory), CTextLines(text));
+    } catch (const Base::CWorkError&) {
+        return {}; // what cannot be checked is not proved
+    }
+}
+
+CFixProof::TFound CFixProof::Placed(const std::vector<CodeAnalyzer::SDiagnostic>& diagnostics,
+                                    const CTextLines& lines)
+{
+    TFound found;
+    for (const CodeAnalyzer::SDiagnostic& diagnostic : diagnostics) {
+        const SCAError& error = diagnostic.error;
+        auto& [count, severity] = found[{error.code, lines.Offset(error.pos.start)}];
+        ++count;
+        severity = error.type;
+    }
+    return found;
+}
+
+CFixProof::EVerdict CFixProof::Judge(const std::vector<const SCAError*>& errors,
+                                     const std::vector<SEdit>& edits)
+{
+    const CEditedText edited(m_file.text, m_file.lines, edits);
+    if (!edited.IsSound() || edited.Text() == m_file.text)
+        return EVerdict::Fails;
+    const std::optional<TFound> after = Check(edited.Text());
+    if (!after)
+        return EVerdict::Unknown;
+    TFound before;
+    for (const auto& [place, known] : m_before)
+        before[{place.first, edited.NewOffset(place.second)}].first += known.first;
+    std::size_t last = 0; // place of an error that is to go, in the new text
+    for (const SCAError* error : errors) {
+        const std::size_t place = edited.NewOffset(m_file.lines.Offset(error->pos.start));
+        last = std::max(last, place);
+        // As many as there are without it.
+        auto& known = before[{error->code, place}].first;
+        known = std::max(0, known - 1);
+        const auto stays = after->find({error->code, place});
+        if (stays != after->end() && stays->second.first > known)
+            return EVerdict::Fails;
+    }
+    EVerdict verdict = EVerdict::Mends;
+    for (const auto& [place, found] : *after) {
+        const auto known = before.find(place);
+        if (known != before.end() && found.first <= known->second.first)
+            continue;
+        // Where an error has been, some warnings are not looked for.
+        if (found.second != CodeAnalyzer::SeverityError && !edited.IsTouched(place.second))
+            continue;
+        if (place.second <= last)
+            return EVerdict::Fails;
+        verdict = EVerdict::Helps;
+    }
+    return verdict;
+}
+
+CFixProof::EVerdict CFixProof::Try(const SCAError& error, const std::vector<SEdit>& edits)
+{
+    return Judge({&error}, edits);
+}
+
+bool CFixProof::MendsAll(const std::vector<const SCAError*>& errors, const std::vector<SEdit>& edits)
+{
+    return Judge(errors, edits) == EVerdict::Mends;
+}
+
+std::vector<SQuickFix> CFixProof::Proved(const SFinding& finding)
+{
+    std::vector<SQuickFix> fixes = FixesFor(finding, m_file);
+    std::vector<SQuickFix> helping;
+    std::vector<SQuickFix> proved;
+    for (SQuickFix& fix : fixes) {
+        if (!IsTried(fix))
+            continue;
+        const EVerdict verdict = Try(finding.error, fix.edits);
+        fix.mends = verdict == EVerdict::Mends;
+        if (fix.mends)
+            proved.push_back(std::move(fix));
+        else if (verdict == EVerdict::Helps)
+            helping.push_back(std::move(fix));
+    }
+    std::ranges::move(helping, std::back_inserter(proved));
+    for (SQuickFix& fix : fixes)
+        if (!IsTried(fix))
+            proved.push_back(std::move(fix));
+    return proved;
+}
+
+} // namespace Kesh::Findings
