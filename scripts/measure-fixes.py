@@ -96,7 +96,8 @@ def main(program, folder, count="1000", seed="1", kept=None):
         taken[kind] += text != case[2] and error is None
         restored[kind] += text == case[1]
         if kept and (text == case[2] or error):
-            place = pathlib.Path(kept, f"{number:04}-{'none' if text == case[2] else 'wrong'}-{re.sub(r'\W+', '_', kind)}-{case[3]}.php")
+            name = kind.replace(" ", "_") + ("-none" if text == case[2] else "-wrong")
+            place = pathlib.Path(kept, f"{number:04}-{name}-{case[3]}.php")
             place.parent.mkdir(parents=True, exist_ok=True)
             place.write_text(case[2])
             if error:
