@@ -86,7 +86,8 @@ def main(program, folder, count="1000", seed="1", kept=None):
     sound = slips.php_errors([case[1] for case in made])
     broken = slips.php_errors([case[2] for case in made])
     cases = [case for case, good, bad in zip(made, sound, broken) if good is None and bad and bad.startswith("Parse")][:count]
-    once, twice = slips.fixed(program, [case[2] for case in cases], ".php")
+    version = subprocess.run(["php", "-n", "-r", "echo PHP_MAJOR_VERSION, '.', PHP_MINOR_VERSION;"], capture_output=True, text=True).stdout
+    once, twice = slips.fixed(program, [case[2] for case in cases], ".php", "--php-version", version)
     left = slips.php_errors(once)
     total, preferred, taken, restored = (collections.Counter() for _ in range(4))
     for number, (case, text, error) in enumerate(zip(cases, once, left)):

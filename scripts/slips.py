@@ -49,7 +49,7 @@ def php_errors(texts):
         return list(pool.map(verdict, paths))
 
 
-def fixed(program, texts, suffix):
+def fixed(program, texts, suffix, *options):
     """The texts after `check --fix`, and after another one."""
     with tempfile.TemporaryDirectory() as place:
         paths = [pathlib.Path(place, f"{i:05}{suffix}") for i in range(len(texts))]
@@ -57,7 +57,7 @@ def fixed(program, texts, suffix):
             path.write_text(text)
         runs = []
         for _ in range(2):
-            subprocess.run([program, "check", "--no-config", "--quiet", "--format", "json", "--fix", place], stdout=subprocess.DEVNULL)
+            subprocess.run([program, "check", "--no-config", "--quiet", "--format", "json", "--fix", *options, place], stdout=subprocess.DEVNULL)
             runs.append([path.read_text() for path in paths])
     return runs
 

@@ -10,6 +10,30 @@ using CodeAnalyzer::SCAError;
 
 namespace {
 
+/// What PHP's parser stops at. Behind it much depends on what was meant there.
+bool StopsPhp(std::int32_t code, std::int32_t severity)
+{
+    return code < CodeAnalyzer::Code::TooNew && severity == CodeAnalyzer::SeverityError;
+}
+
+/// What blocks that are not as they were meant lead to.
+bool ComesOfBlocks(std::int32_t code)
+{
+    return code == CodeAnalyzer::Code::LeaveOutsideLoop || code == CodeAnalyzer::Code::LeaveDepth ||
+           code == CodeAnalyzer::Code::TryAlone;
+}
+
+/// Whether they change which blocks there are.
+bool ChangesBlocks(const std::vector<SEdit>& edits, const SFileText& file)
+{
+    const auto holdsBrace = [](std::wstring_view text) {
+        return text.find_first_of(L"{}") != std::wstring_view::npos;
+    };
+    return std::ranges::any_of(edits, [&](const SEdit& edit) {
+        return holdsBrace(edit.text) || holdsBrace(file.lines.Span(edit.span));
+    });
+}
+
 bool IsTried(const SQuickFix& fix)
 {
     return fix.kind == SQuickFix::EKind::Fix;
@@ -75,8 +99,15 @@ CFixProof::EVerdict CFixProof::Judge(const std::vector<const SCAError*>& errors,
         if (stays != after->end() && stays->second.first > known)
             return EVerdict::Fails;
     }
+    // A brace that belongs there leaves nothing to say of others.
+    const bool isPhp = std::ranges::any_of(
+        errors, [](const SCAError* error) { return StopsPhp(error->code, error->type); });
+    const bool blocks = isPhp && ChangesBlocks(edits, m_file);
     EVerdict verdict = EVerdict::Mends;
     for (const auto& [place, found] : *after) {
+        const bool stops = StopsPhp(place.first, found.second);
+        if ((isPhp && stops && (blocks || place.second < last)) || (blocks && ComesOfBlocks(place.first)))
+            verdict = EVerdict::Helps;
         const auto known = before.find(place);
         if (known != before.end() && found.first <= known->second.first)
             continue;

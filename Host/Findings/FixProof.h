@@ -27,7 +27,7 @@ public:
     enum class EVerdict {
         Unknown, ///< it could not be tried: the budget is used up
         Fails,   ///< the error stays, or another one comes up before it
-        Helps,   ///< the error goes; another one comes up behind it
+        Helps,   ///< the error goes, but another one comes up behind it, or it may be what an earlier one has led to
         Mends    ///< the error goes, and none comes up
     };
 
