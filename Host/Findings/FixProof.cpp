@@ -43,7 +43,10 @@ bool IsTried(const SQuickFix& fix)
 
 CFixProof::CFixProof(CTextCheck& check, const SFileText& file, std::wstring path,
                      const std::vector<CodeAnalyzer::SDiagnostic>& before, SProofBudget& budget)
-    : m_check(check), m_file(file), m_path(std::move(path)), m_budget(budget),
+    : m_check(check),
+      m_file(file),
+      m_path(std::move(path)),
+      m_budget(budget),
       m_before(Placed(before, file.lines))
 {
 }
@@ -100,8 +103,8 @@ CFixProof::EVerdict CFixProof::Judge(const std::vector<const SCAError*>& errors,
             return EVerdict::Fails;
     }
     // A brace that belongs there leaves nothing to say of others.
-    const bool isPhp = std::ranges::any_of(
-        errors, [](const SCAError* error) { return StopsPhp(error->code, error->type); });
+    const bool isPhp =
+        std::ranges::any_of(errors, [](const SCAError* error) { return StopsPhp(error->code, error->type); });
     const bool blocks = isPhp && ChangesBlocks(edits, m_file);
     EVerdict verdict = EVerdict::Mends;
     for (const auto& [place, found] : *after) {
@@ -131,26 +134,40 @@ bool CFixProof::MendsAll(const std::vector<const SCAError*>& errors, const std::
     return Judge(errors, edits) == EVerdict::Mends;
 }
 
-std::vector<SQuickFix> CFixProof::Proved(const SFinding& finding)
+void CLazyProof::Begin()
 {
-    std::vector<SQuickFix> fixes = FixesFor(finding, m_file);
-    std::vector<SQuickFix> helping;
-    std::vector<SQuickFix> proved;
-    for (SQuickFix& fix : fixes) {
-        if (!IsTried(fix))
-            continue;
-        const EVerdict verdict = Try(finding.error, fix.edits);
-        fix.mends = verdict == EVerdict::Mends;
-        if (fix.mends)
-            proved.push_back(std::move(fix));
-        else if (verdict == EVerdict::Helps)
-            helping.push_back(std::move(fix));
+    m_begun = true;
+    try {
+        if (CTextCheck* check = m_check())
+            m_proof.emplace(*check, m_file, m_path, check->Check(m_file.text, m_path, m_file.factory),
+                            m_budget);
+    } catch (const Base::CWorkError&) {
+        // A text that cannot be checked has no fixes.
     }
-    std::ranges::move(helping, std::back_inserter(proved));
-    for (SQuickFix& fix : fixes)
-        if (!IsTried(fix))
-            proved.push_back(std::move(fix));
-    return proved;
+}
+
+std::vector<SQuickFix> CLazyProof::Proved(const SFinding& finding)
+{
+    std::vector<SQuickFix> mending;
+    std::vector<SQuickFix> others; // those that help first
+    std::vector<SQuickFix> untried;
+    for (SQuickFix& fix : FixesFor(finding, m_file)) {
+        if (!IsTried(fix)) {
+            untried.push_back(std::move(fix));
+            continue;
+        }
+        if (!m_begun)
+            Begin();
+        const auto verdict = m_proof ? m_proof->Try(finding.error, fix.edits) : CFixProof::EVerdict::Unknown;
+        fix.mends = verdict == CFixProof::EVerdict::Mends && mending.empty();
+        if (verdict == CFixProof::EVerdict::Mends)
+            mending.push_back(std::move(fix));
+        else if (verdict == CFixProof::EVerdict::Helps)
+            others.push_back(std::move(fix));
+    }
+    std::ranges::move(others, std::back_inserter(mending));
+    std::ranges::move(untried, std::back_inserter(mending));
+    return mending;
 }
 
 } // namespace Kesh::Findings

@@ -78,6 +78,9 @@ std::vector<SCandidates> CandidatesOf(const std::vector<SFinding>& findings, con
 {
     std::vector<SCandidates> candidates;
     for (const SFinding& finding : findings) {
+        // Which name is meant nobody can prove.
+        if (CodeAnalyzer::IsNameError(finding.error.code))
+            continue;
         SCandidates of{&finding.error, {}};
         for (SQuickFix& fix : FixesFor(finding, file))
             if (fix.kind == SQuickFix::EKind::Fix)

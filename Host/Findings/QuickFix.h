@@ -30,7 +30,7 @@ struct SQuickFix
     std::wstring name;
     std::string list; ///< "tags", "attributes" or "properties"
     std::int32_t code = 0;
-    bool mends = false; ///< proved: the error goes, and no other comes up
+    bool mends = false; ///< the best one that was proved: the error goes, and no other comes up
 
     /// The sentence in the user's language.
     std::wstring Title() const;

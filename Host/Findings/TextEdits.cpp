@@ -15,7 +15,8 @@ CEditedText::CEditedText(std::wstring_view text, const CTextLines& lines, const 
     for (const SEdit* edit : sorted) {
         const std::size_t from = lines.Offset(edit->span.start);
         const std::size_t to = lines.Offset(edit->span.end);
-        const bool doubled = !m_changes.empty() && m_changes.back().from == from; // in which order is not plain
+        const bool doubled =
+            !m_changes.empty() && m_changes.back().from == from; // in which order is not plain
         if (from < done || to < from || doubled) {
             m_changes.clear();
             m_text = text;
@@ -55,6 +56,20 @@ bool CEditedText::IsTouched(std::size_t place) const
         return false;
     const SChange& change = *(behind - 1);
     return sameLine(change.at + change.size, place);
+}
+
+SEdit EditBetween(std::wstring_view before, std::wstring_view after, const CTextLines& linesBefore)
+{
+    const std::size_t shorter = std::min(before.size(), after.size());
+    const auto first = static_cast<std::size_t>(
+        std::mismatch(before.begin(), before.begin() + static_cast<std::ptrdiff_t>(shorter), after.begin())
+            .first -
+        before.begin());
+    std::size_t same = 0; // at the end
+    while (same < shorter - first && before[before.size() - same - 1] == after[after.size() - same - 1])
+        ++same;
+    return {{linesBefore.Position(first), linesBefore.Position(before.size() - same)},
+            std::wstring(after.substr(first, after.size() - same - first))};
 }
 
 } // namespace Kesh::Findings

@@ -38,4 +38,7 @@ private:
     std::vector<SChange> m_changes; ///< by place
 };
 
+/// The one edit that makes `after` of `before`, as short as can be.
+SEdit EditBetween(std::wstring_view before, std::wstring_view after, const CTextLines& linesBefore);
+
 } // namespace Kesh::Findings
