@@ -1,8 +1,10 @@
 """What the scripts that measure slips share: the program is run over each text with its slip and without it."""
 
 import collections
+import concurrent.futures
 import json
 import pathlib
+import re
 import subprocess
 import tempfile
 
@@ -30,6 +32,34 @@ def new_records(program, cases, suffix):
             if before[record["code"]] < 0:
                 new.append(record)
         yield new
+
+
+def php_errors(texts):
+    """What `php -l` says of each text: "Parse error: ...", "Fatal error: ...", or None when it takes it."""
+    def verdict(path):
+        run = subprocess.run(["php", "-n", "-d", "short_open_tag=1", "-d", "display_errors=1", "-d", "log_errors=0", "-l", path],
+                             capture_output=True, text=True, errors="replace")
+        error = re.search(r"^((?:Parse|Fatal) error: .*) in .* on line (\d+)$", run.stdout, re.M)
+        return f"{error[1]} in line {error[2]}" if error else None
+
+    with tempfile.TemporaryDirectory() as place, concurrent.futures.ThreadPoolExecutor(2) as pool:
+        paths = [pathlib.Path(place, f"{i}.php") for i in range(len(texts))]
+        for path, text in zip(paths, texts):
+            path.write_text(text)
+        return list(pool.map(verdict, paths))
+
+
+def fixed(program, texts, suffix, *options):
+    """The texts after `check --fix`, and after another one."""
+    with tempfile.TemporaryDirectory() as place:
+        paths = [pathlib.Path(place, f"{i:05}{suffix}") for i in range(len(texts))]
+        for path, text in zip(paths, texts):
+            path.write_text(text)
+        runs = []
+        for _ in range(2):
+            subprocess.run([program, "check", "--no-config", "--quiet", "--format", "json", "--fix", *options, place], stdout=subprocess.DEVNULL)
+            runs.append([path.read_text() for path in paths])
+    return runs
 
 
 def tell(program, slips, suffix, missed=None):

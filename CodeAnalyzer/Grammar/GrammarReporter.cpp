@@ -1,6 +1,7 @@
 #include "Grammar/GrammarReporter.h"
 
 #include "Base/CommonString.h"
+#include "Grammar/FixEdits.h"
 #include "Grammar/OpenStrings.h"
 
 #include <algorithm>
@@ -144,7 +145,7 @@ void CGrammarReporter::AddFound(SGrammarDiagnostic& diagnostic, const char* plac
 void CGrammarReporter::ReportRepair(const SGrammarHalt& halt, const SGrammarRepair& repair)
 {
     const std::uint32_t stop = halt.stop;
-    if (ReportLateString(stop) || ReportLostName(stop) || ReportForHead(halt))
+    if (ReportLateString(stop) || ReportLostName(stop) || ReportLostFunction(stop) || ReportForHead(halt))
         return;
     if (EndsNumber(stop)) {
         const SScheme span{m_tokens.Span(stop - 1).start, m_tokens.Span(stop).end};
@@ -215,6 +216,28 @@ bool CGrammarReporter::ReportLostName(std::uint32_t stop)
     return true;
 }
 
+// A method without its word, which was taken for the type of a property.
+bool CGrammarReporter::ReportLostFunction(std::uint32_t stop)
+{
+    if (stop < 2 || m_tokens[stop].kind != K::OpenRound || m_tokens[stop - 1].kind != K::Identifier)
+        return false;
+    switch (m_tokens[stop - 2].kind) {
+    case K::Public:
+    case K::Protected:
+    case K::Private:
+    case K::Static:
+    case K::Abstract:
+    case K::Final: break;
+    default: return false;
+    }
+    SGrammarDiagnostic& diagnostic = Add(Code::MissingWord, m_tokens.Span(stop - 1));
+    AddFound(diagnostic, "found", stop - 1);
+    diagnostic.details.arguments.push_back({"expected", std::wstring(TextOf(K::Function))});
+    for (STextEdit& edit : CFixEdits(m_tokens).Insertions(K::Function, stop - 1, NoToken))
+        diagnostic.details.fixes.push_back({EFix::Insert, {std::move(edit)}});
+    return true;
+}
+
 // `for` whose parts are told apart by commas, as far as it is plain which ones.
 bool CGrammarReporter::ReportForHead(const SGrammarHalt& halt)
 {
@@ -265,9 +288,21 @@ bool CGrammarReporter::EndsNumber(std::uint32_t stop) const
            m_tokens[stop - 1].text + m_tokens[stop - 1].size == m_tokens[stop].text;
 }
 
+// Whether the line before is a label of `switch`, which a semicolon may end, but a colon does.
+bool CGrammarReporter::EndsLabel(const SGrammarHalt& halt) const
+{
+    std::uint32_t first = halt.stop - 1;
+    while (first > 0 && !m_tokens.LeadsLine(first))
+        --first;
+    const K kind = m_tokens[first].kind;
+    return (kind == K::Case || kind == K::Default) && halt.parser.Accepts(GrammarSymbol(K::Colon));
+}
+
 void CGrammarReporter::ReportMissing(const SGrammarHalt& halt, K kind)
 {
     const std::uint32_t stop = halt.stop;
+    if (kind == K::Semicolon && stop > 0 && EndsLabel(halt))
+        kind = K::Colon;
     std::int32_t code = MissingCode(kind);
     // Two values with nothing between them, or none where one should be.
     const bool isValue = kind == K::Variable || kind == K::Identifier;
@@ -284,35 +319,12 @@ void CGrammarReporter::ReportMissing(const SGrammarHalt& halt, K kind)
         return;
     if (code == Code::MissingWord || code == Code::MissingEndWord)
         diagnostic.details.arguments.push_back({"expected", text});
-    const SyntaxParser::CIterator place = m_tokens.Span(stop - 1).end;
     const bool closes = kind == K::CloseRound || kind == K::CloseSquare || kind == K::CloseBrace;
-    if (closes && !halt.open.empty())
-        diagnostic.details.related.push_back({m_tokens.Span(halt.open.back()), OpenedHere});
-    diagnostic.details.fixes.push_back(
-        {EFix::Insert,
-         {kind == K::CloseBrace && !halt.open.empty() ? ClosingBrace(stop - 1, halt.open.back())
-                                                      : STextEdit{{place, place}, text}}});
-}
-
-// The end of a block of several lines has a line of its own, indented as the line that opens it.
-STextEdit CGrammarReporter::ClosingBrace(std::uint32_t behind, std::uint32_t opened) const
-{
-    SyntaxParser::CIterator place = m_tokens.Span(behind).end;
-    if (m_tokens[opened].line == place.y)
-        return {{place, place}, L" }"};
-    std::uint32_t first = opened;
-    while (first > 0 && m_tokens[first - 1].line == m_tokens[opened].line)
-        --first;
-    std::wstring text = L"\n";
-    const wchar_t* indent = m_tokens[first].text - m_tokens[first].column;
-    for (; *indent == L' ' || *indent == L'\t'; ++indent)
-        text += *indent;
-    // What else stands on the line is a comment.
-    const wchar_t* end = m_tokens[behind].text + m_tokens[behind].size;
-    const std::wstring_view rest(end, std::wcscspn(end, L"\n"));
-    if (rest.find(L"/*") == std::wstring_view::npos)
-        place.x += static_cast<std::int64_t>(rest.size());
-    return {{place, place}, text + L'}'};
+    const std::uint32_t opened = halt.open.empty() ? NoToken : halt.open.back();
+    if (closes && opened != NoToken)
+        diagnostic.details.related.push_back({m_tokens.Span(opened), OpenedHere});
+    for (STextEdit& edit : CFixEdits(m_tokens).Insertions(kind, stop, opened))
+        diagnostic.details.fixes.push_back({EFix::Insert, {std::move(edit)}});
 }
 
 void CGrammarReporter::ReportMissingBrace(std::uint32_t token, std::uint32_t opened)
@@ -320,14 +332,14 @@ void CGrammarReporter::ReportMissingBrace(std::uint32_t token, std::uint32_t ope
     SGrammarDiagnostic& diagnostic = Add(Code::MissingCloseBrace, GapBehind(token - 1));
     AddFound(diagnostic, "found", token);
     diagnostic.details.related.push_back({m_tokens.Span(opened), OpenedHere});
-    diagnostic.details.fixes.push_back({EFix::Insert, {ClosingBrace(token - 1, opened)}});
+    diagnostic.details.fixes.push_back({EFix::Insert, {CFixEdits(m_tokens).ClosingBrace(token - 1, opened)}});
 }
 
 void CGrammarReporter::ReportOddBrace(std::uint32_t token, std::uint32_t opened)
 {
     SGrammarDiagnostic& diagnostic = Add(Code::OddCloseBrace, m_tokens.Span(token));
     diagnostic.details.related.push_back({m_tokens.Span(opened), "It closes what is opened here"});
-    diagnostic.details.fixes.push_back({EFix::Remove, {{diagnostic.error.pos, {}}}});
+    diagnostic.details.fixes.push_back({EFix::Remove, {CFixEdits(m_tokens).Removal(token)}});
 }
 
 void CGrammarReporter::ReportOdd(const SGrammarHalt& halt)
@@ -336,7 +348,7 @@ void CGrammarReporter::ReportOdd(const SGrammarHalt& halt)
     if (m_tokens[halt.stop].kind == K::End)
         return;
     AddFound(diagnostic, "found", halt.stop);
-    diagnostic.details.fixes.push_back({EFix::Remove, {{diagnostic.error.pos, {}}}});
+    diagnostic.details.fixes.push_back({EFix::Remove, {CFixEdits(m_tokens).Removal(halt.stop)}});
 }
 
 std::int32_t CGrammarReporter::OddCode(const SGrammarHalt& halt) const
@@ -398,7 +410,7 @@ SyntaxParser::EPhpTokenKind CGrammarReporter::ExpectedBeforeLine(const SGrammarH
 void CGrammarReporter::ReportUnrepaired(const SGrammarHalt& halt)
 {
     const std::uint32_t stop = halt.stop;
-    if (ReportLateString(stop) || ReportLostName(stop) || ReportForHead(halt))
+    if (ReportLateString(stop) || ReportLostName(stop) || ReportLostFunction(stop) || ReportForHead(halt))
         return;
     const auto& closers = halt.description.closers;
     const bool closes = !closers.empty() && halt.parser.Accepts(GrammarSymbol(closers.front()));
@@ -512,7 +524,7 @@ void CGrammarReporter::AddRuleReport(const SRuleReport& report)
         details.fixes.push_back({EFix::Replace, {{diagnostic.error.pos, expected}}});
     }
     if (report.fix == EFix::Remove)
-        details.fixes.push_back({EFix::Remove, {{diagnostic.error.pos, {}}}});
+        details.fixes.push_back({EFix::Remove, {CFixEdits(m_tokens).Removal(token)}});
     for (const SRelatedToken& related : {report.related, report.other})
         if (related.token != NoToken)
             details.related.push_back({m_tokens.Span(related.token), related.message});

@@ -53,7 +53,6 @@ private:
 
     SGrammarDiagnostic& Add(std::int32_t code, SyntaxParser::SScheme span);
     SyntaxParser::SScheme GapBehind(std::uint32_t token) const;
-    STextEdit ClosingBrace(std::uint32_t behind, std::uint32_t opened) const;
     void AddFound(SGrammarDiagnostic& diagnostic, const char* place, std::uint32_t token) const;
     void ReportMissing(const SGrammarHalt& halt, K kind);
     void ReportWrong(const SGrammarHalt& halt, K kind);
@@ -65,6 +64,8 @@ private:
     void ReportOpenString(std::uint32_t opening, std::uint32_t end);
     K ExpectedBeforeLine(const SGrammarHalt& halt) const;
     bool ReportLostName(std::uint32_t stop);
+    bool ReportLostFunction(std::uint32_t stop);
+    bool EndsLabel(const SGrammarHalt& halt) const;
     bool ReportForHead(const SGrammarHalt& halt);
     void OfferBraces(SGrammarDiagnostic& diagnostic, std::uint32_t token) const;
     void AddRuleReport(const SRuleReport& report);

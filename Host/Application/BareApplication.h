@@ -12,7 +12,11 @@ namespace Kesh::Host {
 class CBareApplication final : public SDK::IApplication
 {
 public:
-    CBareApplication() : m_parser(boost::make_shared<SyntaxParser::CParserComponent>()) {}
+    /// The translations are not owned; null: none.
+    explicit CBareApplication(LangSupport::ILangSource* translations = nullptr)
+        : m_parser(boost::make_shared<SyntaxParser::CParserComponent>()), m_translations(translations)
+    {
+    }
 
     boost::weak_ptr<SDK::IComponent1<SDK::IApplication>> GetComponent(const std::wstring& name) override
     {
@@ -25,12 +29,13 @@ public:
     SDK::IThreadService* GetThreadService() override { return nullptr; }
     SDK::IDocumentService* GetDocumentService() override { return nullptr; }
     double GetScaleFactor() override { return 1.0; }
-    LangSupport::ILangSource* GetLangSource() override { return nullptr; }
+    LangSupport::ILangSource* GetLangSource() override { return m_translations; }
 
     SyntaxParser::CParserComponent& Parser() { return *m_parser; }
 
 private:
     boost::shared_ptr<SyntaxParser::CParserComponent> m_parser;
+    LangSupport::ILangSource* m_translations;
 };
 
 } // namespace Kesh::Host

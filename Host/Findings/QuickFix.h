@@ -1,7 +1,7 @@
 #pragma once
 
 #include "Findings/Finding.h"
-#include "Findings/TextLines.h"
+#include "Findings/TextEdits.h"
 
 #include <memory>
 #include <string>
@@ -11,8 +11,6 @@
 namespace Kesh::Findings {
 
 class CPhpPlaces;
-
-using SEdit = CodeAnalyzer::STextEdit;
 
 /// Something that a user can do about a finding at the press of a button.
 struct SQuickFix
@@ -32,6 +30,7 @@ struct SQuickFix
     std::wstring name;
     std::string list; ///< "tags", "attributes" or "properties"
     std::int32_t code = 0;
+    bool mends = false; ///< the best one that was proved: the error goes, and no other comes up
 
     /// The sentence in the user's language.
     std::wstring Title() const;

@@ -1,14 +1,18 @@
 #include "LanguageServer/CodeActions.h"
 
+#include "Application/Application.h"
 #include "Base/Exception.h"
 #include "Configuration/Edit.h"
 #include "Files/FilePath.h"
 #include "Files/Printable.h"
+#include "Findings/MendText.h"
 #include "Findings/PhpPlaces.h"
 #include "Findings/QuickFix.h"
+#include "Kesh/LangSupport/LangSupport.h"
 #include "LanguageServer/Diagnostic.h"
 #include "LanguageServer/Uri.h"
 
+#include <algorithm>
 #include <utility>
 
 namespace Kesh::LanguageServer {
@@ -19,6 +23,8 @@ using Findings::SQuickFix;
 
 /// Nobody picks from a longer list, such as an editor may ask for when all of a file is marked.
 constexpr std::size_t MaxFindings = 100;
+
+constexpr const char* QuickFix = "quickfix";
 
 using TPoint = std::pair<std::int64_t, std::int64_t>;
 
@@ -32,16 +38,18 @@ bool Touch(const json& a, const json& b)
     return PointOf(a.at("start")) <= PointOf(b.at("end")) && PointOf(b.at("start")) <= PointOf(a.at("end"));
 }
 
-bool WantsQuickFixes(const json& params)
+/// Whether the client asks for actions of a kind; without a word of kinds, for quick fixes.
+bool Wants(const json& params, const std::string& kind)
 {
     const json context = params.value("context", json::object());
     const auto only = context.find("only");
     if (only == context.end() || !only->is_array())
-        return true;
-    for (const json& kind : *only)
-        if (kind == "quickfix" || kind == "")
-            return true;
-    return false;
+        return kind == QuickFix;
+    // A kind stands for those below it, and the empty one for all.
+    return std::ranges::any_of(*only, [&](const json& wanted) {
+        const std::string name = wanted.is_string() ? wanted.get<std::string>() : "-";
+        return name.empty() || kind == name || kind.starts_with(name + '.');
+    });
 }
 
 std::string NewText(const std::wstring& text, const SOpenDocument& open)
@@ -49,21 +57,26 @@ std::string NewText(const std::wstring& text, const SOpenDocument& open)
     return Host::PathToBytes(open.crlf ? Editor::JoinLines(text, L"\r\n") : text);
 }
 
+json EditOf(const std::vector<Findings::SEdit>& edits, const SOpenDocument& open, CRangeMaker& ranges)
+{
+    json changes = json::array();
+    for (const Findings::SEdit& edit : edits)
+        changes.push_back({{"range", ranges.Range(edit.span)}, {"newText", NewText(edit.text, open)}});
+    // An editor that has gone on meanwhile refuses edits of an older version.
+    return {
+        {"documentChanges", json::array({{{"textDocument", {{"uri", open.uri}, {"version", open.version}}},
+                                          {"edits", std::move(changes)}}})}};
+}
+
 json ActionOf(const SQuickFix& fix, const SOpenDocument& open, const json& diagnostic, CRangeMaker& ranges)
 {
     json action = {{"title", Host::PathToBytes(fix.Title())},
-                   {"kind", "quickfix"},
+                   {"kind", QuickFix},
                    {"diagnostics", json::array({diagnostic})}};
-    if (fix.kind == SQuickFix::EKind::Fix)
+    if (fix.mends)
         action["isPreferred"] = true;
     if (!fix.edits.empty()) {
-        json edits = json::array();
-        for (const Findings::SEdit& edit : fix.edits)
-            edits.push_back({{"range", ranges.Range(edit.span)}, {"newText", NewText(edit.text, open)}});
-        // An editor that has gone on meanwhile refuses edits of an older version.
-        action["edit"]["documentChanges"] =
-            json::array({{{"textDocument", {{"uri", open.uri}, {"version", open.version}}},
-                          {"edits", std::move(edits)}}});
+        action["edit"] = EditOf(fix.edits, open, ranges);
     } else if (fix.kind == SQuickFix::EKind::AddOwnName) {
         action["command"] = {{"title", action["title"]},
                              {"command", CCodeActions::AddOwnName},
@@ -84,22 +97,65 @@ json CCodeActions::Offer(const json& params)
     const std::wstring path = PathOfUri(params.at("textDocument").at("uri").get_ref<const std::string&>());
     const SOpenDocument* open = m_documents.Find(path);
     const SDescribed* known = m_diagnostics.Known(path);
-    if (!open || !known || known->order.revision != open->revision || !WantsQuickFixes(params))
+    if (!open || !known || known->order.revision != open->revision)
         return actions;
-    const json& range = params.at("range");
-    const std::wstring& text = open->Text().Text();
+    if (Wants(params, QuickFix))
+        actions = QuickFixes(*open, *known, params.at("range"));
+    if (Wants(params, FixAll))
+        if (json action = FixOfAll(*open); !action.is_null())
+            actions.push_back(std::move(action));
+    return actions;
+}
+
+Findings::CTextCheck* CCodeActions::Check()
+{
+    try {
+        if (m_check)
+            m_check->SetRules(m_settings.Rules());
+        else
+            m_check.emplace("libCodeAnalyzer.so.1", m_settings.Rules(), Findings::SWantedChecks{},
+                            m_application.GetLangSource());
+        return &*m_check;
+    } catch (const Base::CWorkError&) {
+        return nullptr;
+    }
+}
+
+json CCodeActions::QuickFixes(const SOpenDocument& open, const SDescribed& known, const json& range)
+{
+    json actions = json::array();
+    const std::wstring& text = open.Text().Text();
     CRangeMaker ranges(text, m_documents.Encoding());
-    const Findings::SFileText file{text, ranges.Lines(), open->factory, {}};
+    const Findings::SFileText file{text, ranges.Lines(), open.factory, {}};
+    Findings::CLazyProof proof([this] { return Check(); }, file, open.document->GetPath());
     std::size_t touched = 0;
-    for (std::size_t i = 0; i < known->findings.findings.size() && touched < MaxFindings; ++i) {
-        const json& diagnostic = known->diagnostics[i];
+    for (std::size_t i = 0; i < known.findings.findings.size() && touched < MaxFindings; ++i) {
+        const json& diagnostic = known.diagnostics[i];
         if (!Touch(diagnostic.at("range"), range))
             continue;
         ++touched;
-        for (const SQuickFix& fix : Findings::FixesFor(known->findings.findings[i], file))
-            actions.push_back(ActionOf(fix, *open, diagnostic, ranges));
+        for (const SQuickFix& fix : proof.Proved(known.findings.findings[i]))
+            actions.push_back(ActionOf(fix, open, diagnostic, ranges));
     }
     return actions;
+}
+
+json CCodeActions::FixOfAll(const SOpenDocument& open)
+{
+    Findings::CTextCheck* check = Check();
+    if (!check)
+        return json();
+    const std::wstring& path = open.document->GetPath();
+    const std::wstring& text = open.Text().Text();
+    const Findings::SMended mended =
+        Findings::MendText(*check, {path, path, {}, true, false}, open.factory, text, *m_settings.For(path),
+                           Findings::SProofBudget{});
+    if (mended.fixed == 0)
+        return json();
+    CRangeMaker ranges(text, m_documents.Encoding());
+    return {{"title", Host::PathToBytes(LangSupport::CLangSupport::LoadStr("Fix all that can be fixed"))},
+            {"kind", FixAll},
+            {"edit", EditOf({Findings::EditBetween(text, mended.text, ranges.Lines())}, open, ranges)}};
 }
 
 std::wstring CCodeActions::DocumentOf(const json& params)

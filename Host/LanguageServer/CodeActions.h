@@ -1,8 +1,17 @@
 #pragma once
 
 #include "Configuration/Configuration.h"
+#include "Findings/FixProof.h"
 #include "LanguageServer/Connection.h"
 #include "LanguageServer/Diagnostics.h"
+#include "LanguageServer/ProjectSettings.h"
+
+#include <optional>
+#include <string>
+
+namespace Kesh::Host {
+class CApplication;
+}
 
 namespace Kesh::LanguageServer {
 
@@ -10,11 +19,14 @@ namespace Kesh::LanguageServer {
 class CCodeActions
 {
 public:
-    CCodeActions(CDocuments& documents, CDiagnostics& diagnostics)
-        : m_documents(documents), m_diagnostics(diagnostics)
+    CCodeActions(Host::CApplication& application, CDocuments& documents, CDiagnostics& diagnostics,
+                 const CProjectSettings& settings)
+        : m_application(application), m_documents(documents), m_diagnostics(diagnostics), m_settings(settings)
     {
     }
 
+    /// The kind of the action that does all that may be done without a look.
+    static constexpr const char* FixAll = "source.fixAll.code-analyzer";
     static constexpr const char* AddOwnName = "code-analyzer.addOwnName";
     static constexpr const char* IgnoreCode = "code-analyzer.ignoreCode";
 
@@ -27,8 +39,16 @@ public:
     static void Execute(const json& params, const std::wstring& settings);
 
 private:
+    json QuickFixes(const SOpenDocument& open, const SDescribed& known, const json& range);
+    json FixOfAll(const SOpenDocument& open);
+    /// Null when there is none.
+    Findings::CTextCheck* Check();
+
+    Host::CApplication& m_application;
     CDocuments& m_documents;
     CDiagnostics& m_diagnostics;
+    const CProjectSettings& m_settings;
+    std::optional<Findings::CTextCheck> m_check; ///< made when it is first needed
 };
 
 } // namespace Kesh::LanguageServer

@@ -79,7 +79,7 @@ CServer::CServer(const SParts& parts)
       m_diagnostics(
           {parts.application, parts.plugin, m_documents, m_connection, m_settings, parts.documentation}),
       m_workspace(parts.application, m_connection, m_settings, [this] { FollowSettings(); }),
-      m_actions(m_documents, m_diagnostics)
+      m_actions(parts.application, m_documents, m_diagnostics, m_settings)
 {
     parts.application.Timers().SetDelayOverride(CheckDelay);
     // An editor's folder is not the place for files of ours.
@@ -143,7 +143,7 @@ json CServer::Initialize(const json& params)
     json result = {
         {"positionEncoding", NameOf(encoding)},
         {"textDocumentSync", {{"openClose", true}, {"change", 2}, {"save", true}}},
-        {"codeActionProvider", {{"codeActionKinds", {"quickfix"}}}},
+        {"codeActionProvider", {{"codeActionKinds", {"quickfix", CCodeActions::FixAll}}}},
         {"executeCommandProvider", {{"commands", {CCodeActions::AddOwnName, CCodeActions::IgnoreCode}}}},
         {"workspace", {{"workspaceFolders", {{"supported", true}, {"changeNotifications", true}}}}}};
     if (pulls)

@@ -18,11 +18,14 @@ namespace Kesh::CommandLine {
 
 namespace {
 
-SResult CheckInput(CFileChecker& checker, const std::vector<SInput>& inputs, std::size_t number)
+SResult CheckInput(CFileChecker& checker, const SOptions& options, const std::vector<SInput>& inputs,
+                   std::size_t number)
 {
     SResult result;
     result.input = number;
     try {
+        if (options.fix)
+            result.fixed = checker.Fix(inputs[number], options.diff);
         if (auto findings = checker.Check(inputs[number]))
             result.findings = std::move(*findings);
         else
@@ -35,13 +38,50 @@ SResult CheckInput(CFileChecker& checker, const std::vector<SInput>& inputs, std
     return result;
 }
 
+/// A diff has standard output for itself.
+SOptions WithoutReports(SOptions options)
+{
+    options.outputs.clear();
+    return options;
+}
+
+/// Tells of what was fixed.
+class CFixCount
+{
+public:
+    explicit CFixCount(const SOptions& options) : m_options(options) {}
+
+    /// Answers whether something could not be written.
+    bool Add(const std::wstring& shown, const SFixedFile& fixed)
+    {
+        if (!fixed.note.empty())
+            PrintProblem(shown, fixed.note);
+        std::fwrite(fixed.diff.data(), 1, fixed.diff.size(), stdout);
+        m_fixes += fixed.fixed;
+        m_files += fixed.fixed != 0;
+        return fixed.failed;
+    }
+    void Finish() const
+    {
+        if (m_options.fix && !m_options.quiet)
+            std::fprintf(stderr, "code-analyzer: %zu %s in %zu %s %s\n", m_fixes,
+                         m_fixes == 1 ? "finding" : "findings", m_files, m_files == 1 ? "file" : "files",
+                         m_options.diff ? "would be fixed" : "fixed");
+    }
+
+private:
+    const SOptions& m_options;
+    std::size_t m_fixes = 0;
+    std::size_t m_files = 0;
+};
+
 } // namespace
 
 int RunCheck(const SOptions& options)
 {
     const TProjectRules rules = RulesFor(options);
     CFileChecker checker(options, rules);
-    CReport report(options);
+    CReport report(options.diff ? WithoutReports(options) : options);
     CBaselineUse baseline(options, rules);
     bool failed = false;
     const TPathError onError = [&](const std::wstring& path, const std::string& reason) {
@@ -56,13 +96,16 @@ int RunCheck(const SOptions& options)
         std::sort(inputs.begin(), inputs.end(), precedes);
     CProgress progress(!options.quiet);
     std::size_t checked = 0;
+    CFixCount fixes(options);
     const auto onResult = [&](SResult&& result) {
-        const auto& [shown, absolute, _] = inputs[result.input];
+        const std::wstring& shown = inputs[result.input].shown;
         result.findings.file = shown;
-        result.findings.path = absolute;
+        result.findings.path = inputs[result.input].absolute;
         baseline.Apply(result.findings);
         if (!result.problem.empty() || !result.skipped.empty() || !result.findings.findings.empty())
             progress.Clear();
+        if (fixes.Add(shown, result.fixed))
+            failed = true;
         if (!result.problem.empty())
             return onError(shown, result.problem);
         if (!result.skipped.empty())
@@ -73,12 +116,13 @@ int RunCheck(const SOptions& options)
 
     WatchInterrupts();
     RunJobs({inputs.size(), JobsFor(inputs.size(), options.jobs),
-             [&](std::size_t input) { return CheckInput(checker, inputs, input); }, onResult,
+             [&](std::size_t input) { return CheckInput(checker, options, inputs, input); }, onResult,
              [&](std::size_t done, std::size_t input) {
                  progress.Show(done, inputs.size(), inputs[input].shown);
              }});
     progress.Clear();
     report.Finish(checked);
+    fixes.Finish();
     if (const int signal = InterruptSignal()) {
         std::fprintf(stderr, "code-analyzer: interrupted: %zu of %zu files were checked\n", checked,
                      inputs.size());

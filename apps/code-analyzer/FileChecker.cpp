@@ -2,10 +2,7 @@
 
 #include "Base/Exception.h"
 #include "Files/FileIO.h"
-#include "Findings/ApplyRules.h"
 #include "Findings/Ignores.h"
-#include "Kesh/CodeAnalyzer/IGrammarCheck.h"
-#include "Kesh/CodeAnalyzer/IMarkupCheck.h"
 #include "SyntaxParser/SPDocument.h"
 #include "SyntaxParser/SourceText.h"
 
@@ -47,39 +44,24 @@ std::wstring FactoryOf(const SInput& input)
 } // namespace
 
 CFileChecker::CFileChecker(const SOptions& options, TProjectRules rules)
-    : m_rules(std::move(rules)),
-      m_library("libCodeAnalyzerChecks.so.1"),
-      m_checks(
-          m_library.Symbol<decltype(CodeAnalyzerCreateChecks)>("CodeAnalyzerCreateChecks")(&m_application)),
-      m_describer(*m_checks->GetTexts()),
-      m_reader(boost::make_shared<SyntaxParser::CTextReader>(std::wstring()))
+    : m_rules(rules), m_check("libCodeAnalyzerChecks.so.1", std::move(rules),
+                              {!options.noGrammar, !options.noMarkup}),
+      m_describer(m_check.Texts())
 {
-    CodeAnalyzer::IGrammarCheck* grammar = m_checks->GetGrammarCheck();
-    if (grammar)
-        grammar->SetEnabled(!options.noGrammar);
-    CodeAnalyzer::IMarkupCheck* markup = m_checks->GetMarkupCheck();
-    if (markup)
-        markup->SetEnabled(!options.noMarkup);
-    Findings::ApplyRules(m_rules, m_application.Parser(), grammar, markup);
-}
-
-void CFileChecker::UseNames(const Configuration::SConfiguration& settings)
-{
-    SyntaxParser::SOwnNames names = Findings::OwnNamesOf(settings);
-    if (names == m_names)
-        return;
-    m_names = std::move(names);
-    m_application.Parser().SetOwnNames(m_names);
-    // The checks of a text keep the names that they were made with.
-    m_reader = boost::make_shared<SyntaxParser::CTextReader>(std::wstring());
 }
 
 std::string_view CFileChecker::ReadInput(const SInput& input)
 {
-    if (!input.standardInput)
+    const bool staged = !input.staged.object.empty();
+    if (!input.standardInput && !staged)
         return Host::ReadFileInto(m_bytes, input.absolute);
-    m_bytes = ReadStandardInput();
+    m_bytes = staged ? ReadStaged(input.staged) : ReadStandardInput();
     return m_bytes;
+}
+
+SFixedFile CFileChecker::Fix(const SInput& input, bool onlyDiff)
+{
+    return FixFile(m_check, input, FactoryOf(input), *m_rules->For(input.absolute), onlyDiff);
 }
 
 std::optional<Findings::SFileFindings> CFileChecker::Check(const SInput& input)
@@ -87,18 +69,13 @@ std::optional<Findings::SFileFindings> CFileChecker::Check(const SInput& input)
     const std::string_view bytes = ReadInput(input);
     if (SyntaxParser::HoldsNoSource(bytes))
         return {};
-    const Findings::TRules rules = m_rules->For(input.absolute);
-    UseNames(rules->settings);
-    m_reader->Decode(bytes);
-    const std::wstring factory = FactoryOf(input);
-    std::vector<CodeAnalyzer::SDiagnostic> found;
-    if (!m_checks->Check(m_reader, input.absolute, factory, found))
-        throw Base::CWorkError(L"the check failed: " + m_checks->GetFailure(), __LINE__,
-                               "apps/code-analyzer/FileChecker");
+    std::vector<CodeAnalyzer::SDiagnostic> found =
+        m_check.CheckBytes(bytes, input.absolute, FactoryOf(input));
     const bool mayIgnore = SyntaxParser::Utf16OrderOf(bytes) || Findings::CIgnores::MayHave(bytes);
-    return m_describer.Describe(
-        {input.shown, input.absolute, [this] { return m_reader->GetText(); }, mayIgnore, input.standardInput},
-        std::move(found), *rules);
+    return m_describer.Describe({input.shown, input.absolute,
+                                 [this] { return std::wstring(m_check.Text()); }, mayIgnore,
+                                 input.standardInput},
+                                std::move(found), *m_rules->For(input.absolute));
 }
 
 } // namespace Kesh::CommandLine

@@ -97,6 +97,12 @@ void AddProjectOptions(CLI::App& check, SOptions& options)
     check.add_flag("--generate-baseline", options.generateBaseline,
                    "Write all findings to the baseline file (that of --baseline, of the settings, or "
                    "code-analyzer-baseline.json) and report none");
+    CLI::Option* fix = check.add_flag(
+        "--fix", options.fix,
+        "Write what mends an error and brings up no other, as tried on a copy, into the files, and report "
+        "what is left");
+    fix->excludes("--generate-baseline");
+    check.add_flag("--diff", options.diff, "Print what --fix would change, and write nothing")->needs(fix);
     check
         .add_option_function<std::string>(
             "--changed", [&options](const std::string& ref) { options.changedRef = ref; },
@@ -114,6 +120,17 @@ void CompletePaths(SOptions& options)
     if (!options.changed)
         throw CLI::RequiredError("PATH");
     options.paths = {"."};
+}
+
+/// Only a file can be written.
+void RefuseFixing(const SOptions& options)
+{
+    if (!options.fix)
+        return;
+    if (options.changed && options.changedRef.empty())
+        throw CLI::ValidationError("--fix", "what is staged cannot be fixed, only files on the disk");
+    if (std::ranges::find(options.paths, "-") != options.paths.end())
+        throw CLI::ValidationError("--fix", "standard input cannot be fixed");
 }
 
 /// Whether an argument that was taken for an option looks like a file.
@@ -148,6 +165,7 @@ public:
         if (m_check->parsed()) {
             m_options.changed = m_check->count("--changed") != 0;
             CompletePaths(m_options);
+            RefuseFixing(m_options);
             m_checkOutputs->Resolve();
         }
         if (m_project->parsed())

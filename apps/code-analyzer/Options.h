@@ -47,6 +47,8 @@ struct SOptions
     bool stdio = true;      ///< the only way to talk to a language server
     bool changed = false;   ///< only what git says has changed
     std::string changedRef; ///< against this; empty: what is staged
+    bool fix = false;       ///< mend what can be mended
+    bool diff = false;      ///< of what would be mended, and nothing is written
 };
 
 /// Exit statuses.

@@ -1,6 +1,5 @@
 #include "Paths.h"
 
-#include "ChangedFiles.h"
 #include "Commands.h"
 #include "Files/FilePath.h"
 #include "ProjectManager/FileFinder.h"
@@ -55,6 +54,18 @@ std::wstring WithSlash(const std::wstring& folder)
     return folder.ends_with(L'/') ? folder : folder + L'/';
 }
 
+std::wstring FolderOf(const std::wstring& file)
+{
+    return file.substr(0, file.rfind(L'/') + 1);
+}
+
+/// How a file of a folder is shown when the folder is `shown`.
+std::wstring ShownBelow(const std::wstring& shown, const std::wstring& folder, const std::wstring& file)
+{
+    return (shown == L"." ? std::wstring() : WithSlash(shown)) +
+           file.substr(folder.size() + !folder.ends_with(L'/'));
+}
+
 /// What a search in `folder` looks for. The selection outlives it.
 ProjectManager::SFileQuery QueryFor(const std::wstring& folder, const CSelection& selection)
 {
@@ -79,29 +90,34 @@ std::vector<std::wstring> FilesOf(const std::wstring& folder, const CSelection& 
     return ProjectManager::FindFiles(folder, query);
 }
 
-/// Of the changed files, those that a check of `path` would have taken.
-std::vector<std::wstring> ChangedFilesOf(const std::wstring& path, bool isFolder, const SOptions& options,
+/// Of the changed files, those that a check of `path` would have taken, by the names that the user knows.
+std::vector<SChangedFile> ChangedFilesOf(const std::wstring& path, bool isFolder, const SOptions& options,
                                          const CSelection& selection)
 {
     const std::wstring absolute = Host::AbsolutePath(path);
-    const std::wstring folder = isFolder ? absolute : absolute.substr(0, absolute.rfind(L'/') + 1);
+    const std::wstring folder = isFolder ? absolute : FolderOf(absolute);
     const ProjectManager::SFileQuery query = QueryFor(absolute, selection);
-    std::vector<std::wstring> files;
-    for (const std::wstring& file : ChangedFiles(folder, options.changedRef)) {
-        if (!isFolder && file == absolute)
-            files.push_back(path);
-        if (!isFolder || !ProjectManager::IsFoundIn(absolute, file, query))
+    std::vector<SChangedFile> files;
+    for (SChangedFile& file : ChangedFiles(folder, options.changedRef)) {
+        const bool wanted =
+            isFolder ? ProjectManager::IsFoundIn(absolute, file.path, query) : file.path == absolute;
+        if (!wanted)
             continue;
-        const std::wstring shown = (path == L"."           ? L""
-                                    : path.ends_with(L'/') ? path
-                                                           : path + L'/') +
-                                   file.substr(absolute.size() + !absolute.ends_with(L'/'));
-        if (ProjectManager::IsForeign(absolute, file, query))
+        const std::wstring shown = !isFolder ? path : ShownBelow(path, absolute, file.path);
+        if (isFolder && file.staged.object.empty() && ProjectManager::IsForeign(absolute, file.path, query))
             PrintLeadsOut(shown);
-        else
-            files.push_back(shown);
+        else if (!file.isLink || !options.changedRef.empty()) // what a staged link leads to is staged itself
+            files.push_back({shown, std::move(file.staged), false});
     }
     return files;
+}
+
+/// Whether only git may know the file, since it is staged and gone from the disk.
+bool MayBeStaged(const std::wstring& path, const SOptions& options, const std::error_code& error)
+{
+    std::error_code ignored;
+    return options.changed && options.changedRef.empty() && error == std::errc::no_such_file_or_directory &&
+           std::filesystem::is_directory(Host::PathToBytes(FolderOf(Host::AbsolutePath(path))), ignored);
 }
 
 } // namespace
@@ -117,16 +133,15 @@ std::vector<SInput> CollectInputs(const SOptions& options, const TProjectRules& 
     const CSelection selection(options, rules);
     std::vector<SInput> inputs;
     std::unordered_set<std::wstring> seen;
-    const auto addAs = [&](const std::wstring& shown, const std::wstring& absolute, bool standardInput) {
-        if (seen.insert(absolute).second)
-            inputs.push_back({shown, absolute, standardInput});
-    };
-    const auto add = [&](const std::wstring& shown, bool standardInput) {
-        addAs(shown, Host::AbsolutePath(shown), standardInput);
+    const auto add = [&](SInput input) {
+        if (input.absolute.empty())
+            input.absolute = Host::AbsolutePath(input.shown);
+        if (seen.insert(input.absolute).second)
+            inputs.push_back(std::move(input));
     };
     for (const std::string& bytes : options.paths) {
         if (bytes == "-") {
-            add(Host::PathFromBytes(options.stdinPath), true);
+            add({Host::PathFromBytes(options.stdinPath), {}, true, true, {}});
             continue;
         }
         const std::wstring path = Host::PathFromBytes(bytes);
@@ -136,19 +151,23 @@ std::vector<SInput> CollectInputs(const SOptions& options, const TProjectRules& 
             continue;
         }
         const bool isFolder = std::filesystem::is_directory(bytes, error);
-        if (error) {
+        const bool mayBeStaged = error && MayBeStaged(path, options, error);
+        if (error && !mayBeStaged) {
             onError(path, error.message());
         } else if (options.changed) {
-            for (const std::wstring& file : ChangedFilesOf(path, isFolder, options, selection))
-                add(file, false);
+            std::vector<SChangedFile> files = ChangedFilesOf(path, isFolder, options, selection);
+            if (mayBeStaged && files.empty())
+                onError(path, error.message());
+            for (SChangedFile& file : files)
+                add({std::move(file.path), {}, false, !isFolder, std::move(file.staged)});
         } else if (isFolder) {
             // What is below a folder is found under a plain path: only the folder's own has to be resolved.
             const std::wstring absolute = WithSlash(Host::AbsolutePath(path));
             const std::size_t below = WithSlash(path).size();
             for (const std::wstring& file : FilesOf(path, selection, onError))
-                addAs(file, absolute + file.substr(below), false);
+                add({file, absolute + file.substr(below), false, false, {}});
         } else if (!selection.Excludes(path, Host::AbsolutePath(path))) {
-            add(path, false);
+            add({path, {}, false, true, {}});
         }
     }
     return inputs;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "ChangedFiles.h"
 #include "Options.h"
 #include "RulesChoice.h"
 
@@ -15,6 +16,8 @@ struct SInput
     std::wstring shown;    ///< the path as the user knows it
     std::wstring absolute; ///< the name under which the host knows it
     bool standardInput = false;
+    bool named = false; ///< by the user, not found in a folder
+    SStaged staged; ///< checked in place of the file on disk, when there is one
 };
 
 /// Told of each path that cannot be read, with the reason.

@@ -13,6 +13,7 @@
 #include "Files/FilePath.h"
 #include "Findings/Describe.h"
 #include "Findings/ErrorPage.h"
+#include "Findings/MendText.h"
 #include "ProjectManager/ProjectManager.h"
 #include "SyntaxParser/SPDocument.h"
 #include "Texts.h"
@@ -84,7 +85,7 @@ std::vector<CErrorTip::SLine> CErrorHelp::GetTips(const SyntaxParser::CIterator&
     return lines;
 }
 
-std::vector<SQuickFix> CErrorHelp::GetFixes() const
+std::vector<SQuickFix> CErrorHelp::GetFixes()
 {
     Host::CDocument* document = m_area.GetCurrent();
     const CCodeEditor* editor = m_area.GetCurrentEditor();
@@ -102,9 +103,10 @@ std::vector<SQuickFix> CErrorHelp::GetFixes() const
     const auto isMeant = [&](const SyntaxParser::SScheme& span) {
         return isAtError ? Touches(span, caret) : span.start.y == caret.y;
     };
+    Findings::CLazyProof proof([this] { return Check(); }, file, document->GetPath());
     std::vector<SQuickFix> fixes;
     for (const Findings::SFinding& finding : FindingsOf(isMeant, text))
-        for (SQuickFix& fix : Findings::FixesFor(finding, file))
+        for (SQuickFix& fix : proof.Proved(finding))
             // What two errors have in common is offered once, for the first of them.
             if (std::none_of(fixes.begin(), fixes.end(),
                              [&](const SQuickFix& known) { return known.Title() == fix.Title(); }))
@@ -136,6 +138,43 @@ void CErrorHelp::OfferFixes()
     else
         menu.setActiveAction(menu.actions().first());
     menu.exec(editor->viewport()->mapToGlobal(editor->GetCaretPoint()));
+}
+
+Findings::CTextCheck* CErrorHelp::Check()
+{
+    try {
+        if (m_check)
+            m_check->SetRules(m_watch->GetRules());
+        else
+            m_check.emplace("libCodeAnalyzer.so.1", m_watch->GetRules(), Findings::SWantedChecks{},
+                            m_application.GetLangSource());
+        return &*m_check;
+    } catch (const Base::CWorkError&) {
+        return nullptr;
+    }
+}
+
+void CErrorHelp::FixAll()
+{
+    Host::CDocument* document = m_area.GetCurrent();
+    const CCodeEditor* editor = m_area.GetCurrentEditor();
+    Findings::CTextCheck* check = document && editor && m_plugin ? Check() : nullptr;
+    if (!check)
+        return;
+    const std::wstring path = document->GetPath();
+    const std::wstring text = editor->GetContent();
+    try {
+        const Findings::SMended mended =
+            Findings::MendText(*check, {path, path, {}, true, true}, SyntaxParser::FactoryForPath(path), text,
+                               *m_watch->GetRules()->For(path), Findings::SProofBudget{});
+        if (mended.fixed == 0)
+            return;
+        SQuickFix fix;
+        fix.edits = {Findings::EditBetween(text, mended.text, Findings::CTextLines(text))};
+        Apply(fix);
+    } catch (const Base::CWorkError& fault) {
+        emit failed(QString::fromStdWString(fault.GetMessage()));
+    }
 }
 
 void CErrorHelp::Apply(const SQuickFix& fix)

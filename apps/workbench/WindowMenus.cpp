@@ -115,6 +115,8 @@ void CWindowMenus::MakeEditMenu()
     }));
     m_ofDocument.push_back(
         Add(menu, "Fi&x...", QKeySequence("Alt+Return"), [this] { m_parts.help.OfferFixes(); }));
+    m_ofDocument.push_back(
+        Add(menu, "Fix a&ll", QKeySequence("Alt+Shift+Return"), [this] { m_parts.help.FixAll(); }));
     menu.addSeparator();
     for (QAction* action :
          {Add(menu, "&Find and replace...", QKeySequence::Find, [this] { m_parts.area.GetFindBar().Open(); }),

@@ -55,6 +55,25 @@ protected:
         return brief;
     }
 
+    /// Runs git in a folder of the test's own; answers how it ended.
+    int TryGit(const std::wstring& folder, const QStringList& arguments)
+    {
+        QProcess process;
+        process.setWorkingDirectory(Kesh::Host::PathToQt(m_folder.Path(folder)));
+        process.setProcessEnvironment(m_environment);
+        process.start("git", QStringList{"-c", "user.name=a", "-c", "user.email=a@b", "-c",
+                                         "init.defaultBranch=main", "-c", "protocol.file.allow=always"} +
+                                 arguments);
+        EXPECT_TRUE(process.waitForFinished());
+        m_gitSaid = process.readAllStandardOutput() + process.readAllStandardError();
+        return process.exitCode();
+    }
+    void Git(const std::wstring& folder, const QStringList& arguments)
+    {
+        EXPECT_EQ(TryGit(folder, arguments), 0) << m_gitSaid.toStdString();
+    }
+
     CTempFolder m_folder;
+    QByteArray m_gitSaid;
     QProcessEnvironment m_environment = QProcessEnvironment::systemEnvironment();
 };

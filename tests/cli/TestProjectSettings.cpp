@@ -531,32 +531,23 @@ TEST_F(Settings, ABaselineSilencesWhatWasThereAndNothingElse)
 
 TEST_F(Settings, OnlyWhatGitSaysHasChanged)
 {
-    const auto git = [&](const QStringList& arguments) {
-        QProcess process;
-        process.setWorkingDirectory(Kesh::Host::PathToQt(m_folder.Path(L"r")));
-        process.start(
-            "git", QStringList{"-c", "user.name=a", "-c", "user.email=a@b", "-c", "init.defaultBranch=main"} +
-                       arguments);
-        EXPECT_TRUE(process.waitForFinished());
-        EXPECT_EQ(process.exitCode(), 0) << process.readAllStandardError().toStdString();
-    };
     for (const wchar_t* name : {L"r/old.php", L"r/s/edited.php", L"r/gone.php", L"r/vendor/v.php"})
         m_folder.Write(name, Wrong);
-    git({"init", "-q"});
-    git({"add", "."});
-    git({"commit", "-qm", "a"});
-    git({"branch", "base"});
+    Git(L"r", {"init", "-q"});
+    Git(L"r", {"add", "."});
+    Git(L"r", {"commit", "-qm", "a"});
+    Git(L"r", {"branch", "base"});
     m_folder.Write(L"r/s/edited.php", Wrong + "\n");
     m_folder.Write(L"r/vendor/v.php", Wrong + "\n");
     m_folder.Write(L"r/s/\u00E4 new.php", Wrong);
     m_folder.Write(L"r/notes.txt", Wrong);
-    git({"rm", "-q", "gone.php"});
-    git({"add", "."});
+    Git(L"r", {"rm", "-q", "gone.php"});
+    Git(L"r", {"add", "."});
     const TBrief both{"r/s/edited.php:3 1025 error", "r/s/\xC3\xA4 new.php:3 1025 error"};
     EXPECT_EQ(Brief(RunJson({"r", "--changed"}, 1)), both);
     EXPECT_EQ(Brief(RunJson({"r/s", "--changed"}, 1)), both);
     EXPECT_EQ(RunJson({"r/old.php", "--changed"}, 0), json::array());
-    git({"commit", "-qm", "b"});
+    Git(L"r", {"commit", "-qm", "b"});
     EXPECT_EQ(RunJson({"r", "--changed"}, 0), json::array());
     EXPECT_EQ(Brief(RunJson({"r", "--changed=base"}, 1)), both);
     const SResult wrong = Run({"check", "r", "--changed", "nowhere"});

@@ -38,16 +38,6 @@ protected:
                                         : "";
         return found;
     }
-    void Git(const QString& folder, const QStringList& arguments)
-    {
-        QProcess process;
-        process.setWorkingDirectory(Host::PathToQt(m_folder.Path()) + '/' + folder);
-        process.start("git", QStringList{"-c", "user.name=a", "-c", "user.email=a@b", "-c",
-                                         "protocol.file.allow=always"} +
-                                 arguments);
-        EXPECT_TRUE(process.waitForFinished());
-        EXPECT_EQ(process.exitCode(), 0) << process.readAllStandardError().toStdString();
-    }
 };
 
 TEST_F(Strangers, NothingIsWrittenOutsideOfAProject)
@@ -158,8 +148,8 @@ TEST_F(Strangers, FilesOutsideAreNotReadThroughLinksOfAFolder)
     m_folder.Write(L"secret", "<?php\n$a = 'my' secret;\n");
     m_folder.Write(L"p/a.php", "<?php\n");
     fs::create_symlink("../secret", Path(L"p/b.php"));
-    Git("p", {"init", "-q"});
-    Git("p", {"add", "."});
+    Git(L"p", {"init", "-q"});
+    Git(L"p", {"add", "."});
     for (const QStringList& arguments :
          {QStringList{"check", "p"}, {"project", "p"}, {"check", "p", "--changed"}}) {
         const SResult result = Run(arguments);
@@ -173,18 +163,20 @@ TEST_F(Strangers, FilesOutsideAreNotReadThroughLinksOfAFolder)
 TEST_F(Strangers, GitRunsNothingThatARepositoryNames)
 {
     m_folder.Write(L"module/m.php", "<?php\n");
-    Git("module", {"init", "-q"});
-    Git("module", {"add", "."});
-    Git("module", {"commit", "-qm", "a"});
+    Git(L"module", {"init", "-q"});
+    Git(L"module", {"add", "."});
+    Git(L"module", {"commit", "-qm", "a"});
     m_folder.Write(L"r/.gitattributes",
                    "*.php filter=evil diff=evil\n*.inc filter=e=v.il\n*.htm filter=e\xFF\n");
     m_folder.Write(L"r/a.php", Wrong);
     m_folder.Write(L"r/b.inc", Wrong);
     m_folder.Write(L"r/c.htm", "<p>");
-    Git("r", {"init", "-q"});
-    Git("r", {"submodule", "--quiet", "add", Host::PathToQt(m_folder.Path(L"module")), "sub"});
-    Git("r", {"add", "."});
-    Git("r", {"commit", "-qm", "a"});
+    Git(L"r", {"init", "-q"});
+    Git(L"r", {"submodule", "--quiet", "add", Host::PathToQt(m_folder.Path(L"module")), "sub"});
+    Git(L"r", {"add", "."});
+    Git(L"r", {"commit", "-qm", "a"});
+    m_folder.Write(L"r/s.php", Wrong);
+    Git(L"r", {"add", "."});
     const std::string evil = Path(L"evil");
     m_folder.Write(L"evil", "#!/bin/sh\necho \"$0 $*\" >> \"" + Path(L"ran") + "\"\ncat\n");
     ::chmod(evil.c_str(), 0755);
@@ -195,23 +187,24 @@ TEST_F(Strangers, GitRunsNothingThatARepositoryNames)
                                 "diff.external",       "diff.evil.command",   "diff.evil.textconv",
                                 "credential.helper",   "filter.evil.clean",   "filter.evil.smudge",
                                 "filter.evil.process", "filter.e=v.il.clean", "gpg.program"};
-    for (const QString repository : {"r", "r/sub"})
+    for (const wchar_t* repository : {L"r", L"r/sub"})
         for (const char* key : keys)
             Git(repository, {"config", key, program});
     for (const char* key : {"filter.evil.required", "filter.e=v.il.required"})
-        Git("r", {"config", key, "true"});
+        Git(L"r", {"config", key, "true"});
     std::ofstream(Path(L"r/.git/config"), std::ios::app) << "[filter \"e\xFF\"]\n\tclean = " << evil << '\n';
     for (const char* hook :
          {"post-index-change", "fsmonitor-watchman", "post-checkout", "reference-transaction"})
         fs::copy_file(evil, Path(L"r/.git/hooks") + '/' + hook);
-    Git("r", {"config", "core.hooksPath", Host::PathToQt(m_folder.Path(L"r/.git/hooks"))});
+    Git(L"r", {"config", "core.hooksPath", Host::PathToQt(m_folder.Path(L"r/.git/hooks"))});
     // Touched, so that git has to look at what is in them.
     for (const wchar_t* file : {L"r/a.php", L"r/b.inc", L"r/c.htm", L"r/sub/m.php"})
         fs::last_write_time(Path(file), fs::file_time_type::clock::now() + std::chrono::hours(1));
     fs::remove(Path(L"ran"));
     m_folder.Write(L"r/b.inc", Wrong + "\n");
-    EXPECT_THAT(Brief(RunJson({"r", "--changed=HEAD"}, 1)), ElementsAre("r/b.inc:3 1025 error"));
-    EXPECT_EQ(RunJson({"r", "--changed"}, 0), json::array());
+    EXPECT_THAT(Brief(RunJson({"r", "--changed=HEAD"}, 1)),
+                ElementsAre("r/b.inc:3 1025 error", "r/s.php:3 1025 error"));
+    EXPECT_THAT(Brief(RunJson({"r", "--changed"}, 1)), ElementsAre("r/s.php:3 1025 error"));
     EXPECT_EQ(Bytes(L"ran"), "");
     // That it would have run.
     QProcess plain;
@@ -271,7 +264,7 @@ TEST_F(Strangers, MessagesArePrintable)
         {"tree", "{}", Baseline, {"tree", name}},
     };
     m_folder.Write(L"a.php", "<?php\n");
-    Git(".", {"init", "-q"});
+    Git({}, {"init", "-q"});
     for (const SCase& c : cases) {
         SCOPED_TRACE(c.title);
         m_folder.Write(L"code-analyzer.json", c.settings);

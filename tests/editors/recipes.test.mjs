@@ -33,6 +33,20 @@ test('the hook stops a commit with an error, and only that', () => {
   folder.remove()
 })
 
+test('the hook of the pre-commit framework takes the names of files that are checked', () => {
+  const hooks = readFileSync(join(dirname(fileURLToPath(import.meta.url)), '../../.pre-commit-hooks.yaml'), 'utf8')
+  const [, entry] = hooks.match(/entry: code-analyzer (.*)\n/)
+  const [, files] = hooks.match(/files: \(\?i\)(.*)\n/)
+  for (const [name, taken] of [['a.php', true], ['s/B.HTML', true], ['a.inc', true], ['php', false], ['a.phps', false]])
+    assert.equal(new RegExp(files, 'i').test(name), taken, name)
+  const folder = new Folder()
+  folder.write('a.php', wrong)
+  folder.write('b.css', 'a {}')
+  const run = spawnSync(program, [...entry.split(' '), 'a.php', 'b.css'], { cwd: folder.path, encoding: 'utf8' })
+  assert.deepEqual([run.status, run.stdout], [1, "a.php:3:6: error: Unexpected operator '=' [1025]\n"])
+  folder.remove()
+})
+
 test('Neovim shows what it is told', () => {
   const folder = new Folder()
   folder.write('a.php', wrong)

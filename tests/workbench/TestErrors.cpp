@@ -355,6 +355,13 @@ TEST_F(Errors, WhatMendsAnErrorIsOfferedAtTheCaret)
     EXPECT_EQ(editor.text(), "<strong>text</strong>\n");
     editor.undo();
     EXPECT_EQ(editor.text(), "<strng>text</strng>\n") << "one step";
+    // All at once, whether or not they have been shown yet; which name is meant is for the user to say.
+    editor.setText("<strng>x</strng><p id='a' id='b'>\n");
+    Trigger("Fix a&ll");
+    EXPECT_EQ(editor.text(), "<strng>x</strng><p id='a'>\n");
+    editor.undo();
+    EXPECT_EQ(editor.text(), "<strng>x</strng><p id='a' id='b'>\n") << "one step";
+    editor.setText("<strng>text</strng>\n");
     ASSERT_TRUE(WaitFor([&] { return Rows().size() == 1; }));
     QTest::qWait(200);
     editor.setText("<strng>text</strng><strng></strng><yy></yy>\n");

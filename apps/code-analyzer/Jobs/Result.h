@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Findings/Finding.h"
+#include "FixFile.h"
 
 #include <cstddef>
 #include <functional>
@@ -15,6 +16,7 @@ struct SResult
     Findings::SFileFindings findings;
     std::string problem; ///< why it could not be checked; empty: it was
     std::string skipped; ///< why it was left out; empty: it was not
+    SFixedFile fixed;
 };
 
 using TCheckInput = std::function<SResult(std::size_t input)>;

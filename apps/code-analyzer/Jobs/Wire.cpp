@@ -137,6 +137,10 @@ void Describe(TStream& stream, T& result)
     stream.Field(result.input);
     stream.Field(result.problem);
     stream.Field(result.skipped);
+    stream.Field(result.fixed.fixed);
+    stream.Field(result.fixed.diff);
+    stream.Field(result.fixed.note);
+    stream.Field(result.fixed.failed);
     stream.Field(result.findings.findings);
     stream.Field(result.findings.gone);
 }

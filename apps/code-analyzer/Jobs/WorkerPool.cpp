@@ -183,7 +183,7 @@ void CWorkerPool::NoteCrash(std::size_t input, int status)
         return;
     m_done[input] = true;
     ++m_doneCount;
-    m_pending[input] = {input, {}, DeathOf(status), {}};
+    m_pending[input] = {input, {}, DeathOf(status), {}, {}};
 }
 
 std::vector<std::size_t> CWorkerPool::LostWith(std::size_t number)

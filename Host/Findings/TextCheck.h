@@ -1,0 +1,64 @@
+#pragma once
+
+#include "Application/BareApplication.h"
+#include "Application/PluginLibrary.h"
+#include "Findings/ProjectRules.h"
+#include "Kesh/CodeAnalyzer/ITextChecks.h"
+#include "SyntaxParser/OwnNames.h"
+#include "SyntaxParser/TextReader.h"
+
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace Kesh::Findings {
+
+/// Which checks beyond the plug-in's own are wanted.
+struct SWantedChecks
+{
+    bool grammar = true;
+    bool markup = true;
+};
+
+/// The code validator's checks alone, of texts in memory: no window, no errors bar. One thread at a time.
+class CTextCheck
+{
+public:
+    /// Loads the checks from a library that has them. `translations` are not owned; null: none. Throws
+    /// Base::CWorkError with a text for the user.
+    CTextCheck(const char* library, std::shared_ptr<const CProjectRules> rules, SWantedChecks wanted = {},
+               LangSupport::ILangSource* translations = nullptr);
+
+    /// Other rules from now on.
+    void SetRules(std::shared_ptr<const CProjectRules> rules);
+    CodeAnalyzer::IDiagnosticTexts& Texts() { return *m_checks->GetTexts(); }
+
+    /// What is found in a text, as a file of this absolute path would be checked: nothing is left out by
+    /// settings, comments or a baseline. Throws Base::CWorkError when the check fails.
+    std::vector<CodeAnalyzer::SDiagnostic> Check(std::wstring_view text, const std::wstring& path,
+                                                 const std::wstring& factory);
+    /// The same of the bytes of a file.
+    std::vector<CodeAnalyzer::SDiagnostic> CheckBytes(std::string_view bytes, const std::wstring& path,
+                                                      const std::wstring& factory);
+    /// The text that was checked last.
+    std::wstring_view Text() const { return m_reader->View(); }
+
+private:
+    struct SFree
+    {
+        void operator()(CodeAnalyzer::ITextChecks* checks) const { checks->Free(); }
+    };
+
+    void UseNames(const std::wstring& path);
+    std::vector<CodeAnalyzer::SDiagnostic> Run(const std::wstring& path, const std::wstring& factory);
+
+    Host::CBareApplication m_application;
+    Host::CPluginLibrary m_library;
+    std::unique_ptr<CodeAnalyzer::ITextChecks, SFree> m_checks;
+    std::shared_ptr<const CProjectRules> m_rules;
+    SyntaxParser::SOwnNames m_names;
+    boost::shared_ptr<SyntaxParser::CTextReader> m_reader;
+};
+
+} // namespace Kesh::Findings
