@@ -5,23 +5,57 @@
 
 #include <QFile>
 #include <charconv>
+#include <map>
 #include <string>
 
 namespace Kesh::Findings {
 
 using CodeAnalyzer::SDiagnosticKind;
 
-QString ErrorPage(std::int32_t code)
+namespace {
+
+const QString& Pages()
 {
     static const QString pages = [] {
         QFile file(QStringLiteral(":/documents/errors.md"));
         return file.open(QIODevice::ReadOnly) ? QString::fromUtf8(file.readAll()) : QString();
     }();
-    const int begin = pages.indexOf(QStringLiteral("\n## %1\n").arg(code));
+    return pages;
+}
+
+/// -1: there is no page.
+int BeginOf(std::int32_t code)
+{
+    return Pages().indexOf(QStringLiteral("\n## %1\n").arg(code));
+}
+
+} // namespace
+
+QString ErrorPage(std::int32_t code)
+{
+    const QString& pages = Pages();
+    const int begin = BeginOf(code);
     if (begin < 0)
         return {};
     const int end = pages.indexOf(QStringLiteral("\n## "), begin + 1);
     return pages.mid(begin, end < 0 ? -1 : end - begin).trimmed();
+}
+
+int ErrorPageLine(std::int32_t code)
+{
+    // Asked for each diagnostic.
+    static const std::map<std::int32_t, int> lines = [] {
+        std::map<std::int32_t, int> found;
+        int line = 0;
+        for (const QStringView text : QStringView(Pages()).split(u'\n')) {
+            ++line;
+            if (text.startsWith(QStringLiteral("## ")))
+                found[text.mid(3).toInt()] = line;
+        }
+        return found;
+    }();
+    const auto place = lines.find(code);
+    return place == lines.end() ? 0 : place->second;
 }
 
 std::optional<std::int32_t> CodeNamed(std::string_view name)

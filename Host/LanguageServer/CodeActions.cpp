@@ -9,7 +9,7 @@
 #include "Findings/PhpPlaces.h"
 #include "Findings/QuickFix.h"
 #include "Kesh/LangSupport/LangSupport.h"
-#include "LanguageServer/Diagnostic.h"
+#include "LanguageServer/Protocol.h"
 #include "LanguageServer/Uri.h"
 
 #include <algorithm>
@@ -25,18 +25,6 @@ using Findings::SQuickFix;
 constexpr std::size_t MaxFindings = 100;
 
 constexpr const char* QuickFix = "quickfix";
-
-using TPoint = std::pair<std::int64_t, std::int64_t>;
-
-TPoint PointOf(const json& position)
-{
-    return {position.at("line"), position.at("character")};
-}
-
-bool Touch(const json& a, const json& b)
-{
-    return PointOf(a.at("start")) <= PointOf(b.at("end")) && PointOf(b.at("start")) <= PointOf(a.at("end"));
-}
 
 /// Whether the client asks for actions of a kind; without a word of kinds, for quick fixes.
 bool Wants(const json& params, const std::string& kind)
@@ -57,18 +45,85 @@ std::string NewText(const std::wstring& text, const SOpenDocument& open)
     return Host::PathToBytes(open.crlf ? Editor::JoinLines(text, L"\r\n") : text);
 }
 
-json EditOf(const std::vector<Findings::SEdit>& edits, const SOpenDocument& open, CRangeMaker& ranges)
+} // namespace
+
+json CCodeActions::Offer(const json& params)
+{
+    json actions = json::array();
+    const std::wstring path = PathOfUri(params.at("textDocument").at("uri").get_ref<const std::string&>());
+    const SOpenDocument* open = m_documents.Find(path);
+    const SDescribed* known = m_diagnostics.Known(path);
+    if (!open || !known || known->order.revision != open->revision)
+        return actions;
+    if (Wants(params, QuickFix))
+        actions = QuickFixes(*open, *known, params.at("range"));
+    if (Wants(params, FixAll))
+        if (json action = OfferAll(*open, *known); !action.is_null())
+            actions.push_back(std::move(action));
+    return actions;
+}
+
+// Trying all fixes takes its time, which a client that can ask again need not wait for.
+json CCodeActions::OfferAll(const SOpenDocument& open, const SDescribed& known)
+{
+    json action = {
+        {"title", Host::PathToBytes(LangSupport::CLangSupport::LoadStr("Fix all that can be fixed"))},
+        {"kind", FixAll}};
+    if (m_client.resolvesEdits) {
+        if (known.findings.findings.empty())
+            return json();
+        action["data"] = open.uri;
+        return action;
+    }
+    json edit = FixOfAll(open);
+    if (edit.is_null())
+        return json();
+    action["edit"] = std::move(edit);
+    return action;
+}
+
+json CCodeActions::Resolve(json action)
+{
+    const json uri = action.value("data", json());
+    const SOpenDocument* open =
+        uri.is_string() ? m_documents.Find(PathOfUri(uri.get_ref<const std::string&>())) : nullptr;
+    if (action.value("kind", "") != FixAll || !open)
+        return action;
+    if (json edit = FixOfAll(*open); !edit.is_null())
+        action["edit"] = std::move(edit);
+    return action;
+}
+
+Findings::CTextCheck* CCodeActions::Check()
+{
+    try {
+        if (m_check)
+            m_check->SetRules(m_settings.Rules());
+        else
+            m_check.emplace("libCodeAnalyzer.so.1", m_settings.Rules(), Findings::SWantedChecks{},
+                            m_application.GetLangSource());
+        return &*m_check;
+    } catch (const Base::CWorkError&) {
+        return nullptr;
+    }
+}
+
+json CCodeActions::EditOf(const std::vector<Findings::SEdit>& edits, const SOpenDocument& open,
+                          CRangeMaker& ranges) const
 {
     json changes = json::array();
     for (const Findings::SEdit& edit : edits)
         changes.push_back({{"range", ranges.Range(edit.span)}, {"newText", NewText(edit.text, open)}});
+    if (!m_client.versionedEdits)
+        return {{"changes", {{open.uri, std::move(changes)}}}};
     // An editor that has gone on meanwhile refuses edits of an older version.
     return {
         {"documentChanges", json::array({{{"textDocument", {{"uri", open.uri}, {"version", open.version}}},
                                           {"edits", std::move(changes)}}})}};
 }
 
-json ActionOf(const SQuickFix& fix, const SOpenDocument& open, const json& diagnostic, CRangeMaker& ranges)
+json CCodeActions::ActionOf(const SQuickFix& fix, const SOpenDocument& open, const json& diagnostic,
+                            CRangeMaker& ranges) const
 {
     json action = {{"title", Host::PathToBytes(fix.Title())},
                    {"kind", QuickFix},
@@ -87,38 +142,6 @@ json ActionOf(const SQuickFix& fix, const SOpenDocument& open, const json& diagn
                              {"arguments", json::array({open.uri, fix.code})}};
     }
     return action;
-}
-
-} // namespace
-
-json CCodeActions::Offer(const json& params)
-{
-    json actions = json::array();
-    const std::wstring path = PathOfUri(params.at("textDocument").at("uri").get_ref<const std::string&>());
-    const SOpenDocument* open = m_documents.Find(path);
-    const SDescribed* known = m_diagnostics.Known(path);
-    if (!open || !known || known->order.revision != open->revision)
-        return actions;
-    if (Wants(params, QuickFix))
-        actions = QuickFixes(*open, *known, params.at("range"));
-    if (Wants(params, FixAll))
-        if (json action = FixOfAll(*open); !action.is_null())
-            actions.push_back(std::move(action));
-    return actions;
-}
-
-Findings::CTextCheck* CCodeActions::Check()
-{
-    try {
-        if (m_check)
-            m_check->SetRules(m_settings.Rules());
-        else
-            m_check.emplace("libCodeAnalyzer.so.1", m_settings.Rules(), Findings::SWantedChecks{},
-                            m_application.GetLangSource());
-        return &*m_check;
-    } catch (const Base::CWorkError&) {
-        return nullptr;
-    }
 }
 
 json CCodeActions::QuickFixes(const SOpenDocument& open, const SDescribed& known, const json& range)
@@ -153,9 +176,7 @@ json CCodeActions::FixOfAll(const SOpenDocument& open)
     if (mended.fixed == 0)
         return json();
     CRangeMaker ranges(text, m_documents.Encoding());
-    return {{"title", Host::PathToBytes(LangSupport::CLangSupport::LoadStr("Fix all that can be fixed"))},
-            {"kind", FixAll},
-            {"edit", EditOf({Findings::EditBetween(text, mended.text, ranges.Lines())}, open, ranges)}};
+    return EditOf({Findings::EditBetween(text, mended.text, ranges.Lines())}, open, ranges);
 }
 
 std::wstring CCodeActions::DocumentOf(const json& params)

@@ -2,7 +2,10 @@
 
 #include "Configuration/Configuration.h"
 #include "Findings/FixProof.h"
+#include "Findings/QuickFix.h"
+#include "LanguageServer/ClientCapabilities.h"
 #include "LanguageServer/Connection.h"
+#include "LanguageServer/Diagnostic.h"
 #include "LanguageServer/Diagnostics.h"
 #include "LanguageServer/ProjectSettings.h"
 
@@ -30,8 +33,12 @@ public:
     static constexpr const char* AddOwnName = "code-analyzer.addOwnName";
     static constexpr const char* IgnoreCode = "code-analyzer.ignoreCode";
 
+    void SetClient(const SClientCapabilities& client) { m_client = client; }
+
     /// The answer to textDocument/codeAction.
     json Offer(const json& params);
+    /// The answer to codeAction/resolve: the action with its edit, if it has one.
+    json Resolve(json action);
     /// The document that a command is about; empty when it does not say.
     static std::wstring DocumentOf(const json& params);
     /// Carries out workspace/executeCommand: changes `settings`, a file that need not exist. Throws
@@ -40,7 +47,13 @@ public:
 
 private:
     json QuickFixes(const SOpenDocument& open, const SDescribed& known, const json& range);
+    json OfferAll(const SOpenDocument& open, const SDescribed& known);
+    /// Null when nothing can be fixed.
     json FixOfAll(const SOpenDocument& open);
+    json EditOf(const std::vector<Findings::SEdit>& edits, const SOpenDocument& open,
+                CRangeMaker& ranges) const;
+    json ActionOf(const Findings::SQuickFix& fix, const SOpenDocument& open, const json& diagnostic,
+                  CRangeMaker& ranges) const;
     /// Null when there is none.
     Findings::CTextCheck* Check();
 
@@ -48,6 +61,7 @@ private:
     CDocuments& m_documents;
     CDiagnostics& m_diagnostics;
     const CProjectSettings& m_settings;
+    SClientCapabilities m_client;
     std::optional<Findings::CTextCheck> m_check; ///< made when it is first needed
 };
 

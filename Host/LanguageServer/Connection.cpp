@@ -163,6 +163,16 @@ void CConnection::TakeResponse(const json& message)
         Try([&] { onResult(message.value("result", json())); });
 }
 
+void CConnection::Answer(const json& id, const std::function<json()>& call)
+{
+    json result;
+    const SResponseError error = Try([&] { result = call(); });
+    if (error.code)
+        RespondError(id, error.code, error.message);
+    else
+        Respond(id, result);
+}
+
 void CConnection::Respond(const json& id, const json& result)
 {
     Send({{"jsonrpc", "2.0"}, {"id", id}, {"result", result}});

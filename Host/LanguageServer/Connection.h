@@ -59,6 +59,8 @@ public:
     /// Something came that is no message.
     void ReceiveFault(const std::string& what) { RespondError(nullptr, ParseError, what); }
 
+    /// Responds with what `call` gives, or with what it throws.
+    void Answer(const json& id, const std::function<json()>& call);
     void Respond(const json& id, const json& result);
     void RespondError(const json& id, int code, const std::string& message);
     void Notify(const std::string& method, const json& params);

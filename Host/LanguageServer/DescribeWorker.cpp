@@ -51,6 +51,12 @@ void CDescribeWorker::Drop(const std::wstring& path)
     std::erase_if(m_orders, [&](const SDescribeOrder& order) { return order.path == path; });
 }
 
+bool CDescribeWorker::IsBusy()
+{
+    const std::lock_guard lock(m_mutex);
+    return !m_orders.empty() || m_underway > 0;
+}
+
 void CDescribeWorker::Run()
 {
     for (;;) {
@@ -60,13 +66,24 @@ void CDescribeWorker::Run()
             return;
         SDescribeOrder order = std::move(m_orders.front());
         m_orders.pop_front();
+        ++m_underway;
         lock.unlock();
-        Host::Guard(L"describe", [&] {
-            auto described = std::make_shared<SDescribed>(Describe(std::move(order)));
-            QMetaObject::invokeMethod(
-                &m_context, [this, described] { m_done(std::move(*described)); }, Qt::QueuedConnection);
-        });
+        std::shared_ptr<SDescribed> described;
+        Host::Guard(L"describe",
+                    [&] { described = std::make_shared<SDescribed>(Describe(std::move(order))); });
+        QMetaObject::invokeMethod(
+            &m_context, [this, described] { Finish(described.get()); }, Qt::QueuedConnection);
     }
+}
+
+void CDescribeWorker::Finish(SDescribed* described)
+{
+    {
+        const std::lock_guard lock(m_mutex);
+        --m_underway;
+    }
+    if (described)
+        m_done(std::move(*described));
 }
 
 SDescribed CDescribeWorker::Describe(SDescribeOrder order)

@@ -54,10 +54,13 @@ public:
     void Add(SDescribeOrder order);
     /// Forgets an order for the file that waits.
     void Drop(const std::wstring& path);
+    /// Whether anything that was ordered is still to come.
+    bool IsBusy();
 
 private:
     void Run();
     SDescribed Describe(SDescribeOrder order);
+    void Finish(SDescribed* described);
 
     SSettings m_settings;
     std::function<void(SDescribed)> m_done;
@@ -66,6 +69,7 @@ private:
     std::mutex m_mutex; ///< guards what follows
     std::condition_variable m_changed;
     std::deque<SDescribeOrder> m_orders;
+    std::size_t m_underway = 0; ///< orders taken whose results have not been given
     bool m_ending = false;
     std::thread m_thread;
 };

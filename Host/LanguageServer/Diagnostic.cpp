@@ -1,6 +1,7 @@
 #include "LanguageServer/Diagnostic.h"
 
 #include "Files/FilePath.h"
+#include "Findings/ErrorPage.h"
 
 #include <algorithm>
 
@@ -11,6 +12,13 @@ using nlohmann::json;
 namespace {
 
 enum EDiagnosticSeverity : int { Error = 1, Warning = 2 };
+
+/// Editors go to the line that a link to a file names.
+std::string FragmentOf(std::int32_t code)
+{
+    const int line = Findings::ErrorPageLine(code);
+    return line > 0 ? "#L" + std::to_string(line) : std::string();
+}
 
 } // namespace
 
@@ -45,7 +53,7 @@ json CDiagnosticMaker::Make(const Findings::SFinding& finding)
                        {"source", "code-analyzer"},
                        {"message", Host::PathToBytes(finding.message)}};
     if (!m_documentation.empty())
-        diagnostic["codeDescription"]["href"] = m_documentation + '#' + std::to_string(finding.error.code);
+        diagnostic["codeDescription"]["href"] = m_documentation + FragmentOf(finding.error.code);
     for (const Findings::SRelated& place : finding.related)
         diagnostic["relatedInformation"].push_back(
             {{"location", {{"uri", m_uri}, {"range", m_ranges.Range(place.pos)}}},

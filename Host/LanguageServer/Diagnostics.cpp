@@ -99,11 +99,7 @@ void CDiagnostics::OnFailed(const std::wstring& path, const std::wstring& reason
     if (SOpenDocument* open = m_parts.documents.Find(path))
         open->failed = open->taken;
     if (HasFailed(path))
-        std::erase_if(m_waiting, [&](const SWaiting& waiting) {
-            if (waiting.path == path)
-                m_parts.connection.RespondError(waiting.id, RequestFailed, "the check failed");
-            return waiting.path == path;
-        });
+        AnswerWaiting(path, EFresh::Failed);
 }
 
 bool CDiagnostics::HasFailed(const std::wstring& path) const
@@ -165,7 +161,8 @@ void CDiagnostics::OnDescribed(SDescribed described)
         state.resultId = m_nextResult++;
     if (changed || open)
         Publish(path, state);
-    AnswerWaiting(path);
+    if (IsFresh(path))
+        AnswerWaiting(path, EFresh::Known);
 }
 
 void CDiagnostics::Publish(const std::wstring& path, SState& state)
@@ -202,11 +199,7 @@ void CDiagnostics::OnClosed(const std::wstring& path)
     } else {
         Forget(path);
     }
-    std::erase_if(m_waiting, [&](const SWaiting& waiting) {
-        if (waiting.path == path)
-            m_parts.connection.Respond(waiting.id, {{"kind", "full"}, {"items", json::array()}});
-        return waiting.path == path;
-    });
+    AnswerWaiting(path, EFresh::Closed);
 }
 
 void CDiagnostics::Withdraw(SState& state)
@@ -260,23 +253,36 @@ void CDiagnostics::AnswerDocument(const json& params, const json& id)
     const std::wstring path = PathOfUri(params.at("textDocument").at("uri").get_ref<const std::string&>());
     const json previous = params.value("previousResultId", json());
     const std::string previousId = previous.is_string() ? previous.get<std::string>() : std::string();
-    if (HasFailed(path))
-        m_parts.connection.RespondError(id, RequestFailed, "the check failed");
-    else if (IsFresh(path))
-        m_parts.connection.Respond(id, Report(path, previousId));
-    else
-        m_waiting.push_back({path, id, previousId});
+    AnswerFresh(path, id, [=, this](EFresh how) -> json {
+        if (how == EFresh::Failed)
+            throw SResponseError{RequestFailed, "the check failed"};
+        if (how == EFresh::Closed)
+            return {{"kind", "full"}, {"items", json::array()}};
+        return Report(path, previousId);
+    });
 }
 
-void CDiagnostics::AnswerWaiting(const std::wstring& path)
+void CDiagnostics::AnswerFresh(const std::wstring& path, const json& id, TFresh answer)
 {
-    if (!IsFresh(path))
-        return;
-    std::erase_if(m_waiting, [&](const SWaiting& waiting) {
+    if (HasFailed(path))
+        m_parts.connection.Answer(id, [&] { return answer(EFresh::Failed); });
+    else if (IsFresh(path))
+        m_parts.connection.Answer(id, [&] { return answer(EFresh::Known); });
+    else
+        m_waiting.push_back({path, id, std::move(answer)});
+}
+
+void CDiagnostics::AnswerWaiting(const std::wstring& path, EFresh how)
+{
+    std::vector<SWaiting> others;
+    for (SWaiting& waiting : std::exchange(m_waiting, {})) {
         if (waiting.path == path)
-            m_parts.connection.Respond(waiting.id, Report(path, waiting.previousId));
-        return waiting.path == path;
-    });
+            m_parts.connection.Answer(waiting.id, [&] { return waiting.answer(how); });
+        else
+            others.push_back(std::move(waiting));
+    }
+    // Nothing new waits for it: whoever asks is answered by then.
+    m_waiting = std::move(others);
 }
 
 void CDiagnostics::AnswerWorkspace(const json& params, const json& id)

@@ -41,8 +41,15 @@ public:
     /// What is known of a file; null when it has never been checked.
     const SDescribed* Known(const std::wstring& path) const;
 
+    /// How the check of a document has ended that a request waits for.
+    enum class EFresh { Known, Failed, Closed };
+    using TFresh = std::function<json(EFresh)>;
+
     /// Answers a request for the diagnostics of a document, at once or when its check has ended.
     void AnswerDocument(const json& params, const json& id);
+    /// Answers a request by `answer`, which may throw SResponseError, once the check of the document as it is
+    /// now has ended.
+    void AnswerFresh(const std::wstring& path, const json& id, TFresh answer);
     void AnswerWorkspace(const json& params, const json& id);
     /// Answers a request that waits with an error; false when none has this id.
     bool Cancel(const json& id);
@@ -50,6 +57,8 @@ public:
     void OnClosed(const std::wstring& path);
     /// Says again what is known of all files: their settings have changed.
     void DescribeAll();
+    /// Whether something found is still to be told.
+    bool IsBusy() { return !m_dirty.empty() || m_worker.IsBusy(); }
 
 private:
     struct SState
@@ -72,7 +81,7 @@ private:
     bool IsMember(const std::wstring& path) const;
     bool IsFresh(const std::wstring& path) const;
     json Report(const std::wstring& path, const std::string& previousId) const;
-    void AnswerWaiting(const std::wstring& path);
+    void AnswerWaiting(const std::wstring& path, EFresh how);
     /// Whether the check of an open document as it is now has failed.
     bool HasFailed(const std::wstring& path) const;
 
@@ -86,7 +95,7 @@ private:
     {
         std::wstring path;
         json id;
-        std::string previousId;
+        TFresh answer;
     };
     std::vector<SWaiting> m_waiting;
     std::set<std::wstring> m_dirty;

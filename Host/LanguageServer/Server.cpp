@@ -8,6 +8,7 @@
 #include "Files/FilePath.h"
 #include "Files/Printable.h"
 #include "Findings/ApplyRules.h"
+#include "LanguageServer/Hover.h"
 #include "LanguageServer/Uri.h"
 #include "ProjectManager/ProjectManager.h"
 
@@ -25,45 +26,10 @@ constexpr std::size_t ManyFiles = 40;
 enum EMessageType : int { MessageError = 1, MessageWarning = 2 };
 enum EFileChange : int { FileDeleted = 3 };
 
-/// A member of a member; null when there is none on the way.
-json At(const json& object, std::initializer_list<const char*> path)
+/// That of the document which a message is about.
+std::wstring PathIn(const json& params)
 {
-    const json* at = &object;
-    for (const char* key : path) {
-        if (!at->is_object() || !at->contains(key))
-            return {};
-        at = &(*at)[key];
-    }
-    return *at;
-}
-
-bool IsTrue(const json& value)
-{
-    return value.is_boolean() && value.get<bool>();
-}
-
-EPositionEncoding Negotiate(const json& offered)
-{
-    // The host's own counting needs no conversion; of the others the client's first choice counts.
-    for (const json& encoding : offered.is_array() ? offered : json::array()) {
-        if (encoding == "utf-32")
-            return EPositionEncoding::Utf32;
-        if (encoding == "utf-8")
-            return EPositionEncoding::Utf8;
-        if (encoding == "utf-16")
-            return EPositionEncoding::Utf16;
-    }
-    return EPositionEncoding::Utf16;
-}
-
-const char* NameOf(EPositionEncoding encoding)
-{
-    switch (encoding) {
-    case EPositionEncoding::Utf8: return "utf-8";
-    case EPositionEncoding::Utf16: return "utf-16";
-    case EPositionEncoding::Utf32: return "utf-32";
-    }
-    return "utf-16";
+    return PathOfUri(params.at("textDocument").at("uri").get_ref<const std::string&>());
 }
 
 } // namespace
@@ -79,7 +45,13 @@ CServer::CServer(const SParts& parts)
       m_diagnostics(
           {parts.application, parts.plugin, m_documents, m_connection, m_settings, parts.documentation}),
       m_workspace(parts.application, m_connection, m_settings, [this] { FollowSettings(); }),
-      m_actions(parts.application, m_documents, m_diagnostics, m_settings)
+      m_actions(parts.application, m_documents, m_diagnostics, m_settings),
+      m_clientWatch(parts.end),
+      m_firstResults(
+          [this] {
+              return m_isAsking || (m_checkProject && (m_workspace.IsBusy() || m_diagnostics.IsBusy()));
+          },
+          [this](const json& params, const json& id) { m_diagnostics.AnswerWorkspace(params, id); })
 {
     parts.application.Timers().SetDelayOverride(CheckDelay);
     // An editor's folder is not the place for files of ours.
@@ -91,6 +63,7 @@ CServer::CServer(const SParts& parts)
         grammar->SetEnabled(true);
     if (CodeAnalyzer::IMarkupCheck* markup = parts.plugin.MarkupCheck())
         markup->SetEnabled(true);
+    m_clientWatch.Follow(parts.clientProcess);
     AddLifecycle();
     AddDocuments();
     AddWorkspace();
@@ -116,20 +89,19 @@ void CServer::AddLifecycle()
     });
     m_connection.OnNotification("exit", [this](const json&) { m_parts.end(); });
     m_connection.OnNotification("$/setTrace", [](const json&) {});
-    m_connection.OnNotification("$/cancelRequest",
-                                [this](const json& params) { m_diagnostics.Cancel(params.at("id")); });
+    m_connection.OnNotification("$/cancelRequest", [this](const json& params) { Cancel(params.at("id")); });
 }
 
 json CServer::Initialize(const json& params)
 {
-    const json capabilities = params.value("capabilities", json::object());
-    const EPositionEncoding encoding = Negotiate(At(capabilities, {"general", "positionEncodings"}));
-    m_documents.SetEncoding(encoding);
-    m_diagnostics.SetEncoding(encoding);
-    const bool pulls = At(capabilities, {"textDocument", "diagnostic"}).is_object();
-    m_diagnostics.SetPulled(pulls, IsTrue(At(capabilities, {"workspace", "diagnostics", "refreshSupport"})));
-    m_workspace.SetProgressWanted(IsTrue(At(capabilities, {"window", "workDoneProgress"})));
-    m_watches = IsTrue(At(capabilities, {"workspace", "didChangeWatchedFiles", "dynamicRegistration"}));
+    m_client = ReadCapabilities(params.value("capabilities", json::object()));
+    m_documents.SetEncoding(m_client.encoding);
+    m_diagnostics.SetEncoding(m_client.encoding);
+    m_diagnostics.SetPulled(m_client.pullsDiagnostics, m_client.refreshesDiagnostics);
+    m_workspace.SetProgressWanted(m_client.showsProgress);
+    m_actions.SetClient(m_client);
+    if (const json process = params.value("processId", json()); process.is_number_integer())
+        m_clientWatch.Follow(process);
 
     const json folders = params.value("workspaceFolders", json());
     for (const json& folder : folders.is_array() ? folders : json::array())
@@ -141,12 +113,15 @@ json CServer::Initialize(const json& params)
     m_state = EState::Running;
 
     json result = {
-        {"positionEncoding", NameOf(encoding)},
+        {"positionEncoding", NameOf(m_client.encoding)},
         {"textDocumentSync", {{"openClose", true}, {"change", 2}, {"save", true}}},
-        {"codeActionProvider", {{"codeActionKinds", {"quickfix", CCodeActions::FixAll}}}},
+        {"codeActionProvider",
+         {{"codeActionKinds", {"quickfix", CCodeActions::FixAll}},
+          {"resolveProvider", m_client.resolvesEdits}}},
+        {"hoverProvider", true},
         {"executeCommandProvider", {{"commands", {CCodeActions::AddOwnName, CCodeActions::IgnoreCode}}}},
         {"workspace", {{"workspaceFolders", {{"supported", true}, {"changeNotifications", true}}}}}};
-    if (pulls)
+    if (m_client.pullsDiagnostics)
         result["diagnosticProvider"] = {{"identifier", "code-analyzer"},
                                         {"interFileDependencies", false},
                                         {"workspaceDiagnostics", true}};
@@ -156,16 +131,45 @@ json CServer::Initialize(const json& params)
 
 void CServer::OnInitialized()
 {
+    if (m_client.answersSettings) {
+        AskForWishes();
+        return;
+    }
     ReadSettings();
     if (m_checkProject)
         m_workspace.CheckAll();
+}
+
+void CServer::AskForWishes()
+{
+    m_isAsking = true;
+    m_connection.Request("workspace/configuration", {{"items", {{{"section", "codeAnalyzer"}}}}},
+                         [this](const json& result) {
+                             m_isAsking = false;
+                             if (result.is_array() && !result.empty())
+                                 ReadWishes(result[0]);
+                             ReadSettings();
+                             m_diagnostics.DescribeAll();
+                             if (m_checkProject)
+                                 m_workspace.CheckAll();
+                             else
+                                 m_workspace.CheckNothing();
+                         });
+}
+
+void CServer::Cancel(const json& id)
+{
+    if (m_firstResults.Cancel(id))
+        m_connection.RespondError(id, RequestCancelled, "cancelled");
+    else
+        m_diagnostics.Cancel(id);
 }
 
 /// Asks the client to tell of changes to files that matter, baselines by their names among them.
 void CServer::WatchFiles()
 {
     const std::vector<std::string> baselines = m_settings.BaselineNames();
-    if (!m_watches || m_watched == baselines)
+    if (!m_client.watchesFiles || m_watched == baselines)
         return;
     if (m_watched)
         m_connection.Request(
@@ -199,7 +203,7 @@ void CServer::AddDocuments()
     m_connection.OnNotification("textDocument/didChange",
                                 [this](const json& params) { m_documents.Change(params); });
     m_connection.OnNotification("textDocument/didSave", [this](const json& params) {
-        if (m_settings.DependOn(PathOfUri(params.at("textDocument").at("uri").get_ref<const std::string&>())))
+        if (m_settings.DependOn(PathIn(params)))
             Recheck();
     });
     m_connection.OnNotification("textDocument/didClose", [this](const json& params) {
@@ -210,18 +214,32 @@ void CServer::AddDocuments()
     m_connection.OnDeferred("textDocument/diagnostic", [this](const json& params, const json& id) {
         m_diagnostics.AnswerDocument(params, id);
     });
-    m_connection.On("textDocument/codeAction",
-                    [this](const json& params) { return m_actions.Offer(params); });
+    m_connection.OnDeferred("textDocument/codeAction", [this](const json& params, const json& id) {
+        // Right after an edit nothing is known of the text as it is now.
+        m_diagnostics.AnswerFresh(PathIn(params), id,
+                                  [this, params](CDiagnostics::EFresh) { return m_actions.Offer(params); });
+    });
+    m_connection.On("codeAction/resolve", [this](const json& params) { return m_actions.Resolve(params); });
+    m_connection.On("textDocument/hover", [this](const json& params) {
+        const std::wstring path = PathIn(params);
+        const SDescribed* known = m_diagnostics.Known(path);
+        const SOpenDocument* open = m_documents.Find(path);
+        const bool isOfThis = known && open && known->order.revision == open->revision;
+        return isOfThis ? HoverAt(*known, params.at("position")) : json();
+    });
 }
 
 void CServer::AddWorkspace()
 {
-    m_connection.OnDeferred("workspace/diagnostic", [this](const json& params, const json& id) {
-        m_diagnostics.AnswerWorkspace(params, id);
-    });
+    m_connection.OnDeferred("workspace/diagnostic",
+                            [this](const json& params, const json& id) { m_firstResults.Ask(params, id); });
     m_connection.On("workspace/executeCommand", [this](const json& params) { return Execute(params); });
     m_connection.OnNotification("workspace/didChangeConfiguration", [this](const json& params) {
-        ReadWishes(At(params, {"settings", "codeAnalyzer"}));
+        if (m_client.answersSettings) {
+            AskForWishes();
+            return;
+        }
+        ReadWishes(MemberAt(params, {"settings", "codeAnalyzer"}));
         Recheck();
     });
     m_connection.OnNotification("workspace/didChangeWatchedFiles",
@@ -259,11 +277,11 @@ void CServer::ReadWishes(const json& wishes)
 {
     if (!wishes.is_object())
         return;
-    if (const json check = At(wishes, {"checkProject"}); check.is_boolean())
+    if (const json check = MemberAt(wishes, {"checkProject"}); check.is_boolean())
         m_checkProject = check;
-    if (const json file = At(wishes, {"configuration"}); file.is_string())
+    if (const json file = MemberAt(wishes, {"configuration"}); file.is_string())
         m_configuration = file;
-    if (const json delay = At(wishes, {"delay"}); delay.is_number_integer())
+    if (const json delay = MemberAt(wishes, {"delay"}); delay.is_number_integer())
         m_parts.application.Timers().SetDelayOverride(
             static_cast<int>(std::clamp<std::int64_t>(delay, 0, 10000)));
 }

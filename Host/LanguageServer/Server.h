@@ -1,9 +1,12 @@
 #pragma once
 
+#include "LanguageServer/ClientCapabilities.h"
+#include "LanguageServer/ClientWatch.h"
 #include "LanguageServer/CodeActions.h"
 #include "LanguageServer/Connection.h"
 #include "LanguageServer/Diagnostics.h"
 #include "LanguageServer/Documents.h"
+#include "LanguageServer/FirstResults.h"
 #include "LanguageServer/ProjectSettings.h"
 #include "LanguageServer/Workspace.h"
 #include "SyntaxParser/OwnNames.h"
@@ -29,6 +32,7 @@ public:
         std::function<void()> end; ///< the client wants the program to end
         std::string documentation; ///< the URI of the list of errors; may be empty
         std::string version;
+        long clientProcess = 0; ///< that of the client, if it is known before the client says
     };
     explicit CServer(const SParts& parts);
 
@@ -45,6 +49,9 @@ private:
     void AddWorkspace();
     json Initialize(const json& params);
     void OnInitialized();
+    /// Has the client say what the user wants, and checks everything by it.
+    void AskForWishes();
+    void Cancel(const json& id);
     json Execute(const json& params);
     void ChangeFolders(const json& event);
     void WatchFiles();
@@ -65,7 +72,10 @@ private:
     CDiagnostics m_diagnostics;
     CWorkspace m_workspace;
     CCodeActions m_actions;
-    bool m_watches = false;                            ///< the client takes registrations for watched files
+    CClientWatch m_clientWatch;
+    CFirstResults m_firstResults;
+    SClientCapabilities m_client;
+    bool m_isAsking = false;                           ///< the client for its settings
     std::optional<std::vector<std::string>> m_watched; ///< the names of the baselines that are watched
     bool m_checkProject = true;                        ///< a wish of the user
     std::string m_configuration; ///< a file that the user names; empty: the one in or above each folder

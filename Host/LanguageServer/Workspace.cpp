@@ -58,6 +58,11 @@ bool CWorkspace::Takes(const std::wstring& path) const
     });
 }
 
+bool CWorkspace::IsBusy() const
+{
+    return m_isSearching || m_soon.isActive() || m_application.Threads().IsRunning();
+}
+
 void CWorkspace::CheckNothing()
 {
     m_soon.stop();
@@ -72,6 +77,7 @@ void CWorkspace::EndSearch()
     if (m_search.joinable())
         m_search.join();
     m_cancelled = false;
+    m_isSearching = false;
 }
 
 void CWorkspace::CheckAll()
@@ -81,6 +87,7 @@ void CWorkspace::CheckAll()
         m_application.Project().Close();
         return;
     }
+    m_isSearching = true;
     m_search = std::thread([this, search = m_searches, folders = m_folders, rules = m_settings.Rules()] {
         auto files = std::make_shared<std::vector<std::wstring>>();
         Host::Guard(L"find files", [&] {
@@ -105,6 +112,7 @@ void CWorkspace::OnFound(int search, std::vector<std::wstring> files)
 {
     if (search != m_searches)
         return;
+    m_isSearching = false;
     m_onFound();
     m_asked = 0;
     const std::size_t total = files.size();

@@ -38,6 +38,8 @@ public:
     void CheckAllSoon() { m_soon.start(); }
     /// Only what is open is checked from now on.
     void CheckNothing();
+    /// Whether a check of all files is to come or runs.
+    bool IsBusy() const;
     /// Whether a search would find the file, were it there.
     bool Takes(const std::wstring& path) const;
 
@@ -54,6 +56,7 @@ private:
     std::vector<std::wstring> m_folders;
     QTimer m_soon;
     std::thread m_search;
+    bool m_isSearching = false;
     int m_searches = 0; ///< what an older one has found is of no use
     std::atomic<bool> m_cancelled{false};
     QObject m_context;

@@ -223,9 +223,22 @@ private:
     }
     void AddServer()
     {
-        Add(ECommand::LanguageServer, "language-server",
-            "Serve an editor: the Language Server Protocol on standard input and output")
-            ->add_flag("--stdio", m_options.stdio, "Accepted, since editors pass it: there is no other way");
+        CLI::App* server =
+            Add(ECommand::LanguageServer, "language-server", "Serve an editor: the Language Server Protocol");
+        server->add_flag("--stdio", m_options.stdio, "Use standard input and output, as without an option");
+        CLI::Option* pipe =
+            server
+                ->add_option("--pipe", m_options.pipe, "Use the socket at PATH, on which the client listens")
+                ->option_text("PATH");
+        server
+            ->add_option("--socket", m_options.port, "Use PORT of this machine, on which the client listens")
+            ->option_text("PORT")
+            ->check(CLI::Range(1, 65535))
+            ->excludes(pipe);
+        server
+            ->add_option("--clientProcessId", m_options.clientProcess,
+                         "End when the process PID is gone, until the client names another")
+            ->option_text("PID");
     }
     void AddSmallOnes()
     {

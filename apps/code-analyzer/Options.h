@@ -44,7 +44,10 @@ struct SOptions
     std::int32_t phpVersion = 0;      ///< major * 100 + minor; 0: the project's
     std::string baseline;             ///< empty: the one that the configuration names
     bool generateBaseline = false;
-    bool stdio = true;      ///< the only way to talk to a language server
+    bool stdio = true;      ///< what a language server uses unless the next two say more
+    std::string pipe;       ///< the path of a socket
+    int port = 0;           ///< likewise; 0: none
+    long clientProcess = 0; ///< the process of the client; 0: not known
     bool changed = false;   ///< only what git says has changed
     std::string changedRef; ///< against this; empty: what is staged
     bool fix = false;       ///< mend what can be mended

@@ -1,8 +1,11 @@
+#include "Base/Exception.h"
 #include "Commands.h"
 #include "Files/FilePath.h"
+#include "Files/Printable.h"
 #include "LanguageServer/Framing.h"
 #include "LanguageServer/Server.h"
 #include "LanguageServer/Uri.h"
+#include "ServerChannel.h"
 #include "Session.h"
 
 #include <QCoreApplication>
@@ -14,6 +17,7 @@
 #include <functional>
 #include <memory>
 #include <mutex>
+#include <optional>
 #include <thread>
 #include <unistd.h>
 
@@ -34,21 +38,14 @@ std::string Documentation()
     return "";
 }
 
-void SendMessage(const std::string& body)
-{
-    const std::string message = LanguageServer::Framed(body);
-    std::fwrite(message.data(), 1, message.size(), stdout);
-    std::fflush(stdout);
-}
-
-/// Reads standard input in a thread of its own and hands each message to the server's thread.
+/// Reads what the client says in a thread of its own and hands each message to the server's thread.
 class CInput
 {
 public:
-    CInput(LanguageServer::CServer& server, std::function<void()> end)
+    CInput(int descriptor, LanguageServer::CServer& server, std::function<void()> end)
         : m_shared(std::make_shared<SShared>(&server, std::move(end)))
     {
-        std::thread(&CInput::Run, m_shared).detach();
+        std::thread(&CInput::Run, descriptor, m_shared).detach();
     }
     /// The thread may wait for input that never comes; nothing of it is needed any more.
     ~CInput()
@@ -67,12 +64,12 @@ private:
         std::function<void()> end;
     };
 
-    static void Run(std::shared_ptr<SShared> shared)
+    static void Run(int descriptor, std::shared_ptr<SShared> shared)
     {
         LanguageServer::CMessageReader reader;
         std::string block(1 << 16, '\0');
         for (;;) {
-            const ssize_t count = ::read(STDIN_FILENO, block.data(), block.size());
+            const ssize_t count = ::read(descriptor, block.data(), block.size());
             if (count < 0 && errno == EINTR)
                 continue;
             if (count <= 0)
@@ -102,17 +99,27 @@ private:
 
 } // namespace
 
-int RunLanguageServer(const SOptions& /*options*/)
+int RunLanguageServer(const SOptions& options)
 {
+    std::optional<CServerChannel> channel;
+    try {
+        channel.emplace(options);
+    } catch (const Base::CWorkError& fault) {
+        std::fprintf(stderr, "code-analyzer: %s\n", Host::Printable(fault.GetMessage()).c_str());
+        return ExitFailed;
+    }
     CSession session;
     // The client may close its end before all is said.
     std::signal(SIGPIPE, SIG_IGN);
     const auto end = [] { QCoreApplication::quit(); };
     int status = ExitFailed;
     {
-        LanguageServer::CServer server({session.Application(), session.Plugin(), &SendMessage, end,
-                                        Documentation(), CODE_ANALYZER_VERSION});
-        CInput input(server, end);
+        const auto send = [&channel](const std::string& body) {
+            channel->Send(LanguageServer::Framed(body));
+        };
+        LanguageServer::CServer server({session.Application(), session.Plugin(), send, end, Documentation(),
+                                        CODE_ANALYZER_VERSION, options.clientProcess});
+        CInput input(channel->Input(), server, end);
         QCoreApplication::exec();
         status = server.ExitStatus();
     }

@@ -47,6 +47,8 @@ export class Client {
   messages = []
   registrations = []
   refreshes = 0
+  settings = {} // of the user, by section
+  owner = process.pid
   faults = [] // what no server may do
 
   constructor() {
@@ -56,6 +58,7 @@ export class Client {
       new rpc.StreamMessageReader(this.process.stdout),
       new rpc.StreamMessageWriter(this.process.stdin),
     )
+    this.connection.onRequest('workspace/configuration', ({ items }) => items.map(({ section }) => this.settings[section] ?? null))
     this.connection.onNotification('textDocument/publishDiagnostics', (params) => {
       const last = this.published.get(params.uri)
       if (last?.version > params.version) this.faults.push(`version ${params.version} of ${params.uri} after ${last.version}`)
@@ -84,7 +87,7 @@ export class Client {
 
   async start(folder, capabilities = {}, options = {}) {
     const result = await this.request('initialize', {
-      processId: process.pid,
+      processId: this.owner,
       rootUri: null,
       workspaceFolders: folder ? [folder.asWorkspaceFolder()] : null,
       capabilities,

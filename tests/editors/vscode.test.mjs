@@ -1,7 +1,7 @@
 // node --test vscode.test.mjs PROGRAM: what an editor built on VS Code's libraries sees of the server.
 
 import assert from 'node:assert/strict'
-import { existsSync } from 'node:fs'
+import { existsSync, readFileSync } from 'node:fs'
 import { join } from 'node:path'
 import { test } from 'node:test'
 import { Client, Folder, brief, eachWithServer, until } from './client.mjs'
@@ -25,7 +25,8 @@ test('a mistake behind an emoji and CR LF is shown in the columns that were agre
     const [diagnostic] = each.published.get(uri).diagnostics
     assert.equal(diagnostic.source, 'code-analyzer')
     assert.equal(diagnostic.severity, 1)
-    assert.match(diagnostic.codeDescription.href, /errors\.md#1012$/)
+    const [, list, line] = diagnostic.codeDescription.href.match(/^(.*errors\.md)#L(\d+)$/)
+    assert.equal(readFileSync(new URL(list), 'utf8').split('\n')[line - 1], '## 1012')
     const at = position(1, column)
     await each.change(uri, 2, { range: { start: at, end: at }, text: '. ' })
     assert.deepEqual(await each.diagnostics(uri, 2), [])
