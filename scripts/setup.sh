@@ -4,7 +4,7 @@
 packages=(
     g++ cmake ninja-build ccache re2c bison git help2man file dpkg-dev
     qtbase5-dev libqt5xmlpatterns5-dev libqscintilla2-qt5-dev fonts-dejavu-core
-    libboost-dev libcli11-dev nlohmann-json3-dev
+    libboost-dev libcli11-dev libdtl-dev nlohmann-json3-dev
 )
 bench_packages=(libbenchmark-dev)
 

@@ -8,6 +8,9 @@ namespace {
 
 using SyntaxParser::CIterator;
 
+/// The codes below are those of PHP.
+constexpr std::int32_t FirstOfMarkup = 2000;
+
 EPlace PlaceAtStartOf(std::int64_t line, const SFileText& file)
 {
     if (file.factory != L"PHPSPDocFactory")
@@ -43,10 +46,14 @@ std::optional<SEdit> IgnoreComment(const SFinding& finding, const SFileText& fil
         return SEdit{{lineStart, lineStart}, indent + comment + L"\n"};
     };
     const EPlace place = PlaceAtStartOf(at.y, file);
-    if (!CodeAnalyzer::IsNameError(finding.error.code)) {
-        if (place == EPlace::Code)
-            return above(L"// " + words);
-        return SEdit{{at, at}, L"/* " + words + L" */ "};
+    if (place == EPlace::Code)
+        return above(L"// " + words);
+    if (finding.error.code < FirstOfMarkup) {
+        const auto spot = file.places ? file.places->ForComment(at) : std::nullopt;
+        if (!spot)
+            return {};
+        const std::wstring comment = L"/* " + words + L" */";
+        return SEdit{{*spot, *spot}, *spot == at ? comment + L' ' : L' ' + comment};
     }
     if (place != EPlace::Markup && place != EPlace::OpeningTag)
         return {};

@@ -4,6 +4,7 @@
 #include "SyntaxParser/SPDocument.h"
 #include "SyntaxParser/TextReader.h"
 
+#include <algorithm>
 #include <boost/make_shared.hpp>
 
 namespace Kesh::Findings {
@@ -16,7 +17,10 @@ using namespace SyntaxParser;
 class CLineStarts final : public IStateRegionHandler
 {
 public:
-    explicit CLineStarts(std::vector<EPlace>& places) : m_places(places) {}
+    CLineStarts(std::vector<EPlace>& places, std::vector<CPhpPlaces::SRegion>& regions)
+        : m_places(places), m_regions(regions)
+    {
+    }
 
     void Init(boost::shared_ptr<IReader> /*reader*/) override {}
     bool BeforeParse(const STextChange& /*change*/, boost::shared_ptr<IReader> /*reader*/) override
@@ -32,6 +36,10 @@ public:
         for (std::int64_t y = start.x == 0 ? start.y : start.y + 1;
              y < lines && CIterator{0, y} < region->end; ++y)
             m_places[static_cast<std::size_t>(y)] = PlaceIn(*region, start == CIterator{0, y});
+        EPlace place = PlaceIn(*region, true);
+        if (place == EPlace::Code && region->definition == GetDefRegions()->Php.TokenDefs[PhpToken::Heredoc])
+            place = EPlace::Inside;
+        m_regions.push_back({{start, region->end}, place});
         return 0;
     }
     std::wstring GetSRName() override { return L"LineStarts"; }
@@ -53,6 +61,7 @@ private:
     }
 
     std::vector<EPlace>& m_places;
+    std::vector<CPhpPlaces::SRegion>& m_regions;
 };
 
 } // namespace
@@ -61,7 +70,7 @@ CPhpPlaces::CPhpPlaces(std::wstring_view text, const std::wstring& factory, std:
     : m_places(lines, EPlace::Markup)
 {
     const auto document = MakeSPDocument(boost::make_shared<CTextReader>(std::wstring(text)), {{}, factory});
-    CLineStarts starts(m_places);
+    CLineStarts starts(m_places, m_regions);
     boost::dynamic_pointer_cast<IParser>(document->GetComponent(L"IParser").lock())
         ->AddStateRegionHandler(&starts);
     document->Parse(true);
@@ -72,6 +81,35 @@ EPlace CPhpPlaces::AtStartOf(std::int64_t line) const
     return line < 0 || line >= static_cast<std::int64_t>(m_places.size())
                ? EPlace::Markup
                : m_places[static_cast<std::size_t>(line)];
+}
+
+std::optional<CIterator> CPhpPlaces::ForComment(const CIterator& place) const
+{
+    auto region = std::upper_bound(m_regions.begin(), m_regions.end(), place,
+                                   [](const CIterator& at, const SRegion& r) { return at < r.span.start; });
+    while (region != m_regions.begin()) {
+        --region;
+        const CIterator& end = region->span.end;
+        switch (region->place) {
+        case EPlace::Markup: return {};
+        case EPlace::OpeningTag:
+            if (end.y == place.y)
+                return end;
+            return {};
+        case EPlace::Code:
+            if (region->span.start == place || end <= place)
+                return place;
+            if (end.y == place.y)
+                return end;
+            break;
+        case EPlace::Inside: break;
+        }
+        // Inside of a string: what stands before it in the line may do.
+        if (region->span.start.y != place.y)
+            return {};
+        return ForComment(region->span.start);
+    }
+    return {};
 }
 
 } // namespace Kesh::Findings

@@ -9,7 +9,8 @@ namespace Kesh::Findings {
 
 CTextCheck::CTextCheck(const char* library, std::shared_ptr<const CProjectRules> rules, SWantedChecks wanted,
                        LangSupport::ILangSource* translations)
-    : m_application(translations), m_library(library),
+    : m_application(translations),
+      m_library(library),
       m_checks(
           m_library.Symbol<decltype(CodeAnalyzerCreateChecks)>("CodeAnalyzerCreateChecks")(&m_application)),
       m_reader(boost::make_shared<SyntaxParser::CTextReader>(std::wstring()))

@@ -47,6 +47,12 @@ const cases = [
   ['w.php', 'php', '<?php\n/*\n😀 */ $a = [1, 2;\n', "Insert ']'", '<?php\n/*\n😀 */ $a = [1, 2];\n'],
   ['x.php', 'php', '<?php\n$😀 = <<<E\n a\n E;\n$b = = 2;\n', 'Ignore error 1025 here', '<?php\n$😀 = <<<E\n a\n E;\n// code-analyzer-ignore 1025\n$b = = 2;\n'],
   ['y.html', 'html', '<img title="😀" widht="1">é', "Replace by 'width'", '<img title="😀" width="1">é'],
+  ['1.php', 'php', '<p><?php foo(12; ?></p>\n', 'Ignore error 1002 here', '<p><?php foo(12 /* code-analyzer-ignore 1002 */; ?></p>\n'],
+  ['2.php', 'php', '<p><?= foo() bar() ?></p>\n', 'Ignore error 1007 here', '<p><?= foo(/* code-analyzer-ignore 1007 */ ) bar() ?></p>\n'],
+  ['3.php', 'php', '<div>\n<?php if ($a): ?>\n<b></i></b>\n<?php endif ?>\n</div>\n', 'Ignore error 2101 here', '<div>\n<?php if ($a): ?>\n<!-- code-analyzer-ignore 2101 -->\n<b></i></b>\n<?php endif ?>\n</div>\n'],
+  ['4.php', 'php', '<?php\nforeach ($a $b) {}\n', "Insert 'as'", '<?php\nforeach ($a as $b) {}\n'],
+  ['5.php', 'php', '<?php\n$a = 1\n\n\n$b = 2;\n', "Insert ';'", '<?php\n$a = 1;\n\n\n$b = 2;\n'],
+  ['6.php', 'php', '<?php\nretrun 1;\n', "Replace by 'return'", '<?php\nreturn 1;\n'],
   ['z.php', 'php', '<?php\nif ($a) {\n  f();\n}}\n', "Remove '}'", '<?php\nif ($a) {\n  f();\n}\n'],
 ]
 
@@ -95,6 +101,46 @@ test('actions are those of the place, the kind and the text that are asked for',
   assert.equal(await titles(at(0, 7)), 'strong,strng')
   await client.change(uri, 3, { range: at(0, 0, 8), text: '<p>' })
   assert.equal(await titles(at(0, 2)), '')
+})
+
+// Text, and of the first finding the titles of its fixes that are preferred and of those that only help.
+const proved = [
+  ['<?php\nf(1;\n', ["Insert ')'"], []],
+  ["<?php\nf('a);\ng();\n", [], []], // nobody knows where the string was to end
+  ['<?php\nfunction f() {\n  g(;\n  }\n}\n', [], ["Insert ')'"]], // then a brace is too much
+]
+
+test('a fix is preferred when it leaves nothing, and not offered when it does not help', async () => {
+  await client.start(null, {}, { delay: 10 })
+  for (const [i, [text, preferred, helping]] of proved.entries()) {
+    const uri = folder.uri(`p${i}.php`)
+    await client.open(uri, text, 'php')
+    await client.diagnostics(uri, 1)
+    const actions = (await actionsAt(uri, client.published.get(uri).diagnostics[0].range)).filter((a) => /^(Insert|Remove|Replace)/.test(a.title))
+    const titles = (isPreferred) => actions.filter((a) => Boolean(a.isPreferred) === isPreferred).map((a) => a.title)
+    assert.deepEqual([titles(true), titles(false)], [preferred, helping], text)
+  }
+})
+
+test('all of a document is fixed at once, by the kind that is asked for', async () => {
+  await client.start(null, {}, { delay: 10 })
+  const uri = folder.uri('all.php')
+  const text = '<?php\nf(1;\r\n$é = [1, 2;\n$b = "x" . ;\n$c = 3\n'
+  await client.open(uri, text, 'php')
+  assert.equal((await client.diagnostics(uri, 1)).length, 4)
+  const range = { start: position(0, 0), end: position(0, 0) }
+  for (const only of [['source.fixAll'], ['source.fixAll.code-analyzer'], ['source']]) {
+    const [action, ...others] = await actionsAt(uri, range, only)
+    assert.equal(others.length, 0)
+    assert.equal(action.kind, 'source.fixAll.code-analyzer')
+    // Behind what nobody can mend nothing is done without a look.
+    assert.equal(applyEdits(text, action.edit.documentChanges[0].edits, 'utf-16'), '<?php\nf(1);\r\n$é = [1, 2];\n$b = "x" . ;\n$c = 3\n'.replaceAll(/\r?\n/g, '\n'))
+  }
+  assert.deepEqual(await actionsAt(uri, range, ['source.fixAll.other']), [])
+  assert.deepEqual(await actionsAt(uri, range, ['source.organizeImports']), [])
+  await client.change(uri, 2, { text: '<?php\n$b = "x" . ;\n' })
+  await client.diagnostics(uri, 2)
+  assert.deepEqual(await actionsAt(uri, range, ['source.fixAll']), [])
 })
 
 test('names and codes are added to the settings, whose comments stay', async () => {

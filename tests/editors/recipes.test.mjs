@@ -41,7 +41,7 @@ test('the hook of the pre-commit framework takes the names of files that are che
     assert.equal(new RegExp(files, 'i').test(name), taken, name)
   const folder = new Folder()
   folder.write('a.php', wrong)
-  folder.write('b.css', 'a {}')
+  folder.write('b.css', 'a { color: red }')
   const run = spawnSync(program, [...entry.split(' '), 'a.php', 'b.css'], { cwd: folder.path, encoding: 'utf8' })
   assert.deepEqual([run.status, run.stdout], [1, "a.php:3:6: error: Unexpected operator '=' [1025]\n"])
   folder.remove()
