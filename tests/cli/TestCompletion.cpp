@@ -61,7 +61,7 @@ TEST(Completion, OffersWhatTheHelpTextsList)
         EXPECT_THAT(zsh, HasSubstr("\n        " + command + ") _arguments"));
         EXPECT_THAT(fish, HasSubstr("-f -a " + command + " -d"));
         const QString name = QString::fromStdString(command);
-        const auto options = Listed({name}, "^  (?:-[a-zA-Z],)?(--[a-z-]+)");
+        const auto options = Listed({name}, "^  (?:-[a-zA-Z],)?(--[a-zA-Z-]+)");
         EXPECT_THAT(Completions({"code-analyzer", name, "-"}), IsSupersetOf(options)) << command;
         for (const std::string& option : options) {
             EXPECT_THAT(zsh, HasSubstr("'*" + option + "["));

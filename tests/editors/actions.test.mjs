@@ -134,7 +134,7 @@ test('all of a document is fixed at once, by the kind that is asked for', async 
     assert.equal(others.length, 0)
     assert.equal(action.kind, 'source.fixAll.code-analyzer')
     // Behind what nobody can mend nothing is done without a look.
-    assert.equal(applyEdits(text, action.edit.documentChanges[0].edits, 'utf-16'), '<?php\nf(1);\r\n$é = [1, 2];\n$b = "x" . ;\n$c = 3\n'.replaceAll(/\r?\n/g, '\n'))
+    assert.equal(applyEdits(text, action.edit.changes[uri], 'utf-16'), '<?php\nf(1);\r\n$é = [1, 2];\n$b = "x" . ;\n$c = 3\n'.replaceAll(/\r?\n/g, '\n'))
   }
   assert.deepEqual(await actionsAt(uri, range, ['source.fixAll.other']), [])
   assert.deepEqual(await actionsAt(uri, range, ['source.organizeImports']), [])

@@ -47,15 +47,23 @@ test('the hook of the pre-commit framework takes the names of files that are che
   folder.remove()
 })
 
-test('Neovim shows what it is told', () => {
+test('Neovim shows what it is told, also by a server that takes the place of one that was killed', () => {
   const folder = new Folder()
   folder.write('a.php', wrong)
   folder.write('init.lua', block('lua', 'nvim_create_autocmd'))
   folder.write(
     'look.lua',
-    `vim.wait(20000, function() return #vim.diagnostic.get(0) > 0 end, 10)
-     local found = vim.diagnostic.get(0)[1]
-     io.stdout:write(found and (found.lnum .. ' ' .. found.message) or 'nothing')
+    `local function look()
+       vim.wait(20000, function() return #vim.diagnostic.get(0) > 0 end, 10)
+       local found = vim.diagnostic.get(0)[1]
+       io.stdout:write(found and (found.lnum .. ' ' .. found.message) or 'nothing', '\\n')
+     end
+     look()
+     vim.diagnostic.reset()
+     local pid = vim.fn.getpid()
+     local children = io.open('/proc/' .. pid .. '/task/' .. pid .. '/children'):read('*a')
+     for child in children:gmatch('%d+') do vim.loop.kill(tonumber(child), 'sigkill') end
+     look()
      vim.cmd('qall!')`,
   )
   const { stdout } = spawnSync(
@@ -63,7 +71,7 @@ test('Neovim shows what it is told', () => {
     ['--headless', '-i', 'NONE', '-n', '-u', join(folder.path, 'init.lua'), '-c', 'filetype on', '-c', 'edit a.php', '-c', 'luafile look.lua'],
     { cwd: folder.path, env, encoding: 'utf8', timeout: 60000 },
   )
-  assert.equal(stdout, "2 Unexpected operator '='")
+  assert.equal(stdout, "2 Unexpected operator '='\n".repeat(2))
   folder.remove()
 })
 
