@@ -27,9 +27,12 @@ struct SCodeRule
 /// rest of the host has them.
 struct SConfiguration
 {
-    std::wstring file; ///< absolute; empty: there is none, and all is as it is by default
-    std::wstring root; ///< the folder of the file, to which its globs and paths refer
-    TGlobs include;    ///< empty: the usual endings
+    std::wstring file;    ///< absolute; empty: there is none, and all is as it is by default
+    std::wstring root;    ///< the folder of the file, to which its globs and paths refer
+    std::wstring extends; ///< absolute: the file that this one adds to; empty: none
+    std::vector<std::wstring>
+        bases;      ///< all that it adds to, the nearest first; what is in them counts already
+    TGlobs include; ///< empty: the usual endings
     TGlobs exclude;
     std::optional<std::int32_t> phpVersion; ///< major * 100 + minor
     std::optional<bool> shortOpenTag;       ///< as PHP's setting of that name
@@ -64,9 +67,10 @@ bool HasConfiguration(const std::wstring& folder);
 /// The file that holds for `path`, a file or folder that need not exist: in its folder or the nearest one
 /// above. Empty: there is none. Any thread.
 std::wstring FindConfiguration(const std::wstring& path);
-/// Reads a configuration file. Throws Base::CWorkError "code-analyzer.json:LINE: what is wrong". Any thread.
+/// Reads a configuration file, with those that it adds to. Throws Base::CWorkError "code-analyzer.json:LINE:
+/// what is wrong". Any thread.
 SConfiguration ReadConfiguration(const std::wstring& file);
-/// The same from its text.
+/// The same from its text, without those that it adds to.
 SConfiguration ParseConfiguration(const std::wstring& file, std::string_view text);
 /// "8.2", or "8.2.14", as 802; nothing when it is no version of PHP that is known.
 std::optional<std::int32_t> PhpVersionOf(std::string_view text);

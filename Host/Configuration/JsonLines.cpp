@@ -63,7 +63,7 @@ class CBuilder final : public nlohmann::json_sax<nlohmann::json>
 public:
     using EKind = SJsonValue::EKind;
 
-    explicit CBuilder(const SProgress& progress) : m_progress(progress) {}
+    CBuilder(std::string_view text, const SProgress& progress) : m_text(text), m_progress(progress) {}
     SJsonValue Take() { return std::move(m_root); }
 
     bool null() override { return Add(EKind::Null), true; }
@@ -93,6 +93,12 @@ public:
     }
     bool parse_error(std::size_t, const std::string& token, const nlohmann::json::exception& fault) override
     {
+        const std::string_view before = m_text.substr(0, m_progress.bytes > 0 ? m_progress.bytes - 1 : 0);
+        const std::size_t last = before.find_last_not_of(" \t\r\n");
+        const bool isEnd =
+            before.size() < m_text.size() && (m_text[before.size()] == '}' || m_text[before.size()] == ']');
+        if (isEnd && last != std::string_view::npos && before[last] == ',')
+            Fail(m_progress.line, "no valid JSON: a comma with nothing behind it");
         const std::string what = fault.what();
         const std::size_t reason = what.find(": ", what.find("parse error at"));
         Fail(m_progress.line,
@@ -127,6 +133,7 @@ private:
         return true;
     }
 
+    std::string_view m_text;
     const SProgress& m_progress;
     SJsonValue m_root;
     std::vector<SJsonValue*> m_open; ///< an open value gets no siblings, so it stays where it is
@@ -138,7 +145,7 @@ private:
 SJsonValue ReadJsonLines(std::string_view text)
 {
     SProgress progress;
-    CBuilder builder(progress);
+    CBuilder builder(text, progress);
     nlohmann::json::sax_parse(CCountingIterator(text.data(), &progress),
                               CCountingIterator(text.data() + text.size(), &progress), &builder,
                               nlohmann::json::input_format_t::json, true, true);

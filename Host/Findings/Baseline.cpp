@@ -81,8 +81,24 @@ CBaseline::TKey CBaseline::KeyOf(const SFinding& finding)
 
 void CBaseline::Take(const SFileFindings& file)
 {
+    m_taken.insert(NameOf(file));
     for (const SFinding& finding : file.findings)
         ++m_files[NameOf(file)][KeyOf(finding)];
+}
+
+std::size_t CBaseline::TakeOthers(const CBaseline& before)
+{
+    std::size_t count = 0;
+    for (const auto& [name, counts] : before.m_files) {
+        const std::wstring path = Host::PathFromBytes(name);
+        if (m_taken.contains(name) ||
+            !Host::IsRegularFile(path.starts_with(L'/') ? path : m_folder + L'/' + path))
+            continue;
+        m_files[name] = counts;
+        for (const auto& [key, times] : counts)
+            count += times;
+    }
+    return count;
 }
 
 void CBaseline::Write(const std::wstring& file) const

@@ -3,6 +3,7 @@
 #include "Findings/Finding.h"
 
 #include <map>
+#include <set>
 #include <string>
 #include <utility>
 #include <vector>
@@ -21,6 +22,9 @@ public:
     static CBaseline Read(const std::wstring& file);
     /// Takes the findings of a file into the baseline.
     void Take(const SFileFindings& file);
+    /// Takes what an earlier baseline of the same folder says of files that are still there and of which
+    /// nothing was taken. The number of findings.
+    std::size_t TakeOthers(const CBaseline& before);
     /// Replaces the file as a whole. Throws like Host::WriteFileBytes().
     void Write(const std::wstring& file) const;
 
@@ -38,6 +42,7 @@ private:
 
     std::wstring m_folder;
     std::map<std::string, TCounts> m_files;
+    std::set<std::string> m_taken; ///< files, also those without findings
 };
 
 } // namespace Kesh::Findings

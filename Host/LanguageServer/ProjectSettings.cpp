@@ -54,16 +54,20 @@ bool CProjectSettings::DependOn(const std::wstring& path) const
         return true;
     const std::vector<Findings::TRules> read = m_rules->Read();
     return std::any_of(read.begin(), read.end(), [&](const Findings::TRules& rules) {
-        return path == rules->settings.file || path == rules->settings.baseline;
+        return path == rules->settings.file || path == rules->settings.baseline ||
+               std::ranges::find(rules->settings.bases, path) != rules->settings.bases.end();
     });
 }
 
-std::vector<std::string> CProjectSettings::BaselineNames() const
+std::vector<std::string> CProjectSettings::NamesToWatch() const
 {
     std::vector<std::string> names;
-    for (const Findings::TRules& rules : m_rules->Read())
+    for (const Findings::TRules& rules : m_rules->Read()) {
         if (const std::wstring& file = rules->settings.baseline; !file.empty())
             names.push_back(Host::PathToBytes(Host::FileName(file)));
+        for (const std::wstring& file : rules->settings.bases)
+            names.push_back(Host::PathToBytes(Host::FileName(file)));
+    }
     std::sort(names.begin(), names.end());
     names.erase(std::unique(names.begin(), names.end()), names.end());
     return names;

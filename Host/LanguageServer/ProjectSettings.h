@@ -27,10 +27,11 @@ public:
     /// The settings file to change for a finding in `path`; it need not exist. Empty: no folder could have
     /// one.
     std::wstring FileToChange(const std::wstring& path) const;
-    /// Whether what was read depends on the file: a settings file, a baseline or a composer.json.
+    /// Whether what was read depends on the file: a settings file, one that such a file adds to, a baseline
+    /// or a composer.json.
     bool DependOn(const std::wstring& path) const;
-    /// The names of the baseline files, by which they can be watched.
-    std::vector<std::string> BaselineNames() const;
+    /// The names of baselines and of files that settings add to, by which they can be watched.
+    std::vector<std::string> NamesToWatch() const;
     /// The own names of all these together: there is one list for all documents.
     Configuration::SConfiguration OwnNames() const;
 

@@ -165,21 +165,21 @@ void CServer::Cancel(const json& id)
         m_diagnostics.Cancel(id);
 }
 
-/// Asks the client to tell of changes to files that matter, baselines by their names among them.
+/// Asks the client to tell of changes to files that matter, baselines among them, by their names.
 void CServer::WatchFiles()
 {
-    const std::vector<std::string> baselines = m_settings.BaselineNames();
-    if (!m_client.watchesFiles || m_watched == baselines)
+    const std::vector<std::string> names = m_settings.NamesToWatch();
+    if (!m_client.watchesFiles || m_watched == names)
         return;
     if (m_watched)
         m_connection.Request(
             "client/unregisterCapability",
             // The protocol spells it so.
             {{"unregisterations", {{{"id", "files"}, {"method", "workspace/didChangeWatchedFiles"}}}}});
-    m_watched = baselines;
+    m_watched = names;
     json watchers = {{{"globPattern", "**/{code-analyzer,composer}.json"}},
                      {{"globPattern", "**/*.{php,phtml,inc,html,htm,css}"}}};
-    for (const std::string& name : baselines)
+    for (const std::string& name : names)
         // What would mean something in a pattern is left to match anything.
         watchers.push_back(
             {{"globPattern", "**/" + std::regex_replace(name, std::regex(R"([\[\]{}*?!\\,])"), "?")}});

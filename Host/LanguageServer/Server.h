@@ -76,7 +76,7 @@ private:
     CFirstResults m_firstResults;
     SClientCapabilities m_client;
     bool m_isAsking = false;                           ///< the client for its settings
-    std::optional<std::vector<std::string>> m_watched; ///< the names of the baselines that are watched
+    std::optional<std::vector<std::string>> m_watched; ///< the names of files that are watched
     bool m_checkProject = true;                        ///< a wish of the user
     std::string m_configuration; ///< a file that the user names; empty: the one in or above each folder
     SyntaxParser::SOwnNames m_names;

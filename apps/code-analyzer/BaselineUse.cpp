@@ -32,6 +32,18 @@ void RequireBaseline(const std::wstring& file, const std::wstring& root)
     }
 }
 
+/// Some files are checked: what the baseline says of others goes on.
+std::size_t TakeOthers(const std::wstring& file, Findings::CBaseline& baseline)
+{
+    if (Host::StampOf(file).size <= 0)
+        return 0;
+    try {
+        return baseline.TakeOthers(Findings::CBaseline::Read(file));
+    } catch (const Base::CWorkError&) {
+        return 0; // no baseline: it is replaced, as the user has said by its name
+    }
+}
+
 } // namespace
 
 CBaselineUse::CBaselineUse(const SOptions& options, TProjectRules rules)
@@ -81,15 +93,19 @@ void CBaselineUse::Apply(Findings::SFileFindings& file)
 
 void CBaselineUse::Finish()
 {
-    for (const auto& [file, baseline] : m_written) {
+    for (auto& [file, baseline] : m_written) {
+        const std::size_t kept = TakeOthers(file, baseline);
         try {
             baseline.Write(file);
         } catch (const Base::CWorkError& fault) {
             throw Base::CWorkError(L"cannot write " + file + L": " + fault.GetMessage(), __LINE__,
                                    "apps/code-analyzer/BaselineUse");
         }
-        std::fprintf(stderr, "code-analyzer: %s: %s written\n", Printable(file).c_str(),
-                     Counted(baseline.Size(), "finding").c_str());
+        std::fprintf(
+            stderr, "code-analyzer: %s: %s written%s\n", Printable(file).c_str(),
+            Counted(baseline.Size(), "finding").c_str(),
+            kept ? (", " + std::to_string(kept) + " of them kept from files that were not checked").c_str()
+                 : "");
     }
     if (m_quiet)
         return;

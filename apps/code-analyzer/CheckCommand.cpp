@@ -101,7 +101,6 @@ int RunCheck(const SOptions& options)
         const std::wstring& shown = inputs[result.input].shown;
         result.findings.file = shown;
         result.findings.path = inputs[result.input].absolute;
-        baseline.Apply(result.findings);
         if (!result.problem.empty() || !result.skipped.empty() || !result.findings.findings.empty())
             progress.Clear();
         if (fixes.Add(shown, result.fixed))
@@ -110,6 +109,7 @@ int RunCheck(const SOptions& options)
             return onError(shown, result.problem);
         if (!result.skipped.empty())
             return PrintProblem(shown, "skipped: " + result.skipped);
+        baseline.Apply(result.findings);
         report.Add(result.findings);
         ++checked;
     };

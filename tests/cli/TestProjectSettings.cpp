@@ -232,11 +232,16 @@ TEST_F(Settings, FaultsAreShownWithTheirLine)
     };
     const SCase cases[] = {
         {"{\n  \"exlude\": []\n}",
-         "code-analyzer.json:2: unknown key \"exlude\"; those known here are include"},
+         "code-analyzer.json:2: unknown key \"exlude\"; those known here are extends, include"},
         {"{\n\n \"ownNames\": {\n \"tag\": []}}", "code-analyzer.json:4: unknown key \"tag\""},
         {"{\"codes\": {\n\"1025\": \"of\"}}",
          "code-analyzer.json:2: a code is \"off\", \"warning\" or \"error\""},
         {"{\"codes\": {\"x\": \"off\"}}", "code-analyzer.json:1: \"x\" is no code"},
+        {"{\"codes\": {\n\"9999\": \"off\"}}", "code-analyzer.json:2: there is no error 9999"},
+        {"{\n\"exclude\": [\"a\", ]}", "code-analyzer.json:2: no valid JSON: a comma with nothing behind it"},
+        {"{\n\"grammar\": true,\n}", "code-analyzer.json:3: no valid JSON: a comma with nothing behind it"},
+        {"{\n\"extends\": \"b.json\"}", "code-analyzer.json:2: \"extends\": there is no file /"},
+        {"{\"extends\": \"code-analyzer.json\"}", "code-analyzer.json adds to this file itself"},
         {"{\n\"phpVersion\": \"4.4\"}", "code-analyzer.json:2: \"phpVersion\": \"4.4\" is no version"},
         {"{\"exclude\": \"a\"}", "code-analyzer.json:1: \"exclude\" must be an array"},
         {"{\"baseline\": \"\"}", "code-analyzer.json:1: \"baseline\" must name a file"},
@@ -260,6 +265,23 @@ TEST_F(Settings, FaultsAreShownWithTheirLine)
         EXPECT_EQ(result.out, "");
         EXPECT_THAT(result.err, HasSubstr(test.message));
     }
+}
+
+TEST_F(Settings, AFileAddsToAnother)
+{
+    m_folder.Write(L"shared.json",
+                   R"({"phpVersion": "7.4", "codes": {"901": "off", "1025": "warning"}, "exclude": ["old"],
+                       "overrides": [{"paths": ["p"], "codes": {"2001": "off"}}], "ownNames": {"tags": ["x-*"]}})");
+    m_folder.Write(
+        L"p/code-analyzer.json",
+        R"({"extends": "../shared.json", "codes": {"1025": "error"}, "ownNames": {"tags": ["y"]}})");
+    m_folder.Write(L"p/a.php", Wrong + "if ($a);\n$a?->b();\n?><x-a></x-a><y></y>");
+    m_folder.Write(L"p/old/a.php", Wrong);
+    const auto records = RunJson({"p"}, 1);
+    EXPECT_THAT(Brief(records), ElementsAre(HasSubstr("1025"), HasSubstr("1091")));
+    EXPECT_THAT(records.at(1)["message"], HasSubstr("code-analyzer.json"));
+    m_folder.Write(L"shared.json", "{\n\"exclude\": 1}");
+    EXPECT_THAT(Run({"check", "p"}).err, HasSubstr("shared.json:2: \"exclude\" must be an array"));
 }
 
 TEST_F(Settings, TheNearestFileUpwardsCountsUnlessToldOtherwise)
@@ -521,10 +543,16 @@ TEST_F(Settings, ABaselineSilencesWhatWasThereAndNothingElse)
     m_folder.Write(L"p/b.php", "<?php\n");
     const SResult gone = Run(QStringList{"check"} + check);
     EXPECT_THAT(gone.err, HasSubstr("p/b.php: gone from the baseline's findings: [901] if ($a);"));
-    // What was not checked is not gone.
+    // What was not checked is not gone, nor forgotten when some files are taken anew; what is deleted is.
     EXPECT_EQ(Run({"check", "--baseline", "code-analyzer-baseline.json", "p/a.php"}).err, "");
     m_folder.Write(L"code-analyzer.json", R"({"baseline": "code-analyzer-baseline.json"})");
     EXPECT_EQ(RunJson({"p"}, 1).size(), 2u);
+    m_folder.Write(L"p/c.php", Wrong);
+    EXPECT_THAT(Run({"check", "--generate-baseline", "p/c.php"}).err,
+                HasSubstr("4 findings written, 3 of them kept from files that were not checked"));
+    EXPECT_EQ(RunJson({"p"}, 1).size(), 2u);
+    ASSERT_TRUE(QFile::remove(QString::fromStdWString(m_folder.Path(L"p/b.php"))));
+    EXPECT_THAT(Run({"check", "--generate-baseline", "p/c.php"}).err, HasSubstr("3 findings written, 2 of"));
     m_folder.Write(L"code-analyzer-baseline.json", "{\"version\": 1, \"findings\": [{}]}");
     EXPECT_THAT(Run({"check", "p"}).err, HasSubstr("code-analyzer-baseline.json: no baseline"));
 }
