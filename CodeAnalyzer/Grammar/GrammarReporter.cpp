@@ -553,6 +553,8 @@ void CGrammarReporter::AddRuleReport(const SRuleReport& report)
         details.arguments.push_back({"expected", expected});
         details.fixes.push_back({EFix::Replace, {{diagnostic.error.pos, expected}}});
     }
+    if (report.code == Code::OutOfPlace && IsOperator(m_tokens[token].kind))
+        OfferDollar(diagnostic, token);
     if (report.fix == EFix::Remove)
         details.fixes.push_back({EFix::Remove, {CFixEdits(m_tokens).Removal(token)}});
     for (const SRelatedToken& related : {report.related, report.other})
