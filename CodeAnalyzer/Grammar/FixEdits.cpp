@@ -170,6 +170,38 @@ STextEdit CFixEdits::Closer(K kind, std::uint32_t stop, std::uint32_t opened) co
     return Behind(stop - 1, std::wstring(TextOf(kind)));
 }
 
+// Behind which token the bracket may have closed too: what it holds is cut off where no index goes on, or
+// where conditions are joined. NoToken: there is none.
+std::uint32_t CFixEdits::EarlierClose(K kind, std::uint32_t stop, std::uint32_t opened) const
+{
+    if (opened == NoToken || stop - opened > Reach)
+        return NoToken;
+    int depth = 0;
+    for (std::uint32_t i = opened + 1; i < stop; ++i) {
+        const K at = m_tokens[i].kind;
+        const bool ends =
+            kind == K::CloseSquare ? at == K::Assign : at == K::BooleanAnd || at == K::BooleanOr;
+        if (ends && depth == 0 && i > opened + 1)
+            return i - 1;
+        depth += at == K::OpenRound || at == K::OpenSquare || at == K::OpenBrace;
+        depth -= at == K::CloseRound || at == K::CloseSquare || at == K::CloseBrace;
+    }
+    return NoToken;
+}
+
+std::vector<STextEdit> CFixEdits::OtherBracket(std::uint32_t opened, K closer) const
+{
+    const K opener = closer == K::CloseRound    ? K::OpenRound
+                     : closer == K::CloseSquare ? K::OpenSquare
+                     : closer == K::CloseBrace  ? K::OpenBrace
+                                                : K::End;
+    const K now = m_tokens[opened].kind;
+    if (opener == K::End || now == opener ||
+        (now != K::OpenRound && now != K::OpenSquare && now != K::OpenBrace))
+        return {};
+    return {{m_tokens.Span(opened), std::wstring(TextOf(opener))}};
+}
+
 // The line before the block's, indented like its end, that may open it; NoToken: none is found.
 std::uint32_t CFixEdits::HeaderBefore(std::uint32_t brace) const
 {
@@ -249,7 +281,10 @@ std::vector<STextEdit> CFixEdits::Insertions(K kind, std::uint32_t stop, std::ui
     switch (kind) {
     case K::CloseBrace: return {ClosingBrace(before, opened == NoToken ? before : opened)};
     case K::CloseRound:
-    case K::CloseSquare: return {Closer(kind, stop, opened)};
+    case K::CloseSquare:
+        if (const std::uint32_t earlier = EarlierClose(kind, stop, opened); earlier != NoToken)
+            return {Closer(kind, stop, opened), Behind(earlier, text)};
+        return {Closer(kind, stop, opened)};
     case K::Semicolon:
     case K::Arrow:
     case K::DoubleColon: return {Behind(before, text)};

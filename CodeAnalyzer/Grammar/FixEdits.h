@@ -25,6 +25,10 @@ public:
     std::vector<STextEdit> Insertions(K kind, std::uint32_t stop, std::uint32_t opened) const;
     /// The brace that ends, behind a token, the block that `opened` opens.
     STextEdit ClosingBrace(std::uint32_t behind, std::uint32_t opened) const;
+    /// The `$` of a variable that is written like a name.
+    STextEdit Dollar(std::uint32_t name) const { return Before(name, L"$"); }
+    /// Makes of the bracket `opened` one that `closer` closes; empty: it does already, or is no bracket.
+    std::vector<STextEdit> OtherBracket(std::uint32_t opened, K closer) const;
     /// Takes a token away, with its line when it is alone there.
     STextEdit Removal(std::uint32_t token) const;
 
@@ -34,6 +38,7 @@ private:
     STextEdit Behind(std::uint32_t token, std::wstring text) const;
     STextEdit Before(std::uint32_t token, std::wstring text) const;
     STextEdit Closer(K kind, std::uint32_t stop, std::uint32_t opened) const;
+    std::uint32_t EarlierClose(K kind, std::uint32_t stop, std::uint32_t opened) const;
     STextEdit OpeningBrace(std::uint32_t behind) const;
     std::uint32_t HeaderBefore(std::uint32_t brace) const;
     STextEdit Spaced(K kind, std::uint32_t stop) const;

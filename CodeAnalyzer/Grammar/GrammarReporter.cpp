@@ -175,6 +175,31 @@ void CGrammarReporter::ReportWrong(const SGrammarHalt& halt, K kind)
     AddFound(diagnostic, "found", halt.stop);
     diagnostic.details.arguments.push_back({"expected", text});
     diagnostic.details.fixes.push_back({EFix::Replace, {{diagnostic.error.pos, text}}});
+    OfferOtherBracket(diagnostic, halt);
+}
+
+// The other bracket of a pair that does not match may be the wrong one; a brace that opens what is called is.
+void CGrammarReporter::OfferOtherBracket(SGrammarDiagnostic& diagnostic, const SGrammarHalt& halt) const
+{
+    if (halt.open.empty())
+        return;
+    const std::uint32_t opened = halt.open.back();
+    std::vector<STextEdit> edits = CFixEdits(m_tokens).OtherBracket(opened, m_tokens[halt.stop].kind);
+    if (edits.empty())
+        return;
+    auto& fixes = diagnostic.details.fixes;
+    const bool isFirst = m_tokens[opened].kind == K::OpenBrace;
+    fixes.insert(isFirst ? fixes.begin() : fixes.end(), {EFix::Replace, std::move(edits)});
+}
+
+// A variable without its `$` is taken for a name.
+void CGrammarReporter::OfferDollar(SGrammarDiagnostic& diagnostic, std::uint32_t stop) const
+{
+    auto& fixes = diagnostic.details.fixes;
+    if (m_tokens[stop].kind == K::Identifier)
+        fixes.push_back({EFix::Insert, {CFixEdits(m_tokens).Dollar(stop)}});
+    else if (stop > 0 && m_tokens[stop - 1].kind == K::Identifier)
+        fixes.insert(fixes.begin(), {EFix::Insert, {CFixEdits(m_tokens).Dollar(stop - 1)}});
 }
 
 void CGrammarReporter::ReportMistyped(const SGrammarHalt& halt, K kind)
@@ -315,6 +340,8 @@ void CGrammarReporter::ReportMissing(const SGrammarHalt& halt, K kind)
     SGrammarDiagnostic& diagnostic = Add(code, atToken ? m_tokens.Span(stop) : GapBehind(stop - 1));
     AddFound(diagnostic, "found", stop);
     const std::wstring text(TextOf(kind));
+    if (code == Code::MissingVariable)
+        OfferDollar(diagnostic, stop);
     if (isValue || stop == 0 || text.empty())
         return;
     if (code == Code::MissingWord || code == Code::MissingEndWord)
@@ -349,6 +376,9 @@ void CGrammarReporter::ReportOdd(const SGrammarHalt& halt)
         return;
     AddFound(diagnostic, "found", halt.stop);
     diagnostic.details.fixes.push_back({EFix::Remove, {CFixEdits(m_tokens).Removal(halt.stop)}});
+    OfferOtherBracket(diagnostic, halt);
+    if (diagnostic.error.code == Code::OutOfPlace)
+        OfferDollar(diagnostic, halt.stop);
 }
 
 std::int32_t CGrammarReporter::OddCode(const SGrammarHalt& halt) const
@@ -523,6 +553,8 @@ void CGrammarReporter::AddRuleReport(const SRuleReport& report)
         details.arguments.push_back({"expected", expected});
         details.fixes.push_back({EFix::Replace, {{diagnostic.error.pos, expected}}});
     }
+    if (report.code == Code::OutOfPlace && IsOperator(m_tokens[token].kind))
+        OfferDollar(diagnostic, token);
     if (report.fix == EFix::Remove)
         details.fixes.push_back({EFix::Remove, {CFixEdits(m_tokens).Removal(token)}});
     for (const SRelatedToken& related : {report.related, report.other})

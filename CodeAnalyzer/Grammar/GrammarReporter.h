@@ -67,6 +67,8 @@ private:
     bool ReportLostFunction(std::uint32_t stop);
     bool EndsLabel(const SGrammarHalt& halt) const;
     bool ReportForHead(const SGrammarHalt& halt);
+    void OfferOtherBracket(SGrammarDiagnostic& diagnostic, const SGrammarHalt& halt) const;
+    void OfferDollar(SGrammarDiagnostic& diagnostic, std::uint32_t stop) const;
     void OfferBraces(SGrammarDiagnostic& diagnostic, std::uint32_t token) const;
     void AddRuleReport(const SRuleReport& report);
     void KeepTheNewestOfEachPlace();

@@ -82,9 +82,8 @@ std::vector<SCandidates> CandidatesOf(const std::vector<SFinding>& findings, con
         if (CodeAnalyzer::IsNameError(finding.error.code))
             continue;
         SCandidates of{&finding.error, {}};
-        for (SQuickFix& fix : FixesFor(finding, file))
-            if (fix.kind == SQuickFix::EKind::Fix)
-                of.ways.push_back(std::move(fix.edits));
+        for (SQuickFix& fix : EditsFor(finding, file))
+            of.ways.push_back(std::move(fix.edits));
         if (!of.ways.empty())
             candidates.push_back(std::move(of));
     }

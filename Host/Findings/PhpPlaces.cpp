@@ -87,27 +87,20 @@ std::optional<CIterator> CPhpPlaces::ForComment(const CIterator& place) const
 {
     auto region = std::upper_bound(m_regions.begin(), m_regions.end(), place,
                                    [](const CIterator& at, const SRegion& r) { return at < r.span.start; });
+    bool inside = false; // of a string, before the beginning of which a comment may do
     while (region != m_regions.begin()) {
         --region;
-        const CIterator& end = region->span.end;
-        switch (region->place) {
-        case EPlace::Markup: return {};
-        case EPlace::OpeningTag:
-            if (end.y == place.y)
-                return end;
-            return {};
-        case EPlace::Code:
-            if (region->span.start == place || end <= place)
-                return place;
-            if (end.y == place.y)
-                return end;
-            break;
-        case EPlace::Inside: break;
+        const auto& [start, end] = region->span;
+        if (region->place == EPlace::Inside) {
+            inside = true;
+            continue;
         }
-        // Inside of a string: what stands before it in the line may do.
-        if (region->span.start.y != place.y)
+        CIterator spot = inside || start == place ? start : end <= place ? place : end;
+        if (region->place == EPlace::OpeningTag)
+            spot = end;
+        if (region->place == EPlace::Markup || spot.y != place.y)
             return {};
-        return ForComment(region->span.start);
+        return spot;
     }
     return {};
 }

@@ -58,7 +58,7 @@ void RenameEndTag(const SFinding& finding, const std::wstring& name, const SFile
         {{file.lines.Position(from + at + 2), file.lines.Position(from + at + 2 + name.size())}, fix.what});
 }
 
-void AddNameFixes(const SFinding& finding, const SFileText& file, std::vector<SQuickFix>& fixes)
+void AddRenames(const SFinding& finding, const SFileText& file, std::vector<SQuickFix>& fixes)
 {
     const std::wstring* name = finding.details.Find("name");
     if (!name || name->empty())
@@ -67,6 +67,13 @@ void AddNameFixes(const SFinding& finding, const SFileText& file, std::vector<SQ
     if (finding.error.code == CodeAnalyzer::Code::UnknownTag)
         for (SQuickFix& fix : fixes)
             RenameEndTag(finding, *name, file, fix);
+}
+
+void AddOwnName(const SFinding& finding, std::vector<SQuickFix>& fixes)
+{
+    const std::wstring* name = finding.details.Find("name");
+    if (!name || name->empty() || !CodeAnalyzer::IsNameError(finding.error.code))
+        return;
     SQuickFix& own = fixes.emplace_back();
     own.kind = EKind::AddOwnName;
     own.sentence = "Add '{what}' to the project's own names";
@@ -127,18 +134,25 @@ std::wstring SQuickFix::Title() const
     return title;
 }
 
-std::vector<SQuickFix> FixesFor(const SFinding& finding, const SFileText& file)
+std::vector<SQuickFix> EditsFor(const SFinding& finding, const SFileText& file)
 {
     std::vector<SQuickFix> fixes;
-    const std::int32_t code = finding.error.code;
-    if (code == CodeAnalyzer::Code::UnusedIgnore) {
+    if (finding.error.code == CodeAnalyzer::Code::UnusedIgnore)
         AddRemovalOfComment(finding, file, fixes);
-        return fixes;
-    }
-    if (CodeAnalyzer::IsNameError(code))
-        AddNameFixes(finding, file, fixes);
+    else if (CodeAnalyzer::IsNameError(finding.error.code))
+        AddRenames(finding, file, fixes);
     else
         AddKnownFixes(finding, fixes);
+    return fixes;
+}
+
+std::vector<SQuickFix> FixesFor(const SFinding& finding, const SFileText& file)
+{
+    std::vector<SQuickFix> fixes = EditsFor(finding, file);
+    const std::int32_t code = finding.error.code;
+    if (code == CodeAnalyzer::Code::UnusedIgnore)
+        return fixes;
+    AddOwnName(finding, fixes);
     const std::wstring number = std::to_wstring(code);
     if (const auto edit = IgnoreComment(finding, file))
         fixes.push_back({EKind::IgnoreHere, "Ignore error {what} here", number, {*edit}, {}, {}, code});

@@ -46,6 +46,8 @@ struct SFileText
     mutable std::shared_ptr<const CPhpPlaces> places = {};
 };
 
+/// The edits that may fix a finding, the likeliest first: those of kind Fix. Any thread.
+std::vector<SQuickFix> EditsFor(const SFinding& finding, const SFileText& file);
 /// What can be done about a finding, the likeliest first. Any thread, one at a time for a text.
 std::vector<SQuickFix> FixesFor(const SFinding& finding, const SFileText& file);
 

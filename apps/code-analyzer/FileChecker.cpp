@@ -44,8 +44,8 @@ std::wstring FactoryOf(const SInput& input)
 } // namespace
 
 CFileChecker::CFileChecker(const SOptions& options, TProjectRules rules)
-    : m_rules(rules), m_check("libCodeAnalyzerChecks.so.1", std::move(rules),
-                              {!options.noGrammar, !options.noMarkup}),
+    : m_rules(rules),
+      m_check("libCodeAnalyzerChecks.so.1", std::move(rules), {!options.noGrammar, !options.noMarkup}),
       m_describer(m_check.Texts())
 {
 }
@@ -72,9 +72,8 @@ std::optional<Findings::SFileFindings> CFileChecker::Check(const SInput& input)
     std::vector<CodeAnalyzer::SDiagnostic> found =
         m_check.CheckBytes(bytes, input.absolute, FactoryOf(input));
     const bool mayIgnore = SyntaxParser::Utf16OrderOf(bytes) || Findings::CIgnores::MayHave(bytes);
-    return m_describer.Describe({input.shown, input.absolute,
-                                 [this] { return std::wstring(m_check.Text()); }, mayIgnore,
-                                 input.standardInput},
+    return m_describer.Describe({input.shown, input.absolute, [this] { return std::wstring(m_check.Text()); },
+                                 mayIgnore, input.standardInput},
                                 std::move(found), *m_rules->For(input.absolute));
 }
 

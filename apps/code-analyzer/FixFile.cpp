@@ -42,8 +42,8 @@ SFixedFile FixFile(Findings::CTextCheck& check, const SInput& input, const std::
         return result;
     SyntaxParser::SSourceFormat format;
     const std::wstring text = SyntaxParser::DecodeSource(bytes, format);
-    const Findings::SMended mended =
-        Findings::MendText(check, {input.shown, input.absolute, {}, true, false}, factory, text, rules, Budget);
+    const Findings::SMended mended = Findings::MendText(check, {input.shown, input.absolute, {}, true, false},
+                                                        factory, text, rules, Budget);
     if (!mended.isAll)
         result.note = "more might be fixed than was tried";
     if (mended.fixed == 0)

@@ -17,7 +17,7 @@ struct SInput
     std::wstring absolute; ///< the name under which the host knows it
     bool standardInput = false;
     bool named = false; ///< by the user, not found in a folder
-    SStaged staged; ///< checked in place of the file on disk, when there is one
+    SStaged staged;     ///< checked in place of the file on disk, when there is one
 };
 
 /// Told of each path that cannot be read, with the reason.

@@ -76,8 +76,9 @@ TEST_F(Fix, ReportsWhatIsLeft)
     for (const char* jobs : {"1", "2"}) {
         const SResult diff = Run({"check", "--fix", "--diff", "--jobs", jobs, "p"});
         EXPECT_EQ(diff.exit, 1) << "the files are as they were";
-        EXPECT_EQ(diff.out, "--- p/a.php\n+++ p/a.php\n@@ -1,4 +1,4 @@\n <?php\n-f(1;\n+f(1);\n $a = 2;\n $b = 1 + ;\n"
-                            "--- p/b.php\n+++ p/b.php\n@@ -1,2 +1,2 @@\n <?php\n-f(1;\n+f(1);\n");
+        EXPECT_EQ(diff.out,
+                  "--- p/a.php\n+++ p/a.php\n@@ -1,4 +1,4 @@\n <?php\n-f(1;\n+f(1);\n $a = 2;\n $b = 1 + ;\n"
+                  "--- p/b.php\n+++ p/b.php\n@@ -1,2 +1,2 @@\n <?php\n-f(1;\n+f(1);\n");
         EXPECT_EQ(diff.err, "code-analyzer: 2 findings in 2 files would be fixed\n");
         EXPECT_EQ(Bytes(L"p/b.php"), "<?php\nf(1;\n");
     }

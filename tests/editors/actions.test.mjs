@@ -53,6 +53,9 @@ const cases = [
   ['4.php', 'php', '<?php\nforeach ($a $b) {}\n', "Insert 'as'", '<?php\nforeach ($a as $b) {}\n'],
   ['5.php', 'php', '<?php\n$a = 1\n\n\n$b = 2;\n', "Insert ';'", '<?php\n$a = 1;\n\n\n$b = 2;\n'],
   ['6.php', 'php', '<?php\nretrun 1;\n', "Replace by 'return'", '<?php\nreturn 1;\n'],
+  ['7.php', 'php', "<?php\nclass A {\n  const B = '/\n/u'\n}\n", "Ignore error 1001 here", undefined], // the line begins in a string
+  ['8.php', 'php', "<?php\nf('\n' . 'a' b);\n", "Ignore error 1002 here", undefined],
+  ['9.php', 'php', '<?php\nresponse = 2;\n', "Insert '$'", '<?php\n$response = 2;\n'],
   ['z.php', 'php', '<?php\nif ($a) {\n  f();\n}}\n', "Remove '}'", '<?php\nif ($a) {\n  f();\n}\n'],
 ]
 
