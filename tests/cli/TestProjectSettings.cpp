@@ -275,7 +275,8 @@ TEST_F(Settings, AFileAddsToAnother)
     m_folder.Write(
         L"p/code-analyzer.json",
         R"({"extends": "../shared.json", "codes": {"1025": "error"}, "ownNames": {"tags": ["y"]}})");
-    m_folder.Write(L"p/a.php", Wrong + "if ($a);\n$a?->b();\n?><x-a></x-a><y></y>");
+    m_folder.Write(L"p/a.php", Wrong + "if ($a);\n?><x-a></x-a><y></y>");
+    m_folder.Write(L"p/b.php", "<?php $a?->b();");
     m_folder.Write(L"p/old/a.php", Wrong);
     const auto records = RunJson({"p"}, 1);
     EXPECT_THAT(Brief(records), ElementsAre(HasSubstr("1025"), HasSubstr("1091")));
