@@ -229,8 +229,8 @@ private:
             return;
         m_bestScore = score;
         m_best = {
-            way, inserted, static_cast<std::uint32_t>(back), dropped, static_cast<std::uint32_t>(accepted),
-            cost};
+            way,  inserted, static_cast<std::uint32_t>(back), dropped, static_cast<std::uint32_t>(accepted),
+            cost, whole};
     }
 
     const SGrammarStop& m_stop;

@@ -24,6 +24,7 @@ struct SGrammarRepair
     std::uint32_t dropped = 0;  ///< how many tokens are dropped from there on
     std::uint32_t accepted = 0; ///< how many tokens then pass, counted from the wrong one
     int cost = 0;               ///< the less, the likelier
+    bool isWhole = false;       ///< all that is looked at passes
 };
 
 /// What is known of the place where the parse stopped.

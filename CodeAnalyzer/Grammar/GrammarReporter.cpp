@@ -202,6 +202,12 @@ void CGrammarReporter::ReportOpenString(std::uint32_t opening, std::uint32_t end
     diagnostic.details.related.push_back({{place, place}, TextEndsHere});
 }
 
+void CGrammarReporter::ReportLostQuote(std::uint32_t quote)
+{
+    const SGrammarToken& token = m_tokens[quote];
+    Add(Code::StringWithoutEnd, {{token.column, token.line}, {token.column + 1, token.line}});
+}
+
 // A name is missing at the end of a line, and the word that begins the next one was taken for it.
 bool CGrammarReporter::ReportLostName(std::uint32_t stop)
 {

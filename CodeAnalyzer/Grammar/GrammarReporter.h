@@ -41,6 +41,8 @@ public:
     void ReportMissingBrace(std::uint32_t token, std::uint32_t opened);
     /// By the indentation the brace is one too many; it closes what `opened` opens.
     void ReportOddBrace(std::uint32_t token, std::uint32_t opened);
+    /// The quote with which the token begins has no partner.
+    void ReportLostQuote(std::uint32_t quote);
     /// A token that no PHP holds.
     void ReportLexical(std::uint32_t token);
     /// What the rules have found.

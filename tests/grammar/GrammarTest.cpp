@@ -47,6 +47,8 @@ public:
         return std::move(m_tokens);
     }
 
+    const std::vector<std::string>& Tokens() const { return m_tokens; }
+
     bool BeginTokens() override
     {
         m_tokens.clear();
@@ -85,6 +87,27 @@ TEST(Grammar, GetsEveryPieceOnceAndInOrder)
     };
     for (const auto& [text, tokens] : cases)
         EXPECT_EQ(CTokenLister().List(text), tokens) << text;
+}
+
+// A second cut of a text is the first one.
+TEST(Grammar, CutsAnewAsBefore)
+{
+    const std::wstring code = L" $a = 'x\ny' . \"z {$b['c']} $d[0]\" . `e` # f\n/* g */ #[H('i')]\n"
+                              L"<<<J\n k $l->m\n J . (int) 1 <=> 2; ?>\n<b><?= n ?>'<? yield\nfrom 'o";
+    const std::string text = "<?php" + std::string(code.begin(), code.end());
+    const auto document = SyntaxParser::MakeSPDocument(
+        boost::make_shared<SyntaxParser::CTextReader>(SyntaxParser::DecodeSource(text)),
+        {L"/a.php", L"PHPSPDocFactory"});
+    const auto source = boost::dynamic_pointer_cast<SyntaxParser::ITokenSource>(
+        document->GetComponent(L"ITokenSource").lock());
+    CTokenLister lister;
+    std::vector<std::string> first = lister.List(text);
+    first.erase(first.begin()); // the opening tag
+    first.pop_back();           // the end
+    lister.BeginTokens();
+    for (const SyntaxParser::SPhpToken& token : source->Cut(code, {5, 0}))
+        lister.AddToken(token);
+    EXPECT_EQ(lister.Tokens(), first);
 }
 
 // Where the mistake is and what it is called, each beside something correct that looks like it.
@@ -219,6 +242,18 @@ TEST(Grammar, GoesOnAfterAnError)
         {"$['a'] = [\n  1,\n];\n$['b'] = [\n  2,\n];\n", "1014 0:1-0:2 1014 3:1-3:2"},
         {"<?php\nclass A {\n  function f( { g(); }\n  function h() { return 1 }\n}\n",
          "1002 2:12-2:13 1001 3:24-3:25"},
+        // Where a quote is lost or too many, strings and code change places only up to there.
+        {"$a = ['one => 'x', 'two' => 'y'];\n$b = 'c';\nf('d', 'e'));\n", "1051 0:6-0:7 1021 2:11-2:12"},
+        {"$a[one'] = 'Klik hier';\n$b['two'] = 'c';\n$c['three'] = f('d';\n", "1051 0:6-0:7 1002 2:18-2:19"},
+        {"$a = f(one two', 'x');\n$b = 'c';\n$c = 'd';\n$c = f('d';\n", "1051 0:14-0:15 1002 3:9-3:10"},
+        {"$a = 'one;\n\n$b = f(1;\n", "1051 0:5-3:0 1002 2:7-2:8"},
+        {"if ($a) {\n    f(\"b $a);\n    g($b['c'], \"d $b\");\n}\n$c = h('d';\n",
+         "1051 1:6-1:7 1002 4:9-4:10"},
+        {"<?php\nclass A extends\" B\n{\n    public $c;\n\n    public function f($a)\n    {\n        return "
+         "g(\"b\", $a;\n    }\n}\n",
+         "1051 1:15-1:16 1002 7:23-7:24"},
+
+        {"$sql = 'SELECT a,\n  b\nFROM c' d;\n", "1012 2:8-2:9"},
     };
     for (const auto& [text, expected] : Cases)
         EXPECT_EQ(Describe(text), expected) << text;
