@@ -187,6 +187,19 @@ bool CGrammarRecovery::CutAnew(std::unique_ptr<SGrammarParse>& parse, std::uint3
     return true;
 }
 
+namespace {
+
+SGrammarEdit EditOf(const SBraceGuess& guess)
+{
+    switch (guess.way) {
+    case SBraceGuess::CloseMissing: return {guess.token, {K::CloseBrace}, 0};
+    case SBraceGuess::OpenMissing: return {guess.token, {K::OpenBrace}, 0};
+    default: return {guess.token, {}, 1};
+    }
+}
+
+} // namespace
+
 // Whether a brace somewhere before is missing or too many, as the indentation tells.
 bool CGrammarRecovery::ResolveByBraces(std::unique_ptr<SGrammarParse>& parse, std::uint32_t& next)
 {
@@ -197,21 +210,15 @@ bool CGrammarRecovery::ResolveByBraces(std::unique_ptr<SGrammarParse>& parse, st
         const auto& edits = m_feed.Edits();
         const bool known = std::any_of(edits.begin(), edits.end(),
                                        [&](const SGrammarEdit& edit) { return edit.token == guess.token; });
-        if (known || guess.token > stop || guess.token < m_resumed)
+        if (known || guess.token > stop)
             continue;
         if (++m_trials > MostTrials)
             return false;
-        if (!TryEdit(parse, next,
-                     guess.missing ? SGrammarEdit{guess.token, {K::CloseBrace}, 0}
-                                   : SGrammarEdit{guess.token, {}, 1},
-                     stop + BraceWindow))
+        if (!TryEdit(parse, next, EditOf(guess), stop + BraceWindow))
             continue;
-        if (follows || (guess.missing && HasLostBrace(guess.opened, guess.token)))
+        if (follows || (guess.way == SBraceGuess::CloseMissing && HasLostBrace(guess.opened, guess.token)))
             return true;
-        if (guess.missing)
-            m_reporter.ReportMissingBrace(guess.token, guess.opened);
-        else
-            m_reporter.ReportOddBrace(guess.token, guess.opened);
+        m_reporter.ReportBrace(guess);
         m_quiet.Begin(); // the whole window behind the brace has passed
         return true;
     }

@@ -321,7 +321,32 @@ STextEdit CGrammarReporter::ClosingBrace(std::uint32_t behind, std::uint32_t ope
     return {{place, place}, text + L'}'};
 }
 
-void CGrammarReporter::ReportMissingBrace(std::uint32_t token, std::uint32_t opened)
+void CGrammarReporter::ReportBrace(const SBraceGuess& guess)
+{
+    switch (guess.way) {
+    case SBraceGuess::CloseMissing: ReportMissingClosing(guess.token, guess.opened); break;
+    case SBraceGuess::OpenMissing: ReportMissingOpening(guess.token); break;
+    case SBraceGuess::CloseOdd: ReportOddClosing(guess.token, guess.opened); break;
+    case SBraceGuess::OpenOdd: ReportOddOpening(guess.token); break;
+    }
+}
+
+void CGrammarReporter::ReportMissingOpening(std::uint32_t token)
+{
+    SGrammarDiagnostic& diagnostic = Add(Code::MissingOpenBrace, GapBehind(token - 1));
+    AddFound(diagnostic, "found", token);
+    const SyntaxParser::CIterator place = m_tokens.Span(token - 1).end;
+    diagnostic.details.fixes.push_back({EFix::Insert, {{{place, place}, L" {"}}});
+}
+
+void CGrammarReporter::ReportOddOpening(std::uint32_t token)
+{
+    SGrammarDiagnostic& diagnostic = Add(Code::OutOfPlace, m_tokens.Span(token));
+    AddFound(diagnostic, "found", token);
+    diagnostic.details.fixes.push_back({EFix::Remove, {{diagnostic.error.pos, {}}}});
+}
+
+void CGrammarReporter::ReportMissingClosing(std::uint32_t token, std::uint32_t opened)
 {
     SGrammarDiagnostic& diagnostic = Add(Code::MissingCloseBrace, GapBehind(token - 1));
     AddFound(diagnostic, "found", token);
@@ -329,7 +354,7 @@ void CGrammarReporter::ReportMissingBrace(std::uint32_t token, std::uint32_t ope
     diagnostic.details.fixes.push_back({EFix::Insert, {ClosingBrace(token - 1, opened)}});
 }
 
-void CGrammarReporter::ReportOddBrace(std::uint32_t token, std::uint32_t opened)
+void CGrammarReporter::ReportOddClosing(std::uint32_t token, std::uint32_t opened)
 {
     SGrammarDiagnostic& diagnostic = Add(Code::OddCloseBrace, m_tokens.Span(token));
     diagnostic.details.related.push_back({m_tokens.Span(opened), "It closes what is opened here"});

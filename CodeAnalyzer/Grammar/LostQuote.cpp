@@ -105,7 +105,11 @@ bool CQuoteSearch::MayHelp(std::uint32_t stop, std::uint32_t first)
     for (const std::uint32_t end : {stop, stop - (stop > 0)})
         if (const std::vector<std::uint32_t> open = OpenStrings(m_tokens, end); !open.empty())
             begin = std::min(begin, open.front());
-    m_first = std::max(first, begin > MostBack ? begin - MostBack : 0);
+    begin = begin > MostBack ? begin - MostBack : 0;
+    // A quote in the midst of a string would be taken for the first one.
+    if (const std::vector<std::uint32_t> open = OpenStrings(m_tokens, begin); !open.empty())
+        begin = open.front();
+    m_first = std::max(first, begin);
     m_quotes.clear();
     const auto line = m_tokens[stop].line;
     for (std::uint32_t i = m_first;

@@ -253,6 +253,25 @@ TEST(Grammar, GoesOnAfterAnError)
          "g(\"b\", $a;\n    }\n}\n",
          "1051 1:15-1:16 1002 7:23-7:24"},
 
+        // Braces, by how the lines are indented.
+        {"<?php\nfunction f()\n{\n    if ($a)\n        g();\n        h();\n    } else {\n        i(1);\n    "
+         "}\n"
+         "    j(2;\n}\n",
+         "1006 3:10-3:11 1002 9:6-9:7"},
+        {"<?php\nforeach ($a as $b)\n    g();\n    h();\n}\n$a = 1;\nf(2;\n", "1006 1:17-1:18 1002 6:2-6:3"},
+        {"<?php\nfunction f()\n{\n    while ($a) {}\n        g();\n        h();\n    }\n    i(1);\n}\n$a = "
+         "1;\n$b = 2;\nj(2;\n",
+         "1023 3:16-3:17 1002 11:2-11:3"},
+        {"<?php\nfunction f()\n{\n    if ($a) { {\n        g();\n    }\n    h();\n}\n\nfunction j()\n{\n}\n",
+         "1035 3:14-3:15"},
+        {"<?php\nclass A\n{\n    function f()\n    {\n        if ($a) {\n            g();\n        } }\n     "
+         "   "
+         "h();\n        i();\n    }\n\n    public $b;\n}\n",
+         "1023 7:10-7:11"},
+        {"<?php\nclass A\n{\n    function f()\n    {\n        if ($a) {\n            g();\n\n        h(1;\n  "
+         "      i(2);"
+         "\n    }\n\n    public function j()\n    {\n    }\n}\n",
+         "1004 6:15-6:16 1002 8:10-8:11"},
         {"$sql = 'SELECT a,\n  b\nFROM c' d;\n", "1012 2:8-2:9"},
     };
     for (const auto& [text, expected] : Cases)
