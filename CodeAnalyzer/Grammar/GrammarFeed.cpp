@@ -175,6 +175,14 @@ template <class TSink> bool CGrammarFeed::ApplyEdit(TSink& sink, std::uint32_t t
 
 void CGrammarFeed::AddEdit(const SGrammarEdit& edit)
 {
+    const auto same = std::find_if(m_edits.begin(), m_edits.end(), [&](const SGrammarEdit& other) {
+        return other.token == edit.token && !other.givesUp && other.dropped == 0 && !edit.givesUp;
+    });
+    if (same != m_edits.end()) {
+        same->inserted.insert(same->inserted.end(), edit.inserted.begin(), edit.inserted.end());
+        same->dropped = edit.dropped;
+        return;
+    }
     m_edits.insert(
         std::upper_bound(m_edits.begin(), m_edits.end(), edit.token,
                          [](std::uint32_t t, const SGrammarEdit& other) { return t < other.token; }),

@@ -189,6 +189,16 @@ bool CGrammarRecovery::CutAnew(std::unique_ptr<SGrammarParse>& parse, std::uint3
 
 namespace {
 
+// Whether the edit is that of the guess, or more.
+bool HasEdit(const SGrammarEdit& edit, const SBraceGuess& guess)
+{
+    const K inserted = guess.way == SBraceGuess::CloseMissing ? K::CloseBrace : K::OpenBrace;
+    const bool drops = guess.way == SBraceGuess::CloseOdd || guess.way == SBraceGuess::OpenOdd;
+    return edit.token == guess.token &&
+           (edit.givesUp || edit.dropped > 0 || drops ||
+            std::find(edit.inserted.begin(), edit.inserted.end(), inserted) != edit.inserted.end());
+}
+
 SGrammarEdit EditOf(const SBraceGuess& guess)
 {
     switch (guess.way) {
@@ -209,7 +219,7 @@ bool CGrammarRecovery::ResolveByBraces(std::unique_ptr<SGrammarParse>& parse, st
     for (const SBraceGuess& guess : GuessBraces(m_tokens, stop + 1, mostGuesses)) {
         const auto& edits = m_feed.Edits();
         const bool known = std::any_of(edits.begin(), edits.end(),
-                                       [&](const SGrammarEdit& edit) { return edit.token == guess.token; });
+                                       [&](const SGrammarEdit& edit) { return HasEdit(edit, guess); });
         if (known || guess.token > stop)
             continue;
         if (++m_trials > MostTrials)
@@ -258,6 +268,23 @@ bool CGrammarRecovery::TryEdit(std::unique_ptr<SGrammarParse>& parse, std::uint3
     return true;
 }
 
+namespace {
+
+// How many modifiers stand before the token, if the first of them leads its line.
+std::size_t ModifiersBefore(const CGrammarTokens& tokens, std::uint32_t token)
+{
+    std::uint32_t first = token;
+    for (; first > 0; --first) {
+        const K kind = tokens[first - 1].kind;
+        if (kind != K::Public && kind != K::Protected && kind != K::Private && kind != K::Static &&
+            kind != K::Final && kind != K::Abstract && kind != K::Readonly)
+            break;
+    }
+    return first < token && tokens.LeadsLine(first) ? token - first : 0;
+}
+
+} // namespace
+
 SGrammarStop CGrammarRecovery::Describe(const SGrammarParse& parse, std::uint32_t stop,
                                         const std::vector<std::uint32_t>& open)
 {
@@ -271,6 +298,8 @@ SGrammarStop CGrammarRecovery::Describe(const SGrammarParse& parse, std::uint32_
         result.words.push_back(m_tokens[i].kind == K::Identifier ? NearWords(m_tokens.Text(i))
                                                                  : std::vector<SNearWord>{});
     result.leadsLine = m_tokens.LeadsLine(stop);
+    result.isNoDeeper = result.leadsLine && stop > 0 && m_tokens[stop].column <= IndentOf(m_tokens, stop - 1);
+    result.modifiers = ModifiersBefore(m_tokens, stop);
     result.sameAsBefore = stop > 0 && m_tokens.Text(stop) == m_tokens.Text(stop - 1);
     for (auto bracket = open.rbegin(); bracket != open.rend() && result.closers.size() < mostClosers;
          ++bracket) {
