@@ -199,10 +199,24 @@ bool HasEdit(const SGrammarEdit& edit, const SBraceGuess& guess)
             std::find(edit.inserted.begin(), edit.inserted.end(), inserted) != edit.inserted.end());
 }
 
-SGrammarEdit EditOf(const SBraceGuess& guess)
+SGrammarEdit EditOf(const CGrammarTokens& tokens, const SBraceGuess& guess)
 {
     switch (guess.way) {
-    case SBraceGuess::CloseMissing: return {guess.token, {K::CloseBrace}, 0};
+    case SBraceGuess::CloseMissing:
+        switch (guess.opened > 0 ? tokens[guess.opened - 1].kind : K::End) {
+        case K::Try:
+            if (tokens[guess.token].kind != K::Catch && tokens[guess.token].kind != K::Finally)
+                return {guess.token, {K::CloseBrace, K::Finally, K::OpenBrace, K::CloseBrace}, 0};
+            break;
+        case K::Do:
+            if (tokens[guess.token].kind != K::While)
+                return {guess.token,
+                        {K::CloseBrace, K::While, K::OpenRound, K::Variable, K::CloseRound, K::Semicolon},
+                        0};
+            break;
+        default: break;
+        }
+        return {guess.token, {K::CloseBrace}, 0};
     case SBraceGuess::OpenMissing: return {guess.token, {K::OpenBrace}, 0};
     default: return {guess.token, {}, 1};
     }
@@ -224,7 +238,7 @@ bool CGrammarRecovery::ResolveByBraces(std::unique_ptr<SGrammarParse>& parse, st
             continue;
         if (++m_trials > MostTrials)
             return false;
-        if (!TryEdit(parse, next, EditOf(guess), stop + BraceWindow))
+        if (!TryEdit(parse, next, EditOf(m_tokens, guess), stop + BraceWindow))
             continue;
         if (follows || (guess.way == SBraceGuess::CloseMissing && HasLostBrace(guess.opened, guess.token)))
             return true;
@@ -299,6 +313,8 @@ SGrammarStop CGrammarRecovery::Describe(const SGrammarParse& parse, std::uint32_
                                                                  : std::vector<SNearWord>{});
     result.leadsLine = m_tokens.LeadsLine(stop);
     result.isNoDeeper = result.leadsLine && stop > 0 && m_tokens[stop].column <= IndentOf(m_tokens, stop - 1);
+    result.isInLinesBlock = stop > 0 && !open.empty() && m_tokens[open.back()].kind == K::OpenBrace &&
+                            m_tokens[open.back()].line == m_tokens[stop - 1].line;
     result.modifiers = ModifiersBefore(m_tokens, stop);
     result.sameAsBefore = stop > 0 && m_tokens.Text(stop) == m_tokens.Text(stop - 1);
     for (auto bracket = open.rbegin(); bracket != open.rend() && result.closers.size() < mostClosers;

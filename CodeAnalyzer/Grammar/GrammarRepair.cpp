@@ -55,6 +55,14 @@ const std::array<std::vector<K>, 5> Bodies{{
     {K::While, K::OpenRound, K::Variable, K::CloseRound, K::Semicolon},
     {K::CloseRound, K::OpenBrace, K::CloseBrace},
 }};
+/// The same where the line has opened a block.
+const std::array<std::vector<K>, 5> BlockEnds{{
+    {K::Semicolon, K::CloseBrace},
+    {K::Semicolon, K::CloseBrace, K::Semicolon},
+    {K::Variable, K::Semicolon, K::CloseBrace},
+    {K::CloseRound, K::Semicolon, K::CloseBrace},
+    {K::OpenBrace, K::CloseBrace, K::CloseBrace},
+}};
 /// What ends a member that the next one has been taken to belong to.
 const std::array<std::vector<K>, 3> MemberEnds{{
     {K::CloseRound, K::OpenBrace, K::CloseBrace},
@@ -146,6 +154,9 @@ private:
         if (m_stop.isNoDeeper)
             for (const std::vector<K>& body : Bodies)
                 Try(R::Insert, body, 0, 0, BodyCost);
+        if (m_stop.isNoDeeper && m_stop.isInLinesBlock)
+            for (const std::vector<K>& end : BlockEnds)
+                Try(R::Insert, end, 0, 0, BodyCost);
         if (m_stop.modifiers > 0 && m_stop.modifiers <= m_stop.back)
             for (const std::vector<K>& end : MemberEnds)
                 Try(R::Insert, end, m_stop.modifiers, 0, BodyCost);

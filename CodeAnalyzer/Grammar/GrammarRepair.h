@@ -39,10 +39,11 @@ struct SGrammarStop
     /// Before each of those: what may follow there.
     std::vector<CGrammarProbe> probes;
     std::size_t back = 0;
-    bool leadsLine = false;    ///< the wrong token is the first of its line
-    bool isNoDeeper = false;   ///< and is indented no more than the line before
-    std::size_t modifiers = 0; ///< how many modifiers stand before it, the first of which leads its line
-    bool sameAsBefore = false; ///< it has the text of the token before
+    bool leadsLine = false;      ///< the wrong token is the first of its line
+    bool isNoDeeper = false;     ///< and is indented no more than the line before
+    bool isInLinesBlock = false; ///< the innermost bracket is a brace on the line before
+    std::size_t modifiers = 0;   ///< how many modifiers stand before it, the first of which leads its line
+    bool sameAsBefore = false;   ///< it has the text of the token before
     /// What closes the brackets that are open, the innermost first; a few of them are enough.
     std::vector<K> closers;
 };

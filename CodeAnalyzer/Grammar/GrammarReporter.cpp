@@ -155,7 +155,10 @@ void CGrammarReporter::ReportRepair(const SGrammarHalt& halt, const SGrammarRepa
     }
     const SGrammarHalt place{halt.parser, stop - repair.back, halt.open, halt.description};
     switch (repair.way) {
-    case SGrammarRepair::Insert: ReportMissing(place, repair.inserted.front()); break;
+    case SGrammarRepair::Insert:
+        if (repair.inserted.front() != K::While || !ReportLoneDo(halt))
+            ReportMissing(place, repair.inserted.front());
+        break;
     case SGrammarRepair::Replace: ReportWrong(place, repair.inserted.front()); break;
     case SGrammarRepair::Word: ReportMistyped(place, repair.inserted.front()); break;
     default: ReportOdd(place); break;
@@ -218,6 +221,23 @@ bool CGrammarReporter::ReportLostName(std::uint32_t stop)
     if (before != K::Function && before != K::Namespace)
         return false;
     AddFound(Add(Code::MissingName, GapBehind(stop - 2)), "found", stop - 1);
+    return true;
+}
+
+// `do` alone on its line has taken the next statement for its body, and lacks its `while` behind that.
+bool CGrammarReporter::ReportLoneDo(const SGrammarHalt& halt)
+{
+    std::size_t depth = halt.parser.Depth();
+    const auto isLoop = [&](std::size_t at) {
+        return halt.parser.TokenAt(at) < halt.stop && m_tokens[halt.parser.TokenAt(at)].kind == K::Do;
+    };
+    while (depth > 0 && !isLoop(depth))
+        --depth;
+    const std::uint32_t token = halt.parser.TokenAt(depth);
+    if (depth == 0 || token + 1 >= halt.stop || !m_tokens.LeadsLine(token + 1) ||
+        m_tokens[token + 1].column > m_tokens[token].column)
+        return false;
+    AddFound(Add(Code::MissingOpenBrace, GapBehind(token)), "found", token + 1);
     return true;
 }
 

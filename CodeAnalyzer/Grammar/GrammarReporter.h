@@ -71,6 +71,7 @@ private:
     K ExpectedBeforeLine(const SGrammarHalt& halt) const;
     bool ReportLostName(std::uint32_t stop);
     bool ReportForHead(const SGrammarHalt& halt);
+    bool ReportLoneDo(const SGrammarHalt& halt);
     void OfferBraces(SGrammarDiagnostic& diagnostic, std::uint32_t token) const;
     void AddRuleReport(const SRuleReport& report);
     void KeepTheNewestOfEachPlace();

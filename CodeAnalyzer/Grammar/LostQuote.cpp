@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <cwchar>
 #include <string>
+#include <utility>
 
 namespace Kesh::CodeAnalyzer {
 
@@ -59,6 +60,21 @@ bool MayEndBefore(const wchar_t* p)
 {
     constexpr std::wstring_view behindStrings = L",;)]}.:=?";
     return behindStrings.find(*p) != std::wstring_view::npos || (*p == L' ' && p[-1] != L' ');
+}
+
+// Ends the statement before a token that leads its line; false where that is not allowed.
+bool EndStatement(CGrammarProbe& probe, const CGrammarTokens& tokens, std::uint32_t token)
+{
+    if (token == 0 || !tokens.LeadsLine(token))
+        return false;
+    constexpr int mostClosers = 3;
+    for (int i = 0; i < mostClosers && !probe.Accepts(GrammarSymbol(K::Semicolon)); ++i)
+        for (const K closer : {K::CloseRound, K::CloseSquare})
+            if (probe.Accepts(GrammarSymbol(closer))) {
+                probe.Take(GrammarSymbol(closer));
+                break;
+            }
+    return probe.Accepts(GrammarSymbol(K::Semicolon)) && probe.Take(GrammarSymbol(K::Semicolon));
 }
 
 } // namespace
@@ -165,12 +181,12 @@ void CQuoteSearch::TryQuote(std::uint32_t quote)
 
 void CQuoteSearch::Try(const SQuoteCut& cut)
 {
-    const std::int64_t lines = LinesThatPass(cut);
-    if (lines <= m_bestLines)
+    const SPassed passed = WhatPasses(cut);
+    if (passed.lines <= m_bestLines)
         return;
-    m_bestLines = lines;
+    m_bestLines = passed.lines;
     m_best = cut;
-    m_best.isSure = lines >= SureLines;
+    m_best.isSure = passed.lines >= SureLines && !passed.isEnded;
 }
 
 CGrammarProbe CQuoteSearch::ProbeBefore(std::uint32_t token) const
@@ -182,7 +198,7 @@ CGrammarProbe CQuoteSearch::ProbeBefore(std::uint32_t token) const
 }
 
 // How many lines from the cut on the grammar takes, as far as they are looked at.
-std::int64_t CQuoteSearch::LinesThatPass(const SQuoteCut& cut) const
+CQuoteSearch::SPassed CQuoteSearch::WhatPasses(const SQuoteCut& cut) const
 {
     constexpr std::uint32_t context = 4; // that a word's kind may depend on
     CGrammarTokens tokens;
@@ -197,10 +213,18 @@ std::int64_t CQuoteSearch::LinesThatPass(const SQuoteCut& cut) const
     feed.Begin(m_feed.Version());
     CGrammarProbe probe = ProbeBefore(cut.token);
     std::uint32_t i = first;
-    while (i < tokens.Count() && !tokens.IsBad(i) && feed.Feed(probe, i))
-        ++i;
-    return i < tokens.Count() ? static_cast<std::int64_t>(tokens[i].line) - m_tokens[cut.token].line
-                              : MostLines;
+    bool isEnded = false;
+    for (; i < tokens.Count() && !tokens.IsBad(i); ++i) {
+        const CGrammarProbe before = probe;
+        if (feed.Feed(probe, i))
+            continue;
+        // What was to end the statement may have been taken for a part of the string.
+        if (std::exchange(isEnded, true) || !EndStatement(probe = before, tokens, i) || !feed.Feed(probe, i))
+            break;
+    }
+    if (i == tokens.Count())
+        return {MostLines, isEnded};
+    return {static_cast<std::int64_t>(tokens[i].line) - m_tokens[cut.token].line, isEnded};
 }
 
 std::vector<SPhpToken> CQuoteSearch::CutFrom(const SQuoteCut& cut, std::wstring_view code) const

@@ -46,9 +46,15 @@ public:
 private:
     using K = SyntaxParser::EPhpTokenKind;
 
+    struct SPassed
+    {
+        std::int64_t lines;
+        bool isEnded; ///< the statement had to be ended for that
+    };
+
     void TryQuote(std::uint32_t quote);
     void Try(const SQuoteCut& cut);
-    std::int64_t LinesThatPass(const SQuoteCut& cut) const;
+    SPassed WhatPasses(const SQuoteCut& cut) const;
     std::vector<SyntaxParser::SPhpToken> CutFrom(const SQuoteCut& cut, std::wstring_view code) const;
     CGrammarProbe ProbeBefore(std::uint32_t token) const;
     const wchar_t* TextOfQuote(std::uint32_t token) const;

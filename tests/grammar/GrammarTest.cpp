@@ -142,7 +142,7 @@ TEST(Grammar, NamesWhatIsMissingOrTooMuch)
         {"else { }", "1032 0:0-0:4"},
         {"public $a;", "1033 0:0-0:6"},
         {"$a = 'abc", "1051 0:5-0:9"},
-        {"f('abc\n$a = 'def';\n", "1051 0:2-1:6"},
+        {"f('abc\n$a = 'def';\n", "1051 0:2-0:3"},
         {"$a = \"x $b[0 y\";", "1056 0:12-0:13"},
         {"$a = 1__0;", "1055 0:5-0:9"},
         {"class A extend B { }", "1017 0:8-0:14"},
@@ -290,6 +290,14 @@ TEST(Grammar, SpeaksOfTheLineThatIsTyped)
         {"<?php class A {\n    public function\n\n    public function f() { }\n}\n", "1013 1:18-1:19"},
         {"<?php class A {\n    public function g\n\n    public function f() { }\n}\n", "1005 1:20-1:21"},
         {"namespace\n\nuse A\\B;\n\nf();\n", "1013 0:8-0:9"},
+        {"do\nif ($a) {\n    f();\n}\n\n$b = 1;\n", "1006 0:1-0:2"},
+        {"do {\nif ($a) {\n    f();\n}\n\n$b = 1;\n", "1004 0:3-0:4"},
+        {"try\n$a = f();\n$b = 1;\n", "1006 0:2-0:3"},
+        {"<?php\nfunction f() {\n    try {\n    $a = f();\n}\n\nfunction g() {\n}\n", "1004 2:8-2:9"},
+        {"$f = function ($a)\n$b = 1;\nf();\n", "1006 0:17-0:18"},
+        {"<?php\nfunction f() {\n    if ($a) { g\n    h();\n}\n\nfunction i() {\n}\n", "1001 2:14-2:15"},
+        {"<?php\nclass A {\n    const B\n\n    public function f() { }\n}\n", "1010 2:10-2:11"},
+        {"<?php\nclass A {\n    function g($a,\n\n    public function f() { }\n}\n", "1002 2:17-2:18"},
     };
     for (const auto& [text, expected] : Cases)
         EXPECT_EQ(Describe(text), expected) << text;
