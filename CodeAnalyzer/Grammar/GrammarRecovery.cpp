@@ -240,6 +240,9 @@ bool CGrammarRecovery::ResolveByBraces(std::unique_ptr<SGrammarParse>& parse, st
             return false;
         if (!TryEdit(parse, next, EditOf(m_tokens, guess), stop + BraceWindow))
             continue;
+        // What was said of a block when another brace ended it.
+        std::erase_if(m_keptReports,
+                      [&](const SRuleReport& report) { return report.token + 1 == guess.opened; });
         if (follows || (guess.way == SBraceGuess::CloseMissing && HasLostBrace(guess.opened, guess.token)))
             return true;
         m_reporter.ReportBrace(guess);
