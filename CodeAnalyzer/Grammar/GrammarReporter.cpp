@@ -418,7 +418,11 @@ std::int32_t CGrammarReporter::OddCode(const SGrammarHalt& halt) const
     case K::Var:
     case K::PublicSet:
     case K::ProtectedSet:
-    case K::PrivateSet: return Code::MemberOutsideClass;
+    case K::PrivateSet:
+        // No member begins in the midst of something else.
+        if (parser.Accepts(GrammarSymbol(StatementMark)) || m_tokens.LeadsLine(halt.stop))
+            return Code::MemberOutsideClass;
+        break;
     default: break;
     }
     const bool inClass = parser.Accepts(GrammarSymbol(MemberMark)) &&
