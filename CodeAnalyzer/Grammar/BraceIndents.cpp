@@ -43,6 +43,53 @@ struct SBlock
         dedent; ///< the first token of the first line inside that is indented no more than the block's; 0
 };
 
+// The last token of the line, or of the lines, that what ends with a `}` on a line of its own begins with:
+// the line before it that is indented alike. NoToken where what follows on that line is not indented deeper.
+std::uint32_t FindHeadEnd(const CGrammarTokens& tokens, std::uint32_t closing)
+{
+    const std::uint32_t column = tokens[closing].column;
+    std::uint32_t next = closing; // the first token of the line behind
+    for (std::uint32_t i = closing; i-- > 0;) {
+        if (i > 0 && tokens[i - 1].line == tokens[i].line)
+            continue;
+        if (tokens[i].column <= column)
+            return tokens[i].column == column && next < closing && tokens[next].column > column ? next - 1
+                                                                                                : NoToken;
+        next = i;
+    }
+    return NoToken;
+}
+
+// Why the `}` on a line of its own closes nothing that is indented alike: its block was not opened, or was
+// closed at once.
+void GuessAtHead(std::vector<SBraceGuess>& guesses, const CGrammarTokens& tokens, std::uint32_t closing)
+{
+    const std::uint32_t last = FindHeadEnd(tokens, closing);
+    if (last == NoToken || last == 0)
+        return;
+    switch (tokens[last].kind) {
+    case K::CloseRound:
+    case K::Else:
+    case K::Do:
+    case K::Try:
+    case K::Finally:
+    case K::Identifier: guesses.push_back({SBraceGuess::OpenMissing, last + 1, NoToken}); break;
+    case K::CloseBrace:
+        if (tokens[last - 1].kind == K::OpenBrace)
+            guesses.push_back({SBraceGuess::CloseOdd, last, last - 1});
+        break;
+    default: break;
+    }
+}
+
+// A block that is left open may have been opened twice.
+SBraceGuess GuessLeftOpen(const CGrammarTokens& tokens, std::uint32_t opened, std::uint32_t token)
+{
+    if (tokens[opened + 1].kind == K::OpenBrace && tokens[opened + 1].line == tokens[opened].line)
+        return {SBraceGuess::OpenOdd, opened + 1, opened};
+    return {SBraceGuess::CloseMissing, token, opened};
+}
+
 } // namespace
 
 std::vector<SBraceGuess> GuessBraces(const CGrammarTokens& tokens, std::uint32_t end, std::size_t most)
@@ -64,21 +111,32 @@ std::vector<SBraceGuess> GuessBraces(const CGrammarTokens& tokens, std::uint32_t
         }
         if (token.kind == K::OpenBrace || token.kind == K::CodeBrace || token.kind == K::DollarBrace) {
             blocks.push_back({i, indent, token.line, 0});
-        } else if (token.kind == K::CloseBrace && !blocks.empty()) {
+        } else if (token.kind == K::CloseBrace && blocks.empty()) {
+            if (leads)
+                GuessAtHead(guesses, tokens, i);
+        } else if (token.kind == K::CloseBrace) {
             const SBlock block = blocks.back();
             blocks.pop_back();
-            if (tokens[block.token].kind != K::OpenBrace || token.line == block.line || !leads)
+            if (tokens[block.token].kind != K::OpenBrace || token.line == block.line)
                 continue;
-            if (token.column < block.indent)
-                guesses.push_back({block.dedent ? block.dedent : i, true, block.token});
-            else if (token.column > block.indent)
-                guesses.push_back({i, false, block.token});
+            if (!leads) {
+                if (tokens[i - 1].kind == K::CloseBrace && tokens[i - 1].column == indent &&
+                    indent > block.indent)
+                    guesses.push_back({SBraceGuess::CloseOdd, i, block.token});
+                continue;
+            }
+            if (token.column < block.indent) {
+                guesses.push_back(GuessLeftOpen(tokens, block.token, block.dedent ? block.dedent : i));
+            } else if (token.column > block.indent) {
+                GuessAtHead(guesses, tokens, i);
+                guesses.push_back({SBraceGuess::CloseOdd, i, block.token});
+            }
         }
     }
     // What is open at the end and has been left by its lines.
     for (auto block = blocks.rbegin(); block != blocks.rend() && guesses.size() < most; ++block)
         if (block->dedent && tokens[block->token].kind == K::OpenBrace)
-            guesses.push_back({block->dedent, true, block->token});
+            guesses.push_back(GuessLeftOpen(tokens, block->token, block->dedent));
     return guesses;
 }
 

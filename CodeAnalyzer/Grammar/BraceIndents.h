@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Grammar/GrammarTokens.h"
+#include "Grammar/RuleReport.h"
 
 #include <cstdint>
 #include <vector>
@@ -10,10 +11,14 @@ namespace Kesh::CodeAnalyzer {
 /// A brace that may be the mistaken one, told by how the lines are indented.
 struct SBraceGuess
 {
-    /// A `}` is missing before this token when `missing` is set; else this token is a `}` too many.
+    enum EWay : std::uint8_t {
+        CloseMissing, ///< a `}` is missing before the token
+        OpenMissing,  ///< a `{` is
+        CloseOdd,     ///< the token is a `}` too many
+        OpenOdd       ///< the token is a `{` too many
+    } way;
     std::uint32_t token;
-    bool missing;
-    std::uint32_t opened; ///< the brace that is left open, or that is closed too early
+    std::uint32_t opened; ///< the brace that is left open, or that is closed too early; NoToken: none is
 };
 
 /// Pairs of braces before `end` whose lines are not indented alike, in the order in which they close, and

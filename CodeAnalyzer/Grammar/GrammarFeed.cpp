@@ -128,6 +128,17 @@ bool CGrammarFeed::IsBehindUnfinishedLine(std::uint32_t token) const
     }
 }
 
+// Whether `function` says what is imported, or is itself a name: behind `use`, `const`, or in a group of
+// imports.
+bool CGrammarFeed::TellsWhatIsImported(std::uint32_t word) const
+{
+    if (word == 0)
+        return false;
+    const K before = m_tokens[word - 1].kind;
+    return before == K::Const || before == K::Use || before == K::Comma ||
+           (before == K::OpenBrace && word > 1 && m_tokens[word - 2].kind == K::Backslash);
+}
+
 EPhpTokenKind CGrammarFeed::WordKind(std::uint32_t token) const
 {
     const K kind = m_tokens[token].kind;
@@ -144,8 +155,7 @@ EPhpTokenKind CGrammarFeed::WordKind(std::uint32_t token) const
     const std::uint32_t word = token - (afterRef ? 2 : 1);
     // `function` declares something only where it is no name itself.
     if (kind != K::YieldFrom && (afterRef || token > 0) && m_tokens[word].kind == K::Function &&
-        (word == 0 || !ReachesMember(m_tokens[word - 1].kind)) &&
-        (word == 0 || (m_tokens[word - 1].kind != K::Const && m_tokens[word - 1].kind != K::Use)))
+        (word == 0 || !ReachesMember(m_tokens[word - 1].kind)) && !TellsWhatIsImported(word))
         return IsBehindUnfinishedLine(token) ? kind : K::Identifier;
     if (kind == K::Match && m_version < 800 && NextCharacter(token) != L'(')
         return K::Identifier;
@@ -175,6 +185,14 @@ template <class TSink> bool CGrammarFeed::ApplyEdit(TSink& sink, std::uint32_t t
 
 void CGrammarFeed::AddEdit(const SGrammarEdit& edit)
 {
+    const auto same = std::find_if(m_edits.begin(), m_edits.end(), [&](const SGrammarEdit& other) {
+        return other.token == edit.token && !other.givesUp && other.dropped == 0 && !edit.givesUp;
+    });
+    if (same != m_edits.end()) {
+        same->inserted.insert(same->inserted.end(), edit.inserted.begin(), edit.inserted.end());
+        same->dropped = edit.dropped;
+        return;
+    }
     m_edits.insert(
         std::upper_bound(m_edits.begin(), m_edits.end(), edit.token,
                          [](std::uint32_t t, const SGrammarEdit& other) { return t < other.token; }),

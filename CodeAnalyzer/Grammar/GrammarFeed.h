@@ -90,6 +90,7 @@ private:
     using K = SyntaxParser::EPhpTokenKind;
 
     bool IsBehindUnfinishedLine(std::uint32_t token) const;
+    bool TellsWhatIsImported(std::uint32_t word) const;
     void AskOfOldVersion(CPhpRules& rules, std::uint32_t token) const;
     template <class TSink> bool FeedTo(TSink sink, std::uint32_t token) const;
     template <class TSink> K KindFor(const TSink& sink, std::uint32_t token) const;

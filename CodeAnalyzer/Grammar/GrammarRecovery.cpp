@@ -1,8 +1,10 @@
 #include "Grammar/GrammarRecovery.h"
 
 #include "Grammar/BraceIndents.h"
+#include "Grammar/OpenStrings.h"
 
 #include <algorithm>
+#include <iterator>
 #include <utility>
 
 namespace Kesh::CodeAnalyzer {
@@ -27,8 +29,10 @@ bool BeginsSomething(K kind)
 
 } // namespace
 
-void CGrammarRecovery::Begin()
+void CGrammarRecovery::Begin(SyntaxParser::ITokenSource* source)
 {
+    m_source = source && !source->GetText().empty() ? source : nullptr;
+    m_cutAnew = false;
     m_keptReports.clear();
     m_told.clear();
     m_skip = {};
@@ -39,18 +43,31 @@ void CGrammarRecovery::Begin()
     m_stops = m_trials = 0;
 }
 
-void CGrammarRecovery::OnLexicalError(std::uint32_t token)
+bool CGrammarRecovery::OnLexicalError(std::unique_ptr<SGrammarParse>& parse, std::uint32_t& next)
 {
-    if (token < m_resumed || m_quiet.IsActive())
-        return;
+    const std::uint32_t token = next;
     const K kind = m_tokens[token].kind;
+    if (m_source && (kind == K::BadString || kind == K::BadCharacter)) {
+        CQuoteSearch search(m_tokens, m_feed, *m_source);
+        const std::vector<std::uint32_t> open = OpenStrings(m_tokens, token);
+        const bool isSure = kind == K::BadString && (m_tokens[token].size > 0 || !open.empty());
+        const bool isInString =
+            isSure || (!open.empty() && m_tokens[open.front()].line < m_tokens[token].line);
+        const std::uint32_t first = open.empty() ? token : open.front();
+        if (isInString && first >= m_resumed && search.MayHelp(first, m_resumed) &&
+            CutAnew(parse, next, search, isSure))
+            return true;
+    }
+    if (token < m_resumed || m_quiet.IsActive())
+        return false;
     const std::int32_t version = m_feed.Version();
     if (version != 0 && ((kind == K::BadNumber && version < GoneSince::BadOctal) ||
                          (kind == K::BadEscape && version < GoneSince::BadEscape)))
-        return;
+        return false;
     m_reporter.ReportLexical(token);
     m_resumed = token + 1;
     m_quiet.Start(true);
+    return false;
 }
 
 void CGrammarRecovery::Resolve(std::unique_ptr<SGrammarParse>& parse, std::uint32_t& next)
@@ -60,7 +77,7 @@ void CGrammarRecovery::Resolve(std::unique_ptr<SGrammarParse>& parse, std::uint3
     parse->rules.Distrust();
     if (++m_stops > MostStops)
         m_dead = true;
-    else if (!ResolveByRule(parse, next) && !ResolveByBraces(parse, next))
+    else if (!ResolveByRule(parse, next) && !ResolveByQuotes(parse, next) && !ResolveByBraces(parse, next))
         ResolveByRepair(parse, next);
 }
 
@@ -75,6 +92,138 @@ bool CGrammarRecovery::ResolveByRule(std::unique_ptr<SGrammarParse>& parse, std:
     return isTold && ++m_trials <= MostTrials && TryEdit(parse, next, {next - 1, {}, 1}, next + 1);
 }
 
+namespace {
+
+// The brackets that a parse has open, the outermost first.
+std::vector<std::uint32_t> OpenIn(const CPhpGrammarParser& parser)
+{
+    static const TGrammarSymbol opening[]{GrammarSymbol(K::OpenRound), GrammarSymbol(K::OpenSquare),
+                                          GrammarSymbol(K::OpenBrace), GrammarSymbol(K::AttributeStart),
+                                          GrammarSymbol(K::CodeBrace), GrammarSymbol(K::DollarBrace)};
+    static const TGrammarSymbol closing[]{GrammarSymbol(K::CloseRound), GrammarSymbol(K::CloseSquare),
+                                          GrammarSymbol(K::CloseBrace)};
+    std::vector<std::uint32_t> open;
+    for (std::size_t depth = 0; depth <= parser.Depth(); ++depth) {
+        const int symbol = parser.SymbolAt(depth);
+        if (std::find(std::begin(opening), std::end(opening), symbol) != std::end(opening))
+            open.push_back(parser.TokenAt(depth));
+        // A pair of them stays there until all that it belongs to has come.
+        else if (!open.empty() &&
+                 std::find(std::begin(closing), std::end(closing), symbol) != std::end(closing))
+            open.pop_back();
+    }
+    return open;
+}
+
+} // namespace
+
+// Whether a quote near by is missing or too many, so that code and strings have changed places.
+bool CGrammarRecovery::ResolveByQuotes(std::unique_ptr<SGrammarParse>& parse, std::uint32_t& next)
+{
+    if (!m_source)
+        return false;
+    CQuoteSearch search(m_tokens, m_feed, *m_source);
+    if (!search.MayHelp(next, m_resumed))
+        return false;
+    // What a small repair puts right needs no other cut; what is in a string says nothing of that.
+    const SGrammarStop description = Describe(*parse, next, OpenIn(parse->parser));
+    const SGrammarRepair repair = FindRepair(description);
+    const bool isWhole = repair.way != SGrammarRepair::None && repair.isWhole &&
+                         OpenStrings(m_tokens, std::min(next + Window, m_tokens.Count())).empty();
+    return !isWhole && CutAnew(parse, next, search, false);
+}
+
+// Has m_replay stand before the token.
+bool CGrammarRecovery::ReplayTo(std::uint32_t token)
+{
+    if (token < m_replayed) {
+        m_replay = {};
+        m_replayed = 0;
+    }
+    while (m_replayed < token && m_feed.Feed(m_replay, m_replayed))
+        ++m_replayed;
+    return m_replayed == token;
+}
+
+bool CGrammarRecovery::CutAnew(std::unique_ptr<SGrammarParse>& parse, std::uint32_t& next,
+                               CQuoteSearch& search, bool isSure)
+{
+    if (++m_trials > MostTrials || !ReplayTo(search.First()))
+        return false;
+    const SQuoteCut cut = search.Run(m_replay, isSure);
+    if (cut.token == NoToken)
+        return false;
+    const std::vector<SyntaxParser::SPhpToken> tokens = search.TokensOf(cut);
+    if (!IsAboutTheSame(next)) {
+        m_told.push_back(cut.token);
+        if (isSure)
+            m_reporter.ReportLexical(next);
+        else
+            m_reporter.ReportLostQuote(cut.quote);
+    }
+    m_tokens.Truncate(cut.token);
+    for (const SyntaxParser::SPhpToken& token : tokens)
+        m_tokens.Add(token);
+    std::vector<SGrammarEdit> edits = m_feed.Edits();
+    std::erase_if(edits, [&](const SGrammarEdit& edit) { return edit.token >= cut.token; });
+    m_feed.SetEdits(std::move(edits));
+    m_trial->rules.Begin(m_feed.Version());
+    m_trial->parser.Begin();
+    m_trial->rules.Distrust();
+    std::uint32_t token = 0;
+    while (token < cut.token && m_feed.Feed(*m_trial, token))
+        ++token;
+    const auto& reports = parse->rules.Reports();
+    std::copy_if(reports.begin(), reports.end(), std::back_inserter(m_keptReports),
+                 [&](const SRuleReport& report) { return report.token < cut.token; });
+    std::swap(parse, m_trial);
+    next = token;
+    m_resumed = cut.token + 1;
+    m_cutAnew = true;
+    if (cut.isSure)
+        m_quiet.Begin();
+    else
+        m_quiet.Start(true);
+    return true;
+}
+
+namespace {
+
+// Whether the edit is that of the guess, or more.
+bool HasEdit(const SGrammarEdit& edit, const SBraceGuess& guess)
+{
+    const K inserted = guess.way == SBraceGuess::CloseMissing ? K::CloseBrace : K::OpenBrace;
+    const bool drops = guess.way == SBraceGuess::CloseOdd || guess.way == SBraceGuess::OpenOdd;
+    return edit.token == guess.token &&
+           (edit.givesUp || edit.dropped > 0 || drops ||
+            std::find(edit.inserted.begin(), edit.inserted.end(), inserted) != edit.inserted.end());
+}
+
+SGrammarEdit EditOf(const CGrammarTokens& tokens, const SBraceGuess& guess)
+{
+    switch (guess.way) {
+    case SBraceGuess::CloseMissing:
+        switch (guess.opened > 0 ? tokens[guess.opened - 1].kind : K::End) {
+        case K::Try:
+            if (tokens[guess.token].kind != K::Catch && tokens[guess.token].kind != K::Finally)
+                return {guess.token, {K::CloseBrace, K::Finally, K::OpenBrace, K::CloseBrace}, 0};
+            break;
+        case K::Do:
+            if (tokens[guess.token].kind != K::While)
+                return {guess.token,
+                        {K::CloseBrace, K::While, K::OpenRound, K::Variable, K::CloseRound, K::Semicolon},
+                        0};
+            break;
+        default: break;
+        }
+        return {guess.token, {K::CloseBrace}, 0};
+    case SBraceGuess::OpenMissing: return {guess.token, {K::OpenBrace}, 0};
+    default: return {guess.token, {}, 1};
+    }
+}
+
+} // namespace
+
 // Whether a brace somewhere before is missing or too many, as the indentation tells.
 bool CGrammarRecovery::ResolveByBraces(std::unique_ptr<SGrammarParse>& parse, std::uint32_t& next)
 {
@@ -84,22 +233,19 @@ bool CGrammarRecovery::ResolveByBraces(std::unique_ptr<SGrammarParse>& parse, st
     for (const SBraceGuess& guess : GuessBraces(m_tokens, stop + 1, mostGuesses)) {
         const auto& edits = m_feed.Edits();
         const bool known = std::any_of(edits.begin(), edits.end(),
-                                       [&](const SGrammarEdit& edit) { return edit.token == guess.token; });
-        if (known || guess.token > stop || guess.token < m_resumed)
+                                       [&](const SGrammarEdit& edit) { return HasEdit(edit, guess); });
+        if (known || guess.token > stop)
             continue;
         if (++m_trials > MostTrials)
             return false;
-        if (!TryEdit(parse, next,
-                     guess.missing ? SGrammarEdit{guess.token, {K::CloseBrace}, 0}
-                                   : SGrammarEdit{guess.token, {}, 1},
-                     stop + BraceWindow))
+        if (!TryEdit(parse, next, EditOf(m_tokens, guess), stop + BraceWindow))
             continue;
-        if (follows || (guess.missing && HasLostBrace(guess.opened, guess.token)))
+        // What was said of a block when another brace ended it.
+        std::erase_if(m_keptReports,
+                      [&](const SRuleReport& report) { return report.token + 1 == guess.opened; });
+        if (follows || (guess.way == SBraceGuess::CloseMissing && HasLostBrace(guess.opened, guess.token)))
             return true;
-        if (guess.missing)
-            m_reporter.ReportMissingBrace(guess.token, guess.opened);
-        else
-            m_reporter.ReportOddBrace(guess.token, guess.opened);
+        m_reporter.ReportBrace(guess);
         m_quiet.Begin(); // the whole window behind the brace has passed
         return true;
     }
@@ -141,25 +287,17 @@ bool CGrammarRecovery::TryEdit(std::unique_ptr<SGrammarParse>& parse, std::uint3
 
 namespace {
 
-// The brackets that a parse has open, the outermost first.
-std::vector<std::uint32_t> OpenIn(const CPhpGrammarParser& parser)
+// How many modifiers stand before the token, if the first of them leads its line.
+std::size_t ModifiersBefore(const CGrammarTokens& tokens, std::uint32_t token)
 {
-    static const TGrammarSymbol opening[]{GrammarSymbol(K::OpenRound), GrammarSymbol(K::OpenSquare),
-                                          GrammarSymbol(K::OpenBrace), GrammarSymbol(K::AttributeStart),
-                                          GrammarSymbol(K::CodeBrace), GrammarSymbol(K::DollarBrace)};
-    static const TGrammarSymbol closing[]{GrammarSymbol(K::CloseRound), GrammarSymbol(K::CloseSquare),
-                                          GrammarSymbol(K::CloseBrace)};
-    std::vector<std::uint32_t> open;
-    for (std::size_t depth = 0; depth <= parser.Depth(); ++depth) {
-        const int symbol = parser.SymbolAt(depth);
-        if (std::find(std::begin(opening), std::end(opening), symbol) != std::end(opening))
-            open.push_back(parser.TokenAt(depth));
-        // A pair of them stays there until all that it belongs to has come.
-        else if (!open.empty() &&
-                 std::find(std::begin(closing), std::end(closing), symbol) != std::end(closing))
-            open.pop_back();
+    std::uint32_t first = token;
+    for (; first > 0; --first) {
+        const K kind = tokens[first - 1].kind;
+        if (kind != K::Public && kind != K::Protected && kind != K::Private && kind != K::Static &&
+            kind != K::Final && kind != K::Abstract && kind != K::Readonly)
+            break;
     }
-    return open;
+    return first < token && tokens.LeadsLine(first) ? token - first : 0;
 }
 
 } // namespace
@@ -177,6 +315,10 @@ SGrammarStop CGrammarRecovery::Describe(const SGrammarParse& parse, std::uint32_
         result.words.push_back(m_tokens[i].kind == K::Identifier ? NearWords(m_tokens.Text(i))
                                                                  : std::vector<SNearWord>{});
     result.leadsLine = m_tokens.LeadsLine(stop);
+    result.isNoDeeper = result.leadsLine && stop > 0 && m_tokens[stop].column <= IndentOf(m_tokens, stop - 1);
+    result.isInLinesBlock = stop > 0 && !open.empty() && m_tokens[open.back()].kind == K::OpenBrace &&
+                            m_tokens[open.back()].line == m_tokens[stop - 1].line;
+    result.modifiers = ModifiersBefore(m_tokens, stop);
     result.sameAsBefore = stop > 0 && m_tokens.Text(stop) == m_tokens.Text(stop - 1);
     for (auto bracket = open.rbegin(); bracket != open.rend() && result.closers.size() < mostClosers;
          ++bracket) {

@@ -47,6 +47,29 @@ constexpr std::array<SConfusion, 10> Confusions{{
 }};
 constexpr int ConfusionCost = 20;
 /// Statements and declarations that what stands alone may have lost the beginning of.
+/// What ends something whose line ends before its body, or before all of it.
+const std::array<std::vector<K>, 5> Bodies{{
+    {K::OpenBrace, K::CloseBrace},
+    {K::OpenBrace, K::CloseBrace, K::Semicolon},
+    {K::OpenBrace, K::CloseBrace, K::Finally, K::OpenBrace, K::CloseBrace},
+    {K::While, K::OpenRound, K::Variable, K::CloseRound, K::Semicolon},
+    {K::CloseRound, K::OpenBrace, K::CloseBrace},
+}};
+/// The same where the line has opened a block.
+const std::array<std::vector<K>, 5> BlockEnds{{
+    {K::Semicolon, K::CloseBrace},
+    {K::Semicolon, K::CloseBrace, K::Semicolon},
+    {K::Variable, K::Semicolon, K::CloseBrace},
+    {K::CloseRound, K::Semicolon, K::CloseBrace},
+    {K::OpenBrace, K::CloseBrace, K::CloseBrace},
+}};
+/// What ends a member that the next one has been taken to belong to.
+const std::array<std::vector<K>, 3> MemberEnds{{
+    {K::CloseRound, K::OpenBrace, K::CloseBrace},
+    {K::Assign, K::Number, K::Semicolon},
+    {K::Semicolon},
+}};
+constexpr int BodyCost = 22;
 const std::array<std::vector<K>, 6> Frames{{
     {K::Class, K::Identifier, K::OpenBrace},
     {K::Switch, K::OpenRound, K::Variable, K::CloseRound, K::OpenBrace},
@@ -128,6 +151,15 @@ private:
             m_stop.sameAsBefore ? DoubledCost : CostOfDrop(here) + (begins ? FramingCost : 0));
         if (m_stop.leadsLine)
             Try(R::Insert, {K::Variable, K::Semicolon}, 0, 0, UnfinishedCost);
+        if (m_stop.isNoDeeper)
+            for (const std::vector<K>& body : Bodies)
+                Try(R::Insert, body, 0, 0, BodyCost);
+        if (m_stop.isNoDeeper && m_stop.isInLinesBlock)
+            for (const std::vector<K>& end : BlockEnds)
+                Try(R::Insert, end, 0, 0, BodyCost);
+        if (m_stop.modifiers > 0 && m_stop.modifiers <= m_stop.back)
+            for (const std::vector<K>& end : MemberEnds)
+                Try(R::Insert, end, m_stop.modifiers, 0, BodyCost);
         Try(R::Drop, {}, 0, 2, CostOfDrop(here) + CostOfDrop(here + 1) / 2);
         for (const auto& [kind, cost] : Insertables)
             Try(R::Replace, {kind}, 0, 1, cost + ReplaceCost + LineBreak(kind));
@@ -229,8 +261,8 @@ private:
             return;
         m_bestScore = score;
         m_best = {
-            way, inserted, static_cast<std::uint32_t>(back), dropped, static_cast<std::uint32_t>(accepted),
-            cost};
+            way,  inserted, static_cast<std::uint32_t>(back), dropped, static_cast<std::uint32_t>(accepted),
+            cost, whole};
     }
 
     const SGrammarStop& m_stop;

@@ -24,6 +24,7 @@ struct SGrammarRepair
     std::uint32_t dropped = 0;  ///< how many tokens are dropped from there on
     std::uint32_t accepted = 0; ///< how many tokens then pass, counted from the wrong one
     int cost = 0;               ///< the less, the likelier
+    bool isWhole = false;       ///< all that is looked at passes
 };
 
 /// What is known of the place where the parse stopped.
@@ -38,8 +39,11 @@ struct SGrammarStop
     /// Before each of those: what may follow there.
     std::vector<CGrammarProbe> probes;
     std::size_t back = 0;
-    bool leadsLine = false;    ///< the wrong token is the first of its line
-    bool sameAsBefore = false; ///< it has the text of the token before
+    bool leadsLine = false;      ///< the wrong token is the first of its line
+    bool isNoDeeper = false;     ///< and is indented no more than the line before
+    bool isInLinesBlock = false; ///< the innermost bracket is a brace on the line before
+    std::size_t modifiers = 0;   ///< how many modifiers stand before it, the first of which leads its line
+    bool sameAsBefore = false;   ///< it has the text of the token before
     /// What closes the brackets that are open, the innermost first; a few of them are enough.
     std::vector<K> closers;
 };

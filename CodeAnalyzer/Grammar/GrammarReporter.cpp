@@ -156,7 +156,10 @@ void CGrammarReporter::ReportRepair(const SGrammarHalt& halt, const SGrammarRepa
     }
     const SGrammarHalt place{halt.parser, stop - repair.back, halt.open, halt.description};
     switch (repair.way) {
-    case SGrammarRepair::Insert: ReportMissing(place, repair.inserted.front()); break;
+    case SGrammarRepair::Insert:
+        if (repair.inserted.front() != K::While || !ReportLoneDo(halt))
+            ReportMissing(place, repair.inserted.front());
+        break;
     case SGrammarRepair::Replace: ReportWrong(place, repair.inserted.front()); break;
     case SGrammarRepair::Word: ReportMistyped(place, repair.inserted.front()); break;
     default: ReportOdd(place); break;
@@ -228,6 +231,12 @@ void CGrammarReporter::ReportOpenString(std::uint32_t opening, std::uint32_t end
     diagnostic.details.related.push_back({{place, place}, TextEndsHere});
 }
 
+void CGrammarReporter::ReportLostQuote(std::uint32_t quote)
+{
+    const SGrammarToken& token = m_tokens[quote];
+    Add(Code::StringWithoutEnd, {{token.column, token.line}, {token.column + 1, token.line}});
+}
+
 // A name is missing at the end of a line, and the word that begins the next one was taken for it.
 bool CGrammarReporter::ReportLostName(std::uint32_t stop)
 {
@@ -260,6 +269,23 @@ bool CGrammarReporter::ReportLostFunction(std::uint32_t stop)
     diagnostic.details.arguments.push_back({"expected", std::wstring(TextOf(K::Function))});
     for (STextEdit& edit : CFixEdits(m_tokens).Insertions(K::Function, stop - 1, NoToken))
         diagnostic.details.fixes.push_back({EFix::Insert, {std::move(edit)}});
+    return true;
+}
+
+// `do` alone on its line has taken the next statement for its body, and lacks its `while` behind that.
+bool CGrammarReporter::ReportLoneDo(const SGrammarHalt& halt)
+{
+    std::size_t depth = halt.parser.Depth();
+    const auto isLoop = [&](std::size_t at) {
+        return halt.parser.TokenAt(at) < halt.stop && m_tokens[halt.parser.TokenAt(at)].kind == K::Do;
+    };
+    while (depth > 0 && !isLoop(depth))
+        --depth;
+    const std::uint32_t token = halt.parser.TokenAt(depth);
+    if (depth == 0 || token + 1 >= halt.stop || !m_tokens.LeadsLine(token + 1) ||
+        m_tokens[token + 1].column > m_tokens[token].column)
+        return false;
+    AddFound(Add(Code::MissingOpenBrace, GapBehind(token)), "found", token + 1);
     return true;
 }
 
@@ -354,7 +380,32 @@ void CGrammarReporter::ReportMissing(const SGrammarHalt& halt, K kind)
         diagnostic.details.fixes.push_back({EFix::Insert, {std::move(edit)}});
 }
 
-void CGrammarReporter::ReportMissingBrace(std::uint32_t token, std::uint32_t opened)
+void CGrammarReporter::ReportBrace(const SBraceGuess& guess)
+{
+    switch (guess.way) {
+    case SBraceGuess::CloseMissing: ReportMissingClosing(guess.token, guess.opened); break;
+    case SBraceGuess::OpenMissing: ReportMissingOpening(guess.token); break;
+    case SBraceGuess::CloseOdd: ReportOddClosing(guess.token, guess.opened); break;
+    case SBraceGuess::OpenOdd: ReportOddOpening(guess.token); break;
+    }
+}
+
+void CGrammarReporter::ReportMissingOpening(std::uint32_t token)
+{
+    SGrammarDiagnostic& diagnostic = Add(Code::MissingOpenBrace, GapBehind(token - 1));
+    AddFound(diagnostic, "found", token);
+    const SyntaxParser::CIterator place = m_tokens.Span(token - 1).end;
+    diagnostic.details.fixes.push_back({EFix::Insert, {{{place, place}, L" {"}}});
+}
+
+void CGrammarReporter::ReportOddOpening(std::uint32_t token)
+{
+    SGrammarDiagnostic& diagnostic = Add(Code::OutOfPlace, m_tokens.Span(token));
+    AddFound(diagnostic, "found", token);
+    diagnostic.details.fixes.push_back({EFix::Remove, {{diagnostic.error.pos, {}}}});
+}
+
+void CGrammarReporter::ReportMissingClosing(std::uint32_t token, std::uint32_t opened)
 {
     SGrammarDiagnostic& diagnostic = Add(Code::MissingCloseBrace, GapBehind(token - 1));
     AddFound(diagnostic, "found", token);
@@ -362,7 +413,7 @@ void CGrammarReporter::ReportMissingBrace(std::uint32_t token, std::uint32_t ope
     diagnostic.details.fixes.push_back({EFix::Insert, {CFixEdits(m_tokens).ClosingBrace(token - 1, opened)}});
 }
 
-void CGrammarReporter::ReportOddBrace(std::uint32_t token, std::uint32_t opened)
+void CGrammarReporter::ReportOddClosing(std::uint32_t token, std::uint32_t opened)
 {
     SGrammarDiagnostic& diagnostic = Add(Code::OddCloseBrace, m_tokens.Span(token));
     diagnostic.details.related.push_back({m_tokens.Span(opened), "It closes what is opened here"});
@@ -409,7 +460,11 @@ std::int32_t CGrammarReporter::OddCode(const SGrammarHalt& halt) const
     case K::Var:
     case K::PublicSet:
     case K::ProtectedSet:
-    case K::PrivateSet: return Code::MemberOutsideClass;
+    case K::PrivateSet:
+        // No member begins in the midst of something else.
+        if (parser.Accepts(GrammarSymbol(StatementMark)) || m_tokens.LeadsLine(halt.stop))
+            return Code::MemberOutsideClass;
+        break;
     default: break;
     }
     const bool inClass = parser.Accepts(GrammarSymbol(MemberMark)) &&

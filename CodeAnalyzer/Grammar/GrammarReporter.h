@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Grammar/BraceIndents.h"
 #include "Grammar/GrammarDiagnostic.h"
 #include "Grammar/GrammarRepair.h"
 #include "Grammar/GrammarTokens.h"
@@ -37,10 +38,10 @@ public:
     void ReportRepair(const SGrammarHalt& halt, const SGrammarRepair& repair);
     /// Nothing small helps.
     void ReportUnrepaired(const SGrammarHalt& halt);
-    /// By the indentation a brace is missing before the token, of the block that `opened` opens.
-    void ReportMissingBrace(std::uint32_t token, std::uint32_t opened);
-    /// By the indentation the brace is one too many; it closes what `opened` opens.
-    void ReportOddBrace(std::uint32_t token, std::uint32_t opened);
+    /// By the indentation a brace is missing or too many.
+    void ReportBrace(const SBraceGuess& guess);
+    /// The quote with which the token begins has no partner.
+    void ReportLostQuote(std::uint32_t quote);
     /// A token that no PHP holds.
     void ReportLexical(std::uint32_t token);
     /// What the rules have found.
@@ -51,6 +52,10 @@ public:
 private:
     using K = SyntaxParser::EPhpTokenKind;
 
+    void ReportMissingClosing(std::uint32_t token, std::uint32_t opened);
+    void ReportMissingOpening(std::uint32_t token);
+    void ReportOddClosing(std::uint32_t token, std::uint32_t opened);
+    void ReportOddOpening(std::uint32_t token);
     SGrammarDiagnostic& Add(std::int32_t code, SyntaxParser::SScheme span);
     SyntaxParser::SScheme GapBehind(std::uint32_t token) const;
     void AddFound(SGrammarDiagnostic& diagnostic, const char* place, std::uint32_t token) const;
@@ -69,6 +74,7 @@ private:
     bool ReportForHead(const SGrammarHalt& halt);
     void OfferOtherBracket(SGrammarDiagnostic& diagnostic, const SGrammarHalt& halt) const;
     void OfferDollar(SGrammarDiagnostic& diagnostic, std::uint32_t stop) const;
+    bool ReportLoneDo(const SGrammarHalt& halt);
     void OfferBraces(SGrammarDiagnostic& diagnostic, std::uint32_t token) const;
     void AddRuleReport(const SRuleReport& report);
     void KeepTheNewestOfEachPlace();

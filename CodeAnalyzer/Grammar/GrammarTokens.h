@@ -33,6 +33,9 @@ public:
                             static_cast<std::uint32_t>(token.start.x), token.kind});
         return static_cast<std::uint32_t>(m_tokens.size() - 1);
     }
+    void Add(const SGrammarToken& token) { m_tokens.push_back(token); }
+    /// Forgets the token and all behind it.
+    void Truncate(std::uint32_t token) { m_tokens.resize(token); }
     std::uint32_t Count() const { return static_cast<std::uint32_t>(m_tokens.size()); }
     const SGrammarToken& operator[](std::uint32_t index) const { return m_tokens[index]; }
     /// Whether no PHP holds it.

@@ -18,11 +18,10 @@ CPhpGrammarChecker::~CPhpGrammarChecker() = default;
 
 bool CPhpGrammarChecker::Follow(SyntaxParser::ISPDocument& document)
 {
-    const auto source =
-        boost::dynamic_pointer_cast<ITokenSource>(document.GetComponent(L"ITokenSource").lock());
-    if (source)
-        source->AddTokenHandler(this);
-    return source != nullptr;
+    m_source = boost::dynamic_pointer_cast<ITokenSource>(document.GetComponent(L"ITokenSource").lock());
+    if (m_source)
+        m_source->AddTokenHandler(this);
+    return m_source != nullptr;
 }
 
 void CPhpGrammarChecker::Expect(bool wanted, std::int32_t version, const std::wstring& versionFrom)
@@ -50,7 +49,7 @@ bool CPhpGrammarChecker::BeginTokens()
     m_parse->parser.Begin();
     m_feed.Begin(m_version);
     m_reporter.Begin(m_version, m_versionFrom);
-    m_recovery.Begin();
+    m_recovery.Begin(m_source.get());
     m_next = 0;
     m_stalled = m_complete = false;
     return true;
@@ -58,10 +57,10 @@ bool CPhpGrammarChecker::BeginTokens()
 
 void CPhpGrammarChecker::AddToken(const SPhpToken& token)
 {
-    if (token.kind == EPhpTokenKind::OpenTag || m_recovery.HasGivenUp())
+    if (token.kind == EPhpTokenKind::OpenTag || m_recovery.IsDeaf())
         return;
     const std::uint32_t index = m_tokens.Add(token);
-    if (m_next == index && !m_recovery.IsSkipping() && Feed(index)) {
+    if (m_next == index && !m_recovery.IsSkipping() && !m_tokens.IsBad(index) && Feed(index)) {
         ++m_next;
         return;
     }
@@ -87,8 +86,6 @@ void CPhpGrammarChecker::EndTokens(CIterator end)
 
 bool CPhpGrammarChecker::Feed(std::uint32_t token)
 {
-    if (m_tokens.IsBad(token)) [[unlikely]]
-        m_recovery.OnLexicalError(token);
     if (!m_feed.Feed(*m_parse, token))
         return false;
     if (m_recovery.IsQuiet()) [[unlikely]]
@@ -104,6 +101,8 @@ void CPhpGrammarChecker::Pump(bool ended)
             m_recovery.Skip(*m_parse, m_next);
             continue;
         }
+        if (!m_stalled && m_tokens.IsBad(m_next) && m_recovery.OnLexicalError(m_parse, m_next))
+            continue;
         if (!m_stalled && Feed(m_next)) {
             ++m_next;
             continue;

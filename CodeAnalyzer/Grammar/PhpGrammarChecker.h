@@ -5,6 +5,7 @@
 #include "Grammar/GrammarReporter.h"
 #include "Kesh/SyntaxParser/ITokenSource.h"
 
+#include <boost/shared_ptr.hpp>
 #include <cstdint>
 #include <memory>
 #include <string>
@@ -59,6 +60,7 @@ private:
     CGrammarReporter m_reporter{m_tokens};
     CGrammarRecovery m_recovery{m_tokens, m_feed, m_reporter};
     std::unique_ptr<SGrammarParse> m_parse;
+    boost::shared_ptr<SyntaxParser::ITokenSource> m_source;
     std::uint32_t m_next = 0; ///< the token to feed next
     bool m_stalled = false;   ///< it cannot be fed; more tokens are awaited
 };

@@ -205,6 +205,12 @@ public:
     /// What has been found from the token on, but for what no version of PHP is needed to read, is about a
     /// mistake of another kind.
     void Forget(std::uint32_t from);
+    /// What has been found last, from the token on, is in code that PHP does not compile.
+    void ForgetLast(std::uint32_t from)
+    {
+        while (!m_reports.empty() && !m_reports.back().feature && m_reports.back().token >= from)
+            m_reports.pop_back();
+    }
     bool IsTrusted() const { return m_trusted; }
     const std::vector<SRuleReport>& Reports() const { return m_reports; }
 

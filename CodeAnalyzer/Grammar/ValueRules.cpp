@@ -44,10 +44,9 @@ SGrammarValue CValueRules::MagicValue(const SGrammarValue& constant) const
 {
     SGrammarValue value = constant;
     value.kind = EValue::Magic;
-    const bool isClass = IsWord(constant.first, L"__class__");
     if (IsWord(constant.first, L"__line__"))
         value.extra = TypeInt;
-    else if (isClass ? KnowsClass() : !IsWord(constant.first, L"__trait__"))
+    else if (!IsWord(constant.first, L"__class__") || KnowsClass())
         value.extra = TypeString;
     return value;
 }
@@ -148,7 +147,7 @@ SGrammarValue CValueRules::Calculated(const SGrammarValue& a, const SGrammarValu
 }
 
 // `&&` and `||`: the left side may settle it, so that nobody looks at the right one.
-SGrammarValue CValueRules::Logic(const SGrammarValue& a, const SGrammarValue& b, bool settledBy) const
+SGrammarValue CValueRules::Logic(const SGrammarValue& a, const SGrammarValue& b, bool settledBy)
 {
     const EKnown left = KnownOf(Tokens(), a);
     SGrammarValue value = Binary(a, b);
@@ -157,8 +156,10 @@ SGrammarValue CValueRules::Logic(const SGrammarValue& a, const SGrammarValue& b,
     const bool isSettled = (left == EKnown::True) == settledBy && left != EKnown::Something;
     if (isSettled || left == EKnown::Something) {
         value = {a.first, a.bad, TypeBool, Folded, EValue::Other, EValue::Other};
-        if (isSettled)
+        if (isSettled) {
             value.flags |= settledBy ? Truthy : Falsy;
+            m_scopes.ForgetLast(b.first);
+        }
     } else if (const EKnown right = KnownOf(Tokens(), b); right != EKnown::Nothing) {
         value.extra = TypeBool;
         value.flags |= right == EKnown::Something ? Folded

@@ -40,7 +40,7 @@ public:
     SGrammarValue Compared(const SGrammarValue& a, const SGrammarValue& b) const;
     SGrammarValue Bitwise(const SGrammarValue& a, const SGrammarValue& b) const;
     SGrammarValue Calculated(const SGrammarValue& a, const SGrammarValue& b) const;
-    SGrammarValue Logic(const SGrammarValue& a, const SGrammarValue& b, bool settledBy) const;
+    SGrammarValue Logic(const SGrammarValue& a, const SGrammarValue& b, bool settledBy);
     SGrammarValue Coalesced(const SGrammarValue& a, const SGrammarValue& b) const;
     SGrammarValue Unary(const SGrammarValue& op, const SGrammarValue& operand) const;
     SGrammarValue Ternary(const SGrammarValue& condition, const SGrammarValue& mark,

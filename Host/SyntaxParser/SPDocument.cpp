@@ -5,6 +5,7 @@
 #include "SyntaxParser/MarkupPass.h"
 #include "SyntaxParser/MarkupTrees.h"
 #include "SyntaxParser/PhpScanner.h"
+#include "SyntaxParser/SecondCut.h"
 #include "SyntaxParser/TextReader.h"
 
 #include <algorithm>
@@ -86,10 +87,23 @@ public:
     void InitComponent(ISPDocument* /*document*/) override {}
     std::wstring GetComponentName() override { return L"ITokenSource"; }
     void AddTokenHandler(ITokenHandler* handler) override { m_handlers.push_back(handler); }
+    std::wstring_view GetText() const override { return m_text; }
+    std::vector<SPhpToken> Cut(std::wstring_view code, CIterator place) const override
+    {
+        return CutTokens(code, place, m_shortTags);
+    }
     const std::vector<ITokenHandler*>& Handlers() const { return m_handlers; }
+    /// The text of the pass that begins.
+    void SetText(std::wstring_view text, bool shortTags)
+    {
+        m_text = text;
+        m_shortTags = shortTags;
+    }
 
 private:
     std::vector<ITokenHandler*> m_handlers;
+    std::wstring_view m_text;
+    bool m_shortTags = true;
 };
 
 class CMarkupTokens final : public IMarkupTokens
@@ -196,6 +210,7 @@ private:
 
     std::vector<ITokenHandler*> TokenHandlers(std::wstring_view text)
     {
+        m_tokenSource->SetText(text, m_source.shortTags);
         std::vector<ITokenHandler*> handlers = m_tokenSource->Handlers();
         if (!m_markupTokens->Handlers().empty()) {
             m_printed.SetText(text);

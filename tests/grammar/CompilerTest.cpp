@@ -38,6 +38,13 @@ TEST(Compiler, FindsWhatBreaksARuleOfTheLanguage)
         {"([])::f();", "1184 0:0-0:1"},
         {"class A { use T { f as abstract g; } }", "1152 0:23-0:31"},
         {"echo 1; declare(encoding='UTF-8');", "1144 0:16-0:24"},
+        {"use A\\{function list};", "1031 0:16-0:20"},
+        {"use A\\{B, function private};", "1031 0:19-0:26"},
+        {"use A\\{function f, const C, function g};", ""},
+        {"use function private;", "1031 0:13-0:20"},
+        {"0 && yield; 1 || (2 + yield);", ""},
+        {"1 && yield;", "1131 0:5-0:10"},
+        {"trait T { function f(int $a = __TRAIT__) {} }", "1168 0:30-0:39"},
         {"; declare(strict_types=1);", "1144 0:10-0:22"},
         {"namespace namespace;", "1161 0:10-0:19"},
         {"function f((A&B)|A $a) {}", "1167 0:11-0:12"},
@@ -56,7 +63,6 @@ TEST(Compiler, FindsWhatBreaksARuleOfTheLanguage)
         {"function StrLen() {}", "1160 0:9-0:15"},
         {"namespace N; function strlen() {}", ""},
         {"if (1) { function strlen() {} }", ""},
-        {"use function private;", "1033 0:13-0:20"},
         {"enum /* what */ A {}", ""},
     };
     for (const auto& [text, expected] : Cases)

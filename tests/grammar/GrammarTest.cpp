@@ -47,6 +47,8 @@ public:
         return std::move(m_tokens);
     }
 
+    const std::vector<std::string>& Tokens() const { return m_tokens; }
+
     bool BeginTokens() override
     {
         m_tokens.clear();
@@ -87,6 +89,27 @@ TEST(Grammar, GetsEveryPieceOnceAndInOrder)
         EXPECT_EQ(CTokenLister().List(text), tokens) << text;
 }
 
+// A second cut of a text is the first one.
+TEST(Grammar, CutsAnewAsBefore)
+{
+    const std::wstring code = L" $a = 'x\ny' . \"z {$b['c']} $d[0]\" . `e` # f\n/* g */ #[H('i')]\n"
+                              L"<<<J\n k $l->m\n J . (int) 1 <=> 2; ?>\n<b><?= n ?>'<? yield\nfrom 'o";
+    const std::string text = "<?php" + std::string(code.begin(), code.end());
+    const auto document = SyntaxParser::MakeSPDocument(
+        boost::make_shared<SyntaxParser::CTextReader>(SyntaxParser::DecodeSource(text)),
+        {L"/a.php", L"PHPSPDocFactory"});
+    const auto source = boost::dynamic_pointer_cast<SyntaxParser::ITokenSource>(
+        document->GetComponent(L"ITokenSource").lock());
+    CTokenLister lister;
+    std::vector<std::string> first = lister.List(text);
+    first.erase(first.begin()); // the opening tag
+    first.pop_back();           // the end
+    lister.BeginTokens();
+    for (const SyntaxParser::SPhpToken& token : source->Cut(code, {5, 0}))
+        lister.AddToken(token);
+    EXPECT_EQ(lister.Tokens(), first);
+}
+
 // Where the mistake is and what it is called, each beside something correct that looks like it.
 TEST(Grammar, NamesWhatIsMissingOrTooMuch)
 {
@@ -119,7 +142,7 @@ TEST(Grammar, NamesWhatIsMissingOrTooMuch)
         {"else { }", "1032 0:0-0:4"},
         {"public $a;", "1033 0:0-0:6"},
         {"$a = 'abc", "1051 0:5-0:9"},
-        {"f('abc\n$a = 'def';\n", "1051 0:2-1:6"},
+        {"f('abc\n$a = 'def';\n", "1051 0:2-0:3"},
         {"$a = \"x $b[0 y\";", "1056 0:12-0:13"},
         {"$a = 1__0;", "1055 0:5-0:9"},
         {"class A extend B { }", "1017 0:8-0:14"},
@@ -219,6 +242,37 @@ TEST(Grammar, GoesOnAfterAnError)
         {"$['a'] = [\n  1,\n];\n$['b'] = [\n  2,\n];\n", "1014 0:1-0:2 1014 3:1-3:2"},
         {"<?php\nclass A {\n  function f( { g(); }\n  function h() { return 1 }\n}\n",
          "1002 2:12-2:13 1001 3:24-3:25"},
+        // Where a quote is lost or too many, strings and code change places only up to there.
+        {"$a = ['one => 'x', 'two' => 'y'];\n$b = 'c';\nf('d', 'e'));\n", "1051 0:6-0:7 1021 2:11-2:12"},
+        {"$a[one'] = 'Klik hier';\n$b['two'] = 'c';\n$c['three'] = f('d';\n", "1051 0:6-0:7 1002 2:18-2:19"},
+        {"$a = f(one two', 'x');\n$b = 'c';\n$c = 'd';\n$c = f('d';\n", "1051 0:14-0:15 1002 3:9-3:10"},
+        {"$a = 'one;\n\n$b = f(1;\n", "1051 0:5-3:0 1002 2:7-2:8"},
+        {"if ($a) {\n    f(\"b $a);\n    g($b['c'], \"d $b\");\n}\n$c = h('d';\n",
+         "1051 1:6-1:7 1002 4:9-4:10"},
+        {"<?php\nclass A extends\" B\n{\n    public $c;\n\n    public function f($a)\n    {\n        return "
+         "g(\"b\", $a;\n    }\n}\n",
+         "1051 1:15-1:16 1002 7:23-7:24"},
+
+        // Braces, by how the lines are indented.
+        {"<?php\nfunction f()\n{\n    if ($a)\n        g();\n        h();\n    } else {\n        i(1);\n    "
+         "}\n"
+         "    j(2;\n}\n",
+         "1006 3:10-3:11 1002 9:6-9:7"},
+        {"<?php\nforeach ($a as $b)\n    g();\n    h();\n}\n$a = 1;\nf(2;\n", "1006 1:17-1:18 1002 6:2-6:3"},
+        {"<?php\nfunction f()\n{\n    while ($a) {}\n        g();\n        h();\n    }\n    i(1);\n}\n$a = "
+         "1;\n$b = 2;\nj(2;\n",
+         "1023 3:16-3:17 1002 11:2-11:3"},
+        {"<?php\nfunction f()\n{\n    if ($a) { {\n        g();\n    }\n    h();\n}\n\nfunction j()\n{\n}\n",
+         "1035 3:14-3:15"},
+        {"<?php\nclass A\n{\n    function f()\n    {\n        if ($a) {\n            g();\n        } }\n     "
+         "   "
+         "h();\n        i();\n    }\n\n    public $b;\n}\n",
+         "1023 7:10-7:11"},
+        {"<?php\nclass A\n{\n    function f()\n    {\n        if ($a) {\n            g();\n\n        h(1;\n  "
+         "      i(2);"
+         "\n    }\n\n    public function j()\n    {\n    }\n}\n",
+         "1004 6:15-6:16 1002 8:10-8:11"},
+        {"$sql = 'SELECT a,\n  b\nFROM c' d;\n", "1012 2:8-2:9"},
     };
     for (const auto& [text, expected] : Cases)
         EXPECT_EQ(Describe(text), expected) << text;
@@ -236,6 +290,14 @@ TEST(Grammar, SpeaksOfTheLineThatIsTyped)
         {"<?php class A {\n    public function\n\n    public function f() { }\n}\n", "1013 1:18-1:19"},
         {"<?php class A {\n    public function g\n\n    public function f() { }\n}\n", "1005 1:20-1:21"},
         {"namespace\n\nuse A\\B;\n\nf();\n", "1013 0:8-0:9"},
+        {"do\nif ($a) {\n    f();\n}\n\n$b = 1;\n", "1006 0:1-0:2"},
+        {"do {\nif ($a) {\n    f();\n}\n\n$b = 1;\n", "1004 0:3-0:4"},
+        {"try\n$a = f();\n$b = 1;\n", "1006 0:2-0:3"},
+        {"<?php\nfunction f() {\n    try {\n    $a = f();\n}\n\nfunction g() {\n}\n", "1004 2:8-2:9"},
+        {"$f = function ($a)\n$b = 1;\nf();\n", "1006 0:17-0:18"},
+        {"<?php\nfunction f() {\n    if ($a) { g\n    h();\n}\n\nfunction i() {\n}\n", "1001 2:14-2:15"},
+        {"<?php\nclass A {\n    const B\n\n    public function f() { }\n}\n", "1010 2:10-2:11"},
+        {"<?php\nclass A {\n    function g($a,\n\n    public function f() { }\n}\n", "1002 2:17-2:18"},
     };
     for (const auto& [text, expected] : Cases)
         EXPECT_EQ(Describe(text), expected) << text;

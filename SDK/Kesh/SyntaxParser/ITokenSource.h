@@ -6,6 +6,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <string_view>
+#include <vector>
 
 namespace Kesh::SyntaxParser {
 
@@ -82,6 +83,12 @@ public:
     /// Registers `handler` for every later pass. It stays owned by the caller and must live as long as the
     /// document is parsed.
     virtual void AddTokenHandler(ITokenHandler* handler) = 0;
+    /// The text of the pass that is under way, followed by a NUL character; empty for a host that cuts a text
+    /// only once.
+    virtual std::wstring_view GetText() const { return {}; }
+    /// The tokens of a piece of code that stands at `place`: of that text, cut otherwise than before, or of
+    /// any other. `code` is followed by a NUL character, and is what their texts are part of.
+    virtual std::vector<SPhpToken> Cut(std::wstring_view /*code*/, CIterator /*place*/) const { return {}; }
 
 protected:
     ~ITokenSource() = default;
