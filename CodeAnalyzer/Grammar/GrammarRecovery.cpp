@@ -40,14 +40,15 @@ void CGrammarRecovery::Begin(SyntaxParser::ITokenSource* source)
     m_replay = {};
     m_dead = false;
     m_replayed = m_resumed = 0;
-    m_stops = m_trials = 0;
+    m_stops = m_trials = m_looks = 0;
 }
 
 bool CGrammarRecovery::OnLexicalError(std::unique_ptr<SGrammarParse>& parse, std::uint32_t& next)
 {
     const std::uint32_t token = next;
     const K kind = m_tokens[token].kind;
-    if (m_source && (kind == K::BadString || kind == K::BadCharacter)) {
+    // Each look goes through all tokens before.
+    if (m_source && (kind == K::BadString || kind == K::BadCharacter) && ++m_looks <= MostStops) {
         CQuoteSearch search(m_tokens, m_feed, *m_source);
         const std::vector<std::uint32_t> open = OpenStrings(m_tokens, token);
         const bool isSure = kind == K::BadString && (m_tokens[token].size > 0 || !open.empty());

@@ -102,6 +102,7 @@ private:
     std::uint32_t m_resumed = 0;       ///< the token at which the parse last went on after an error
     std::vector<std::uint32_t> m_told; ///< the tokens at which errors have been told
     std::size_t m_stops = 0;
+    std::size_t m_looks = 0; ///< for lost quotes around what is no token
     std::size_t m_trials = 0;
 };
 

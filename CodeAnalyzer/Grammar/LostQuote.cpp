@@ -99,7 +99,9 @@ std::uint32_t CQuoteSearch::EndOfString(std::uint32_t opening) const
         if (at == kind && braces == 0)
             break;
     }
-    return std::min(i, m_tokens.Count() - 1);
+    // Where it does not end, the mark of the end is no part of the text.
+    const std::uint32_t last = std::min(i, m_tokens.Count() - 1);
+    return m_tokens[last].kind == K::End && last > opening ? last - 1 : last;
 }
 
 bool CQuoteSearch::IsSuspicious(std::uint32_t opening) const

@@ -403,9 +403,9 @@ TEST(Grammar, StandsWhateverItIsGiven)
 {
     constexpr std::size_t many = 1000000;
     for (const char* piece :
-         {"(",          "[", "{",  "f(",      "\"{$a[",   "if ($a) {", "#[",  "$a = function () {",
-          "<<<A\n{$a[", "}", ")",  "match (", "fn() => ", "class {",   "? :", "/*",
-          "'",          "`", "&$", "new ",    "${"})
+         {"(",          "[", "{",  "f(",      "\"{$a[",   "if ($a) {", "#[",     "$a = function () {",
+          "<<<A\n{$a[", "}", ")",  "match (", "fn() => ", "class {",   "? :",    "/*",
+          "'",          "`", "&$", "new ",    "${",       "\x01 ",     "\"$a b "})
         Diagnose("<?php " + Repeated(piece, many / std::string_view(piece).size()));
     EXPECT_TRUE(Diagnose("<?php $a = " + Repeated("(", many) + "1" + Repeated(")", many) + ";").empty());
 
