@@ -97,10 +97,7 @@ CValueMatch::TEnds CValueMatch::At(TSyntax syntax, SPlace place)
         break;
     }
     case EN::Seq: ends = OfSequence(node, place); break;
-    case EN::One:
-        for (const TSyntax part : StyleTables::Parts(node))
-            ends |= StyleTables::At(part).kind == EN::Word ? OfWord(part, place) : At(part, place);
-        break;
+    case EN::One: ends = OfAlternatives(node, place); break;
     case EN::All:
     case EN::Any: ends = OfAnyOrder(node, place); break;
     case EN::Repeat:
@@ -113,7 +110,30 @@ CValueMatch::TEnds CValueMatch::At(TSyntax syntax, SPlace place)
     return ends;
 }
 
-// Most alternatives are words, of which there may be hundreds.
+// Most are words, of which there may be hundreds: that none of them fits is noted once.
+CValueMatch::TEnds CValueMatch::OfAlternatives(const SSyntax& node, SPlace place)
+{
+    const auto& parts = m_parts->Level(place.level);
+    const bool isIdent = place.part < parts.size() && parts[place.part].kind == SValuePart::Ident;
+    const std::uint16_t word = isIdent ? parts[place.part].word : StyleTables::NoWord;
+    TEnds ends = 0;
+    std::optional<TSyntax> failed;
+    for (const TSyntax part : StyleTables::Parts(node)) {
+        const SSyntax& alternative = StyleTables::At(part);
+        if (alternative.kind != EN::Word)
+            ends |= At(part, place);
+        else if (isIdent && alternative.first == word)
+            ends |= TEnds(1) << (place.part + 1);
+        else if (m_collects)
+            Fail(part, place);
+        else
+            failed = part;
+    }
+    if (failed)
+        Fail(*failed, place);
+    return ends;
+}
+
 CValueMatch::TEnds CValueMatch::OfWord(TSyntax syntax, SPlace place)
 {
     const auto& parts = m_parts->Level(place.level);

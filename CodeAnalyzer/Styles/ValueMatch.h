@@ -42,6 +42,7 @@ private:
 
     TEnds Run(StyleTables::TSyntax syntax);
     TEnds At(StyleTables::TSyntax syntax, SPlace place);
+    TEnds OfAlternatives(const SSyntax& node, SPlace place);
     TEnds OfWord(StyleTables::TSyntax syntax, SPlace place);
     TEnds OfEach(StyleTables::TSyntax syntax, std::size_t level, TEnds begins);
     TEnds OfLeaf(StyleTables::TSyntax syntax, const SSyntax& node, SPlace place);
