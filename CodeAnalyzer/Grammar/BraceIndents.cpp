@@ -67,19 +67,10 @@ void GuessAtHead(std::vector<SBraceGuess>& guesses, const CGrammarTokens& tokens
     const std::uint32_t last = FindHeadEnd(tokens, closing);
     if (last == NoToken || last == 0)
         return;
-    switch (tokens[last].kind) {
-    case K::CloseRound:
-    case K::Else:
-    case K::Do:
-    case K::Try:
-    case K::Finally:
-    case K::Identifier: guesses.push_back({SBraceGuess::OpenMissing, last + 1, NoToken}); break;
-    case K::CloseBrace:
-        if (tokens[last - 1].kind == K::OpenBrace)
-            guesses.push_back({SBraceGuess::CloseOdd, last, last - 1});
-        break;
-    default: break;
-    }
+    if (EndsHeader(tokens[last].kind))
+        guesses.push_back({SBraceGuess::OpenMissing, last + 1, NoToken});
+    else if (tokens[last].kind == K::CloseBrace && tokens[last - 1].kind == K::OpenBrace)
+        guesses.push_back({SBraceGuess::CloseOdd, last, last - 1});
 }
 
 // A block that is left open may have been opened twice.
@@ -91,6 +82,19 @@ SBraceGuess GuessLeftOpen(const CGrammarTokens& tokens, std::uint32_t opened, st
 }
 
 } // namespace
+
+bool EndsHeader(SyntaxParser::EPhpTokenKind kind)
+{
+    switch (kind) {
+    case K::CloseRound:
+    case K::Else:
+    case K::Do:
+    case K::Try:
+    case K::Finally:
+    case K::Identifier: return true;
+    default: return false;
+    }
+}
 
 std::vector<SBraceGuess> GuessBraces(const CGrammarTokens& tokens, std::uint32_t end, std::size_t most)
 {

@@ -21,6 +21,9 @@ struct SBraceGuess
     std::uint32_t opened; ///< the brace that is left open, or that is closed too early; NoToken: none is
 };
 
+/// Whether what begins a block may end with it, before the block's brace.
+bool EndsHeader(SyntaxParser::EPhpTokenKind kind);
+
 /// Pairs of braces before `end` whose lines are not indented alike, in the order in which they close, and
 /// blocks that are still open although their line's indentation has come again. At most `most` of them.
 /// Linear.

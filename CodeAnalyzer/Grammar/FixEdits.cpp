@@ -1,5 +1,7 @@
 #include "Grammar/FixEdits.h"
 
+#include "Grammar/BraceIndents.h"
+
 #include <algorithm>
 #include <cwchar>
 #include <string_view>
@@ -56,20 +58,6 @@ bool BeginsHeader(K kind)
     case K::Abstract:
     case K::Final:
     case K::CloseBrace: return true;
-    default: return false;
-    }
-}
-
-/// What may end it.
-bool EndsHeader(K kind)
-{
-    switch (kind) {
-    case K::CloseRound:
-    case K::Else:
-    case K::Do:
-    case K::Try:
-    case K::Finally:
-    case K::Identifier: return true;
     default: return false;
     }
 }

@@ -46,7 +46,6 @@ constexpr std::array<SConfusion, 10> Confusions{{
     {K::CloseSquare, K::CloseRound},
 }};
 constexpr int ConfusionCost = 20;
-/// Statements and declarations that what stands alone may have lost the beginning of.
 /// What ends something whose line ends before its body, or before all of it.
 const std::array<std::vector<K>, 5> Bodies{{
     {K::OpenBrace, K::CloseBrace},
@@ -70,6 +69,7 @@ const std::array<std::vector<K>, 3> MemberEnds{{
     {K::Semicolon},
 }};
 constexpr int BodyCost = 22;
+/// Statements and declarations that what stands alone may have lost the beginning of.
 const std::array<std::vector<K>, 6> Frames{{
     {K::Class, K::Identifier, K::OpenBrace},
     {K::Switch, K::OpenRound, K::Variable, K::CloseRound, K::OpenBrace},

@@ -1,6 +1,5 @@
 #include "Grammar/GrammarReporter.h"
 
-#include "Base/CommonString.h"
 #include "Grammar/FixEdits.h"
 #include "Grammar/OpenStrings.h"
 
@@ -86,26 +85,6 @@ bool StandsAtToken(std::int32_t code, K kind)
     case K::Case:
     case K::Catch: return true;
     default: return code == Code::MissingOperator;
-    }
-}
-
-std::wstring VersionText(std::int32_t version)
-{
-    return std::to_wstring(version / 100) + L'.' + std::to_wstring(version % 100);
-}
-
-/// Whether a report's token is a name that its message speaks of by that word.
-const char* PlaceOfToken(std::int32_t code)
-{
-    switch (code) {
-    case Code::LeaveOutsideLoop:
-    case Code::ModifierConflict:
-    case Code::ModifierMisused:
-    case Code::NoClassHere:
-    case Code::WordOutOfPlace:
-    case Code::WrongToken:
-    case Code::OutOfPlace: return "found";
-    default: return "name";
     }
 }
 
@@ -214,16 +193,6 @@ void CGrammarReporter::ReportMistyped(const SGrammarHalt& halt, K kind)
     diagnostic.details.fixes.push_back({EFix::Replace, {{diagnostic.error.pos, text}}});
 }
 
-// The wrong token follows on a string of several lines, which then began where one should have ended.
-bool CGrammarReporter::ReportLateString(std::uint32_t stop)
-{
-    const std::uint32_t opening = FindLateString(m_tokens, stop);
-    if (opening == NoToken)
-        return false;
-    Add(Code::StringWithoutEnd, m_tokens.Span(opening));
-    return true;
-}
-
 void CGrammarReporter::ReportOpenString(std::uint32_t opening, std::uint32_t end)
 {
     SGrammarDiagnostic& diagnostic = Add(Code::StringWithoutEnd, m_tokens.Span(opening));
@@ -235,101 +204,6 @@ void CGrammarReporter::ReportLostQuote(std::uint32_t quote)
 {
     const SGrammarToken& token = m_tokens[quote];
     Add(Code::StringWithoutEnd, {{token.column, token.line}, {token.column + 1, token.line}});
-}
-
-// A name is missing at the end of a line, and the word that begins the next one was taken for it.
-bool CGrammarReporter::ReportLostName(std::uint32_t stop)
-{
-    if (stop < 2 || ClassOf(m_tokens[stop - 1].kind) != SyntaxParser::EPhpTokenClass::Word ||
-        !m_tokens.LeadsLine(stop - 1))
-        return false;
-    const K before = m_tokens[stop - 2].kind;
-    if (before != K::Function && before != K::Namespace)
-        return false;
-    AddFound(Add(Code::MissingName, GapBehind(stop - 2)), "found", stop - 1);
-    return true;
-}
-
-// A method without its word, which was taken for the type of a property.
-bool CGrammarReporter::ReportLostFunction(std::uint32_t stop)
-{
-    if (stop < 2 || m_tokens[stop].kind != K::OpenRound || m_tokens[stop - 1].kind != K::Identifier)
-        return false;
-    switch (m_tokens[stop - 2].kind) {
-    case K::Public:
-    case K::Protected:
-    case K::Private:
-    case K::Static:
-    case K::Abstract:
-    case K::Final: break;
-    default: return false;
-    }
-    SGrammarDiagnostic& diagnostic = Add(Code::MissingWord, m_tokens.Span(stop - 1));
-    AddFound(diagnostic, "found", stop - 1);
-    diagnostic.details.arguments.push_back({"expected", std::wstring(TextOf(K::Function))});
-    for (STextEdit& edit : CFixEdits(m_tokens).Insertions(K::Function, stop - 1, NoToken))
-        diagnostic.details.fixes.push_back({EFix::Insert, {std::move(edit)}});
-    return true;
-}
-
-// `do` alone on its line has taken the next statement for its body, and lacks its `while` behind that.
-bool CGrammarReporter::ReportLoneDo(const SGrammarHalt& halt)
-{
-    std::size_t depth = halt.parser.Depth();
-    const auto isLoop = [&](std::size_t at) {
-        return halt.parser.TokenAt(at) < halt.stop && m_tokens[halt.parser.TokenAt(at)].kind == K::Do;
-    };
-    while (depth > 0 && !isLoop(depth))
-        --depth;
-    const std::uint32_t token = halt.parser.TokenAt(depth);
-    if (depth == 0 || token + 1 >= halt.stop || !m_tokens.LeadsLine(token + 1) ||
-        m_tokens[token + 1].column > m_tokens[token].column)
-        return false;
-    AddFound(Add(Code::MissingOpenBrace, GapBehind(token)), "found", token + 1);
-    return true;
-}
-
-// `for` whose parts are told apart by commas, as far as it is plain which ones.
-bool CGrammarReporter::ReportForHead(const SGrammarHalt& halt)
-{
-    if (m_tokens[halt.stop].kind != K::CloseRound || halt.open.empty())
-        return false;
-    const std::uint32_t bracket = halt.open.back();
-    if (bracket == 0 || m_tokens[bracket - 1].kind != K::For)
-        return false;
-    constexpr std::size_t gaps = 2;
-    std::vector<std::uint32_t> commas;
-    std::size_t semicolons = 0;
-    bool compares = false; // behind a comma, in front of any semicolon
-    int depth = 0;
-    for (std::uint32_t i = bracket + 1; i < halt.stop; ++i) {
-        const K kind = m_tokens[i].kind;
-        depth += kind == K::OpenRound || kind == K::OpenSquare || kind == K::OpenBrace;
-        depth -= kind == K::CloseRound || kind == K::CloseSquare || kind == K::CloseBrace;
-        if (depth == 0 && kind == K::Comma)
-            commas.push_back(i);
-        semicolons += depth == 0 && kind == K::Semicolon;
-        const TGrammarSymbol symbol = GrammarSymbol(kind);
-        compares |= !commas.empty() && semicolons == 0 &&
-                    (symbol == GrammarSymbol(K::Less) || symbol == GrammarSymbol(K::Equal));
-    }
-    if (semicolons >= gaps)
-        return false;
-    // What stands before the only semicolon may be several values to begin with.
-    const bool areMeant = semicolons + commas.size() == gaps && (semicolons == 0 || compares);
-    if (!areMeant) {
-        ReportMissing(halt, K::Semicolon);
-        return true;
-    }
-    const std::wstring text(TextOf(K::Semicolon));
-    SGrammarDiagnostic& diagnostic = Add(Code::WrongToken, m_tokens.Span(commas.front()));
-    AddFound(diagnostic, "found", commas.front());
-    diagnostic.details.arguments.push_back({"expected", text});
-    SFix& fix = diagnostic.details.fixes.emplace_back();
-    fix.kind = EFix::Replace;
-    for (const std::uint32_t comma : commas)
-        fix.edits.push_back({m_tokens.Span(comma), text});
-    return true;
 }
 
 // Whether the wrong token is what a number was to go on with.
@@ -402,7 +276,7 @@ void CGrammarReporter::ReportOddOpening(std::uint32_t token)
 {
     SGrammarDiagnostic& diagnostic = Add(Code::OutOfPlace, m_tokens.Span(token));
     AddFound(diagnostic, "found", token);
-    diagnostic.details.fixes.push_back({EFix::Remove, {{diagnostic.error.pos, {}}}});
+    diagnostic.details.fixes.push_back({EFix::Remove, {CFixEdits(m_tokens).Removal(token)}});
 }
 
 void CGrammarReporter::ReportMissingClosing(std::uint32_t token, std::uint32_t opened)
@@ -558,63 +432,6 @@ void CGrammarReporter::OfferBraces(SGrammarDiagnostic& diagnostic, std::uint32_t
     const wchar_t* text = m_tokens[token - 2].text;
     whole.end.x = whole.start.x + (end + 2 - text);
     diagnostic.details.fixes.push_back({EFix::Replace, {{whole, L'{' + std::wstring(text, end + 2) + L'}'}}});
-}
-
-void CGrammarReporter::AddRuleReports(const std::vector<SRuleReport>& reports)
-{
-    for (const SRuleReport& report : reports)
-        AddRuleReport(report);
-}
-
-std::vector<SArgument> CGrammarReporter::ArgumentsOf(const SRuleReport& report,
-                                                     const SPhpFeature& feature) const
-{
-    const std::int32_t since = report.code == Code::TooNew ? feature.since : feature.until;
-    std::vector<SArgument> arguments = {
-        {"feature", Base::CCommonString::FromUtf8(feature.text), SArgument::Key},
-        {"since", VersionText(since), SArgument::Plain},
-        {"version", VersionText(m_version), SArgument::Plain},
-    };
-    if (m_versionFrom.empty())
-        arguments.push_back({"here", VersionText(m_version), SArgument::Plain});
-    else
-        arguments.push_back({"demander", m_versionFrom, SArgument::Plain});
-    return arguments;
-}
-
-void CGrammarReporter::AddRuleReport(const SRuleReport& report)
-{
-    const std::uint32_t token = std::min(report.token, m_tokens.Count() - 1);
-    if (report.code == Code::ModifierConflict && token > 0 && m_tokens.LeadsLine(token)) {
-        // The line before has lost what its modifiers were for.
-        SGrammarDiagnostic& diagnostic = Add(Code::MissingVariable, GapBehind(token - 1));
-        diagnostic.stopsParse = false;
-        AddFound(diagnostic, "found", token);
-        return;
-    }
-    SGrammarDiagnostic& diagnostic = Add(report.code, m_tokens.Span(token));
-    diagnostic.stopsParse = false;
-    SDetails& details = diagnostic.details;
-    if (report.feature) {
-        details.arguments = ArgumentsOf(report, FeatureOf(*report.feature));
-    } else if (!report.arguments.empty()) {
-        details.arguments = report.arguments;
-    } else {
-        const bool isOfMethod = report.code == Code::BodyMissing || report.code == Code::BodyNotAllowed;
-        AddFound(diagnostic, PlaceOfToken(report.code), isOfMethod ? report.related.token : token);
-    }
-    if (report.code == Code::WrongToken) {
-        const std::wstring expected(TextOf(K::DoubleArrow)); // what the only rule that finds one expects
-        details.arguments.push_back({"expected", expected});
-        details.fixes.push_back({EFix::Replace, {{diagnostic.error.pos, expected}}});
-    }
-    if (report.code == Code::OutOfPlace && IsOperator(m_tokens[token].kind))
-        OfferDollar(diagnostic, token);
-    if (report.fix == EFix::Remove)
-        details.fixes.push_back({EFix::Remove, {CFixEdits(m_tokens).Removal(token)}});
-    for (const SRelatedToken& related : {report.related, report.other})
-        if (related.token != NoToken)
-            details.related.push_back({m_tokens.Span(related.token), related.message});
 }
 
 // What needs the newest version says enough: with that one, the place holds nothing that is too new.
