@@ -23,12 +23,6 @@ bool IsBlank(wchar_t c)
     return c == L' ' || c == L'\t' || c == L'\n' || c == L'\r' || c == L'\f';
 }
 
-bool IsNameCharacter(wchar_t c)
-{
-    return (c >= L'a' && c <= L'z') || (c >= L'A' && c <= L'Z') || (c >= L'0' && c <= L'9') || c == L'_' ||
-           c > 0x7F;
-}
-
 /// Whether a tag at `begin` is a string of a script that is printed without its own tags.
 bool IsCode(std::wstring_view text, std::size_t begin)
 {

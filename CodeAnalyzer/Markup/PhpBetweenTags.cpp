@@ -11,12 +11,6 @@ namespace {
 
 constexpr std::wstring_view Blanks = L" \t\r\n\f";
 
-bool IsNameCharacter(wchar_t c)
-{
-    return (c >= L'a' && c <= L'z') || (c >= L'A' && c <= L'Z') || (c >= L'0' && c <= L'9') || c == L'_' ||
-           c > 0x7F;
-}
-
 /// Whether something is called there that is no part of the language, or printed.
 bool MayPrint(std::wstring_view php)
 {
@@ -56,6 +50,12 @@ int BalanceOf(std::wstring_view php)
 }
 
 } // namespace
+
+bool IsNameCharacter(wchar_t c)
+{
+    return (c >= L'a' && c <= L'z') || (c >= L'A' && c <= L'Z') || (c >= L'0' && c <= L'9') || c == L'_' ||
+           c > 0x7F;
+}
 
 SPrinting WhatPrints(std::wstring_view php)
 {

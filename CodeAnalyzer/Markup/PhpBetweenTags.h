@@ -12,6 +12,9 @@ struct SPrinting
     bool torn = false; ///< strings that are a part of what is printed have tags whose partners are elsewhere
 };
 
+/// Whether names of PHP, and of tags as PHP prints them, go on with it.
+bool IsNameCharacter(wchar_t c);
+
 /// Linear. `php` may begin and end inside of an expression.
 SPrinting WhatPrints(std::wstring_view php);
 

@@ -103,7 +103,6 @@ CValueMatch::TEnds CValueMatch::At(TSyntax syntax, SPlace place)
     case EN::Repeat:
     case EN::List: ends = OfRepeat(node, place); break;
     case EN::NonEmpty: ends = At(node.first, place) & ~(TEnds(1) << place.part); break;
-    case EN::Word: ends = OfWord(syntax, place); break;
     default: ends = OfLeaf(syntax, node, place);
     }
     --m_depth;
@@ -134,16 +133,6 @@ CValueMatch::TEnds CValueMatch::OfAlternatives(const SSyntax& node, SPlace place
     return ends;
 }
 
-CValueMatch::TEnds CValueMatch::OfWord(TSyntax syntax, SPlace place)
-{
-    const auto& parts = m_parts->Level(place.level);
-    if (place.part < parts.size() && parts[place.part].kind == SValuePart::Ident &&
-        parts[place.part].word == StyleTables::At(syntax).first)
-        return TEnds(1) << (place.part + 1);
-    Fail(syntax, place);
-    return 0;
-}
-
 CValueMatch::TEnds CValueMatch::OfEach(TSyntax syntax, std::size_t level, TEnds begins)
 {
     TEnds ends = 0;
@@ -161,6 +150,10 @@ CValueMatch::TEnds CValueMatch::OfLeaf(TSyntax syntax, const SSyntax& node, SPla
         const SValuePart& part = parts[place.part];
         const TEnds next = TEnds(1) << (place.part + 1);
         switch (node.kind) {
+        case EN::Word:
+            if (part.kind == SValuePart::Ident && part.word == node.first)
+                return next;
+            break;
         case EN::Sign:
             if (part.kind == SValuePart::Sign && part.sign == static_cast<wchar_t>(node.first))
                 return next;

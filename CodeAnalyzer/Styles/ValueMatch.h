@@ -43,7 +43,6 @@ private:
     TEnds Run(StyleTables::TSyntax syntax);
     TEnds At(StyleTables::TSyntax syntax, SPlace place);
     TEnds OfAlternatives(const SSyntax& node, SPlace place);
-    TEnds OfWord(StyleTables::TSyntax syntax, SPlace place);
     TEnds OfEach(StyleTables::TSyntax syntax, std::size_t level, TEnds begins);
     TEnds OfLeaf(StyleTables::TSyntax syntax, const SSyntax& node, SPlace place);
     TEnds OfFunction(const SSyntax& node, const SValuePart& part, SPlace place);
