@@ -50,7 +50,7 @@ std::string NewText(const std::wstring& text, const SOpenDocument& open)
 json CCodeActions::Offer(const json& params)
 {
     json actions = json::array();
-    const std::wstring path = PathOfUri(params.at("textDocument").at("uri").get_ref<const std::string&>());
+    const std::wstring path = DocumentPath(params);
     const SOpenDocument* open = m_documents.Find(path);
     const SDescribed* known = m_diagnostics.Known(path);
     if (!open || !known || known->order.revision != open->revision)

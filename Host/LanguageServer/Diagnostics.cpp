@@ -5,7 +5,7 @@
 #include "Application/PluginLoader.h"
 #include "Base/CommonString.h"
 #include "Files/FilePath.h"
-#include "LanguageServer/Uri.h"
+#include "LanguageServer/Protocol.h"
 #include "ProjectManager/ProjectManager.h"
 
 #include <algorithm>
@@ -250,7 +250,7 @@ json CDiagnostics::Report(const std::wstring& path, const std::string& previousI
 
 void CDiagnostics::AnswerDocument(const json& params, const json& id)
 {
-    const std::wstring path = PathOfUri(params.at("textDocument").at("uri").get_ref<const std::string&>());
+    const std::wstring path = DocumentPath(params);
     const json previous = params.value("previousResultId", json());
     const std::string previousId = previous.is_string() ? previous.get<std::string>() : std::string();
     AnswerFresh(path, id, [=, this](EFresh how) -> json {

@@ -1,10 +1,19 @@
 #pragma once
 
+#include "LanguageServer/Uri.h"
+
 #include <cstdint>
 #include <nlohmann/json.hpp>
+#include <string>
 #include <utility>
 
 namespace Kesh::LanguageServer {
+
+/// That of the document which a message is about.
+inline std::wstring DocumentPath(const nlohmann::json& params)
+{
+    return PathOfUri(params.at("textDocument").at("uri").get_ref<const std::string&>());
+}
 
 /// A position of the protocol; the comparison is that of places in a text.
 inline std::pair<std::int64_t, std::int64_t> PointOf(const nlohmann::json& position)

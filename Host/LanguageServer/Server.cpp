@@ -9,6 +9,7 @@
 #include "Files/Printable.h"
 #include "Findings/ApplyRules.h"
 #include "LanguageServer/Hover.h"
+#include "LanguageServer/Protocol.h"
 #include "LanguageServer/Uri.h"
 #include "ProjectManager/ProjectManager.h"
 
@@ -25,12 +26,6 @@ constexpr std::size_t ManyFiles = 40;
 
 enum EMessageType : int { MessageError = 1, MessageWarning = 2 };
 enum EFileChange : int { FileDeleted = 3 };
-
-/// That of the document which a message is about.
-std::wstring PathIn(const json& params)
-{
-    return PathOfUri(params.at("textDocument").at("uri").get_ref<const std::string&>());
-}
 
 } // namespace
 
@@ -131,13 +126,10 @@ json CServer::Initialize(const json& params)
 
 void CServer::OnInitialized()
 {
-    if (m_client.answersSettings) {
+    if (m_client.answersSettings)
         AskForWishes();
-        return;
-    }
-    ReadSettings();
-    if (m_checkProject)
-        m_workspace.CheckAll();
+    else
+        CheckNow();
 }
 
 void CServer::AskForWishes()
@@ -148,12 +140,7 @@ void CServer::AskForWishes()
                              m_isAsking = false;
                              if (result.is_array() && !result.empty())
                                  ReadWishes(result[0]);
-                             ReadSettings();
-                             m_diagnostics.DescribeAll();
-                             if (m_checkProject)
-                                 m_workspace.CheckAll();
-                             else
-                                 m_workspace.CheckNothing();
+                             CheckNow();
                          });
 }
 
@@ -203,7 +190,7 @@ void CServer::AddDocuments()
     m_connection.OnNotification("textDocument/didChange",
                                 [this](const json& params) { m_documents.Change(params); });
     m_connection.OnNotification("textDocument/didSave", [this](const json& params) {
-        if (m_settings.DependOn(PathIn(params)))
+        if (m_settings.DependOn(DocumentPath(params)))
             Recheck();
     });
     m_connection.OnNotification("textDocument/didClose", [this](const json& params) {
@@ -216,12 +203,12 @@ void CServer::AddDocuments()
     });
     m_connection.OnDeferred("textDocument/codeAction", [this](const json& params, const json& id) {
         // Right after an edit nothing is known of the text as it is now.
-        m_diagnostics.AnswerFresh(PathIn(params), id,
+        m_diagnostics.AnswerFresh(DocumentPath(params), id,
                                   [this, params](CDiagnostics::EFresh) { return m_actions.Offer(params); });
     });
     m_connection.On("codeAction/resolve", [this](const json& params) { return m_actions.Resolve(params); });
     m_connection.On("textDocument/hover", [this](const json& params) {
-        const std::wstring path = PathIn(params);
+        const std::wstring path = DocumentPath(params);
         const SDescribed* known = m_diagnostics.Known(path);
         const SOpenDocument* open = m_documents.Find(path);
         const bool isOfThis = known && open && known->order.revision == open->revision;
@@ -331,6 +318,13 @@ void CServer::Recheck()
         m_workspace.CheckAllSoon();
     else
         m_workspace.CheckNothing();
+}
+
+void CServer::CheckNow()
+{
+    Recheck();
+    if (m_checkProject)
+        m_workspace.CheckAll();
 }
 
 void CServer::OnFilesChanged(const json& changes)

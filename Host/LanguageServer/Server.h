@@ -59,7 +59,10 @@ private:
     void ReadSettings();
     /// Tells of what is wrong with settings that have been read since, and watches what they name.
     void FollowSettings();
+    /// Reads the settings and has everything checked by them, once for all that changes at about that time.
     void Recheck();
+    /// The same at once.
+    void CheckNow();
     void OnFilesChanged(const json& changes);
     void CheckFile(const std::wstring& path);
     void Show(int type, const std::string& message);

@@ -82,6 +82,7 @@ void CWorkspace::EndSearch()
 
 void CWorkspace::CheckAll()
 {
+    m_soon.stop();
     EndSearch();
     if (m_folders.empty()) {
         m_application.Project().Close();
