@@ -14,48 +14,44 @@ using CodeAnalyzer::SDiagnosticKind;
 
 namespace {
 
-const QString& Pages()
+struct SPage
 {
-    static const QString pages = [] {
+    QString text;
+    int line = 0; ///< on which it begins, counted from 1
+};
+
+const std::map<std::int32_t, SPage>& Pages()
+{
+    static const std::map<std::int32_t, SPage> pages = [] {
+        std::map<std::int32_t, SPage> found;
         QFile file(QStringLiteral(":/documents/errors.md"));
-        return file.open(QIODevice::ReadOnly) ? QString::fromUtf8(file.readAll()) : QString();
+        const QString whole = file.open(QIODevice::ReadOnly) ? QString::fromUtf8(file.readAll()) : QString();
+        SPage* page = nullptr;
+        int line = 0;
+        for (const QString& text : whole.split(u'\n')) {
+            ++line;
+            if (text.startsWith(QStringLiteral("## ")))
+                page = &(found[text.mid(3).toInt()] = {{}, line});
+            if (page)
+                page->text += text + u'\n';
+        }
+        return found;
     }();
     return pages;
-}
-
-/// -1: there is no page.
-int BeginOf(std::int32_t code)
-{
-    return Pages().indexOf(QStringLiteral("\n## %1\n").arg(code));
 }
 
 } // namespace
 
 QString ErrorPage(std::int32_t code)
 {
-    const QString& pages = Pages();
-    const int begin = BeginOf(code);
-    if (begin < 0)
-        return {};
-    const int end = pages.indexOf(QStringLiteral("\n## "), begin + 1);
-    return pages.mid(begin, end < 0 ? -1 : end - begin).trimmed();
+    const auto page = Pages().find(code);
+    return page == Pages().end() ? QString() : page->second.text.trimmed();
 }
 
 int ErrorPageLine(std::int32_t code)
 {
-    // Asked for each diagnostic.
-    static const std::map<std::int32_t, int> lines = [] {
-        std::map<std::int32_t, int> found;
-        int line = 0;
-        for (const QStringView text : QStringView(Pages()).split(u'\n')) {
-            ++line;
-            if (text.startsWith(QStringLiteral("## ")))
-                found[text.mid(3).toInt()] = line;
-        }
-        return found;
-    }();
-    const auto place = lines.find(code);
-    return place == lines.end() ? 0 : place->second;
+    const auto page = Pages().find(code);
+    return page == Pages().end() ? 0 : page->second.line;
 }
 
 std::optional<std::int32_t> CodeNamed(std::string_view name)
