@@ -27,11 +27,10 @@ struct SCodeRule
 /// rest of the host has them.
 struct SConfiguration
 {
-    std::wstring file;    ///< absolute; empty: there is none, and all is as it is by default
-    std::wstring root;    ///< the folder of the file, to which its globs and paths refer
-    std::wstring extends; ///< absolute: the file that this one adds to; empty: none
-    std::vector<std::wstring>
-        bases;      ///< all that it adds to, the nearest first; what is in them counts already
+    std::wstring file; ///< absolute; empty: there is none, and all is as it is by default
+    std::wstring root; ///< the folder of the file, to which its globs and paths refer
+    /// The files that it adds to, the nearest first; absolute. What they say is in the rest already.
+    std::vector<std::wstring> bases;
     TGlobs include; ///< empty: the usual endings
     TGlobs exclude;
     std::optional<std::int32_t> phpVersion; ///< major * 100 + minor
@@ -70,7 +69,9 @@ std::wstring FindConfiguration(const std::wstring& path);
 /// Reads a configuration file, with those that it adds to. Throws Base::CWorkError "code-analyzer.json:LINE:
 /// what is wrong". Any thread.
 SConfiguration ReadConfiguration(const std::wstring& file);
-/// The same from its text, without those that it adds to.
+/// The same without those that it adds to, of which only the nearest is named.
+SConfiguration ReadOneConfiguration(const std::wstring& file);
+/// Likewise from its text.
 SConfiguration ParseConfiguration(const std::wstring& file, std::string_view text);
 /// "8.2", or "8.2.14", as 802; nothing when it is no version of PHP that is known.
 std::optional<std::int32_t> PhpVersionOf(std::string_view text);

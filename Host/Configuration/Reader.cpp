@@ -152,9 +152,10 @@ SConfiguration ParseConfiguration(const std::wstring& file, std::string_view tex
                  [&](const SJsonValue& v) {
                      if (TextOf(v, "extends").empty())
                          Fail(v.line, "\"extends\" must name a file");
-                     read.extends = PathFrom(read.root, v.text);
-                     if (!Host::IsRegularFile(read.extends))
-                         Fail(v.line, "\"extends\": there is no file " + Host::PathToBytes(read.extends));
+                     read.bases = {PathFrom(read.root, v.text)};
+                     if (!Host::IsRegularFile(read.bases.front()))
+                         Fail(v.line,
+                              "\"extends\": there is no file " + Host::PathToBytes(read.bases.front()));
                  }},
                 {"include", [&](const SJsonValue& v) { read.include = Strings(v, "include"); }},
                 {"exclude", [&](const SJsonValue& v) { read.exclude = Strings(v, "exclude"); }},
@@ -186,33 +187,7 @@ SConfiguration ParseConfiguration(const std::wstring& file, std::string_view tex
     return read;
 }
 
-namespace {
-
-constexpr std::size_t MostBases = 16;
-
-/// What `own` says, and `base` where it says nothing; lists are added to, but what is included is not.
-SConfiguration Over(const SConfiguration& base, SConfiguration own)
-{
-    const auto prepend = [](const auto& first, auto& list) {
-        list.insert(list.begin(), first.begin(), first.end());
-    };
-    if (own.include.empty())
-        own.include = base.include;
-    prepend(base.exclude, own.exclude);
-    own.phpVersion = own.phpVersion ? own.phpVersion : base.phpVersion;
-    own.shortOpenTag = own.shortOpenTag ? own.shortOpenTag : base.shortOpenTag;
-    own.grammar = own.grammar ? own.grammar : base.grammar;
-    own.markup = own.markup ? own.markup : base.markup;
-    prepend(base.rules, own.rules);
-    prepend(base.tags, own.tags);
-    prepend(base.attributes, own.attributes);
-    prepend(base.properties, own.properties);
-    if (own.baseline.empty())
-        own.baseline = base.baseline;
-    return own;
-}
-
-SConfiguration ReadOne(const std::wstring& file)
+SConfiguration ReadOneConfiguration(const std::wstring& file)
 {
     const std::wstring name = Host::FileName(file);
     try {
@@ -224,31 +199,6 @@ SConfiguration ReadOne(const std::wstring& file)
         const bool line = !what.empty() && what[0] >= L'0' && what[0] <= L'9';
         throw Base::CWorkError(name + (line ? L":" : L": ") + what, __LINE__, "Host/Configuration/Reader");
     }
-}
-
-} // namespace
-
-SConfiguration ReadConfiguration(const std::wstring& file)
-{
-    std::vector<SConfiguration> chain{ReadOne(file)};
-    while (!chain.back().extends.empty()) {
-        const std::wstring& next = chain.back().extends;
-        const bool isKnown =
-            std::ranges::any_of(chain, [&](const SConfiguration& read) { return read.file == next; });
-        if (isKnown || chain.size() > MostBases)
-            throw Base::CWorkError(Host::FileName(chain.back().file) + L": \"extends\": " + next +
-                                       (isKnown ? L" adds to this file itself" : L" is one file too many"),
-                                   __LINE__, "Host/Configuration/Reader");
-        chain.push_back(ReadOne(next));
-    }
-    SConfiguration read = chain.back();
-    std::vector<std::wstring> bases;
-    for (std::size_t i = chain.size() - 1; i-- > 0;) {
-        bases.insert(bases.begin(), chain[i + 1].file);
-        read = Over(read, chain[i]);
-    }
-    read.bases = std::move(bases);
-    return read;
 }
 
 } // namespace Kesh::Configuration
