@@ -55,6 +55,8 @@ protected:
         return brief;
     }
 
+    /// The path of a file of the test's own, as bytes.
+    std::string Path(const std::wstring& name) { return Kesh::Host::PathToBytes(m_folder.Path(name)); }
     /// Runs git in a folder of the test's own; answers how it ended.
     int TryGit(const std::wstring& folder, const QStringList& arguments)
     {

@@ -15,7 +15,6 @@ namespace {
 class Fix : public CCliTest
 {
 protected:
-    std::string Path(const wchar_t* name) { return Host::PathToBytes(m_folder.Path(name)); }
     std::string Bytes(const wchar_t* name) { return Host::ReadFileBytes(m_folder.Path(name)); }
 };
 

@@ -269,20 +269,19 @@ TEST_F(Settings, FaultsAreShownWithTheirLine)
 
 TEST_F(Settings, AFileAddsToAnother)
 {
-    m_folder.Write(L"shared.json",
+    m_folder.Write(L"base.json",
                    R"({"phpVersion": "7.4", "codes": {"901": "off", "1025": "warning"}, "exclude": ["old"],
                        "overrides": [{"paths": ["p"], "codes": {"2001": "off"}}], "ownNames": {"tags": ["x-*"]}})");
-    m_folder.Write(
-        L"p/code-analyzer.json",
-        R"({"extends": "../shared.json", "codes": {"1025": "error"}, "ownNames": {"tags": ["y"]}})");
+    m_folder.Write(L"p/code-analyzer.json",
+                   R"({"extends": "../base.json", "codes": {"1025": "error"}, "ownNames": {"tags": ["y"]}})");
     m_folder.Write(L"p/a.php", Wrong + "if ($a);\n?><x-a></x-a><y></y>");
     m_folder.Write(L"p/b.php", "<?php $a?->b();");
     m_folder.Write(L"p/old/a.php", Wrong);
     const auto records = RunJson({"p"}, 1);
     EXPECT_THAT(Brief(records), ElementsAre(HasSubstr("1025"), HasSubstr("1091")));
     EXPECT_THAT(records.at(1)["message"], HasSubstr("code-analyzer.json"));
-    m_folder.Write(L"shared.json", "{\n\"exclude\": 1}");
-    EXPECT_THAT(Run({"check", "p"}).err, HasSubstr("shared.json:2: \"exclude\" must be an array"));
+    m_folder.Write(L"base.json", "{\n\"exclude\": 1}");
+    EXPECT_THAT(Run({"check", "p"}).err, HasSubstr("base.json:2: \"exclude\" must be an array"));
 }
 
 TEST_F(Settings, TheNearestFileUpwardsCountsUnlessToldOtherwise)

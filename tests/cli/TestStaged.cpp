@@ -19,7 +19,6 @@ const std::string Bad = "<?php\n$a = 1;\n$b = = 2;\n";
 class Staged : public CCliTest
 {
 protected:
-    std::string Path(const wchar_t* name) { return Kesh::Host::PathToBytes(m_folder.Path(name)); }
     void Init(const wchar_t* repository)
     {
         fs::create_directories(Path(repository));

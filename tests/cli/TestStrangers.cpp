@@ -23,7 +23,6 @@ const std::string Baseline = "{\"version\": 1, \"findings\": []}";
 class Strangers : public CCliTest
 {
 protected:
-    std::string Path(const wchar_t* name) { return Host::PathToBytes(m_folder.Path(name)); }
     std::string Bytes(const wchar_t* name)
     {
         return fs::exists(Path(name)) ? Host::ReadFileBytes(m_folder.Path(name)) : "";
