@@ -8,7 +8,6 @@
 #include "Markup/HtmlProblems.h"
 #include "Markup/MarkupKind.h"
 #include "Markup/OthersNames.h"
-#include "Markup/StylePart.h"
 
 #include <boost/pointer_cast.hpp>
 #include <utility>
@@ -24,13 +23,12 @@ using SyntaxParser::SMarkupSpan;
 using SyntaxParser::SStyleToken;
 
 CMarkupChecker::CMarkupChecker(const IMarkupCheck* wanted, ICheckOwner* owner, IErrorsReceiver* receiver)
-    : m_wanted(wanted), m_owner(owner), m_receiver(receiver)
+    : m_wanted(wanted), m_owner(owner), m_receiver(receiver), m_styles(m_report)
 {
     auto nesting = std::make_unique<CHtmlNesting>(m_report);
     const CTemplateTokens& tokens = nesting->Tokens();
     m_nesting = nesting.get();
     m_parts.push_back(std::move(nesting));
-    m_parts.push_back(std::make_unique<CStylePart>(m_report));
     m_parts.push_back(std::make_unique<CHtmlProblems>(m_report));
     m_parts.push_back(std::make_unique<CHtmlAttributes>(m_report));
     m_parts.push_back(std::make_unique<CHtmlIds>(m_report, tokens));
@@ -95,20 +93,17 @@ void CMarkupChecker::AddProblem(EHtmlProblem problem, SMarkupSpan span)
 
 void CMarkupChecker::BeginStyle(EStyleKind kind, SMarkupSpan whole)
 {
-    for (const auto& part : m_parts)
-        part->BeginStyle(kind, whole);
+    m_styles.Begin(kind, whole);
 }
 
 void CMarkupChecker::AddStyle(const SStyleToken& token)
 {
-    for (const auto& part : m_parts)
-        part->AddStyle(token);
+    m_styles.Add(token);
 }
 
 void CMarkupChecker::EndStyle()
 {
-    for (const auto& part : m_parts)
-        part->EndStyle();
+    m_styles.End();
 }
 
 void CMarkupChecker::EndMarkup()

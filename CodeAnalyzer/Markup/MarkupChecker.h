@@ -5,6 +5,7 @@
 #include "Kesh/SyntaxParser/ISPDocument.h"
 #include "Kesh/SyntaxParser/SemanticTree.h"
 #include "Markup/MarkupPart.h"
+#include "Styles/StyleChecker.h"
 
 #include <boost/signals2/connection.hpp>
 #include <memory>
@@ -60,6 +61,7 @@ private:
     std::wstring m_path;
     CMarkupReport m_report;
     std::vector<std::unique_ptr<IMarkupPart>> m_parts;
+    CStyleChecker m_styles;
     CHtmlNesting* m_nesting; ///< one of the parts
     CTemplateHalves* m_halves = nullptr;
     bool m_isChecked = false; ///< the last pass

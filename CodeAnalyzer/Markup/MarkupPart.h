@@ -8,7 +8,7 @@ class ISPDocument;
 
 namespace Kesh::CodeAnalyzer {
 
-/// One subject of the markup check. It hears each pass as IMarkupHandler does, and reports what it finds; one
+/// One subject of the check of HTML. It hears each pass as IMarkupHandler does, and reports what it finds; one
 /// thread at a time.
 class IMarkupPart
 {
@@ -21,9 +21,6 @@ public:
     virtual void Begin() {}
     virtual void AddHtml(const SyntaxParser::SHtmlToken& /*token*/) {}
     virtual void AddProblem(SyntaxParser::EHtmlProblem /*problem*/, SyntaxParser::SMarkupSpan /*span*/) {}
-    virtual void BeginStyle(SyntaxParser::EStyleKind /*kind*/, SyntaxParser::SMarkupSpan /*whole*/) {}
-    virtual void AddStyle(const SyntaxParser::SStyleToken& /*token*/) {}
-    virtual void EndStyle() {}
     virtual void End() {}
 };
 

@@ -1,5 +1,8 @@
 #include "Styles/StyleText.h"
 
+#include <algorithm>
+#include <cstdint>
+
 namespace Kesh::CodeAnalyzer {
 
 bool CStyleText::IsSign(TTokenIndex index, wchar_t sign) const
@@ -66,12 +69,11 @@ STokens CStyleText::Trimmed(STokens tokens) const
 
 std::string StyleLower(std::wstring_view text)
 {
-    std::string lower;
-    lower.reserve(text.size());
-    for (const wchar_t c : text)
-        lower += c >= L'A' && c <= L'Z' ? static_cast<char>(c + 32)
-                 : c < 0x7F             ? static_cast<char>(c)
-                                        : '\x7F';
+    std::string lower(text.size(), '\x7F');
+    std::ranges::transform(text, lower.begin(), [](wchar_t c) {
+        const auto code = static_cast<std::uint32_t>(c);
+        return static_cast<char>(code - L'A' < 26 ? code + 32 : std::min(code, 0x7FU));
+    });
     return lower;
 }
 

@@ -73,7 +73,7 @@ EStyleTokenKind CCssTokenizer::Read(wchar_t c)
         return ReadComment();
     if (StartsNumber())
         return ReadNumber();
-    if (m_text.substr(m_at).starts_with(L"-->")) {
+    if (c == L'-' && At(1) == L'-' && At(2) == L'>') {
         m_at += 3;
         return EStyleTokenKind::Cdc;
     }
@@ -89,7 +89,7 @@ EStyleTokenKind CCssTokenizer::Read(wchar_t c)
         SkipName();
         return EStyleTokenKind::AtKeyword;
     }
-    if (m_text.substr(m_at).starts_with(L"<!--")) {
+    if (c == L'<' && m_text.substr(m_at).starts_with(L"<!--")) {
         m_at += 4;
         return EStyleTokenKind::Cdo;
     }

@@ -5,7 +5,7 @@
 #include "Markup/HtmlIds.h"
 #include "Markup/HtmlNesting.h"
 #include "Markup/HtmlProblems.h"
-#include "Markup/StylePart.h"
+#include "Styles/StyleChecker.h"
 #include "SyntaxParser/MarkupPass.h"
 
 #include <atomic>
@@ -29,7 +29,6 @@ public:
     {
         m_flag = limit == 0;
         m_parts.push_back(std::make_unique<CHtmlNesting>(m_report));
-        m_parts.push_back(std::make_unique<CStylePart>(m_report));
         m_parts.push_back(std::make_unique<CHtmlProblems>(m_report));
         m_parts.push_back(std::make_unique<CHtmlAttributes>(m_report));
         m_parts.push_back(std::make_unique<CHtmlIds>(m_report, m_tokens));
@@ -70,20 +69,14 @@ private:
     }
     void BeginStyle(SyntaxParser::EStyleKind kind, SyntaxParser::SMarkupSpan whole) override
     {
-        for (const auto& part : m_parts)
-            part->BeginStyle(kind, whole);
+        m_styles.Begin(kind, whole);
     }
     void AddStyle(const SyntaxParser::SStyleToken& token) override
     {
         Count();
-        for (const auto& part : m_parts)
-            part->AddStyle(token);
+        m_styles.Add(token);
     }
-    void EndStyle() override
-    {
-        for (const auto& part : m_parts)
-            part->EndStyle();
-    }
+    void EndStyle() override { m_styles.End(); }
     void EndMarkup() override
     {
         m_flag = m_flag || m_atEnd;
@@ -99,6 +92,7 @@ private:
     CMarkupReport m_report;
     CTemplateTokens m_tokens; ///< none
     std::vector<std::unique_ptr<IMarkupPart>> m_parts;
+    CStyleChecker m_styles{m_report};
 };
 
 std::wstring Repeat(std::wstring_view part, std::size_t count)

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "Diagnostics/MarkupReport.h"
-#include "Markup/StylePart.h"
+#include "Styles/StyleChecker.h"
 #include "SyntaxParser/MarkupPass.h"
 
 #include <string>
@@ -24,14 +24,14 @@ public:
     void AddProblem(SyntaxParser::EHtmlProblem, SyntaxParser::SMarkupSpan) override {}
     void BeginStyle(SyntaxParser::EStyleKind, SyntaxParser::SMarkupSpan whole) override
     {
-        m_part.BeginStyle(m_kind, whole);
+        m_checker.Begin(m_kind, whole);
     }
     void AddStyle(const SyntaxParser::SStyleToken& token) override
     {
         tokens.push_back(token);
-        m_part.AddStyle(token);
+        m_checker.Add(token);
     }
-    void EndStyle() override { m_part.EndStyle(); }
+    void EndStyle() override { m_checker.End(); }
     void EndMarkup() override { found = m_report.Take(); }
 
     std::vector<SyntaxParser::SStyleToken> tokens;
@@ -40,7 +40,7 @@ public:
 private:
     SyntaxParser::EStyleKind m_kind;
     CMarkupReport m_report;
-    CStylePart m_part{m_report};
+    CStyleChecker m_checker{m_report};
 };
 
 /// Hands a style on.
