@@ -1,8 +1,13 @@
 #include "Markup/OpenElements.h"
 
+#include <algorithm>
+
 namespace Kesh::CodeAnalyzer {
 
 namespace {
+
+/// A longer condition is compared as it is written.
+constexpr std::size_t LongestRead = 1000;
 
 /// Takes the brackets off that surround the whole.
 void Unwrap(std::wstring& text)
@@ -23,10 +28,13 @@ void Unwrap(std::wstring& text)
 SCondition ReadCondition(std::wstring_view text)
 {
     SCondition condition;
-    condition.text.reserve(text.size());
-    for (const wchar_t c : text)
-        if (c != L' ' && c != L'\t' && c != L'\n' && c != L'\r')
-            condition.text += c;
+    condition.text.resize(text.size());
+    const auto end = std::ranges::remove_copy_if(text, condition.text.begin(), [](wchar_t c) {
+                         return c == L' ' || c == L'\t' || c == L'\n' || c == L'\r';
+                     }).out;
+    condition.text.erase(end, condition.text.end());
+    if (condition.text.size() > LongestRead)
+        return condition;
     Unwrap(condition.text);
     const bool isOne = condition.text.find_first_of(L"&|<>=?") == std::wstring::npos;
     while (isOne && condition.text.starts_with(L'!')) {
