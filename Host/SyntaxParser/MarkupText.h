@@ -49,10 +49,7 @@ public:
         return std::wstring_view(m_scan).substr(part.begin, part.end - part.begin);
     }
     /// Whether an island makes some, or all, of `part`.
-    bool IsTouched(SStretch part) const
-    {
-        return m_hasIslands && Scanned(part).find(Island) != std::wstring_view::npos;
-    }
+    bool IsTouched(SStretch part) const { return Scanned(part).find(Island) != std::wstring_view::npos; }
     bool IsMade(SStretch part) const
     {
         return Scanned(part).find_first_not_of(Island) == std::wstring_view::npos;
@@ -68,7 +65,6 @@ private:
     std::wstring_view m_text;
     std::wstring m_scan;
     const SGiveUp* m_giveUp;
-    bool m_hasIslands;
     std::size_t m_offset = 0;    ///< of the last position asked for
     std::size_t m_lineStart = 0; ///< of its line
     std::int64_t m_line = 0;

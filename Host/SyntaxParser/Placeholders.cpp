@@ -77,7 +77,8 @@ private:
     {
         const std::wstring_view rest = m_scanned.substr(begin, 4);
         for (std::size_t kind = 0; kind < std::size(Brackets); ++kind)
-            if (rest.starts_with(Brackets[kind].open) && (Brackets[kind].open != L"{*" || m_isSmarty))
+            if (rest.size() > 1 && rest[1] == Brackets[kind].open[1] &&
+                rest.starts_with(Brackets[kind].open) && (Brackets[kind].open != L"{*" || m_isSmarty))
                 return FindClose(begin, kind, Brackets[kind]);
         if (m_isSmarty && rest.size() > 1 && rest[0] == L'{' && BeginsSmartyTag(rest[1]))
             return FindClose(begin, std::size(Brackets), SmartyTag);

@@ -4,6 +4,8 @@
 #include "SyntaxParser/HtmlTags.h"
 
 #include <algorithm>
+#include <array>
+#include <initializer_list>
 
 namespace Kesh::SyntaxParser {
 
@@ -15,6 +17,20 @@ bool IsLetter(wchar_t c)
 {
     return (c >= L'a' && c <= L'z') || (c >= L'A' && c <= L'Z');
 }
+
+/// What a token of a kind means outside of what is printed.
+enum class ERole : std::uint8_t { None, Name, BeforeMember, Begins };
+
+constexpr auto Roles = [] {
+    using enum EPhpTokenKind;
+    std::array<ERole, static_cast<std::size_t>(Count)> roles{};
+    roles[static_cast<std::size_t>(Identifier)] = ERole::Name;
+    for (const EPhpTokenKind kind : {Arrow, DoubleColon, Function})
+        roles[static_cast<std::size_t>(kind)] = ERole::BeforeMember;
+    for (const EPhpTokenKind kind : {Echo, Print, OpenTagEcho})
+        roles[static_cast<std::size_t>(kind)] = ERole::Begins;
+    return roles;
+}();
 
 /// Whether the beginning of a tag is that of an element with content.
 bool OpensElement(std::wstring_view tag)
@@ -41,10 +57,11 @@ void CPrintedStrings::AddToken(const SPhpToken& token)
 {
     using enum EPhpTokenKind;
     if (!m_printing) {
-        const bool isName = token.kind == Identifier && !m_isMember;
-        m_isMember = token.kind == Arrow || token.kind == DoubleColon || token.kind == Function;
-        m_isFormat = isName && (token.text == L"printf" || token.text == L"vprintf");
-        if (!m_isFormat && token.kind != Echo && token.kind != Print && token.kind != OpenTagEcho)
+        const ERole role = Roles[static_cast<std::size_t>(token.kind)];
+        m_isFormat =
+            role == ERole::Name && !m_isMember && (token.text == L"printf" || token.text == L"vprintf");
+        m_isMember = role == ERole::BeforeMember;
+        if (!m_isFormat && role != ERole::Begins)
             return;
         m_printing = m_plain = true;
         m_depth = 0;
