@@ -245,6 +245,14 @@ bool CPhpSyntaxParser::NeedsStatements() const
     return m_keeping && !(m_grammar->HasVerdict() && m_grammar->Accepts() && !MayWarn(m_grammar->Tokens()));
 }
 
+// What comes now comes because the statement parsers are to look at it.
+bool CPhpSyntaxParser::NeedsRegions()
+{
+    const bool needs = NeedsStatements();
+    m_keeping = false;
+    return needs;
+}
+
 void CPhpSyntaxParser::ParseKept()
 {
     m_keeping = false;

@@ -3,6 +3,7 @@
 #include "Kesh/CodeAnalyzer/IGrammarCheck.h"
 #include "Kesh/SDK/IComponent.h"
 #include "Kesh/SyntaxParser/IParser.h"
+#include "Kesh/SyntaxParser/IRegionsOnDemand.h"
 #include "Kesh/SyntaxParser/ISPDocument.h"
 #include "Parsers/CParentParser.h"
 #include "Parsers/RegionClasses.h"
@@ -27,6 +28,7 @@ class CStatementParser;
 /// file's name. One thread at a time.
 class CPhpSyntaxParser : public CParentParser,
                          public SyntaxParser::IStateRegionHandler,
+                         public SyntaxParser::IRegionsOnDemand,
                          public SDK::IComponent1<SyntaxParser::ISPDocument>
 {
 public:
@@ -46,6 +48,8 @@ public:
     void AfterParse() override;
     int AddRegion(SyntaxParser::CRegion* region) override;
     void SendRegsEnd() override {}
+    bool WaitsForTokens() const override { return m_keeping; }
+    bool NeedsRegions() override;
     std::wstring GetSRName() override;
     SyntaxParser::CIterator GetStartPos() override;
     SyntaxParser::CIterator GetEndPos() override;

@@ -64,7 +64,7 @@ boost::shared_ptr<ISPDocument> CParserComponent::Make(boost::shared_ptr<IReader>
                                                       const std::wstring& factoryName, bool ofFile) const
 {
     SDocumentSource source{path, factoryName};
-    source.shortTags = HasShortTags(path);
+    Choose(source);
     if (!ofFile) {
         const std::lock_guard lock(m_pathsMutex);
         if (const auto open = m_openPaths.find(path); open != m_openPaths.end())
@@ -86,10 +86,12 @@ std::shared_ptr<const SFileChoices> CParserComponent::FileChoices() const
     return m_choices;
 }
 
-bool CParserComponent::HasShortTags(const std::wstring& path) const
+void CParserComponent::Choose(SDocumentSource& source) const
 {
     const auto choices = FileChoices();
-    return !choices->hasShortTags || choices->hasShortTags(path);
+    source.shortTags = !choices->hasShortTags || choices->hasShortTags(source.path);
+    if (choices->ownNames)
+        source.names = choices->ownNames(source.path);
 }
 
 std::wstring CParserComponent::FactoryOfFile(const std::wstring& path)
@@ -137,8 +139,9 @@ void CParserComponent::OpenDocument(SDK::IDocument* document, const std::wstring
     Editor::IDocBuffer* buffer = document->GetBuffer();
     if (factoryName.empty() || !buffer)
         return;
-    const boost::shared_ptr<ISPDocument> syntax = MakeSPDocument(
-        Editor::MakeBufferReader(buffer), {path, factoryName, document, buffer, HasShortTags(path)});
+    SDocumentSource source{path, factoryName, document, buffer};
+    Choose(source);
+    const boost::shared_ptr<ISPDocument> syntax = MakeSPDocument(Editor::MakeBufferReader(buffer), source);
     opened.syntax = syntax;
     if (syntax)
         Host::Guard(L"open document", [&] { m_docCreated(syntax); });

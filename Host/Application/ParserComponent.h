@@ -14,6 +14,8 @@
 
 namespace Kesh::SyntaxParser {
 
+struct SDocumentSource;
+
 /// What a project says of its files. Asked on any thread.
 struct SFileChoices
 {
@@ -21,6 +23,8 @@ struct SFileChoices
     std::function<bool(const std::wstring& path)> isPhp;
     /// Whether `<?` alone opens PHP in it.
     std::function<bool(const std::wstring& path)> hasShortTags;
+    /// Names that are right in it besides those of the lists; null: none.
+    std::function<std::shared_ptr<const COwnNames>(const std::wstring& path)> ownNames;
 };
 
 /// The host's parsing service: the syntax documents of open files, and private ones for checks.
@@ -56,8 +60,8 @@ public:
     /// thread asks.
     void SetFileHook(std::function<void(const std::wstring&)> hook) { m_fileHook = std::move(hook); }
 
-    /// Widens the lists of names by a project's own, in place of those of the last call. Documents that are
-    /// open keep the lists they were opened with. GUI thread.
+    /// Widens the lists of names for all files by the user's own, in place of those of the last call.
+    /// Documents that are open keep the lists they were opened with. GUI thread.
     void SetOwnNames(const SOwnNames& names);
 
 private:
@@ -71,7 +75,7 @@ private:
     ISynRegion* GetElementNameKind() const override;
     bool IsOpen(const std::wstring& path);
     std::shared_ptr<const SFileChoices> FileChoices() const;
-    bool HasShortTags(const std::wstring& path) const;
+    void Choose(SDocumentSource& source) const;
     boost::shared_ptr<ISPDocument> Make(boost::shared_ptr<IReader> reader, const std::wstring& path,
                                         const std::wstring& factoryName, bool ofFile) const;
 

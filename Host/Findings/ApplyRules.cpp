@@ -6,21 +6,22 @@
 
 namespace Kesh::Findings {
 
-SyntaxParser::SOwnNames OwnNamesOf(const Configuration::SConfiguration& settings)
+bool OpenAlike(const SRules& one, const SRules& other)
 {
-    return {settings.tags, settings.attributes, settings.properties};
+    return one.settings.shortOpenTag == other.settings.shortOpenTag &&
+           OwnNamesOf(one.settings) == OwnNamesOf(other.settings);
 }
 
 void ApplyRules(const std::shared_ptr<const CProjectRules>& rules, SyntaxParser::CParserComponent& parser,
                 CodeAnalyzer::IGrammarCheck* grammar, CodeAnalyzer::IMarkupCheck* markup)
 {
-    parser.SetFileChoices({[rules](const std::wstring& path) {
-                               const TRules file = rules->For(path);
-                               return !file->settings.include.empty() && file->settings.Includes(path);
-                           },
-                           [rules](const std::wstring& path) {
-                               return rules->For(path)->settings.shortOpenTag.value_or(true);
-                           }});
+    parser.SetFileChoices(
+        {[rules](const std::wstring& path) {
+             const TRules file = rules->For(path);
+             return !file->settings.include.empty() && file->settings.Includes(path);
+         },
+         [rules](const std::wstring& path) { return rules->For(path)->settings.shortOpenTag.value_or(true); },
+         [rules](const std::wstring& path) { return rules->For(path)->names; }});
     if (grammar)
         grammar->SetChoices([rules](const std::wstring& path) {
             const TRules file = rules->For(path);

@@ -12,6 +12,11 @@ namespace Kesh::Findings {
 
 using Configuration::ELevel;
 
+SyntaxParser::SOwnNames OwnNamesOf(const Configuration::SConfiguration& settings)
+{
+    return {settings.tags, settings.attributes, settings.properties};
+}
+
 std::int32_t SRules::LevelOf(const CodeAnalyzer::SCAError& error, const std::wstring& path) const
 {
     const auto level = settings.LevelOf(error.code, path);
@@ -97,6 +102,8 @@ TRules CProjectRules::Make(const SFolder& folder) const
     if (m_all.noShortTags)
         rules->settings.shortOpenTag = false;
     ChooseVersion(*rules, folder.composerVersion);
+    if (const SyntaxParser::SOwnNames names = OwnNamesOf(rules->settings); !names.IsEmpty())
+        rules->names = std::make_shared<const SyntaxParser::COwnNames>(names);
     return rules;
 }
 

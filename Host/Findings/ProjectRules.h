@@ -2,6 +2,7 @@
 
 #include "Configuration/Configuration.h"
 #include "Findings/Baseline.h"
+#include "SyntaxParser/OwnNames.h"
 
 #include <map>
 #include <memory>
@@ -14,6 +15,8 @@ namespace Kesh::Findings {
 
 using TBaseline = std::shared_ptr<const CBaseline>;
 
+SyntaxParser::SOwnNames OwnNamesOf(const Configuration::SConfiguration& settings);
+
 /// Throws Base::CWorkError with a text for the user that names the file.
 TBaseline ReadBaseline(const std::wstring& file);
 
@@ -23,6 +26,7 @@ struct SRules
     Configuration::SConfiguration settings; ///< its PHP version may be that of a composer.json
     std::wstring phpVersionFrom;            ///< who asks for that version, in a few words; empty: nobody
     TBaseline baseline;                     ///< null: none
+    std::shared_ptr<const SyntaxParser::COwnNames> names; ///< those of the settings; null: none
 
     /// Whether they leave all that is found as it is.
     bool AreEmpty() const { return settings.rules.empty() && settings.exclude.empty() && !baseline; }

@@ -30,14 +30,13 @@ void CTextCheck::SetRules(std::shared_ptr<const CProjectRules> rules)
     ApplyRules(m_rules, m_application.Parser(), m_checks->GetGrammarCheck(), m_checks->GetMarkupCheck());
 }
 
-void CTextCheck::UseNames(const std::wstring& path)
+// The checks keep a document for one text after another, which stays as its first file wants it.
+void CTextCheck::ChooseReader(const std::wstring& path)
 {
-    SyntaxParser::SOwnNames names = OwnNamesOf(m_rules->For(path)->settings);
-    if (names == m_names)
+    TRules rules = m_rules->For(path);
+    if (rules == m_readerRules)
         return;
-    m_names = std::move(names);
-    m_application.Parser().SetOwnNames(m_names);
-    // The checks of a text keep the names that they were made with.
+    m_readerRules = std::move(rules);
     m_reader = boost::make_shared<SyntaxParser::CTextReader>(std::wstring());
 }
 
@@ -53,7 +52,7 @@ std::vector<CodeAnalyzer::SDiagnostic> CTextCheck::Run(const std::wstring& path,
 std::vector<CodeAnalyzer::SDiagnostic> CTextCheck::Check(std::wstring_view text, const std::wstring& path,
                                                          const std::wstring& factory)
 {
-    UseNames(path);
+    ChooseReader(path);
     m_reader->SetText(std::wstring(text));
     return Run(path, factory);
 }
@@ -61,7 +60,7 @@ std::vector<CodeAnalyzer::SDiagnostic> CTextCheck::Check(std::wstring_view text,
 std::vector<CodeAnalyzer::SDiagnostic>
 CTextCheck::CheckBytes(std::string_view bytes, const std::wstring& path, const std::wstring& factory)
 {
-    UseNames(path);
+    ChooseReader(path);
     m_reader->Decode(bytes);
     return Run(path, factory);
 }

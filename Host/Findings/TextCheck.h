@@ -4,7 +4,6 @@
 #include "Application/PluginLibrary.h"
 #include "Findings/ProjectRules.h"
 #include "Kesh/CodeAnalyzer/ITextChecks.h"
-#include "SyntaxParser/OwnNames.h"
 #include "SyntaxParser/TextReader.h"
 
 #include <memory>
@@ -50,15 +49,16 @@ private:
         void operator()(CodeAnalyzer::ITextChecks* checks) const { checks->Free(); }
     };
 
-    void UseNames(const std::wstring& path);
+    void ChooseReader(const std::wstring& path);
     std::vector<CodeAnalyzer::SDiagnostic> Run(const std::wstring& path, const std::wstring& factory);
 
     Host::CBareApplication m_application;
     Host::CPluginLibrary m_library;
     std::unique_ptr<CodeAnalyzer::ITextChecks, SFree> m_checks;
     std::shared_ptr<const CProjectRules> m_rules;
-    SyntaxParser::SOwnNames m_names;
-    boost::shared_ptr<SyntaxParser::CTextReader> m_reader;
+    boost::shared_ptr<SyntaxParser::CTextReader>
+        m_reader;         ///< and with it the documents that are made over it
+    TRules m_readerRules; ///< of all that it has read
 };
 
 } // namespace Kesh::Findings

@@ -7,15 +7,6 @@
 
 namespace Kesh::LanguageServer {
 
-namespace {
-
-void Append(std::vector<std::wstring>& all, const std::vector<std::wstring>& more)
-{
-    all.insert(all.end(), more.begin(), more.end());
-}
-
-} // namespace
-
 void CProjectSettings::Read(const std::vector<std::wstring>& folders, const std::wstring& file,
                             const std::wstring& named)
 {
@@ -71,18 +62,6 @@ std::vector<std::string> CProjectSettings::NamesToWatch() const
     std::sort(names.begin(), names.end());
     names.erase(std::unique(names.begin(), names.end()), names.end());
     return names;
-}
-
-Configuration::SConfiguration CProjectSettings::OwnNames() const
-{
-    Configuration::SConfiguration all;
-    for (const std::wstring& place : m_places) {
-        const Findings::TRules rules = For(place);
-        Append(all.tags, rules->settings.tags);
-        Append(all.attributes, rules->settings.attributes);
-        Append(all.properties, rules->settings.properties);
-    }
-    return all;
 }
 
 } // namespace Kesh::LanguageServer

@@ -32,8 +32,6 @@ public:
     bool DependOn(const std::wstring& path) const;
     /// The names of baselines and of files that settings add to, by which they can be watched.
     std::vector<std::string> NamesToWatch() const;
-    /// The own names of all these together: there is one list for all documents.
-    Configuration::SConfiguration OwnNames() const;
 
 private:
     std::vector<std::wstring> m_places; ///< folders, with a slash behind each, or the one file

@@ -107,6 +107,9 @@ json CServer::Initialize(const json& params)
     ReadWishes(params.value("initializationOptions", json()));
     m_state = EState::Running;
 
+    // Watchers of files hear nothing of the folders around them.
+    const json anyFolder = {
+        {"filters", {{{"scheme", "file"}, {"pattern", {{"glob", "**"}, {"matches", "folder"}}}}}}};
     json result = {
         {"positionEncoding", NameOf(m_client.encoding)},
         {"textDocumentSync", {{"openClose", true}, {"change", 2}, {"save", true}}},
@@ -115,7 +118,9 @@ json CServer::Initialize(const json& params)
           {"resolveProvider", m_client.resolvesEdits}}},
         {"hoverProvider", true},
         {"executeCommandProvider", {{"commands", {CCodeActions::AddOwnName, CCodeActions::IgnoreCode}}}},
-        {"workspace", {{"workspaceFolders", {{"supported", true}, {"changeNotifications", true}}}}}};
+        {"workspace",
+         {{"workspaceFolders", {{"supported", true}, {"changeNotifications", true}}},
+          {"fileOperations", {{"didRename", anyFolder}, {"didDelete", anyFolder}}}}}};
     if (m_client.pullsDiagnostics)
         result["diagnosticProvider"] = {{"identifier", "code-analyzer"},
                                         {"interFileDependencies", false},
@@ -181,7 +186,7 @@ void CServer::AddDocuments()
     m_connection.OnNotification("textDocument/didOpen", [this](const json& params) {
         const SOpenDocument& open = m_documents.Open(params.at("textDocument"));
         m_settings.For(open.document->GetPath());
-        // Without a folder the first document tells where own names are.
+        // Without a folder the first document tells where settings are.
         if (m_workspace.Folders().empty() && m_documents.All().size() == 1)
             ReadSettings();
         else
@@ -233,6 +238,8 @@ void CServer::AddWorkspace()
                                 [this](const json& params) { OnFilesChanged(params.at("changes")); });
     m_connection.OnNotification("workspace/didChangeWorkspaceFolders",
                                 [this](const json& params) { ChangeFolders(params.at("event")); });
+    for (const char* method : {"workspace/didRenameFiles", "workspace/didDeleteFiles"})
+        m_connection.OnNotification(method, [this](const json& /*params*/) { Recheck(); });
 }
 
 json CServer::Execute(const json& params)
@@ -281,24 +288,22 @@ void CServer::ReadSettings()
     const auto& open = m_documents.All();
     m_settings.Read(m_workspace.Folders(), open.empty() ? std::wstring() : open.begin()->first, named);
     const CProjectSettings::TRules& rules = m_settings.Rules();
-    const SyntaxParser::SOwnNames names = Findings::OwnNamesOf(m_settings.OwnNames());
-    const auto checkedAs = [](const Findings::CProjectRules& of, const std::wstring& path) {
-        const Findings::TRules file = of.For(path);
-        return std::tuple(file->settings.grammar, file->settings.phpVersion, file->phpVersionFrom,
-                          file->settings.markup, file->settings.shortOpenTag);
+    const auto isAlike = [&](const std::wstring& path) {
+        const Findings::TRules was = before->For(path);
+        const Findings::TRules is = rules->For(path);
+        return Findings::OpenAlike(*was, *is) && was->settings.grammar == is->settings.grammar &&
+               was->settings.phpVersion == is->settings.phpVersion &&
+               was->phpVersionFrom == is->phpVersionFrom && was->settings.markup == is->settings.markup;
     };
-    const bool same = names == m_names && std::ranges::all_of(open, [&](const auto& document) {
-                          return checkedAs(*before, document.first) == checkedAs(*rules, document.first);
-                      });
+    const bool same =
+        std::ranges::all_of(open, [&](const auto& document) { return isAlike(document.first); });
     FollowSettings();
     // What is checked from here on is checked by what has just been read.
     Findings::ApplyRules(rules, m_parts.application.Parser(), m_parts.plugin.GrammarCheck(),
                          m_parts.plugin.MarkupCheck());
     if (same)
         return;
-    m_names = names;
     m_parts.application.Documents().Suspend();
-    m_parts.application.Parser().SetOwnNames(names);
     m_parts.application.Documents().Resume();
     m_documents.Outdate();
 }

@@ -9,7 +9,6 @@
 #include "LanguageServer/FirstResults.h"
 #include "LanguageServer/ProjectSettings.h"
 #include "LanguageServer/Workspace.h"
-#include "SyntaxParser/OwnNames.h"
 
 #include <functional>
 #include <optional>
@@ -82,7 +81,6 @@ private:
     std::optional<std::vector<std::string>> m_watched; ///< the names of files that are watched
     bool m_checkProject = true;                        ///< a wish of the user
     std::string m_configuration; ///< a file that the user names; empty: the one in or above each folder
-    SyntaxParser::SOwnNames m_names;
 };
 
 } // namespace Kesh::LanguageServer

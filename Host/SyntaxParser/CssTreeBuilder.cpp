@@ -3,6 +3,7 @@
 #include "Base/CommonString.h"
 #include "SyntaxParser/CssNames.h"
 #include "SyntaxParser/HtmlTags.h"
+#include "SyntaxParser/OwnNames.h"
 #include "SyntaxParser/SPDocument.h"
 
 #include <algorithm>
@@ -174,7 +175,8 @@ bool CCssTreeBuilder::ReadElement(SStretch place)
     const bool hack = after[0] == L':' && after[after[1] == L':' ? 2 : 1] == L'-';
     const std::wstring name = LowerName(place);
     const bool free = hack || m_text.IsTouched(place) || name.front() == L'-' || name.front() == L'_' ||
-                      IsCustomElementName(name) || m_blocks.back() == ECssBlock::Foreign;
+                      IsCustomElementName(name) || (m_own && m_own->HasTag(name)) ||
+                      m_blocks.back() == ECssBlock::Foreign;
     m_selector.push_back({place, free ? GetCssOtherKind() : GetCssElementNameKind()});
     return true;
 }
@@ -245,7 +247,8 @@ void CCssTreeBuilder::AddProperty(SStretch place)
         // "*zoom" and "_height" are meant for one old browser, which reads past the first character.
         const wchar_t first = m_text.Scanned(place).front();
         const bool free = m_text.IsTouched(place) || first == L'*' || first == L'_' ||
-                          m_text.Scanned(place).substr(0, 2) == L"--";
+                          m_text.Scanned(place).substr(0, 2) == L"--" ||
+                          (m_own && m_own->HasProperty(LowerName(place)));
         Add(place, free ? GetCssOtherKind() : GetCssPropertyNameKind());
         break;
     }

@@ -20,7 +20,11 @@ enum class ECssText {
 class CCssTreeBuilder
 {
 public:
-    CCssTreeBuilder(CMarkupText& text, CTreeWriter& css) : m_text(text), m_css(css), m_scanner(text.Scan()) {}
+    /// Nothing is owned; `own` may be null.
+    CCssTreeBuilder(CMarkupText& text, CTreeWriter& css, const COwnNames* own)
+        : m_text(text), m_css(css), m_own(own), m_scanner(text.Scan())
+    {
+    }
 
     void Build(SStretch part, ECssText kind);
 
@@ -52,6 +56,7 @@ private:
 
     CMarkupText& m_text;
     CTreeWriter& m_css;
+    const COwnNames* m_own;
     CCssScanner m_scanner;
     std::vector<ECssBlock> m_blocks;   ///< the open blocks, outermost first
     std::vector<ECssToken> m_brackets; ///< open brackets of what is being skipped

@@ -2,6 +2,7 @@
 
 #include "Base/CommonString.h"
 #include "SyntaxParser/CssTreeBuilder.h"
+#include "SyntaxParser/OwnNames.h"
 
 #include <utility>
 
@@ -35,8 +36,9 @@ bool IsCssType(std::wstring_view type)
 
 } // namespace
 
-CHtmlTreeBuilder::CHtmlTreeBuilder(CMarkupText& text, CTreeWriter& html, CTreeWriter& css)
-    : m_text(text), m_html(html), m_css(css), m_scanner(text.Scan(), text.Size())
+CHtmlTreeBuilder::CHtmlTreeBuilder(CMarkupText& text, CTreeWriter& html, CTreeWriter& css,
+                                   const COwnNames* own)
+    : m_text(text), m_html(html), m_css(css), m_own(own), m_scanner(text.Scan(), text.Size())
 {
     m_open.push_back({&m_root, ENamespace::Html, ENamespace::Html, TagScope | TagSpecial, 0, 0});
 }
@@ -60,6 +62,16 @@ STagName& CHtmlTreeBuilder::TagName(SStretch name)
     return m_names.Get(scanned.substr(0, scanned.find(CMarkupText::Island)));
 }
 
+bool CHtmlTreeBuilder::IsFreeTag(const STagName& name) const
+{
+    return IsCustomElementName(name.name) || (m_own && m_own->HasTag(name.name));
+}
+
+bool CHtmlTreeBuilder::IsFreeAttribute(std::wstring_view name) const
+{
+    return m_own && m_own->HasAttribute(Base::CLowerCase(name).View());
+}
+
 void CHtmlTreeBuilder::OpenTag()
 {
     const SStretch written = m_scanner.Name();
@@ -76,8 +88,8 @@ void CHtmlTreeBuilder::OpenTag()
 
     const std::int32_t kind = element.self == ENamespace::Xml || m_text.IsTouched(written)
                                   ? SemanticDynamicTag
-                              : IsCustomElementName(name.name) ? SemanticCustomTag
-                                                               : SemanticTag;
+                              : IsFreeTag(name) ? SemanticCustomTag
+                                                : SemanticTag;
     element.node = AddNode(m_html, m_open.back().node, kind, written, {written.begin - 1, written.end});
     const SStart start = ReadAttributes(element.node, kind == SemanticTag);
 
@@ -128,7 +140,7 @@ CHtmlTreeBuilder::SStart CHtmlTreeBuilder::ReadAttributes(TSemanticIndex tag, bo
         const bool hasValue = value.begin > name.end;
         if (m_text.IsMade(name) && !hasValue)
             continue; // PHP that writes whole attributes, or none
-        const bool dynamic = !checked || m_text.IsTouched(name);
+        const bool dynamic = !checked || m_text.IsTouched(name) || IsFreeAttribute(m_text.Scanned(name));
         AddNode(m_html, tag, dynamic ? SemanticDynamicAttribute : SemanticAttribute, name, name);
         const std::wstring_view scanned = m_text.Scanned(name);
         if (CCommonString::LowersTo(scanned, L"type"))
@@ -142,7 +154,7 @@ CHtmlTreeBuilder::SStart CHtmlTreeBuilder::ReadAttributes(TSemanticIndex tag, bo
 void CHtmlTreeBuilder::ReadStyleAttribute(SStretch value)
 {
     m_text.ReplaceReferences(value);
-    CCssTreeBuilder(m_text, m_css).Build(value, ECssText::Declarations);
+    CCssTreeBuilder(m_text, m_css, m_own).Build(value, ECssText::Declarations);
 }
 
 bool CHtmlTreeBuilder::ReadContent(const SOpen& element, bool css)
@@ -158,7 +170,7 @@ bool CHtmlTreeBuilder::ReadContent(const SOpen& element, bool css)
         return false;
     const SStretch content = m_scanner.RawText(element.name->name);
     if (tag == ETag::Style && css)
-        CCssTreeBuilder(m_text, m_css).Build(content, ECssText::Sheet);
+        CCssTreeBuilder(m_text, m_css, m_own).Build(content, ECssText::Sheet);
     return true;
 }
 

@@ -20,7 +20,8 @@ public:
     /// elements, and lets those who walk a tree recurse.
     static constexpr std::uint32_t MaxDepth = 512;
 
-    CHtmlTreeBuilder(CMarkupText& text, CTreeWriter& html, CTreeWriter& css);
+    /// Nothing is owned; `own` may be null.
+    CHtmlTreeBuilder(CMarkupText& text, CTreeWriter& html, CTreeWriter& css, const COwnNames* own);
 
     void Build();
 
@@ -43,6 +44,8 @@ private:
     };
 
     STagName& TagName(SStretch name);
+    bool IsFreeTag(const STagName& name) const;
+    bool IsFreeAttribute(std::wstring_view name) const;
     /// The namespaces of an element and of its content, and the flags that hold there.
     SOpen Classify(STagName& name, std::size_t begin) const;
     /// Whether the tag `name`, which starts at `begin`, is the root of an XML document.
@@ -78,6 +81,7 @@ private:
     CMarkupText& m_text;
     CTreeWriter& m_html;
     CTreeWriter& m_css;
+    const COwnNames* m_own;
     CHtmlScanner m_scanner;
     CTagNames m_names;
     STagName m_root;

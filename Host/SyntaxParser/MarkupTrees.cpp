@@ -7,7 +7,7 @@
 namespace Kesh::SyntaxParser {
 
 SMarkupTrees BuildMarkupTrees(std::wstring_view text, EMarkup markup, const std::vector<SIsland>& islands,
-                              const SGiveUp* giveUp)
+                              const SGiveUp* giveUp, const COwnNames* own)
 {
     SMarkupTrees trees;
     CTreeWriter html(trees.html);
@@ -17,9 +17,9 @@ SMarkupTrees BuildMarkupTrees(std::wstring_view text, EMarkup markup, const std:
         return trees;
     CMarkupText source(text, islands, giveUp);
     if (markup == EMarkup::Html)
-        CHtmlTreeBuilder(source, html, css).Build();
+        CHtmlTreeBuilder(source, html, css, own).Build();
     else
-        CCssTreeBuilder(source, css).Build({0, text.size()}, ECssText::Sheet);
+        CCssTreeBuilder(source, css, own).Build({0, text.size()}, ECssText::Sheet);
     return trees;
 }
 

@@ -27,10 +27,12 @@ struct SMarkupTrees
     SSemanticTree css;
 };
 
+class COwnNames;
+
 /// Builds both trees in one pass; survives any text in linear time. Lines end at "\n" alone. `islands` lie in
 /// order and do not overlap. The trees are not complete once the flag, which may be null, has been set.
-/// Reentrant.
+/// Names of `own`, which may be null, are not checked, nor the attributes of such tags. Reentrant.
 SMarkupTrees BuildMarkupTrees(std::wstring_view text, EMarkup markup, const std::vector<SIsland>& islands,
-                              const SGiveUp* giveUp = nullptr);
+                              const SGiveUp* giveUp = nullptr, const COwnNames* own = nullptr);
 
 } // namespace Kesh::SyntaxParser

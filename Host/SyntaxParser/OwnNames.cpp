@@ -2,7 +2,6 @@
 
 #include "Base/CommonString.h"
 #include "Kesh/SyntaxParser/INameLookup.h"
-#include "SyntaxParser/NamePatterns.h"
 
 #include <algorithm>
 #include <deque>

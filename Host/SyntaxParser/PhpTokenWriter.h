@@ -20,6 +20,9 @@ public:
 
     bool IsWanted() const { return !m_handlers.empty(); }
 
+    /// Whether all that follows is data, behind a `__halt_compiler();`.
+    bool IsInData() const { return m_halt < 0; }
+
     /// The place of what is written next: a line and where its characters begin.
     void Seek(std::int64_t line, const wchar_t* lineStart)
     {

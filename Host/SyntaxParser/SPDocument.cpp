@@ -1,10 +1,12 @@
 #include "SyntaxParser/SPDocument.h"
 
 #include "Kesh/SyntaxParser/IParser.h"
+#include "Kesh/SyntaxParser/IRegionsOnDemand.h"
 #include "Kesh/SyntaxParser/ITokenSource.h"
 #include "SyntaxParser/MarkupPass.h"
 #include "SyntaxParser/MarkupTrees.h"
 #include "SyntaxParser/PhpScanner.h"
+#include "SyntaxParser/PhpTokenPass.h"
 #include "SyntaxParser/SecondCut.h"
 #include "SyntaxParser/TextReader.h"
 
@@ -189,7 +191,7 @@ public:
             return;
         const EMarkup markup = m_source.factory == CssFactory ? EMarkup::Css : EMarkup::Html;
         if (m_semanticParser.IsEnabled()) {
-            SMarkupTrees trees = BuildMarkupTrees(text, markup, islands, &m_giveUp);
+            SMarkupTrees trees = BuildMarkupTrees(text, markup, islands, &m_giveUp, m_source.names.get());
             const std::lock_guard lock(m_semanticMutex);
             m_trees = std::move(trees);
             m_treesBuilt = true;
@@ -224,23 +226,41 @@ private:
     {
         const STextChange change;
         std::vector<IStateRegionHandler*> handlers;
+        std::vector<IRegionsOnDemand*> waiting;
         std::vector<CPartOfDocument> parts;
         parts.reserve(m_parser->Handlers().size());
         for (const auto& [handler, name] : m_parser->Handlers()) {
             if (!handler->BeforeParse(change, m_reader))
                 continue;
+            auto* const onDemand = dynamic_cast<IRegionsOnDemand*>(handler);
+            if (onDemand && onDemand->WaitsForTokens())
+                waiting.push_back(onDemand);
             parts.emplace_back(handler);
             handlers.push_back(parts.back().IsWhole() ? handler : &parts.back());
         }
-        if (m_source.factory != CssFactory &&
-            !CPhpScanner(text, handlers, TokenHandlers(text), m_source.shortTags)
-                 .Run(NeedsIslands() ? &islands : nullptr, &m_giveUp))
+        if (m_source.factory != CssFactory && !Scan(text, handlers, waiting, islands))
             return false;
         for (IStateRegionHandler* handler : handlers) {
             handler->SendRegsEnd();
             handler->AfterParse();
         }
         return true;
+    }
+
+    bool Scan(std::wstring_view text, const std::vector<IStateRegionHandler*>& handlers,
+              const std::vector<IRegionsOnDemand*>& waiting, std::vector<SIsland>& islands)
+    {
+        std::vector<SIsland>* const wanted = NeedsIslands() ? &islands : nullptr;
+        if (waiting.size() < handlers.size() || handlers.empty())
+            return CPhpScanner(text, handlers, TokenHandlers(text), m_source.shortTags)
+                .Run(wanted, &m_giveUp);
+        if (!CPhpTokenPass(text, TokenHandlers(text), m_source.shortTags).Run(wanted, &m_giveUp))
+            return false;
+        std::vector<IStateRegionHandler*> needing;
+        for (std::size_t i = 0; i < handlers.size(); ++i)
+            if (waiting[i]->NeedsRegions())
+                needing.push_back(handlers[i]);
+        return needing.empty() || CPhpScanner(text, needing, {}, m_source.shortTags).Run(nullptr, &m_giveUp);
     }
 
     boost::shared_ptr<IReader> m_reader;

@@ -9,6 +9,8 @@
 
 namespace Kesh::SyntaxParser {
 
+class COwnNames;
+
 /// What a syntax document needs to know about where it comes from.
 struct SDocumentSource
 {
@@ -16,7 +18,8 @@ struct SDocumentSource
     std::wstring factory; ///< "PHPSPDocFactory", "HTMLSPDocFactory" or "CSSSPDocFactory"
     SDK::IDocument* document = nullptr;
     Editor::IDocBuffer* buffer = nullptr;
-    bool shortTags = true; ///< whether `<?` alone opens PHP
+    bool shortTags = true;                       ///< whether `<?` alone opens PHP
+    std::shared_ptr<const COwnNames> names = {}; ///< of its project; null: none
     /// Set once nobody wants what a parse finds, which then ends soon. May be null.
     std::shared_ptr<const std::atomic<bool>> giveUp = {};
 };

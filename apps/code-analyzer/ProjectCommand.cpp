@@ -36,7 +36,7 @@ public:
           m_given(Host::PathFromBytes(options.paths.front())),
           m_folder(Host::AbsolutePath(m_given))
     {
-        m_session.UseRules(m_rules, m_rules->For(FirstPlace(options))->settings);
+        m_session.UseRules(m_rules);
         m_session.Plugin().ProjectCheck().SetComplete(true);
         m_session.Plugin().ProjectCheck().SetThorough(true);
         FollowFaults();

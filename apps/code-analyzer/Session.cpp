@@ -23,7 +23,7 @@ CSession::CSession() : m_application({m_frame, m_settings, m_translations})
     m_frame.Build();
 }
 
-void CSession::UseRules(TProjectRules rules, const Configuration::SConfiguration& project)
+void CSession::UseRules(TProjectRules rules)
 {
     m_rules = std::move(rules);
     if (CodeAnalyzer::IGrammarCheck* grammar = m_plugin->GrammarCheck())
@@ -31,7 +31,6 @@ void CSession::UseRules(TProjectRules rules, const Configuration::SConfiguration
     if (CodeAnalyzer::IMarkupCheck* markup = m_plugin->MarkupCheck())
         markup->SetEnabled(true);
     Findings::ApplyRules(m_rules, m_application.Parser(), m_plugin->GrammarCheck(), m_plugin->MarkupCheck());
-    m_application.Parser().SetOwnNames(Findings::OwnNamesOf(project));
 }
 
 Findings::SFileFindings CSession::FindingsOf(const Findings::SCheckedFile& checked)

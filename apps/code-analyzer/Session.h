@@ -31,7 +31,7 @@ class CSession
 public:
     CSession();
     /// Has files checked by their rules, and names by the project's own.
-    void UseRules(TProjectRules rules, const Configuration::SConfiguration& project);
+    void UseRules(TProjectRules rules);
 
     Host::CApplication& Application() { return m_application; }
     Host::CPlugin& Plugin() { return *m_plugin; }

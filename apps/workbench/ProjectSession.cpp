@@ -33,13 +33,15 @@ void AddPatterns(const QStringList& names, std::vector<std::wstring>& all)
             all.push_back(Base::CCommonString::LowerCaseFast(name.toStdWString()));
 }
 
-void AddUsersNames(const SChoices& choices, Configuration::SConfiguration& settings)
+SyntaxParser::SOwnNames UsersNames(const SChoices& choices)
 {
+    Configuration::SConfiguration settings;
     for (const QString& name : choices.presets)
         if (const auto* preset = Configuration::FindNamePreset(name.toStdString()))
             Configuration::AddNamePreset(*preset, settings);
     AddPatterns(choices.customTags, settings.tags);
     AddPatterns(choices.customAttributes, settings.attributes);
+    return Findings::OwnNamesOf(settings);
 }
 
 } // namespace
@@ -60,15 +62,17 @@ void CProjectSession::SetPlugin(Host::CPlugin* plugin, CErrorWatch* watch)
     TakeNames();
 }
 
-void CProjectSession::UseRules(TProjectRules rules, const std::wstring& folder)
+void CProjectSession::UseRules(TProjectRules rules)
 {
     Host::CApplication& application = m_parts.application;
-    Configuration::SConfiguration settings = rules->For(folder + L'/')->settings;
-    AddUsersNames(m_parts.preferences.GetChoices(), settings);
-    SyntaxParser::SOwnNames names = Findings::OwnNamesOf(settings);
+    SyntaxParser::SOwnNames names = UsersNames(m_parts.preferences.GetChoices());
     // Open documents keep the names and the tags that they were opened with.
-    const bool isOpenedAnew = names != m_names || settings.shortOpenTag != m_shortOpenTag;
-    m_shortOpenTag = settings.shortOpenTag;
+    const auto documents = application.Documents().GetDocuments();
+    const bool isOpenedAnew =
+        names != m_names || std::ranges::any_of(documents, [&](Host::CDocument* document) {
+            const std::wstring path = document->GetPath();
+            return !Findings::OpenAlike(*m_rules->For(path), *rules->For(path));
+        });
     m_names = std::move(names);
     m_rules = std::move(rules);
     if (isOpenedAnew)
@@ -110,7 +114,7 @@ void CProjectSession::OnListed(const SProjectListing& listing)
     const bool isOpen = m_parts.application.Project().GetFolder() == folder;
     if (m_watch && !isOpen)
         m_watch->SetChecked(false);
-    UseRules(listing.rules, folder);
+    UseRules(listing.rules);
     if (isOpen) {
         m_parts.application.ReopenProject(listing.files);
     } else {
@@ -137,7 +141,7 @@ bool CProjectSession::Close()
 
 void CProjectSession::ShowNone()
 {
-    UseRules(Findings::CProjectRules::None(), {});
+    UseRules(Findings::CProjectRules::None());
     if (m_watch)
         m_watch->SetChecked(false);
     emit closed();
@@ -154,7 +158,7 @@ void CProjectSession::Refresh()
 
 void CProjectSession::TakeNames()
 {
-    UseRules(m_rules, m_parts.application.Project().GetFolder());
+    UseRules(m_rules);
 }
 
 SSession CProjectSession::GetOpen() const

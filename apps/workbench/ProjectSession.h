@@ -75,15 +75,14 @@ signals:
 private:
     void OnListed(const SProjectListing& listing);
     /// What a project wants; the next check goes by it. Also at the start, with an empty folder.
-    void UseRules(TProjectRules rules, const std::wstring& folder);
+    void UseRules(TProjectRules rules);
 
     SParts m_parts;
     Host::CPlugin* m_plugin = nullptr;
     CErrorWatch* m_watch = nullptr;
     CProjectOpener m_opener;
     TProjectRules m_rules = Findings::CProjectRules::None();
-    SyntaxParser::SOwnNames m_names;    ///< those of the project and the user
-    std::optional<bool> m_shortOpenTag; ///< of the settings
+    SyntaxParser::SOwnNames m_names; ///< the user's
 };
 
 } // namespace Kesh::Workbench

@@ -2,7 +2,7 @@
 
 import assert from 'node:assert/strict'
 import { execFileSync } from 'node:child_process'
-import { rmSync } from 'node:fs'
+import { renameSync, rmSync } from 'node:fs'
 import { join } from 'node:path'
 import { test } from 'node:test'
 import { Folder, brief, eachWithServer, program, until } from './client.mjs'
@@ -142,6 +142,48 @@ test('folders come and go with what is known of their files', async () => {
   await client.see(uri, found)
   assert.equal(await client.stop(), 0)
   second.remove()
+})
+
+test('a folder that is renamed or deleted takes along what is known of its files, and its settings', async () => {
+  folder.write('code-analyzer.json', '{ "codes": { "1025": "warning" } }')
+  const old = folder.write('old/deep/a.php', wrong)
+  folder.write('old/code-analyzer.json', '{ "codes": { "1025": "error" } }')
+  await client.start(folder)
+  await client.see(old, found)
+  assert.equal(client.published.get(old).diagnostics[0].severity, 1)
+  renameSync(join(folder.path, 'old'), join(folder.path, 'new'))
+  const renamed = folder.uri('new/deep/a.php')
+  await client.notify('workspace/didRenameFiles', { files: [{ oldUri: folder.uri('old'), newUri: folder.uri('new') }] })
+  await client.see(renamed, found)
+  await client.see(old)
+  assert.equal(client.published.get(renamed).diagnostics[0].severity, 1)
+  rmSync(join(folder.path, 'new'), { recursive: true })
+  await client.notify('workspace/didDeleteFiles', { files: [{ uri: folder.uri('new') }] })
+  await client.see(renamed)
+})
+
+test('own names are those of the settings nearest to each file, in the folder and in open documents', async () => {
+  const texts = {
+    'a.html': ['<mine any=1></mine><theirs></theirs>\n<p my-thing=1></p>\n', ['0:19-0:26 2001']],
+    'sub/a.html': ['<mine any=1></mine><theirs></theirs>\n<p my-thing=1></p>\n', ['0:0-0:5 2001', '1:3-1:11 2002']],
+    'a.css': ['mine { own: 1 } theirs { top: 0 }\n', ['0:16-0:22 2501']],
+    'sub/a.css': ['mine { own: 1 } theirs { top: 0 }\n', ['0:0-0:4 2501', '0:7-0:10 2502']],
+  }
+  folder.write('code-analyzer.json', '{ "ownNames": { "tags": ["mine"], "attributes": ["my-*"], "properties": ["own"] } }')
+  const nested = folder.write('sub/code-analyzer.json', '{ "ownNames": { "tags": ["theirs"] } }')
+  for (const [name, [text]] of Object.entries(texts)) folder.write(name, text)
+  await client.start(folder)
+  const see = async () => {
+    for (const [name, [, expected]] of Object.entries(texts)) await client.see(folder.uri(name), ...expected)
+  }
+  await see()
+  for (const [name, [text]] of Object.entries(texts)) await client.open(folder.uri(name), text, name.split('.')[1])
+  await see()
+  folder.write('sub/code-analyzer.json', '{ "ownNames": { "tags": ["mine"], "attributes": ["my-*"], "properties": ["own"] } }')
+  await client.changedFiles(nested)
+  texts['sub/a.html'][1] = texts['a.html'][1]
+  texts['sub/a.css'][1] = texts['a.css'][1]
+  await see()
 })
 
 test('each file goes by the settings and the composer.json that are nearest to it', async () => {
