@@ -1,6 +1,7 @@
 #include "Findings/Describe.h"
 
 #include "Findings/Ignores.h"
+#include "Findings/MistypedIgnores.h"
 
 #include <algorithm>
 #include <utility>
@@ -30,6 +31,20 @@ SDiagnostic UnusedDiagnostic(const CIgnores::SUnused& unused)
         diagnostic.details.arguments.push_back({"codes", codes, CodeAnalyzer::SArgument::Plain});
     if (unused.whole)
         diagnostic.details.fixes.push_back({CodeAnalyzer::EFix::Remove, {{unused.span, {}}}});
+    return diagnostic;
+}
+
+SDiagnostic MistypedDiagnostic(const SMistypedIgnore& mistyped, std::wstring_view text,
+                               const CTextLines& lines)
+{
+    const SyntaxParser::SScheme span{lines.Position(mistyped.begin), lines.Position(mistyped.end)};
+    SDiagnostic diagnostic{{span, CodeAnalyzer::Code::MistypedIgnore, CodeAnalyzer::SeverityWarning}, {}};
+    const std::wstring meant(mistyped.meant);
+    diagnostic.details.arguments = {{"found",
+                                     std::wstring(text.substr(mistyped.begin, mistyped.end - mistyped.begin)),
+                                     CodeAnalyzer::SArgument::Source},
+                                    {"nearest", meant, CodeAnalyzer::SArgument::Source}};
+    diagnostic.details.fixes.push_back({CodeAnalyzer::EFix::Rename, {{span, meant}}});
     return diagnostic;
 }
 
@@ -63,6 +78,8 @@ void Silence(std::vector<SDiagnostic>& diagnostics, std::wstring_view text, cons
     ignores.Silence(diagnostics);
     for (const CIgnores::SUnused& unused : ignores.Unused())
         diagnostics.push_back(UnusedDiagnostic(unused));
+    for (const SMistypedIgnore& mistyped : FindMistypedIgnores(text))
+        diagnostics.push_back(MistypedDiagnostic(mistyped, text, lines));
 }
 
 } // namespace
@@ -84,7 +101,7 @@ void CDescriber::Fill(SFileFindings& described, const SCheckedFile& file,
                       std::vector<SDiagnostic> diagnostics, const SRules& rules) const
 {
     const std::wstring text = file.text();
-    const bool ignores = CIgnores::MayHave(std::wstring_view(text));
+    const bool ignores = MayMeanToIgnore(std::wstring_view(text));
     if (diagnostics.empty() && !ignores)
         return;
     const CTextLines lines(text);

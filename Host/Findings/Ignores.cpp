@@ -1,7 +1,6 @@
 #include "Findings/Ignores.h"
 
 #include <algorithm>
-#include <cstring>
 #include <cwchar>
 #include <limits>
 #include <map>
@@ -37,19 +36,6 @@ std::size_t FindMarker(std::wstring_view text, std::size_t at)
     return std::wstring_view::npos;
 }
 
-/// Where the comment begins whose first word stands at `at`; npos when the word does not begin a comment.
-std::size_t CommentStart(std::wstring_view text, std::size_t at)
-{
-    std::size_t end = at;
-    while (end > 0 && IsBlank(text[end - 1]))
-        --end;
-    const std::wstring_view before = text.substr(0, end);
-    for (const std::wstring_view opener : {L"<!--", L"//", L"/**", L"/*", L"#"})
-        if (before.ends_with(opener))
-            return end - opener.size();
-    return std::wstring_view::npos;
-}
-
 /// The numbers that stand first in a comment's rest.
 std::vector<std::int32_t> ReadCodes(std::wstring_view rest)
 {
@@ -72,10 +58,16 @@ std::vector<std::int32_t> ReadCodes(std::wstring_view rest)
 
 } // namespace
 
-bool CIgnores::MayHave(std::string_view bytes)
+std::size_t CommentStart(std::wstring_view text, std::size_t at)
 {
-    constexpr std::string_view marker = "code-analyzer-ignore";
-    return ::memmem(bytes.data(), bytes.size(), marker.data(), marker.size()) != nullptr;
+    std::size_t end = at;
+    while (end > 0 && IsBlank(text[end - 1]))
+        --end;
+    const std::wstring_view before = text.substr(0, end);
+    for (const std::wstring_view opener : {L"<!--", L"//", L"/**", L"/*", L"#"})
+        if (before.ends_with(opener))
+            return end - opener.size();
+    return std::wstring_view::npos;
 }
 
 bool CIgnores::MayHave(std::wstring_view text)

@@ -9,13 +9,15 @@
 
 namespace Kesh::Findings {
 
+/// Where the comment begins whose first word stands at `at`; npos when no comment does.
+std::size_t CommentStart(std::wstring_view text, std::size_t at);
+
 /// The comments of a text that silence findings: "code-analyzer-ignore CODE..." for its own line, or for the
 /// next one when it stands alone, and "-start" and "-end" for a stretch. Without a code they silence all.
 class CIgnores
 {
 public:
-    /// A cheap look whether there may be any. Bytes of a file, or its text.
-    static bool MayHave(std::string_view bytes);
+    /// A cheap look whether there may be any.
     static bool MayHave(std::wstring_view text);
 
     CIgnores(std::wstring_view text, const CTextLines& lines);

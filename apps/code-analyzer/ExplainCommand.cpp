@@ -6,8 +6,13 @@
 #include "Report/Printable.h"
 
 #include <QStringList>
+#include <algorithm>
+#include <charconv>
+#include <cstdint>
 #include <cstdio>
+#include <cstdlib>
 #include <unistd.h>
+#include <vector>
 
 namespace Kesh::CommandLine {
 
@@ -34,32 +39,53 @@ void Print(const QString& page, const char* identifier, bool colored)
     std::fwrite(bytes.data(), 1, bytes.size(), stdout);
 }
 
-/// Of those that have a page.
-std::string AllCodes()
+/// Of those that have a page, the nearest to a number, with their identifiers; else what else there is to
+/// give.
+std::string NearestTo(const std::string& name)
 {
-    std::string codes;
+    if (const std::string_view nearest = Findings::NearestIdentifier(name); !nearest.empty())
+        return "did you mean " + std::string(nearest) + "?";
+    std::int32_t wanted = 0;
+    const auto [end, error] = std::from_chars(name.data(), name.data() + name.size(), wanted);
+    if (error != std::errc() || end != name.data() + name.size())
+        return "\"code-analyzer explain\" lists all";
+    constexpr std::size_t Count = 3;
+    std::vector<const CodeAnalyzer::SDiagnosticKind*> kinds;
     for (const CodeAnalyzer::SDiagnosticKind& kind : CodeAnalyzer::Catalog)
         if (!Findings::ErrorPage(kind.code).isEmpty())
-            codes += (codes.empty() ? "" : ", ") + std::to_string(kind.code);
-    return codes;
+            kinds.push_back(&kind);
+    std::ranges::stable_sort(kinds, {}, [wanted](const CodeAnalyzer::SDiagnosticKind* kind) {
+        return std::abs(std::int64_t{kind->code} - wanted);
+    });
+    std::string nearest;
+    for (std::size_t i = 0; i < std::min(Count, kinds.size()); ++i)
+        nearest += (i == 0 ? "the nearest are " : ", ") + std::to_string(kinds[i]->code) + " (" +
+                   kinds[i]->identifier + ')';
+    return nearest;
+}
+
+void List()
+{
+    for (const CodeAnalyzer::SDiagnosticKind& kind : CodeAnalyzer::Catalog)
+        if (!Findings::ErrorPage(kind.code).isEmpty())
+            std::printf("%4d  %-36s  %s\n", static_cast<int>(kind.code), kind.identifier, kind.title);
 }
 
 } // namespace
 
 int RunExplain(const SOptions& options)
 {
+    if (options.code.empty()) {
+        List();
+        return ExitClean;
+    }
     const std::string name =
         Base::CCommonString::ToUtf8(Base::CCommonString::Trim(Base::CCommonString::FromUtf8(options.code)));
     const auto code = Findings::CodeNamed(name);
     const QString page = code ? Findings::ErrorPage(*code) : QString();
     if (page.isEmpty()) {
-        const std::string_view nearest = Findings::NearestIdentifier(name);
-        std::fprintf(stderr, "code-analyzer: there is no error \"%s\"",
-                     Printable(Host::PathFromBytes(name)).c_str());
-        if (!nearest.empty())
-            std::fprintf(stderr, "; did you mean %s?\n", std::string(nearest).c_str());
-        else
-            std::fprintf(stderr, "; the errors are %s\n", AllCodes().c_str());
+        std::fprintf(stderr, "code-analyzer: there is no error \"%s\"; %s\n",
+                     Printable(Host::PathFromBytes(name)).c_str(), NearestTo(name).c_str());
         return ExitFailed;
     }
     Print(page, CodeAnalyzer::FindKind(*code)->identifier, WantsColor(EColor::Auto, stdout));

@@ -3,6 +3,7 @@
 #include "Base/Exception.h"
 #include "Files/FileIO.h"
 #include "Findings/Ignores.h"
+#include "Findings/MistypedIgnores.h"
 #include "SyntaxParser/SPDocument.h"
 #include "SyntaxParser/SourceText.h"
 
@@ -71,7 +72,7 @@ std::optional<Findings::SFileFindings> CFileChecker::Check(const SInput& input)
         return {};
     std::vector<CodeAnalyzer::SDiagnostic> found =
         m_check.CheckBytes(bytes, input.absolute, FactoryOf(input));
-    const bool mayIgnore = SyntaxParser::Utf16OrderOf(bytes) || Findings::CIgnores::MayHave(bytes);
+    const bool mayIgnore = SyntaxParser::Utf16OrderOf(bytes) || Findings::MayMeanToIgnore(bytes);
     return m_describer.Describe({input.shown, input.absolute, [this] { return std::wstring(m_check.Text()); },
                                  mayIgnore, input.standardInput},
                                 std::move(found), *m_rules->For(input.absolute));

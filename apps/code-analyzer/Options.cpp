@@ -247,8 +247,8 @@ private:
             ->expected(0, 1);
         Add(ECommand::Explain, "explain", "Say what an error means and how to fix it")
             ->add_option("CODE", m_options.code,
-                         "The error's number, as it stands behind each message, or its identifier")
-            ->required();
+                         "The error's number, as it stands behind each message, or its identifier; without "
+                         "one all are listed");
     }
     void AddInspection()
     {

@@ -85,7 +85,9 @@ TEST_F(CommandLine, ExitStatusAndMessages)
         {{"explain", "102"}, 0, "Missing ';' (error)\n", ""},
         {{"explain", "missing-semicolon"}, 0, "Error 1001 (missing-semicolon)\n", ""},
         {{"explain", "mising-semicolon"}, 2, "", "did you mean missing-semicolon?"},
-        {{"explain", "abc"}, 2, "", "there is no error \"abc\"; the errors are 101, 102, "},
+        {{"explain", "abc"}, 2, "", "there is no error \"abc\"; \"code-analyzer explain\" lists all"},
+        {{"explain", "1026"}, 2, "", "the nearest are 1025 (unexpected-operator), 1024 ("},
+        {{"explain"}, 0, "1001  missing-semicolon  ", ""},
         {{"check", "--no-such-option", "clean.php"}, 2, "", "--no-such-option"},
         {{"lint", "clean.php"}, 2, "", "unknown command \"lint\""},
         {{}, 2, "", "subcommand is required"},
@@ -447,6 +449,30 @@ TEST_F(CommandLine, TheUsersSettingsAreLeftAlone)
                   std::filesystem::recursive_directory_iterator(Host::PathToBytes(m_folder.Path(L"home"))),
                   std::filesystem::recursive_directory_iterator()),
               3);
+}
+
+// A terminal gives some characters two columns and some none, whatever the user's locale knows.
+TEST_F(CommandLine, CaretsStandUnderWhatWasFound)
+{
+    struct SCase
+    {
+        const char* line;
+        std::size_t columns; ///< before the caret
+    };
+    for (const auto& [line, columns] :
+         {SCase{"$b = ;", 5}, SCase{"$a = '\u65E5\u672C'; $b = ;", 18}, SCase{"$a = 'e\u0301'; $b = ;", 15},
+          SCase{"\t$a = '\U0001F600'; $b = ;", 20}}) {
+        m_folder.Write(L"a.php", std::string("<?php\n") + line + '\n');
+        QProcess process;
+        m_environment.insert("LC_ALL", "C");
+        process.setProcessEnvironment(m_environment);
+        process.setWorkingDirectory(Host::PathToQt(m_folder.Path()));
+        process.start("script", {"-qec", PROGRAM " check --color never a.php", "/dev/null"});
+        ASSERT_TRUE(process.waitForFinished());
+        EXPECT_THAT(process.readAllStandardOutput().toStdString(),
+                    HasSubstr("\r\n   | " + std::string(columns, ' ') + "^\r\n"))
+            << line;
+    }
 }
 
 } // namespace

@@ -2,6 +2,7 @@
 #include "Report/Writer.h"
 
 #include <algorithm>
+#include <clocale>
 #include <cwchar>
 
 namespace Kesh::CommandLine {
@@ -13,6 +14,18 @@ using Findings::SFinding;
 constexpr const char* Bold = "\x1B[1m";
 constexpr const char* Plain = "\x1B[0m";
 
+/// How many columns a terminal gives a character; negative: nobody can tell. The user's locale may know ASCII
+/// only, and what is written is UTF-8 all the same.
+int ColumnsOf(wchar_t c)
+{
+    static const locale_t unicode = ::newlocale(LC_CTYPE_MASK, "C.UTF-8", nullptr);
+    const locale_t before = unicode ? ::uselocale(unicode) : nullptr;
+    const int columns = ::wcwidth(c);
+    if (before)
+        ::uselocale(before);
+    return columns;
+}
+
 /// How a character of a source line is shown, and how many columns it takes.
 std::string Shown(wchar_t c, std::size_t& columns)
 {
@@ -21,7 +34,7 @@ std::string Shown(wchar_t c, std::size_t& columns)
         return "    ";
     }
     const std::string shown = Printable({&c, 1});
-    const int width = ::wcwidth(c);
+    const int width = ColumnsOf(c);
     // An escape takes a column for each of its characters.
     columns += shown[0] == '\\' && c != L'\\' ? shown.size()
                : width < 0                    ? 1
