@@ -3,7 +3,6 @@
 
 #include "Application/BareApplication.h"
 #include "Checks/CAMarkupCheck.h"
-#include "Components/CAErrorsManager.h"
 #include "Markup/CssSyntaxChecker.h"
 #include "Markup/HtmlCustomItemsKeeper.h"
 #include "Markup/HtmlSyntaxChecker.h"
@@ -12,6 +11,7 @@
 #include "SyntaxParser/SPDocument.h"
 #include "SyntaxParser/SourceText.h"
 #include "SyntaxParser/TextReader.h"
+#include "Window/CAErrorsManager.h"
 
 #include <boost/make_shared.hpp>
 #include <cstdint>

@@ -22,7 +22,7 @@ struct SHost : Host::SHeadlessHost
 {
     SHost() { frame.Build(); }
 
-    Host::CPlugin plugin{application};
+    Host::CPlugin plugin{application, Host::CPlugin::Windowless};
 };
 
 SHost& TheHost()

@@ -3,13 +3,13 @@
 // before.
 
 #include "Checks/CAGrammarCheck.h"
-#include "Components/CAErrorsManager.h"
 #include "Parsers/PhpSyntaxParser.h"
 #include "Require.h"
 #include "SPBase/reader.h"
 #include "SyntaxParser/SPDocument.h"
 #include "SyntaxParser/SourceText.h"
 #include "SyntaxParser/TextReader.h"
+#include "Window/CAErrorsManager.h"
 
 #include <algorithm>
 #include <boost/make_shared.hpp>

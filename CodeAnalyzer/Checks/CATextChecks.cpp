@@ -5,6 +5,8 @@
 #include "Diagnostics/DiagnosticList.h"
 #include "Kesh/LangSupport/LangSupport.h"
 
+#include <utility>
+
 namespace Kesh::CodeAnalyzer {
 
 CTextChecks::CTextChecks(SDK::IApplication* application)
@@ -12,6 +14,12 @@ CTextChecks::CTextChecks(SDK::IApplication* application)
       m_parser(Base::GetHostComponent<SyntaxParser::IParserComponent>(application, L"IParserComponent"))
 {
     LangSupport::CLangSupport::SetSource(application->GetLangSource());
+    SetCancelFlag(nullptr);
+}
+
+void CTextChecks::SetCancelFlag(TCancelFlag cancelled)
+{
+    m_cancelled = cancelled ? std::move(cancelled) : std::make_shared<std::atomic<bool>>(false);
 }
 
 bool CTextChecks::Check(const boost::shared_ptr<SyntaxParser::IReader>& reader, const std::wstring& path,
@@ -34,6 +42,7 @@ bool CTextChecks::Check(const boost::shared_ptr<SyntaxParser::IReader>& reader, 
     if (!language.check)
         return true;
     language.check->SetPath(path);
+    language.check->SetCancelFlag(m_cancelled);
     m_found = &found;
     const ECheckEnd end = language.check->Run();
     m_found = nullptr;

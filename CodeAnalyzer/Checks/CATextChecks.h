@@ -28,6 +28,7 @@ public:
     IMarkupCheck* GetMarkupCheck() override { return &m_markupCheck; }
     void Free() override { delete this; }
     std::wstring GetFailure() override { return m_failure; }
+    void SetCancelFlag(TCancelFlag cancelled) override;
 
 private:
     /// What the texts of one language are checked with.
@@ -48,6 +49,7 @@ private:
     std::map<std::wstring, SLanguage> m_languages; ///< by factory name
     std::vector<SDiagnostic>* m_found = nullptr;   ///< while a check runs
     std::wstring m_failure;
+    TCancelFlag m_cancelled; ///< never null
 };
 
 } // namespace Kesh::CodeAnalyzer

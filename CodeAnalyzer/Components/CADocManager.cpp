@@ -21,7 +21,7 @@ CCADocManager::~CCADocManager()
     Shutdown();
 }
 
-void CCADocManager::Init(SDK::IApplication* application, CCAErrorsManager* errorsManager,
+void CCADocManager::Init(SDK::IApplication* application, CErrorsStore* errorsManager,
                          CHtmlCustomItemsKeeper* customItems)
 {
     m_application = application;

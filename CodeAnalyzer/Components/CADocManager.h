@@ -28,7 +28,7 @@ public:
     CCADocManager& operator=(const CCADocManager&) = delete;
 
     /// Nothing is owned. Raises CCriticalError "Bad sweak pointer" without "IParserComponent".
-    void Init(SDK::IApplication* application, CCAErrorsManager* errorsManager,
+    void Init(SDK::IApplication* application, CErrorsStore* errorsManager,
               CHtmlCustomItemsKeeper* customItems);
     /// Lets all checkers go and waits for running checks, while what they need still lives.
     void Shutdown();
@@ -63,7 +63,7 @@ private:
     SDK::IApplication* m_application = nullptr;
     SyntaxParser::CDefRegions* m_defs = nullptr;
     std::vector<boost::shared_ptr<CCADocParser>> m_checkers;
-    CCAErrorsManager* m_errorsManager = nullptr;
+    CErrorsStore* m_errorsManager = nullptr;
     CHtmlCustomItemsKeeper* m_customItems = nullptr;
     SWantedChecks m_wanted;
     std::shared_ptr<CCACheckWorkers> m_workers;

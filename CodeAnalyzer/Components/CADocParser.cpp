@@ -4,7 +4,7 @@
 #include "Checks/CADocumentCheck.h"
 #include "Components/CACheckWorkers.h"
 #include "Components/CADocParserThread.h"
-#include "Components/CAErrorsManager.h"
+#include "Components/CAErrorsStore.h"
 #include "Kesh/ProjectManager/IProjectManager.h"
 #include "Kesh/SDK/IServices.h"
 
@@ -38,7 +38,7 @@ private:
 };
 
 CCADocParser::CCADocParser(SDK::IApplication* application, SyntaxParser::ISPDocument* source,
-                           SyntaxParser::CDefRegions* defs, CCAErrorsManager* errorsManager,
+                           SyntaxParser::CDefRegions* defs, CErrorsStore* errorsManager,
                            CHtmlCustomItemsKeeper* customItems)
     : m_errorsManager(errorsManager),
       m_application(application),

@@ -21,7 +21,7 @@ namespace Kesh::CodeAnalyzer {
 
 class CCACheckWorkers;
 class CCADocumentCheck;
-class CCAErrorsManager;
+class CErrorsStore;
 class CHtmlCustomItemsKeeper;
 
 /// Checks one open document again when the user has stopped typing, in a thread of its own. Held by shared
@@ -33,7 +33,7 @@ public:
     /// Nothing is owned. Stays inert when the host makes no checking document. Raises CCriticalError "Bad
     /// sweak pointer" without "IParserComponent".
     CCADocParser(SDK::IApplication* application, SyntaxParser::ISPDocument* source,
-                 SyntaxParser::CDefRegions* defs, CCAErrorsManager* errorsManager,
+                 SyntaxParser::CDefRegions* defs, CErrorsStore* errorsManager,
                  CHtmlCustomItemsKeeper* customItems);
     /// Any thread. Drops the file's errors unless the open project has the file.
     virtual ~CCADocParser();
@@ -95,7 +95,7 @@ private:
     bool m_isShared =
         false; ///< if the host holds the source by no shared pointer, it must outlive the checker
     std::unique_ptr<CCADocumentCheck> m_check; ///< null when inert
-    CCAErrorsManager* m_errorsManager;
+    CErrorsStore* m_errorsManager;
     SDK::IApplication* m_application;
     std::atomic<int> m_busy{0};
     bool m_checkDue = false; ///< whatever becomes of the host's timer

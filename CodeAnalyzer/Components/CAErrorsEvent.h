@@ -12,7 +12,7 @@
 
 namespace Kesh::CodeAnalyzer {
 
-/// What a worker tells the errors bar, which receives it on the GUI thread.
+/// What a worker tells the view of the errors, which receives it on the GUI thread.
 class CCAErrorsEvent : public QEvent
 {
 public:

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Components/CAErrorsManager.h"
+#include "Components/CAErrorsStore.h"
 #include "Diagnostics/Messages.h"
 #include "Kesh/CodeAnalyzer/Plugin.h"
 
@@ -10,7 +10,7 @@ namespace Kesh::CodeAnalyzer {
 class CErrorsSource : public IErrorsSource
 {
 public:
-    explicit CErrorsSource(CCAErrorsManager& manager) : m_manager(manager) {}
+    explicit CErrorsSource(CErrorsStore& manager) : m_manager(manager) {}
 
     void GetErrors(const std::wstring& file, std::vector<SCAError>& out) override
     {
@@ -34,7 +34,7 @@ public:
     }
 
 private:
-    CCAErrorsManager& m_manager;
+    CErrorsStore& m_manager;
     CDiagnosticTexts m_texts;
 };
 

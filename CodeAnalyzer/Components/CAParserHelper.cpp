@@ -4,14 +4,14 @@
 #include "Checks/CADocumentCheck.h"
 #include "Components/CACheckWorkers.h"
 #include "Components/CADocManager.h"
-#include "Components/CAErrorsManager.h"
+#include "Components/CAErrorsStore.h"
 #include "Components/CAProjectHandler.h"
 #include "Kesh/SDK/IDocument.h"
 #include "Kesh/SyntaxParser/IParserComponent.h"
 
 namespace Kesh::CodeAnalyzer {
 
-void CParserHelper::Init(SDK::IApplication* application, CCAErrorsManager* errorsManager,
+void CParserHelper::Init(SDK::IApplication* application, CErrorsStore* errorsManager,
                          CHtmlCustomItemsKeeper* customItems)
 {
     m_application = application;

@@ -5,7 +5,7 @@
 namespace Kesh::CodeAnalyzer {
 
 class CCADocManager;
-class CCAErrorsManager;
+class CErrorsStore;
 class CCAProjectHandler;
 class CHtmlCustomItemsKeeper;
 
@@ -15,7 +15,7 @@ class CParserHelper
 public:
     /// Nothing is owned, here and below. Without a document manager every check is made from scratch; without
     /// a project handler there are no project checks.
-    void Init(SDK::IApplication* application, CCAErrorsManager* errorsManager,
+    void Init(SDK::IApplication* application, CErrorsStore* errorsManager,
               CHtmlCustomItemsKeeper* customItems);
     void SetDocManager(CCADocManager* docManager) { m_docManager = docManager; }
     void SetProjectHandler(CCAProjectHandler* projectHandler) { m_projectHandler = projectHandler; }
@@ -28,7 +28,7 @@ public:
 
 private:
     SDK::IApplication* m_application = nullptr;
-    CCAErrorsManager* m_errorsManager = nullptr;
+    CErrorsStore* m_errorsManager = nullptr;
     CHtmlCustomItemsKeeper* m_customItems = nullptr;
     CCADocManager* m_docManager = nullptr;
     CCAProjectHandler* m_projectHandler = nullptr;

@@ -4,12 +4,12 @@
 #include "Base/HostComponent.h"
 #include "Checks/CADocumentCheck.h"
 #include "Components/CACheckWorkers.h"
-#include "Components/CAComponent.h"
 #include "Components/CADocManager.h"
-#include "Components/CAErrorsBar.h"
 #include "Components/CAErrorsEvent.h"
-#include "Components/CAErrorsManager.h"
+#include "Components/CAErrorsStore.h"
+#include "Components/ErrorsView.h"
 #include "Diagnostics/DiagnosticList.h"
+#include "Kesh/CodeAnalyzer/ICAComponent.h"
 #include "Kesh/ProjectManager/IProjectManager.h"
 #include "Kesh/SDK/IMainFrame.h"
 #include "Kesh/SyntaxParser/IParserComponent.h"
@@ -56,8 +56,8 @@ CCAProjectHandler::~CCAProjectHandler()
     Shutdown();
 }
 
-void CCAProjectHandler::Init(SDK::IApplication* application, CCAComponent* component,
-                             CCAErrorsManager* errorsManager)
+void CCAProjectHandler::Init(SDK::IApplication* application, ICAComponent* component,
+                             CErrorsStore* errorsManager)
 {
     m_application = application;
     m_component = component;
@@ -111,8 +111,8 @@ void CCAProjectHandler::Shutdown()
 void CCAProjectHandler::SetGradual(bool gradual)
 {
     m_gradual = gradual;
-    if (CCAErrorsBar* bar = GetBar(); bar && gradual)
-        bar->SetGradual();
+    if (IErrorsView* view = GetView(); view && gradual)
+        view->SetGradual();
 }
 
 void CCAProjectHandler::OnProjectParsecomplete()
@@ -133,7 +133,7 @@ void CCAProjectHandler::OnProjectParsecomplete()
     RemoveErrorsOfLeavers(pm);
     if (m_gradual && isReopened) // its errors are still there
         return BeginCheck();
-    if (m_gradual && m_saved.BeginLoading(pm, GetBar(), [this] { BeginCheck(); }))
+    if (m_gradual && m_saved.BeginLoading(pm, GetView(), [this] { BeginCheck(); }))
         return;
     try {
         LoadErrors(pm);
@@ -162,7 +162,7 @@ void CCAProjectHandler::OnCloseProject(IProjectManager* pm)
     m_workers->EndThreads();
     if (m_docManager)
         m_docManager->CheckCancelledLater();
-    // What the threads have found but the bar has not seen yet is to be saved, and must not come after the
+    // What the threads have found but the view has not seen yet is to be saved, and must not come after the
     // clear.
     m_errorsManager->DeliverPosted();
     if (!m_unread) // what has been kept is to be kept on
@@ -204,16 +204,16 @@ void CCAProjectHandler::Stop()
 
 void CCAProjectHandler::CheckClosedFile(const std::wstring& file)
 {
-    CCAErrorsBar* bar = GetBar();
-    // The bar does not outlive the handler, and what waits for it ends with it.
-    if (bar && BelongsToOpenProject(file))
+    IErrorsView* view = GetView();
+    // The view does not outlive the handler, and what waits for it ends with it.
+    if (view && BelongsToOpenProject(file))
         QMetaObject::invokeMethod(
-            bar, [this, file] { Enqueue(file); }, Qt::QueuedConnection);
+            view->Receiver(), [this, file] { Enqueue(file); }, Qt::QueuedConnection);
 }
 
-CCAErrorsBar* CCAProjectHandler::GetBar() const
+IErrorsView* CCAProjectHandler::GetView() const
 {
-    return m_component ? m_component->GetErrorsBar() : nullptr;
+    return m_component ? m_errorsManager->GetView() : nullptr;
 }
 
 bool CCAProjectHandler::BelongsToOpenProject(const std::wstring& file)
@@ -265,7 +265,7 @@ void CCAProjectHandler::SaveErrors(IProjectManager* pm)
 
 void CCAProjectHandler::LoadErrors(IProjectManager* pm)
 {
-    m_saved.Load(pm, GetBar());
+    m_saved.Load(pm, GetView());
 }
 
 void CCAProjectHandler::StartThread()
@@ -340,8 +340,9 @@ void CCAProjectHandler::Run()
 
     const bool finished = checksProject && CheckProject(*pm, *parser);
     CheckQueue(*pm, *parser);
-    if (CCAErrorsBar* bar = GetBar(); bar && finished)
-        QCoreApplication::postEvent(bar, new CCAErrorsEvent(CCAErrorsEvent::ProjectFinished, L"", {}));
+    if (IErrorsView* view = GetView(); view && finished)
+        QCoreApplication::postEvent(view->Receiver(),
+                                    new CCAErrorsEvent(CCAErrorsEvent::ProjectFinished, L"", {}));
 }
 
 bool CCAProjectHandler::CheckProject(IProjectManager& pm, IParserComponent& parser)
@@ -496,10 +497,10 @@ void CCAProjectHandler::DropErrorsUnlessOpen(const std::wstring& file)
     if (!m_docManager) {
         if (!QFileInfo(QString::fromStdWString(file)).isReadable())
             m_errorsManager->RemoveErrorsMSG(file);
-    } else if (CCAErrorsBar* bar = GetBar()) {
+    } else if (IErrorsView* view = GetView()) {
         // Which documents are open is known on the GUI thread.
         QMetaObject::invokeMethod(
-            bar,
+            view->Receiver(),
             [this, file] {
                 if (!m_docManager->HasChecker(file))
                     m_errorsManager->RemoveErrors(file);

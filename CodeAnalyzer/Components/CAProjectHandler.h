@@ -29,11 +29,11 @@ class ISPDocument;
 
 namespace Kesh::CodeAnalyzer {
 
-class CCAComponent;
 class CCADocManager;
-class CCAErrorsBar;
-class CCAErrorsManager;
+class CErrorsStore;
 class CTemplateHalves;
+class ICAComponent;
+class IErrorsView;
 
 /// Checks the files of the open project in the background, and keeps their errors with the project. GUI
 /// thread, unless said otherwise.
@@ -48,11 +48,11 @@ public:
 
     /// Nothing is owned, here and below. Raises Base::CCriticalError "Bad sweak pointer" without
     /// "IPMComponent" or "IParserComponent".
-    void Init(SDK::IApplication* application, CCAComponent* component, CCAErrorsManager* errorsManager);
+    void Init(SDK::IApplication* application, ICAComponent* component, CErrorsStore* errorsManager);
     /// Whose checks must not run beside those of the project.
     void SetDocManager(CCADocManager* docManager);
-    /// Ends what runs, and all that still comes to run: nobody uses the errors bar afterwards. The host's
-    /// threads are left to the destructor.
+    /// Ends what runs, and all that still comes to run: nobody uses the view of the errors afterwards. The
+    /// host's threads are left to the destructor.
     void EndRuns();
     /// Ends a check that runs.
     void Shutdown();
@@ -82,7 +82,7 @@ public:
 
 private:
     /// Null when there is none.
-    CCAErrorsBar* GetBar() const;
+    IErrorsView* GetView() const;
     bool BelongsToOpenProject(const std::wstring& file);
     /// What follows once the saved errors are there.
     void BeginCheck();
@@ -122,8 +122,8 @@ private:
     void DropErrorsUnlessOpen(const std::wstring& file);
 
     SDK::IApplication* m_application = nullptr;
-    CCAErrorsManager* m_errorsManager = nullptr;
-    CCAComponent* m_component = nullptr;
+    CErrorsStore* m_errorsManager = nullptr;
+    ICAComponent* m_component = nullptr;
     SDK::IThreadObject* m_thread = nullptr; ///< set before it starts, null again once it has ended
     CCADocManager* m_docManager = nullptr;
     std::shared_ptr<CCACheckWorkers> m_workers;

@@ -1,9 +1,9 @@
 #include "Components/CASavedErrors.h"
 
 #include "Base/CommonString.h"
-#include "Components/CAErrorsBar.h"
-#include "Components/CAErrorsManager.h"
+#include "Components/CAErrorsStore.h"
 #include "Components/CASavedDetails.h"
+#include "Components/ErrorsView.h"
 
 #include <QScopeGuard>
 #include <atomic>
@@ -85,29 +85,29 @@ void CSavedErrors::SaveInBackground(IProjectManager* pm)
     });
 }
 
-void CSavedErrors::Load(IProjectManager* pm, CCAErrorsBar* bar)
+void CSavedErrors::Load(IProjectManager* pm, IErrorsView* view)
 {
     const auto cache = pm->GetFilesCache();
     const auto files = Read(*pm, cache.get(), m_errorsManager->IsDetailed());
-    if (bar)
-        bar->BeginMany();
-    const auto end = qScopeGuard([bar] {
-        if (bar)
-            bar->EndMany();
+    if (view)
+        view->BeginMany();
+    const auto end = qScopeGuard([view] {
+        if (view)
+            view->EndMany();
     });
     for (const auto& [file, errors, details] : files)
         m_errorsManager->AddErrorsMT(file, errors, details);
 }
 
-bool CSavedErrors::BeginLoading(IProjectManager* pm, CCAErrorsBar* bar, std::function<void()> atEnd)
+bool CSavedErrors::BeginLoading(IProjectManager* pm, IErrorsView* view, std::function<void()> atEnd)
 {
     const auto data = pm->GetProjectData();
-    if (!data || !bar)
+    if (!data || !view)
         return false;
     GiveUpLoading();
     m_loading = std::make_shared<SLoading>();
     m_loading->atEnd = std::move(atEnd);
-    m_background.Run([this, bar, data, cache = pm->GetFilesCache(), loading = m_loading,
+    m_background.Run([this, view, data, cache = pm->GetFilesCache(), loading = m_loading,
                       detailed = m_errorsManager->IsDetailed()] {
         if (loading->isGivenUp)
             return;
@@ -117,7 +117,7 @@ bool CSavedErrors::BeginLoading(IProjectManager* pm, CCAErrorsBar* bar, std::fun
             // Errors that cannot be restored are found anew.
         }
         QMetaObject::invokeMethod(
-            bar, [this, loading] { EndLoading(loading); }, Qt::QueuedConnection);
+            view->Receiver(), [this, loading] { EndLoading(loading); }, Qt::QueuedConnection);
     });
     return true;
 }

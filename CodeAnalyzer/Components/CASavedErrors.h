@@ -10,8 +10,8 @@
 
 namespace Kesh::CodeAnalyzer {
 
-class CCAErrorsBar;
-class CCAErrorsManager;
+class CErrorsStore;
+class IErrorsView;
 
 /// Keeps the errors of a project's files with the project, and for a host that has asked for it what is known
 /// of them beyond their records. GUI thread.
@@ -19,16 +19,16 @@ class CSavedErrors
 {
 public:
     /// Not owned.
-    void Init(CCAErrorsManager* errorsManager) { m_errorsManager = errorsManager; }
+    void Init(CErrorsStore* errorsManager) { m_errorsManager = errorsManager; }
 
     void Save(ProjectManager::IProjectManager* pm);
     /// The same in the background, if the host can have it so.
     void SaveInBackground(ProjectManager::IProjectManager* pm);
-    /// What has been saved, into the store. `bar` may be null.
-    void Load(ProjectManager::IProjectManager* pm, CCAErrorsBar* bar);
+    /// What has been saved, into the store. `view` may be null.
+    void Load(ProjectManager::IProjectManager* pm, IErrorsView* view);
     /// The same in the background; then it calls `atEnd`, unless it is given up before. False: the host
     /// cannot have it so.
-    bool BeginLoading(ProjectManager::IProjectManager* pm, CCAErrorsBar* bar, std::function<void()> atEnd);
+    bool BeginLoading(ProjectManager::IProjectManager* pm, IErrorsView* view, std::function<void()> atEnd);
     bool IsLoading() const { return m_loading != nullptr; }
     /// Whether there was something that has not been read yet.
     bool GiveUpLoading();
@@ -42,7 +42,7 @@ private:
     std::vector<SSavedFileErrors> GetErrors(ProjectManager::IProjectManager* pm);
     void EndLoading(const std::shared_ptr<SLoading>& loading);
 
-    CCAErrorsManager* m_errorsManager = nullptr;
+    CErrorsStore* m_errorsManager = nullptr;
     std::shared_ptr<SLoading> m_loading; ///< null: nothing is being read
     CCABackground m_background;          ///< ends before the rest
 };

@@ -8,17 +8,9 @@
 #include "Kesh/LangSupport/LangSupport.h"
 #include "ProjectManager/ProjectManager.h"
 
-#include <QGuiApplication>
-#include <QScreen>
 #include <boost/make_shared.hpp>
 
 namespace Kesh::Host {
-
-namespace {
-
-constexpr double PlainDotsPerInch = 96.0;
-
-} // namespace
 
 CApplication::CApplication(const SParts& parts)
     : m_parts(parts),
@@ -58,12 +50,6 @@ void CApplication::RemoveComponent(const std::wstring& name)
 {
     const std::lock_guard lock(m_mutex);
     m_components.erase(name);
-}
-
-double CApplication::GetScaleFactor()
-{
-    const QScreen* screen = QGuiApplication::primaryScreen();
-    return screen ? screen->logicalDotsPerInch() / PlainDotsPerInch : 1.0;
 }
 
 void CApplication::OpenProject(const std::wstring& folder)

@@ -1,7 +1,6 @@
 #pragma once
 
 #include "Application/DocumentService.h"
-#include "Application/ImageListService.h"
 #include "Application/ThreadService.h"
 #include "Application/TimerService.h"
 #include "Kesh/SDK/IApplication.h"
@@ -11,7 +10,20 @@
 
 namespace Kesh::Host {
 
-/// The host as its plug-ins see it, with or without a window. Made on the GUI thread, after the QApplication.
+/// What plug-ins that show something need of the toolkit of windows. GUI thread.
+class IDisplay
+{
+public:
+    virtual SDK::IImageListService& Images() = 0;
+    /// As IApplication::GetScaleFactor().
+    virtual double ScaleFactor() = 0;
+
+protected:
+    ~IDisplay() = default;
+};
+
+/// The host as its plug-ins see it, with or without a window. Made on the GUI thread, after the
+/// QCoreApplication.
 class CApplication final : public SDK::IApplication
 {
 public:
@@ -21,6 +33,7 @@ public:
         SDK::IMainFrame& mainFrame;
         SDK::ISettings& settings;
         LangSupport::ILangSource& langSource;
+        IDisplay* display = nullptr; ///< null: there is no window, and plug-ins that show nothing only
     };
     explicit CApplication(const SParts& parts);
     /// Closes the documents, then the project.
@@ -28,12 +41,15 @@ public:
 
     boost::weak_ptr<SDK::IComponent1<SDK::IApplication>> GetComponent(const std::wstring& name) override;
     SDK::IMainFrame* GetMainFrame() override { return &m_parts.mainFrame; }
-    SDK::IImageListService* GetImageListService() override { return &m_images; }
+    SDK::IImageListService* GetImageListService() override
+    {
+        return m_parts.display ? &m_parts.display->Images() : nullptr;
+    }
     SDK::ISettings* GetSettings() override { return &m_parts.settings; }
     SDK::ITimerService* GetTimerService() override { return &m_timers; }
     SDK::IThreadService* GetThreadService() override { return &m_threads; }
     SDK::IDocumentService* GetDocumentService() override { return &m_documents; }
-    double GetScaleFactor() override;
+    double GetScaleFactor() override { return m_parts.display ? m_parts.display->ScaleFactor() : 1.0; }
     LangSupport::ILangSource* GetLangSource() override { return &m_parts.langSource; }
 
     /// Makes a component known by its name.
@@ -58,7 +74,6 @@ private:
     SParts m_parts;
     CTimerService m_timers;
     CThreadService m_threads;
-    CImageListService m_images;
     boost::shared_ptr<SyntaxParser::CParserComponent> m_parser;
     boost::shared_ptr<ProjectManager::CProjectManager> m_project;
     CDocumentService m_documents;

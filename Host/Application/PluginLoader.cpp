@@ -15,7 +15,8 @@ namespace {
 
 } // namespace
 
-CPlugin::CPlugin(CApplication& application) : m_application(application), m_library("libCodeAnalyzer.so.1")
+CPlugin::CPlugin(CApplication& application, const char* library)
+    : m_application(application), m_library(library)
 {
     m_component = m_library.Symbol<decltype(CodeAnalyzerCreate)>("CodeAnalyzerCreate")();
     m_component->InitComponent(&application);

@@ -16,15 +16,20 @@ class CApplication;
 class CPlugin
 {
 public:
-    /// Loads libCodeAnalyzer.so.1, makes its component and initialises it. Throws Base::CWorkError with a
-    /// text for the user.
-    explicit CPlugin(CApplication& application);
+    /// With an errors bar, or without a window.
+    static constexpr const char* Windowed = "libCodeAnalyzer.so.1";
+    static constexpr const char* Windowless = "libCodeAnalyzerChecks.so.1";
+
+    /// Loads the library, makes its component and initialises it. Throws Base::CWorkError with a text for the
+    /// user.
+    explicit CPlugin(CApplication& application, const char* library = Windowed);
     /// Ends the component; its bar goes with it.
     ~CPlugin();
     CPlugin(const CPlugin&) = delete;
     CPlugin& operator=(const CPlugin&) = delete;
 
     CodeAnalyzer::ICAComponent& Component() { return *m_component; }
+    /// Of one with a window.
     CodeAnalyzer::IErrorsManager& ErrorsManager() { return *m_component->GetErrorsManager(); }
     CodeAnalyzer::IErrorsSource& Errors();
     CodeAnalyzer::ICustomNames& CustomNames();

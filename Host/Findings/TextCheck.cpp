@@ -1,5 +1,6 @@
 #include "Findings/TextCheck.h"
 
+#include "Application/PluginLibrary.h"
 #include "Base/Exception.h"
 #include "Findings/ApplyRules.h"
 
@@ -9,10 +10,15 @@ namespace Kesh::Findings {
 
 CTextCheck::CTextCheck(const char* library, std::shared_ptr<const CProjectRules> rules, SWantedChecks wanted,
                        LangSupport::ILangSource* translations)
+    : CTextCheck(Host::CPluginLibrary(library).Symbol<TCreate>("CodeAnalyzerCreateChecks"), std::move(rules),
+                 wanted, translations)
+{
+}
+
+CTextCheck::CTextCheck(TCreate* create, std::shared_ptr<const CProjectRules> rules, SWantedChecks wanted,
+                       LangSupport::ILangSource* translations)
     : m_application(translations),
-      m_library(library),
-      m_checks(
-          m_library.Symbol<decltype(CodeAnalyzerCreateChecks)>("CodeAnalyzerCreateChecks")(&m_application)),
+      m_checks(create(&m_application)),
       m_reader(boost::make_shared<SyntaxParser::CTextReader>(std::wstring()))
 {
     if (CodeAnalyzer::IGrammarCheck* grammar = m_checks->GetGrammarCheck())

@@ -1,7 +1,6 @@
 #pragma once
 
 #include "Application/BareApplication.h"
-#include "Application/PluginLibrary.h"
 #include "Findings/ProjectRules.h"
 #include "Kesh/CodeAnalyzer/ITextChecks.h"
 #include "SyntaxParser/TextReader.h"
@@ -24,13 +23,23 @@ struct SWantedChecks
 class CTextCheck
 {
 public:
+    using TCreate = CodeAnalyzer::ITextChecks*(SDK::IApplication*);
+
     /// Loads the checks from a library that has them. `translations` are not owned; null: none. Throws
     /// Base::CWorkError with a text for the user.
     CTextCheck(const char* library, std::shared_ptr<const CProjectRules> rules, SWantedChecks wanted = {},
                LangSupport::ILangSource* translations = nullptr);
+    /// With checks that the program has in itself.
+    CTextCheck(TCreate* create, std::shared_ptr<const CProjectRules> rules, SWantedChecks wanted = {},
+               LangSupport::ILangSource* translations = nullptr);
 
     /// Other rules from now on.
     void SetRules(std::shared_ptr<const CProjectRules> rules);
+    /// See CodeAnalyzer::ITextChecks. A check that is given up throws as one that fails.
+    void SetCancelFlag(std::shared_ptr<std::atomic<bool>> cancelled)
+    {
+        m_checks->SetCancelFlag(std::move(cancelled));
+    }
     CodeAnalyzer::IDiagnosticTexts& Texts() { return *m_checks->GetTexts(); }
 
     /// What is found in a text, as a file of this absolute path would be checked: nothing is left out by
@@ -53,7 +62,6 @@ private:
     std::vector<CodeAnalyzer::SDiagnostic> Run(const std::wstring& path, const std::wstring& factory);
 
     Host::CBareApplication m_application;
-    Host::CPluginLibrary m_library;
     std::unique_ptr<CodeAnalyzer::ITextChecks, SFree> m_checks;
     std::shared_ptr<const CProjectRules> m_rules;
     boost::shared_ptr<SyntaxParser::CTextReader>

@@ -1,6 +1,7 @@
 #include "LanguageServer/CodeActions.h"
 
 #include "Application/Application.h"
+#include "Application/PluginLoader.h"
 #include "Base/Exception.h"
 #include "Configuration/Edit.h"
 #include "Files/FilePath.h"
@@ -100,7 +101,7 @@ Findings::CTextCheck* CCodeActions::Check()
         if (m_check)
             m_check->SetRules(m_settings.Rules());
         else
-            m_check.emplace("libCodeAnalyzer.so.1", m_settings.Rules(), Findings::SWantedChecks{},
+            m_check.emplace(Host::CPlugin::Windowless, m_settings.Rules(), Findings::SWantedChecks{},
                             m_application.GetLangSource());
         return &*m_check;
     } catch (const Base::CWorkError&) {

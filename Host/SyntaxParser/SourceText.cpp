@@ -1,5 +1,7 @@
 #include "SyntaxParser/SourceText.h"
 
+#include "SyntaxParser/Utf8Sequence.h"
+
 #include <algorithm>
 #include <cstdint>
 #include <cstring>
@@ -8,39 +10,8 @@ namespace Kesh::SyntaxParser {
 
 namespace {
 
-constexpr wchar_t Replacement = 0xFFFD;
-
 /// How many bytes tell what a file is.
 constexpr std::size_t Looked = 8000;
-
-/// Decodes one sequence that does not begin with ASCII at `p`; advances `p` past it, or past one bad byte.
-wchar_t DecodeSequence(const unsigned char*& p, const unsigned char* end)
-{
-    const unsigned lead = *p++;
-    if (lead >= 0xC2 && lead <= 0xDF && p < end && (*p & 0xC0) == 0x80) // as most are
-        return static_cast<wchar_t>((lead & 0x1F) << 6 | (*p++ & 0x3F));
-    unsigned length = 0;
-    std::uint32_t value = 0;
-    std::uint32_t least = 0;
-    if (lead >= 0xE0 && lead <= 0xEF) {
-        length = 2, value = lead & 0x0F, least = 0x800;
-    } else if (lead >= 0xF0 && lead <= 0xF4) {
-        length = 3, value = lead & 0x07, least = 0x10000;
-    } else {
-        return Replacement;
-    }
-    const unsigned char* next = p;
-    for (unsigned i = 0; i < length; ++i) {
-        if (next == end || (*next & 0xC0) != 0x80)
-            return Replacement;
-        value = value << 6 | (*next++ & 0x3F);
-    }
-    const bool surrogate = value >= 0xD800 && value <= 0xDFFF;
-    if (value < least || value > 0x10FFFF || surrogate)
-        return Replacement;
-    p = next;
-    return static_cast<wchar_t>(value);
-}
 
 constexpr std::ptrdiff_t Block = 16;
 
@@ -107,10 +78,10 @@ std::size_t DecodeUtf8Into(std::wstring& buffer, std::string_view bytes, SSource
                 *out++ = static_cast<wchar_t>(*p++);
             } else if (*p >= 0x80) {
                 const unsigned char* begin = p;
-                *out = DecodeSequence(p, end);
+                *out = DecodeUtf8Sequence(p, end);
                 const bool written =
                     end - begin >= 3 && begin[0] == 0xEF && begin[1] == 0xBF && begin[2] == 0xBD;
-                ++(*out == Replacement && !written ? counts.invalid : counts.valid);
+                ++(*out == ReplacementCharacter && !written ? counts.invalid : counts.valid);
                 ++out;
             } else {
                 const bool pair = p + 1 < end && p[1] == '\n';

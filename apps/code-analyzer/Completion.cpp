@@ -82,7 +82,14 @@ std::string Quoted(std::string text, const std::string& special = {})
     return quoted;
 }
 
-std::string Bash(const CLI::App& app)
+/// What a command takes that is no option; empty: files.
+std::string ArgumentsOf(const CLI::App& command, const TArguments& arguments)
+{
+    const auto found = arguments.find(command.get_name());
+    return found == arguments.end() ? "" : Joined(found->second);
+}
+
+std::string Bash(const CLI::App& app, const TArguments& arguments)
 {
     std::string commands;
     std::string cases;
@@ -103,11 +110,18 @@ std::string Bash(const CLI::App& app)
     const std::string own = words(app);
     for (const CLI::App* command : CommandsOf(app)) {
         commands += ' ' + command->get_name();
-        cases += "        " + command->get_name() + ") words='" + words(*command) + "' ;;\n";
+        cases += "        " + command->get_name() + ") words='" + words(*command) + "' arguments='" +
+                 ArgumentsOf(*command, arguments) + "' ;;\n";
     }
     return "# bash completion for code-analyzer\n"
            "_code_analyzer() {\n"
-           "    local current=${COMP_WORDS[COMP_CWORD]} previous=${COMP_WORDS[COMP_CWORD-1]} words\n"
+           "    local current=${COMP_WORDS[COMP_CWORD]} previous=${COMP_WORDS[COMP_CWORD-1]} words "
+           "arguments\n"
+           "    if [[ $current == '=' ]]; then\n" // --option=VALUE comes as three words
+           "        current=\n"
+           "    elif [[ $previous == '=' ]]; then\n"
+           "        previous=${COMP_WORDS[COMP_CWORD-2]}\n"
+           "    fi\n"
            "    case $previous in\n" +
            values +
            "    esac\n"
@@ -117,6 +131,8 @@ std::string Bash(const CLI::App& app)
            "    esac\n"
            "    if ((COMP_CWORD == 1)) || [[ $current == -* ]]; then\n"
            "        COMPREPLY=($(compgen -W \"$words\" -- \"$current\"))\n"
+           "    elif [[ -n $arguments ]]; then\n"
+           "        COMPREPLY=($(compgen -W \"$arguments\" -- \"$current\"))\n"
            "    fi\n"
            "}\n"
            "complete -o default -F _code_analyzer code-analyzer\n";
@@ -130,21 +146,26 @@ std::string ZshArguments(const CLI::App& app)
                                   : option.choices.empty()
                                       ? ':' + option.value + (option.value == "FILE" ? ":_files" : ": ")
                                       : ":VALUE:(" + Joined(option.choices) + ')';
-        for (const std::string& name : option.names)
-            arguments += " \\\n            '*" + name + '[' + Quoted(option.help, "[]:") + ']' + value + '\'';
+        for (const std::string& name : option.names) {
+            const char* equals = name.starts_with("--") && !value.empty() ? "=" : ""; // --name=VALUE, too
+            arguments +=
+                " \\\n            '*" + name + equals + '[' + Quoted(option.help, "[]:") + ']' + value + '\'';
+        }
     }
     return arguments;
 }
 
-std::string Zsh(const CLI::App& app)
+std::string Zsh(const CLI::App& app, const TArguments& given)
 {
     std::string commands;
     std::string cases;
     for (const CLI::App* command : CommandsOf(app)) {
         commands += "        '" + command->get_name() + ':' +
                     Quoted(FirstSentence(command->get_description()), ":") + "'\n";
+        const std::string arguments = ArgumentsOf(*command, given);
         cases += "        " + command->get_name() + ") _arguments" + ZshArguments(*command) +
-                 " \\\n            '*:PATH:_files' ;;\n";
+                 " \\\n            '*:" + (arguments.empty() ? "PATH:_files" : "VALUE:(" + arguments + ')') +
+                 "' ;;\n";
     }
     return "#compdef code-analyzer\n"
            "_code_analyzer() {\n"
@@ -183,22 +204,28 @@ std::string FishOptions(const CLI::App& app, const std::string& condition)
     return lines;
 }
 
-std::string Fish(const CLI::App& app)
+std::string Fish(const CLI::App& app, const TArguments& given)
 {
     std::string lines = "# fish completion for code-analyzer\n" + FishOptions(app, "__fish_use_subcommand");
     for (const CLI::App* command : CommandsOf(app)) {
         lines += "complete -c code-analyzer -n __fish_use_subcommand -f -a " + command->get_name() + " -d '" +
                  Quoted(FirstSentence(command->get_description())) + "'\n";
-        lines += FishOptions(*command, "__fish_seen_subcommand_from " + command->get_name());
+        const std::string condition = "__fish_seen_subcommand_from " + command->get_name();
+        lines += FishOptions(*command, condition);
+        if (const std::string arguments = ArgumentsOf(*command, given); !arguments.empty())
+            lines += "complete -c code-analyzer -n '" + condition + "' -f -a '" + arguments + "'\n";
     }
     return lines;
 }
 
 } // namespace
 
-std::string CompletionScript(const CLI::App& app, const std::string& shell)
+std::string CompletionScript(const CLI::App& app, const std::string& shell, const TArguments& arguments)
 {
-    return shell == "bash" ? Bash(app) : shell == "zsh" ? Zsh(app) : shell == "fish" ? Fish(app) : "";
+    return shell == "bash"   ? Bash(app, arguments)
+           : shell == "zsh"  ? Zsh(app, arguments)
+           : shell == "fish" ? Fish(app, arguments)
+                             : "";
 }
 
 } // namespace Kesh::CommandLine

@@ -1,5 +1,6 @@
 #include "FileChecker.h"
 
+#include "Application/PluginLoader.h"
 #include "Base/Exception.h"
 #include "Files/FileIO.h"
 #include "Findings/Ignores.h"
@@ -46,7 +47,7 @@ std::wstring FactoryOf(const SInput& input)
 
 CFileChecker::CFileChecker(const SOptions& options, TProjectRules rules)
     : m_rules(rules),
-      m_check("libCodeAnalyzerChecks.so.1", std::move(rules), {!options.noGrammar, !options.noMarkup}),
+      m_check(Host::CPlugin::Windowless, std::move(rules), {!options.noGrammar, !options.noMarkup}),
       m_describer(m_check.Texts())
 {
 }

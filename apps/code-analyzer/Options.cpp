@@ -5,6 +5,8 @@
 #include "Configuration/Configuration.h"
 #include "Configuration/NamePresets.h"
 #include "Files/Printable.h"
+#include "Findings/ErrorPage.h"
+#include "Kesh/CodeAnalyzer/Catalog.h"
 #include "OutputOptions.h"
 
 #include <CLI/CLI.hpp>
@@ -31,13 +33,26 @@ constexpr const char* Description =
 constexpr const char* Footer =
     "\nExit status: 0 no errors (there may be warnings), 1 at least one error, 2 bad usage or a path that\n"
     "could not be read or whose check crashed, 130 or 143 ended by Ctrl-C or a request before the end.\n"
-    "Environment: NO_COLOR turns colours off; CODE_ANALYZER_PLUGIN names another libCodeAnalyzer.so.1.";
+    "Environment: NO_COLOR turns colours off; CODE_ANALYZER_PLUGIN names "
+    "another\nlibCodeAnalyzerChecks.so.1.";
 
 constexpr const char* CheckFooter =
     "\nIn folders, files named *.php, *.phtml, *.inc, *.html, *.htm and *.css are checked; hidden folders,\n"
     "\"vendor\" and \"node_modules\" are left out unless named as a PATH. A named file is always checked, as "
     "PHP\n"
     "when its ending is none of these.\n";
+
+const std::vector<std::string> Shells{"bash", "zsh", "fish"};
+
+/// What `explain` takes.
+std::vector<std::string> ErrorNames()
+{
+    std::vector<std::string> names;
+    for (const CodeAnalyzer::SDiagnosticKind& kind : CodeAnalyzer::Catalog)
+        if (!Findings::ErrorPage(kind.code).isEmpty())
+            names.insert(names.end(), {std::to_string(kind.code), kind.identifier});
+    return names;
+}
 
 std::string PresetChoices()
 {
@@ -264,7 +279,7 @@ private:
         m_app.add_subcommand("completion", "Print a script that completes options in a shell")
             ->add_option("SHELL", m_shell, "bash, zsh or fish")
             ->required()
-            ->check(CLI::IsMember({"bash", "zsh", "fish"}));
+            ->check(CLI::IsMember(Shells));
     }
 
     SOptions& m_options;
@@ -301,7 +316,6 @@ int Explain(const CLI::ParseError& error, CLI::App& app, int argc, char** argv)
 
 bool ParseOptions(int argc, char** argv, SOptions& options, int& exitCode)
 {
-    options.arguments = argv;
     CCommands commands(options);
     try {
         commands.Parse(argc, argv);
@@ -310,7 +324,8 @@ bool ParseOptions(int argc, char** argv, SOptions& options, int& exitCode)
         return false;
     }
     if (!commands.Shell().empty())
-        std::cout << CompletionScript(commands.App(), commands.Shell());
+        std::cout << CompletionScript(commands.App(), commands.Shell(),
+                                      {{"explain", ErrorNames()}, {"completion", Shells}});
     return commands.Shell().empty();
 }
 

@@ -22,7 +22,6 @@ struct SOutputOption
 /// What the user asks for. Paths are bytes, as the system gave them.
 struct SOptions
 {
-    char** arguments = nullptr; ///< all, as the program got them
     ECommand command = ECommand::Check;
     std::vector<SOutputOption> outputs{{}};
     EColor color = EColor::Auto;

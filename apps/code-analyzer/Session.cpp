@@ -9,8 +9,6 @@ namespace Kesh::CommandLine {
 
 CQtProcess::CQtProcess()
 {
-    // The errors bar is a widget, which nobody will see here, whatever display the user's windows use.
-    qputenv("QT_QPA_PLATFORM", "offscreen");
     static int argc = 1; // the command line is ours, Qt has options of its own
     static char name[] = "code-analyzer";
     static char* argv[] = {name, nullptr};
@@ -19,8 +17,7 @@ CQtProcess::CQtProcess()
 
 CSession::CSession() : m_application({m_frame, m_settings, m_translations})
 {
-    m_plugin.emplace(m_application);
-    m_frame.Build();
+    m_plugin.emplace(m_application, Host::CPlugin::Windowless);
 }
 
 void CSession::UseRules(TProjectRules rules)

@@ -8,21 +8,21 @@
 #include "LangSupport/Translations.h"
 #include "RulesChoice.h"
 
-#include <QApplication>
+#include <QCoreApplication>
 #include <optional>
 #include <string>
 #include <vector>
 
 namespace Kesh::CommandLine {
 
-/// What Qt needs of a process that has widgets and shows none.
+/// What Qt needs of a process with timers and threads.
 class CQtProcess
 {
 public:
     CQtProcess();
 
 private:
-    std::optional<QApplication> m_application;
+    std::optional<QCoreApplication> m_application;
 };
 
 /// A host without a window that has loaded the code validator. Throws Base::CWorkError when that fails.

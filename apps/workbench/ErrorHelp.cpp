@@ -146,7 +146,7 @@ Findings::CTextCheck* CErrorHelp::Check()
         if (m_check)
             m_check->SetRules(m_watch->GetRules());
         else
-            m_check.emplace("libCodeAnalyzer.so.1", m_watch->GetRules(), Findings::SWantedChecks{},
+            m_check.emplace(Host::CPlugin::Windowed, m_watch->GetRules(), Findings::SWantedChecks{},
                             m_application.GetLangSource());
         return &*m_check;
     } catch (const Base::CWorkError&) {

@@ -72,8 +72,8 @@ CMainWindow::CMainWindow(Host::CFileSettings& settings, LangSupport::ILangSource
       m_preferences(settings),
       m_dialogs(this),
       m_frame(*this),
-      m_application(
-          std::make_unique<Host::CApplication>(Host::CApplication::SParts{m_frame, settings, translations})),
+      m_application(std::make_unique<Host::CApplication>(
+          Host::CApplication::SParts{m_frame, settings, translations, &m_display})),
       m_area(new CDocumentArea(*m_application, m_dialogs)),
       m_tree(new CFileTree),
       m_treeDock(new QDockWidget(Tr("Project"), this)),

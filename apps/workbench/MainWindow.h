@@ -7,6 +7,7 @@
 #include "Preferences.h"
 #include "Prompts.h"
 #include "SyntaxParser/OwnNames.h"
+#include "Window/Display.h"
 
 #include <QMainWindow>
 #include <QUrl>
@@ -90,6 +91,7 @@ private:
     CPreferences m_preferences;
     CDialogPrompts m_dialogs;
     CMainFrame m_frame;
+    Host::CDisplay m_display;
     std::unique_ptr<Host::CApplication> m_application;
     std::unique_ptr<Host::CPlugin> m_plugin;
     std::unique_ptr<CErrorWatch> m_errors;

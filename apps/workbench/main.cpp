@@ -1,4 +1,3 @@
-#include "Application/GuiApplication.h"
 #include "Application/Settings.h"
 #include "Application/Version.h"
 #include "DocumentArea.h"
@@ -6,6 +5,7 @@
 #include "Languages.h"
 #include "MainWindow.h"
 #include "MessageStrip.h"
+#include "Window/GuiApplication.h"
 #include "WindowStyle.h"
 
 #include <CLI/CLI.hpp>

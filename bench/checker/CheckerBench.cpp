@@ -2,13 +2,13 @@
 // example site. MB are those of the files; the texts are in memory.
 
 #include "Checks/CAGrammarCheck.h"
-#include "Components/CAErrorsManager.h"
 #include "Grammar/PhpGrammarChecker.h"
 #include "Parsers/PhpSyntaxParser.h"
 #include "SyntaxParser/PhpScanner.h"
 #include "SyntaxParser/SPDocument.h"
 #include "SyntaxParser/SourceText.h"
 #include "SyntaxParser/TextReader.h"
+#include "Window/CAErrorsManager.h"
 
 #include <benchmark/benchmark.h>
 #include <boost/make_shared.hpp>

@@ -81,7 +81,7 @@ private:
     }
 
     Host::SHeadlessHost m_host;
-    Host::CPlugin m_plugin{m_host.application};
+    Host::CPlugin m_plugin{m_host.application, Host::CPlugin::Windowless};
     std::int64_t m_version = 1;
     std::int64_t m_published = 0;
     LanguageServer::CServer m_server{

@@ -1,4 +1,3 @@
-#include "Application/GuiApplication.h"
 #include "Application/Settings.h"
 #include "CodeEditor.h"
 #include "DocumentArea.h"
@@ -9,6 +8,7 @@
 #include "ProjectManager/ProjectManager.h"
 #include "ReplaceAll.h"
 #include "TempFolder.h"
+#include "Window/GuiApplication.h"
 
 #include <QDockWidget>
 #include <QElapsedTimer>

@@ -6,6 +6,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+using ::testing::AllOf;
+using ::testing::AnyOf;
 using ::testing::Contains;
 using ::testing::ElementsAre;
 using ::testing::HasSubstr;
@@ -64,7 +66,7 @@ TEST(Completion, OffersWhatTheHelpTextsList)
         const auto options = Listed({name}, "^  (?:-[a-zA-Z],)?(--[a-zA-Z-]+)");
         EXPECT_THAT(Completions({"code-analyzer", name, "-"}), IsSupersetOf(options)) << command;
         for (const std::string& option : options) {
-            EXPECT_THAT(zsh, HasSubstr("'*" + option + "["));
+            EXPECT_THAT(zsh, AnyOf(HasSubstr("'*" + option + "["), HasSubstr("'*" + option + "=[")));
             EXPECT_THAT(fish, HasSubstr(" -l " + option.substr(2)));
         }
     }
@@ -75,6 +77,17 @@ TEST(Completion, KnowsValues)
     EXPECT_THAT(Completions({"code-analyzer", "check", "--color", ""}),
                 ElementsAre("auto", "always", "never"));
     EXPECT_THAT(Completions({"code-analyzer", "check", "--format", "s"}), ElementsAre("sarif"));
+    // As bash cuts what stands before the cursor.
+    EXPECT_THAT(Completions({"code-analyzer", "check", "--format", "=", "s"}), ElementsAre("sarif"));
+    EXPECT_THAT(Completions({"code-analyzer", "check", "--color", "="}),
+                ElementsAre("auto", "always", "never"));
+    EXPECT_THAT(Completions({"code-analyzer", "explain", "1001"}), ElementsAre("1001"));
+    EXPECT_THAT(Completions({"code-analyzer", "explain", "unknown-t"}), ElementsAre("unknown-tag"));
+    EXPECT_THAT(Completions({"code-analyzer", "completion", ""}), ElementsAre("bash", "zsh", "fish"));
+    EXPECT_THAT(Output(PROGRAM, {"completion", "zsh"}).toStdString(),
+                AllOf(HasSubstr("'*--format=["), HasSubstr("'*:VALUE:(bash zsh fish)'")));
+    EXPECT_THAT(Output(PROGRAM, {"completion", "fish"}).toStdString(),
+                HasSubstr("'__fish_seen_subcommand_from completion' -f -a 'bash zsh fish'"));
     EXPECT_THAT(Completions({"code-analyzer", "ch"}), ElementsAre("check"));
     EXPECT_THAT(Completions({"code-analyzer", "check", "src"}), ElementsAre());
 }

@@ -1,9 +1,9 @@
 #include "Base/Exception.h"
-#include "Components/CACommands.h"
 #include "Components/CCADocManager.h"
 #include "Components/CCAProjectHandler.h"
 #include "Kesh/CodeAnalyzer/Plugin.h"
 #include "TestHost.h"
+#include "Window/CACommands.h"
 
 #include <QCoreApplication>
 #include <dlfcn.h>

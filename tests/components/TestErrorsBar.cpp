@@ -1,9 +1,9 @@
 #include "Base/Exception.h"
 #include "Buffer/Iterator.h"
-#include "Components/CAErrorsBarItem.h"
 #include "Components/CAErrorsEvent.h"
 #include "Kesh/Editor/IStandartView.h"
 #include "TestHost.h"
+#include "Window/CAErrorsBarItem.h"
 
 #include <QCoreApplication>
 #include <QHeaderView>

@@ -1,6 +1,6 @@
 // The errors bar of a host that wants very many rows to come some at a time.
-#include "Components/CAErrorsBarItem.h"
 #include "TestHost.h"
+#include "Window/CAErrorsBarItem.h"
 
 #include <QCoreApplication>
 #include <QTest>

@@ -1,14 +1,14 @@
 #pragma once
 
-#include "Application/Application.h"
 #include "Application/HeadlessMainFrame.h"
 #include "Application/Settings.h"
-#include "Components/CAComponent.h"
-#include "Components/CAErrorsBar.h"
 #include "Editor/TextHolder.h"
 #include "GatedParser.h"
 #include "LangSupport/Translations.h"
 #include "ProjectManager/ProjectManager.h"
+#include "Window/CAComponent.h"
+#include "Window/CAErrorsBar.h"
+#include "Window/Display.h"
 
 #include <boost/make_shared.hpp>
 #include <memory>
@@ -64,7 +64,8 @@ struct CTestHost
     Host::CHeadlessMainFrame frame;
     Host::CMemorySettings settings;
     LangSupport::CTranslations translations;
-    Host::CApplication application{{frame, settings, translations}};
+    Host::CDisplay display;
+    Host::CApplication application{{frame, settings, translations, &display}};
     boost::shared_ptr<CGatedParser> parser = boost::make_shared<CGatedParser>(application.Parser());
     std::unique_ptr<CodeAnalyzer::CCAComponent> component = std::make_unique<CodeAnalyzer::CCAComponent>();
 };

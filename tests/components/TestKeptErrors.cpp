@@ -1,6 +1,6 @@
 // Saved errors that are read and written beside the GUI thread, as a host with very many of them wants it.
-#include "Components/CAErrorsBar.h"
 #include "ProjectFixture.h"
+#include "Window/CAErrorsBar.h"
 #include "host/Limits.h"
 
 #include <QThread>

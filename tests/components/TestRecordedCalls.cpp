@@ -1,9 +1,9 @@
 // What a host that knows the interfaces and asks for nothing sees of the plug-in, call by call.
-#include "Components/CAComponent.h"
-#include "Components/CAErrorsBar.h"
 #include "Components/CASavedErrorsText.h"
 #include "RecordingHost.h"
 #include "SyntaxParser/SPDocument.h"
+#include "Window/CAComponent.h"
+#include "Window/CAErrorsBar.h"
 
 #include <QCoreApplication>
 #include <QTest>

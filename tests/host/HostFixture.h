@@ -1,12 +1,12 @@
 #pragma once
 
-#include "Application/Application.h"
 #include "Application/HeadlessMainFrame.h"
 #include "Application/ParserComponent.h"
 #include "Application/Settings.h"
 #include "LangSupport/Translations.h"
 #include "ProjectManager/ProjectManager.h"
 #include "TempFolder.h"
+#include "Window/Display.h"
 
 #include <gtest/gtest.h>
 
@@ -20,5 +20,6 @@ protected:
     Kesh::Host::CHeadlessMainFrame m_frame;
     Kesh::Host::CMemorySettings m_settings;
     Kesh::LangSupport::CTranslations m_translations;
-    Kesh::Host::CApplication m_host{{m_frame, m_settings, m_translations}};
+    Kesh::Host::CDisplay m_display;
+    Kesh::Host::CApplication m_host{{m_frame, m_settings, m_translations, &m_display}};
 };

@@ -1,10 +1,10 @@
 #include "Application/HeadlessMainFrame.h"
-#include "Application/ImageListService.h"
 #include "Application/PluginLoader.h"
 #include "Application/Settings.h"
 #include "Base/Exception.h"
 #include "HostFixture.h"
 #include "Kesh/LangSupport/LangSupport.h"
+#include "Window/ImageListService.h"
 
 #include <QImage>
 #include <gmock/gmock.h>

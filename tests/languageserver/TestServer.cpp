@@ -97,7 +97,7 @@ protected:
 
     const bool m_located = qputenv("CODE_ANALYZER_PLUGIN", PLUGIN);
     Host::SHeadlessHost m_host;
-    Host::CPlugin m_plugin{m_host.application};
+    Host::CPlugin m_plugin{m_host.application, Host::CPlugin::Windowless};
     std::vector<json> m_sent;
     bool m_ended = false;
     std::optional<LanguageServer::CServer> m_server;

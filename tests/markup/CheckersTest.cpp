@@ -1,9 +1,9 @@
 #include "Base/Exception.h"
-#include "Components/CAErrorsBar.h"
-#include "Components/CAErrorsManager.h"
 #include "Markup/CssSyntaxChecker.h"
 #include "Markup/HtmlCustomItemsKeeper.h"
 #include "Markup/HtmlSyntaxChecker.h"
+#include "Window/CAErrorsBar.h"
+#include "Window/CAErrorsManager.h"
 #include "markup/FakeHost.h"
 #include "markup/MarkupTestText.h"
 

@@ -1,12 +1,12 @@
 #pragma once
 
-#include "Application/Application.h"
 #include "Application/HeadlessMainFrame.h"
 #include "Application/Settings.h"
 #include "Checks/CAGrammarCheck.h"
-#include "Components/CAErrorsBar.h"
-#include "Components/CAErrorsManager.h"
 #include "LangSupport/Translations.h"
+#include "Window/CAErrorsBar.h"
+#include "Window/CAErrorsManager.h"
+#include "Window/Display.h"
 
 #include <string>
 #include <string_view>
@@ -38,7 +38,8 @@ private:
     Host::CHeadlessMainFrame m_frame;
     Host::CMemorySettings m_settings;
     LangSupport::CTranslations m_translations;
-    Host::CApplication m_application{{m_frame, m_settings, m_translations}};
+    Host::CDisplay m_display;
+    Host::CApplication m_application{{m_frame, m_settings, m_translations, &m_display}};
     CodeAnalyzer::CCAGrammarCheck m_grammarCheck;
     CodeAnalyzer::CCAErrorsManager m_manager;
     CodeAnalyzer::CCAErrorsBar m_bar{&m_application, nullptr, &m_manager};

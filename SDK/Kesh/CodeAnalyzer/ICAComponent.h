@@ -12,6 +12,7 @@ class CHtmlCustomItemsKeeper;
 class ICAComponent : public SDK::IComponent1<SDK::IApplication>
 {
 public:
+    /// Null for a component that is made for hosts without a window.
     virtual IErrorsManager* GetErrorsManager() = 0;
     virtual CHtmlCustomItemsKeeper* GetHtmlCustomItemsKeeper() = 0;
 

@@ -8,7 +8,9 @@
 #include "Kesh/SDK/IApplication.h"
 #include "Kesh/SyntaxParser/IReader.h"
 
+#include <atomic>
 #include <boost/shared_ptr.hpp>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -35,6 +37,9 @@ public:
     /// Why the last check has failed; empty when it has not.
     virtual std::wstring GetFailure() = 0;
     virtual IMarkupCheck* GetMarkupCheck() = 0;
+    /// What has the check that runs end soon, once another thread sets it: for checks that begin afterwards;
+    /// null: they come to their ends. Nobody but the caller clears it.
+    virtual void SetCancelFlag(std::shared_ptr<std::atomic<bool>> /*cancelled*/) {}
 
 protected:
     ~ITextChecks() = default;
@@ -43,8 +48,8 @@ protected:
 } // namespace Kesh::CodeAnalyzer
 
 extern "C" {
-/// New checks, in libCodeAnalyzer.so.1 and in libCodeAnalyzerChecks.so.1, which holds nothing else and needs
-/// no more of Qt than its core. Of the application only the component "IParserComponent" and the translations
+/// New checks, in libCodeAnalyzer.so.1 and in libCodeAnalyzerChecks.so.1, which needs no more of Qt than its
+/// core. Of the application only the component "IParserComponent" and the translations
 /// are used; both outlive the checks. Raises Kesh::Base::CCriticalError "Bad sweak pointer" without the
 /// component.
 KESH_EXPORT Kesh::CodeAnalyzer::ITextChecks* CodeAnalyzerCreateChecks(Kesh::SDK::IApplication* application);

@@ -70,7 +70,9 @@ protected:
 
 } // namespace Kesh::CodeAnalyzer
 
-/// The functions that a host looks up with dlsym() in libCodeAnalyzer.so.1. GUI thread only.
+/// The functions that a host looks up with dlsym() in libCodeAnalyzer.so.1. GUI thread only. Those that are
+/// about a component are in libCodeAnalyzerChecks.so.1, too, but for the commands: its component asks the
+/// host for no bar, no menu and no icons, and needs a QCoreApplication only.
 extern "C" {
 /// A new component; the caller initialises it once and ends it with CodeAnalyzerDestroy().
 KESH_EXPORT Kesh::CodeAnalyzer::ICAComponent* CodeAnalyzerCreate();

@@ -1,6 +1,6 @@
-#include "Components/CAErrorsBarRows.h"
+#include "Window/CAErrorsBarRows.h"
 
-#include "Components/CAErrorsBarItem.h"
+#include "Window/CAErrorsBarItem.h"
 
 #include <QtAlgorithms>
 #include <algorithm>

@@ -3,11 +3,9 @@
 #include "Components/CADetailsTable.h"
 #include "Diagnostics/ErrorsReceiver.h"
 #include "Kesh/CodeAnalyzer/Check.h"
-#include "Kesh/CodeAnalyzer/IErrorsManager.h"
 #include "Kesh/CodeAnalyzer/SCAError.h"
 #include "Kesh/SDK/IApplication.h"
 
-#include <QIcon>
 #include <QMutex>
 #include <atomic>
 #include <boost/signals2/signal.hpp>
@@ -20,13 +18,13 @@
 
 namespace Kesh::CodeAnalyzer {
 
-class CCAErrorsBar;
+class IErrorsView;
 struct SHostError;
 
-/// The one store of errors, per file. Workers post their results to the errors bar, which hands them back on
-/// the GUI thread; only there does the table change. The signals are emitted while the table is locked: a
-/// slot must not call back into the store.
-class CCAErrorsManager : public IErrorsManager, public IErrorsReceiver, public boost::signals2::trackable
+/// The one store of errors, per file. Workers post their results to its view, which hands them back on the
+/// GUI thread; only there does the table change. The signals are emitted while the table is locked: a slot
+/// must not call back into the store.
+class CErrorsStore : public IErrorsReceiver, public boost::signals2::trackable
 {
 public:
     using ErrorsTable = std::map<std::wstring, std::vector<SCAError>>;
@@ -36,13 +34,15 @@ public:
     using CheckBegunSignal = boost::signals2::signal<void(const SCheck&)>;
     using CheckEndedSignal = boost::signals2::signal<void(const SCheck&, ECheckEnd)>;
 
-    virtual ~CCAErrorsManager() = default;
+    virtual ~CErrorsStore() = default;
 
-    /// The bar is not owned. Raises CCriticalError "Bad sweak pointer" without "IParserComponent". GUI
+    /// The view is not owned. Raises CCriticalError "Bad sweak pointer" without "IParserComponent". GUI
     /// thread.
-    void Init(SDK::IApplication* application, CCAErrorsBar* bar, const QIcon& icon);
-    /// The bar is about to die: what is posted from now on goes nowhere. GUI thread, once no worker runs.
-    void DetachBar();
+    void Init(SDK::IApplication* application, IErrorsView* view);
+    /// The view is about to die: what is posted from now on goes nowhere. GUI thread, once no worker runs.
+    void DetachView();
+    /// Null when there is none. Any thread.
+    IErrorsView* GetView() const { return m_view; }
 
     /// Posts the errors of a finished check; nothing for an empty list or path. Any thread.
     void AddErrors(const std::wstring& file, const std::vector<SCAError>& errors,
@@ -92,8 +92,8 @@ public:
     bool IsDetailed() const { return m_detailed; }
     /// Whether the file has errors, or some that wait to be delivered. Any thread.
     bool MayHaveErrors(const std::wstring& file);
-    bool IsErrorOnLine(const std::wstring& file, int line) override;
-    QIcon GetIcon() override;
+    /// Whether an error of the file starts on this line. Any thread.
+    bool HasErrorOnLine(const std::wstring& file, int line);
     /// Appends to `out` the parts of the file's errors that begin or end inside `span`. Any thread.
     void OnFindErrorRegions(const std::wstring& file, const SyntaxParser::SScheme& span,
                             std::vector<SyntaxParser::SScheme>& out);
@@ -111,7 +111,7 @@ private:
     /// Nothing more is to be told of the file; whether there was something.
     bool ForgetUntold(const std::wstring& file);
 
-    CCAErrorsBar* m_bar = nullptr;
+    IErrorsView* m_view = nullptr;
     /// The files whose errors nobody has been told of yet, and the order in which that is to happen; some of
     /// that may be out of date. GUI thread.
     std::unordered_set<std::wstring> m_untold;
@@ -121,7 +121,6 @@ private:
     ErrorsTable m_errors;
     CDetailsTable m_details;
     std::atomic<bool> m_detailed{false};
-    QIcon m_icon;
     AddedSignal m_added;
     RemovedSignal m_removed;
     FailedSignal m_failed;

@@ -1,4 +1,4 @@
-#include "Application/GuiApplication.h"
+#include "Window/GuiApplication.h"
 
 #include "Files/Fault.h"
 

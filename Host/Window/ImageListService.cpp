@@ -1,4 +1,4 @@
-#include "Application/ImageListService.h"
+#include "Window/ImageListService.h"
 
 #include "Files/FilePath.h"
 

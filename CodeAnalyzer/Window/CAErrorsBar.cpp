@@ -1,13 +1,13 @@
-#include "Components/CAErrorsBar.h"
+#include "Window/CAErrorsBar.h"
 
 #include "Buffer/ViewIteratorNew.h"
-#include "Components/CAComponent.h"
-#include "Components/CAErrorsBarItem.h"
 #include "Components/CAErrorsEvent.h"
-#include "Components/CAErrorsManager.h"
 #include "Kesh/LangSupport/LangSupport.h"
 #include "Kesh/SDK/IDocument.h"
 #include "Kesh/SDK/IServices.h"
+#include "Window/CAComponent.h"
+#include "Window/CAErrorsBarItem.h"
+#include "Window/CAErrorsManager.h"
 
 #include <QHeaderView>
 #include <QMouseEvent>

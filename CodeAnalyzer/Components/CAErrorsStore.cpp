@@ -1,8 +1,8 @@
-#include "Components/CAErrorsManager.h"
+#include "Components/CAErrorsStore.h"
 
 #include "Base/HostComponent.h"
-#include "Components/CAErrorsBar.h"
 #include "Components/CAErrorsEvent.h"
+#include "Components/ErrorsView.h"
 #include "Diagnostics/Messages.h"
 #include "Kesh/LangSupport/LangSupport.h"
 #include "Kesh/SyntaxParser/IParserComponent.h"
@@ -21,52 +21,50 @@ using namespace boost::placeholders;
 using SyntaxParser::CIterator;
 using SyntaxParser::SScheme;
 
-void CCAErrorsManager::Init(SDK::IApplication* application, CCAErrorsBar* bar, const QIcon& icon)
+void CErrorsStore::Init(SDK::IApplication* application, IErrorsView* view)
 {
-    m_icon = icon;
-    m_bar = bar;
+    m_view = view;
     auto parser = Base::GetHostComponent<SyntaxParser::IParserComponent>(application, L"IParserComponent");
     parser->GetFindErrorRegionsSignal().connect(
-        boost::bind(&CCAErrorsManager::OnFindErrorRegions, this, _1, _2, _3));
+        boost::bind(&CErrorsStore::OnFindErrorRegions, this, _1, _2, _3));
 }
 
-void CCAErrorsManager::DetachBar()
+void CErrorsStore::DetachView()
 {
-    m_bar = nullptr;
+    m_view = nullptr;
 }
 
-void CCAErrorsManager::AddErrors(const std::wstring& file, const std::vector<SCAError>& errors,
-                                 TDetails details)
+void CErrorsStore::AddErrors(const std::wstring& file, const std::vector<SCAError>& errors, TDetails details)
 {
-    if (!m_bar || file.empty() || errors.empty())
+    if (!m_view || file.empty() || errors.empty())
         return;
     auto event = std::make_unique<CCAErrorsEvent>(CCAErrorsEvent::Add, file, errors);
     event->SetDetails(std::move(details));
-    QCoreApplication::postEvent(m_bar, event.release());
+    QCoreApplication::postEvent(m_view->Receiver(), event.release());
 }
 
-void CCAErrorsManager::RemoveErrorsMSG(const std::wstring& file)
+void CErrorsStore::RemoveErrorsMSG(const std::wstring& file)
 {
-    if (m_bar)
-        QCoreApplication::postEvent(m_bar, new CCAErrorsEvent(CCAErrorsEvent::Remove, file, {}));
+    if (m_view)
+        QCoreApplication::postEvent(m_view->Receiver(), new CCAErrorsEvent(CCAErrorsEvent::Remove, file, {}));
 }
 
-void CCAErrorsManager::RestoreErrors(const std::wstring& file, const std::vector<SCAError>& errors,
-                                     TDetails details)
+void CErrorsStore::RestoreErrors(const std::wstring& file, const std::vector<SCAError>& errors,
+                                 TDetails details)
 {
     RemoveErrorsMSG(file);
     AddErrors(file, errors, std::move(details));
 }
 
-void CCAErrorsManager::TellFailure(const std::wstring& file, const std::wstring& reason)
+void CErrorsStore::TellFailure(const std::wstring& file, const std::wstring& reason)
 {
-    // The bar does not outlive the manager, and what waits for it ends with it.
-    if (m_bar)
+    // The view does not outlive the store, and what waits for it ends with it.
+    if (m_view)
         QMetaObject::invokeMethod(
-            m_bar, [this, file, reason] { m_failed(file, reason); }, Qt::QueuedConnection);
+            m_view->Receiver(), [this, file, reason] { m_failed(file, reason); }, Qt::QueuedConnection);
 }
 
-SCheck CCAErrorsManager::BeginCheck(const std::wstring& file, bool ofDocument)
+SCheck CErrorsStore::BeginCheck(const std::wstring& file, bool ofDocument)
 {
     const SCheck check{file, ++m_checks, ofDocument};
     if (ofDocument)
@@ -74,21 +72,21 @@ SCheck CCAErrorsManager::BeginCheck(const std::wstring& file, bool ofDocument)
     return check;
 }
 
-void CCAErrorsManager::EndCheck(const SCheck& check, ECheckEnd end)
+void CErrorsStore::EndCheck(const SCheck& check, ECheckEnd end)
 {
-    if (m_bar && !m_checkEnded.empty())
+    if (m_view && !m_checkEnded.empty())
         QMetaObject::invokeMethod(
-            m_bar, [this, check, end] { m_checkEnded(check, end); }, Qt::QueuedConnection);
+            m_view->Receiver(), [this, check, end] { m_checkEnded(check, end); }, Qt::QueuedConnection);
 }
 
-void CCAErrorsManager::DeliverPosted()
+void CErrorsStore::DeliverPosted()
 {
-    if (m_bar)
-        QCoreApplication::sendPostedEvents(m_bar, CCAErrorsEvent::EventType);
+    if (m_view)
+        QCoreApplication::sendPostedEvents(m_view->Receiver(), CCAErrorsEvent::EventType);
 }
 
-void CCAErrorsManager::AddErrorsFormBar(const std::wstring& file, const std::vector<SCAError>& errors,
-                                        TDetails details)
+void CErrorsStore::AddErrorsFormBar(const std::wstring& file, const std::vector<SCAError>& errors,
+                                    TDetails details)
 {
     QMutexLocker locker(&m_lock);
     std::vector<SCAError>& stored = m_errors[file];
@@ -99,8 +97,8 @@ void CCAErrorsManager::AddErrorsFormBar(const std::wstring& file, const std::vec
     m_added(file, errors);
 }
 
-void CCAErrorsManager::AddErrorsMT(const std::wstring& file, const std::vector<SCAError>& errors,
-                                   TDetails details)
+void CErrorsStore::AddErrorsMT(const std::wstring& file, const std::vector<SCAError>& errors,
+                               TDetails details)
 {
     QMutexLocker locker(&m_lock);
     ForgetUntold(file);
@@ -110,10 +108,10 @@ void CCAErrorsManager::AddErrorsMT(const std::wstring& file, const std::vector<S
     m_added(file, errors);
 }
 
-void CCAErrorsManager::AddErrorsGradually(const std::wstring& file, const std::vector<SCAError>& errors,
-                                          TDetails details)
+void CErrorsStore::AddErrorsGradually(const std::wstring& file, const std::vector<SCAError>& errors,
+                                      TDetails details)
 {
-    if (!m_bar)
+    if (!m_view)
         return AddErrorsMT(file, errors, std::move(details));
     QMutexLocker locker(&m_lock);
     m_removed(file);
@@ -123,14 +121,14 @@ void CCAErrorsManager::AddErrorsGradually(const std::wstring& file, const std::v
     const bool isFirst = m_untold.empty();
     m_untoldErrors = (isFirst ? 0 : m_untoldErrors) + errors.size();
     if (m_untoldErrors > VeryMany && m_untoldErrors - errors.size() <= VeryMany)
-        m_bar->ExpectMany(true);
+        m_view->ExpectMany(true);
     m_untold.insert(file);
     m_toTell.push_back(file);
     if (isFirst)
-        QTimer::singleShot(0, m_bar, [this] { TellSlice(); });
+        QTimer::singleShot(0, m_view->Receiver(), [this] { TellSlice(); });
 }
 
-void CCAErrorsManager::TellSlice()
+void CErrorsStore::TellSlice()
 {
     constexpr int SliceTime = 8; // ms
     QElapsedTimer time;
@@ -143,19 +141,19 @@ void CCAErrorsManager::TellSlice()
             m_added(file, m_errors[file]);
     }
     if (!m_untold.empty())
-        QTimer::singleShot(0, m_bar, [this] { TellSlice(); });
+        QTimer::singleShot(0, m_view->Receiver(), [this] { TellSlice(); });
     else {
         m_toTell.clear();
-        m_bar->ExpectMany(false);
+        m_view->ExpectMany(false);
     }
 }
 
-bool CCAErrorsManager::ForgetUntold(const std::wstring& file)
+bool CErrorsStore::ForgetUntold(const std::wstring& file)
 {
     return m_untold.erase(file) > 0;
 }
 
-void CCAErrorsManager::RemoveErrors(const std::wstring& file)
+void CErrorsStore::RemoveErrors(const std::wstring& file)
 {
     QMutexLocker locker(&m_lock);
     ForgetUntold(file);
@@ -164,16 +162,16 @@ void CCAErrorsManager::RemoveErrors(const std::wstring& file)
     m_details.Remove(file);
 }
 
-void CCAErrorsManager::RemoveErrorsOf(const std::vector<std::wstring>& files)
+void CErrorsStore::RemoveErrorsOf(const std::vector<std::wstring>& files)
 {
     // Once the rows are gone, the signals cost nothing.
-    if (m_bar && !files.empty())
-        m_bar->RemoveErrorsOf(files);
+    if (m_view && !files.empty())
+        m_view->RemoveErrorsOf(files);
     for (const std::wstring& file : files)
         RemoveErrors(file);
 }
 
-void CCAErrorsManager::Clear()
+void CErrorsStore::Clear()
 {
     QMutexLocker locker(&m_lock);
     m_errors.clear();
@@ -181,26 +179,26 @@ void CCAErrorsManager::Clear()
     m_untold.clear();
 }
 
-void CCAErrorsManager::ShowHostErrors(const std::wstring& file, const std::vector<SHostError>& errors)
+void CErrorsStore::ShowHostErrors(const std::wstring& file, const std::vector<SHostError>& errors)
 {
-    if (m_bar)
-        m_bar->ShowHostErrors(file, errors);
+    if (m_view)
+        m_view->ShowHostErrors(file, errors);
 }
 
-void CCAErrorsManager::GetErrors(const std::wstring& file, std::vector<SCAError>& out)
+void CErrorsStore::GetErrors(const std::wstring& file, std::vector<SCAError>& out)
 {
     QMutexLocker locker(&m_lock);
     if (const auto found = m_errors.find(file); found != m_errors.end())
         out.assign(found->second.begin(), found->second.end());
 }
 
-CCAErrorsManager::ErrorsTable CCAErrorsManager::GetAllErrors()
+CErrorsStore::ErrorsTable CErrorsStore::GetAllErrors()
 {
     QMutexLocker locker(&m_lock);
     return m_errors;
 }
 
-bool CCAErrorsManager::MayHaveErrors(const std::wstring& file)
+bool CErrorsStore::MayHaveErrors(const std::wstring& file)
 {
     // In this order: what is delivered in between is seen by the second look.
     if (CCAErrorsEvent::IsWaiting(file))
@@ -210,7 +208,7 @@ bool CCAErrorsManager::MayHaveErrors(const std::wstring& file)
     return found != m_errors.end() && !found->second.empty();
 }
 
-bool CCAErrorsManager::IsErrorOnLine(const std::wstring& file, int line)
+bool CErrorsStore::HasErrorOnLine(const std::wstring& file, int line)
 {
     QMutexLocker locker(&m_lock);
     const auto found = m_errors.find(file);
@@ -219,13 +217,8 @@ bool CCAErrorsManager::IsErrorOnLine(const std::wstring& file, int line)
                        [line](const SCAError& error) { return error.pos.start.y == line; });
 }
 
-QIcon CCAErrorsManager::GetIcon()
-{
-    return m_icon;
-}
-
-void CCAErrorsManager::OnFindErrorRegions(const std::wstring& file, const SScheme& span,
-                                          std::vector<SScheme>& out)
+void CErrorsStore::OnFindErrorRegions(const std::wstring& file, const SScheme& span,
+                                      std::vector<SScheme>& out)
 {
     QMutexLocker locker(&m_lock);
     const auto found = m_errors.find(file);
@@ -241,7 +234,7 @@ void CCAErrorsManager::OnFindErrorRegions(const std::wstring& file, const SSchem
     }
 }
 
-std::vector<SDiagnostic> CCAErrorsManager::GetDiagnostics(const std::wstring& file)
+std::vector<SDiagnostic> CErrorsStore::GetDiagnostics(const std::wstring& file)
 {
     QMutexLocker locker(&m_lock);
     std::vector<SDiagnostic> diagnostics;
@@ -254,13 +247,13 @@ std::vector<SDiagnostic> CCAErrorsManager::GetDiagnostics(const std::wstring& fi
     return diagnostics;
 }
 
-TDetails CCAErrorsManager::GetDetails(const std::wstring& file)
+TDetails CErrorsStore::GetDetails(const std::wstring& file)
 {
     QMutexLocker locker(&m_lock);
     return m_details.Find(file);
 }
 
-std::wstring CCAErrorsManager::GetErrorDescription(const SCAError& error)
+std::wstring CErrorsStore::GetErrorDescription(const SCAError& error)
 {
     return TitleOf(error.code);
 }

@@ -1,6 +1,6 @@
-#include "Components/CAErrorsBarFiller.h"
+#include "Window/CAErrorsBarFiller.h"
 
-#include "Components/CAErrorsBarItem.h"
+#include "Window/CAErrorsBarItem.h"
 
 #include <QTreeWidget>
 #include <algorithm>

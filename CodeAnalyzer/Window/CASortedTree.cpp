@@ -1,6 +1,6 @@
-#include "Components/CASortedTree.h"
+#include "Window/CASortedTree.h"
 
-#include "Components/CAErrorsBarItem.h"
+#include "Window/CAErrorsBarItem.h"
 
 #include <QHeaderView>
 #include <QTreeWidget>

@@ -1,12 +1,11 @@
-#include "Components/CAComponent.h"
+#include "Window/CAComponent.h"
 
-#include "Components/CACheckWorkers.h"
-#include "Components/CACommands.h"
-#include "Components/CAErrorsBar.h"
 #include "Kesh/LangSupport/LangSupport.h"
 #include "Kesh/SDK/IImageList.h"
 #include "Kesh/SDK/IMainFrame.h"
 #include "Kesh/SDK/IMenu.h"
+#include "Window/CACommands.h"
+#include "Window/CAErrorsBar.h"
 
 #include <boost/bind/bind.hpp>
 #include <boost/bind/placeholders.hpp>
@@ -20,12 +19,12 @@ namespace Kesh::CodeAnalyzer {
 
 using namespace boost::placeholders;
 
+CCAComponent::CCAComponent() : CComponentParts(std::make_unique<CCAErrorsManager>()) {}
+
 CCAComponent::~CCAComponent()
 {
-    // Workers post to the bar and read the custom items, so they end first, which the host does not see.
-    m_projectHandler.EndRuns();
-    m_docManager.GetWorkers()->EndThreads();
-    m_errorsManager.DetachBar();
+    // Workers post to the bar and read the custom items.
+    EndChecks();
     delete std::exchange(m_errorsBar, nullptr);
     if (m_imageList)
         m_imageList->Release();
@@ -39,28 +38,15 @@ void CCAComponent::InitComponent(SDK::IApplication* application)
     m_imageList = application->GetImageListService()->CreateImageList();
     m_imageList->Load(L":/caicons.bmp", 16, 16, 0xFFC0C0C0);
 
-    m_errorsBar = new CCAErrorsBar(application, this, &m_errorsManager);
+    m_errorsBar = new CCAErrorsBar(application, this, &Errors());
 
     SDK::IMainFrame* frame = application->GetMainFrame();
     frame->GetFillMenuSignal().connect(boost::bind(&CCAComponent::OnFillMainFrameMenu, this, _1, _2));
     frame->GetAddBarsSignal().connect(boost::bind(&CCAComponent::OnMainFrameAddBars, this, _1));
 
-    m_docManager.SetWanted({&m_grammarCheck, &m_markupCheck});
-    m_parserHelper.SetDocManager(&m_docManager);
-    m_parserHelper.SetProjectHandler(&m_projectHandler);
-    m_projectHandler.SetDocManager(&m_docManager);
-    m_parserHelper.Init(application, &m_errorsManager, &m_customItems);
-    m_errorsManager.Init(application, m_errorsBar, m_imageList->GetIcon(0));
-    m_docManager.Init(application, &m_errorsManager, &m_customItems);
-    m_projectHandler.Init(application, this, &m_errorsManager);
-}
-
-void CCAComponent::DoCheck(int project)
-{
-    if (project)
-        m_parserHelper.ParseCurrentProject();
-    else
-        m_parserHelper.ParsecurrentDoc();
+    Join(application);
+    Errors().Init(application, m_errorsBar, m_imageList->GetIcon(0));
+    JoinStore(application);
 }
 
 int CCAComponent::ShowErrorPage(int flag)

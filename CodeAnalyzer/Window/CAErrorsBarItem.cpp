@@ -1,4 +1,4 @@
-#include "Components/CAErrorsBarItem.h"
+#include "Window/CAErrorsBarItem.h"
 
 #include "Kesh/CodeAnalyzer/SCAError.h"
 #include "Kesh/LangSupport/LangSupport.h"

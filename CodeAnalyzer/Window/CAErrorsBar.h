@@ -1,12 +1,13 @@
 #pragma once
 
-#include "Components/CAErrorsBarFiller.h"
-#include "Components/CAErrorsBarItem.h"
-#include "Components/CAErrorsBarRows.h"
+#include "Components/ErrorsView.h"
 #include "Kesh/CodeAnalyzer/IErrorRow.h"
 #include "Kesh/CodeAnalyzer/Plugin.h"
 #include "Kesh/CodeAnalyzer/SCAError.h"
 #include "Kesh/SDK/IApplication.h"
+#include "Window/CAErrorsBarFiller.h"
+#include "Window/CAErrorsBarItem.h"
+#include "Window/CAErrorsBarRows.h"
 
 #include <QTreeWidget>
 #include <boost/signals2/trackable.hpp>
@@ -21,6 +22,7 @@ class CCAErrorsManager;
 
 /// The list of all errors, one row each. Workers reach it only by posting a CCAErrorsEvent. GUI thread.
 class CCAErrorsBar : public QTreeWidget,
+                     public IErrorsView,
                      public IErrorRows,
                      public IErrorsBarList,
                      public boost::signals2::trackable
@@ -32,6 +34,7 @@ public:
     ~CCAErrorsBar() override;
 
     bool event(QEvent* e) override;
+    QObject* Receiver() override { return this; }
 
     void AddErrorsMessageHandler(const std::wstring& file, const std::vector<SCAError>& errors,
                                  TDetails details = nullptr);
@@ -44,16 +47,16 @@ public:
     void OnRemoveErrors(const std::wstring& file);
 
     /// Of many files at once. As one by one, but with the time that it takes for one.
-    void RemoveErrorsOf(const std::vector<std::wstring>& files);
+    void RemoveErrorsOf(const std::vector<std::wstring>& files) override;
 
     /// Between the two the rows of many files come, which are put into the list at its end. As one file after
     /// the other, but with the time that it takes for one.
-    void BeginMany();
-    void EndMany();
+    void BeginMany() override;
+    void EndMany() override;
 
     /// Shows what the host has found in a file beside its errors, each with its message, in place of what it
     /// has shown there before. The rows go with those of the file.
-    void ShowHostErrors(const std::wstring& file, const std::vector<SHostError>& errors);
+    void ShowHostErrors(const std::wstring& file, const std::vector<SHostError>& errors) override;
     void SortItems();
     int GetSortOrder() const override { return m_sortOrder; }
 
@@ -62,12 +65,12 @@ public:
     void SetColumnsWidth();
 
     /// From now on many rows come and go some at a time.
-    void SetGradual();
+    void SetGradual() override;
     void SetPick(TPick pick) override;
     void PickAgain() override;
     void PickAgain(const std::wstring& file) override;
     /// Very many rows are about to come gradually, or all have come.
-    void ExpectMany(bool many);
+    void ExpectMany(bool many) override;
     bool IsArranging() const override { return m_filler->IsArranging(); }
 
     void ForgetRow(CCAErrorsBarItem* item) override;

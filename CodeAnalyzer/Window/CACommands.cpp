@@ -1,6 +1,6 @@
-#include "Components/CACommands.h"
+#include "Window/CACommands.h"
 
-#include "Components/CAComponent.h"
+#include "Window/CAComponent.h"
 
 namespace Kesh::SDK {
 

@@ -1,8 +1,8 @@
 #pragma once
 
-#include "Components/CAErrorsBarRows.h"
-#include "Components/CASortedTree.h"
 #include "Kesh/CodeAnalyzer/IErrorRow.h"
+#include "Window/CAErrorsBarRows.h"
+#include "Window/CASortedTree.h"
 
 #include <QElapsedTimer>
 #include <QList>

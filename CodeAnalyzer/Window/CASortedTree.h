@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Components/CAErrorsBarRows.h"
+#include "Window/CAErrorsBarRows.h"
 
 #include <QList>
 #include <vector>
