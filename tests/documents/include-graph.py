@@ -12,6 +12,7 @@ HOUSE = {
     "CodeAnalyzer": "CodeAnalyzer",
     "Host": "Host",
     "cli": "apps/code-analyzer",
+    "library": "apps/check-library",
     "workbench": "apps/workbench",
 }
 INSIDE = ["CodeAnalyzer", "Host"]  # whose folders are rooms, too
