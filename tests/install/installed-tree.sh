@@ -37,14 +37,25 @@ same "files outside the prefix" "" "$(find "$work/stage" -type f -not -path "$wo
 
 # The libraries offer what is kept in the list, and nothing else.
 libdir=$(dirname "$(find "$tree" -name libCodeAnalyzer.so.1)")
-for library in libCodeAnalyzer.so.1 libCodeAnalyzerChecks.so.1; do
+for library in libCodeAnalyzer.so.1 libCodeAnalyzerChecks.so.1 libCodeAnalyzerCheck.so.1; do
     nm -D --defined-only --with-symbol-versions "$libdir/$library" | awk -v l="$library" '$2 != "A" { print l, $3 }'
 done | sort >"$work/symbols"
 same "exported symbols" "$(cat "$source_dir/tests/install/exported-symbols.txt")" "$(cat "$work/symbols")"
-# Checks that show nothing load nothing that shows something.
-for file in "$checker" "$libdir/libCodeAnalyzerChecks.so.1"; do
-    needed=$(readelf -d "$file" | sed -n 's/.*(NEEDED).*\[\(libQt5[A-Za-z]*\).*/\1/p')
-    same "Qt libraries of $file" libQt5Core "$needed"
+# What shows nothing loads nothing that shows something.
+for file in "$checker" "$libdir/libCodeAnalyzerChecks.so.1" "$libdir/libCodeAnalyzerCheck.so.1"; do
+    needed=$(readelf -d "$file" | sed -n 's/.*(NEEDED).*\[\(lib[A-Za-z0-9_+-]*\).*/\1/p' | grep -v '^libc$\|^libm$\|san$\|^libgcc_s$\|^libstdc++$')
+    same "libraries that $file needs" libQt5Core "$needed"
+done
+# Nor does what it loads when it runs: all that is mapped while a server and a check of a project are at work.
+grep -a libQt5 /proc/self/maps && fail "the test itself has Qt"
+mapped() { # COMMAND...: the Qt libraries that it has loaded by the time it ends
+    LD_DEBUG=files LD_DEBUG_OUTPUT=$work/loaded "$@" </dev/null >/dev/null 2>&1 || true
+    sed -n 's/.*calling init: .*\/\(libQt5[A-Za-z]*\).*/\1/p' "$work"/loaded.* | sort -u
+    rm -f "$work"/loaded.*
+}
+for command in "check $work/site" "project $work/site" language-server; do
+    # shellcheck disable=SC2086 # words of a command
+    same "Qt libraries that $command loads" libQt5Core "$(mapped "$checker" $command)"
 done
 
 # The example host, with what is installed and nothing else.
@@ -56,10 +67,31 @@ found=$(LD_LIBRARY_PATH=$libdir "$work/host/example-host") || status=$?
 same "the example host" "3:1: Missing ';' [102]" "$found"
 same "its status" 1 "$status"
 if command -v pkg-config >/dev/null; then
-    # The tree was moved, so that the file's own idea of its prefix is of no use.
-    flags=$(PKG_CONFIG_PATH=$libdir/pkgconfig pkg-config --define-variable=prefix="$tree" --cflags code-analyzer)
-    [[ $flags == *"-I$tree/include/code-analyzer"* ]] || fail "pkg-config: $flags"
+    # The tree was moved.
+    export PKG_CONFIG_PATH=$libdir/pkgconfig
+    [[ $(pkg-config --cflags code-analyzer) == *"$tree/"*"/include/code-analyzer"* ]] ||
+        fail "pkg-config: $(pkg-config --cflags code-analyzer)"
+    found=$(pkg-config --cflags --libs code-analyzer-check)
+    # shellcheck disable=SC2046 # flags
+    ${CC:-cc} ${CXXFLAGS:-} -std=c99 -pedantic -Wall -Wextra -Werror \
+        "$tree"/share/doc/libcodeanalyzercheck-dev/examples/c/check.c -o "$work/check" $found ||
+        fail "the C example with $found"
+    status=0
+    found=$(LD_LIBRARY_PATH=$libdir "$work/check" "$work/site/a.php") || status=$?
+    same "the C example" "$work/site/a.php:2:6: Expected ';' before '\$b' [1001]
+  mended by: Insert ';' (bytes 12 to 12 become \";\")" "$found"
+    same "its status" 1 "$status"
 fi
+if [ -z "${CXXFLAGS:-}" ]; then # a program without a sanitizer cannot load a library with one
+    status=0
+    found=$(printf '<?php\n$a = 1\n$b = 2;\n' | CODE_ANALYZER_LIBRARY=$libdir/libCodeAnalyzerCheck.so.1 \
+        python3 "$tree"/share/doc/libcodeanalyzercheck-dev/examples/python/check.py) || status=$?
+    same "the Python example" "2:6: error: Expected ';' before '\$b' [1001]" "$found"
+    same "its status" 1 "$status"
+fi
+
+# One folder of documents, whose links lead somewhere.
+python3 "$source_dir/tests/install/links.py" "$tree/share/doc/code-analyzer" || fail "dead links"
 
 # Every command has its page, and each shell its completions.
 for command in $("$checker" completion bash | sed -n "s/^        \([a-z-]*\)) words=.*/\1/p"); do
