@@ -9,6 +9,7 @@ import { fileURLToPath } from 'node:url'
 import { Folder, program } from './client.mjs'
 
 const page = readFileSync(join(dirname(fileURLToPath(import.meta.url)), '../../docs/editors-and-ci.md'), 'utf8')
+const plugin = join(dirname(fileURLToPath(import.meta.url)), '../../editors/neovim')
 const blocks = [...page.matchAll(/```(\w+)\n([^]*?)```/g)].map(([, language, text]) => ({ language, text }))
 const block = (language, mark) => blocks.find((b) => b.language === language && b.text.includes(mark)).text
 const env = { ...process.env, PATH: `${dirname(program)}:${process.env.PATH}`, GIT_CONFIG_GLOBAL: '/dev/null' }
@@ -50,7 +51,6 @@ test('the hook of the pre-commit framework takes the names of files that are che
 test('Neovim shows what it is told, also by a server that takes the place of one that was killed', () => {
   const folder = new Folder()
   folder.write('a.php', wrong)
-  folder.write('init.lua', block('lua', 'nvim_create_autocmd'))
   folder.write(
     'look.lua',
     `local function look()
@@ -68,7 +68,7 @@ test('Neovim shows what it is told, also by a server that takes the place of one
   )
   const { stdout } = spawnSync(
     'nvim',
-    ['--headless', '-i', 'NONE', '-n', '-u', join(folder.path, 'init.lua'), '-c', 'filetype on', '-c', 'edit a.php', '-c', 'luafile look.lua'],
+    ['--clean', '--headless', '-n', '--cmd', `set rtp^=${plugin}`, '-c', 'filetype on', '-c', 'edit a.php', '-c', 'luafile look.lua'],
     { cwd: folder.path, env, encoding: 'utf8', timeout: 60000 },
   )
   assert.equal(stdout, "2 Unexpected operator '='\n".repeat(2))
