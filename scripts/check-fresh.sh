@@ -10,6 +10,7 @@
 set -euo pipefail
 cd "$(dirname "$0")/.."
 source scripts/setup.sh
+source scripts/clean-root.sh
 
 suite=bookworm
 all=
@@ -45,34 +46,6 @@ remove_root() {
 }
 trap remove_root EXIT
 remove_root
-
-# Its packages come from where this machine's come from.
-make_base() {
-    local codename scheme proxy
-    say "Making a clean root ($suite)"
-    install_missing mmdebstrap gpg mount
-    codename=$(. /etc/os-release && echo "$VERSION_CODENAME")
-    apt-get indextargets --format 'deb $(REPO_URI) $(RELEASE) $(COMPONENT)' 'Identifier: Packages' 'Component: main' |
-        grep -E " $codename(-updates|-security)? " | sort -u | sed "s/ $codename/ $suite/" >"$cache/sources.list"
-    {
-        apt-config dump | grep '^Acquire::' | grep -v '::IndexTargets\|::cdrom' || true
-        for scheme in http https; do
-            proxy=${scheme}_proxy
-            [ -z "${!proxy:-}" ] || echo "Acquire::$scheme::Proxy \"${!proxy}\";"
-        done
-        echo 'APT::Get::Assume-Yes "true";'
-    } >"$cache/apt.conf"
-    rm -rf "$cache/archives"
-    mkdir "$cache/archives"
-    # shellcheck disable=SC2016 # for the shell of mmdebstrap's hook
-    unshare --mount mmdebstrap --quiet --variant=minbase --include=git,ca-certificates --dpkgopt=force-unsafe-io \
-        --setup-hook="mkdir -p \"\$1/etc/apt/apt.conf.d\" && cp '$cache/apt.conf' \"\$1/etc/apt/apt.conf.d/99machine\"" \
-        --customize-hook='cp -rn /etc/apt/trusted.gpg.d /etc/apt/keyrings "$1/etc/apt/" 2>/dev/null || true' \
-        --customize-hook='cp /etc/ssl/certs/ca-certificates.crt "$1/etc/ssl/certs/" 2>/dev/null || true' \
-        --customize-hook='chroot "$1" useradd --create-home --shell /bin/bash user' \
-        "$suite" "$base.new.tar" "$cache/sources.list"
-    mv "$base.new.tar" "$base"
-}
 
 # in_root USER COMMAND...: in the root and the clone, with mounts and processes that end with it.
 in_root() {
@@ -135,7 +108,15 @@ if [ $# -gt 0 ] && command -v npm >/dev/null; then
     npm+=(npm_config_cafile=/etc/ssl/certs/ca-certificates.crt)
 fi
 
-[ -n "$(find "$base" -mtime -30 2>/dev/null)" ] || make_base
+if [ -z "$(find "$base" -mtime -30 2>/dev/null)" ]; then
+    say "Making a clean root ($suite)"
+    rm -rf "$cache/archives"
+    mkdir "$cache/archives"
+    # shellcheck disable=SC2016 # for the shell of mmdebstrap's hook
+    make_base "$suite" "$cache" "$base" --include=git,ca-certificates \
+        --customize-hook='cp /etc/ssl/certs/ca-certificates.crt "$1/etc/ssl/certs/" 2>/dev/null || true' \
+        --customize-hook='chroot "$1" useradd --create-home --shell /bin/bash user'
+fi
 say "Unpacking it"
 mkdir -p "$root"
 tar -C "$root" -xf "$base" --exclude='./dev/*'

@@ -1,5 +1,5 @@
-#include "Application/GuiApplication.h"
 #include "Files/FilePath.h"
+#include "Window/GuiApplication.h"
 #include "WindowStyle.h"
 
 #include <QLoggingCategory>
