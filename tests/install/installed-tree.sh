@@ -46,8 +46,7 @@ for file in "$checker" "$libdir/libCodeAnalyzerChecks.so.1" "$libdir/libCodeAnal
     needed=$(readelf -d "$file" | sed -n 's/.*(NEEDED).*\[\(lib[A-Za-z0-9_+-]*\).*/\1/p' | grep -v '^libc$\|^libm$\|san$\|^libgcc_s$\|^libstdc++$')
     same "libraries that $file needs" libQt5Core "$needed"
 done
-# Nor does what it loads when it runs: all that is mapped while a server and a check of a project are at work.
-grep -a libQt5 /proc/self/maps && fail "the test itself has Qt"
+# Nor does it when it is at work.
 mapped() { # COMMAND...: the Qt libraries that it has loaded by the time it ends
     LD_DEBUG=files LD_DEBUG_OUTPUT=$work/loaded "$@" </dev/null >/dev/null 2>&1 || true
     sed -n 's/.*calling init: .*\/\(libQt5[A-Za-z]*\).*/\1/p' "$work"/loaded.* | sort -u
