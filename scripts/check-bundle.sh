@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# scripts/check-bundle.sh [BUILD]: makes the archive of a build and runs what is in it, moved elsewhere and without a network,
-# in a bare Debian 12 and a bare Debian 13, with nothing installed. Says sizes and start times. Run as root; the bare
+# scripts/check-bundle.sh [BUILD [ARCHIVE]]: makes the archive of a build, or takes one that is there, and runs what is in it,
+# moved elsewhere and without a network, in a bare Debian 12 and a bare Debian 13, with nothing installed. Says sizes and start times. Run as root; the bare
 # roots are made once, from the network.
 set -euo pipefail
 cd "$(dirname "$0")/.."
@@ -14,8 +14,11 @@ fail() {
     exit 1
 }
 
-scripts/make-bundle.sh "$build" "$work/made"
-archive=$(echo "$work"/made/*.tar.xz)
+archive=${2:-}
+if [ -z "$archive" ]; then
+    scripts/make-bundle.sh "$build" "$work/made"
+    archive=$(echo "$work"/made/*.tar.xz)
+fi
 for suite in bookworm trixie; do
     root=$work/$suite
     bare_root "$suite" "$root"
@@ -39,7 +42,7 @@ for suite in bookworm trixie; do
     [[ $found == *'"serverInfo"'* ]] || fail "$suite: the server says: $found"
     offline_in "$root" "$program" explain 1001 | grep -q semicolon || fail "$suite: explain"
     printf '%s: check of one file from start to end: %s\n' "$suite" \
-        "$(start_time chroot "$root" "$program" check --quiet /site/a.php)"
-    printf '%s: --version: %s\n' "$suite" "$(start_time chroot "$root" "$program" --version)"
+        "$(start_time_in "$root" "$program" check --quiet /site/a.php)"
+    printf '%s: --version: %s\n' "$suite" "$(start_time_in "$root" "$program" --version)"
 done
 echo "bundle: fine"

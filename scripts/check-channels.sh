@@ -68,7 +68,7 @@ status=0
 found=$(offline_in "$work/container" /bin/sh -c 'cd /work && exec code-analyzer check --quiet a.php') || status=$?
 [ "$status $found" = "1 $(mistake "")" ] || fail "the container ends with $status and says: $found"
 du -sk "$work/container" | awk '{ printf "unpacked: %d KiB\n", $1 }'
-echo "code-analyzer check in it: $(start_time chroot "$work/container" /usr/bin/code-analyzer check --quiet /work/a.php)"
+echo "code-analyzer check in it: $(start_time_in "$work/container" /usr/bin/code-analyzer check --quiet /work/a.php)"
 
 say "GitHub's action and GitLab's template"
 # job FILE NAME: the script of a step or a job, as the forge runs it.

@@ -42,11 +42,18 @@ bare_root() {
     mknod -m 666 "$root/dev/null" c 1 3
 }
 
+# beside ROOT COMMAND...: outside of the root, which has its /proc for the time, and a network that leads nowhere.
+beside() {
+    local root=$1
+    shift
+    unshare --net --mount sh -ec 'mkdir -p "$0/proc"; mount -t proc proc "$0/proc"; exec "$@"' "$root" "$@"
+}
+
 # offline_in ROOT COMMAND...: in the root, with a network that leads nowhere, and nothing of this machine's environment.
 offline_in() {
     local root=$1
     shift
-    unshare --net env -i PATH=/usr/local/bin:/usr/bin:/bin HOME=/ LANG=C.UTF-8 chroot "$root" "$@"
+    beside "$root" env -i PATH=/usr/local/bin:/usr/bin:/bin HOME=/ LANG=C.UTF-8 "$(command -v chroot)" "$root" "$@"
 }
 
 # start_time COMMAND...: milliseconds, the least of twenty runs; whatever status they end with.
@@ -59,6 +66,13 @@ start_time() {
         [ -n "$least" ] && [ $((end - begin)) -ge "$least" ] || least=$((end - begin))
     done
     awk -v n="$least" 'BEGIN { printf "%.1f ms\n", n / 1e6 }'
+}
+
+# start_time_in ROOT COMMAND...: the same in a root, the time to enter it included.
+start_time_in() {
+    local root=$1
+    shift
+    beside "$root" bash -c "$(declare -f start_time); start_time chroot \"\$@\"" bash "$root" "$@"
 }
 
 # site FOLDER: a project with one mistake, and what is said of it with PREFIX before the name: mistake PREFIX.

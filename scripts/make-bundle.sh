@@ -3,7 +3,7 @@
 # it is unpacked, on x86-64 Linux with glibc 2.34 or later: FOLDER/code-analyzer-VERSION-linux-ARCH.tar.xz, and beside it the
 # same as a folder. FOLDER is BUILD/bundle by default.
 #
-# With it come the libraries that it needs, but for those of the C library, which every system has. Those of Debian's that
+# With it come the libraries that it needs, but for those of the C library, and GCC's, which goes with it. Those of Debian's that
 # ask for a newer C library for the sake of one function are taught to do without; of ICU's data only the names of encodings
 # are taken, since the rest is for languages that no message is in.
 set -euo pipefail
@@ -40,7 +40,7 @@ cp "$here/packaging/copyright" share/licenses/code-analyzer.copyright
 
 # The libraries, under the names that are asked for, and what their packages say of their licences.
 ldd "$work/tree/bin/code-analyzer" | awk '$2 == "=>" { print $1, $3 }' | sort | while read -r soname file; do
-    case $soname in libc.so.* | libm.so.* | libdl.so.* | libpthread.so.* | librt.so.*) continue ;; esac
+    case $soname in libc.so.* | libm.so.* | libdl.so.* | libpthread.so.* | librt.so.* | libgcc_s.so.*) continue ;; esac
     install -m 644 "$(realpath "$file")" "lib/$soname"
     strip --strip-unneeded "lib/$soname"
     package=$(dpkg -S "$(realpath "$file")" 2>/dev/null || dpkg -S "$(realpath "$file" | sed 's|^/usr||')")
@@ -58,10 +58,9 @@ section=$(readelf -SW lib/"$icu" | awk '$2 == ".rodata" || $3 == ".rodata" { sub
 read -r address offset <<<"$section"
 dd if=lib/"$icu" of="$work/${data}l.dat" iflag=skip_bytes,count_bytes bs=1M status=none \
     skip=$((16#$offset + 16#$start - 16#$address)) count=$((16#$size))
-echo cnvalias.icu >"$work/kept"
-mkdir "$work/kept.d"
-(cd "$work" && icupkg -x kept -d kept.d "${data}l.dat" && icupkg -a kept -s kept.d new "small/${data}l.dat" 2>/dev/null ||
-    { mkdir -p small && icupkg -a kept -s kept.d new "small/${data}l.dat"; })
+mkdir "$work/kept" "$work/small"
+icupkg -x cnvalias.icu -d "$work/kept" "$work/${data}l.dat"
+icupkg -a cnvalias.icu -s "$work/kept" new "$work/small/${data}l.dat"
 printf '.section .rodata\n.balign 16\n.globl %s_dat\n.type %s_dat, @object\n%s_dat:\n.incbin "%s"\n.size %s_dat, . - %s_dat\n.section .note.GNU-stack,"",@progbits\n' \
     "$data" "$data" "$data" "$work/small/${data}l.dat" "$data" "$data" >"$work/data.s"
 gcc -shared -nostdlib -Wl,-soname,"$icu" -Wl,-s -o lib/"$icu" "$work/data.s"

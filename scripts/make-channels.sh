@@ -50,7 +50,7 @@ loader=$(patchelf --print-interpreter "$unpacked/bin/code-analyzer")
 cp -L "$loader" "$root$loader"
 libraries=/usr/lib/$(gcc -print-multiarch)
 mkdir -p "$root$libraries"
-for name in libc.so.6 libm.so.6 libdl.so.2 libpthread.so.0 librt.so.1; do
+for name in libc.so.6 libm.so.6 libdl.so.2 libpthread.so.0 librt.so.1 libgcc_s.so.1; do
     cp -L "$libraries/$name" "$root$libraries/" 2>/dev/null || cp -L "/lib/$(gcc -print-multiarch)/$name" "$root$libraries/"
 done
 ln -s "usr/lib" "$root/lib"
@@ -60,7 +60,7 @@ for name in sh cat cp echo env false find grep head ls mkdir mv printf pwd rm se
 done
 ln -s ../../bin/env "$root/usr/bin/env"
 echo 'root:x:0:0:root:/root:/bin/sh' >"$root/etc/passwd"
-for package in libc6 busybox-static; do
+for package in libc6 libgcc-s1 busybox-static; do
     cp "/usr/share/doc/$package/copyright" "$root/opt/code-analyzer/share/licenses/$package"
 done
 cp packaging/Containerfile "$out/container/"
