@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# scripts/check-channels.sh [BUILD]: makes the packages for Composer and npm, the container's root, and what forges run,
-# and uses each as a project would, without a network: installed here, where Composer and npm are, and run in a bare Debian
+# scripts/check-channels.sh [BUILD [MADE]]: makes the packages for Composer and npm, the container's root, and what forges run
+# (or takes those that make-channels.sh has put into MADE), and uses each as a project would, without a network: installed here, where Composer and npm are, and run in a bare Debian
 # 12 and 13 as well. Says sizes and start times. Run as root.
 set -euo pipefail
 cd "$(dirname "$0")/.."
@@ -14,8 +14,11 @@ fail() {
     echo "FAILED: $*" >&2
     exit 1
 }
-install_missing composer php-cli unzip
-scripts/make-channels.sh "$build" "$work/made"
+install_missing composer php-cli php-zip unzip
+install_clients
+made=${2:-$work/made}
+[ -n "${2:-}" ] || scripts/make-channels.sh "$build" "$made"
+made=$(realpath -- "$made")
 for suite in bookworm trixie; do
     bare_root "$suite" "$work/$suite"
 done
@@ -43,7 +46,7 @@ everywhere() {
 say "Composer"
 site "$work/composer"
 cat >"$work/composer/composer.json" <<JSON
-{ "repositories": [{ "type": "artifact", "url": "$work/made" }, { "packagist.org": false }] }
+{ "repositories": [{ "type": "artifact", "url": "$made" }, { "packagist": false }] }
 JSON
 (cd "$work/composer" && COMPOSER_ALLOW_SUPERUSER=1 COMPOSER_HOME=$work/composer-home COMPOSER_DISABLE_NETWORK=1 \
     unshare --net composer require --quiet --dev codeanalyzer/code-analyzer)
@@ -55,14 +58,14 @@ say "npm"
 site "$work/npm"
 echo '{ "private": true }' >"$work/npm/package.json"
 (cd "$work/npm" && unshare --net npm install --offline --no-audit --no-fund --loglevel=error --cache "$work/npm-cache" \
-    --save-dev "$work"/made/*.tgz >/dev/null)
+    --save-dev "$made"/*.tgz >/dev/null)
 finds "npx code-analyzer" "$work/npm" npx --offline --no code-analyzer check --quiet a.php
 everywhere "node_modules/.bin/code-analyzer" "$work/npm" node_modules/.bin/code-analyzer check --quiet a.php
 echo "node_modules/.bin/code-analyzer check: $(start_time "$work/npm/node_modules/.bin/code-analyzer" check --quiet "$work/npm/a.php")"
 
 say "The container's root"
 mkdir "$work/container"
-tar -C "$work/container" -xJf "$work"/made/*-container.tar.xz
+tar -C "$work/container" -xJf "$made"/*-container.tar.xz
 site "$work/container/work"
 status=0
 found=$(offline_in "$work/container" /bin/sh -c 'cd /work && exec code-analyzer check --quiet a.php') || status=$?
@@ -82,14 +85,14 @@ job() {
 site "$work/github"
 mkdir "$work/github-temp"
 export GITHUB_ACTION_PATH=$here RUNNER_TEMP=$work/github-temp GITHUB_OUTPUT=$work/github-output
-(cd "$work/github" && ARCHIVE=$work/made/code-analyzer-linux-$(uname -m).tar.xz unshare --net sh -ec "$(job "$here/action.yml" Install)") >/dev/null
+(cd "$work/github" && ARCHIVE=$made/code-analyzer-linux-$(uname -m).tar.xz unshare --net sh -ec "$(job "$here/action.yml" Install)") >/dev/null
 status=0
 found=$(cd "$work/github" && PATHS=. CODE_ANALYZER_ARGUMENTS=--quiet CODE_ANALYZER_FORGE=github CODE_ANALYZER_REPORTS=$RUNNER_TEMP \
     unshare --net sh -ec "$(job "$here/action.yml" Check)") || status=$?
 [[ $status = 1 && $found == "::error file=a.php,line=2,col=6"* ]] || fail "the action ends with $status and says: $found"
 sarif=$(sed -n 's/^sarif=//p' "$GITHUB_OUTPUT")
 grep -q '"ruleId"' "$sarif" || fail "no report at $sarif"
-if CODE_ANALYZER_SHA256=$(printf 0%.0s {1..64}) packaging/ci/install.sh "$work"/made/code-analyzer-linux-*.tar.xz "$work/wrong" 2>/dev/null; then
+if CODE_ANALYZER_SHA256=$(printf 0%.0s {1..64}) packaging/ci/install.sh "$made"/code-analyzer-linux-*.tar.xz "$work/wrong" 2>/dev/null; then
     fail "another archive than the one that is wanted was taken"
 fi
 rm "$work/container/work/a.php"
@@ -97,7 +100,7 @@ site "$work/container/work"
 status=0
 found=$(offline_in "$work/container" /bin/sh -c "cd /work && CODE_ANALYZER_PATHS=. && CODE_ANALYZER_ARGUMENTS=--quiet
     $(job packaging/ci/gitlab.yml .code-analyzer)") || status=$?
-[ "$status $found" = "1 $(mistake "")" ] || fail "GitLab's job ends with $status and says: $found"
+[ "$status $found" = "1 $(mistake ./)" ] || fail "GitLab's job ends with $status and says: $found"
 for report in gl-code-quality-report.json junit.xml; do
     [ -s "$work/container/work/$report" ] || fail "no $report"
 done

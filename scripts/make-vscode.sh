@@ -14,7 +14,7 @@ mkdir -p "$out"
 
 cd editors/vscode
 if ! cmp -s package-lock.json node_modules/installed-lock.json; then
-    npm ci --no-audit --no-fund --loglevel=error
+    npm ci --ignore-scripts --no-audit --no-fund --loglevel=error
     cp package-lock.json node_modules/installed-lock.json
 fi
 npm run --silent check
