@@ -1,5 +1,6 @@
-# What is installed where, in six parts: `cli` (command line, server), `plugin` (what an IDE loads), `check` (the C
-# library), each of the two libraries with what programs are built with (`dev`, `check_dev`), and `workbench`.
+# What is installed where, in seven parts: `cli` (command line, server), `checks` (what it loads), `plugin` (what an IDE
+# loads), `check` (the C library), what programs are built with (`dev` for the first two libraries, `check_dev` for the
+# third), and `workbench`.
 
 # The SDK's target for others, under its own name: nothing of this build may leak into it.
 add_library(sdk_export INTERFACE)
@@ -8,7 +9,7 @@ target_compile_features(sdk_export INTERFACE cxx_std_20)
 target_include_directories(sdk_export INTERFACE $<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}/code-analyzer>)
 target_link_libraries(sdk_export INTERFACE Qt5::Core Qt5::Gui Qt5::Widgets Boost::headers)
 
-install(TARGETS CodeAnalyzerChecks LIBRARY COMPONENT cli NAMELINK_COMPONENT dev)
+install(TARGETS CodeAnalyzerChecks LIBRARY COMPONENT checks NAMELINK_COMPONENT dev)
 install(TARGETS CodeAnalyzer LIBRARY COMPONENT plugin NAMELINK_COMPONENT dev)
 install(TARGETS CodeAnalyzerCheck LIBRARY COMPONENT check NAMELINK_COMPONENT check_dev)
 install(TARGETS code-analyzer RUNTIME COMPONENT cli)
@@ -16,13 +17,19 @@ install(TARGETS code-analyzer-workbench RUNTIME COMPONENT workbench)
 
 # All that there is to read lies in one folder, so that links between pages lead somewhere; the server finds it there.
 set(documents ${CMAKE_INSTALL_DATADIR}/doc/code-analyzer)
-file(READ CHANGELOG.md changes)
-string(REPLACE "](docs/" "](" changes "${changes}")
-file(CONFIGURE OUTPUT ${CMAKE_BINARY_DIR}/CHANGELOG.md CONTENT "${changes}" @ONLY)
-set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS CHANGELOG.md)
+# moved_page(<page> <name> <link> <link there>): a page as it is there.
+function(moved_page page name link there)
+    file(READ ${page} text)
+    string(REPLACE "](${link}" "](${there}" text "${text}")
+    file(CONFIGURE OUTPUT ${CMAKE_BINARY_DIR}/documents/${name} CONTENT "${text}" @ONLY)
+    set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS ${page})
+    install(FILES ${CMAKE_BINARY_DIR}/documents/${name} DESTINATION ${documents} COMPONENT cli)
+endfunction()
+moved_page(CHANGELOG.md versions.md docs/ "")
+moved_page(docs/README.md README.md ../CHANGELOG.md versions.md)
 install(DIRECTORY docs/ DESTINATION ${documents} COMPONENT cli
-    FILES_MATCHING PATTERN "*.md" PATTERN "*.json" PATTERN "*.png" PATTERN "architecture.md" EXCLUDE)
-install(FILES ${CMAKE_BINARY_DIR}/CHANGELOG.md DESTINATION ${documents} COMPONENT cli)
+    FILES_MATCHING PATTERN "*.md" PATTERN "*.json" PATTERN "*.png" PATTERN "architecture.md" EXCLUDE
+    PATTERN "README.md" EXCLUDE)
 install(DIRECTORY examples/host DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/libcodeanalyzer-dev/examples COMPONENT dev)
 install(DIRECTORY examples/c examples/python
     DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/libcodeanalyzercheck-dev/examples COMPONENT check_dev)
@@ -30,9 +37,9 @@ execute_process(COMMAND ${CMAKE_COMMAND} -E env LC_ALL=C date -u -R -d "${CODE_A
     OUTPUT_VARIABLE changelog_date OUTPUT_STRIP_TRAILING_WHITESPACE COMMAND_ERROR_IS_FATAL ANY)
 configure_file(packaging/changelog.in ${CMAKE_BINARY_DIR}/changelog.Debian @ONLY)
 execute_process(COMMAND gzip -9nkf ${CMAKE_BINARY_DIR}/changelog.Debian COMMAND_ERROR_IS_FATAL ANY)
-set(package_names code-analyzer libcodeanalyzer1 libcodeanalyzercheck1 code-analyzer-workbench libcodeanalyzer-dev
+set(package_names code-analyzer libcodeanalyzerchecks1 libcodeanalyzer1 libcodeanalyzercheck1 code-analyzer-workbench libcodeanalyzer-dev
     libcodeanalyzercheck-dev)
-set(package_components cli plugin check workbench dev check_dev)
+set(package_components cli checks plugin check workbench dev check_dev)
 foreach(package component IN ZIP_LISTS package_names package_components)
     install(FILES packaging/copyright ${CMAKE_BINARY_DIR}/changelog.Debian.gz
         DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/${package} COMPONENT ${component})

@@ -8,16 +8,16 @@ set(CPACK_PACKAGE_VERSION ${PROJECT_VERSION})
 set(CPACK_PACKAGE_DIRECTORY ${CMAKE_BINARY_DIR}/packages) # in the checkout itself they would be taken for changes
 set(CPACK_PACKAGING_INSTALL_PREFIX /usr)
 set(CPACK_STRIP_FILES ON)
-set(CPACK_COMPONENTS_ALL cli plugin check workbench dev check_dev)
+set(CPACK_COMPONENTS_ALL cli checks plugin check workbench dev check_dev)
 set(CPACK_DEB_COMPONENT_INSTALL ON)
 set(CPACK_COMPONENTS_GROUPING ONE_PER_GROUP)
 set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
 set(CPACK_DEBIAN_PACKAGE_RELEASE 1)
 # The packages that programs and libraries need are computed from them.
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
-set(CPACK_DEBIAN_PACKAGE_GENERATE_SHLIBS ON)
 set(CPACK_DEBIAN_PACKAGE_CONTROL_STRICT_PERMISSION ON)
 set(CPACK_DEBIAN_PACKAGE_PRIORITY optional)
+set(CPACK_POST_BUILD_SCRIPTS ${CMAKE_SOURCE_DIR}/cmake/DebianScripts.cmake)
 set(same "(= ${PROJECT_VERSION}-1)")
 
 # debian_package(<component> <name> <section> <depends, beside what is computed> <summary> <description>)
@@ -29,21 +29,33 @@ macro(debian_package component name section depends summary description)
     set(CPACK_COMPONENT_${upper}_DESCRIPTION "${summary}\n${description}")
 endmacro()
 
-debian_package(cli code-analyzer devel "" "checker for PHP, HTML and CSS: command line and language server"
+debian_package(cli code-analyzer devel "libcodeanalyzerchecks1 ${same}" "checker for PHP, HTML and CSS: command line and language server"
 "Finds mistakes in PHP files, HTML and style sheets, also in templates. It
 checks files, folders and what an editor has open, and writes reports for
 people and for other programs.")
-set(CPACK_DEBIAN_CLI_PACKAGE_CONTROL_EXTRA ${CMAKE_SOURCE_DIR}/packaging/triggers)
 
-debian_package(plugin libcodeanalyzer1 libs "" "checker for PHP, HTML and CSS: plug-in for IDEs"
+# debian_library(<component> <library> ...): the same for a shared library, and what programs that need it depend on.
+macro(debian_library component library name)
+    debian_package(${component} ${name} libs "" ${ARGN})
+    file(CONFIGURE OUTPUT ${CMAKE_BINARY_DIR}/debian/${name}/shlibs
+        CONTENT "${library} ${PROJECT_VERSION_MAJOR} ${name} (>= ${PROJECT_VERSION})\n")
+    set(CPACK_DEBIAN_${upper}_PACKAGE_CONTROL_EXTRA
+        "${CMAKE_SOURCE_DIR}/packaging/triggers;${CMAKE_BINARY_DIR}/debian/${name}/shlibs")
+endmacro()
+
+debian_library(checks libCodeAnalyzerChecks libcodeanalyzerchecks1
+"checker for PHP, HTML and CSS: checks without a window"
+"What the command line and the language server check with, for hosts in C++
+that bring a parsing service of their own. Programs in other languages use
+libcodeanalyzercheck1.")
+
+debian_library(plugin libCodeAnalyzer libcodeanalyzer1 "checker for PHP, HTML and CSS: plug-in for IDEs"
 "The plug-in that an IDE loads to show mistakes in PHP, HTML and style sheets
 while they are typed, with its list of errors.")
-set(CPACK_DEBIAN_PLUGIN_PACKAGE_CONTROL_EXTRA ${CMAKE_SOURCE_DIR}/packaging/triggers)
 
-debian_package(check libcodeanalyzercheck1 libs "" "checker for PHP, HTML and CSS: C library"
+debian_library(check libCodeAnalyzerCheck libcodeanalyzercheck1 "checker for PHP, HTML and CSS: C library"
 "For programs of any language that want to have texts checked: they hand over
 a text and receive records. It needs no window and no event loop.")
-set(CPACK_DEBIAN_CHECK_PACKAGE_CONTROL_EXTRA ${CMAKE_SOURCE_DIR}/packaging/triggers)
 
 debian_package(workbench code-analyzer-workbench editors "code-analyzer ${same}, libcodeanalyzer1 ${same}"
 "editor that shows mistakes in PHP, HTML and CSS"
@@ -51,8 +63,11 @@ debian_package(workbench code-analyzer-workbench editors "code-analyzer ${same},
 is marked in the text a moment after the last keystroke; a folder that is
 opened is checked in the background.")
 
+# The one version of Boost that the library understands.
+math(EXPR next_boost "${Boost_MINOR_VERSION} + 1")
+set(boost "libboost-dev (>= ${Boost_MAJOR_VERSION}.${Boost_MINOR_VERSION}), libboost-dev (<< ${Boost_MAJOR_VERSION}.${next_boost})")
 debian_package(dev libcodeanalyzer-dev libdevel
-"code-analyzer ${same}, libcodeanalyzer1 ${same}, qtbase5-dev, libboost-dev (>= 1.74)"
+"libcodeanalyzer1 ${same}, libcodeanalyzerchecks1 ${same}, qtbase5-dev, ${boost}"
 "interfaces for hosts of the code validator"
 "Headers, a CMake package and a pkg-config file for programs that load
 libCodeAnalyzer.so.1, with a small host as an example.")

@@ -23,7 +23,9 @@ version=$(sed -n 's/^project(CodeAnalyzer VERSION \([0-9.]*\).*/\1/p' CMakeLists
 name=code-analyzer-$version-linux-$(uname -m)
 work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
-cmake --install "$build" --component cli --prefix "$work/tree" >/dev/null
+for part in cli checks; do
+    cmake --install "$build" --component $part --prefix "$work/tree" >/dev/null
+done
 rm -rf "$out/$name"
 mkdir -p "$out/$name/bin" "$out/$name/lib" "$out/$name/share/licenses"
 cd "$out/$name"
