@@ -74,7 +74,7 @@ void CFileRules::NamespaceStatement(const SGrammarValue& word)
     if (m_namespaces == ENamespaces::Braces)
         Report(Code::NamespaceStyles, word);
     else if (m_namespaces == ENamespaces::None && m_anyStatement)
-        Report(Code::NamespaceNotFirst, word);
+        Report(Code::NamespaceNotFirst, word.first, WhatIsFirst());
     m_namespaces = ENamespaces::Plain;
     m_anyStatement = m_anyCode = true;
     BeginNames(word.first, word.first + 1);
@@ -88,7 +88,7 @@ void CFileRules::BeginNamespace(const SGrammarValue& word)
     else if (m_namespaces == ENamespaces::Plain)
         Report(Code::NamespaceStyles, word);
     else if (m_namespaces == ENamespaces::None && m_anyStatement)
-        Report(Code::NamespaceNotFirst, word);
+        Report(Code::NamespaceNotFirst, word.first, WhatIsFirst());
     m_namespaces = ENamespaces::Braces;
     m_inNamespaceBraces = true;
     m_anyStatement = m_anyCode = true;
@@ -228,7 +228,14 @@ void CFileRules::DeclareItem(const SGrammarValue& name, const SGrammarValue& val
     if (number != L"0" && number != L"1")
         Report(Code::DeclareMisused, value);
     else if (m_anyCode || m_scopes.functions.size() > 1)
-        Report(Code::DeclareMisused, name);
+        Report(Code::DeclareMisused, name.first, WhatIsFirst());
+}
+
+// Nobody sees a byte order mark, whose token has no text.
+SRelatedToken CFileRules::WhatIsFirst() const
+{
+    const bool isMark = Tokens()[0].kind == SyntaxParser::EPhpTokenKind::InlineHtml && Text(0).empty();
+    return isMark ? SRelatedToken{0, "A byte order mark stands before the first line"} : SRelatedToken{};
 }
 
 // `declare(...)` with the statement that it holds for; a lone `;` says that it holds for the rest of the

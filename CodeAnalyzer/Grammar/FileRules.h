@@ -46,6 +46,8 @@ private:
     void DeclareClass(std::uint32_t name);
     void CheckNamespaceName(std::uint32_t name);
     void BeginCodeInNamespace(std::uint32_t token);
+    /// In front of what has to be first, where nobody sees it.
+    SRelatedToken WhatIsFirst() const;
 
     enum class ENamespaces : std::uint8_t { None, Plain, Braces } m_namespaces = ENamespaces::None;
     bool m_inNamespaceBraces = false;

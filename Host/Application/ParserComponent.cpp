@@ -67,8 +67,10 @@ boost::shared_ptr<ISPDocument> CParserComponent::Make(boost::shared_ptr<IReader>
     Choose(source);
     if (!ofFile) {
         const std::lock_guard lock(m_pathsMutex);
-        if (const auto open = m_openPaths.find(path); open != m_openPaths.end())
-            source.giveUp = open->second;
+        if (const auto open = m_openPaths.find(path); open != m_openPaths.end()) {
+            source.giveUp = open->second.giveUp;
+            source.hasMark = open->second.hasMark;
+        }
     }
     return MakeSPDocument(std::move(reader), source);
 }
@@ -114,7 +116,8 @@ boost::shared_ptr<ISPDocument> CParserComponent::GetParsedDocument(const std::ws
         const std::string bytes = Host::ReadFileBytes(path);
         if (HoldsNoSource(bytes))
             return {};
-        auto reader = boost::make_shared<CTextReader>(DecodeSource(bytes));
+        auto reader = boost::make_shared<CTextReader>(std::wstring());
+        reader->Decode(bytes);
         return Make(std::move(reader), path, factory, true);
     } catch (const Base::CWorkError&) {
         return {};
@@ -132,14 +135,16 @@ void CParserComponent::OpenDocument(SDK::IDocument* document, const std::wstring
     const std::wstring path = document->GetPath();
     SOpened& opened = m_opened[document];
     opened.path = path;
+    const bool hasMark = BeginsWithMark(Host::ReadFileStart(path, 3));
     {
         const std::lock_guard lock(m_pathsMutex);
-        m_openPaths[path] = std::make_shared<std::atomic<bool>>(false);
+        m_openPaths[path] = {std::make_shared<std::atomic<bool>>(false), hasMark};
     }
     Editor::IDocBuffer* buffer = document->GetBuffer();
     if (factoryName.empty() || !buffer)
         return;
     SDocumentSource source{path, factoryName, document, buffer};
+    source.hasMark = hasMark;
     Choose(source);
     const boost::shared_ptr<ISPDocument> syntax = MakeSPDocument(Editor::MakeBufferReader(buffer), source);
     opened.syntax = syntax;
@@ -158,7 +163,7 @@ void CParserComponent::CloseDocument(SDK::IDocument* document, bool wanted)
         const std::lock_guard lock(m_pathsMutex);
         // From here on the checker begins no other parse.
         if (const auto open = m_openPaths.extract(found->second.path); open && !wanted)
-            *open.mapped() = true;
+            *open.mapped().giveUp = true;
     }
     m_opened.erase(found);
 }

@@ -29,6 +29,18 @@ std::string TooLarge()
     return "larger than " + std::to_string(MaxFileBytes >> 20) + " MiB";
 }
 
+std::string ReadFileStart(const std::wstring& path, std::size_t size)
+{
+    const CDescriptor file(::open(PathToBytes(path).c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
+    struct stat status = {};
+    if (file.Get() < 0 || ::fstat(file.Get(), &status) != 0 || !S_ISREG(status.st_mode))
+        return {};
+    std::string bytes(size, '\0');
+    const ssize_t count = ::read(file.Get(), bytes.data(), size);
+    bytes.resize(count > 0 ? static_cast<std::size_t>(count) : 0);
+    return bytes;
+}
+
 std::string ReadFileBytes(const std::wstring& path, bool followsLinks)
 {
     std::string bytes;

@@ -19,6 +19,8 @@ std::string TooLarge();
 std::string ReadFileBytes(const std::wstring& path, bool followsLinks = true);
 /// The same without a new string for each file: the bytes lie in `buffer`, which only ever grows.
 std::string_view ReadFileInto(std::string& buffer, const std::wstring& path, bool followsLinks = true);
+/// So many bytes, at most, of the beginning of a regular file; none when it cannot be read. Any thread.
+std::string ReadFileStart(const std::wstring& path, std::size_t size);
 /// Replaces the file as a whole or leaves it as it was, as CFileReplacement does, and throws like it. Any
 /// thread.
 void WriteFileBytes(const std::wstring& path, std::string_view bytes, const SWriteRules& rules = {});

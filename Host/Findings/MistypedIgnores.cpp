@@ -100,10 +100,14 @@ std::wstring_view ReadMeant(CWords& words)
 
 bool MayMeanToIgnore(std::string_view bytes)
 {
-    return std::ranges::any_of(
-        std::initializer_list<std::string_view>{"naly", "NALY"}, [&](std::string_view core) {
-            return ::memmem(bytes.data(), bytes.size(), core.data(), core.size()) != nullptr;
-        });
+    // The letter is rare, and the other spelling long: most files are passed over quickly.
+    for (const char rare : {'z', 'Z'})
+        for (std::size_t at = bytes.find(rare); at != std::string_view::npos; at = bytes.find(rare, at + 1))
+            if (at >= Core.size() &&
+                std::ranges::equal(bytes.substr(at - Core.size(), Core.size()), Core, {}, Lower))
+                return true;
+    constexpr std::string_view other = "ode-analyser";
+    return ::memmem(bytes.data(), bytes.size(), other.data(), other.size()) != nullptr;
 }
 
 bool MayMeanToIgnore(std::wstring_view text)

@@ -21,6 +21,13 @@ public:
     CPhpScanner(std::wstring_view text, const std::vector<IStateRegionHandler*>& handlers,
                 const std::vector<ITokenHandler*>& tokenHandlers = {}, bool shortTags = true);
 
+    /// A byte order mark stands before the text: to the grammar it is text that is printed.
+    void BeginWithMark()
+    {
+        if (m_tokens.IsWanted())
+            m_tokens.WriteMark();
+    }
+
     /// Delivers every region. Appends the stretches of PHP to `islands` unless it is null. False when it has
     /// stopped early because the flag, which may be null, has been set.
     bool Run(std::vector<SIsland>* islands, const SGiveUp* giveUp = nullptr);

@@ -27,6 +27,9 @@ public:
     /// The text is PHP from its first character on, which stands at `place`.
     void BeginInPhp(CIterator place);
 
+    /// A byte order mark stands before the text.
+    void BeginWithMark() { m_writer.WriteMark(); }
+
     /// Appends the stretches of PHP to `islands` unless it is null. False when it has stopped early because
     /// the flag, which may be null, has been set.
     bool Run(std::vector<SIsland>* islands, const SGiveUp* giveUp = nullptr);

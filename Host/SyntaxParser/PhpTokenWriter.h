@@ -29,6 +29,8 @@ public:
         m_line = line;
         m_lineStart = lineStart;
     }
+    /// Text that PHP prints first and that is no part of the text here. Before anything else.
+    void WriteMark() { Send(EPhpTokenKind::InlineHtml, m_text, m_text, {}, {}); }
     /// A token that the lexer has cut, of a kind other than Count.
     void Write(EPhpTokenKind kind, const wchar_t* begin, const wchar_t* end)
     {

@@ -182,10 +182,13 @@ public:
     {
         std::wstring copy;
         std::wstring_view text;
-        if (const auto* whole = dynamic_cast<const CTextReader*>(m_reader.get()))
+        m_hasMark = m_source.hasMark;
+        if (const auto* whole = dynamic_cast<const CTextReader*>(m_reader.get())) {
             text = whole->View();
-        else
+            m_hasMark = m_hasMark || whole->HasMark();
+        } else {
             text = copy = m_reader->GetText();
+        }
         std::vector<SIsland> islands;
         if (!SendRegions(text, islands))
             return;
@@ -251,10 +254,16 @@ private:
               const std::vector<IRegionsOnDemand*>& waiting, std::vector<SIsland>& islands)
     {
         std::vector<SIsland>* const wanted = NeedsIslands() ? &islands : nullptr;
-        if (waiting.size() < handlers.size() || handlers.empty())
-            return CPhpScanner(text, handlers, TokenHandlers(text), m_source.shortTags)
-                .Run(wanted, &m_giveUp);
-        if (!CPhpTokenPass(text, TokenHandlers(text), m_source.shortTags).Run(wanted, &m_giveUp))
+        if (waiting.size() < handlers.size() || handlers.empty()) {
+            CPhpScanner scanner(text, handlers, TokenHandlers(text), m_source.shortTags);
+            if (m_hasMark)
+                scanner.BeginWithMark();
+            return scanner.Run(wanted, &m_giveUp);
+        }
+        CPhpTokenPass pass(text, TokenHandlers(text), m_source.shortTags);
+        if (m_hasMark)
+            pass.BeginWithMark();
+        if (!pass.Run(wanted, &m_giveUp))
             return false;
         std::vector<IStateRegionHandler*> needing;
         for (std::size_t i = 0; i < handlers.size(); ++i)
@@ -276,6 +285,7 @@ private:
     SMarkupTrees m_trees;
     CPrintedStrings m_printed;
     bool m_treesBuilt = false;
+    bool m_hasMark = false; ///< of the text that is parsed
 };
 
 } // namespace

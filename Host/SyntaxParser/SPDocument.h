@@ -18,7 +18,8 @@ struct SDocumentSource
     std::wstring factory; ///< "PHPSPDocFactory", "HTMLSPDocFactory" or "CSSSPDocFactory"
     SDK::IDocument* document = nullptr;
     Editor::IDocBuffer* buffer = nullptr;
-    bool shortTags = true;                       ///< whether `<?` alone opens PHP
+    bool shortTags = true; ///< whether `<?` alone opens PHP
+    bool hasMark = false;  ///< whether its file begins with a byte order mark, which no reader hands on
     std::shared_ptr<const COwnNames> names = {}; ///< of its project; null: none
     /// Set once nobody wants what a parse finds, which then ends soon. May be null.
     std::shared_ptr<const std::atomic<bool>> giveUp = {};

@@ -128,13 +128,17 @@ bool LooksBinary(std::string_view bytes)
     return !Utf16OrderOf(bytes) && bytes.substr(0, Looked).find('\0') != std::string_view::npos;
 }
 
+bool BeginsWithMark(std::string_view bytes)
+{
+    return bytes.starts_with("\xEF\xBB\xBF");
+}
+
 bool HoldsNoSource(std::string_view bytes)
 {
     if (!LooksBinary(bytes))
         return false;
     bytes = bytes.substr(0, Looked);
-    const bool marked = bytes.starts_with("\xEF\xBB\xBF");
-    const std::size_t first = bytes.find_first_not_of('\0', marked ? 3 : 0);
+    const std::size_t first = bytes.find_first_not_of('\0', BeginsWithMark(bytes) ? 3 : 0);
     constexpr std::string_view tag = "<?php";
     return first == std::string_view::npos ||
            (!bytes.substr(first).starts_with("<?") &&

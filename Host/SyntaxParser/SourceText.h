@@ -31,6 +31,8 @@ std::wstring DecodeSourceAs(std::string_view bytes, EEncoding encoding, SSourceF
 /// The same into `buffer`, which only ever grows; answers the number of characters, behind which stands a
 /// NUL.
 std::size_t DecodeInto(std::wstring& buffer, std::string_view bytes, SSourceFormat& format);
+/// Whether a byte order mark of UTF-8 stands in front, which PHP prints as any other text.
+bool BeginsWithMark(std::string_view bytes);
 /// Whether these are the bytes of no text at all: a NUL stands near their beginning.
 bool LooksBinary(std::string_view bytes);
 /// Whether there is nothing in them to check: they look binary, do not begin as PHP does but for a NUL, which

@@ -13,6 +13,7 @@ void CTextReader::Decode(std::string_view bytes)
 {
     SSourceFormat format;
     m_size = DecodeInto(m_storage, bytes, format);
+    m_hasMark = BeginsWithMark(bytes);
     m_lineStarts.clear();
     Reset();
 }
@@ -21,6 +22,7 @@ void CTextReader::SetText(const std::wstring& text)
 {
     m_storage = text;
     m_size = m_storage.size();
+    m_hasMark = false;
     m_lineStarts.clear();
     Reset();
 }

@@ -19,6 +19,8 @@ public:
     std::wstring_view View() const { return {m_storage.data(), m_size}; }
     /// Takes the text of a file. No memory is asked for unless it is the longest text so far.
     void Decode(std::string_view bytes);
+    /// Whether a byte order mark of UTF-8, which is no part of the text, stands before it.
+    bool HasMark() const { return m_hasMark; }
 
     void InitComponent(ISPDocument* /*document*/) override {}
     std::wstring GetComponentName() override { return L"IReader"; }
@@ -42,6 +44,7 @@ private:
 
     std::wstring m_storage; ///< the text, a NUL, and what is left of longer ones
     std::size_t m_size;
+    bool m_hasMark = false;
     std::vector<std::size_t> m_lineStarts; ///< made when the first position is asked for
     /// Offset of the character that ReadChar() gives, plus one; 0 before the first.
     std::size_t m_next = 0;

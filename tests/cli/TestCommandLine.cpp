@@ -285,6 +285,27 @@ TEST_F(CommandLine, NulIsNoEndOfPhp)
     }
 }
 
+// To PHP a byte order mark is text that is printed before anything else.
+TEST_F(CommandLine, AByteOrderMarkComesBeforeTheFirstStatement)
+{
+    struct SCase
+    {
+        const char* text;
+        std::vector<std::string> found;
+    };
+    for (const auto& [text, found] :
+         {SCase{"\xEF\xBB\xBF<?php\nnamespace A;\n", {"a.php:2 1141 error"}},
+          SCase{"\xEF\xBB\xBF<?php\nnamespace A { f(); }\n", {"a.php:2 1141 error"}},
+          SCase{"\xEF\xBB\xBF<?php\ndeclare(strict_types=1);\n", {"a.php:2 1144 error"}},
+          SCase{"\xEF\xBB\xBF<?php\ndeclare(ticks=1);\nuse A\\B;\n", {}},
+          SCase{"<?php\nnamespace A;\n", {}}}) {
+        m_folder.Write(L"a.php", text);
+        EXPECT_EQ(Brief(RunJson({"a.php"}, AnyExit)), found) << text;
+        EXPECT_EQ(Brief(RunJson({"."}, AnyExit)).size(), found.size()) << text;
+        EXPECT_EQ(Run({"project", "."}).exit, found.empty() ? 0 : 1) << text;
+    }
+}
+
 TEST_F(CommandLine, ColumnsCountCharacters)
 {
     m_folder.Write(L"bom.php", "\xEF\xBB\xBF<?php\r\n$\xC3\xA9 = '\xF0\x9F\x98\x80'  $b;\r\n");

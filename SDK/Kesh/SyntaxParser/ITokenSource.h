@@ -30,25 +30,27 @@ enum class EPhpTokenClass : std::uint8_t {
     Word ///< a reserved word, which may name a member all the same
 };
 
-constexpr EPhpTokenClass ClassOf(EPhpTokenKind kind)
-{
-    constexpr EPhpTokenClass classes[] = {
+/// By kind. Outside of the functions below: there they would be made anew for each call.
+inline constexpr EPhpTokenClass PhpTokenClasses[] = {
 #define PHP_TOKEN(kind, tokenClass, symbol, text) EPhpTokenClass::tokenClass,
 #include "Kesh/SyntaxParser/PhpTokens.def"
 #undef PHP_TOKEN
-    };
-    return classes[static_cast<std::size_t>(kind)];
+};
+inline constexpr std::wstring_view PhpTokenTexts[] = {
+#define PHP_TOKEN(kind, tokenClass, symbol, text) L##text,
+#include "Kesh/SyntaxParser/PhpTokens.def"
+#undef PHP_TOKEN
+};
+
+constexpr EPhpTokenClass ClassOf(EPhpTokenKind kind)
+{
+    return PhpTokenClasses[static_cast<std::size_t>(kind)];
 }
 
 /// How a token of the kind is written, where it is always written alike (a word in any case); else empty.
 constexpr std::wstring_view TextOf(EPhpTokenKind kind)
 {
-    constexpr std::wstring_view texts[] = {
-#define PHP_TOKEN(kind, tokenClass, symbol, text) L##text,
-#include "Kesh/SyntaxParser/PhpTokens.def"
-#undef PHP_TOKEN
-    };
-    return texts[static_cast<std::size_t>(kind)];
+    return PhpTokenTexts[static_cast<std::size_t>(kind)];
 }
 
 /// One token, valid only during the call that delivers it.
