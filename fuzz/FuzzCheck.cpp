@@ -18,8 +18,7 @@ struct STaker
 
     void Judge(const code_analyzer_span& span) const
     {
-        Require(span.start.offset <= span.end.offset && span.end.offset <= size,
-                "a span outside of the text");
+        Require(span.start.offset <= span.end.offset && span.end.offset <= size);
     }
     static int Take(const code_analyzer_finding* finding, void* data)
     {
