@@ -92,6 +92,23 @@ fi
 # One folder of documents, whose links lead somewhere.
 python3 "$source_dir/tests/install/links.py" "$tree/share/doc/code-analyzer" || fail "dead links"
 
+# The server links each error to its section there.
+frame() { # MESSAGE
+    printf 'Content-Length: %d\r\n\r\n%s' "${#1}" "$1"
+}
+serve() {
+    frame '{"jsonrpc":"2.0","id":1,"method":"initialize","params":{"initializationOptions":{"delay":0},"capabilities":{"textDocument":{"publishDiagnostics":{"codeDescriptionSupport":true}}}}}'
+    frame '{"jsonrpc":"2.0","method":"initialized","params":{}}'
+    frame '{"jsonrpc":"2.0","method":"textDocument/didOpen","params":{"textDocument":{"uri":"file:///none/a.php","languageId":"php","version":1,"text":"<?php\n$a = 1\n$b = 2;\n"}}}'
+    for _ in {1..200}; do
+        grep -q publishDiagnostics "$work/served" && break
+        sleep 0.1
+    done
+}
+serve | "$checker" language-server >"$work/served" || true
+grep -q "\"href\":\"file://$tree/share/doc/code-analyzer/errors.md#L" "$work/served" ||
+    fail "the server links to: $(grep -o '"href":"[^"]*"' "$work/served")"
+
 # Every command has its page, and each shell its completions.
 for command in $("$checker" completion bash | sed -n "s/^        \([a-z-]*\)) words=.*/\1/p"); do
     page=$tree/share/man/man1/code-analyzer-$command.1.gz
