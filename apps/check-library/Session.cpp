@@ -191,7 +191,9 @@ code_analyzer_status CSession::Check(const char* path, bool isText, const TLoad&
 code_analyzer_status CSession::Check(const CSourceOfText& source, const std::wstring& path,
                                      const Findings::SRules& rules, const STaker& taker)
 {
-    std::vector<CodeAnalyzer::SDiagnostic> found = m_check.Check(source.Text(), path, FactoryOf(path));
+    std::vector<CodeAnalyzer::SDiagnostic> found =
+        source.IsLikeFile() ? m_check.CheckBytes(source.Bytes(), path, FactoryOf(path))
+                            : m_check.Check(source.Text(), path, FactoryOf(path));
     const Findings::CDescriber describer(m_check.Texts());
     const Findings::SFileFindings described =
         describer.Describe({path, path, [&] { return source.Text(); }, true, false}, std::move(found), rules);

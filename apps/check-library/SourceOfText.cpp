@@ -20,7 +20,10 @@ std::wstring Decoded(std::string_view bytes, bool isText, bool& isUtf8)
 } // namespace
 
 CSourceOfText::CSourceOfText(std::string_view bytes, bool isText)
-    : m_bytes(bytes), m_text(Decoded(bytes, isText, m_isUtf8)), m_lines(m_text)
+    : m_bytes(bytes),
+      m_isLikeFile(!isText || SyntaxParser::BeginsWithMark(bytes)),
+      m_text(Decoded(bytes, isText, m_isUtf8)),
+      m_lines(m_text)
 {
 }
 

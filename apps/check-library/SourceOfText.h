@@ -21,6 +21,10 @@ public:
     CSourceOfText& operator=(const CSourceOfText&) = delete;
 
     const std::wstring& Text() const { return m_text; }
+    std::string_view Bytes() const { return m_bytes; }
+    /// Whether the bytes are to be checked as those of a file, which gives the same text: for PHP a byte
+    /// order mark before it is more than its absence.
+    bool IsLikeFile() const { return m_isLikeFile; }
     const Findings::CTextLines& Lines() const { return m_lines; }
     code_analyzer_span Span(const SyntaxParser::SScheme& span) const;
 
@@ -28,6 +32,7 @@ private:
     code_analyzer_position Position(const SyntaxParser::CIterator& position) const;
 
     std::string_view m_bytes;
+    bool m_isLikeFile;
     bool m_isUtf8 = true;
     std::wstring m_text;
     Findings::CTextLines m_lines;

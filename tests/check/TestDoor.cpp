@@ -35,6 +35,7 @@ TEST_F(CDoor, FindsInTextsOfEachLanguageAndSaysWhereInTheirBytes)
         {"/none/a.php", "<?php\n$b = = 2;\n", {"1:5-1:6 1025"}, {"="}},
         {"/none/a.php", "<?php\r\n$b = = 2;\r\n", {"1:5-1:6 1025"}, {"="}},
         {"/none/a.php", "\xEF\xBB\xBF<?php\n$b = = 2;\n", {"1:5-1:6 1025"}, {"="}},
+        {"/none/a.php", "\xEF\xBB\xBF<?php\nnamespace A;\n", {"1:0-1:9 1141"}, {"namespace"}},
         {"/none/a.php", "<?php $ä = '😀'; $b = = 2;\n", {"0:21-0:22 1025"}, {"="}},
         {"/none/a.php", "<?php $a = '\xFF\xFE'; $b = = 2;\n", {"0:22-0:23 1025"}, {"="}},
         {"/none/a.unknown", "<?php\n$b = = 2;\n", {"1:5-1:6 1025"}, {"="}},
