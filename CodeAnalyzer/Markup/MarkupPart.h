@@ -8,8 +8,8 @@ class ISPDocument;
 
 namespace Kesh::CodeAnalyzer {
 
-/// One subject of the check of HTML. It hears each pass as IMarkupHandler does, and reports what it finds; one
-/// thread at a time.
+/// One subject of the check of HTML. It hears each pass as IMarkupHandler does, and reports what it finds;
+/// one thread at a time.
 class IMarkupPart
 {
 public:
