@@ -45,6 +45,9 @@ foreach(package component IN ZIP_LISTS package_names package_components)
         DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/${package} COMPONENT ${component})
 endforeach()
 
+if(CODE_ANALYZER_HOMEPAGE)
+    set(homepage_element "<url type=\"homepage\">${CODE_ANALYZER_HOMEPAGE}</url>")
+endif()
 configure_file(packaging/code-analyzer-workbench.metainfo.xml.in
     ${CMAKE_BINARY_DIR}/code-analyzer-workbench.metainfo.xml @ONLY)
 install(FILES packaging/code-analyzer-workbench.desktop

@@ -19,6 +19,7 @@ mkdir -p "$out"
 
 fill() { # TEMPLATE FILE
     sed -e "s|@VERSION@|$version|g" -e "s|@HOMEPAGE@|$homepage|g" -e "s|@BUNDLE@|$bundle|g" -e "s|@PLATFORM@|$platform|g" "$1" >"$2"
+    [ -n "$homepage" ] || sed -i '/"homepage"/d' "$2"
 }
 # package FOLDER: what is alike in both: the program beside a file that starts it. There are no links in it, which
 # npm would leave out.

@@ -30,7 +30,7 @@ rm -rf server
 cp -r "$unpacked" server
 cp "$here/LICENSE" LICENSE.txt
 cp "$here/CHANGELOG.md" "$here/docs/code-analyzer.schema.json" .
-sed -i 's|](docs/[^)]*)|](https://codeanalyzer.org)|' CHANGELOG.md
+sed -i 's|\[\([^]]*\)](docs/[^)]*)|\1|g' CHANGELOG.md
 node_modules/.bin/vsce package --target linux-x64 --no-dependencies --out "$out/code-analyzer-$version-linux-x64.vsix" "$version" \
     --no-update-package-json --no-git-tag-version --allow-missing-repository >/dev/null
 ls -l "$out"/*.vsix | awk '{ n = split($NF, p, "/"); printf "%s: %d KiB\n", p[n], $5 / 1024 }'

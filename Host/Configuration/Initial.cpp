@@ -17,8 +17,6 @@ std::string PresetsLine(const std::vector<std::string_view>& presets)
 std::string InitialConfiguration(const std::vector<std::string_view>& presets)
 {
     return R"({
-  "$schema": "https://codeanalyzer.org/code-analyzer.schema.json",
-
   // Settings of code-analyzer for this folder and what is below it. Whatever is left out stays as it is.
 
   // Which files are checked in folders: names ("*.php") or paths from here ("src/*.module").
