@@ -4,7 +4,30 @@
 #include "Editor/TextFile.h"
 #include "Files/FilePath.h"
 
+#include <QCryptographicHash>
+
 namespace Kesh::Host {
+
+namespace {
+
+QByteArray HashOf(std::string_view bytes)
+{
+    QCryptographicHash hash(QCryptographicHash::Sha1);
+    hash.addData(bytes.data(), static_cast<int>(bytes.size()));
+    return hash.result();
+}
+
+/// Empty when it cannot be read.
+QByteArray HashOfFile(const std::wstring& path)
+{
+    try {
+        return HashOf(ReadFileBytes(path));
+    } catch (const Base::CWorkError&) {
+        return {};
+    }
+}
+
+} // namespace
 
 CDocument::CDocument(const std::wstring& path)
 {
@@ -37,8 +60,9 @@ void CDocument::SetFormat(const SyntaxParser::SSourceFormat& format)
 void CDocument::Load()
 {
     const SFileStamp stamp = StampOf(m_path);
-    SetBytes(ReadFileBytes(m_path));
-    m_stamp = stamp;
+    const std::string bytes = ReadFileBytes(m_path);
+    SetBytes(bytes);
+    NoteDisk(stamp, bytes);
 }
 
 void CDocument::LoadAs(SyntaxParser::EEncoding encoding)
@@ -47,7 +71,7 @@ void CDocument::LoadAs(SyntaxParser::EEncoding encoding)
     const std::string bytes = ReadFileBytes(m_path);
     m_encoding = encoding;
     SetBytes(bytes);
-    m_stamp = stamp;
+    NoteDisk(stamp, bytes);
 }
 
 void CDocument::Save(bool acceptLoss, const SWriteRules& rules)
@@ -55,17 +79,46 @@ void CDocument::Save(bool acceptLoss, const SWriteRules& rules)
     if (!m_format.valid && !acceptLoss)
         throw Base::CWorkError(L"the file's bytes are not valid; saving would change them", __LINE__,
                                "Host/Application/Document");
-    WriteFileBytes(m_path, Editor::EncodeSource(GetBuffer()->GetText(L"\n"), m_format), rules);
+    const std::string bytes = GetBytes();
+    WriteFileBytes(m_path, bytes, rules);
     m_resolvedPath = ResolvedPath(m_path);
-    NoteSaved();
+    NoteSaved(bytes);
 }
 
-void CDocument::NoteSaved()
+std::string CDocument::GetBytes()
+{
+    return Editor::EncodeSource(GetBuffer()->GetText(L"\n"), m_format);
+}
+
+void CDocument::NoteDisk(const SFileStamp& stamp, std::string_view bytes)
+{
+    m_disk = {stamp, HashOf(bytes)};
+}
+
+bool CDocument::IsStale()
+{
+    const SFileStamp stamp = StampOf(m_path);
+    if (stamp == m_disk.stamp)
+        return false;
+    if (stamp.size != m_disk.stamp.size || m_disk.hash.isEmpty() || HashOfFile(m_path) != m_disk.hash)
+        return true;
+    m_disk.stamp = stamp;
+    return false;
+}
+
+void CDocument::AcknowledgeDisk(const SFileStamp& stamp)
+{
+    m_disk = {stamp, HashOfFile(m_path)};
+    if (!(StampOf(m_path) == stamp))
+        m_disk.hash.clear(); // those are the bytes of yet another one
+}
+
+void CDocument::NoteSaved(std::string_view bytes)
 {
     m_format.valid = true;
     m_format.mixedLineEnds = false;
     m_formatChanged = false;
-    m_stamp = StampOf(m_path);
+    NoteDisk(StampOf(m_path), bytes);
     m_holder->SetUnmodified();
 }
 

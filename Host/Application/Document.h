@@ -5,11 +5,19 @@
 #include "Kesh/SDK/IDocument.h"
 #include "SyntaxParser/SourceText.h"
 
+#include <QByteArray>
 #include <memory>
 #include <optional>
 #include <string>
 
 namespace Kesh::Host {
+
+/// A file on disk as it was read or written last.
+struct SDiskState
+{
+    SFileStamp stamp;
+    QByteArray hash; ///< of its bytes; empty: they are not known
+};
 
 /// A file open in the host. GUI thread only.
 class CDocument final : public SDK::IDocument
@@ -30,11 +38,17 @@ public:
     bool IsModified() { return m_formatChanged || m_holder->IsModified(); }
     /// Whether the file's bytes were all valid, so that saving loses nothing.
     bool IsFaithful() const { return m_format.valid; }
-    /// Whether the file on disk is another one than the document last read or wrote.
-    bool IsStale() const { return !(StampOf(m_path) == m_stamp); }
+    /// Whether the file on disk has other bytes than the document last read or wrote, or has gone. One that
+    /// was only touched, or replaced by its like, is known from then on.
+    bool IsStale();
+    /// Whether there is no such file any more.
+    bool IsGone() const { return StampOf(m_path).size < 0; }
 
     /// Takes this state of the file on disk for known: while it lasts the document is not stale.
-    void AcknowledgeDisk(const SFileStamp& stamp) { m_stamp = stamp; }
+    void AcknowledgeDisk(const SFileStamp& stamp);
+    const SDiskState& GetDiskState() const { return m_disk; }
+    /// The text is made of another file than the one that was read.
+    void SetDiskState(const SDiskState& state) { m_disk = state; }
     /// How the file is written.
     const SyntaxParser::SSourceFormat& GetFormat() const { return m_format; }
     /// How the next saves write it.
@@ -53,8 +67,10 @@ private:
     friend class CDocumentService;
     void SetPath(const std::wstring& path);
     void SetBytes(std::string_view bytes);
-    /// The file is now as the document is.
-    void NoteSaved();
+    /// The file is now as the document is, and has these bytes.
+    void NoteSaved(std::string_view bytes);
+    void NoteDisk(const SFileStamp& stamp, std::string_view bytes);
+    std::string GetBytes();
 
     std::wstring m_path;
     std::wstring m_resolvedPath;
@@ -64,7 +80,7 @@ private:
     bool m_formatChanged = false;
     /// What the user has said; unset: as the bytes look.
     std::optional<SyntaxParser::EEncoding> m_encoding;
-    SFileStamp m_stamp;
+    SDiskState m_disk;
 };
 
 } // namespace Kesh::Host

@@ -2,7 +2,6 @@
 
 #include "Application/ParserComponent.h"
 #include "Base/Exception.h"
-#include "Editor/TextFile.h"
 #include "Files/FilePath.h"
 #include "ProjectManager/ProjectManager.h"
 #include "SyntaxParser/SPDocument.h"
@@ -54,7 +53,7 @@ CDocument& CDocumentService::OpenFile(const std::wstring& path, const std::wstri
     const std::string bytes = ReadFileBytes(absolute);
     document->m_holder = m_makeHolder(*document);
     document->SetBytes(bytes);
-    document->m_stamp = stamp;
+    document->NoteDisk(stamp, bytes);
     m_project.NoteFile(absolute);
     return Add(std::move(document), factory);
 }
@@ -81,12 +80,12 @@ CDocument& CDocumentService::Add(std::unique_ptr<CDocument> document, const std:
 void CDocumentService::SaveAs(CDocument& document, const std::wstring& path, const SWriteRules& rules)
 {
     const std::wstring absolute = AbsolutePath(path);
-    WriteFileBytes(absolute, Editor::EncodeSource(document.GetBuffer()->GetText(L"\n"), document.m_format),
-                   rules);
+    const std::string bytes = document.GetBytes();
+    WriteFileBytes(absolute, bytes, rules);
     // Checks know a file by its path: under the new name they start afresh.
     m_parser.CloseDocument(&document);
     document.SetPath(absolute);
-    document.NoteSaved();
+    document.NoteSaved(bytes);
     m_project.NoteFile(absolute);
     document.m_factory = SyntaxParser::FactoryForPath(absolute);
     m_parser.OpenDocument(&document, document.m_factory);

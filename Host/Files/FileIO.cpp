@@ -93,6 +93,11 @@ void WriteFileBytes(const std::wstring& path, std::string_view bytes, const SWri
     file.Commit();
 }
 
+bool IsWritable(const std::wstring& path)
+{
+    return ::faccessat(AT_FDCWD, PathToBytes(path).c_str(), W_OK, AT_EACCESS) == 0;
+}
+
 void RemoveAbandonedParts(const std::wstring& folder)
 {
     namespace fs = std::filesystem;
@@ -115,7 +120,13 @@ SFileStamp StampOf(const std::wstring& path)
     struct stat status = {};
     if (::stat(PathToBytes(path).c_str(), &status) != 0)
         return {};
-    return {status.st_mtim.tv_sec, status.st_mtim.tv_nsec, status.st_size};
+    return {status.st_mtim.tv_sec,
+            status.st_mtim.tv_nsec,
+            status.st_size,
+            status.st_ctim.tv_sec,
+            status.st_ctim.tv_nsec,
+            static_cast<long long>(status.st_ino),
+            static_cast<long long>(status.st_dev)};
 }
 
 } // namespace Kesh::Host

@@ -24,16 +24,23 @@ std::string ReadFileStart(const std::wstring& path, std::size_t size);
 /// Replaces the file as a whole or leaves it as it was, as CFileReplacement does, and throws like it. Any
 /// thread.
 void WriteFileBytes(const std::wstring& path, std::string_view bytes, const SWriteRules& rules = {});
+/// Whether the user may write the file, as far as its mode says. Any thread.
+bool IsWritable(const std::wstring& path);
 /// Removes what writers of files in this folder have left behind when they were killed an hour ago or
 /// earlier. Any thread.
 void RemoveAbandonedParts(const std::wstring& folder);
 
-/// What became of a file on disk since it was looked at: equal stamps mean no change.
+/// What became of a file on disk since it was looked at: equal stamps mean no change. Programs set the time
+/// of a file as they like, but not that of its last change, and another file has another number.
 struct SFileStamp
 {
     long long seconds = 0;
     long long nanoseconds = 0;
     long long size = -1; ///< -1: there is no such file
+    long long changeSeconds = 0;
+    long long changeNanoseconds = 0;
+    long long inode = 0;
+    long long device = 0;
 
     friend bool operator==(const SFileStamp&, const SFileStamp&) = default;
 };

@@ -76,6 +76,7 @@ const CProjectRules::SFolder& CProjectRules::Of(const std::wstring& folder) cons
         same = false;
     }
     if (Configuration::HasComposer(folder)) {
+        NoteSource(folder + L'/' + Configuration::ComposerFileName);
         const auto version = Configuration::ComposerPhpVersion(folder);
         same = same && version == found.composerVersion;
         found.composerVersion = version;
@@ -127,8 +128,11 @@ TRules CProjectRules::ReadFile(const std::wstring& file) const
     const auto found = m_before.find(file);
     const TRules before = found == m_before.end() ? nullptr : found->second;
     auto rules = std::make_shared<SRules>();
+    NoteSource(file);
     try {
         rules->settings = Configuration::ReadConfiguration(file);
+        for (const std::wstring& base : rules->settings.bases)
+            NoteSource(base);
         rules->baseline = BaselineOf(*rules, before.get());
     } catch (const Base::CWorkError& fault) {
         if (m_faults == EFaults::Throw)
@@ -146,6 +150,7 @@ TBaseline CProjectRules::BaselineOf(const SRules& rules, const SRules* before) c
     const std::wstring& file = rules.settings.baseline;
     if (m_all.baseline || file.empty())
         return nullptr;
+    NoteSource(file);
     try {
         return ReadBaseline(file);
     } catch (const Base::CWorkError& fault) {
@@ -169,6 +174,17 @@ std::vector<TRules> CProjectRules::Read() const
 bool CProjectRules::AreEmpty() const
 {
     return std::ranges::all_of(Read(), [](const TRules& rules) { return rules->AreEmpty(); });
+}
+
+void CProjectRules::NoteSource(const std::wstring& file) const
+{
+    m_sources.try_emplace(file, Host::StampOf(file));
+}
+
+std::map<std::wstring, Host::SFileStamp> CProjectRules::Sources() const
+{
+    const std::lock_guard lock(m_mutex);
+    return m_sources;
 }
 
 std::vector<std::string> CProjectRules::TakeFaults() const

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Configuration/Configuration.h"
+#include "Files/FileIO.h"
 #include "Findings/Baseline.h"
 #include "SyntaxParser/OwnNames.h"
 
@@ -70,6 +71,9 @@ public:
     std::vector<TRules> Read() const;
     /// Whether all of these leave what is found as it is.
     bool AreEmpty() const;
+    /// The files that they were read from, as these were then; what has been looked for and is missing is
+    /// not among them.
+    std::map<std::wstring, Host::SFileStamp> Sources() const;
     /// What has been wrong since the last call, in words for the user.
     std::vector<std::string> TakeFaults() const;
 
@@ -83,6 +87,8 @@ private:
     const SFolder& Of(const std::wstring& folder) const;
     TRules Make(const SFolder& folder) const;
     void ChooseVersion(SRules& rules, std::optional<std::int32_t> composerVersion) const;
+    /// Before it is read.
+    void NoteSource(const std::wstring& file) const;
     TRules ReadFile(const std::wstring& file) const;
     TBaseline BaselineOf(const SRules& rules, const SRules* before) const;
 
@@ -93,6 +99,7 @@ private:
     mutable std::map<std::wstring, TRules> m_files;    ///< by settings file, as each says itself
     mutable std::map<std::wstring, TRules> m_before;   ///< the same of an earlier time
     mutable std::vector<std::string> m_problems;
+    mutable std::map<std::wstring, Host::SFileStamp> m_sources;
 };
 
 } // namespace Kesh::Findings

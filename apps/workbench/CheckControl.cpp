@@ -58,6 +58,7 @@ void CCheckControl::Expect()
 {
     m_filesAsked = 0;
     m_stopped = false;
+    emit incomplete(false);
 }
 
 void CCheckControl::Stop()
@@ -65,6 +66,7 @@ void CCheckControl::Stop()
     m_stopped = true;
     if (m_plugin)
         m_plugin->ProjectCheck().Stop();
+    emit incomplete(true);
 }
 
 void CCheckControl::OnProgressText(const QString& text)

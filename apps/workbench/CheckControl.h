@@ -42,6 +42,10 @@ public:
     /// A check of the project is about to begin.
     void Expect();
 
+signals:
+    /// The check of the project has been stopped, or what was stopped counts no more.
+    void incomplete(bool isIncomplete);
+
 private:
     void OnProgressText(const QString& text);
     void OnProgressTick();

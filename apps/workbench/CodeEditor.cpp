@@ -5,6 +5,7 @@
 #include "HtmlLexer.h"
 #include "SyntaxParser/SPDocument.h"
 
+#include <QContextMenuEvent>
 #include <QDropEvent>
 #include <QHelpEvent>
 #include <QMimeData>
@@ -25,9 +26,6 @@ constexpr int ErrorMarker = 2;
 constexpr int WarningMarker = 3;
 constexpr int ErrorIndicator = 8; // below are those of lexers
 constexpr int WarningIndicator = 9;
-/// Longer texts stay uncoloured: a lexer looks at all of the text up to the visible part.
-constexpr std::size_t MaxColouredLength = 8 << 20; // bytes
-
 QsciLexer* MakeLexer(const std::wstring& path, QObject* parent)
 {
     const QString name = Host::PathToQt(path);
@@ -44,16 +42,6 @@ QsciLexer* MakeLexer(const std::wstring& path, QObject* parent)
     return nullptr;
 }
 
-/// What begins and ends a comment where a lexer has given this style.
-std::pair<QString, QString> CommentMarks(const QsciLexer* lexer, int style)
-{
-    if (qobject_cast<const QsciLexerCSS*>(lexer))
-        return {QStringLiteral("/*"), QStringLiteral("*/")};
-    if (qobject_cast<const QsciLexerHTML*>(lexer) && style < QsciLexerHTML::JavaScriptStart)
-        return {QStringLiteral("<!--"), QStringLiteral("-->")};
-    return {QStringLiteral("//"), QString()};
-}
-
 } // namespace
 
 CCodeEditor::CCodeEditor(QWidget* parent) : QsciScintilla(parent)
@@ -61,7 +49,6 @@ CCodeEditor::CCodeEditor(QWidget* parent) : QsciScintilla(parent)
     setMinimumHeight(fontMetrics().height() * 2); // small screens need no more
     setUtf8(true);
     setEolMode(EolUnix);
-    setAutoIndent(true);
     setTabWidth(4);
     setIndentationGuides(true);
     setBraceMatching(NoBraceMatch); // the widget's own takes "<" and ">" for brackets
@@ -85,49 +72,18 @@ CCodeEditor::CCodeEditor(QWidget* parent) : QsciScintilla(parent)
     standardCommands()->find(QsciCommand::Redo)->setAlternateKey(Qt::CTRL | Qt::SHIFT | Qt::Key_Z);
     // Errors are asked for visible lines only, so other lines have to be noticed.
     connect(this, &QsciScintillaBase::SCN_UPDATEUI, this, [this](int) { OnUpdateUi(); });
+    connect(this, &QsciScintillaBase::SCN_MODIFIED, this,
+            [this](int position, int kind, const char* text, int length) {
+                OnModified(position, kind, text, length);
+            });
     connect(this, &QsciScintilla::linesChanged, this, &CCodeEditor::UpdateMargins);
 }
 
 void CCodeEditor::SetLanguageByPath(const std::wstring& path)
 {
     QsciLexer* old = lexer();
-    setLexer(MakeLexer(path, this));
+    setLexer(m_isPlain ? nullptr : MakeLexer(path, this));
     delete old;
-}
-
-void CCodeEditor::SetContent(const std::wstring& text)
-{
-    // setText() would end at the first NUL.
-    const std::string bytes = Host::PathToBytes(text);
-    if (bytes.size() > MaxColouredLength)
-        setLexer(nullptr);
-    SendScintilla(SCI_SETUNDOCOLLECTION, 0UL);
-    SendScintilla(SCI_CLEARALL);
-    SendScintilla(SCI_ADDTEXT, bytes.size(), bytes.data());
-    SendScintilla(SCI_SETUNDOCOLLECTION, 1UL);
-    SendScintilla(SCI_EMPTYUNDOBUFFER);
-    SendScintilla(SCI_GOTOPOS, 0UL);
-    SendScintilla(SCI_SETSAVEPOINT);
-    const bool tabs = text.find(L"\n\t") != std::wstring::npos || text.find(L"\n    ") == std::wstring::npos;
-    setIndentationsUseTabs(tabs);
-}
-
-std::wstring CCodeEditor::GetContent() const
-{
-    const auto size = static_cast<std::size_t>(SendScintilla(SCI_GETLENGTH));
-    const auto* bytes = static_cast<const char*>(SendScintillaPtrResult(SCI_GETCHARACTERPOINTER));
-    std::wstring text = Host::PathFromBytes({bytes, size});
-    if (text.find(L'\r') == std::wstring::npos)
-        return text;
-    // A carriage return can only have been pasted; it ends a line here as it does in the widget.
-    std::wstring clean;
-    for (std::size_t i = 0; i < text.size(); ++i) {
-        if (text[i] != L'\r')
-            clean += text[i];
-        else if (i + 1 == text.size() || text[i + 1] != L'\n')
-            clean += L'\n';
-    }
-    return clean;
 }
 
 int CCodeEditor::PositionOf(const SyntaxParser::CIterator& pos) const
@@ -199,48 +155,6 @@ QPoint CCodeEditor::GetCaretPoint() const
     return {static_cast<int>(SendScintilla(SCI_POINTXFROMPOSITION, 0L, position)),
             static_cast<int>(SendScintilla(SCI_POINTYFROMPOSITION, 0L, position) +
                              SendScintilla(SCI_TEXTHEIGHT, 0UL))};
-}
-
-void CCodeEditor::ReplaceSpan(const SyntaxParser::SScheme& span, const std::wstring& text)
-{
-    const std::string bytes = Host::PathToBytes(text);
-    SendScintilla(SCI_SETTARGETSTART, PositionOf(span.start));
-    SendScintilla(SCI_SETTARGETEND, PositionOf(span.end));
-    SendScintilla(SCI_REPLACETARGET, bytes.size(), bytes.data());
-}
-
-void CCodeEditor::ToggleComment()
-{
-    int first = 0, last = 0, index = 0, endIndex = 0;
-    getSelection(&first, &index, &last, &endIndex);
-    if (first < 0)
-        getCursorPosition(&first, &index), last = first;
-    else if (endIndex == 0 && last > first)
-        --last;
-    SendScintilla(SCI_COLOURISE, 0UL, SendScintilla(SCI_GETLINEENDPOSITION, last));
-    // In a document of several languages the first line tells which one it is.
-    const int style =
-        static_cast<int>(SendScintilla(SCI_GETSTYLEAT, SendScintilla(SCI_GETLINEINDENTPOSITION, first)));
-    const auto [open, close] = CommentMarks(lexer(), style);
-    const auto trimmed = [&](int line) { return text(line).trimmed(); };
-    bool all = true;
-    for (int line = first; line <= last; ++line)
-        all &= trimmed(line).isEmpty() || trimmed(line).startsWith(open);
-    beginUndoAction();
-    for (int line = first; line <= last; ++line) {
-        const QString code = trimmed(line);
-        if (code.isEmpty())
-            continue;
-        QString changed =
-            all ? code.mid(open.size()) : open + ' ' + code + (close.isEmpty() ? close : ' ' + close);
-        if (all && !close.isEmpty() && changed.endsWith(close))
-            changed.chop(close.size());
-        const int from = text(line).indexOf(code);
-        setSelection(line, from, line, from + code.size());
-        replaceSelectedText(all ? changed.trimmed() : changed);
-    }
-    endUndoAction();
-    setSelection(first, 0, last, lineLength(last) - (last + 1 < lines() ? 1 : 0));
 }
 
 void CCodeEditor::dragEnterEvent(QDragEnterEvent* event)
@@ -448,11 +362,18 @@ bool CCodeEditor::viewportEvent(QEvent* event)
     return true;
 }
 
+void CCodeEditor::contextMenuEvent(QContextMenuEvent* event)
+{
+    emit menuRequested(event->reason() == QContextMenuEvent::Keyboard
+                           ? viewport()->mapToGlobal(GetCaretPoint())
+                           : event->globalPos());
+}
+
 void CCodeEditor::changeEvent(QEvent* event)
 {
     QsciScintilla::changeEvent(event);
-    if (event->type() == QEvent::PaletteChange && lexer())
-        ApplyTheme(*this, lexer()->defaultFont().pointSize());
+    if (event->type() == QEvent::PaletteChange && (lexer() || m_isPlain))
+        ApplyTheme(*this, m_fontSize);
 }
 
 } // namespace Kesh::Workbench

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "EditLog.h"
 #include "ErrorTip.h"
 #include "Kesh/SyntaxParser/Position.h"
 #include "Severity.h"
@@ -10,6 +11,7 @@
 #include <Qsci/qsciscintilla.h>
 #include <functional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace Kesh::Workbench {
@@ -29,6 +31,12 @@ public:
     /// The text with lines that end with "\n"; NUL characters are kept. Setting it forgets the undo history.
     void SetContent(const std::wstring& text);
     std::wstring GetContent() const;
+    /// The text as UTF-8, as it is.
+    std::string GetBytes() const { return std::string(ViewBytes()); }
+    /// What has become of it since it was checked.
+    CEditLog& GetEdits() { return m_edits; }
+    /// Makes it that text, in one step that can be undone.
+    void ReplaceBytes(std::string_view bytes);
 
     SyntaxParser::CIterator GetCaretPosition() const;
     /// Puts the caret there, as near as the text allows; ends the selection.
@@ -67,6 +75,10 @@ public:
         std::function<std::vector<CErrorTip::SLine>(const SyntaxParser::CIterator& pos, bool wholeLine)>;
     void SetTipSource(TTipSource source) { m_tips = std::move(source); }
 
+    /// Whether the text is too long to be coloured.
+    bool IsPlain() const { return m_isPlain; }
+    /// In points; ApplyTheme() sets it.
+    void SetFontSize(int size) { m_fontSize = size; }
     /// Makes room for the line numbers.
     void UpdateMargins();
 
@@ -78,8 +90,11 @@ signals:
     void explainRequested(int code);
     /// The caret has been put where there is something to fix.
     void fixRequested();
+    void menuRequested(const QPoint& globalPoint);
 
 protected:
+    void keyPressEvent(QKeyEvent* event) override;
+    void contextMenuEvent(QContextMenuEvent* event) override;
     bool viewportEvent(QEvent* event) override;
     void changeEvent(QEvent* event) override;
     void showEvent(QShowEvent* event) override;
@@ -88,18 +103,35 @@ protected:
     void dropEvent(QDropEvent* event) override;
 
 private:
+    /// Valid until the text is changed, or asked for something else.
+    std::string_view ViewBytes() const;
     int PositionOf(const SyntaxParser::CIterator& pos) const;
     SyntaxParser::CIterator PlaceOf(int position) const;
+    /// Has new lines indented as those of the text are.
+    void TakeIndentation(std::wstring_view text);
+    QString OneIndent() const;
+    /// Whether only blanks stand before the caret in its line.
+    bool IsInIndent() const;
+    void ReplaceSelection(const QString& text);
+    /// Begins a new line, as far in as the text asks for.
+    void BreakLine();
+    /// Puts in a closing brace, as far in as what it closes.
+    void EndBlock(const QString& brace);
     void Underline(const SyntaxParser::SScheme& span);
     void ShowLineMark(int line, ESeverity severity);
+    void OnModified(int position, int kind, const char* text, int length);
     void OnUpdateUi();
     void MatchBrackets();
     int LineAtHeight(int y) const;
     void ShowToolTip(const QPoint& point, const QPoint& globalPoint);
 
+    CEditLog m_edits;
+    bool m_isLoading = false; ///< the text is being replaced by another one
     TTipSource m_tips;
     CErrorTip* m_tip = nullptr; ///< made when it is first needed
     SyntaxParser::CIterator m_tipPlace{0, 0};
+    bool m_isPlain = false;
+    int m_fontSize = 10;
     bool m_centersWhenShown = false;
     int m_shownFirst = -1;
     int m_shownEnd = -1;

@@ -13,6 +13,8 @@ namespace {
 
 /// Programs write a file in several steps; the last of them counts.
 constexpr int DiskDelay = 150; // ms
+/// What is not there cannot be watched: it is looked for.
+constexpr int AbsenceInterval = 1000; // ms
 
 QString Shown(const std::wstring& path)
 {
@@ -28,6 +30,9 @@ CDiskWatch::CDiskWatch(Host::CDocumentService& documents, CMessageStrip& message
     m_delay.setInterval(DiskDelay);
     connect(&m_watcher, &QFileSystemWatcher::fileChanged, &m_delay, qOverload<>(&QTimer::start));
     connect(&m_delay, &QTimer::timeout, this, &CDiskWatch::Check);
+    m_absence.setSingleShot(true);
+    m_absence.setInterval(AbsenceInterval);
+    connect(&m_absence, &QTimer::timeout, this, &CDiskWatch::Check);
 }
 
 void CDiskWatch::Follow(const std::wstring& path)
@@ -52,8 +57,13 @@ void CDiskWatch::Check()
     for (Host::CDocument* document : m_documents.GetDocuments())
         if (document->IsStale())
             OnChanged(*document);
-        else
+        else if (Host::StampOf(document->GetPath()).size < 0)
+            m_absence.start(); // its text comes from elsewhere
+        else {
+            if (m_toldStamps.count(document->GetPath()))
+                Settle(document->GetPath()); // it is back as it was
             Follow(document->GetPath());
+        }
 }
 
 void CDiskWatch::OnChanged(Host::CDocument& document)
@@ -64,6 +74,8 @@ void CDiskWatch::OnChanged(Host::CDocument& document)
     const bool exists = stamp.size >= 0;
     if (exists)
         Follow(path);
+    else
+        m_absence.start();
     if (exists && !document.IsModified()) {
         m_reload(document);
         return;
@@ -76,6 +88,7 @@ void CDiskWatch::OnChanged(Host::CDocument& document)
     m_messages.Withdraw(Shown(path));
     if (!exists) {
         m_messages.Show(Tr("%1 is no longer on disk. Save it to keep it.").arg(name), {}, Shown(path));
+        emit gone(&document);
         return;
     }
     const auto ifOpen = [this, path](auto action) {
@@ -86,7 +99,12 @@ void CDiskWatch::OnChanged(Host::CDocument& document)
     };
     m_messages.Show(
         Tr("%1 has been changed by another program, and has unsaved edits here.").arg(name),
-        {{Tr("&Reload"), ifOpen([this](Host::CDocument& still) { m_reload(still); })},
+        {{Tr("Co&mpare"), ifOpen([this](Host::CDocument& still) {
+              emit compareRequested(&still);
+              Settle(still.GetPath()); // the question stays
+              Check();
+          })},
+         {Tr("&Reload"), ifOpen([this](Host::CDocument& still) { m_reload(still); })},
          {Tr("&Keep my edits"), ifOpen([stamp](Host::CDocument& still) { still.AcknowledgeDisk(stamp); })}},
         Shown(path));
 }

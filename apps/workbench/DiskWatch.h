@@ -38,6 +38,12 @@ public:
     /// Looks whether open files have changed.
     void Check();
 
+signals:
+    /// The file of an open document is not there any more.
+    void gone(Kesh::Host::CDocument* document);
+    /// The user wants to see what another program has changed.
+    void compareRequested(Kesh::Host::CDocument* document);
+
 private:
     void OnChanged(Host::CDocument& document);
 
@@ -46,6 +52,7 @@ private:
     TReload m_reload;
     QFileSystemWatcher m_watcher;
     QTimer m_delay;
+    QTimer m_absence; ///< runs while a file is gone
     /// What was on disk, by path, when the user was told of it.
     std::map<std::wstring, Host::SFileStamp> m_toldStamps;
 };

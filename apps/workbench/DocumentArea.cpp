@@ -3,6 +3,7 @@
 #include "Application/Application.h"
 #include "Base/Exception.h"
 #include "CodeEditor.h"
+#include "Comparison.h"
 #include "EditorHolder.h"
 #include "EditorTheme.h"
 #include "ErrorWatch.h"
@@ -59,6 +60,14 @@ CDocumentArea::CDocumentArea(Host::CApplication& application, IPrompts& prompts)
     layout->addWidget(m_stack, 1);
     layout->addWidget(m_findBar);
 
+    connect(&m_disk, &CDiskWatch::gone, this, &CDocumentArea::edited);
+    connect(&m_disk, &CDiskWatch::compareRequested, this, [this](Host::CDocument* document) {
+        try {
+            ShowComparison(*document, this);
+        } catch (const Base::CWorkError& fault) {
+            Report(document->GetPath(), fault.GetMessage());
+        }
+    });
     connect(m_tabs, &QTabWidget::currentChanged, this, &CDocumentArea::OnTabChanged);
     connect(m_tabs, &QTabWidget::tabCloseRequested, this, [this](int index) {
         if (Host::CDocument* document = DocumentOf(m_tabs->widget(index)))
@@ -79,12 +88,17 @@ std::unique_ptr<Editor::ITextHolder> CDocumentArea::MakeHolder(Host::CDocument& 
         m_making = false;
         m_tabs->setCurrentWidget(&editor);
         OnTabChanged();
+        UpdateTitle(&editor);
     });
     CCodeEditor* editor = &holder->GetEditor();
     editor->SetLanguageByPath(document.GetPath());
     m_documents[editor] = &document;
     connect(editor, &QObject::destroyed, this, [this, editor] { m_documents.erase(editor); });
     connect(editor, &QsciScintilla::modificationChanged, this, [this, editor] { UpdateTitle(editor); });
+    connect(editor, &QsciScintilla::textChanged, this, [this, editor] {
+        if (Host::CDocument* changed = DocumentOf(editor))
+            emit edited(changed);
+    });
     connect(editor, &QsciScintilla::cursorPositionChanged, this, &CDocumentArea::caretMoved);
     connect(editor, &CCodeEditor::visibleLinesChanged, this, [this, editor] { ShowErrors(*editor); });
     connect(editor, &CCodeEditor::urlsDropped, this, &CDocumentArea::urlsDropped);
@@ -94,6 +108,7 @@ std::unique_ptr<Editor::ITextHolder> CDocumentArea::MakeHolder(Host::CDocument& 
     });
     connect(editor, &CCodeEditor::explainRequested, this, &CDocumentArea::explainRequested);
     connect(editor, &CCodeEditor::fixRequested, this, &CDocumentArea::fixRequested);
+    connect(editor, &CCodeEditor::menuRequested, this, &CDocumentArea::menuRequested);
     if (m_errors)
         editor->SetErrorIcon(m_errors->GetManager().GetIcon());
     m_making = true; // until the document has its text, nobody may ask it
@@ -206,8 +221,11 @@ void CDocumentArea::UpdateTitle(const CCodeEditor* editor)
     QString title = Shown(Host::FileName(document->GetPath())).replace('&', QStringLiteral("&&"));
     if (document->IsModified())
         title += QStringLiteral(" *");
+    if (!document->IsGone() && !Host::IsWritable(document->GetPath()))
+        title += QStringLiteral(" (%1)").arg(Tr("read-only"));
     m_tabs->setTabText(index, title);
     m_tabs->setTabToolTip(index, PlainTip(Shown(document->GetPath())));
+    emit edited(document);
     emit currentChanged();
 }
 
@@ -233,6 +251,7 @@ void CDocumentArea::ColorTab(const CCodeEditor& editor)
     if (!document || index < 0)
         return;
     const ESeverity severity = m_errors ? m_errors->GetSeverity(document->GetPath()) : ESeverity::None;
+    m_tabs->tabBar()->setAccessibleTabName(index, WithSeverity(Shown(document->GetPath()), severity));
     m_tabs->tabBar()->setTabTextColor(
         index, severity == ESeverity::None ? QColor() : ColorOf(severity, palette().color(QPalette::Window)));
 }
@@ -371,73 +390,6 @@ bool CDocumentArea::SaveAs(Host::CDocument& document)
         UpdateTitle(editor);
     }
     return true;
-}
-
-bool CDocumentArea::SaveAll()
-{
-    bool all = true;
-    for (Host::CDocument* document : m_application.Documents().GetDocuments())
-        if (document->IsModified())
-            all = Save(*document) && all;
-    return all;
-}
-
-bool CDocumentArea::Close(Host::CDocument& document)
-{
-    if (document.IsModified()) {
-        switch (m_prompts->AskSave({Shown(document.GetPath())})) {
-        case IPrompts::ESave::Cancel: return false;
-        case IPrompts::ESave::Save:
-            if (!Save(document))
-                return false;
-            break;
-        case IPrompts::ESave::Discard: break;
-        }
-    }
-    Discard(document);
-    OnTabChanged();
-    return true;
-}
-
-bool CDocumentArea::CloseAll()
-{
-    QStringList modified;
-    for (Host::CDocument* document : m_application.Documents().GetDocuments())
-        if (document->IsModified())
-            modified.append(Shown(document->GetPath()));
-    if (!modified.isEmpty()) {
-        switch (m_prompts->AskSave(modified)) {
-        case IPrompts::ESave::Cancel: return false;
-        case IPrompts::ESave::Save:
-            if (!SaveAll())
-                return false;
-            break;
-        case IPrompts::ESave::Discard: break;
-        }
-    }
-    DiscardAll();
-    return true;
-}
-
-void CDocumentArea::DiscardAll()
-{
-    for (Host::CDocument* document : m_application.Documents().GetDocuments())
-        Discard(*document);
-    OnTabChanged();
-}
-
-void CDocumentArea::Discard(Host::CDocument& document)
-{
-    m_disk.Leave(document.GetPath());
-    if (document.IsModified()) {
-        try {
-            // The validator has seen the edits, and must see them go.
-            document.Load();
-        } catch (const Base::CWorkError&) {
-            // A file that cannot be read has nothing to go back to.
-        }
-    }
-    m_application.Documents().Close(document);
 }
 
 void CDocumentArea::Reload(Host::CDocument& document)

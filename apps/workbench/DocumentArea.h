@@ -14,6 +14,7 @@
 #include <memory>
 #include <set>
 #include <string>
+#include <vector>
 
 class QLabel;
 class QStackedWidget;
@@ -64,6 +65,9 @@ public:
     bool SaveAll();
     bool Close(Host::CDocument& document);
     bool CloseAll();
+    /// Whether its text would be lost with its tab: it has unsaved edits, or no file any more.
+    static bool IsUnsaved(Host::CDocument& document);
+    std::vector<Host::CDocument*> GetUnsaved() const;
     /// Reads the file anew in another encoding; false when the user would rather keep unsaved edits.
     bool ReopenWith(Host::CDocument& document, SyntaxParser::EEncoding encoding);
     /// How the next saves write it.
@@ -92,11 +96,17 @@ signals:
     /// Another document is in front, or none; or what is to be told of it has changed.
     void currentChanged();
     void caretMoved();
+    /// The text of a document has changed, or whether it is saved.
+    void edited(Kesh::Host::CDocument* document);
+    /// A document is about to be closed, and its unsaved edits to be given up.
+    void closing(Kesh::Host::CDocument* document);
     void linkActivated(const QString& link);
     void urlsDropped(const QList<QUrl>& urls);
     void explainRequested(int code);
     /// What is at the caret is to be fixed.
     void fixRequested();
+    /// Of what can be done in the editor in front.
+    void menuRequested(const QPoint& globalPoint);
 
 private:
     std::unique_ptr<Editor::ITextHolder> MakeHolder(Host::CDocument& document);
@@ -117,6 +127,8 @@ private:
     std::wstring Refuse(const std::wstring& path);
     void OpenAnyway(const std::wstring& path);
     void TellOfLineEnds(Host::CDocument& document);
+    /// Asks what to do with unsaved texts; false when they are to stay, or could not be saved.
+    bool MayClose(const std::vector<Host::CDocument*>& documents);
     /// Closes without a question; what is on disk is what has last been checked.
     void Discard(Host::CDocument& document);
     void Report(const std::wstring& path, const std::wstring& reason);

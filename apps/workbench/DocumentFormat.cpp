@@ -60,7 +60,14 @@ void CDocumentArea::Report(const std::wstring& path, const std::wstring& reason)
 void CDocumentArea::ReportUnsaved(const std::wstring& path, const std::wstring& reason)
 {
     const QString shown = Host::PathToQt(path);
-    m_strip->Show(Tr("%1 cannot be saved: %2").arg(shown, QString::fromStdWString(reason)), {}, shown);
+    std::vector<CMessageStrip::SAnswer> answers;
+    answers.push_back({Tr("Save elsewhere..."), [this, path] {
+                           if (Host::CDocument* still = m_application.Documents().Find(path))
+                               SaveAs(*still);
+                       }});
+    m_strip->Withdraw(shown);
+    m_strip->Show(Tr("Cannot save %1: %2").arg(shown, QString::fromStdWString(reason)), std::move(answers),
+                  shown);
 }
 
 void CDocumentArea::TellOfLineEnds(Host::CDocument& document)
@@ -116,7 +123,7 @@ bool CDocumentArea::CanWrite(Host::CDocument& document)
             .arg(QString::fromWCharArray(&character, 1)),
         {{Tr("&Go there"),
           ifOpen([this, place](Host::CDocument& still) { OpenAt(still.GetPath(), *place); })},
-         {Tr("&Write as UTF-8"), ifOpen([this](Host::CDocument& still) {
+         {Tr("Write as &UTF-8"), ifOpen([this](Host::CDocument& still) {
               SSourceFormat format = still.GetFormat();
               format.encoding = EEncoding::Utf8;
               ChangeFormat(still, format);

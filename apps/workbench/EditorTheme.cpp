@@ -120,6 +120,7 @@ void ApplyTheme(CCodeEditor& editor, int fontSize)
     const QColor paper = palette.color(QPalette::Base);
     const QColor text = palette.color(QPalette::Text);
     const QFont font = EditorFont(fontSize);
+    editor.SetFontSize(fontSize);
     if (QsciLexer* lexer = editor.lexer())
         ApplyToLexer(*lexer, palette, font);
     else

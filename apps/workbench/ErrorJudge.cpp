@@ -1,5 +1,6 @@
 #include "ErrorJudge.h"
 
+#include "Base/CommonString.h"
 #include "Base/Exception.h"
 #include "Files/Fault.h"
 #include "Files/FileIO.h"
@@ -40,8 +41,11 @@ std::wstring TextOf(CErrorJudge::SOrder& order)
 
 } // namespace
 
-CErrorJudge::CErrorJudge(CodeAnalyzer::IDiagnosticTexts& texts)
-    : m_texts(texts), m_rules(Findings::CProjectRules::None()), m_thread([this] { Run(); })
+CErrorJudge::CErrorJudge(CodeAnalyzer::IErrorsSource& source)
+    : m_source(source),
+      m_texts(source.GetTexts()),
+      m_rules(Findings::CProjectRules::None()),
+      m_thread([this] { Run(); })
 {
 }
 
@@ -117,7 +121,29 @@ SVerdict CErrorJudge::Decide(STask& task) const
             judged.type = (next++)->error.type;
         verdict.hides |= judged.type == 0;
     }
+    AddMessages(verdict);
     return verdict;
+}
+
+void CErrorJudge::AddMessages(SVerdict& verdict) const
+{
+    // Of a file with other errors by now the next verdict is to come.
+    std::vector<CodeAnalyzer::SDiagnostic> known = m_source.GetDiagnostics(verdict.file);
+    std::erase_if(known, [](const CodeAnalyzer::SDiagnostic& each) { return each.details.IsEmpty(); });
+    std::sort(known.begin(), known.end(),
+              [](const auto& a, const auto& b) { return KeyOf(a.error) < KeyOf(b.error); });
+    auto next = known.begin();
+    for (SJudgedError& judged : verdict.errors) {
+        while (next != known.end() && KeyOf(next->error) < KeyOf(judged.error))
+            ++next;
+        if (next == known.end())
+            break;
+        if (KeyOf(next->error) != KeyOf(judged.error))
+            continue;
+        const std::wstring message = m_texts.GetMessage(*next);
+        if (message != m_texts.GetTitle(judged.error.code))
+            judged.message = Base::CCommonString::ToUtf8(message);
+    }
 }
 
 } // namespace Kesh::Workbench

@@ -22,7 +22,8 @@ using TProjectRules = std::shared_ptr<const Findings::CProjectRules>;
 struct SJudgedError
 {
     CodeAnalyzer::SCAError error;
-    std::int32_t type = 0; ///< its severity for the user; 0: not wanted
+    std::int32_t type = 0;    ///< its severity for the user; 0: not wanted
+    std::string message = {}; ///< all there is to say, UTF-8; empty: no more than its code says
 };
 
 struct SVerdict
@@ -49,8 +50,8 @@ public:
         std::optional<std::wstring> text; ///< unset: what is on disk
     };
 
-    /// The texts are not owned.
-    explicit CErrorJudge(CodeAnalyzer::IDiagnosticTexts& texts);
+    /// The source is not owned.
+    explicit CErrorJudge(CodeAnalyzer::IErrorsSource& source);
     /// Gives up what has not been decided.
     ~CErrorJudge() override;
 
@@ -71,7 +72,9 @@ private:
     };
     void Run();
     SVerdict Decide(STask& task) const;
+    void AddMessages(SVerdict& verdict) const;
 
+    CodeAnalyzer::IErrorsSource& m_source;
     CodeAnalyzer::IDiagnosticTexts& m_texts;
     TProjectRules m_rules;
     std::mutex m_mutex;

@@ -68,11 +68,13 @@ void CErrorList::AddPanel(QTreeWidget& list)
         return;
     m_panel = new CErrorPanel(list, *m_watch);
     dock->setWidget(m_panel);
+    m_panel->SetIncomplete(m_isIncomplete);
     connect(m_panel, &CErrorPanel::openRequested, this,
             [this](const std::wstring& file, const SyntaxParser::CIterator& pos) {
                 if (m_parts.area.OpenAt(file, pos))
                     m_parts.area.GetCurrentEditor()->setFocus();
             });
+    connect(&m_parts.area, &CDocumentArea::edited, m_panel, &CErrorPanel::FollowEdits);
     connect(m_panel, &CErrorPanel::menuRequested, this, &CErrorList::ExtendMenu);
 }
 
@@ -110,6 +112,13 @@ void CErrorList::FollowCaret(const SyntaxParser::CIterator& caret)
         m_panel->SetCaret(caret.y < 0 ? std::wstring() : m_parts.area.GetCurrent()->GetPath(), caret);
 }
 
+void CErrorList::SetIncomplete(bool isIncomplete)
+{
+    m_isIncomplete = isIncomplete;
+    if (m_panel)
+        m_panel->SetIncomplete(isIncomplete);
+}
+
 void CErrorList::Focus()
 {
     for (QDockWidget* dock : m_parts.frame.GetDocks()) {
@@ -131,7 +140,7 @@ void CErrorList::GoToNeighbour(bool forward)
     if (!place || !m_parts.area.OpenAt(place->file, place->pos))
         return;
     m_parts.status.ShowMessage(
-        m_watch->GetMessages(place->file, place->pos, false).replace('\n', QStringLiteral(" / ")));
+        m_watch->GetMessages(place->file, place->pos).replace('\n', QStringLiteral(" / ")));
 }
 
 void CErrorList::ExplainHere()

@@ -59,6 +59,7 @@ public:
     void FollowCurrent();
     /// A negative line: there is no caret.
     void FollowCaret(const SyntaxParser::CIterator& caret);
+    void SetIncomplete(bool isIncomplete);
     void Focus();
     void GoToNeighbour(bool forward);
     /// Shows the page on the error at the caret.
@@ -73,6 +74,7 @@ private:
     SParts m_parts;
     CErrorWatch* m_watch = nullptr;
     QPointer<CErrorPanel> m_panel;
+    bool m_isIncomplete = false;
 };
 
 } // namespace Kesh::Workbench

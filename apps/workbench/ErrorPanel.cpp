@@ -15,6 +15,8 @@
 #include <QTreeWidget>
 #include <QVBoxLayout>
 #include <algorithm>
+#include <cstdlib>
+#include <tuple>
 #include <utility>
 
 namespace Kesh::Workbench {
@@ -25,6 +27,7 @@ constexpr int CaretDelay = 120;     // ms: who holds an arrow key down does not 
 constexpr int FilterDelay = 60;     // ms
 constexpr int TypeAheadTime = 1000; // ms
 constexpr int SettleDelay = 20;     // ms
+constexpr int LossTime = 10000;     // ms: a check takes no longer
 
 const CodeAnalyzer::IErrorRow* RowOf(const QTreeWidgetItem* item)
 {
@@ -63,7 +66,18 @@ CErrorPanel::CErrorPanel(QTreeWidget& list, CErrorWatch& watch)
         return row ? row->error.type : 0;
     });
     list.setItemDelegate(m_delegate);
+    m_delegate->SetLineSource([this](int index) {
+        const std::optional<SRow> row = GetRow(m_list ? m_list->topLevelItem(index) : nullptr);
+        return row && HasMoved(*row) ? std::optional(row->error.pos.start.y) : std::nullopt;
+    });
+    m_delegate->SetMessageSource([this](int index) {
+        const std::optional<SRow> row = GetRow(m_list ? m_list->topLevelItem(index) : nullptr);
+        return row ? row->message : QString();
+    });
+    // Several rows can be copied at once.
+    list.setSelectionMode(QAbstractItemView::ExtendedSelection);
     list.installEventFilter(this);
+    list.viewport()->installEventFilter(this);
     list.setContextMenuPolicy(Qt::CustomContextMenu);
     list.setMinimumHeight(list.fontMetrics().height() * 2); // small screens need no more
     connect(&list, &QTreeWidget::customContextMenuRequested, this, &CErrorPanel::ShowMenu);
@@ -76,6 +90,9 @@ CErrorPanel::CErrorPanel(QTreeWidget& list, CErrorWatch& watch)
         timer.setInterval(delay);
         connect(&timer, &QTimer::timeout, this, action);
     };
+    connect(&list, &QTreeWidget::currentItemChanged, this, &CErrorPanel::NameRow);
+    connect(list.model(), &QAbstractItemModel::rowsAboutToBeRemoved, this,
+            [this](const QModelIndex&, int first, int last) { NoteLoss(first, last); });
     once(m_caretTimer, CaretDelay, &CErrorPanel::FollowCaret);
     once(m_filterStart, FilterDelay, &CErrorPanel::Filter);
     once(m_settled, SettleDelay, &CErrorPanel::OnSettled);
@@ -110,8 +127,10 @@ CErrorPanel::~CErrorPanel()
     if (!m_list)
         return;
     m_list->removeEventFilter(this);
+    m_list->viewport()->removeEventFilter(this);
     if (m_rows)
         m_rows->SetPick({});
+    m_list->setSelectionMode(QAbstractItemView::SingleSelection);
     m_list->setMinimumHeight(0);
     m_list->setItemDelegate(new QStyledItemDelegate(m_list));
     m_list->setParent(nullptr);
@@ -119,16 +138,47 @@ CErrorPanel::~CErrorPanel()
 
 std::optional<CErrorPanel::SRow> CErrorPanel::GetRow(const QTreeWidgetItem* item) const
 {
-    if (!item && m_list && !m_list->selectedItems().isEmpty())
+    if (!item && m_list && m_list->currentItem() && m_list->currentItem()->isSelected())
+        item = m_list->currentItem();
+    else if (!item && m_list && !m_list->selectedItems().isEmpty())
         item = m_list->selectedItems().first();
     if (!item)
         return {};
     const CodeAnalyzer::IErrorRow* known = RowOf(item);
     if (!known)
         return {};
-    SRow row{known->GetFile(), known->GetError(), item->text(2)};
+    SRow row{known->GetFile(), known->GetError(), {}, known->GetError().pos};
+    row.message = m_watch.MessageOf(row.file, row.error);
     row.error.type = m_watch.TypeOf(row.file, row.error);
+    row.error.pos = m_watch.WhereNow(row.file, row.error.pos);
     return row;
+}
+
+bool CErrorPanel::HasMoved(const SRow& row)
+{
+    return row.error.pos != row.foundAt;
+}
+
+void CErrorPanel::NameRow(QTreeWidgetItem* item)
+{
+    const std::optional<SRow> row = item ? GetRow(item) : std::nullopt;
+    if (!row)
+        return;
+    const bool isError = row->error.type == CodeAnalyzer::SeverityError;
+    item->setData(0, Qt::AccessibleTextRole,
+                  QStringLiteral("%1, %2").arg(isError ? Tr("Error") : Tr("Warning"), Describe(*row)));
+}
+
+void CErrorPanel::SetIncomplete(bool isIncomplete)
+{
+    m_isIncomplete = isIncomplete;
+    ShowCounts();
+}
+
+void CErrorPanel::FollowEdits()
+{
+    if (m_list)
+        m_list->viewport()->update();
 }
 
 QString CErrorPanel::Describe(const SRow& row) const
@@ -172,8 +222,17 @@ void CErrorPanel::SetCaret(const std::wstring& file, const SyntaxParser::CIterat
 
 bool CErrorPanel::eventFilter(QObject* watched, QEvent* event)
 {
+    if (event->type() == QEvent::KeyPress || event->type() == QEvent::MouseButtonPress)
+        m_lost.reset(); // the user chooses
     if (watched == m_list && event->type() == QEvent::KeyPress && OnListKey(*static_cast<QKeyEvent*>(event)))
         return true;
+    // The list knows places as they were found.
+    const std::optional<SRow> row =
+        event->type() == QEvent::MouseButtonDblClick && watched != m_list ? GetRow() : std::nullopt;
+    if (row && static_cast<QMouseEvent*>(event)->button() == Qt::LeftButton && HasMoved(*row)) {
+        OpenSelected();
+        return true;
+    }
     return QWidget::eventFilter(watched, event);
 }
 
@@ -233,8 +292,16 @@ void CErrorPanel::TypeAhead(const QString& text)
 
 void CErrorPanel::Copy(bool pathOnly)
 {
-    if (const std::optional<SRow> row = GetRow())
-        QApplication::clipboard()->setText(pathOnly ? Host::PathToQt(row->file) : Describe(*row));
+    QModelIndexList rows = m_list->selectionModel()->selectedRows();
+    std::sort(rows.begin(), rows.end());
+    QStringList lines;
+    for (const QModelIndex& index : rows)
+        if (const std::optional<SRow> row = GetRow(m_list->topLevelItem(index.row())))
+            lines.append(pathOnly ? Host::PathToQt(row->file) : Describe(*row));
+    if (pathOnly)
+        lines.removeDuplicates();
+    if (!lines.isEmpty())
+        QApplication::clipboard()->setText(lines.join('\n'));
 }
 
 void CErrorPanel::OpenSelected()
@@ -288,11 +355,12 @@ bool CErrorPanel::Passes(const CodeAnalyzer::IErrorRow& row) const
         return false;
     const auto place = [&] {
         return m_delegate->Shorten(Host::PathToQt(file)) + QStringLiteral(" - ") +
-               QString::number(error.pos.start.y + 1);
+               QString::number(m_watch.WhereNow(file, error.pos).start.y + 1);
     };
     const QString& text = m_text->text();
     if (!text.isEmpty() && !row.GetMessage().contains(text, Qt::CaseInsensitive) &&
-        !place().contains(text, Qt::CaseInsensitive))
+        !place().contains(text, Qt::CaseInsensitive) &&
+        !m_watch.MessageOf(file, error).contains(text, Qt::CaseInsensitive))
         return false;
     switch (m_scope->currentIndex()) {
     case ThisFile: return file == m_caret.file;
@@ -323,8 +391,52 @@ void CErrorPanel::OnSettled()
     if (m_rows->IsArranging())
         return m_settled.start();
     ShowCounts();
-    if (m_list->selectedItems().isEmpty())
+    KeepNear();
+    if (!m_list->currentItem() || !m_list->currentItem()->isSelected())
         m_caretTimer.start();
+}
+
+void CErrorPanel::NoteLoss(int first, int last)
+{
+    QTreeWidgetItem* current = m_list ? m_list->currentItem() : nullptr;
+    const int row = current && current->isSelected() ? m_list->indexOfTopLevelItem(current) : -1;
+    const CodeAnalyzer::IErrorRow* known = row >= first && row <= last ? RowOf(current) : nullptr;
+    if (!known || m_lost)
+        return;
+    m_lost = SLost{known->GetFile(), known->GetError(), {}};
+    m_lost->since.start();
+}
+
+void CErrorPanel::KeepNear()
+{
+    if (!m_lost)
+        return;
+    if (m_lost->since.elapsed() > LossTime) {
+        m_lost.reset();
+        return;
+    }
+    QTreeWidgetItem* nearest = nullptr;
+    std::tuple<std::int64_t, bool, std::int64_t> least;
+    const CodeAnalyzer::SCAError& lost = m_lost->error;
+    for (int row = 0; row < m_list->topLevelItemCount(); ++row) {
+        QTreeWidgetItem* item = m_list->topLevelItem(row);
+        const CodeAnalyzer::IErrorRow* known = RowOf(item);
+        if (!known || known->GetFile() != m_lost->file)
+            continue;
+        const CodeAnalyzer::SCAError error = known->GetError();
+        // What is on the same line, and of the same kind, comes first.
+        const std::tuple distance(std::abs(error.pos.start.y - lost.pos.start.y), error.code != lost.code,
+                                  std::abs(error.pos.start.x - lost.pos.start.x));
+        if (!nearest || distance < least) {
+            nearest = item;
+            least = distance;
+        }
+    }
+    if (!nearest)
+        return; // the check of the file may still be under way
+    m_lost.reset();
+    m_list->setCurrentItem(nearest);
+    m_list->scrollToItem(nearest);
 }
 
 void CErrorPanel::FollowCaret()
@@ -339,7 +451,7 @@ void CErrorPanel::FollowCaret()
         if (!row || row->GetFile() != m_caret.file)
             return false;
         const CodeAnalyzer::SCAError shown = row->GetError();
-        return shown.pos == error->pos && shown.code == error->code;
+        return shown.code == error->code && m_watch.WhereNow(m_caret.file, shown.pos) == error->pos;
     };
     QTreeWidgetItem* found = m_list->currentItem();
     for (int row = 0; !shows(found) && row < m_list->topLevelItemCount(); ++row)
@@ -358,6 +470,9 @@ void CErrorPanel::ShowCounts()
                        : Tr("Errors: %1, warnings: %2").arg(total.errors).arg(total.warnings);
     if (HasFilter())
         text = Tr("%1 (%2 shown)").arg(text).arg(m_list ? m_list->topLevelItemCount() : 0);
+    if (m_isIncomplete)
+        text +=
+            (text.isEmpty() ? QString() : QStringLiteral(" - ")) + Tr("incomplete: the check was stopped");
     m_counts->setText(text);
 }
 

@@ -3,6 +3,7 @@
 #include "ErrorWatch.h"
 #include "Kesh/CodeAnalyzer/IErrorRow.h"
 
+#include <QElapsedTimer>
 #include <QPointer>
 #include <QTimer>
 #include <QWidget>
@@ -38,6 +39,7 @@ public:
         std::wstring file;
         CodeAnalyzer::SCAError error;
         QString message;
+        SyntaxParser::SScheme foundAt; ///< in the text as it was checked
     };
     /// Null item: the selected row. Empty when the row's error is gone.
     std::optional<SRow> GetRow(const QTreeWidgetItem* item = nullptr) const;
@@ -51,6 +53,10 @@ public:
     /// The file and the place that the user works at; an empty file for none. The selection follows soon.
     void SetCaret(const std::wstring& file, const SyntaxParser::CIterator& pos);
 
+    /// The list does not hold all there is: the check of the project was stopped.
+    void SetIncomplete(bool isIncomplete);
+    /// A file has been edited: the rows tell where its errors are now.
+    void FollowEdits();
     /// Whether the list shows what the filter lets through, and says how much that is.
     bool IsFilterDone() const { return !m_filterStart.isActive() && !m_settled.isActive(); }
 
@@ -71,6 +77,9 @@ private:
     void TypeAhead(const QString& text);
     void Copy(bool pathOnly);
     void OpenSelected();
+    /// A screen reader is to tell all of a row, whose first column it comes to.
+    void NameRow(QTreeWidgetItem* item);
+    static bool HasMoved(const SRow& row);
     void ShowMenu(const QPoint& point);
 
     void OnWatchChanged(const std::set<std::wstring>& files);
@@ -80,6 +89,9 @@ private:
     /// Whether the user has set one.
     bool HasFilter() const;
     bool Passes(const CodeAnalyzer::IErrorRow& row) const;
+    /// The selected row may be about to go; what was near it is selected once there is something.
+    void NoteLoss(int first, int last);
+    void KeepNear();
     void FollowCaret();
     void ShowCounts();
 
@@ -99,6 +111,14 @@ private:
     QTimer m_filterStart; ///< soon after a change
     QTimer m_settled;     ///< rows come and go
     bool m_hides = false; ///< the project does not want some errors
+    bool m_isIncomplete = false;
+    struct SLost
+    {
+        std::wstring file;
+        CodeAnalyzer::SCAError error;
+        QElapsedTimer since;
+    };
+    std::optional<SLost> m_lost; ///< the row that was selected and has gone
     QString m_typed;
     QTimer m_typedTimer;
 };

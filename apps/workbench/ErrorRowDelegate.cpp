@@ -32,13 +32,17 @@ bool CErrorRowDelegate::helpEvent(QHelpEvent* event, QAbstractItemView* view,
     if (event->type() != QEvent::ToolTip || !index.isValid())
         return QStyledItemDelegate::helpEvent(event, view, option, index);
     // The whole text, which may not fit into its column.
-    QToolTip::showText(event->globalPos(), PlainTip(index.data().toString()), view);
+    const QString text = index.column() == 2 && m_messageOf ? m_messageOf(index.row()) : QString();
+    QToolTip::showText(event->globalPos(), PlainTip(text.isEmpty() ? index.data().toString() : text), view);
     return true;
 }
 
 void CErrorRowDelegate::initStyleOption(QStyleOptionViewItem* option, const QModelIndex& index) const
 {
     QStyledItemDelegate::initStyleOption(option, index);
+    if (index.column() == 1 && m_lineOf)
+        if (const std::optional<std::int64_t> line = m_lineOf(index.row()))
+            option->text = option->text.left(option->text.lastIndexOf(' ') + 1) + QString::number(*line + 1);
     if (index.column() != 0)
         return;
     static const QIcon error = IconOf(ESeverity::Error);

@@ -17,6 +17,16 @@ namespace {
 constexpr int AskDelay = 20;  // ms
 constexpr int TellDelay = 20; // ms
 
+void Move(CodeAnalyzer::SDiagnostic& diagnostic, const CEditLog& edits)
+{
+    diagnostic.error.pos = edits.Moved(diagnostic.error.pos);
+    for (CodeAnalyzer::SRelatedPlace& related : diagnostic.details.related)
+        related.pos = edits.Moved(related.pos);
+    for (CodeAnalyzer::SFix& fix : diagnostic.details.fixes)
+        for (CodeAnalyzer::STextEdit& edit : fix.edits)
+            edit.span = edits.Moved(edit.span);
+}
+
 } // namespace
 
 ESeverity SeverityOf(const SCAError& error)
@@ -25,10 +35,7 @@ ESeverity SeverityOf(const SCAError& error)
 }
 
 CErrorWatch::CErrorWatch(CodeAnalyzer::IErrorsSource& source, CodeAnalyzer::IErrorsManager& manager)
-    : m_source(source),
-      m_manager(manager),
-      m_judge(source.GetTexts()),
-      m_rules(Findings::CProjectRules::None())
+    : m_source(source), m_manager(manager), m_judge(source), m_rules(Findings::CProjectRules::None())
 {
     const auto once = [this](QTimer& timer, int delay, auto action) {
         timer.setSingleShot(true);
@@ -43,6 +50,8 @@ CErrorWatch::CErrorWatch(CodeAnalyzer::IErrorsSource& source, CodeAnalyzer::IErr
     m_added = source.GetAddedSignal().connect(
         [this](const std::wstring& file, const std::vector<SCAError>& errors) { OnAdded(file, errors); });
     m_removed = source.GetRemovedSignal().connect([this](const std::wstring& file) { OnRemoved(file); });
+    m_begun =
+        source.GetCheckBegunSignal().connect([this](const CodeAnalyzer::SCheck& check) { OnBegun(check); });
     m_ended = source.GetCheckEndedSignal().connect(
         [this](const CodeAnalyzer::SCheck& check, CodeAnalyzer::ECheckEnd end) { OnEnded(check, end); });
 }
@@ -82,8 +91,16 @@ void CErrorWatch::NoteChange(const std::wstring& file)
         m_ask.start();
 }
 
+void CErrorWatch::OnBegun(const CodeAnalyzer::SCheck& check)
+{
+    if (CEditLog* edits = m_editsOf ? m_editsOf(check.file) : nullptr)
+        edits->BeginCheck();
+}
+
 void CErrorWatch::OnEnded(const CodeAnalyzer::SCheck& check, CodeAnalyzer::ECheckEnd end)
 {
+    if (CEditLog* edits = check.ofDocument && m_editsOf ? m_editsOf(check.file) : nullptr)
+        edits->EndCheck(end == CodeAnalyzer::ECheckEnd::Complete);
     if (end == CodeAnalyzer::ECheckEnd::Complete)
         Renew(check.file).isChecked = true;
 }
@@ -206,18 +223,8 @@ std::int32_t CErrorWatch::TypeOf(const std::wstring& file, const SCAError& error
 {
     if (error.code == CodeAnalyzer::Code::UnusedIgnore)
         return error.type; // found in deciding
-    const auto state = m_states.find(file);
-    if (state != m_states.end() && state->second.isJudged) {
-        const std::vector<SJudgedError>& errors = state->second.verdict.errors;
-        const auto found = std::lower_bound(errors.begin(), errors.end(), error,
-                                            [](const SJudgedError& judged, const SCAError& wanted) {
-                                                return judged.error.pos.start < wanted.pos.start;
-                                            });
-        for (auto judged = found; judged != errors.end() && judged->error.pos.start == error.pos.start;
-             ++judged)
-            if (judged->error.code == error.code && judged->error.pos.end == error.pos.end)
-                return judged->type;
-    }
+    if (const SJudgedError* judged = FindJudged(file, error))
+        return judged->type;
     return HidesUndecided(file) ? 0 : TypeBySettings(file, error);
 }
 
@@ -235,28 +242,62 @@ ESeverity CErrorWatch::GetSeverity(const std::wstring& file) const
     return found->second.errors > 0 ? ESeverity::Error : ESeverity::Warning;
 }
 
-std::vector<SCAError> CErrorWatch::GetErrors(const std::wstring& file)
+const CEditLog* CErrorWatch::EditsOf(const std::wstring& file) const
 {
-    std::vector<SCAError> errors;
+    const CEditLog* edits = m_editsOf ? m_editsOf(file) : nullptr;
+    return edits && !edits->IsEmpty() ? edits : nullptr;
+}
+
+SyntaxParser::SScheme CErrorWatch::WhereNow(const std::wstring& file,
+                                            const SyntaxParser::SScheme& stored) const
+{
+    const CEditLog* edits = EditsOf(file);
+    return edits ? edits->Moved(stored) : stored;
+}
+
+const SJudgedError* CErrorWatch::FindJudged(const std::wstring& file, const SCAError& stored) const
+{
+    const auto state = m_states.find(file);
+    if (state == m_states.end() || !state->second.isJudged)
+        return nullptr;
+    const std::vector<SJudgedError>& errors = state->second.verdict.errors;
+    const auto found = std::lower_bound(errors.begin(), errors.end(), stored,
+                                        [](const SJudgedError& judged, const SCAError& wanted) {
+                                            return judged.error.pos.start < wanted.pos.start;
+                                        });
+    for (auto judged = found; judged != errors.end() && judged->error.pos.start == stored.pos.start; ++judged)
+        if (judged->error.code == stored.code && judged->error.pos.end == stored.pos.end)
+            return &*judged;
+    return nullptr;
+}
+
+template <class TAction> void CErrorWatch::ForEach(const std::wstring& file, TAction action)
+{
     const auto state = m_states.find(file);
     if (state == m_states.end())
-        return errors;
-    const auto add = [&](SCAError error, std::int32_t type) {
-        error.type = type;
+        return;
+    const CEditLog* edits = EditsOf(file);
+    const auto tell = [&](const SCAError& stored, std::int32_t type) {
         if (type != 0)
-            errors.push_back(error);
+            action(stored, SCAError{edits ? edits->Moved(stored.pos) : stored.pos, stored.code, type});
     };
     if (state->second.isJudged) {
         for (const SJudgedError& judged : state->second.verdict.errors)
-            add(judged.error, judged.type);
+            tell(judged.error, judged.type);
         for (const CodeAnalyzer::SHostError& own : state->second.verdict.own)
-            add(own.error, own.error.type);
+            tell(own.error, own.error.type);
     } else if (!HidesUndecided(file)) {
         std::vector<SCAError> stored;
         m_source.GetErrors(file, stored);
         for (const SCAError& error : stored)
-            add(error, TypeBySettings(file, error));
+            tell(error, TypeBySettings(file, error));
     }
+}
+
+std::vector<SCAError> CErrorWatch::GetErrors(const std::wstring& file)
+{
+    std::vector<SCAError> errors;
+    ForEach(file, [&](const SCAError&, const SCAError& now) { errors.push_back(now); });
     return errors;
 }
 
@@ -270,11 +311,16 @@ std::vector<CodeAnalyzer::SDiagnostic> CErrorWatch::GetDiagnostics(const std::ws
     if (const auto state = m_states.find(file); state != m_states.end())
         for (const CodeAnalyzer::SHostError& own : state->second.verdict.own)
             diagnostics.push_back({own.error, own.details});
+    if (const CEditLog* edits = EditsOf(file))
+        for (CodeAnalyzer::SDiagnostic& diagnostic : diagnostics)
+            Move(diagnostic, *edits);
     return diagnostics;
 }
 
-QString CErrorWatch::GetMessage(const std::wstring& file, const SCAError& error)
+QString CErrorWatch::MessageOf(const std::wstring& file, const SCAError& error) const
 {
+    if (const SJudgedError* judged = FindJudged(file, error); judged && !judged->message.empty())
+        return QString::fromStdString(judged->message);
     if (const auto state = m_states.find(file); state != m_states.end())
         for (const CodeAnalyzer::SHostError& own : state->second.verdict.own)
             if (own.error.code == error.code && own.error.pos == error.pos)
@@ -295,15 +341,14 @@ std::optional<SCAError> CErrorWatch::FindAt(const std::wstring& file, const Synt
     return covering ? covering : onLine;
 }
 
-QString CErrorWatch::GetMessages(const std::wstring& file, const SyntaxParser::CIterator& pos, bool wholeLine)
+QString CErrorWatch::GetMessages(const std::wstring& file, const SyntaxParser::CIterator& pos)
 {
     QStringList messages;
-    for (const SCAError& error : GetErrors(file)) {
-        const auto& [start, end] = error.pos;
-        const bool covers = wholeLine ? start.y == pos.y : start <= pos && (pos < end || pos == start);
-        if (covers)
-            messages.append(QStringLiteral("%1 [%2]").arg(GetMessage(file, error)).arg(error.code));
-    }
+    ForEach(file, [&](const SCAError& stored, const SCAError& now) {
+        const auto& [start, end] = now.pos;
+        if (start <= pos && (pos < end || pos == start))
+            messages.append(QStringLiteral("%1 [%2]").arg(MessageOf(file, stored)).arg(stored.code));
+    });
     messages.removeDuplicates();
     return messages.join('\n');
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "EditLog.h"
 #include "ErrorJudge.h"
 #include "Kesh/CodeAnalyzer/Plugin.h"
 #include "Severity.h"
@@ -43,17 +44,24 @@ public:
     /// The text of an open file, asked when its errors have changed; nothing for one that is not open.
     using TTextOf = std::function<std::optional<std::wstring>(const std::wstring& file)>;
     void SetTextSource(TTextOf textOf) { m_textOf = std::move(textOf); }
+    /// The edits of an open file since its errors were found; null for one that is not open.
+    using TEditsOf = std::function<CEditLog*(const std::wstring& file)>;
+    void SetEditSource(TEditsOf editsOf) { m_editsOf = std::move(editsOf); }
     SCounts GetTotal() const { return m_total; }
     /// The counts of each file that has any.
     const std::map<std::wstring, SCounts>& GetFiles() const { return m_files; }
 
     CodeAnalyzer::IErrorsManager& GetManager() { return m_manager; }
+    /// Where a stored error is in the file's text as it is now; that is where all errors are said to be here,
+    /// unless they are called stored ones.
+    SyntaxParser::SScheme WhereNow(const std::wstring& file, const SyntaxParser::SScheme& stored) const;
     /// The gravest of a file's errors.
     ESeverity GetSeverity(const std::wstring& file) const;
     std::vector<CodeAnalyzer::SCAError> GetErrors(const std::wstring& file);
     /// The same, with what is known of each.
     std::vector<CodeAnalyzer::SDiagnostic> GetDiagnostics(const std::wstring& file);
-    QString GetMessage(const std::wstring& file, const CodeAnalyzer::SCAError& error);
+    /// All there is to say of a stored error, as far as that is known yet.
+    QString MessageOf(const std::wstring& file, const CodeAnalyzer::SCAError& error) const;
     /// The error at a place: the one that begins last of those that cover it, or else that of its line.
     std::optional<CodeAnalyzer::SCAError> FindAt(const std::wstring& file,
                                                  const SyntaxParser::CIterator& pos);
@@ -68,8 +76,8 @@ public:
     /// Whether anything has been checked, so that no errors means that there are none.
     bool HasChecked() const { return m_hasChecked; }
     void SetChecked(bool hasChecked);
-    /// The messages and codes of the errors at a place, a line each; those of the whole line if asked.
-    QString GetMessages(const std::wstring& file, const SyntaxParser::CIterator& pos, bool wholeLine);
+    /// The messages and codes of the errors at a place, a line each.
+    QString GetMessages(const std::wstring& file, const SyntaxParser::CIterator& pos);
     /// The start of the next error after a place, or the last one before it, going on in other files and
     /// round the end; empty when there are no errors.
     std::optional<SErrorPlace> FindNeighbour(const SErrorPlace& from, bool forward);
@@ -89,6 +97,7 @@ private:
 
     void OnAdded(const std::wstring& file, const std::vector<CodeAnalyzer::SCAError>& errors);
     void OnRemoved(const std::wstring& file);
+    void OnBegun(const CodeAnalyzer::SCheck& check);
     void OnEnded(const CodeAnalyzer::SCheck& check, CodeAnalyzer::ECheckEnd end);
     /// What is stored has become another.
     SState& Renew(const std::wstring& file);
@@ -100,6 +109,12 @@ private:
     void Forget(const std::wstring& file);
     void ForgetCounts(const std::wstring& file);
     std::int32_t TypeBySettings(const std::wstring& file, const CodeAnalyzer::SCAError& error) const;
+    /// Calls `action` with each error that is wanted, as it is stored and as it is now.
+    template <class TAction> void ForEach(const std::wstring& file, TAction action);
+    /// Null when nothing has been decided about it.
+    const SJudgedError* FindJudged(const std::wstring& file, const CodeAnalyzer::SCAError& stored) const;
+    /// Null when the file's errors are where they were found.
+    const CEditLog* EditsOf(const std::wstring& file) const;
     bool HidesUndecided(const std::wstring& file) const;
 
     CodeAnalyzer::IErrorsSource& m_source;
@@ -107,6 +122,7 @@ private:
     CErrorJudge m_judge;
     TProjectRules m_rules;
     TTextOf m_textOf;
+    TEditsOf m_editsOf;
     std::map<std::wstring, SState> m_states;
     std::uint64_t m_generation = 0;
     int m_hiding = 0; ///< files with an error that is not wanted
@@ -119,6 +135,7 @@ private:
     QTimer m_tell;
     boost::signals2::scoped_connection m_added;
     boost::signals2::scoped_connection m_removed;
+    boost::signals2::scoped_connection m_begun;
     boost::signals2::scoped_connection m_ended;
 };
 

@@ -25,6 +25,9 @@ public:
         if (role == Qt::ForegroundRole && !m_marked.isEmpty())
             if (const ESeverity severity = m_marked.value(filePath(index)); severity != ESeverity::None)
                 return ColorOf(severity, m_tree.palette().color(QPalette::Base));
+        // What colours tell is told in words too.
+        if (role == Qt::AccessibleTextRole)
+            return WithSeverity(fileName(index), m_marked.value(filePath(index)));
         return QFileSystemModel::data(index, role);
     }
 

@@ -15,13 +15,19 @@
 
 namespace Kesh::Workbench {
 
+namespace {
+
+constexpr int CountDelay = 150; // ms: who types on does not look yet
+
+} // namespace
+
 CFindBar::CFindBar(QWidget* parent)
     : QWidget(parent),
       m_pattern(new QLineEdit),
       m_replacement(new QLineEdit),
-      m_matchCase(new QCheckBox(Tr("Match &case"))),
+      m_matchCase(new QCheckBox(Tr("Match ca&se"))),
       m_wholeWord(new QCheckBox(Tr("&Whole words"))),
-      m_regExp(new QCheckBox(Tr("&Regular expression"))),
+      m_regExp(new QCheckBox(Tr("Regular e&xpression"))),
       m_result(new QLabel)
 {
     setObjectName(QStringLiteral("findBar"));
@@ -51,22 +57,55 @@ CFindBar::CFindBar(QWidget* parent)
     choices->addWidget(m_result, 1, Qt::AlignRight);
     layout->addLayout(choices, 2, 0, 1, 4);
     layout->setColumnStretch(0, 1);
+    // Who has typed what to find goes on with what is to take its place.
+    setTabOrder(m_pattern, m_replacement);
+    m_result->setObjectName(QStringLiteral("findResult"));
+    m_countTimer.setSingleShot(true);
+    m_countTimer.setInterval(CountDelay);
+    connect(&m_countTimer, &QTimer::timeout, this, &CFindBar::ShowCount);
+    connect(m_pattern, &QLineEdit::textChanged, &m_countTimer, qOverload<>(&QTimer::start));
+    for (QCheckBox* choice : {m_matchCase, m_wholeWord, m_regExp})
+        connect(choice, &QCheckBox::toggled, &m_countTimer, qOverload<>(&QTimer::start));
     connect(m_pattern, &QLineEdit::returnPressed, this, [this] { Find(true); });
     connect(m_replacement, &QLineEdit::returnPressed, this, [this] { Replace(); });
     hide();
 }
 
-void CFindBar::Open()
+void CFindBar::Open(bool replaces)
 {
-    if (m_editor && m_editor->hasSelectedText() && !m_editor->selectedText().contains('\n'))
-        m_pattern->setText(m_editor->selectedText());
-    m_result->clear();
+    const QString selected = m_editor ? m_editor->selectedText() : QString();
+    const bool isGiven = !selected.isEmpty() && !selected.contains('\n');
+    if (isGiven)
+        m_pattern->setText(selected);
     show();
     m_pattern->selectAll();
-    m_pattern->setFocus();
+    m_replacement->selectAll();
+    (replaces && isGiven ? m_replacement : m_pattern)->setFocus();
+    ShowCount();
     // The bar takes its room from the editor, and may cover the place that the user looks at.
     if (m_editor)
         QTimer::singleShot(0, m_editor, [editor = m_editor] { editor->CenterCaret(); });
+}
+
+SReplaceOrder CFindBar::GetOrder() const
+{
+    return {m_pattern->text(), m_replacement->text(), m_matchCase->isChecked(), m_wholeWord->isChecked(),
+            m_regExp->isChecked()};
+}
+
+void CFindBar::ShowCount()
+{
+    m_countTimer.stop();
+    if (!m_editor || m_pattern->text().isEmpty()) {
+        m_result->clear();
+        return;
+    }
+    const SMatchCount counted = CountMatches(*m_editor, GetOrder());
+    const QString count =
+        counted.isComplete ? QString::number(counted.count) : Tr("more than %1").arg(counted.count - 1);
+    m_result->setText(counted.count == 0    ? Tr("Not found")
+                      : counted.current > 0 ? Tr("%1 of %2").arg(QString::number(counted.current), count)
+                                            : Tr("Found: %1").arg(count));
 }
 
 bool CFindBar::Find(bool forward)
@@ -82,7 +121,7 @@ bool CFindBar::Find(bool forward)
     const bool found =
         m_editor->findFirst(m_pattern->text(), m_regExp->isChecked(), m_matchCase->isChecked(),
                             m_wholeWord->isChecked(), true, forward, line, index, true, false, true);
-    m_result->setText(found ? QString() : Tr("Not found"));
+    ShowCount();
     return found;
 }
 
@@ -106,9 +145,7 @@ void CFindBar::ReplaceAll()
 {
     if (!m_editor || m_pattern->text().isEmpty())
         return;
-    const int count =
-        Workbench::ReplaceAll(*m_editor, {m_pattern->text(), m_replacement->text(), m_matchCase->isChecked(),
-                                          m_wholeWord->isChecked(), m_regExp->isChecked()});
+    const int count = Workbench::ReplaceAll(*m_editor, GetOrder());
     m_result->setText(count > 0 ? Tr("Replaced: %1").arg(count) : Tr("Not found"));
 }
 

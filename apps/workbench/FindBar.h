@@ -1,5 +1,8 @@
 #pragma once
 
+#include "TextMatches.h"
+
+#include <QTimer>
 #include <QWidget>
 
 class QCheckBox;
@@ -20,8 +23,9 @@ public:
 
     /// The editor to search in; null for none. Not owned; must be called before the editor goes.
     void SetEditor(CCodeEditor* editor) { m_editor = editor; }
-    /// Shows the bar with the selected word to find.
-    void Open();
+    /// Shows the bar with the selected word to find, or, when there is one and it is to be replaced, ready
+    /// for what is to take its place.
+    void Open(bool replaces = false);
     void FindNext() { Find(true); }
     void FindPrevious() { Find(false); }
 
@@ -33,6 +37,8 @@ private:
     void Replace();
     void ReplaceAll();
     void Close();
+    SReplaceOrder GetOrder() const;
+    void ShowCount();
 
     CCodeEditor* m_editor = nullptr;
     QLineEdit* m_pattern;
@@ -41,6 +47,7 @@ private:
     QCheckBox* m_wholeWord;
     QCheckBox* m_regExp;
     QLabel* m_result;
+    QTimer m_countTimer;
 };
 
 } // namespace Kesh::Workbench

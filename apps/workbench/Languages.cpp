@@ -2,6 +2,7 @@
 
 #include "Base/Exception.h"
 #include "Files/FileIO.h"
+#include "Texts.h"
 
 #include <QDir>
 #include <QFile>
@@ -18,6 +19,7 @@ namespace Kesh::Workbench {
 
 namespace {
 
+const QString English = QStringLiteral("en");
 const QString OwnFolder = QStringLiteral(":/translations");
 /// A translation is data that a person wrote; a longer file is something else.
 constexpr qint64 MaxTranslationBytes = 4 << 20;
@@ -32,7 +34,7 @@ std::vector<SLanguage> GetLanguages(const QString& userFolder)
         for (const QString& file : QDir(folder).entryList({"*.json"}, QDir::Files, QDir::Name))
             names.append(file.chopped(5));
     names.removeDuplicates();
-    std::vector<SLanguage> languages{{QString(), QStringLiteral("English")}};
+    std::vector<SLanguage> languages{{QString(), Tr("As the system")}, {English, QStringLiteral("English")}};
     for (const QString& name : names) {
         const QString native = QLocale(name).nativeLanguageName();
         languages.push_back({name, native.isEmpty() ? name : native});
@@ -40,10 +42,31 @@ std::vector<SLanguage> GetLanguages(const QString& userFolder)
     return languages;
 }
 
-std::unique_ptr<LangSupport::CTranslations> LoadLanguage(const QString& name, const QString& userFolder,
+QString ChooseLanguage(const QStringList& wanted, const QString& userFolder)
+{
+    InitResources();
+    const auto exists = [&](const QString& name) {
+        return QFile::exists(userFolder + '/' + name + QStringLiteral(".json")) ||
+               QFile::exists(OwnFolder + '/' + name + QStringLiteral(".json"));
+    };
+    for (QString full : wanted) {
+        full.replace('_', '-');
+        const QString language = full.section('-', 0, 0);
+        for (const QString& name : {full, language})
+            if (name != "C" && exists(name))
+                return name;
+        if (language == English || language == "C")
+            break;
+    }
+    return English;
+}
+
+std::unique_ptr<LangSupport::CTranslations> LoadLanguage(const QString& chosen, const QString& userFolder,
                                                          QString& problem)
 {
-    if (name.isEmpty())
+    const QString name =
+        chosen.isEmpty() ? ChooseLanguage(QLocale::system().uiLanguages(), userFolder) : chosen;
+    if (name == English)
         return std::make_unique<LangSupport::CTranslations>();
     InitResources();
     for (const QString& folder : {userFolder, OwnFolder}) {

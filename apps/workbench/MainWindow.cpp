@@ -15,11 +15,13 @@
 #include "Files/Printable.h"
 #include "FindBar.h"
 #include "FormatChoice.h"
+#include "Journal.h"
 #include "Languages.h"
 #include "MenuBuilder.h"
 #include "MessageStrip.h"
 #include "ProjectManager/ProjectManager.h"
 #include "ProjectSession.h"
+#include "QuickOpen.h"
 #include "SearchDock.h"
 #include "SettingsDialog.h"
 #include "StatusLine.h"
@@ -78,13 +80,17 @@ CMainWindow::CMainWindow(Host::CFileSettings& settings, LangSupport::ILangSource
       m_tree(new CFileTree),
       m_treeDock(new QDockWidget(Tr("Project"), this)),
       m_search(new CSearchDock(*m_application, *m_area)),
+      m_quickOpen(new CQuickOpen(this)),
       m_status(new CStatusLine(*statusBar())),
       m_format(new CFormatChoice(*m_area)),
       m_help(new CErrorHelp(*m_application, *m_area)),
       m_errorList(new CErrorList({*m_application, m_frame, *m_area, *m_status, *m_help, *this})),
       m_check(new CCheckControl({*m_application, m_frame, *m_status, m_area->GetMessageStrip()})),
       m_project(new CProjectSession({*m_application, m_preferences, *m_area, *m_tree, *m_status, *m_check})),
-      m_files(*m_application, *m_area, *m_project, m_dialogs)
+      m_files(*m_application, *m_area, *m_project, m_dialogs),
+      m_journal(std::make_unique<CJournal>(m_preferences.GetJournalPlace(), *m_area,
+                                           [this] { return m_project->GetOpen(); })),
+      m_recovery(m_preferences.GetJournalPlace(), {*m_application, *m_area, *m_journal})
 {
     s_window = this;
     Host::SetFaultSink(&ShowFault);
@@ -100,6 +106,7 @@ CMainWindow::CMainWindow(Host::CFileSettings& settings, LangSupport::ILangSource
     m_menus->setParent(this);
     Wire();
     FollowProjectData();
+    FollowUnsaved();
 
     const SChoices choices = m_preferences.GetChoices();
     QApplication::setPalette(MakePalette(choices.appearance, SystemPalette()));
@@ -140,7 +147,15 @@ void CMainWindow::Wire()
             [this](const QString& text) { m_area->GetMessageStrip().Show(text); });
     connect(m_help, &CErrorHelp::settingsChanged, m_project, &CProjectSession::Refresh);
     connect(m_project, &CProjectSession::changed, this, &CMainWindow::OnCurrentChanged);
+    connect(m_check, &CCheckControl::incomplete, m_errorList, &CErrorList::SetIncomplete);
+    connect(m_project, &CProjectSession::closed, this, [this] { m_errorList->SetIncomplete(false); });
     connect(m_project, &CProjectSession::closed, m_search, &CSearchDock::Clear);
+    connect(m_menus, &CWindowMenus::quickOpenRequested, this,
+            [this] { m_quickOpen->Open(m_application->Project().GetFolder()); });
+    connect(m_quickOpen, &CQuickOpen::chosen, this, [this](const std::wstring& file) {
+        if (m_area->Open(file))
+            m_area->GetCurrentEditor()->setFocus();
+    });
     connect(m_menus, &CWindowMenus::settingsRequested, this, &CMainWindow::EditSettings);
 }
 
@@ -160,10 +175,19 @@ void CMainWindow::FollowProjectData()
     });
 }
 
+void CMainWindow::FollowUnsaved()
+{
+    connect(m_journal.get(), &CJournal::failed, this, [this](const QString& reason) {
+        m_area->GetMessageStrip().Show(
+            Tr("Unsaved changes cannot be noted on disk; a fault would lose them: %1").arg(reason));
+    });
+}
+
 CMainWindow::~CMainWindow()
 {
     m_project->Cancel();
     m_area->DiscardAll();
+    m_journal.reset();
     m_application->Project().Close();
     UnloadValidator();
     m_application->Project().DeliverDataNotices();
@@ -188,6 +212,10 @@ void CMainWindow::LoadValidator()
             if (document->GetPath() == file)
                 return document->GetBuffer()->GetText(L"\n");
         return {};
+    });
+    m_errors->SetEditSource([this](const std::wstring& file) {
+        CCodeEditor* editor = m_area->FindEditor(file);
+        return editor ? &editor->GetEdits() : nullptr;
     });
     ShowValidator();
     GiveCustomNames(m_preferences.GetChoices());
@@ -284,9 +312,15 @@ bool CMainWindow::CloseProject()
     return m_project->Close();
 }
 
-void CMainWindow::RestoreSession()
+void CMainWindow::Begin(const std::vector<std::wstring>& paths)
 {
-    m_project->Restore();
+    m_recovery.Look();
+    for (const std::wstring& path : paths)
+        OpenPath(path);
+    if (paths.empty())
+        m_project->Restore(
+            m_recovery.GetSession(m_preferences.GetSessionTime()).value_or(m_preferences.GetSession()));
+    m_recovery.Bring();
 }
 
 void CMainWindow::OpenUrls(const QList<QUrl>& urls)
@@ -356,6 +390,8 @@ void CMainWindow::OnCurrentChanged()
         QString encoding = EncodingName(format);
         if (!format.valid)
             encoding += QStringLiteral(" (%1)").arg(Tr("not valid"));
+        if (m_area->GetCurrentEditor()->IsPlain())
+            encoding += QStringLiteral(" (%1)").arg(Tr("large file: plain text"));
         QString lineEnds = LineEndName(format.lineEnd);
         if (format.mixedLineEnds)
             lineEnds += QStringLiteral(" (%1)").arg(Tr("mixed"));
@@ -405,13 +441,19 @@ void CMainWindow::closeEvent(QCloseEvent* event)
     ProjectManager::CProjectManager& project = m_application->Project();
     if (!m_leaving) {
         const SSession session = m_project->GetOpen();
-        if (!m_area->CloseAll()) {
+        // Who logs off is not to be held up by questions.
+        const bool keeps = (m_preferences.GetChoices().hotExit || qApp->isSavingSession()) &&
+                           !m_area->GetUnsaved().empty() && m_journal->Keep(session);
+        if (keeps) {
+            m_area->DiscardAll();
+        } else if (!m_area->CloseAll()) {
             event->ignore();
             return;
         }
         if (!m_cameBack || !session.project.isEmpty() || !session.files.empty())
             m_preferences.SetSession(session);
         SaveLayout();
+        m_journal->Stop(); // what it knew is in the settings now
         m_project->Cancel();
         m_stays = false;
         project.Close();
@@ -431,14 +473,19 @@ void CMainWindow::BackAgain()
     m_cameBack = true;
     m_project->ShowNone();
     show();
+    m_journal->Resume();
+    m_recovery.Look(); // for what has just been kept
+    m_recovery.Bring();
 }
 
 void CMainWindow::changeEvent(QEvent* event)
 {
     QMainWindow::changeEvent(event);
     // Not every file system tells of changes; the user comes back from where they were made.
-    if (event->type() == QEvent::ActivationChange && isActiveWindow())
+    if (event->type() == QEvent::ActivationChange && isActiveWindow()) {
         m_area->CheckDisk();
+        m_project->CheckSettings();
+    }
 }
 
 } // namespace Kesh::Workbench

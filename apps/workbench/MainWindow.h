@@ -6,6 +6,7 @@
 #include "MainFrame.h"
 #include "Preferences.h"
 #include "Prompts.h"
+#include "Recovery.h"
 #include "SyntaxParser/OwnNames.h"
 #include "Window/Display.h"
 
@@ -13,6 +14,7 @@
 #include <QUrl>
 #include <memory>
 #include <string>
+#include <vector>
 
 class QDockWidget;
 
@@ -25,7 +27,9 @@ class CErrorList;
 class CErrorWatch;
 class CFileTree;
 class CFormatChoice;
+class CJournal;
 class CProjectSession;
+class CQuickOpen;
 class CSearchDock;
 class CStatusLine;
 class CWindowMenus;
@@ -44,8 +48,9 @@ public:
     /// Opens a folder as the project, in the background, or a file.
     void OpenPath(const std::wstring& path);
     void OpenProject(const std::wstring& folder);
-    /// Opens what was open when the last window was closed, as far as it is still there.
-    void RestoreSession();
+    /// Opens these folders and files, or what was open when the last window ended, as far as it is still
+    /// there; and brings back, or offers, what earlier windows have left unsaved.
+    void Begin(const std::vector<std::wstring>& paths = {});
     /// False when the user cancels.
     bool CloseProject();
 
@@ -71,6 +76,7 @@ private:
     void MakeDocks();
     void Wire();
     void FollowProjectData();
+    void FollowUnsaved();
     void LoadValidator();
     void ShowValidator();
     void UnloadValidator();
@@ -103,6 +109,7 @@ private:
     CFileTree* m_tree;
     QDockWidget* m_treeDock;
     CSearchDock* m_search;
+    CQuickOpen* m_quickOpen;
     CStatusLine* m_status;
     CFormatChoice* m_format;
     CErrorHelp* m_help;
@@ -110,6 +117,8 @@ private:
     CCheckControl* m_check;
     CProjectSession* m_project;
     CFileCommands m_files;
+    std::unique_ptr<CJournal> m_journal;
+    CRecovery m_recovery;
     CWindowMenus* m_menus;
 };
 

@@ -2,6 +2,8 @@
 
 #include "Files/FilePath.h"
 
+#include <QDateTime>
+#include <QFileInfo>
 #include <QRegularExpression>
 #include <algorithm>
 
@@ -30,6 +32,7 @@ SChoices CPreferences::GetChoices() const
     choices.appearance = static_cast<EAppearance>(
         std::clamp(store.value("Workbench/appearance").toInt(), 0, static_cast<int>(EAppearance::Dark)));
     choices.fontSize = std::clamp(store.value("Workbench/fontSize", choices.fontSize).toInt(), 6, 72);
+    choices.hotExit = store.value("Workbench/hotExit", choices.hotExit).toBool();
     choices.grammar = store.value("Workbench/grammar", choices.grammar).toBool();
     choices.markup = store.value("Workbench/markup", choices.markup).toBool();
     choices.customTags = SplitNames(store.value("CustomNames/tags").toStringList().join(' '));
@@ -46,6 +49,7 @@ void CPreferences::SetChoices(const SChoices& choices)
     store.setValue("Workbench/language", choices.language);
     store.setValue("Workbench/appearance", static_cast<int>(choices.appearance));
     store.setValue("Workbench/fontSize", choices.fontSize);
+    store.setValue("Workbench/hotExit", choices.hotExit);
     store.setValue("Workbench/grammar", choices.grammar);
     store.setValue("Workbench/markup", choices.markup);
     store.setValue("Workbench/checksMarkup", choices.checksMarkup);
@@ -88,10 +92,16 @@ SSession CPreferences::GetSession() const
     return session;
 }
 
+std::int64_t CPreferences::GetSessionTime() const
+{
+    return m_settings.GetStore().value("Session/noted").toLongLong();
+}
+
 void CPreferences::SetSession(const SSession& session)
 {
     QSettings& store = m_settings.GetStore();
     store.remove("Session");
+    store.setValue("Session/noted", QString::number(QDateTime::currentMSecsSinceEpoch()));
     store.setValue("Session/project", session.project);
     store.setValue("Session/current", session.current);
     store.beginWriteArray("Session/files", static_cast<int>(session.files.size()));
@@ -137,6 +147,12 @@ void CPreferences::SetColumnWidths(const std::vector<int>& widths)
     for (int column = 0; column < static_cast<int>(widths.size()); ++column)
         m_settings.SetString(ErrorsBarSection, ColumnKey(column),
                              std::to_wstring(widths[static_cast<std::size_t>(column)]));
+}
+
+std::wstring CPreferences::GetJournalPlace() const
+{
+    const QFileInfo file(m_settings.GetStore().fileName());
+    return Host::PathFromQt(file.absolutePath() + '/' + file.completeBaseName() + QStringLiteral(".journal"));
 }
 
 QString CPreferences::GetTranslationFolder() const

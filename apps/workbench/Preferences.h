@@ -6,6 +6,7 @@
 #include <QList>
 #include <QString>
 #include <QStringList>
+#include <cstdint>
 #include <string>
 #include <vector>
 
@@ -16,11 +17,12 @@ enum class EAppearance { System, Light, Dark };
 /// What the user can choose in the settings dialog.
 struct SChoices
 {
-    QString language; ///< "" is English, else the name of a translation such as "de"
+    QString language; ///< "" is the system's, "en" English, else the name of a translation such as "de"
     EAppearance appearance = EAppearance::System;
-    int fontSize = 10;   ///< points
-    bool grammar = true; ///< check PHP against its whole grammar
-    bool markup = true;  ///< check HTML and CSS beyond their names
+    int fontSize = 10;    ///< points
+    bool hotExit = false; ///< quitting keeps unsaved edits for the next start, and asks nothing
+    bool grammar = true;  ///< check PHP against its whole grammar
+    bool markup = true;   ///< check HTML and CSS beyond their names
     QStringList customTags;
     QStringList customAttributes;
     QStringList presets;           ///< of names that HTML does not know
@@ -60,6 +62,8 @@ public:
     void AddRecentProject(const QString& folder);
 
     SSession GetSession() const;
+    /// When it was set, in ms since 1970; 0: never.
+    std::int64_t GetSessionTime() const;
     void SetSession(const SSession& session);
 
     QByteArray GetLayout(const char* part) const;
@@ -67,6 +71,8 @@ public:
     std::vector<int> GetColumnWidths() const;
     void SetColumnWidths(const std::vector<int>& widths);
 
+    /// Where windows note what is not saved yet.
+    std::wstring GetJournalPlace() const;
     /// Where translations of the user's own lie.
     QString GetTranslationFolder() const;
 

@@ -8,12 +8,11 @@ namespace Kesh::Workbench {
 
 namespace {
 
-void ReadRules(SProjectListing& listing)
+void ReadRules(SProjectListing& listing, const TProjectRules& before)
 {
-    // The check goes on as if what is wrong were not there; it is the user's to fix.
     using Findings::CProjectRules;
-    listing.rules =
-        std::make_shared<const CProjectRules>(Findings::SRulesForAll(), CProjectRules::EFaults::Keep);
+    listing.rules = std::make_shared<const CProjectRules>(Findings::SRulesForAll(),
+                                                          CProjectRules::EFaults::Keep, before.get());
     listing.rules->For(listing.folder + L'/');
 }
 
@@ -26,14 +25,14 @@ CProjectOpener::~CProjectOpener()
     Cancel();
 }
 
-void CProjectOpener::Start(const std::wstring& folder)
+void CProjectOpener::Start(const std::wstring& folder, const TProjectRules& before)
 {
     Cancel();
     const auto result = std::make_shared<SProjectListing>();
     result->folder = folder;
     m_cancelled = std::make_shared<std::atomic<bool>>(false);
-    m_thread.reset(QThread::create([folder, result, cancelled = m_cancelled] {
-        ReadRules(*result);
+    m_thread.reset(QThread::create([folder, before, result, cancelled = m_cancelled] {
+        ReadRules(*result, before);
         ProjectManager::SFileQuery query = Findings::CheckedFiles(folder, result->rules);
         query.isCancelled = [&] { return cancelled->load(); };
         query.onError = [&](const std::wstring& path, const std::string& reason) {

@@ -33,8 +33,8 @@ public:
     ~CProjectOpener() override;
 
     /// Lists the files below `folder` that are to be checked, by the settings that hold there; a search that
-    /// runs is given up. GUI thread.
-    void Start(const std::wstring& folder);
+    /// runs is given up. What is wrong with the settings now counts as it was `before`. GUI thread.
+    void Start(const std::wstring& folder, const TProjectRules& before);
     void Cancel();
     bool IsRunning() const { return m_thread != nullptr; }
 

@@ -25,6 +25,8 @@ namespace Kesh::Workbench {
 
 namespace {
 
+const QString RulesSubject = QStringLiteral("settings of the project");
+
 /// Single names are the validator's own business, which knows no patterns.
 void AddPatterns(const QStringList& names, std::vector<std::wstring>& all)
 {
@@ -49,6 +51,7 @@ SyntaxParser::SOwnNames UsersNames(const SChoices& choices)
 CProjectSession::CProjectSession(const SParts& parts) : m_parts(parts)
 {
     connect(&m_opener, &CProjectOpener::listed, this, &CProjectSession::OnListed);
+    connect(&m_settings, &CSettingsWatch::changed, this, &CProjectSession::Refresh);
     connect(&parts.area, &CDocumentArea::linkActivated, this,
             [this](const QString& link) { Open(Host::PathFromQt(link)); });
 }
@@ -96,7 +99,7 @@ void CProjectSession::Open(const std::wstring& folder)
     if (!Close())
         return;
     m_parts.status.ShowProgress(Tr("Looking for files..."));
-    m_opener.Start(Host::AbsolutePath(folder));
+    m_opener.Start(Host::AbsolutePath(folder), nullptr);
 }
 
 void CProjectSession::OnListed(const SProjectListing& listing)
@@ -108,8 +111,10 @@ void CProjectSession::OnListed(const SProjectListing& listing)
         m_parts.area.GetMessageStrip().Show(shown + QStringLiteral(": ") + listing.problem);
         return;
     }
+    m_parts.area.GetMessageStrip().Withdraw(RulesSubject);
     if (!listing.rulesProblem.isEmpty())
-        m_parts.area.GetMessageStrip().Show(listing.rulesProblem);
+        m_parts.area.GetMessageStrip().Show(listing.rulesProblem, {}, RulesSubject);
+    m_settings.Follow(listing.rules, folder);
     m_parts.check.Expect();
     const bool isOpen = m_parts.application.Project().GetFolder() == folder;
     if (m_watch && !isOpen)
@@ -141,6 +146,8 @@ bool CProjectSession::Close()
 
 void CProjectSession::ShowNone()
 {
+    m_settings.Follow(nullptr, {});
+    m_parts.area.GetMessageStrip().Withdraw(RulesSubject);
     UseRules(Findings::CProjectRules::None());
     if (m_watch)
         m_watch->SetChecked(false);
@@ -153,7 +160,7 @@ void CProjectSession::ShowNone()
 void CProjectSession::Refresh()
 {
     if (const std::wstring& folder = m_parts.application.Project().GetFolder(); !folder.empty())
-        m_opener.Start(folder);
+        m_opener.Start(folder, m_rules);
 }
 
 void CProjectSession::TakeNames()
@@ -170,9 +177,8 @@ SSession CProjectSession::GetOpen() const
     return session;
 }
 
-void CProjectSession::Restore()
+void CProjectSession::Restore(const SSession& session)
 {
-    const SSession session = m_parts.preferences.GetSession();
     if (!session.project.isEmpty() && QFileInfo(session.project).isDir())
         Open(Host::PathFromQt(session.project));
     m_parts.area.RestoreFiles(session.files, session.current);

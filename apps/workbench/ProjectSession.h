@@ -2,6 +2,7 @@
 
 #include "Preferences.h"
 #include "ProjectOpener.h"
+#include "SettingsWatch.h"
 #include "SyntaxParser/OwnNames.h"
 
 #include <QObject>
@@ -55,14 +56,16 @@ public:
     void Refresh();
     /// The user has chosen other names that the HTML check accepts.
     void TakeNames();
+    /// Looks whether its settings are others now.
+    void CheckSettings() { m_settings.Check(); }
     /// The end of a search for files.
     void Cancel() { m_opener.Cancel(); }
     /// The project has been closed.
     void ShowNone();
 
     SSession GetOpen() const;
-    /// Opens what was open when the last window was closed, as far as it is still there.
-    void Restore();
+    /// Opens what was open before, as far as it is still there.
+    void Restore(const SSession& session);
     void FillRecentMenu(QMenu& menu);
     void ShowWelcome();
 
@@ -81,6 +84,7 @@ private:
     Host::CPlugin* m_plugin = nullptr;
     CErrorWatch* m_watch = nullptr;
     CProjectOpener m_opener;
+    CSettingsWatch m_settings;
     TProjectRules m_rules = Findings::CProjectRules::None();
     SyntaxParser::SOwnNames m_names; ///< the user's
 };

@@ -56,27 +56,15 @@ std::string Filled(const CCodeEditor& editor, const std::string& replacement, co
 std::vector<SMatch> FindAll(const CCodeEditor& editor, const SReplaceOrder& order)
 {
     std::vector<SMatch> matches;
-    const std::string pattern = order.pattern.toStdString();
     const std::string replacement = order.replacement.toStdString();
-    const unsigned long flags = (order.matchCase ? TBase::SCFIND_MATCHCASE : 0) |
-                                (order.wholeWords ? TBase::SCFIND_WHOLEWORD : 0) |
-                                (order.regExp ? TBase::SCFIND_REGEXP | TBase::SCFIND_CXX11REGEX : 0);
-    editor.SendScintilla(TBase::SCI_SETSEARCHFLAGS, flags);
-    const long length = editor.SendScintilla(TBase::SCI_GETLENGTH);
-    for (long from = 0; from <= length;) {
-        editor.SendScintilla(TBase::SCI_SETTARGETRANGE, static_cast<unsigned long>(from), length);
-        const long found = editor.SendScintilla(TBase::SCI_SEARCHINTARGET, pattern.size(), pattern.data());
-        if (found < 0)
-            break;
-        const long end = editor.SendScintilla(TBase::SCI_GETTARGETEND);
+    ForEachMatch(editor, order, [&](long found, long end) {
         const std::string_view bytes(
             static_cast<const char*>(editor.SendScintillaPtrResult(TBase::SCI_GETCHARACTERPOINTER)) + found,
             static_cast<std::size_t>(end - found));
         matches.push_back(
             {found, end, order.regExp ? Filled(editor, replacement, std::string(bytes)) : replacement});
-        // What is empty would be found for ever.
-        from = end > found ? end : std::max(end + 1, editor.SendScintilla(TBase::SCI_POSITIONAFTER, end));
-    }
+        return true;
+    });
     return matches;
 }
 

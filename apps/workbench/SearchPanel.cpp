@@ -17,6 +17,16 @@
 
 namespace Kesh::Workbench {
 
+namespace {
+
+/// Without the letter behind "&": it is that of the same choice in the window's other search.
+QString Plain(QString title)
+{
+    return title.remove('&');
+}
+
+} // namespace
+
 /// What was found: the place, below the folder, and its line.
 class CSearchPanel::CModel final : public QAbstractTableModel
 {
@@ -75,9 +85,9 @@ CSearchPanel::CSearchPanel(TPlace place)
       m_list(new QTreeView),
       m_text(new QLineEdit),
       m_files(new QLineEdit),
-      m_matchCase(new QCheckBox(Tr("Match &case"))),
-      m_wholeWords(new QCheckBox(Tr("&Whole words"))),
-      m_regExp(new QCheckBox(Tr("&Regular expression"))),
+      m_matchCase(new QCheckBox(Plain(Tr("Match ca&se")))),
+      m_wholeWords(new QCheckBox(Plain(Tr("&Whole words")))),
+      m_regExp(new QCheckBox(Plain(Tr("Regular e&xpression")))),
       m_start(new QPushButton),
       m_state(new QLabel)
 {

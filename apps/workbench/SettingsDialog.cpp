@@ -12,7 +12,11 @@
 #include <QLabel>
 #include <QPlainTextEdit>
 #include <QPushButton>
+#include <QScreen>
+#include <QScrollArea>
+#include <QScrollBar>
 #include <QSpinBox>
+#include <QVBoxLayout>
 
 namespace Kesh::Workbench {
 
@@ -48,6 +52,7 @@ CSettingsDialog::CSettingsDialog(const SChoices& choices, const std::vector<SLan
       m_language(new QComboBox),
       m_appearance(new QComboBox),
       m_fontSize(new QSpinBox),
+      m_hotExit(new QCheckBox(Tr("&Keep unsaved changes for the next start instead of asking"))),
       m_grammar(new QCheckBox(Tr("Check PHP against its whole &grammar"))),
       m_markup(new QCheckBox(Tr("Check HTML and CSS &beyond their names"))),
       m_checksMarkup(new QCheckBox(Tr("Check the &HTML and CSS of a project's files too"))),
@@ -66,6 +71,8 @@ CSettingsDialog::CSettingsDialog(const SChoices& choices, const std::vector<SLan
     m_fontSize->setValue(choices.fontSize);
     m_fontSize->setSuffix(QStringLiteral(" pt"));
 
+    m_hotExit->setObjectName(QStringLiteral("hotExit"));
+    m_hotExit->setChecked(choices.hotExit);
     m_grammar->setObjectName(QStringLiteral("grammar"));
     m_grammar->setChecked(choices.grammar);
     m_markup->setObjectName(QStringLiteral("markup"));
@@ -81,18 +88,20 @@ CSettingsDialog::CSettingsDialog(const SChoices& choices, const std::vector<SLan
         m_widths.push_back(width);
     }
 
-    auto* form = new QFormLayout(this);
+    auto* page = new QWidget;
+    auto* form = new QFormLayout(page);
     form->addRow(Tr("&Language:"), m_language);
     form->addRow(QString(), MakeNote("The language changes when the program is started again."));
     form->addRow(Tr("&Appearance:"), m_appearance);
     form->addRow(Tr("&Font size:"), m_fontSize);
+    form->addRow(QString(), m_hotExit);
     form->addRow(QString(), m_grammar);
     form->addRow(QString(), m_markup);
     m_checksMarkup->setChecked(choices.checksMarkup);
     form->addRow(QString(), m_checksMarkup);
     form->addRow(Tr("Names of frameworks:"), MakePresets(choices.presets));
     form->addRow(Tr("Your own HTML &tags:"), m_tags);
-    form->addRow(Tr("Your own HTML attri&butes:"), m_attributes);
+    form->addRow(Tr("Your own HTML attrib&utes:"), m_attributes);
     form->addRow(QString(),
                  MakeNote("Names that the HTML check accepts besides the standard ones, with blanks "
                           "between them; * stands for any characters: x:*. A change restarts the code "
@@ -105,7 +114,20 @@ CSettingsDialog::CSettingsDialog(const SChoices& choices, const std::vector<SLan
     buttons->button(QDialogButtonBox::Cancel)->setText(Tr("Cancel"));
     connect(buttons, &QDialogButtonBox::accepted, this, &QDialog::accept);
     connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
-    form->addRow(buttons);
+    // On a small screen the page scrolls, and the buttons stay.
+    auto* scroll = new QScrollArea;
+    scroll->setWidget(page);
+    scroll->setWidgetResizable(true);
+    scroll->setFrameShape(QFrame::NoFrame);
+    scroll->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    auto* layout = new QVBoxLayout(this);
+    layout->addWidget(scroll);
+    layout->addWidget(buttons);
+    page->ensurePolished();
+    const QSize wanted = page->sizeHint() + QSize(scroll->verticalScrollBar()->sizeHint().width() + 24,
+                                                  buttons->sizeHint().height() + 30);
+    const QSize available = (parent ? parent->screen() : screen())->availableSize();
+    resize(wanted.boundedTo(available * 0.9));
 }
 
 QLayout* CSettingsDialog::MakePresets(const QStringList& chosen)
@@ -131,6 +153,7 @@ SChoices CSettingsDialog::GetChoices() const
     choices.language = m_language->currentData().toString();
     choices.appearance = static_cast<EAppearance>(m_appearance->currentIndex());
     choices.fontSize = m_fontSize->value();
+    choices.hotExit = m_hotExit->isChecked();
     choices.grammar = m_grammar->isChecked();
     choices.markup = m_markup->isChecked();
     choices.checksMarkup = m_checksMarkup->isChecked();

@@ -31,6 +31,7 @@ private:
     QComboBox* m_language;
     QComboBox* m_appearance;
     QSpinBox* m_fontSize;
+    QCheckBox* m_hotExit;
     QCheckBox* m_grammar;
     QCheckBox* m_markup;
     QCheckBox* m_checksMarkup;

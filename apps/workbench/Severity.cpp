@@ -1,6 +1,7 @@
 #include "Severity.h"
 
 #include "EditorTheme.h"
+#include "Texts.h"
 
 #include <QPainter>
 #include <QPainterPath>
@@ -45,6 +46,15 @@ QPixmap Draw(ESeverity severity, int side)
 QColor ColorOf(ESeverity severity, const QColor& background)
 {
     return MakeLegible(PlainColor(severity), background);
+}
+
+QString WithSeverity(const QString& name, ESeverity gravest)
+{
+    switch (gravest) {
+    case ESeverity::Error: return Tr("%1, with errors").arg(name);
+    case ESeverity::Warning: return Tr("%1, with warnings").arg(name);
+    default: return name;
+    }
 }
 
 QIcon IconOf(ESeverity severity)

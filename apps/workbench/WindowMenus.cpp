@@ -13,10 +13,14 @@
 #include "SearchDock.h"
 #include "Texts.h"
 
+#include <QAbstractItemView>
+#include <QApplication>
+#include <QContextMenuEvent>
 #include <QDockWidget>
 #include <QMainWindow>
 #include <QMenuBar>
 #include <QMessageBox>
+#include <QShortcut>
 #include <QToolBar>
 
 namespace Kesh::Workbench {
@@ -29,6 +33,20 @@ CWindowMenus::CWindowMenus(const SParts& parts) : m_parts(parts)
     MakeCheckMenu();
     MakeHelpMenu();
     SetHasErrors(false);
+    auto* menuKey = new QShortcut(QKeySequence("Shift+F10"), &m_parts.window);
+    connect(menuKey, &QShortcut::activated, this, &CWindowMenus::ShowContextMenu);
+}
+
+void CWindowMenus::ShowContextMenu()
+{
+    QWidget* widget = QApplication::focusWidget();
+    if (!widget)
+        return;
+    QPoint point = widget->rect().center();
+    if (const auto* view = qobject_cast<QAbstractItemView*>(widget); view && view->currentIndex().isValid())
+        point = view->visualRect(view->currentIndex()).center();
+    QContextMenuEvent event(QContextMenuEvent::Keyboard, point, widget->mapToGlobal(point));
+    QApplication::sendEvent(widget, &event);
 }
 
 QAction* CWindowMenus::Add(QMenu& menu, const char* title, const QKeySequence& key,
@@ -71,6 +89,8 @@ void CWindowMenus::MakeFileMenu()
     Add(menu, "&New file...", QKeySequence::New, [this] { m_parts.files.NewFile(); });
     Add(menu, "&Open file...", QKeySequence::Open, [this] { m_parts.files.OpenFile(); });
     Add(menu, "Open &folder...", QKeySequence("Ctrl+Shift+O"), [this] { m_parts.files.OpenFolder(); });
+    m_ofProject = {
+        Add(menu, "Open &by name...", QKeySequence("Ctrl+P"), [this] { emit quickOpenRequested(); })};
     QMenu* recent = menu.addMenu(Tr("&Recent projects"));
     connect(recent, &QMenu::aboutToShow, this, [this, recent] { m_parts.project.FillRecentMenu(*recent); });
     menu.addSeparator();
@@ -84,7 +104,7 @@ void CWindowMenus::MakeFileMenu()
     menu.addSeparator();
     m_ofDocument.push_back(Add(menu, "&Close file", QKeySequence("Ctrl+W"),
                                current([](auto& area, auto& document) { area.Close(document); })));
-    m_ofProject = {Add(menu, "Close &project", {}, [this] { m_parts.project.Close(); })};
+    m_ofProject.push_back(Add(menu, "Close &project", {}, [this] { m_parts.project.Close(); }));
     menu.addSeparator();
     Add(menu, "Se&ttings...", QKeySequence("Ctrl+,"), [this] { emit settingsRequested(); });
     menu.addSeparator();
@@ -94,6 +114,8 @@ void CWindowMenus::MakeFileMenu()
 void CWindowMenus::MakeEditMenu()
 {
     QMenu& menu = *m_parts.window.menuBar()->addMenu(Tr("&Edit"));
+    connect(&m_parts.area, &CDocumentArea::menuRequested, &menu,
+            [&menu](const QPoint& point) { menu.popup(point); });
     const auto edit = [&](const char* title, const QKeySequence& key, void (QsciScintilla::*slot)()) {
         m_ofDocument.push_back(Add(menu, title, key, [this, slot] {
             // In the find bar the keys mean its own line.
@@ -120,6 +142,7 @@ void CWindowMenus::MakeEditMenu()
     menu.addSeparator();
     for (QAction* action :
          {Add(menu, "&Find and replace...", QKeySequence::Find, [this] { m_parts.area.GetFindBar().Open(); }),
+          Add(menu, "R&eplace...", QKeySequence("Ctrl+H"), [this] { m_parts.area.GetFindBar().Open(true); }),
           Add(menu, "Find &next", QKeySequence("F3"), [this] { m_parts.area.GetFindBar().FindNext(); }),
           Add(menu, "Find pre&vious", QKeySequence("Shift+F3"),
               [this] { m_parts.area.GetFindBar().FindPrevious(); }),

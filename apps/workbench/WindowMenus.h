@@ -57,11 +57,15 @@ public:
 
 signals:
     void settingsRequested();
+    /// A file of the project is to be opened by its name.
+    void quickOpenRequested();
 
 private:
     using TActions = std::vector<QAction*>;
 
     QAction* Add(QMenu& menu, const char* title, const QKeySequence& key, std::function<void()> action);
+    /// As the menu key does, where there is none.
+    static void ShowContextMenu();
     void MakeFileMenu();
     void MakeEditMenu();
     void MakeViewMenu();

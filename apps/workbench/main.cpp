@@ -10,6 +10,8 @@
 
 #include <CLI/CLI.hpp>
 #include <iostream>
+#include <string>
+#include <vector>
 
 int main(int argc, char** argv)
 {
@@ -17,8 +19,9 @@ int main(int argc, char** argv)
     CLI::App options("An editor for PHP, HTML and CSS that shows errors while you type.",
                      "code-analyzer-workbench");
     options.set_version_flag("--version", "code-analyzer-workbench " + Host::VersionText());
-    std::string path, settingsFile;
-    options.add_option("PATH", path, "A folder to open as a project, or a file")->option_text(" ");
+    std::string settingsFile;
+    std::vector<std::string> paths;
+    options.add_option("PATH", paths, "Files to open, or a folder as a project")->option_text(" ");
     options
         .add_option("--settings", settingsFile, "Keep the settings in FILE instead of the user's own place")
         ->option_text("FILE");
@@ -46,9 +49,9 @@ int main(int argc, char** argv)
     if (!problem.isEmpty())
         window.GetArea().GetMessageStrip().Show(problem);
     window.show();
-    if (path.empty())
-        window.RestoreSession();
-    else
-        window.OpenPath(Host::AbsolutePath(Host::PathFromBytes(path)));
+    std::vector<std::wstring> absolute;
+    for (const std::string& path : paths)
+        absolute.push_back(Host::AbsolutePath(Host::PathFromBytes(path)));
+    window.Begin(absolute);
     return QApplication::exec();
 }

@@ -3,11 +3,14 @@
 
 #include <QClipboard>
 #include <QComboBox>
+#include <QHelpEvent>
 #include <QLabel>
 #include <QLineEdit>
 #include <QMenu>
+#include <QStatusBar>
 #include <QTest>
 #include <QTimer>
+#include <QToolTip>
 
 using namespace Kesh;
 using Workbench::CCodeEditor;
@@ -119,6 +122,81 @@ TEST_F(ErrorList, RowsCanBeCopied)
     EXPECT_EQ(titles.mid(0, 3), (QStringList{"&Open", "&Copy", "Copy the &path"}));
     EXPECT_EQ(QApplication::clipboard()->text(), Host::PathToQt(m_folder.Path(L"p/sub/b.php")));
     Shoot(Window(), "list");
+}
+
+TEST_F(ErrorList, SeveralRowsCanBeCopied)
+{
+    Bar()->setFocus();
+    Bar()->setCurrentItem(Bar()->topLevelItem(4));
+    QTest::keyClick(Bar(), Qt::Key_Up, Qt::ShiftModifier);
+    QTest::keyClick(Bar(), Qt::Key_Up, Qt::ShiftModifier);
+    QTest::keyClick(Bar(), Qt::Key_C, Qt::ControlModifier);
+    const QStringList lines = QApplication::clipboard()->text().split('\n');
+    ASSERT_EQ(lines.size(), 3) << lines.join('\n').toStdString();
+    EXPECT_TRUE(lines[0].startsWith("sub/b.php:3: "));
+    EXPECT_TRUE(lines[1].startsWith("a.php:3: "));
+    EXPECT_TRUE(lines[2].startsWith("sub/c.php:2: "));
+}
+
+TEST_F(ErrorList, TheSelectionStaysNearWhenItsErrorGoes)
+{
+    const std::wstring file = m_folder.Write(L"p/d.php", "<?php\nelse;\n\nelse;\n\nelse;\n\nelse;\n");
+    CCodeEditor& editor = Open(file);
+    ASSERT_TRUE(WaitForRows(9)) << Shown().toStdString();
+    const auto rowOf = [&](const QString& place) {
+        for (int row = 0; row < Bar()->topLevelItemCount(); ++row)
+            if (Bar()->topLevelItem(row)->text(1).endsWith(place))
+                return row;
+        return -1;
+    };
+    for (const bool inList : {true, false}) {
+        SCOPED_TRACE(inList);
+        editor.setText("<?php\nelse;\n\nelse;\n\nelse;\n\nelse;\n");
+        ASSERT_TRUE(WaitFor([&] { return rowOf("d.php - 8") >= 0 && Panel().IsFilterDone(); }));
+        editor.SetCaretPosition({0, 2});
+        Select(rowOf("d.php - 6"));
+        if (!inList)
+            editor.setFocus();
+        editor.setText("<?php\nelse;\n\nelse;\n\n$a;\n\nelse;\n");
+        ASSERT_TRUE(WaitForRows(8));
+        EXPECT_TRUE(WaitFor([&] { return Current() == "d.php - 4" || Current() == "d.php - 8"; }))
+            << Current().toStdString();
+        QTest::qWait(300);
+        EXPECT_TRUE(Current() == "d.php - 4" || Current() == "d.php - 8") << Current().toStdString();
+    }
+    Area().DiscardAll();
+}
+
+TEST_F(ErrorList, AllThatWasFoundIsSaidEverywhereButInTheColumn)
+{
+    CCodeEditor& editor = Open(m_folder.Write(L"p/page.html", "<strng>x</strng>\n<api>y</api>\n"));
+    ASSERT_TRUE(WaitForRows(7));
+    const QString whole = "Illegal HTML tag name 'strng', did you mean 'strong'?";
+    auto* filter = Window().findChild<QLineEdit*>("errorFilter");
+    filter->setText("mean 'strong'");
+    ASSERT_TRUE(WaitFor([&] { return Shown() == "page.html-1"; })) << Shown().toStdString();
+    EXPECT_EQ(Bar()->topLevelItem(0)->text(2), "Illegal HTML tag name");
+    Select(0);
+    QTest::keyClick(Bar(), Qt::Key_C, Qt::ControlModifier);
+    EXPECT_EQ(QApplication::clipboard()->text(), "page.html:1: " + whole + " [2001]");
+    const QModelIndex index = Bar()->model()->index(0, 2);
+    QHelpEvent help(QEvent::ToolTip, Bar()->visualRect(index).center(), Bar()->mapToGlobal({0, 0}));
+    QApplication::sendEvent(Bar()->viewport(), &help);
+    EXPECT_TRUE(QToolTip::text().contains("mean")) << QToolTip::text().toStdString();
+    QToolTip::hideText();
+    filter->setText("'api'");
+    ASSERT_TRUE(WaitFor([&] { return Shown() == "page.html-2"; })) << Shown().toStdString();
+    Select(0);
+    QTest::keyClick(Bar(), Qt::Key_C, Qt::ControlModifier);
+    EXPECT_EQ(QApplication::clipboard()->text(), "page.html:2: Illegal HTML tag name 'api' [2001]")
+        << "nothing is near enough";
+    filter->clear();
+    editor.setFocus();
+    editor.SetCaretPosition({0, 0});
+    Trigger("&Next error");
+    Trigger("&Previous error");
+    EXPECT_TRUE(Window().statusBar()->currentMessage().contains("did you mean"))
+        << Window().statusBar()->currentMessage().toStdString();
 }
 
 TEST_F(ErrorList, RowsCanBeFiltered)

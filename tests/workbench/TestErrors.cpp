@@ -127,8 +127,12 @@ TEST_F(Errors, ARunningCheckIsShownAndCanBeStopped)
     EXPECT_FALSE(Window().GetApplication().Threads().IsRunning());
     EXPECT_TRUE(WaitFor([&] { return !stop->isVisible(); }));
     EXPECT_LT(Bar()->topLevelItemCount(), 100);
+    const auto* counts = Window().findChild<QLabel*>("errorPanelCounts");
+    EXPECT_TRUE(counts->text().endsWith("incomplete: the check was stopped")) << counts->text().toStdString();
     Trigger("Check project");
     EXPECT_TRUE(WaitForRows(100));
+    EXPECT_TRUE(WaitFor([&] { return counts->text() == "Errors: 100, warnings: 0"; }))
+        << counts->text().toStdString();
 }
 
 TEST_F(Errors, ADoubleClickOpensTheFileAtTheError)
@@ -397,7 +401,8 @@ TEST_F(Errors, AProjectsSettingsHoldInTheWindowToo)
         << counts->text().toStdString();
     EXPECT_TRUE(WaitForRows(1)) << Bar()->topLevelItemCount();
     m_folder.Write(L"project/code-analyzer.json", "{");
-    Trigger("&Look for new files");
+    ASSERT_TRUE(Window().CloseProject());
+    OpenProject(m_folder.Path(L"project"));
     EXPECT_TRUE(WaitFor([&] { return Area().GetMessageStrip().GetText().contains("code-analyzer.json:1"); }));
     EXPECT_TRUE(WaitForRows(4)) << "as if there were none";
 }

@@ -156,7 +156,7 @@ TEST_F(Formats, WhatTheEncodingLacksIsToldAndNothingIsWritten)
     Answer("&Go there");
     EXPECT_EQ(editor.GetCaretPosition(), (SyntaxParser::CIterator{2, 1}));
     Trigger("&Save");
-    Answer("&Write as UTF-8");
+    Answer("Write as &UTF-8");
     Trigger("&Save");
     EXPECT_EQ(Bytes(path), "caf\xC3\xA9\nx \xE2\x82\xAC");
     EXPECT_EQ(Strip(), "");

@@ -1,5 +1,9 @@
 // On a real X server, with a window manager and real keys; run by on-x.sh.
 #include "FindBar.h"
+#include "JournalFolder.h"
+#include "Languages.h"
+#include "Preferences.h"
+#include "SettingsDialog.h"
 #include "WorkbenchFixture.h"
 
 #include <QAction>
@@ -10,6 +14,9 @@
 #include <QProcess>
 #include <QScreen>
 #include <QTest>
+#include <QThread>
+#include <chrono>
+#include <random>
 
 using namespace Kesh;
 using Workbench::CCodeEditor;
@@ -130,6 +137,78 @@ TEST_F(OnX, TheMessageShowsUnderThePointerAndItsLinkCanBeReached)
     EXPECT_FALSE(tip()->isVisible());
 }
 
+// The program itself, killed at a random moment and started again, over and over; KILLS says how often.
+TEST_F(OnX, AKillLosesNothingThatIsOlderThanTwoSeconds)
+{
+    using TClock = std::chrono::steady_clock;
+    const std::wstring file = m_folder.Write(L"a.php", "");
+    const QString settings = Host::PathToQt(m_folder.Path(L"settings/workbench.ini"));
+    CloseWindow(); // the keys are the program's
+    const int kills = std::max(4, qEnvironmentVariableIntValue("KILLS"));
+    const unsigned seed = std::random_device()();
+    SCOPED_TRACE(seed);
+    std::mt19937 random(seed);
+    std::string kept;  // what the last kill has left
+    double oldest = 0; // of what was lost, s
+    for (int kill = 0; kill < kills; ++kill) {
+        QProcess program;
+        program.start(WORKBENCH_PROGRAM, QStringList{"--settings", settings} +
+                                             (kill == 0 ? QStringList(Host::PathToQt(file)) : QStringList()));
+        ASSERT_TRUE(program.waitForStarted());
+        std::vector<TClock::time_point> typed;
+        if (random() % 8 == 0) {
+            QThread::msleep(random() % 1500); // before it is up
+        } else {
+            Do({"search", "--sync", "--onlyvisible", "--pid", QString::number(program.processId()),
+                "windowactivate", "--sync"});
+            if (!kept.empty())
+                Press("alt+r"); // "Restore"
+            Press("alt+2");
+            Press("ctrl+End");
+            const auto end = TClock::now() + std::chrono::milliseconds(random() % 5000);
+            while (TClock::now() < end) {
+                Do({"key", QString(QChar('a' + static_cast<int>((kept.size() + typed.size()) % 26)))});
+                typed.push_back(TClock::now());
+            }
+        }
+        program.kill();
+        const TClock::time_point killed = TClock::now();
+        ASSERT_TRUE(program.waitForFinished());
+        std::string left = kept.empty() ? std::string() : "nothing";
+        std::int64_t noted = -1;
+        for (Workbench::CJournalFolder& folder :
+             Workbench::CJournalFolder::TakeAbandoned(m_folder.Path(L"settings/workbench.journal"))) {
+            bool isComplete = false;
+            for (const Workbench::SUnsavedText& text : folder.Read(isComplete).texts)
+                if (text.noted > noted) {
+                    left = text.text;
+                    noted = text.noted;
+                }
+            EXPECT_TRUE(isComplete);
+        }
+        ASSERT_TRUE(left.starts_with(kept)) << kill << ": '" << left << "' after '" << kept << "'";
+        for (std::size_t i = 0; i < left.size(); ++i)
+            ASSERT_EQ(left[i], 'a' + static_cast<int>(i % 26)) << left;
+        const std::size_t saved = left.size() - kept.size();
+        ASSERT_LE(saved, typed.size());
+        if (saved < typed.size()) {
+            const std::chrono::duration<double> age = killed - typed[saved];
+            oldest = std::max(oldest, age.count());
+            EXPECT_LT(age.count(), 2.0) << kill << ": " << saved << " of " << typed.size();
+        }
+        kept = left;
+    }
+    std::printf("%d kills, %zu characters kept, the oldest that was lost was %.2f s old\n", kills,
+                kept.size(), oldest);
+    OpenWindow();
+    Window().Begin();
+    if (kept.empty())
+        return;
+    Answer("&Restore");
+    EXPECT_EQ(Area().GetCurrentEditor()->text().toStdString(), kept);
+    Area().DiscardAll();
+}
+
 /// With QT_SCALE_FACTOR=2 on a screen of 1366 x 768.
 class OnScaledX : public CWorkbenchTest
 {
@@ -156,6 +235,14 @@ TEST_F(OnScaledX, TheFirstWindowFitsTheScreen)
     EXPECT_TRUE(available.contains(window.frameGeometry()))
         << window.frameGeometry().width() << " x " << window.frameGeometry().height();
     window.GetArea().DiscardAll();
+    // What ends the settings can be reached.
+    Workbench::CSettingsDialog dialog(Workbench::CPreferences(settings).GetChoices(),
+                                      Workbench::GetLanguages({}), &window);
+    dialog.show();
+    QTest::qWait(300);
+    EXPECT_TRUE(available.contains(dialog.frameGeometry()))
+        << dialog.frameGeometry().width() << " x " << dialog.frameGeometry().height();
+    Shoot(dialog, "settings-scale-2");
 }
 
 } // namespace

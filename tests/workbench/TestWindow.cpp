@@ -93,7 +93,7 @@ TEST_F(Window, TheSessionComesBack)
     std::filesystem::remove(Host::PathToBytes(gone));
     OpenWindow();
     EXPECT_EQ(Area().GetTabs().count(), 0) << "a path on the command line has it start afresh";
-    CWorkbenchTest::Window().RestoreSession();
+    CWorkbenchTest::Window().Begin();
     ASSERT_TRUE(WaitFor([&] { return Project().IsOpened(); }));
     ASSERT_EQ(Area().GetTabs().count(), 2);
     EXPECT_EQ(Area().GetCurrent()->GetPath(), a);

@@ -1,6 +1,7 @@
 #include "WorkbenchFixture.h"
 
 #include "Languages.h"
+#include "MessageStrip.h"
 #include "Preferences.h"
 #include "ProjectManager/ProjectManager.h"
 
@@ -8,6 +9,7 @@
 #include <QDir>
 #include <QDockWidget>
 #include <QHelpEvent>
+#include <QPushButton>
 #include <QTest>
 
 using namespace Kesh;
@@ -102,6 +104,19 @@ bool CWorkbenchTest::WaitForRows(int count)
 bool CWorkbenchTest::WaitFor(const std::function<bool()>& condition)
 {
     return QTest::qWaitFor(condition, 20000);
+}
+
+QString CWorkbenchTest::Strip()
+{
+    return Area().GetMessageStrip().GetText();
+}
+
+void CWorkbenchTest::Answer(const QString& title)
+{
+    for (QPushButton* button : Area().GetMessageStrip().findChildren<QPushButton*>())
+        if (button->text() == title && !button->isHidden())
+            return button->click();
+    ADD_FAILURE() << "no button " << title.toStdString();
 }
 
 QPoint CWorkbenchTest::PointOf(CCodeEditor& editor, int line, int column)

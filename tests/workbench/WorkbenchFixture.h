@@ -66,6 +66,9 @@ protected:
     QStringList Rows();
     bool WaitForRows(int count);
     bool WaitFor(const std::function<bool()>& condition);
+    /// The messages above the editor, and a click on an answer to the newest.
+    QString Strip();
+    void Answer(const QString& title);
     /// Underlined stretches as "line:column-line:column", counted from 0.
     QStringList Underlines(Kesh::Workbench::CCodeEditor& editor, bool ofWarnings = false);
     QList<int> MarkedLines(Kesh::Workbench::CCodeEditor& editor, bool withWarnings = false);
