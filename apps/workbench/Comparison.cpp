@@ -9,7 +9,6 @@
 
 #include <QDialog>
 #include <QDialogButtonBox>
-#include <QFontDatabase>
 #include <QLabel>
 #include <QPlainTextEdit>
 #include <QPushButton>
@@ -130,7 +129,7 @@ QStringList CompareLines(const QString& before, const QString& after)
     return shown;
 }
 
-void ShowComparison(Host::CDocument& document, QWidget* parent)
+void ShowComparison(Host::CDocument& document, int fontSize, QWidget* parent)
 {
     const std::wstring path = document.GetPath();
     const QString disk = QString::fromStdWString(SyntaxParser::DecodeSource(Host::ReadFileBytes(path)));
@@ -144,7 +143,7 @@ void ShowComparison(Host::CDocument& document, QWidget* parent)
     text->setReadOnly(true);
     text->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
     text->setLineWrapMode(QPlainTextEdit::NoWrap);
-    text->setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
+    text->setFont(EditorFont(fontSize));
     text->setAccessibleName(dialog->windowTitle());
     new CHighlighter(*text->document(), text->palette().color(QPalette::Base));
     auto* buttons = new QDialogButtonBox(QDialogButtonBox::Close);

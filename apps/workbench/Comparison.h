@@ -18,6 +18,6 @@ QStringList CompareLines(const QString& before, const QString& after);
 
 /// Shows how an open document differs from its file on disk, in a window that stops nothing. A file that
 /// cannot be read throws Base::CWorkError. GUI thread.
-void ShowComparison(Host::CDocument& document, QWidget* parent);
+void ShowComparison(Host::CDocument& document, int fontSize, QWidget* parent);
 
 } // namespace Kesh::Workbench

@@ -63,7 +63,7 @@ CDocumentArea::CDocumentArea(Host::CApplication& application, IPrompts& prompts)
     connect(&m_disk, &CDiskWatch::gone, this, &CDocumentArea::edited);
     connect(&m_disk, &CDiskWatch::compareRequested, this, [this](Host::CDocument* document) {
         try {
-            ShowComparison(*document, this);
+            ShowComparison(*document, m_choices.fontSize, this);
         } catch (const Base::CWorkError& fault) {
             Report(document->GetPath(), fault.GetMessage());
         }

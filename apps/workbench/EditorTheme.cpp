@@ -35,17 +35,6 @@ QColor Mixed(const QColor& a, const QColor& b, double share)
     return QColor::fromRgbF(mix(a.redF(), b.redF()), mix(a.greenF(), b.greenF()), mix(a.blueF(), b.blueF()));
 }
 
-QFont EditorFont(int size)
-{
-    QFont font = QFontDatabase::systemFont(QFontDatabase::FixedFont);
-    // Without a desktop the system's answer may be a font that is not fixed.
-    if (!QFontInfo(font).fixedPitch())
-        font.setFamily(QStringLiteral("DejaVu Sans Mono"));
-    font.setStyleHint(QFont::TypeWriter);
-    font.setPointSize(size);
-    return font;
-}
-
 /// The colour of a style on this palette. Lexers write plain text in black, which is to be the palette's
 /// text.
 QColor StyleColor(const QColor& color, const QPalette& palette)
@@ -80,6 +69,17 @@ void ApplyToLexer(QsciLexer& lexer, const QPalette& palette, const QFont& font)
 }
 
 } // namespace
+
+QFont EditorFont(int size)
+{
+    QFont font = QFontDatabase::systemFont(QFontDatabase::FixedFont);
+    // Without a desktop the system's answer may be a font that is not fixed.
+    if (!QFontInfo(font).fixedPitch())
+        font.setFamily(QStringLiteral("DejaVu Sans Mono"));
+    font.setStyleHint(QFont::TypeWriter);
+    font.setPointSize(size);
+    return font;
+}
 
 QPalette MakePalette(EAppearance appearance, const QPalette& system)
 {

@@ -52,7 +52,7 @@ CSettingsDialog::CSettingsDialog(const SChoices& choices, const std::vector<SLan
       m_language(new QComboBox),
       m_appearance(new QComboBox),
       m_fontSize(new QSpinBox),
-      m_hotExit(new QCheckBox(Tr("&Keep unsaved changes for the next start instead of asking"))),
+      m_hotExit(new QCheckBox(Tr("&Keep unsaved changes when quitting, without asking"))),
       m_grammar(new QCheckBox(Tr("Check PHP against its whole &grammar"))),
       m_markup(new QCheckBox(Tr("Check HTML and CSS &beyond their names"))),
       m_checksMarkup(new QCheckBox(Tr("Check the &HTML and CSS of a project's files too"))),
@@ -91,19 +91,19 @@ CSettingsDialog::CSettingsDialog(const SChoices& choices, const std::vector<SLan
     auto* page = new QWidget;
     auto* form = new QFormLayout(page);
     form->addRow(Tr("&Language:"), m_language);
-    form->addRow(QString(), MakeNote("The language changes when the program is started again."));
+    form->addRow(MakeNote("The language changes when the program is started again."));
     form->addRow(Tr("&Appearance:"), m_appearance);
     form->addRow(Tr("&Font size:"), m_fontSize);
-    form->addRow(QString(), m_hotExit);
-    form->addRow(QString(), m_grammar);
-    form->addRow(QString(), m_markup);
+    form->addRow(m_hotExit);
+    form->addRow(m_grammar);
+    form->addRow(m_markup);
     m_checksMarkup->setChecked(choices.checksMarkup);
-    form->addRow(QString(), m_checksMarkup);
-    form->addRow(Tr("Names of frameworks:"), MakePresets(choices.presets));
+    form->addRow(m_checksMarkup);
+    form->addRow(new QLabel(Tr("Names of frameworks:")));
+    form->addRow(MakePresets(choices.presets));
     form->addRow(Tr("Your own HTML &tags:"), m_tags);
     form->addRow(Tr("Your own HTML attrib&utes:"), m_attributes);
-    form->addRow(QString(),
-                 MakeNote("Names that the HTML check accepts besides the standard ones, with blanks "
+    form->addRow(MakeNote("Names that the HTML check accepts besides the standard ones, with blanks "
                           "between them; * stands for any characters: x:*. A change restarts the code "
                           "validator, which then checks the project anew."));
     auto* widthsTitle = new QLabel(Tr("&Columns of the error list:"));
@@ -119,7 +119,6 @@ CSettingsDialog::CSettingsDialog(const SChoices& choices, const std::vector<SLan
     scroll->setWidget(page);
     scroll->setWidgetResizable(true);
     scroll->setFrameShape(QFrame::NoFrame);
-    scroll->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     auto* layout = new QVBoxLayout(this);
     layout->addWidget(scroll);
     layout->addWidget(buttons);
@@ -132,7 +131,7 @@ CSettingsDialog::CSettingsDialog(const SChoices& choices, const std::vector<SLan
 
 QLayout* CSettingsDialog::MakePresets(const QStringList& chosen)
 {
-    constexpr int Columns = 6;
+    constexpr int Columns = 5;
     auto* grid = new QGridLayout;
     grid->setVerticalSpacing(0);
     for (const Configuration::SNamePreset& preset : Configuration::NamePresets()) {

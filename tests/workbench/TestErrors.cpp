@@ -390,23 +390,6 @@ TEST_F(Errors, WhatMendsAnErrorIsOfferedAtTheCaret)
     Area().DiscardAll();
 }
 
-TEST_F(Errors, AProjectsSettingsHoldInTheWindowToo)
-{
-    m_folder.Write(L"project/a.php", "<?php\nif ($a);\nelse; else;\n");
-    m_folder.Write(L"project/old/b.php", "<?php\nelse;\n");
-    m_folder.Write(L"project/code-analyzer.json", R"({"codes": {"901": "off"}, "exclude": ["old"]})");
-    OpenProject(m_folder.Path(L"project"));
-    auto* counts = Window().findChild<QLabel*>("errorCounts");
-    ASSERT_TRUE(WaitFor([&] { return counts->text() == "Errors: 1, warnings: 0"; }))
-        << counts->text().toStdString();
-    EXPECT_TRUE(WaitForRows(1)) << Bar()->topLevelItemCount();
-    m_folder.Write(L"project/code-analyzer.json", "{");
-    ASSERT_TRUE(Window().CloseProject());
-    OpenProject(m_folder.Path(L"project"));
-    EXPECT_TRUE(WaitFor([&] { return Area().GetMessageStrip().GetText().contains("code-analyzer.json:1"); }));
-    EXPECT_TRUE(WaitForRows(4)) << "as if there were none";
-}
-
 TEST_F(Errors, AnErrorIsExplained)
 {
     CCodeEditor& editor = Open(m_folder.Write(L"a.php", "<?php\nelse;\n"));
@@ -469,41 +452,6 @@ TEST_F(Errors, UnderlinesAreDrawnForTheLinesThatComeIntoView)
     editor.ScrollToCaret(2);
     ASSERT_TRUE(WaitFor([&] { return MarkedLines(editor).contains(1950); }));
     EXPECT_FALSE(MarkedLines(editor).contains(1050)) << "nobody has looked there yet";
-}
-
-TEST_F(Errors, TheUsersOwnNamesAreAcceptedAfterAChange)
-{
-    Open(m_folder.Write(L"page.html", "<mytag myattr=\"1\">x</mytag>\n<p other=\"\">\n"));
-    ASSERT_TRUE(WaitForRows(2));
-    Workbench::SChoices choices = Workbench::CPreferences(*m_settings).GetChoices();
-    choices.customTags = QStringList{"MyTag"};
-    choices.customAttributes = QStringList{"MYATTR"};
-    Window().ApplyChoices(choices);
-    ASSERT_NE(Bar(), nullptr);
-    EXPECT_TRUE(WaitForRows(1)) << Rows().join('\n').toStdString();
-    choices.customTags.clear();
-    choices.customAttributes.clear();
-    Window().ApplyChoices(choices);
-    EXPECT_TRUE(WaitForRows(2)) << "a name that was taken away is unknown again";
-    EXPECT_EQ(Window().GetFrame().GetDocks().size(), 1);
-}
-
-TEST_F(Errors, PatternsAndPresetsOfNamesAreAcceptedAfterAChange)
-{
-    Open(m_folder.Write(L"page.html", "<p mine-a=\"1\" @click=\"2\">x</p>\n"));
-    ASSERT_TRUE(WaitForRows(2));
-    Workbench::SChoices choices = Workbench::CPreferences(*m_settings).GetChoices();
-    choices.customAttributes = QStringList{"Mine-*"};
-    Window().ApplyChoices(choices);
-    EXPECT_TRUE(WaitForRows(1)) << Rows().join('\n').toStdString();
-    choices.presets = QStringList{"vue"};
-    Window().ApplyChoices(choices);
-    EXPECT_TRUE(WaitForRows(0)) << Rows().join('\n').toStdString();
-    EXPECT_EQ(Workbench::CPreferences(*m_settings).GetChoices(), choices);
-    choices.customAttributes.clear();
-    choices.presets.clear();
-    Window().ApplyChoices(choices);
-    EXPECT_TRUE(WaitForRows(2)) << "what was taken away is unknown again";
 }
 
 TEST_F(Errors, EndingEverythingAtAnyMomentOfACheckIsSafe)
