@@ -47,6 +47,10 @@ public:
     /// Just below the caret, in the viewport.
     QPoint GetCaretPoint() const;
     void ReplaceSpan(const SyntaxParser::SScheme& span, const std::wstring& text);
+    /// UTF-8 in place of what is selected.
+    void ReplaceSelection(const std::string& text);
+    /// Selects it, so that it can be seen.
+    void SelectBytes(long start, long end);
     /// Makes the selected lines comments of their language, or takes that back.
     void ToggleComment();
     /// Scrolls until the caret is in the middle third of what is seen.
@@ -112,7 +116,6 @@ private:
     QString OneIndent() const;
     /// Whether only blanks stand before the caret in its line.
     bool IsInIndent() const;
-    void ReplaceSelection(const QString& text);
     /// Begins a new line, as far in as the text asks for.
     void BreakLine();
     /// Puts in a closing brace, as far in as what it closes.

@@ -51,16 +51,10 @@ QString CCodeEditor::OneIndent() const
     return indentationsUseTabs() ? QStringLiteral("\t") : QString(width, QLatin1Char(' '));
 }
 
-void CCodeEditor::ReplaceSelection(const QString& text)
-{
-    const QByteArray bytes = text.toUtf8();
-    SendScintilla(SCI_REPLACESEL, bytes.constData());
-}
-
 void CCodeEditor::BreakLine()
 {
     beginUndoAction();
-    ReplaceSelection({});
+    removeSelectedText();
     int line = 0, index = 0;
     getCursorPosition(&line, &index);
     const QString whole = text(line).remove('\n');
@@ -71,10 +65,10 @@ void CCodeEditor::BreakLine()
     const bool opens = code.endsWith('{') || code.endsWith('(') || code.endsWith('[');
     const QChar next = behind.trimmed().isEmpty() ? QChar() : behind.trimmed().at(0);
     const bool closes = next == '}' || next == ')' || next == ']';
-    ReplaceSelection('\n' + indent + (opens ? OneIndent() : QString()));
+    ReplaceSelection(('\n' + indent + (opens ? OneIndent() : QString())).toStdString());
     const long caret = SendScintilla(SCI_GETCURRENTPOS);
     if (opens && closes) {
-        ReplaceSelection('\n' + indent);
+        ReplaceSelection(('\n' + indent).toStdString());
         SendScintilla(SCI_SETEMPTYSELECTION, caret);
     }
     endUndoAction();
@@ -92,7 +86,7 @@ bool CCodeEditor::IsInIndent() const
 void CCodeEditor::EndBlock(const QString& brace)
 {
     beginUndoAction();
-    ReplaceSelection(brace);
+    ReplaceSelection(brace.toStdString());
     const long end = SendScintilla(SCI_GETCURRENTPOS);
     int line = 0, index = 0;
     getCursorPosition(&line, &index);
@@ -100,7 +94,7 @@ void CCodeEditor::EndBlock(const QString& brace)
     if (partner >= 0) {
         const QString indent = IndentOf(text(static_cast<int>(SendScintilla(SCI_LINEFROMPOSITION, partner))));
         setSelection(line, 0, line, index);
-        ReplaceSelection(indent + brace);
+        ReplaceSelection((indent + brace).toStdString());
     }
     endUndoAction();
     SendScintilla(SCI_SCROLLCARET);

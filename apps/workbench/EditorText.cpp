@@ -61,6 +61,19 @@ void CCodeEditor::OnModified(int position, int kind, const char* text, int lengt
         m_edits.NoteDeletion(PlaceOf(position), bytes);
 }
 
+void CCodeEditor::ReplaceSelection(const std::string& text)
+{
+    SendScintilla(SCI_TARGETFROMSELECTION);
+    SendScintilla(SCI_REPLACETARGET, text.size(), text.data());
+    SendScintilla(SCI_SETEMPTYSELECTION, SendScintilla(SCI_GETTARGETEND));
+}
+
+void CCodeEditor::SelectBytes(long start, long end)
+{
+    SendScintilla(SCI_ENSUREVISIBLE, SendScintilla(SCI_LINEFROMPOSITION, start));
+    SendScintilla(SCI_SETSEL, static_cast<unsigned long>(start), end);
+}
+
 std::string_view CCodeEditor::ViewBytes() const
 {
     const auto size = static_cast<std::size_t>(SendScintilla(SCI_GETLENGTH));

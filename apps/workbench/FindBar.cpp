@@ -108,37 +108,47 @@ void CFindBar::ShowCount()
                                             : Tr("Found: %1").arg(count));
 }
 
+SByteSpan CFindBar::GetSelection() const
+{
+    return {m_editor->SendScintilla(QsciScintillaBase::SCI_GETSELECTIONSTART),
+            m_editor->SendScintilla(QsciScintillaBase::SCI_GETSELECTIONEND)};
+}
+
 bool CFindBar::Find(bool forward)
 {
     if (!m_editor || m_pattern->text().isEmpty())
         return false;
-    int line = -1, index = -1;
-    if (!forward && m_editor->hasSelectedText()) {
-        // Searching back starts before the present match.
-        int endLine = 0, endIndex = 0;
-        m_editor->getSelection(&line, &index, &endLine, &endIndex);
+    const SByteSpan selected = GetSelection();
+    bool found = false;
+    if (!m_regExp->isChecked()) {
+        int line = -1, index = -1;
+        if (!forward) // searching back starts before the present match
+            m_editor->lineIndexFromPosition(static_cast<int>(selected.start), &line, &index);
+        found = m_editor->findFirst(m_pattern->text(), false, m_matchCase->isChecked(),
+                                    m_wholeWord->isChecked(), true, forward, line, index);
+    } else if (const auto match = FindMatch(*m_editor, GetOrder(), selected, forward)) {
+        m_editor->SelectBytes(match->start, match->end);
+        found = true;
     }
-    const bool found =
-        m_editor->findFirst(m_pattern->text(), m_regExp->isChecked(), m_matchCase->isChecked(),
-                            m_wholeWord->isChecked(), true, forward, line, index, true, false, true);
     ShowCount();
     return found;
 }
 
 void CFindBar::Replace()
 {
-    // Only what has been found may be replaced: the search moves the selection there first.
-    if (!m_editor || !m_editor->hasSelectedText()) {
-        Find(true);
+    if (!m_editor || m_pattern->text().isEmpty())
         return;
-    }
-    int line = 0, index = 0, endLine = 0, endIndex = 0;
-    m_editor->getSelection(&line, &index, &endLine, &endIndex);
-    m_editor->setCursorPosition(line, index);
-    if (Find(true)) {
-        m_editor->replace(m_replacement->text());
-        Find(true);
-    }
+    // Only what has been found may be replaced: the search moves the selection there first.
+    const SByteSpan selected = GetSelection();
+    std::optional<std::string> text;
+    ForEachMatch(*m_editor, GetOrder(), [&](const SByteSpan& match, const TGroupOf& groupOf) {
+        if (match == selected)
+            text = Replacement(GetOrder(), groupOf);
+        return match.start < selected.start;
+    });
+    if (text)
+        m_editor->ReplaceSelection(*text);
+    Find(true);
 }
 
 void CFindBar::ReplaceAll()

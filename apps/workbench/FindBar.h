@@ -38,6 +38,7 @@ private:
     void ReplaceAll();
     void Close();
     SReplaceOrder GetOrder() const;
+    SByteSpan GetSelection() const;
     void ShowCount();
 
     CCodeEditor* m_editor = nullptr;

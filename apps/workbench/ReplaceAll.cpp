@@ -19,50 +19,12 @@ struct SMatch
     std::string text; ///< in its place
 };
 
-/// What the group of the last match holds.
-std::string GroupOf(const CCodeEditor& editor, int group)
-{
-    const auto wanted = static_cast<unsigned long>(group);
-    const long length = editor.SendScintilla(TBase::SCI_GETTAG, wanted, static_cast<void*>(nullptr));
-    std::string text(static_cast<std::size_t>(length) + 1, '\0'); // one is written behind it
-    editor.SendScintilla(TBase::SCI_GETTAG, wanted, static_cast<void*>(text.data()));
-    text.pop_back();
-    return text;
-}
-
-/// The replacement with the groups of the last match, `found`, and with what stands for control characters.
-std::string Filled(const CCodeEditor& editor, const std::string& replacement, const std::string& found)
-{
-    static const std::string Letters = "abfnrtv\\";
-    static const std::string Meanings = "\a\b\f\n\r\t\v\\";
-    std::string text;
-    for (std::size_t i = 0; i < replacement.size(); ++i) {
-        const char next = replacement[i] == '\\' && i + 1 < replacement.size() ? replacement[i + 1] : '\0';
-        const std::size_t letter = next == '\0' ? std::string::npos : Letters.find(next);
-        if (next >= '0' && next <= '9')
-            text += next == '0' ? found : GroupOf(editor, next - '0');
-        else if (letter != std::string::npos)
-            text += Meanings[letter];
-        else {
-            text += replacement[i];
-            continue;
-        }
-        ++i;
-    }
-    return text;
-}
-
 /// All matches, in order.
 std::vector<SMatch> FindAll(const CCodeEditor& editor, const SReplaceOrder& order)
 {
     std::vector<SMatch> matches;
-    const std::string replacement = order.replacement.toStdString();
-    ForEachMatch(editor, order, [&](long found, long end) {
-        const std::string_view bytes(
-            static_cast<const char*>(editor.SendScintillaPtrResult(TBase::SCI_GETCHARACTERPOINTER)) + found,
-            static_cast<std::size_t>(end - found));
-        matches.push_back(
-            {found, end, order.regExp ? Filled(editor, replacement, std::string(bytes)) : replacement});
+    ForEachMatch(editor, order, [&](const SByteSpan& match, const TGroupOf& groupOf) {
+        matches.push_back({match.start, match.end, Replacement(order, groupOf)});
         return true;
     });
     return matches;

@@ -101,6 +101,28 @@ TEST_F(Keys, FindingAndReplacingGoHandInHand)
     EXPECT_EQ(editor.text(), "one two\n1 one\n");
     EXPECT_EQ(Result(), "2 of 2");
     Shoot(Window(), "find-count");
+    // A regular expression knows lines and groups, here as in "Replace all".
+    editor.setText("one two\none one\n");
+    editor.SetCaretPosition({3, 1});
+    for (QAbstractButton* choice : Area().GetFindBar().findChildren<QAbstractButton*>())
+        if (choice->text() == "Regular e&xpression")
+            choice->setChecked(true);
+    pattern->setText("^(o)n");
+    Trigger("Find &next");
+    EXPECT_EQ(Result(), "1 of 2") << "round the end";
+    Trigger("Find &next");
+    EXPECT_EQ(Result(), "2 of 2");
+    Trigger("Find pre&vious");
+    EXPECT_EQ(Result(), "1 of 2");
+    replacement->setText("\\1N\\0");
+    QTest::keyClick(replacement, Qt::Key_Return);
+    EXPECT_EQ(editor.text(), "oNone two\none one\n");
+    EXPECT_EQ(editor.selectedText(), "on");
+    editor.undo();
+    EXPECT_EQ(editor.text(), "one two\none one\n") << "one step";
+    pattern->setText("(");
+    Trigger("Find &next");
+    EXPECT_EQ(Result(), "Not found");
     pattern->setText("nothing");
     EXPECT_TRUE(WaitFor([&] { return Result() == "Not found"; }));
     // With a word selected it is known what to find.
