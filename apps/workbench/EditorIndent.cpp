@@ -90,6 +90,8 @@ void CCodeEditor::EndBlock(const QString& brace)
     const long end = SendScintilla(SCI_GETCURRENTPOS);
     int line = 0, index = 0;
     getCursorPosition(&line, &index);
+    // Braces match that are of the same style, which the new one has to get first.
+    SendScintilla(SCI_COLOURISE, static_cast<unsigned long>(SendScintilla(SCI_GETENDSTYLED)), end);
     const long partner = SendScintilla(SCI_BRACEMATCH, static_cast<unsigned long>(end - 1), 0L);
     if (partner >= 0) {
         const QString indent = IndentOf(text(static_cast<int>(SendScintilla(SCI_LINEFROMPOSITION, partner))));

@@ -138,10 +138,13 @@ CErrorPanel::~CErrorPanel()
 
 std::optional<CErrorPanel::SRow> CErrorPanel::GetRow(const QTreeWidgetItem* item) const
 {
-    if (!item && m_list && m_list->currentItem() && m_list->currentItem()->isSelected())
+    // The one that has the keys, unless others are selected.
+    if (!item && m_list) {
+        const QModelIndexList selected = m_list->selectionModel()->selectedRows();
         item = m_list->currentItem();
-    else if (!item && m_list && !m_list->selectedItems().isEmpty())
-        item = m_list->selectedItems().first();
+        if (!selected.isEmpty() && !(item && item->isSelected()))
+            item = m_list->topLevelItem(selected.first().row());
+    }
     if (!item)
         return {};
     const CodeAnalyzer::IErrorRow* known = RowOf(item);
@@ -293,6 +296,8 @@ void CErrorPanel::TypeAhead(const QString& text)
 void CErrorPanel::Copy(bool pathOnly)
 {
     QModelIndexList rows = m_list->selectionModel()->selectedRows();
+    if (rows.isEmpty())
+        rows.append(m_list->currentIndex());
     std::sort(rows.begin(), rows.end());
     QStringList lines;
     for (const QModelIndex& index : rows)

@@ -52,6 +52,8 @@ TEST_F(Keys, ANewLineBeginsWhereItBelongsAndGoesInOneStep)
         {"|    x", "\n", "\n|    x"},
         {"    a|b", "\n", "    a\n    |b"},
         {"    if ($a) {\n        f();\n        |", "}", "    if ($a) {\n        f();\n    }|"},
+        {"<?php\n    if ($a) {\n        f('}');\n        |", "}",
+         "<?php\n    if ($a) {\n        f('}');\n    }|"},
         {"    x = {|", "}", "    x = {}|"},
         {"        |", "}", "        }|"},
         {"  a { \xC3\xA9 {|", "\n", "  a { \xC3\xA9 {\n    |"},

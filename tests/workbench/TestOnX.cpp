@@ -3,18 +3,22 @@
 #include "JournalFolder.h"
 #include "Languages.h"
 #include "Preferences.h"
+#include "QuickOpen.h"
 #include "SettingsDialog.h"
 #include "WorkbenchFixture.h"
 
 #include <QAction>
 #include <QDialog>
 #include <QLabel>
+#include <QListWidget>
 #include <QMenu>
 #include <QMenuBar>
 #include <QProcess>
 #include <QScreen>
 #include <QTest>
 #include <QThread>
+#include <QTimer>
+#include <QTreeWidget>
 #include <chrono>
 #include <random>
 
@@ -106,6 +110,55 @@ TEST_F(OnX, EditingKeysDoWhatTheMenuSays)
         EXPECT_TRUE(QTest::qWaitFor([&] { return editor.text() == text; }, 2000))
             << key << ": " << editor.text().toStdString();
     }
+}
+
+TEST_F(OnX, KeysReachWhatTheyAreFor)
+{
+    m_folder.Write(L"p/first.php", "<?php\nelse;\n");
+    m_folder.Write(L"p/sub/second.php", "<?php\n");
+    OpenProject(m_folder.Path(L"p"));
+    Press("ctrl+p");
+    auto* picker = Window().findChild<Workbench::CQuickOpen*>();
+    ASSERT_TRUE(WaitFor([&] { return picker->isActiveWindow(); }));
+    auto* list = picker->findChild<QListWidget*>();
+    ASSERT_TRUE(WaitFor([&] { return list->count() == 2; }));
+    Do({"type", "seco"});
+    ASSERT_TRUE(WaitFor([&] { return list->count() == 1; }));
+    Press("Return");
+    ASSERT_TRUE(WaitFor([&] { return Area().GetCurrentEditor() && Area().GetCurrentEditor()->hasFocus(); }));
+    CCodeEditor& editor = *Area().GetCurrentEditor();
+    Press("ctrl+End");
+    Do({"type", "if (1) {"});
+    Press("Return");
+    Do({"type", "f();"});
+    Press("Return");
+    Do({"type", "}"});
+    EXPECT_TRUE(WaitFor([&] { return editor.text() == "<?php\nif (1) {\n\tf();\n}"; }))
+        << editor.text().toStdString();
+    Press("ctrl+z");
+    Press("ctrl+z");
+    EXPECT_TRUE(WaitFor([&] { return editor.text() == "<?php\nif (1) {\n\tf();"; }))
+        << editor.text().toStdString();
+    Press("ctrl+h");
+    EXPECT_TRUE(WaitFor([&] { return Window().focusWidget()->objectName() == "findPattern"; }));
+    Press("Tab");
+    EXPECT_TRUE(WaitFor([&] { return Window().focusWidget()->objectName() == "findReplacement"; }));
+    Press("Escape");
+    Press("alt+3");
+    ASSERT_TRUE(WaitFor([&] { return Bar()->hasFocus() && Bar()->topLevelItemCount() > 0; }));
+    QStringList menus;
+    QTimer watch;
+    QObject::connect(&watch, &QTimer::timeout, [&] {
+        if (QWidget* menu = QApplication::activePopupWidget()) {
+            menus.append(menu->objectName());
+            menu->close();
+        }
+    });
+    watch.start(20);
+    Press("shift+F10");
+    EXPECT_TRUE(QTest::qWaitFor([&] { return !menus.isEmpty(); }));
+    EXPECT_EQ(menus, QStringList{"errorMenu"}) << menus.join(' ').toStdString();
+    Area().DiscardAll();
 }
 
 TEST_F(OnX, TheMessageShowsUnderThePointerAndItsLinkCanBeReached)
