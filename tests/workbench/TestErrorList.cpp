@@ -152,7 +152,7 @@ TEST_F(ErrorList, TheSelectionStaysNearWhenItsErrorGoes)
     for (const bool inList : {true, false}) {
         SCOPED_TRACE(inList);
         editor.setText("<?php\nelse;\n\nelse;\n\nelse;\n\nelse;\n");
-        ASSERT_TRUE(WaitFor([&] { return rowOf("d.php - 8") >= 0 && Panel().IsFilterDone(); }));
+        ASSERT_TRUE(WaitFor([&] { return rowOf("d.php - 6") >= 0 && Panel().IsFilterDone(); }));
         editor.SetCaretPosition({0, 2});
         Select(rowOf("d.php - 6"));
         if (!inList)
