@@ -9,10 +9,6 @@ source scripts/clean-root.sh
 build=$(realpath -- "${1:-build/release}")
 work=$(mktemp -d)
 trap 'rm -rf --one-file-system "$work"' EXIT
-fail() {
-    echo "FAILED: $*" >&2
-    exit 1
-}
 
 archive=${2:-}
 if [ -z "$archive" ]; then

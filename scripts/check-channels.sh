@@ -10,10 +10,6 @@ here=$PWD
 build=$(realpath -- "${1:-build/release}")
 work=$(mktemp -d)
 trap 'rm -rf --one-file-system "$work"' EXIT
-fail() {
-    echo "FAILED: $*" >&2
-    exit 1
-}
 install_missing composer php-cli php-zip unzip
 install_clients
 made=${2:-$work/made}

@@ -24,5 +24,5 @@ vim.cmd('qall!')
 LUA
 found=$(cd "$work/site" && HOME=$work/home XDG_CONFIG_HOME=$work/home/.config PATH=$work/unpacked/extension/server/bin:$PATH \
     nvim --headless -i NONE -n -c 'filetype on' -c 'edit a.php' -c "luafile $work/look.lua")
-[ "$found" = "Expected ';' before '\$b'" ] || { echo "FAILED: Neovim shows: $found" >&2; exit 1; }
+[ "$found" = "Expected ';' before '\$b'" ] || fail "Neovim shows: $found"
 echo "editors: fine"

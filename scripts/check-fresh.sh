@@ -21,10 +21,6 @@ while [ $# -gt 0 ]; do
         *) break ;;
     esac
 done
-fail() {
-    echo "FAILED: $*" >&2
-    exit 1
-}
 [ "$(id -u)" -eq 0 ] || fail "scripts/check-fresh.sh needs root, since it enters another root"
 [ -z "$(git status --porcelain --untracked-files=no)" ] || echo "What is not committed is not checked." >&2
 cache=${CACHE:-${XDG_CACHE_HOME:-$HOME/.cache}/code-analyzer-fresh}/$suite

@@ -13,10 +13,6 @@ root=${2:-$work/root}
 newer=1.0.99
 installed=(code-analyzer libcodeanalyzerchecks1 libcodeanalyzer1 code-analyzer-workbench libcodeanalyzercheck1 libcodeanalyzercheck-dev)
 trap 'umount "$root/proc" 2>/dev/null || true; rm -rf "$work"' EXIT
-fail() {
-    echo "FAILED: $*" >&2
-    exit 1
-}
 
 cpack --config "$build/CPackConfig.cmake" -G DEB -B "$work/debs" >/dev/null 2>&1
 same="(= $newer-1)"

@@ -14,12 +14,8 @@ here=$PWD
 out=$(realpath -m -- "${2:-$build/bundle}")
 install_missing patchelf icu-devtools
 glibc=2.34
-fail() {
-    echo "FAILED: $*" >&2
-    exit 1
-}
 
-version=$(sed -n 's/^project(CodeAnalyzer VERSION \([0-9.]*\).*/\1/p' CMakeLists.txt)
+version=$(project_version)
 name=code-analyzer-$version-linux-$(uname -m)
 work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT

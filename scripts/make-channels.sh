@@ -7,7 +7,7 @@ source scripts/setup.sh
 here=$PWD
 build=$(realpath -- "${1:-build/release}")
 out=$(realpath -m -- "${2:-$build/channels}")
-version=$(sed -n 's/^project(CodeAnalyzer VERSION \([0-9.]*\).*/\1/p' CMakeLists.txt)
+version=$(project_version)
 homepage=$(sed -n 's/^CODE_ANALYZER_HOMEPAGE:STRING=//p' "$build/CMakeCache.txt")
 platform=$(uname -s)-$(uname -m)
 bundle=linux-$(uname -m)
@@ -26,7 +26,7 @@ fill() { # TEMPLATE FILE
 package() {
     mkdir -p "$1/bin"
     cp -r "$unpacked" "$1/$bundle"
-    [ -z "$(find "$1/$bundle" -type l)" ] || { echo "FAILED: links in the bundle" >&2; exit 1; }
+    [ -z "$(find "$1/$bundle" -type l)" ] || fail "links in the bundle"
     fill packaging/bundle/launcher.sh "$1/bin/code-analyzer"
     chmod +x "$1/bin/code-analyzer"
     fill packaging/README.channel.md.in "$1/README.md"

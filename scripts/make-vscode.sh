@@ -4,10 +4,11 @@
 # lock file.
 set -euo pipefail
 cd "$(dirname "$0")/.."
+source scripts/setup.sh
 here=$PWD
 build=$(realpath -- "${1:-build/release}")
 out=$(realpath -m -- "${2:-$build/channels}")
-version=$(sed -n 's/^project(CodeAnalyzer VERSION \([0-9.]*\).*/\1/p' CMakeLists.txt)
+version=$(project_version)
 unpacked=$build/bundle/code-analyzer-$version-linux-$(uname -m)
 [ -x "$unpacked/bin/code-analyzer" ] || scripts/make-bundle.sh "$build"
 mkdir -p "$out"

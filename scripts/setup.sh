@@ -23,6 +23,16 @@ say() {
     printf '\n== %s\n' "$*"
 }
 
+fail() {
+    echo "FAILED: $*" >&2
+    exit 1
+}
+
+# The version of what is checked out.
+project_version() {
+    sed -n 's/^project(CodeAnalyzer VERSION \([0-9.]*\).*/\1/p' CMakeLists.txt
+}
+
 # Installs those of the named packages that are not there yet.
 install_missing() {
     local missing=() package
