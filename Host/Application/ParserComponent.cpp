@@ -67,10 +67,8 @@ boost::shared_ptr<ISPDocument> CParserComponent::Make(boost::shared_ptr<IReader>
     Choose(source);
     if (!ofFile) {
         const std::lock_guard lock(m_pathsMutex);
-        if (const auto open = m_openPaths.find(path); open != m_openPaths.end()) {
-            source.giveUp = open->second.giveUp;
-            source.hasMark = open->second.hasMark;
-        }
+        if (const auto open = m_openPaths.find(path); open != m_openPaths.end())
+            source.giveUp = open->second;
     }
     return MakeSPDocument(std::move(reader), source);
 }
@@ -94,6 +92,7 @@ void CParserComponent::Choose(SDocumentSource& source) const
     source.shortTags = !choices->hasShortTags || choices->hasShortTags(source.path);
     if (choices->ownNames)
         source.names = choices->ownNames(source.path);
+    source.hasMark = [path = source.path] { return BeginsWithMark(Host::ReadFileStart(path, 3)); };
 }
 
 std::wstring CParserComponent::FactoryOfFile(const std::wstring& path)
@@ -135,16 +134,14 @@ void CParserComponent::OpenDocument(SDK::IDocument* document, const std::wstring
     const std::wstring path = document->GetPath();
     SOpened& opened = m_opened[document];
     opened.path = path;
-    const bool hasMark = BeginsWithMark(Host::ReadFileStart(path, 3));
     {
         const std::lock_guard lock(m_pathsMutex);
-        m_openPaths[path] = {std::make_shared<std::atomic<bool>>(false), hasMark};
+        m_openPaths[path] = std::make_shared<std::atomic<bool>>(false);
     }
     Editor::IDocBuffer* buffer = document->GetBuffer();
     if (factoryName.empty() || !buffer)
         return;
     SDocumentSource source{path, factoryName, document, buffer};
-    source.hasMark = hasMark;
     Choose(source);
     const boost::shared_ptr<ISPDocument> syntax = MakeSPDocument(Editor::MakeBufferReader(buffer), source);
     opened.syntax = syntax;
@@ -163,7 +160,7 @@ void CParserComponent::CloseDocument(SDK::IDocument* document, bool wanted)
         const std::lock_guard lock(m_pathsMutex);
         // From here on the checker begins no other parse.
         if (const auto open = m_openPaths.extract(found->second.path); open && !wanted)
-            *open.mapped().giveUp = true;
+            *open.mapped() = true;
     }
     m_opened.erase(found);
 }

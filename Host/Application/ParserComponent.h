@@ -71,12 +71,6 @@ private:
         boost::shared_ptr<ISPDocument> syntax; ///< null for a file of no language
     };
 
-    struct SOpenPath
-    {
-        std::shared_ptr<std::atomic<bool>> giveUp; ///< ends the parses of its texts
-        bool hasMark = false;
-    };
-
     ISynRegion* GetPropertyNameKind() const override;
     ISynRegion* GetElementNameKind() const override;
     bool IsOpen(const std::wstring& path);
@@ -92,8 +86,8 @@ private:
     mutable std::mutex m_choicesMutex;
     std::shared_ptr<const SFileChoices> m_choices = std::make_shared<const SFileChoices>();
     mutable std::mutex m_pathsMutex;
-    /// The same files, for any thread.
-    std::map<std::wstring, SOpenPath> m_openPaths;
+    /// The same files, for any thread, each with what gives up the parses of its texts.
+    std::map<std::wstring, std::shared_ptr<std::atomic<bool>>> m_openPaths;
     std::function<void(const std::wstring&)> m_fileHook;
     SOwnNames m_ownNames;
     std::atomic<const ICompletionData*> m_names{nullptr};

@@ -15,7 +15,7 @@ namespace Kesh::SyntaxParser {
 class CPhpTokenWriter
 {
 public:
-    /// With no handlers nothing is to be called but IsWanted().
+    /// With no handlers it hands on nothing; IsWanted() spares the work.
     CPhpTokenWriter(std::wstring_view text, std::vector<ITokenHandler*> handlers);
 
     bool IsWanted() const { return !m_handlers.empty(); }

@@ -182,12 +182,12 @@ public:
     {
         std::wstring copy;
         std::wstring_view text;
-        m_hasMark = m_source.hasMark;
         if (const auto* whole = dynamic_cast<const CTextReader*>(m_reader.get())) {
             text = whole->View();
-            m_hasMark = m_hasMark || whole->HasMark();
+            m_hasMark = whole->HasMark();
         } else {
             text = copy = m_reader->GetText();
+            m_hasMark = m_source.hasMark && m_source.hasMark();
         }
         std::vector<SIsland> islands;
         if (!SendRegions(text, islands))
@@ -254,7 +254,7 @@ private:
               const std::vector<IRegionsOnDemand*>& waiting, std::vector<SIsland>& islands)
     {
         std::vector<SIsland>* const wanted = NeedsIslands() ? &islands : nullptr;
-        if (waiting.size() < handlers.size() || handlers.empty()) {
+        if (waiting.size() < handlers.size()) {
             CPhpScanner scanner(text, handlers, TokenHandlers(text), m_source.shortTags);
             if (m_hasMark)
                 scanner.BeginWithMark();

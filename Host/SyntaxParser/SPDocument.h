@@ -4,6 +4,7 @@
 
 #include <atomic>
 #include <boost/shared_ptr.hpp>
+#include <functional>
 #include <memory>
 #include <string>
 
@@ -19,7 +20,9 @@ struct SDocumentSource
     SDK::IDocument* document = nullptr;
     Editor::IDocBuffer* buffer = nullptr;
     bool shortTags = true; ///< whether `<?` alone opens PHP
-    bool hasMark = false;  ///< whether its file begins with a byte order mark, which no reader hands on
+    /// Whether the file begins with a byte order mark, which no reader of an open document hands on. Asked in
+    /// each parse, on its thread; null: it does not.
+    std::function<bool()> hasMark = {};
     std::shared_ptr<const COwnNames> names = {}; ///< of its project; null: none
     /// Set once nobody wants what a parse finds, which then ends soon. May be null.
     std::shared_ptr<const std::atomic<bool>> giveUp = {};
