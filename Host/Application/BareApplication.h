@@ -9,7 +9,7 @@ namespace Kesh::Host {
 
 /// The host of checks that are shown to nobody: the parsing service and nothing else. It needs no
 /// QApplication.
-class CBareApplication final : public SDK::IApplication
+class CBareApplication : public SDK::IApplication
 {
 public:
     /// The translations are not owned; null: none.

@@ -81,7 +81,7 @@ std::wstring CServerText::GetText(const std::wstring& lineBreak)
 std::wstring TextFromUtf8(std::string_view utf8)
 {
     // A byte order mark inside a text is a character of it.
-    if (utf8.starts_with("\xEF\xBB\xBF"))
+    if (SyntaxParser::BeginsWithMark(utf8))
         return L'\uFEFF' + SyntaxParser::DecodeSource(utf8.substr(3));
     return SyntaxParser::DecodeSource(utf8);
 }

@@ -27,15 +27,11 @@ class CWidenedData final : public ICompletionData, public IAttributeSource, publ
 {
 public:
     CWidenedData(const ICompletionData& base, const SOwnNames& own)
-        : m_base(base),
-          m_lookup(dynamic_cast<const INameLookup&>(base)),
-          m_ownTags(own.tags),
-          m_ownAttributes(own.attributes),
-          m_ownProperties(own.properties)
+        : m_base(base), m_lookup(dynamic_cast<const INameLookup&>(base)), m_own(own)
     {
-        m_attributes = Items(m_ownAttributes);
-        m_tags = Widened(base.GetTags(), Items(m_ownTags));
-        m_styleProperties = Widened(base.GetStyleProperties(), Items(m_ownProperties));
+        m_attributes = Items(m_own.Attributes());
+        m_tags = Widened(base.GetTags(), Items(m_own.Tags()));
+        m_styleProperties = Widened(base.GetStyleProperties(), Items(m_own.Properties()));
     }
 
     const TCompletionList& GetTags() const override { return m_tags; }
@@ -55,19 +51,16 @@ public:
         return known->second;
     }
 
-    bool HasTag(std::wstring_view name) const override
-    {
-        return m_lookup.HasTag(name) || m_ownTags.Matches(name);
-    }
+    bool HasTag(std::wstring_view name) const override { return m_lookup.HasTag(name) || m_own.HasTag(name); }
     bool HasStyleProperty(std::wstring_view name) const override
     {
-        return m_lookup.HasStyleProperty(name) || m_ownProperties.Matches(name);
+        return m_lookup.HasStyleProperty(name) || m_own.HasProperty(name);
     }
     bool HasAttribute(std::wstring_view tag, std::wstring_view name) const override
     {
         // Nobody has said what an own tag takes.
-        return m_lookup.HasAttribute(tag, name) || m_ownAttributes.Matches(name) ||
-               m_ownTags.Matches(Base::CLowerCase(tag).View());
+        return m_lookup.HasAttribute(tag, name) || m_own.HasAttribute(name) ||
+               m_own.HasTag(Base::CLowerCase(tag).View());
     }
 
 private:
@@ -95,9 +88,7 @@ private:
 
     const ICompletionData& m_base;
     const INameLookup& m_lookup;
-    CNamePatterns m_ownTags;
-    CNamePatterns m_ownAttributes;
-    CNamePatterns m_ownProperties;
+    COwnNames m_own;
     std::deque<CItem> m_items;
     TCompletionList m_attributes; ///< own ones
     TCompletionList m_tags;

@@ -30,6 +30,9 @@ public:
     {
     }
 
+    const CNamePatterns& Tags() const { return m_tags; }
+    const CNamePatterns& Attributes() const { return m_attributes; }
+    const CNamePatterns& Properties() const { return m_properties; }
     bool HasTag(std::wstring_view name) const { return m_tags.Matches(name); }
     bool HasAttribute(std::wstring_view name) const { return m_attributes.Matches(name); }
     bool HasProperty(std::wstring_view name) const { return m_properties.Matches(name); }

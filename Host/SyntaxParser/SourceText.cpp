@@ -60,7 +60,7 @@ std::size_t DecodeUtf8Into(std::wstring& buffer, std::string_view bytes, SSource
     const auto* p = reinterpret_cast<const unsigned char*>(bytes.data());
     const unsigned char* end = p + bytes.size();
     format = SSourceFormat();
-    if (bytes.substr(0, 3) == "\xEF\xBB\xBF") {
+    if (BeginsWithMark(bytes)) {
         format.byteOrderMark = true;
         p += 3;
     }

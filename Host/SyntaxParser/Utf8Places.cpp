@@ -1,5 +1,6 @@
 #include "SyntaxParser/Utf8Places.h"
 
+#include "SyntaxParser/SourceText.h"
 #include "SyntaxParser/Utf8Sequence.h"
 
 namespace Kesh::SyntaxParser {
@@ -12,7 +13,7 @@ constexpr std::size_t Step = 64;
 
 CUtf8Places::CUtf8Places(std::string_view bytes) : m_bytes(bytes)
 {
-    std::size_t byte = bytes.starts_with("\xEF\xBB\xBF") ? 3 : 0;
+    std::size_t byte = BeginsWithMark(bytes) ? 3 : 0;
     for (std::size_t character = 0;; ++character) {
         if (character % Step == 0)
             m_marks.push_back(byte);

@@ -121,20 +121,12 @@ private:
     CParserComponent m_names;
 };
 
-struct CTokenHost : SDK::IApplication
+struct CTokenHost : Host::CBareApplication
 {
     boost::weak_ptr<SDK::IComponent1<SDK::IApplication>> GetComponent(const std::wstring&) override
     {
         return service;
     }
-    SDK::IMainFrame* GetMainFrame() override { return nullptr; }
-    SDK::IImageListService* GetImageListService() override { return nullptr; }
-    SDK::ISettings* GetSettings() override { return nullptr; }
-    SDK::ITimerService* GetTimerService() override { return nullptr; }
-    SDK::IThreadService* GetThreadService() override { return nullptr; }
-    SDK::IDocumentService* GetDocumentService() override { return nullptr; }
-    double GetScaleFactor() override { return 1.0; }
-    LangSupport::ILangSource* GetLangSource() override { return nullptr; }
     boost::shared_ptr<CTokenService> service = boost::make_shared<CTokenService>();
 };
 
