@@ -38,8 +38,8 @@ constexpr SPlain Plain[] = {
     {EHtmlProblem::MissingEndTagName, Code::MissingEndTagName},
     {EHtmlProblem::UnexpectedQuestionMarkInsteadOfTagName, Code::QuestionMarkInTag},
     {EHtmlProblem::EofInComment, Code::EndOfFileInComment, EFix::Insert, L"-->"},
-    {EHtmlProblem::AbruptClosingOfEmptyComment, Code::AbruptComment, EFix::Rename, L"<!---->"},
-    {EHtmlProblem::IncorrectlyClosedComment, Code::BadCommentEnd, EFix::Rename, L"-->"},
+    {EHtmlProblem::AbruptClosingOfEmptyComment, Code::AbruptComment, EFix::Replace, L"<!---->"},
+    {EHtmlProblem::IncorrectlyClosedComment, Code::BadCommentEnd, EFix::Replace, L"-->"},
     {EHtmlProblem::CdataInHtmlContent, Code::CDataInHtml},
     {EHtmlProblem::EofInCdata, Code::EndOfFileInCData, EFix::Insert, L"]]>"},
     {EHtmlProblem::EofInDoctype, Code::EndOfFileInDoctype, EFix::Insert, L">"},
@@ -216,13 +216,13 @@ void CHtmlProblems::JudgeInText(const SProblem& problem)
     } else if (problem.problem == EHtmlProblem::IncorrectlyOpenedComment) {
         AddBadComment(span);
     } else if (problem.problem == EHtmlProblem::AbsenceOfDigitsInNumericCharacterReference) {
-        Add(Code::ReferenceWithoutDigits, span, EFix::Rename, {span.begin, span.begin + 1}, L"&amp;");
+        Add(Code::ReferenceWithoutDigits, span, EFix::Replace, {span.begin, span.begin + 1}, L"&amp;");
     } else if (IsNumericReference(problem.problem)) {
         m_report.Add(Code::InvalidReference, span, {{m_report.Source("name", span)}, {}, {}});
     } else if (problem.problem == EHtmlProblem::InvalidFirstCharacterOfTagName) {
         const SMarkupSpan opening{span.begin - 1, span.begin};
         m_report.Add(Code::NoTagName, span,
-                     {{m_report.Source("found", span)}, {}, {m_report.Fix(EFix::Rename, opening, L"&lt;")}});
+                     {{m_report.Source("found", span)}, {}, {m_report.Fix(EFix::Replace, opening, L"&lt;")}});
     } else if (const auto* plain = std::ranges::find(Plain, problem.problem, &SPlain::problem);
                plain != std::end(Plain)) {
         // One says it all of a text that is rather bytes.

@@ -142,7 +142,7 @@ bool CStyleChecker::ReportUrl(TTokenIndex token)
     SDetails details;
     if (text.ends_with(L')') && text.find_first_of(L"\"'\\(\n", begin) == std::wstring_view::npos)
         details.fixes.push_back(
-            m_report.Fix(EFix::Rename, {span.begin + begin, span.end - 1},
+            m_report.Fix(EFix::Replace, {span.begin + begin, span.end - 1},
                          L'"' + std::wstring(text.substr(begin, text.size() - begin - 1)) + L'"'));
     m_findings.Report(Code::BadStyleUrl, token, {}, std::move(details));
     return text.find_first_of(L"{}") != std::wstring_view::npos;

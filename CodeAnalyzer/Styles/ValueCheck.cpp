@@ -290,7 +290,7 @@ SFix CValueCheck::Spaced(TTokenIndex token) const
     std::wstring text(m_text.IsBlank(token - 1) ? L"" : L" ");
     text += m_text.Text(token)[0];
     text += isAlone && m_text.IsBlank(token + 1) ? L"" : L" ";
-    return m_findings.Plain().Fix(EFix::Rename, {span.begin, span.begin + 1}, std::move(text));
+    return m_findings.Plain().Fix(EFix::Replace, {span.begin, span.begin + 1}, std::move(text));
 }
 
 void CValueCheck::CheckSyntax(STokens name, STokens value, TSyntax syntax, std::int32_t code)

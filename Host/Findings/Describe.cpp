@@ -44,7 +44,7 @@ SDiagnostic MistypedDiagnostic(const SMistypedIgnore& mistyped, std::wstring_vie
                                      std::wstring(text.substr(mistyped.begin, mistyped.end - mistyped.begin)),
                                      CodeAnalyzer::SArgument::Source},
                                     {"nearest", meant, CodeAnalyzer::SArgument::Source}};
-    diagnostic.details.fixes.push_back({CodeAnalyzer::EFix::Rename, {{span, meant}}});
+    diagnostic.details.fixes.push_back({CodeAnalyzer::EFix::Replace, {{span, meant}}});
     return diagnostic;
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Kesh/CodeAnalyzer/Catalog.h"
 #include "Kesh/CodeAnalyzer/Diagnostic.h"
 
 #include <cstdint>
@@ -22,6 +23,12 @@ struct SRelated
     SyntaxParser::SScheme pos;
     std::wstring message;
 };
+
+/// Whether findings of the code come of the host's own look at comments, and not of the plug-in.
+constexpr bool IsHostsOwn(std::int32_t code)
+{
+    return code == CodeAnalyzer::Code::UnusedIgnore || code == CodeAnalyzer::Code::MistypedIgnore;
+}
 
 /// An error record with all that a report says about it: it needs neither the plug-in nor the text any more.
 struct SFinding

@@ -78,12 +78,10 @@ std::vector<SCandidates> CandidatesOf(const std::vector<SFinding>& findings, con
 {
     std::vector<SCandidates> candidates;
     for (const SFinding& finding : findings) {
-        // Which name is meant nobody can prove.
-        if (CodeAnalyzer::IsNameError(finding.error.code))
-            continue;
         SCandidates of{&finding.error, {}};
         for (SQuickFix& fix : EditsFor(finding, file))
-            of.ways.push_back(std::move(fix.edits));
+            if (!fix.isGuess)
+                of.ways.push_back(std::move(fix.edits));
         if (!of.ways.empty())
             candidates.push_back(std::move(of));
     }

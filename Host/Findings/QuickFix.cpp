@@ -33,6 +33,7 @@ void AddKnownFixes(const SFinding& finding, std::vector<SQuickFix>& fixes)
                        : std::wstring(Base::CCommonString::Trim(known.edits.front().text));
         fix.edits = known.edits;
         fix.code = finding.error.code;
+        fix.isGuess = known.kind == CodeAnalyzer::EFix::Rename;
     }
 }
 
@@ -56,17 +57,6 @@ void RenameEndTag(const SFinding& finding, const std::wstring& name, const SFile
         return;
     fix.edits.push_back(
         {{file.lines.Position(from + at + 2), file.lines.Position(from + at + 2 + name.size())}, fix.what});
-}
-
-void AddRenames(const SFinding& finding, const SFileText& file, std::vector<SQuickFix>& fixes)
-{
-    const std::wstring* name = finding.details.Find("name");
-    if (!name || name->empty())
-        return;
-    AddKnownFixes(finding, fixes);
-    if (finding.error.code == CodeAnalyzer::Code::UnknownTag)
-        for (SQuickFix& fix : fixes)
-            RenameEndTag(finding, *name, file, fix);
 }
 
 void AddOwnName(const SFinding& finding, std::vector<SQuickFix>& fixes)
@@ -139,10 +129,12 @@ std::vector<SQuickFix> EditsFor(const SFinding& finding, const SFileText& file)
     std::vector<SQuickFix> fixes;
     if (finding.error.code == CodeAnalyzer::Code::UnusedIgnore)
         AddRemovalOfComment(finding, file, fixes);
-    else if (CodeAnalyzer::IsNameError(finding.error.code))
-        AddRenames(finding, file, fixes);
     else
         AddKnownFixes(finding, fixes);
+    const std::wstring* name = finding.details.Find("name");
+    if (name && finding.error.code == CodeAnalyzer::Code::UnknownTag)
+        for (SQuickFix& fix : fixes)
+            RenameEndTag(finding, *name, file, fix);
     return fixes;
 }
 
@@ -150,8 +142,8 @@ std::vector<SQuickFix> FixesFor(const SFinding& finding, const SFileText& file)
 {
     std::vector<SQuickFix> fixes = EditsFor(finding, file);
     const std::int32_t code = finding.error.code;
-    if (code == CodeAnalyzer::Code::UnusedIgnore)
-        return fixes;
+    if (IsHostsOwn(code))
+        return fixes; // what ignores must not be ignored
     AddOwnName(finding, fixes);
     const std::wstring number = std::to_wstring(code);
     if (const auto edit = IgnoreComment(finding, file))

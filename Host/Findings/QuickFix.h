@@ -30,7 +30,8 @@ struct SQuickFix
     std::wstring name;
     std::string list; ///< "tags", "attributes" or "properties"
     std::int32_t code = 0;
-    bool mends = false; ///< the best one that was proved: the error goes, and no other comes up
+    bool isGuess = false; ///< of what was meant, which no check can prove
+    bool mends = false;   ///< the best one that was proved: the error goes, and no other comes up
 
     /// The sentence in the user's language.
     std::wstring Title() const;

@@ -24,7 +24,7 @@ auto KeyOf(const SCAError& error)
 
 bool IsOwn(const Findings::SFinding& finding)
 {
-    return finding.error.code == CodeAnalyzer::Code::UnusedIgnore;
+    return Findings::IsHostsOwn(finding.error.code);
 }
 
 /// Without a text there are no comments and no lines, so that all that is left is the project's settings.

@@ -221,7 +221,7 @@ bool CErrorWatch::HidesUndecided(const std::wstring& file) const
 
 std::int32_t CErrorWatch::TypeOf(const std::wstring& file, const SCAError& error) const
 {
-    if (error.code == CodeAnalyzer::Code::UnusedIgnore)
+    if (Findings::IsHostsOwn(error.code))
         return error.type; // found in deciding
     if (const SJudgedError* judged = FindJudged(file, error))
         return judged->type;

@@ -24,6 +24,7 @@ protected:
                                    "$a = 1; // code-analyzer-ignore\n");
         m_folder.Write(L"p/b.php", "<?php\n  else;\n$caf\xE9;\nelse;\n");
         m_folder.Write(L"p/clean.php", "<?php\n// code-analyzer-ignore 901, 252\n$a = 1;\n");
+        m_folder.Write(L"p/typo.php", "<?php\n$a = 1; // Code-Analyzer-Ignore\n");
         m_folder.Write(L"p/c.html", "<pp>\n<!-- code-analyzer-ignore -->\n<qq>\n");
         m_folder.Write(L"p/old/d.php", "<?php\nelse;\n");
         m_folder.Write(L"p/warn.php", "<?php\nelse;\nif ($a);\n");
@@ -93,6 +94,7 @@ TEST_F(Silenced, TheListShowsWhatTheCommandLineSays)
     OpenProject(m_folder.Path(L"p"));
     ExpectTheSame("opened");
     EXPECT_THAT(Listed(), ::testing::Contains("clean.php:2 9001 warning"));
+    EXPECT_THAT(Listed(), ::testing::Contains("typo.php:2 9002 warning"));
     ASSERT_TRUE(Window().CloseProject());
     EXPECT_TRUE(WaitForRows(0));
     OpenProject(m_folder.Path(L"p"));

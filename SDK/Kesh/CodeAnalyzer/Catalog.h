@@ -24,7 +24,7 @@ enum class EFix : std::uint8_t {
     None,
     Insert, ///< something is missing
     Remove, ///< something is too much
-    Rename, ///< a name is meant that is much like this one
+    Rename, ///< something much like it may be meant: a guess
     Replace ///< something else belongs in its place
 };
 
@@ -56,11 +56,11 @@ constexpr const SDiagnosticKind* FindKind(std::int32_t code)
     return kind != std::end(Catalog) && kind->code == code ? kind : nullptr;
 }
 
-/// Whether the code is that of a name which no list has.
+/// Whether the code is that of a name which no list has, and which a project may have for its own.
 constexpr bool IsNameError(std::int32_t code)
 {
-    const SDiagnosticKind* kind = FindKind(code);
-    return kind && kind->fix == EFix::Rename;
+    return code == Code::UnknownTag || code == Code::UnknownAttribute || code == Code::UnknownElement ||
+           code == Code::UnknownProperty;
 }
 
 } // namespace Kesh::CodeAnalyzer
