@@ -26,10 +26,7 @@ struct SParseSink
     SGrammarParse& parse;
 
     bool Accepts(TGrammarSymbol symbol) const { return parse.parser.Accepts(symbol); }
-    bool Push(TGrammarSymbol symbol, std::uint32_t token)
-    {
-        return parse.parser.Push(symbol, {token, token, 0, 0, EValue::Other, EValue::Other});
-    }
+    bool Push(TGrammarSymbol symbol, std::uint32_t token) { return parse.parser.Push(symbol, token); }
     void Needs(EFeature feature, std::uint32_t token) { parse.rules.Needs(feature, token); }
     void GiveUp() { parse.parser.Pop(StatementPlaceOf(parse.parser).depth); }
 };
@@ -217,7 +214,7 @@ template <class TSink> bool CGrammarFeed::FeedTo(TSink sink, std::uint32_t token
     return PushKind(sink, KindFor(sink, token), token);
 }
 
-bool CGrammarFeed::Feed(SGrammarParse& parse, std::uint32_t token) const
+bool CGrammarFeed::FeedAnother(SGrammarParse& parse, std::uint32_t token) const
 {
     if (!FeedTo(SParseSink{parse}, token))
         return false;
@@ -235,7 +232,7 @@ void CGrammarFeed::AskOfOldVersion(CPhpRules& rules, std::uint32_t token) const
     if (isQualified && HasReservedPart(m_tokens.Text(token), m_version))
         rules.Needs(EFeature::NameKeyword, token);
     else if (IsWordKind(kind) && kind != K::Class && token > 0 && m_tokens[token - 1].kind == K::DoubleColon)
-        rules.versions.MemberName({token, token, 0, 0, EValue::Other, EValue::Other});
+        rules.versions.MemberName(ValueOfToken(token));
 }
 
 bool CGrammarFeed::Feed(CGrammarProbe& probe, std::uint32_t token) const

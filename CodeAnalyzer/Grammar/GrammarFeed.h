@@ -4,6 +4,8 @@
 #include "Grammar/PhpGrammarParser.h"
 #include "Grammar/PhpRules.h"
 
+#include <array>
+#include <cstddef>
 #include <cstdint>
 #include <utility>
 #include <vector>
@@ -18,6 +20,13 @@ struct SGrammarParse
     CPhpRules rules;
     CPhpGrammarParser parser;
 };
+
+/// Whether the kind is a word that may also be a name.
+constexpr bool IsWordKind(SyntaxParser::EPhpTokenKind kind)
+{
+    return ClassOf(kind) == SyntaxParser::EPhpTokenClass::Word ||
+           kind == SyntaxParser::EPhpTokenKind::MagicConstant;
+}
 
 /// A change of the text that a parse goes by: what it takes to stand before a token, and how many tokens from
 /// that one on it takes not to stand there.
@@ -73,7 +82,13 @@ public:
     std::int32_t Version() const { return m_version; }
 
     /// False when the token cannot stand there.
-    bool Feed(SGrammarParse& parse, std::uint32_t token) const;
+    bool Feed(SGrammarParse& parse, std::uint32_t token) const
+    {
+        const K kind = m_tokens[token].kind;
+        if (IsPlain[static_cast<std::size_t>(kind)] && m_edits.empty()) [[likely]]
+            return parse.parser.Push(GrammarSymbol(kind), token);
+        return FeedAnother(parse, token);
+    }
     /// The same for a probe.
     bool Feed(CGrammarProbe& probe, std::uint32_t token) const;
     /// What a word is where it stands, and in the version that is asked for; other kinds are what they are.
@@ -89,6 +104,19 @@ public:
 private:
     using K = SyntaxParser::EPhpTokenKind;
 
+    /// The kinds that are one symbol in every place and version.
+    static constexpr auto IsPlain = [] {
+        std::array<bool, static_cast<std::size_t>(K::Count)> plain{};
+        for (std::size_t kind = 0; kind < plain.size(); ++kind)
+            plain[kind] = !IsWordKind(static_cast<K>(kind)) &&
+                          ClassOf(static_cast<K>(kind)) != SyntaxParser::EPhpTokenClass::Bad;
+        for (const K kind : {K::OpenTag, K::OpenBrace, K::OldCast, K::Spaceship, K::QualifiedName,
+                             K::FullyQualifiedName, K::RelativeName})
+            plain[static_cast<std::size_t>(kind)] = false;
+        return plain;
+    }();
+
+    bool FeedAnother(SGrammarParse& parse, std::uint32_t token) const;
     bool IsBehindUnfinishedLine(std::uint32_t token) const;
     bool TellsWhatIsImported(std::uint32_t word) const;
     void AskOfOldVersion(CPhpRules& rules, std::uint32_t token) const;
@@ -100,12 +128,5 @@ private:
     std::int32_t m_version = 0;
     std::vector<SGrammarEdit> m_edits; ///< in the order of their tokens
 };
-
-/// Whether the kind is a word that may also be a name.
-constexpr bool IsWordKind(SyntaxParser::EPhpTokenKind kind)
-{
-    return ClassOf(kind) == SyntaxParser::EPhpTokenClass::Word ||
-           kind == SyntaxParser::EPhpTokenKind::MagicConstant;
-}
 
 } // namespace Kesh::CodeAnalyzer

@@ -28,9 +28,9 @@ public:
     void Clear() { m_tokens.clear(); }
     std::uint32_t Add(const SyntaxParser::SPhpToken& token)
     {
-        m_tokens.push_back({token.text.data(), static_cast<std::uint32_t>(token.text.size()),
-                            static_cast<std::uint32_t>(token.start.y),
-                            static_cast<std::uint32_t>(token.start.x), token.kind});
+        m_tokens.emplace_back(token.text.data(), static_cast<std::uint32_t>(token.text.size()),
+                              static_cast<std::uint32_t>(token.start.y),
+                              static_cast<std::uint32_t>(token.start.x), token.kind);
         return static_cast<std::uint32_t>(m_tokens.size() - 1);
     }
     void Add(const SGrammarToken& token) { m_tokens.push_back(token); }

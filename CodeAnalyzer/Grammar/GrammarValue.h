@@ -95,4 +95,10 @@ struct SGrammarValue
         EValue::Other; ///< of what is reached through another or stands in brackets: the kind of that
 };
 
+/// Of a token, as long as nothing has been made of it.
+constexpr SGrammarValue ValueOfToken(std::uint32_t token)
+{
+    return {token, token, 0, 0, EValue::Other, EValue::Other};
+}
+
 } // namespace Kesh::CodeAnalyzer

@@ -1,25 +1,9 @@
 /* The grammar of PHP 5.3 to 8.5. It only recognises: what is valid in some version passes, and an action tells the
-   rules where a version or another rule of the language has to be asked for. No conflict is left to chance. */
-
-%code requires {
-#include "Grammar/GrammarValue.h"
-
-struct phppstate;
-
-namespace Kesh::CodeAnalyzer {
-class CPhpRules;
-
-/// Where the parser stood when it met what cannot follow.
-struct SGrammarFault
-{
-    phppstate* parser = nullptr;
-    std::int16_t* top = nullptr;
-};
-}
-}
+   rules where a version or another rule of the language has to be asked for. $$ stands where $1 does: what is set in
+   the one is so in the other. No conflict is left to chance. */
 
 %code {
-#include "Grammar/GrammarStack.h"
+#include "Grammar/GrammarTables.h"
 #include "Grammar/PhpGrammarParser.h"
 #include "Grammar/PhpRules.h"
 
@@ -27,17 +11,11 @@ struct SGrammarFault
 
 using namespace Kesh::CodeAnalyzer;
 using enum EValue;
-
-static void yyerror(CPhpRules& rules, SGrammarFault& fault, const char* message);
 }
 
-%define api.pure full
-%define api.push-pull push
-%define api.prefix {php}
+%skeleton "./Automaton.m4"
 %define api.token.prefix {T_}
 %define api.token.raw
-%define api.value.type {Kesh::CodeAnalyzer::SGrammarValue}
-%parse-param {Kesh::CodeAnalyzer::CPhpRules& rules} {Kesh::CodeAnalyzer::SGrammarFault& fault}
 %expect 0
 /* A token that cannot follow is to be met before what it cannot follow has been reduced. */
 %define lr.default-reduction consistent
@@ -626,7 +604,7 @@ type_atom:
 
 union_member:
     type_atom
-|   "(" intersection_type ")"   { rules.Needs(EFeature::MixedType, $1); $$ = $2; $$.first = $1.first; }
+|   "(" intersection_type ")"   { rules.Needs(EFeature::MixedType, $1); const auto first = $1.first; $$ = $2; $$.first = first; }
 ;
 
 union_type:
@@ -971,55 +949,41 @@ plain_word:
 
 %%
 
-// Called before the parser throws its stack away.
-static void yyerror(CPhpRules& /*rules*/, SGrammarFault& fault, const char* /*message*/)
-{
-    fault.top = fault.parser->yyssp;
-}
-
 namespace Kesh::CodeAnalyzer {
 
 namespace {
 
-using K = SyntaxParser::EPhpTokenKind;
-
 constexpr TGrammarSymbol T_None = -1; ///< what the grammar never sees
 
-/// Kinds that are alike to the grammar share a symbol.
-constexpr TGrammarSymbol Symbols[] = {
+constexpr auto Tables = [] {
+    SGrammarTables<std::size(pact), TokenCount, std::size(pgoto), std::size(r1), std::size(table)> tables;
+    tables.entries.fill({-1, 0});
+    for (std::size_t i = 0; i < std::size(table); ++i)
+        tables.entries[tables.Before + i] = {check[i], table[i] == ErrorEntry ? std::int16_t{0} : table[i]};
+    for (std::size_t state = 0; state < std::size(pact); ++state) {
+        auto& row = tables.states[state];
+        row.begin = pact[state] == AnyToken ? tables.EmptyRow : tables.RowAt(pact[state]);
+        row.otherwise = static_cast<std::int16_t>(state == FinalState ? 0 : -defact[state]);
+    }
+    for (std::size_t left = 0; left < std::size(pgoto); ++left)
+        tables.gotos[left] = {tables.RowAt(pgoto[left]), defgoto[left]};
+    for (std::size_t rule = 0; rule < std::size(r1); ++rule) {
+        tables.rules[rule].left = static_cast<std::uint16_t>(r1[rule] - TokenCount);
+        tables.rules[rule].length = static_cast<std::uint8_t>(r2[rule]);
+    }
+    for (const std::int16_t rule : RulesThatAct)
+        tables.rules[static_cast<std::size_t>(rule)].acts = true;
+    return tables;
+}();
+
+} // namespace
+
+// Kinds that are alike to the grammar share a symbol.
+constexpr TGrammarSymbol GrammarSymbols[] = {
 #define PHP_TOKEN(kind, tokenClass, symbol, text) T_##symbol,
 #include "Kesh/SyntaxParser/PhpTokens.def"
 #undef PHP_TOKEN
 };
-
-/// What the parser does in a state with a symbol: above 0 it goes to that state, below 0 it reduces by that rule, 0 is
-/// an error.
-int Action(int state, int symbol)
-{
-    int action = yypact[state];
-    if (!yypact_value_is_default(action)) {
-        action += symbol;
-        if (action >= 0 && action <= YYLAST && yycheck[action] == symbol) {
-            const int found = yytable[action];
-            return yytable_value_is_error(found) ? 0 : found;
-        }
-    }
-    return -yydefact[state];
-}
-
-int Goto(int state, int rule)
-{
-    const int nonterminal = yyr1[rule] - YYNTOKENS;
-    const int target = yypgoto[nonterminal] + state;
-    return target >= 0 && target <= YYLAST && yycheck[target] == state ? yytable[target] : yydefgoto[nonterminal];
-}
-
-} // namespace
-
-TGrammarSymbol GrammarSymbol(K kind)
-{
-    return Symbols[static_cast<std::size_t>(kind)];
-}
 
 TGrammarSymbol OffsetBraceSymbol()
 {
@@ -1028,12 +992,12 @@ TGrammarSymbol OffsetBraceSymbol()
 
 int CGrammarProbe::SymbolAt(std::size_t depth) const
 {
-    return yystos[StateAt(depth)];
+    return stos[StateAt(depth)];
 }
 
 bool CGrammarProbe::ShiftsAt(std::size_t depth, TGrammarSymbol symbol) const
 {
-    return Action(StateAt(depth), symbol) > 0;
+    return Tables.Action(StateAt(depth), symbol) > 0;
 }
 
 void CGrammarProbe::Drop(int count)
@@ -1049,53 +1013,85 @@ void CGrammarProbe::Drop(int count)
 bool CGrammarProbe::Take(TGrammarSymbol symbol)
 {
     for (;;) {
-        const int action = Action(StateAt(Depth()), symbol);
+        const int action = Tables.Action(StateAt(Depth()), symbol);
         if (action == 0)
             return false;
         if (action > 0) {
             m_above.push_back(static_cast<std::int16_t>(action));
             return true;
         }
-        Drop(yyr2[-action]);
-        m_above.push_back(static_cast<std::int16_t>(Goto(StateAt(Depth()), -action)));
+        const auto rule = Tables.rules[static_cast<std::size_t>(-action)];
+        Drop(rule.length);
+        m_above.push_back(static_cast<std::int16_t>(Tables.Goto(StateAt(Depth()), rule)));
     }
 }
 
-struct CPhpGrammarParser::SState
+CPhpGrammarParser::CPhpGrammarParser(CPhpRules& rules) : m_rules(rules)
 {
-    yypstate* parser = yypstate_new();
-    SGrammarFault fault;
-
-    ~SState() { yypstate_delete(parser); }
-};
-
-CPhpGrammarParser::CPhpGrammarParser(CPhpRules& rules) : m_rules(rules), m_state(std::make_unique<SState>()) {}
-CPhpGrammarParser::~CPhpGrammarParser() = default;
+    Grow();
+}
 
 void CPhpGrammarParser::Begin()
 {
-    yypstate_delete(m_state->parser);
-    m_state->parser = yypstate_new();
+    m_top = m_stack.data();
+    m_top->state = 0;
+    m_top = ReduceWhateverFollows(m_top);
 }
 
-bool CPhpGrammarParser::Push(TGrammarSymbol symbol, const SGrammarValue& value)
+bool CPhpGrammarParser::Push(TGrammarSymbol symbol, std::uint32_t token)
 {
-    yypstate* parser = m_state->fault.parser = m_state->parser;
-    const int status = yypush_parse(parser, symbol, &value, m_rules, m_state->fault);
-    if (status == YYPUSH_MORE || status == 0)
-        return true;
-    // The parser has thrown its stack away, but not what was on it.
-    parser->yyssp = m_state->fault.top;
-    parser->yyvsp = parser->yyvs + (parser->yyssp - parser->yyss);
-    parser->yystate = *parser->yyssp;
-    parser->yyerrstatus = 0;
-    parser->yynew = 0;
-    return false;
+    SGrammarPlace* top = m_top; // for all that the compiler knows, an action could change the member
+    int action;
+    while ((action = Tables.Action(top->state, symbol)) < 0)
+        top = Reduce(-action, top);
+    if (action > 0) {
+        top[1].value = ValueOfToken(token);
+        top = ReduceWhateverFollows(Put(action, top));
+    }
+    m_top = top;
+    return action > 0;
+}
+
+inline SGrammarPlace* CPhpGrammarParser::Reduce(int number, SGrammarPlace* top)
+{
+    const auto rule = Tables.rules[static_cast<std::size_t>(number)];
+    SGrammarPlace* const below = top - rule.length;
+    if (rule.acts)
+        DoAction(number, top, below[1].value, m_rules);
+    return Put(Tables.Goto(below->state, rule), below);
+}
+
+inline SGrammarPlace* CPhpGrammarParser::ReduceWhateverFollows(SGrammarPlace* top)
+{
+    while (const int rule = Tables.RuleOfState(top->state))
+        top = Reduce(rule, top);
+    return top;
+}
+
+// The state above the top, of which the value is there already.
+inline SGrammarPlace* CPhpGrammarParser::Put(int state, SGrammarPlace* top)
+{
+    if (top == m_limit) [[unlikely]] {
+        m_top = top;
+        Grow();
+        top = m_top;
+    }
+    top[1].state = static_cast<std::int16_t>(state);
+    return top + 1;
+}
+
+void CPhpGrammarParser::Grow()
+{
+    constexpr std::size_t Least = 256;
+    const std::size_t depth = m_stack.empty() ? 0 : Depth();
+    m_stack.resize(std::max(Least, 2 * m_stack.size()));
+    m_top = &m_stack[depth];
+    m_limit = &m_stack.back() - 2; // an action may look at the value above the top
 }
 
 CGrammarProbe CPhpGrammarParser::Probe() const
 {
-    return {m_state->parser->yyss, m_state->parser->yyssp - m_state->parser->yyss};
+    return {m_stack.data(), static_cast<std::ptrdiff_t>(Depth())};
 }
 
 bool CPhpGrammarParser::Accepts(TGrammarSymbol symbol) const
@@ -1103,32 +1099,14 @@ bool CPhpGrammarParser::Accepts(TGrammarSymbol symbol) const
     return Probe().Take(symbol);
 }
 
-std::size_t CPhpGrammarParser::Depth() const
-{
-    return static_cast<std::size_t>(m_state->parser->yyssp - m_state->parser->yyss);
-}
-
 int CPhpGrammarParser::SymbolAt(std::size_t depth) const
 {
-    return yystos[m_state->parser->yyss[depth]];
-}
-
-std::uint32_t CPhpGrammarParser::TokenAt(std::size_t depth) const
-{
-    return m_state->parser->yyvs[depth].first;
+    return stos[m_stack[depth].state];
 }
 
 bool CPhpGrammarParser::ShiftsAt(std::size_t depth, TGrammarSymbol symbol) const
 {
-    return Action(m_state->parser->yyss[depth], symbol) > 0;
-}
-
-void CPhpGrammarParser::Pop(std::size_t depth)
-{
-    yypstate* parser = m_state->parser;
-    parser->yyssp = parser->yyss + depth;
-    parser->yyvsp = parser->yyvs + depth;
-    parser->yystate = *parser->yyssp;
+    return Tables.Action(m_stack[depth].state, symbol) > 0;
 }
 
 } // namespace Kesh::CodeAnalyzer
