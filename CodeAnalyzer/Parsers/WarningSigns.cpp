@@ -28,9 +28,10 @@ private:
     /// More loops than that around one place are not followed.
     static constexpr std::size_t MostLoops = 64;
 
+    /// A bracket, or the `:` of a body that a word ends.
     struct SOpen
     {
-        K head; ///< the word that leads to the bracket; End when that is none of a statement's
+        K head; ///< the word that leads to it; End when that is none of a statement's
         std::uint32_t token;
         std::uint32_t as = 0; ///< of a loop's head: the word, and the arrow after it
         std::uint32_t arrow = 0;
@@ -59,18 +60,18 @@ private:
     {
         switch (m_tokens[i].kind) {
         case K::OpenRound: m_open.push_back({HeadBefore(i), i}); break;
+        case K::OpenBrace: m_open.push_back({KindBefore(i) == K::Do ? K::Do : K::End, i}); break;
         case K::OpenSquare:
-        case K::OpenBrace:
         case K::AttributeStart:
         case K::CodeBrace:
         case K::DollarBrace: m_open.push_back({K::End, i}); break;
         case K::CloseRound: return Close(i);
-        case K::CloseSquare:
+        case K::CloseSquare: Pop(); break;
         case K::CloseBrace:
-            if (!m_open.empty())
-                m_open.pop_back();
-            if (m_tokens[i].kind == K::CloseBrace)
-                EndLoop(EEnd::Brace);
+            if (!m_open.empty() && m_open.back().head == K::Do)
+                m_endOfDo = i;
+            Pop();
+            EndLoop(EEnd::Brace);
             break;
         case K::As:
             if (InLoopHead())
@@ -87,22 +88,32 @@ private:
         case K::Endfor:
         case K::Endif:
         case K::Endswitch:
-        case K::Endwhile: m_hasEndWords = true; break;
+        case K::Endwhile: EndBody(); break;
         case K::Else: return KindAt(i + 1) == K::Semicolon;
         default: break;
         }
         return false;
     }
 
+    K KindBefore(std::uint32_t token) const { return token > 0 ? m_tokens[token - 1].kind : K::End; }
+
+    void Pop()
+    {
+        if (!m_open.empty())
+            m_open.pop_back();
+    }
+
     bool InLoopHead() const { return !m_open.empty() && m_open.back().head == K::Foreach; }
 
     K HeadBefore(std::uint32_t bracket) const
     {
-        const K word = bracket > 0 ? m_tokens[bracket - 1].kind : K::End;
+        const K word = KindBefore(bracket);
         switch (word) {
         case K::If: return bracket > 1 && m_tokens[bracket - 2].kind == K::Else ? K::Elseif : word;
+        case K::While: return bracket > 1 && m_endOfDo == bracket - 2 ? K::End : word;
         case K::Elseif:
-        case K::While:
+        case K::Switch:
+        case K::Declare:
         case K::For:
         case K::Foreach: return word;
         default: return K::End;
@@ -117,9 +128,32 @@ private:
         m_open.pop_back();
         if (open.head == K::End)
             return false;
+        const bool isBody = KindAt(i + 1) == K::Colon;
+        if (isBody && open.head == K::Elseif)
+            EndBodyBeforeElse(open.token - 1);
         if (open.head == K::If || open.head == K::Elseif)
             AddCondition(open, i);
-        return MeetsSemicolon(open.head, i + 1) || (open.head == K::Foreach && BeginLoop(open, i));
+        const bool isSign =
+            open.head != K::Switch && open.head != K::Declare &&
+            (MeetsSemicolon(open.head, i + 1) || (open.head == K::Foreach && BeginLoop(open, i)));
+        if (isBody)
+            m_open.push_back({K::Colon, i + 1});
+        return isSign;
+    }
+
+    // A body that a word ends.
+    void EndBody()
+    {
+        const bool isBody = !m_open.empty() && m_open.back().head == K::Colon;
+        m_lostBody |= !isBody;
+        if (isBody)
+            m_open.pop_back();
+    }
+    void EndBodyBeforeElse(std::uint32_t word)
+    {
+        // `else if (...):` begins a body inside of a body, and nobody writes it.
+        m_lostBody |= m_tokens[word].kind != K::Elseif;
+        EndBody();
     }
 
     // Whether a `;` is the body that begins with the token, or is near enough to pass for it.
@@ -206,7 +240,7 @@ private:
     {
         if (!m_repeats)
             return false;
-        if (m_hasEndWords) // no bracket tells where a body ends
+        if (m_lostBody)
             for (SCondition& condition : m_conditions)
                 condition.chain = 0;
         std::sort(m_conditions.begin(), m_conditions.end(), [](const SCondition& a, const SCondition& b) {
@@ -226,8 +260,9 @@ private:
     std::vector<SCondition> m_conditions;
     std::uint32_t m_fileChain = 0; ///< the last one that began outside of all brackets
     std::uint32_t m_chains = 0;
-    bool m_repeats = false;     ///< a chain has more than one condition
-    bool m_hasEndWords = false; ///< bodies end with `endif` and the like
+    std::uint32_t m_endOfDo = 0; ///< the last brace that ended the body of a `do`
+    bool m_repeats = false;      ///< a chain has more than one condition
+    bool m_lostBody = false;     ///< it is not known which conditions make a chain
 };
 
 } // namespace
