@@ -81,11 +81,16 @@ public:
     }
     std::int32_t Version() const { return m_version; }
 
+    /// Whether the kind is one symbol in every place and version.
+    static bool IsPlain(SyntaxParser::EPhpTokenKind kind)
+    {
+        return PlainKinds[static_cast<std::size_t>(kind)];
+    }
     /// False when the token cannot stand there.
     bool Feed(SGrammarParse& parse, std::uint32_t token) const
     {
         const K kind = m_tokens[token].kind;
-        if (IsPlain[static_cast<std::size_t>(kind)] && m_edits.empty()) [[likely]]
+        if (IsPlain(kind) && m_edits.empty()) [[likely]]
             return parse.parser.Push(GrammarSymbol(kind), token);
         return FeedAnother(parse, token);
     }
@@ -104,8 +109,7 @@ public:
 private:
     using K = SyntaxParser::EPhpTokenKind;
 
-    /// The kinds that are one symbol in every place and version.
-    static constexpr auto IsPlain = [] {
+    static constexpr auto PlainKinds = [] {
         std::array<bool, static_cast<std::size_t>(K::Count)> plain{};
         for (std::size_t kind = 0; kind < plain.size(); ++kind)
             plain[kind] = !IsWordKind(static_cast<K>(kind)) &&

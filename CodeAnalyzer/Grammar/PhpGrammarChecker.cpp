@@ -52,19 +52,41 @@ bool CPhpGrammarChecker::BeginTokens()
     m_recovery.Begin(m_source.get());
     m_next = 0;
     m_stalled = m_complete = false;
+    m_calm = true;
     return true;
 }
 
 void CPhpGrammarChecker::AddToken(const SPhpToken& token)
 {
-    if (token.kind == EPhpTokenKind::OpenTag || m_recovery.IsDeaf())
-        return;
-    const std::uint32_t index = m_tokens.Add(token);
-    if (m_next == index && !m_recovery.IsSkipping() && !m_tokens.IsBad(index) && Feed(index)) {
-        ++m_next;
-        return;
+    if (m_calm && CGrammarFeed::IsPlain(token.kind)) {
+        if (m_parse->parser.Push(GrammarSymbol(token.kind), m_tokens.Add(token))) [[likely]] {
+            ++m_next;
+            return;
+        }
+        Pump(false);
+    } else {
+        if (token.kind == EPhpTokenKind::OpenTag || m_recovery.IsDeaf())
+            return;
+        const std::uint32_t index = m_tokens.Add(token);
+        if (m_next == index && !m_recovery.IsSkipping() && !m_tokens.IsBad(index) && Feed(index))
+            ++m_next;
+        else
+            Pump(false);
     }
-    Pump(false);
+    m_calm = IsCalm();
+}
+
+// Whether all tokens have been fed, and nothing that went before has to do with the next one.
+bool CPhpGrammarChecker::IsCalm() const
+{
+    return m_next == m_tokens.Count() && m_feed.Edits().empty() && !m_recovery.IsSkipping() &&
+           !m_recovery.IsQuiet() && !m_recovery.IsDeaf();
+}
+
+void CPhpGrammarChecker::AddTokens(const SPhpToken* tokens, std::size_t count)
+{
+    for (const SPhpToken* token = tokens; token != tokens + count; ++token)
+        AddToken(*token);
 }
 
 void CPhpGrammarChecker::EndTokens(CIterator end)

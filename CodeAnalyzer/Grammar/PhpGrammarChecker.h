@@ -45,10 +45,12 @@ public:
 
     bool BeginTokens() override;
     void AddToken(const SyntaxParser::SPhpToken& token) override;
+    void AddTokens(const SyntaxParser::SPhpToken* tokens, std::size_t count) override;
     void EndTokens(SyntaxParser::CIterator end) override;
 
 private:
     bool Feed(std::uint32_t token);
+    bool IsCalm() const;
     void Pump(bool ended);
 
     std::int32_t m_version = 0;
@@ -63,6 +65,7 @@ private:
     boost::shared_ptr<SyntaxParser::ITokenSource> m_source;
     std::uint32_t m_next = 0; ///< the token to feed next
     bool m_stalled = false;   ///< it cannot be fed; more tokens are awaited
+    bool m_calm = false;      ///< IsCalm(), asked for each token
 };
 
 } // namespace Kesh::CodeAnalyzer

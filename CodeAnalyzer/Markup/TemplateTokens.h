@@ -31,6 +31,7 @@ public:
 
     bool BeginTokens() override;
     void AddToken(const SyntaxParser::SPhpToken& token) override;
+    void AddTokens(const SyntaxParser::SPhpToken* tokens, std::size_t count) override;
     void EndTokens(SyntaxParser::CIterator /*end*/) override {}
 
 private:

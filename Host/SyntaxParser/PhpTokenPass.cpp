@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <cstddef>
+#include <cwchar>
 
 namespace Kesh::SyntaxParser {
 
@@ -71,12 +72,14 @@ bool CPhpTokenPass::Run(std::vector<SIsland>* islands, const SGiveUp* giveUp)
 const wchar_t* CPhpTokenPass::SkipBlanks(const wchar_t* p)
 {
     const wchar_t* const before = m_lineStart;
-    do {
-        if (*p++ == L'\n') {
-            m_lineStart = p;
-            ++m_line;
-        }
-    } while (CPhpLexer::IsBlank(*p));
+    for (;;) {
+        while (*p == L' ' || *p == L'\t' || *p == L'\r')
+            ++p;
+        if (*p != L'\n')
+            break;
+        m_lineStart = ++p;
+        ++m_line;
+    }
     if (m_lineStart != before)
         m_writer.Seek(m_line, m_lineStart);
     return p;
@@ -114,7 +117,7 @@ const wchar_t* CPhpTokenPass::Write(const wchar_t* p, const CPhpLexer::SCut& cut
 // Counts the lines of a piece, behind which the writer may not have gone all the way.
 void CPhpTokenPass::Pass(const wchar_t* begin, const wchar_t* end)
 {
-    for (const wchar_t* p = begin; (p = std::find(p, end, L'\n')) != end;) {
+    for (const wchar_t* p = begin; (p = std::wmemchr(p, L'\n', static_cast<std::size_t>(end - p)));) {
         m_lineStart = ++p;
         ++m_line;
     }

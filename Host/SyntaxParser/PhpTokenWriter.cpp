@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cwchar>
 #include <string>
 #include <utility>
 
@@ -91,8 +92,16 @@ CPhpTokenWriter::CPhpTokenWriter(std::wstring_view text, std::vector<ITokenHandl
     std::erase_if(m_handlers, [](ITokenHandler* handler) { return !handler->BeginTokens(); });
 }
 
+void CPhpTokenWriter::SendBlock()
+{
+    for (ITokenHandler* handler : m_handlers)
+        handler->AddTokens(m_block.data(), m_inBlock);
+    m_inBlock = 0;
+}
+
 void CPhpTokenWriter::Finish()
 {
+    SendBlock();
     for (ITokenHandler* handler : m_handlers)
         handler->EndTokens({m_limit - m_lineStart, m_line});
 }
@@ -126,7 +135,7 @@ void CPhpTokenWriter::CountHalt(K kind)
 
 void CPhpTokenWriter::Pass(const wchar_t* begin, const wchar_t* end)
 {
-    for (const wchar_t* p = begin; (p = std::find(p, end, L'\n')) != end;) {
+    for (const wchar_t* p = begin; (p = std::wmemchr(p, L'\n', static_cast<std::size_t>(end - p)));) {
         m_lineStart = ++p;
         ++m_line;
     }

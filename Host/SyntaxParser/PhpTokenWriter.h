@@ -86,12 +86,13 @@ private:
     {
         if (m_halt < 0)
             return;
-        const SPhpToken token{kind, start, endPlace, {begin, static_cast<std::size_t>(end - begin)}};
-        for (ITokenHandler* handler : m_handlers)
-            handler->AddToken(token);
+        m_block[m_inBlock] = {kind, start, endPlace, {begin, static_cast<std::size_t>(end - begin)}};
+        if (++m_inBlock == m_block.size())
+            SendBlock();
         m_written = end;
         m_last = kind;
     }
+    void SendBlock();
     void PutText(EPhpTokenKind kind, const wchar_t* begin, const wchar_t* end);
     void Pass(const wchar_t* begin, const wchar_t* end);
     void WriteOne(EPhpTokenKind kind, const wchar_t* begin, const wchar_t* end);
@@ -114,6 +115,8 @@ private:
     const wchar_t* WriteOffset(const wchar_t* p, const wchar_t* end);
 
     std::vector<ITokenHandler*> m_handlers;
+    std::array<SPhpToken, 64> m_block; ///< tokens on their way
+    std::size_t m_inBlock = 0;
     CPhpLexer m_lexer; ///< cuts what lies inside of strings
     const wchar_t* m_text;
     const wchar_t* m_limit;

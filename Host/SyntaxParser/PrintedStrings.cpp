@@ -133,6 +133,17 @@ void CPrintedStrings::AddToken(const SPhpToken& token)
     }
 }
 
+// Most tokens are neither printed nor a sign that something will be.
+void CPrintedStrings::AddTokens(const SPhpToken* tokens, std::size_t count)
+{
+    for (const SPhpToken* token = tokens; token != tokens + count; ++token) {
+        if (m_printing || Roles[static_cast<std::size_t>(token->kind)] != ERole::None)
+            AddToken(*token);
+        else
+            m_isFormat = m_isMember = false;
+    }
+}
+
 void CPrintedStrings::EndTokens(CIterator /*end*/)
 {
     EndStatement();

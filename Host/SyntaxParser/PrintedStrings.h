@@ -26,6 +26,7 @@ public:
 
     bool BeginTokens() override;
     void AddToken(const SPhpToken& token) override;
+    void AddTokens(const SPhpToken* tokens, std::size_t count) override;
     void EndTokens(CIterator end) override;
 
 private:

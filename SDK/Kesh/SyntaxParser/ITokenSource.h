@@ -72,6 +72,12 @@ public:
     virtual void AddToken(const SPhpToken& token) = 0;
     /// `end` is the end of the text.
     virtual void EndTokens(CIterator end) = 0;
+    /// As AddToken for each of `count` tokens, for a host that has several at hand.
+    virtual void AddTokens(const SPhpToken* tokens, std::size_t count)
+    {
+        for (std::size_t i = 0; i < count; ++i)
+            AddToken(tokens[i]);
+    }
 
 protected:
     ~ITokenHandler() = default;
