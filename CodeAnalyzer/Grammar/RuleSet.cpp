@@ -9,13 +9,11 @@
 
 namespace Kesh::CodeAnalyzer {
 
-bool CRuleSet::IsWord(std::uint32_t token, std::wstring_view lower) const
+bool CRuleSet::IsSameWord(std::wstring_view text, const wchar_t* lower)
 {
-    const std::wstring_view text = Text(token);
-    return text.size() == lower.size() &&
-           std::equal(text.begin(), text.end(), lower.begin(), [](wchar_t a, wchar_t b) {
-               return a == b || ((a | 0x20) == b && a >= L'A' && a <= L'Z');
-           });
+    return std::equal(text.begin(), text.end(), lower, [](wchar_t a, wchar_t b) {
+        return a == b || ((a | 0x20) == b && a >= L'A' && a <= L'Z');
+    });
 }
 
 bool CRuleSet::IsSuperglobal(std::uint32_t token) const

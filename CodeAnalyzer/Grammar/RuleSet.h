@@ -19,8 +19,12 @@ protected:
 
     const CGrammarTokens& Tokens() const { return m_scopes.tokens; }
     std::wstring_view Text(std::uint32_t token) const { return m_scopes.tokens.Text(token); }
-    bool IsWord(std::uint32_t token, std::wstring_view lower) const;
-    bool IsThis(std::uint32_t token) const { return Text(token) == L"$this"; }
+    /// Whether it is the word, which is written with small letters, in any case.
+    template <std::size_t Size> bool IsWord(std::uint32_t token, const wchar_t (&lower)[Size]) const
+    {
+        return Text(token).size() == Size - 1 && IsSameWord(Text(token), lower);
+    }
+    bool IsThis(std::uint32_t token) const { return Text(token) == std::wstring_view(L"$this", 5); }
     bool IsSuperglobal(std::uint32_t token) const;
     std::int32_t Version() const { return m_scopes.version; }
     /// Whether the version is this one or a later one, or any.
@@ -49,6 +53,9 @@ protected:
     void CheckConstant(const SGrammarValue& value, bool allowNew);
 
     CRuleScopes& m_scopes;
+
+private:
+    static bool IsSameWord(std::wstring_view text, const wchar_t* lower);
 };
 
 } // namespace Kesh::CodeAnalyzer

@@ -60,6 +60,8 @@ bool IsNameCharacter(wchar_t c)
 SPrinting WhatPrints(std::wstring_view php)
 {
     constexpr std::wstring_view Values[] = {L"echo", L"print", L"printf", L"return"};
+    constexpr std::wstring_view Tag = L"<?php";
+    constexpr std::wstring_view EchoTag = L"<?=";
     SPrinting result;
     bool isValue = !php.starts_with(L"<?"); // the rest of an expression
     for (std::size_t begin = 0; begin < php.size();) {
@@ -72,13 +74,13 @@ SPrinting WhatPrints(std::wstring_view php)
         begin = end + 1;
         for (bool again = true; again;) {
             statement.remove_prefix(std::min(statement.find_first_not_of(Blanks), statement.size()));
-            again = statement.starts_with(L"<?php");
+            again = statement.starts_with(Tag);
             if (again)
-                statement.remove_prefix(5);
+                statement.remove_prefix(Tag.size());
         }
-        isValue = isValue || statement.starts_with(L"<?=") ||
+        isValue = isValue || statement.starts_with(EchoTag) ||
                   std::ranges::any_of(Values, [&](std::wstring_view word) {
-                      return statement.starts_with(word) &&
+                      return !statement.empty() && statement[0] == word[0] && statement.starts_with(word) &&
                              (statement.size() == word.size() || !IsNameCharacter(statement[word.size()]));
                   });
         const std::size_t call = statement.find(L'(');

@@ -32,6 +32,13 @@ constexpr auto Roles = [] {
     return roles;
 }();
 
+bool IsFormatFunction(std::wstring_view name)
+{
+    constexpr std::wstring_view Plain = L"printf";
+    constexpr std::wstring_view OfArray = L"vprintf";
+    return name == Plain || name == OfArray;
+}
+
 /// Whether the beginning of a tag is that of an element with content.
 bool OpensElement(std::wstring_view tag)
 {
@@ -58,8 +65,7 @@ void CPrintedStrings::AddToken(const SPhpToken& token)
     using enum EPhpTokenKind;
     if (!m_printing) {
         const ERole role = Roles[static_cast<std::size_t>(token.kind)];
-        m_isFormat =
-            role == ERole::Name && !m_isMember && (token.text == L"printf" || token.text == L"vprintf");
+        m_isFormat = role == ERole::Name && !m_isMember && IsFormatFunction(token.text);
         m_isMember = role == ERole::BeforeMember;
         if (!m_isFormat && role != ERole::Begins)
             return;

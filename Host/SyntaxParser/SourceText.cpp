@@ -28,8 +28,14 @@ std::size_t WidenPlain(const unsigned char* begin, const unsigned char* end, wch
             ((halves[0] ^ Ones * '\r') - Ones) | ((halves[1] ^ Ones * '\r') - Ones) | halves[0] | halves[1];
         if (special & Ones * 0x80)
             break;
+        // By copies, since the compiler cannot know that the bytes are not in the text: it goes by vectors
+        // then.
+        unsigned char narrow[Block];
+        wchar_t wide[Block];
+        std::memcpy(narrow, p, sizeof narrow);
         for (std::ptrdiff_t i = 0; i < Block; ++i)
-            out[i] = static_cast<wchar_t>(p[i]);
+            wide[i] = static_cast<wchar_t>(narrow[i]);
+        std::memcpy(out, wide, sizeof wide);
     }
     return static_cast<std::size_t>(p - begin);
 }
