@@ -25,18 +25,23 @@ constexpr std::size_t FinalState = b4_final_state_number;
 constexpr int AnyToken = b4_pact_ninf;   // in pact: the state looks at none
 constexpr int ErrorEntry = b4_table_ninf; // in table
 
-/// The rules that have an action of their own.
-m4_pushdef([b4_case], [[$1], ])dnl
-constexpr std::int16_t RulesThatAct@{@} = {b4_user_actions};
-m4_popdef([b4_case])dnl
-
-void DoAction(int rule, const SGrammarPlace* top, SGrammarValue& result, CPhpRules& rules)
+// A function each: one for all of them would save for each what the largest needs.
+m4_pushdef([b4_case], [
+// $3
+void Action$1(@{@{maybe_unused@}@} const SGrammarPlace* top, @{@{maybe_unused@}@} SGrammarValue& result,
+              @{@{maybe_unused@}@} CPhpRules& rules)
 {
-    switch (rule) {
-b4_user_actions
-    default: break;
-    }
+$2
 }
+])dnl
+b4_user_actions
+m4_popdef([b4_case])dnl
+m4_pushdef([b4_case], [{$1, &Action$1},
+])dnl
+/// The rules that have an action of their own.
+constexpr SGrammarAction ActionsOfRules@{@} = {
+b4_user_actions};
+m4_popdef([b4_case])dnl
 
 } // namespace
 

@@ -27,8 +27,7 @@ struct SGrammarTables
     struct SRule
     {
         std::uint16_t left; ///< what is recognised
-        std::uint8_t length;
-        bool acts; ///< has an action of its own
+        std::uint16_t length;
     };
 
     /// Rows may overlap each other and begin before the first entry; the one of a state that reads none is

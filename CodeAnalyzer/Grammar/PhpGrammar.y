@@ -11,6 +11,15 @@
 
 using namespace Kesh::CodeAnalyzer;
 using enum EValue;
+
+/// What is done when a rule is recognised of which the last symbol is at the top.
+using TGrammarAction = void(const SGrammarPlace* top, SGrammarValue& result, CPhpRules& rules);
+
+struct SGrammarAction
+{
+    std::size_t rule;
+    TGrammarAction* action;
+};
 }
 
 %skeleton "./Automaton.m4"
@@ -969,11 +978,16 @@ constexpr auto Tables = [] {
         tables.gotos[left] = {tables.RowAt(pgoto[left]), defgoto[left]};
     for (std::size_t rule = 0; rule < std::size(r1); ++rule) {
         tables.rules[rule].left = static_cast<std::uint16_t>(r1[rule] - TokenCount);
-        tables.rules[rule].length = static_cast<std::uint8_t>(r2[rule]);
+        tables.rules[rule].length = static_cast<std::uint16_t>(r2[rule]);
     }
-    for (const std::int16_t rule : RulesThatAct)
-        tables.rules[static_cast<std::size_t>(rule)].acts = true;
     return tables;
+}();
+
+constexpr auto Actions = [] {
+    std::array<TGrammarAction*, std::size(r1)> actions{};
+    for (const auto& [rule, action] : ActionsOfRules)
+        actions[rule] = action;
+    return actions;
 }();
 
 } // namespace
@@ -1056,8 +1070,8 @@ inline SGrammarPlace* CPhpGrammarParser::Reduce(int number, SGrammarPlace* top)
 {
     const auto rule = Tables.rules[static_cast<std::size_t>(number)];
     SGrammarPlace* const below = top - rule.length;
-    if (rule.acts)
-        DoAction(number, top, below[1].value, m_rules);
+    if (TGrammarAction* const act = Actions[static_cast<std::size_t>(number)])
+        act(top, below[1].value, m_rules);
     return Put(Tables.Goto(below->state, rule), below);
 }
 
