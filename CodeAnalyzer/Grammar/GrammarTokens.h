@@ -26,6 +26,7 @@ class CGrammarTokens
 {
 public:
     void Clear() { m_tokens.clear(); }
+    void Reserve(std::size_t count) { m_tokens.reserve(count); }
     std::uint32_t Add(const SyntaxParser::SPhpToken& token)
     {
         m_tokens.emplace_back(token.text.data(), static_cast<std::uint32_t>(token.text.size()),

@@ -45,6 +45,9 @@ bool CPhpGrammarChecker::BeginTokens()
     if (!m_wanted)
         return false;
     m_tokens.Clear();
+    // A large text would else be held twice each time they grow.
+    constexpr std::size_t CharactersPerToken = 8;
+    m_tokens.Reserve(m_source ? m_source->GetText().size() / CharactersPerToken : 0);
     m_parse->rules.Begin(m_version);
     m_parse->parser.Begin();
     m_feed.Begin(m_version);

@@ -21,11 +21,11 @@ public:
         Push(EPlace::Block);
     }
 
-    void Take(const STemplateToken& token)
+    void Take(const CTemplateToken& token)
     {
         while (!TakeOnce(token)) {
         }
-        m_lastEnd = token.end;
+        m_lastEnd = token.End();
     }
 
     SFlow Finish()
@@ -78,7 +78,7 @@ private:
     }
 
     /// False: the token has closed a place, and counts in the one around it.
-    bool TakeOnce(const STemplateToken& token)
+    bool TakeOnce(const CTemplateToken& token)
     {
         SPlace& top = m_open.back();
         switch (top.place) {
@@ -97,11 +97,11 @@ private:
         return true;
     }
 
-    bool InBlock(SPlace& top, const STemplateToken& token)
+    bool InBlock(SPlace& top, const CTemplateToken& token)
     {
-        const bool ends = top.alternative
-                              ? EndsAlternative(token.kind) || token.kind == Else || token.kind == Elseif
-                              : token.kind == CloseBrace;
+        const bool ends =
+            top.alternative ? EndsAlternative(token.Kind()) || token.Kind() == Else || token.Kind() == Elseif
+                            : token.Kind() == CloseBrace;
         if (!ends) {
             BeginStatement(token);
             return true;
@@ -110,20 +110,20 @@ private:
             m_sound = false; // a brace too many
             return true;
         }
-        const bool goesOn = top.alternative && !EndsAlternative(token.kind);
-        Close(top, token.start);
+        const bool goesOn = top.alternative && !EndsAlternative(token.Kind());
+        Close(top, token.Start());
         if (goesOn)
             return false;
-        if (!m_open.empty() && m_open.back().place == EPlace::After && token.kind != CloseBrace) {
-            Close(m_open.back(), token.end);
-            EndStatement(token.end);
+        if (!m_open.empty() && m_open.back().place == EPlace::After && token.Kind() != CloseBrace) {
+            Close(m_open.back(), token.End());
+            EndStatement(token.End());
         }
         return true;
     }
 
-    void BeginStatement(const STemplateToken& token)
+    void BeginStatement(const CTemplateToken& token)
     {
-        switch (token.kind) {
+        switch (token.Kind()) {
         case If: BeginControl(EControl::If, EBranching::Choice, token); return;
         case For:
         case Foreach:
@@ -151,148 +151,148 @@ private:
         case Finally: m_sound = false; [[fallthrough]];
         case InlineHtml:
         case Semicolon:
-        case CloseTag: EndStatement(token.end); return;
+        case CloseTag: EndStatement(token.End()); return;
         default:
             Push(EPlace::Expression);
-            if (token.kind != Echo && token.kind != OpenTagEcho)
+            if (token.Kind() != Echo && token.Kind() != OpenTagEcho)
                 TakeOnce(token);
         }
     }
 
-    void BeginJump(const STemplateToken& token)
+    void BeginJump(const CTemplateToken& token)
     {
         const bool ofCase = m_open.back().place == EPlace::Cases;
         if (ofCase)
             m_open.back().jumped = true;
-        if (!ofCase || token.kind != Break)
-            Mark(SFlowMark::Exit, token.start);
+        if (!ofCase || token.Kind() != Break)
+            Mark(SFlowMark::Exit, token.Start());
         Push(EPlace::Expression);
         m_isJump = true;
     }
 
-    void BeginControl(EControl control, EBranching branching, const STemplateToken& token)
+    void BeginControl(EControl control, EBranching branching, const CTemplateToken& token)
     {
-        Mark(SFlowMark::StatementBegin, token.start, branching);
+        Mark(SFlowMark::StatementBegin, token.Start(), branching);
         const bool hasHead = control != EControl::Do && control != EControl::Try;
         Push(hasHead ? EPlace::Head : EPlace::Body, control);
     }
 
-    bool InCases(SPlace& top, const STemplateToken& token)
+    bool InCases(SPlace& top, const CTemplateToken& token)
     {
-        if (token.kind == Case || token.kind == Default) {
+        if (token.Kind() == Case || token.Kind() == Default) {
             if (top.hasBranch && top.jumped) {
-                Mark(SFlowMark::BranchEnd, token.start);
+                Mark(SFlowMark::BranchEnd, token.Start());
                 top.hasBranch = false;
             }
-            top.isElse = top.isElse || token.kind == Default;
+            top.isElse = top.isElse || token.Kind() == Default;
             Push(EPlace::CaseLabel);
-            m_open.back().isElse = token.kind == Default;
-            m_open.back().conditionBegin = token.end;
+            m_open.back().isElse = token.Kind() == Default;
+            m_open.back().conditionBegin = token.End();
             return true;
         }
-        if (token.kind == CloseBrace || token.kind == Endswitch) {
-            Close(top, token.start);
-            Close(m_open.back(), token.end);
-            EndStatement(token.end);
+        if (token.Kind() == CloseBrace || token.Kind() == Endswitch) {
+            Close(top, token.Start());
+            Close(m_open.back(), token.End());
+            EndStatement(token.End());
             return true;
         }
         BeginStatement(token);
         return true;
     }
 
-    bool InCaseLabel(SPlace& top, const STemplateToken& token)
+    bool InCaseLabel(SPlace& top, const CTemplateToken& token)
     {
-        if (Opens(token.kind) || OpensBrace(token.kind)) {
+        if (Opens(token.Kind()) || OpensBrace(token.Kind())) {
             Push(EPlace::Nested);
-        } else if (token.kind == Question) {
+        } else if (token.Kind() == Question) {
             ++top.questions;
-        } else if (token.kind == Colon && top.questions > 0) {
+        } else if (token.Kind() == Colon && top.questions > 0) {
             --top.questions;
-        } else if (token.kind == Colon || EndsStatement(token.kind)) {
+        } else if (token.Kind() == Colon || EndsStatement(token.Kind())) {
             const SPlace label = top;
             m_open.pop_back();
             SPlace& cases = m_open.back();
             if (!cases.hasBranch)
-                MarkBranch(token.end, label.isElse, label.conditionBegin, token.start);
+                MarkBranch(token.End(), label.isElse, label.conditionBegin, token.Start());
             cases.hasBranch = true;
             cases.jumped = false;
-        } else if (token.kind == CloseBrace) {
+        } else if (token.Kind() == CloseBrace) {
             m_open.pop_back();
             return false;
         }
         return true;
     }
 
-    bool InClassHead(SPlace& top, const STemplateToken& token)
+    bool InClassHead(SPlace& top, const CTemplateToken& token)
     {
-        if (Opens(token.kind))
+        if (Opens(token.Kind()))
             Push(EPlace::Nested);
-        else if (token.kind == OpenBrace)
+        else if (token.Kind() == OpenBrace)
             top.place = EPlace::ClassBody;
-        else if (EndsStatement(token.kind) || token.kind == CloseBrace)
+        else if (EndsStatement(token.Kind()) || token.Kind() == CloseBrace)
             return Leave(token);
         return true;
     }
 
-    bool InClassBody(const STemplateToken& token)
+    bool InClassBody(const CTemplateToken& token)
     {
-        if (token.kind == Function)
+        if (token.Kind() == Function)
             Push(EPlace::Function);
-        else if (Opens(token.kind) || OpensBrace(token.kind))
+        else if (Opens(token.Kind()) || OpensBrace(token.Kind()))
             Push(EPlace::Nested);
-        else if (token.kind == CloseBrace)
-            LeaveDeclaration(token.end);
+        else if (token.Kind() == CloseBrace)
+            LeaveDeclaration(token.End());
         return true;
     }
 
-    bool InFunction(SPlace& top, const STemplateToken& token)
+    bool InFunction(SPlace& top, const CTemplateToken& token)
     {
-        if (Opens(token.kind)) {
+        if (Opens(token.Kind())) {
             Push(EPlace::Nested);
-        } else if (token.kind == OpenBrace) {
+        } else if (token.Kind() == OpenBrace) {
             top.place = EPlace::Block;
             top.isFunction = true;
-            Mark(SFlowMark::ScopeBegin, token.end);
-        } else if (EndsStatement(token.kind) || token.kind == CloseBrace || Closes(token.kind)) {
+            Mark(SFlowMark::ScopeBegin, token.End());
+        } else if (EndsStatement(token.Kind()) || token.Kind() == CloseBrace || Closes(token.Kind())) {
             return Leave(token);
         }
         return true;
     }
 
-    bool InExpression(SPlace& top, const STemplateToken& token)
+    bool InExpression(SPlace& top, const CTemplateToken& token)
     {
         if (TakeNested(token))
             return true;
-        if (token.kind == Question) {
+        if (token.Kind() == Question) {
             ++top.questions;
-        } else if (token.kind == Colon) {
+        } else if (token.Kind() == Colon) {
             if (top.questions == 0 && !m_isJump) { // a label
                 m_open.pop_back();
-                EndStatement(token.end);
+                EndStatement(token.End());
             } else if (top.questions > 0) {
                 --top.questions;
             }
-        } else if (EndsStatement(token.kind)) {
+        } else if (EndsStatement(token.Kind())) {
             m_open.pop_back();
             m_isJump = false;
-            EndStatement(token.end);
-        } else if (token.kind == CloseBrace) { // the `;` is missing
+            EndStatement(token.End());
+        } else if (token.Kind() == CloseBrace) { // the `;` is missing
             m_sound = false;
             m_open.pop_back();
             m_isJump = false;
-            EndStatement(token.start);
+            EndStatement(token.Start());
             return false;
         }
         return true;
     }
 
-    bool InNested(SPlace& top, const STemplateToken& token)
+    bool InNested(SPlace& top, const CTemplateToken& token)
     {
-        if (Opens(token.kind) || OpensBrace(token.kind))
+        if (Opens(token.Kind()) || OpensBrace(token.Kind()))
             ++top.depth;
         else if (TakeNested(token))
             return true;
-        else if (Closes(token.kind) || token.kind == CloseBrace) {
+        else if (Closes(token.Kind()) || token.Kind() == CloseBrace) {
             if (top.depth-- == 0)
                 m_open.pop_back();
         }
@@ -300,13 +300,13 @@ private:
     }
 
     /// What begins inside of an expression.
-    bool TakeNested(const STemplateToken& token)
+    bool TakeNested(const CTemplateToken& token)
     {
-        const bool afterNew = std::exchange(m_afterNew, token.kind == New);
-        if (Opens(token.kind) || OpensBrace(token.kind)) {
+        const bool afterNew = std::exchange(m_afterNew, token.Kind() == New);
+        if (Opens(token.Kind()) || OpensBrace(token.Kind())) {
             Push(EPlace::Nested);
-        } else if (token.kind == Function || (token.kind == Class && afterNew)) {
-            Push(token.kind == Function ? EPlace::Function : EPlace::ClassHead);
+        } else if (token.Kind() == Function || (token.Kind() == Class && afterNew)) {
+            Push(token.Kind() == Function ? EPlace::Function : EPlace::ClassHead);
             m_open.back().inExpression = true;
         } else {
             return false;
@@ -314,82 +314,83 @@ private:
         return true;
     }
 
-    bool InHead(SPlace& top, const STemplateToken& token)
+    bool InHead(SPlace& top, const CTemplateToken& token)
     {
-        if (Opens(token.kind)) {
+        if (Opens(token.Kind())) {
             if (top.depth++ == 0)
-                top.conditionBegin = token.end;
-        } else if (Closes(token.kind)) {
+                top.conditionBegin = token.End();
+        } else if (Closes(token.Kind())) {
             if (top.depth > 0 && --top.depth == 0) {
-                top.conditionEnd = token.start;
+                top.conditionEnd = token.Start();
                 top.place = EPlace::Body;
             }
-        } else if (OpensBrace(token.kind) && top.depth > 0) {
+        } else if (OpensBrace(token.Kind()) && top.depth > 0) {
             Push(EPlace::Nested);
         } else if (top.depth > 0) {
             TakeNested(token);
-        } else if (EndsStatement(token.kind) || token.kind == CloseBrace) {
+        } else if (EndsStatement(token.Kind()) || token.Kind() == CloseBrace) {
             return Leave(token); // no condition: a mistake
         }
         return true;
     }
 
-    bool InBody(SPlace& top, const STemplateToken& token)
+    bool InBody(SPlace& top, const CTemplateToken& token)
     {
         if (top.control == EControl::Switch) {
-            if (token.kind != OpenBrace && token.kind != Colon)
+            if (token.Kind() != OpenBrace && token.Kind() != Colon)
                 return Leave(token);
             top.place = EPlace::After;
             Push(EPlace::Cases);
             return true;
         }
-        if (top.isElse && token.kind == If) { // `else if` chains as `elseif` does
+        if (top.isElse && token.Kind() == If) { // `else if` chains as `elseif` does
             top.isElse = false;
             top.place = EPlace::Head;
             return true;
         }
-        if (top.control == EControl::Plain && token.kind != OpenBrace && token.kind != Colon) {
-            if (EndsStatement(token.kind))
+        if (top.control == EControl::Plain && token.Kind() != OpenBrace && token.Kind() != Colon) {
+            if (EndsStatement(token.Kind()))
                 return Leave(token);
             return true; // the rest of a namespace's name
         }
-        const bool isBlock = token.kind == OpenBrace || token.kind == Colon;
+        const bool isBlock = token.Kind() == OpenBrace || token.Kind() == Colon;
         if (top.control != EControl::Plain)
-            MarkBranch(isBlock ? token.end : token.start, top.isElse, top.conditionBegin, top.conditionEnd);
+            MarkBranch(isBlock ? token.End() : token.Start(), top.isElse, top.conditionBegin,
+                       top.conditionEnd);
         top.place = EPlace::After;
         if (isBlock) {
             Push(EPlace::Block);
-            m_open.back().alternative = token.kind == Colon;
+            m_open.back().alternative = token.Kind() == Colon;
         } else {
             BeginStatement(token);
         }
         return true;
     }
 
-    bool After(SPlace& top, const STemplateToken& token)
+    bool After(SPlace& top, const CTemplateToken& token)
     {
         const auto next = [&](EPlace place, bool isElse) {
             top.place = place;
             top.isElse = isElse;
-            top.conditionBegin = top.conditionEnd = token.end;
+            top.conditionBegin = top.conditionEnd = token.End();
             return true;
         };
         if (top.control == EControl::If && !top.isElse) {
-            if (token.kind == Elseif)
+            if (token.Kind() == Elseif)
                 return next(EPlace::Head, false);
-            if (token.kind == Else)
+            if (token.Kind() == Else)
                 return next(EPlace::Body, true);
         }
         if (top.control == EControl::Try) {
-            if (token.kind == Catch)
+            if (token.Kind() == Catch)
                 return next(EPlace::Head, false);
-            if (token.kind == Finally)
+            if (token.Kind() == Finally)
                 return next(EPlace::Body, true);
         }
         const bool isDo = top.control == EControl::Do;
         const CIterator end = m_lastEnd;
         Close(top, end);
-        if (isDo && token.kind == While) { // the rest of the statement
+        if (isDo && token.Kind() == While) { // the rest of the statement
             Push(EPlace::Expression);
             return true;
         }
@@ -416,15 +417,15 @@ private:
     }
 
     /// Ends a place that the token does not belong to, which counts in the one around it unless it ends that.
-    bool Leave(const STemplateToken& token)
+    bool Leave(const CTemplateToken& token)
     {
-        m_sound = m_sound && token.kind != CloseBrace;
+        m_sound = m_sound && token.Kind() != CloseBrace;
         const bool inExpression = m_open.back().inExpression;
-        Close(m_open.back(), token.start);
+        Close(m_open.back(), token.Start());
         if (inExpression)
             return false;
-        EndStatement(token.end);
-        return token.kind != CloseBrace && !Closes(token.kind);
+        EndStatement(token.End());
+        return token.Kind() != CloseBrace && !Closes(token.Kind());
     }
 
     void LeaveDeclaration(CIterator end)
@@ -489,11 +490,11 @@ private:
 
 } // namespace
 
-SFlow FindFlow(const std::vector<STemplateToken>& tokens, const SyntaxParser::IMarkupPlaces& places)
+SFlow FindFlow(const std::vector<CTemplateToken>& tokens, const SyntaxParser::IMarkupPlaces& places)
 {
     CFlowFinder finder(places);
-    for (const STemplateToken& token : tokens) {
-        if (token.kind == HaltCompiler)
+    for (const CTemplateToken& token : tokens) {
+        if (token.Kind() == HaltCompiler)
             break;
         finder.Take(token);
     }

@@ -44,6 +44,6 @@ struct SFlow
 };
 
 /// Finds the turns by the PHP tokens of a text. Linear; recursion-free.
-SFlow FindFlow(const std::vector<STemplateToken>& tokens, const SyntaxParser::IMarkupPlaces& places);
+SFlow FindFlow(const std::vector<CTemplateToken>& tokens, const SyntaxParser::IMarkupPlaces& places);
 
 } // namespace Kesh::CodeAnalyzer

@@ -55,7 +55,7 @@ void CTemplateTokens::AddToken(const SyntaxParser::SPhpToken& token)
     // A reserved word may name a member.
     if (IsRelevant[static_cast<std::size_t>(token.kind)] &&
         !(m_names && ClassOf(token.kind) == SyntaxParser::EPhpTokenClass::Word))
-        m_tokens.push_back({token.kind, token.start, token.end});
+        m_tokens.emplace_back(token);
     m_names = token.kind == EPhpTokenKind::Arrow || token.kind == EPhpTokenKind::NullsafeArrow ||
               token.kind == EPhpTokenKind::DoubleColon;
 }
