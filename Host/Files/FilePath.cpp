@@ -3,6 +3,7 @@
 #include <QTextCodec>
 #include <cstdlib>
 #include <filesystem>
+#include <sys/stat.h>
 
 namespace Kesh::Host {
 
@@ -98,13 +99,17 @@ std::wstring PathFromBytes(std::string_view bytes)
 
 std::string PathToBytes(std::wstring_view path)
 {
-    // Most are ASCII, or begin so.
+    // Most are ASCII; a loop without a way out works on whole vectors.
     std::string bytes(path.size(), '\0');
-    std::size_t ascii = 0;
-    for (; ascii < path.size() && static_cast<char32_t>(path[ascii]) < 0x80; ++ascii)
-        bytes[ascii] = static_cast<char>(path[ascii]);
-    bytes.resize(ascii);
-    for (const wchar_t w : path.substr(ascii)) {
+    char32_t all = 0;
+    for (std::size_t i = 0; i < path.size(); ++i) {
+        all |= static_cast<char32_t>(path[i]);
+        bytes[i] = static_cast<char>(path[i]);
+    }
+    if (all < 0x80)
+        return bytes;
+    bytes.clear();
+    for (const wchar_t w : path) {
         const auto c = static_cast<char32_t>(w);
         if (IsEscape(c))
             bytes += static_cast<char>(c - 0xDC00);
@@ -184,8 +189,8 @@ bool LiesIn(const std::wstring& folder, const std::wstring& path)
 
 bool IsRegularFile(const std::wstring& path)
 {
-    std::error_code ignored;
-    return std::filesystem::is_regular_file(PathToBytes(path), ignored);
+    struct stat status = {};
+    return ::stat(PathToBytes(path).c_str(), &status) == 0 && S_ISREG(status.st_mode);
 }
 
 bool LeadsOut(const std::wstring& folder, const std::wstring& path)

@@ -3,7 +3,6 @@
 #include "Findings/Ignores.h"
 
 #include <algorithm>
-#include <cstring>
 #include <initializer_list>
 #include <iterator>
 
@@ -100,14 +99,24 @@ std::wstring_view ReadMeant(CWords& words)
 
 bool MayMeanToIgnore(std::string_view bytes)
 {
-    // The letter is rare, and the other spelling long: most files are passed over quickly.
-    for (const char rare : {'z', 'Z'})
-        for (std::size_t at = bytes.find(rare); at != std::string_view::npos; at = bytes.find(rare, at + 1))
-            if (at >= Core.size() &&
-                std::ranges::equal(bytes.substr(at - Core.size(), Core.size()), Core, {}, Lower))
-                return true;
+    // The core's last letter is the rarest of it; of the word that has an "s" behind it, which texts are full
+    // of, only the usual spelling counts.
     constexpr std::string_view other = "ode-analyser";
-    return ::memmem(bytes.data(), bytes.size(), other.data(), other.size()) != nullptr;
+    constexpr std::size_t front = other.size() - 3;
+    for (const char rare : {'y', 'Y'})
+        for (std::size_t at = bytes.find(rare); at != npos; at = bytes.find(rare, at + 1)) {
+            if (at + 1 < Core.size() || Lower(bytes[at - 1]) != L'l')
+                continue;
+            const std::string_view behind = bytes.substr(at + 1);
+            if (behind.starts_with('z') || behind.starts_with('Z')) {
+                if (std::ranges::equal(bytes.substr(at + 1 - Core.size(), Core.size()), Core, {}, Lower))
+                    return true;
+            } else if (behind.starts_with("ser") && at + 1 >= front &&
+                       bytes.substr(at + 1 - front, other.size()) == other) {
+                return true;
+            }
+        }
+    return false;
 }
 
 bool MayMeanToIgnore(std::wstring_view text)

@@ -57,18 +57,24 @@ std::shared_ptr<const CProjectRules> CProjectRules::None()
 TRules CProjectRules::For(const std::wstring& path) const
 {
     const std::size_t end = path.rfind(L'/');
+    const std::wstring_view folder = std::wstring_view(path).substr(0, end == std::wstring::npos ? 0 : end);
     const std::lock_guard lock(m_mutex);
-    return Of(path.substr(0, end == std::wstring::npos ? 0 : end)).rules;
+    return Of(folder).rules;
 }
 
-const CProjectRules::SFolder& CProjectRules::Of(const std::wstring& folder) const
+const CProjectRules::SFolder& CProjectRules::Of(std::wstring_view name) const
 {
-    if (const auto known = m_folders.find(folder); known != m_folders.end())
+    if (m_last && m_last->first == name)
+        return m_last->second;
+    if (const auto known = m_folders.find(name); known != m_folders.end()) {
+        m_last = &*known;
         return known->second;
+    }
+    const std::wstring folder(name);
     SFolder found;
     bool same = !folder.empty(); // as the folder above
     if (same)
-        found = Of(folder.substr(0, folder.rfind(L'/')));
+        found = Of(name.substr(0, name.rfind(L'/')));
     else if (m_all.settingsFile)
         found.settingsFile = *m_all.settingsFile;
     if (!m_all.settingsFile && Configuration::HasConfiguration(folder)) {
@@ -83,7 +89,8 @@ const CProjectRules::SFolder& CProjectRules::Of(const std::wstring& folder) cons
     }
     if (!same)
         found.rules = Make(found);
-    return m_folders.emplace(folder, std::move(found)).first->second;
+    m_last = &*m_folders.emplace(folder, std::move(found)).first;
+    return m_last->second;
 }
 
 TRules CProjectRules::Make(const SFolder& folder) const

@@ -10,6 +10,7 @@
 #include <mutex>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace Kesh::Findings {
@@ -84,7 +85,8 @@ private:
         std::wstring settingsFile;
         std::optional<std::int32_t> composerVersion;
     };
-    const SFolder& Of(const std::wstring& folder) const;
+    using TFolders = std::map<std::wstring, SFolder, std::less<>>; ///< names without a slash at the end
+    const SFolder& Of(std::wstring_view folder) const;
     TRules Make(const SFolder& folder) const;
     void ChooseVersion(SRules& rules, std::optional<std::int32_t> composerVersion) const;
     /// Before it is read.
@@ -94,10 +96,11 @@ private:
 
     SRulesForAll m_all;
     EFaults m_faults;
-    mutable std::mutex m_mutex;                        ///< guards what follows
-    mutable std::map<std::wstring, SFolder> m_folders; ///< without a slash at the end
-    mutable std::map<std::wstring, TRules> m_files;    ///< by settings file, as each says itself
-    mutable std::map<std::wstring, TRules> m_before;   ///< the same of an earlier time
+    mutable std::mutex m_mutex; ///< guards what follows
+    mutable TFolders m_folders;
+    mutable const TFolders::value_type* m_last = nullptr; ///< asked for: files come folder by folder
+    mutable std::map<std::wstring, TRules> m_files;       ///< by settings file, as each says itself
+    mutable std::map<std::wstring, TRules> m_before;      ///< the same of an earlier time
     mutable std::vector<std::string> m_problems;
     mutable std::map<std::wstring, Host::SFileStamp> m_sources;
 };

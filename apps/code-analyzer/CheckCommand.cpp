@@ -90,7 +90,7 @@ int RunCheck(const SOptions& options)
     };
     std::vector<SInput> inputs = CollectInputs(options, rules, onError);
     for (const SInput& input : inputs)
-        baseline.Expect(input.absolute);
+        baseline.Expect(input.Absolute());
     const auto precedes = [](const SInput& a, const SInput& b) { return a.shown < b.shown; };
     if (!std::is_sorted(inputs.begin(), inputs.end(), precedes)) // one folder comes sorted
         std::sort(inputs.begin(), inputs.end(), precedes);
@@ -100,7 +100,7 @@ int RunCheck(const SOptions& options)
     const auto onResult = [&](SResult&& result) {
         const std::wstring& shown = inputs[result.input].shown;
         result.findings.file = shown;
-        result.findings.path = inputs[result.input].absolute;
+        result.findings.path = inputs[result.input].Absolute();
         if (!result.problem.empty() || !result.skipped.empty() || !result.findings.findings.empty())
             progress.Clear();
         if (fixes.Add(shown, result.fixed))

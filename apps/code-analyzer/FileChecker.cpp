@@ -37,9 +37,9 @@ std::string ReadStandardInput()
 }
 
 /// Whatever the user names is checked; without a known ending it is taken for PHP.
-std::wstring FactoryOf(const SInput& input)
+std::wstring FactoryOf(const std::wstring& path)
 {
-    const std::wstring factory = SyntaxParser::FactoryForPath(input.absolute);
+    std::wstring factory = SyntaxParser::FactoryForPath(path);
     return factory.empty() ? L"PHPSPDocFactory" : factory;
 }
 
@@ -52,31 +52,31 @@ CFileChecker::CFileChecker(const SOptions& options, TProjectRules rules)
 {
 }
 
-std::string_view CFileChecker::ReadInput(const SInput& input)
+std::string_view CFileChecker::ReadInput(const SInput& input, const std::wstring& path)
 {
-    const bool staged = !input.staged.object.empty();
-    if (!input.standardInput && !staged)
-        return Host::ReadFileInto(m_bytes, input.absolute);
-    m_bytes = staged ? ReadStaged(input.staged) : ReadStandardInput();
+    if (!input.standardInput && !input.staged)
+        return Host::ReadFileInto(m_bytes, path);
+    m_bytes = input.staged ? ReadStaged(*input.staged) : ReadStandardInput();
     return m_bytes;
 }
 
 SFixedFile CFileChecker::Fix(const SInput& input, bool onlyDiff)
 {
-    return FixFile(m_check, input, FactoryOf(input), *m_rules->For(input.absolute), onlyDiff);
+    const std::wstring path = input.Absolute();
+    return FixFile(m_check, input, FactoryOf(path), *m_rules->For(path), onlyDiff);
 }
 
 std::optional<Findings::SFileFindings> CFileChecker::Check(const SInput& input)
 {
-    const std::string_view bytes = ReadInput(input);
+    const std::wstring path = input.Absolute();
+    const std::string_view bytes = ReadInput(input, path);
     if (SyntaxParser::HoldsNoSource(bytes))
         return {};
-    std::vector<CodeAnalyzer::SDiagnostic> found =
-        m_check.CheckBytes(bytes, input.absolute, FactoryOf(input));
+    std::vector<CodeAnalyzer::SDiagnostic> found = m_check.CheckBytes(bytes, path, FactoryOf(path));
     const bool mayIgnore = SyntaxParser::Utf16OrderOf(bytes) || Findings::MayMeanToIgnore(bytes);
-    return m_describer.Describe({input.shown, input.absolute, [this] { return std::wstring(m_check.Text()); },
-                                 mayIgnore, input.standardInput},
-                                std::move(found), *m_rules->For(input.absolute));
+    return m_describer.Describe(
+        {input.shown, path, [this] { return std::wstring(m_check.Text()); }, mayIgnore, input.standardInput},
+        std::move(found), *m_rules->For(path));
 }
 
 } // namespace Kesh::CommandLine

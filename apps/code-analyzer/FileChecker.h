@@ -25,7 +25,7 @@ public:
     SFixedFile Fix(const SInput& input, bool onlyDiff);
 
 private:
-    std::string_view ReadInput(const SInput& input);
+    std::string_view ReadInput(const SInput& input, const std::wstring& path);
 
     TProjectRules m_rules;
     Findings::CTextCheck m_check;

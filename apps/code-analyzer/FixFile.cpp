@@ -32,18 +32,19 @@ SFixedFile FixFile(Findings::CTextCheck& check, const SInput& input, const std::
                    const Findings::SRules& rules, bool onlyDiff)
 {
     SFixedFile result;
+    const std::wstring absolute = input.Absolute();
     // What a link of a folder leads to is fixed by its own name.
     std::error_code ignored;
-    if (!input.named && std::filesystem::is_symlink(Host::PathToBytes(input.absolute), ignored))
+    if (!input.named && std::filesystem::is_symlink(Host::PathToBytes(absolute), ignored))
         return result;
-    const Host::SFileStamp stamp = Host::StampOf(input.absolute);
-    const std::string bytes = Host::ReadFileBytes(input.absolute);
+    const Host::SFileStamp stamp = Host::StampOf(absolute);
+    const std::string bytes = Host::ReadFileBytes(absolute);
     if (SyntaxParser::HoldsNoSource(bytes))
         return result;
     SyntaxParser::SSourceFormat format;
     const std::wstring text = SyntaxParser::DecodeSource(bytes, format);
-    const Findings::SMended mended = Findings::MendText(check, {input.shown, input.absolute, {}, true, false},
-                                                        factory, text, rules, Budget);
+    const Findings::SMended mended =
+        Findings::MendText(check, {input.shown, absolute, {}, true, false}, factory, text, rules, Budget);
     if (!mended.isAll)
         result.note = "more might be fixed than was tried";
     if (mended.fixed == 0)
@@ -55,11 +56,11 @@ SFixedFile FixFile(Findings::CTextCheck& check, const SInput& input, const std::
         return result;
     }
     result.note = WhyNotWritten(format);
-    if (result.note.empty() && !(Host::StampOf(input.absolute) == stamp))
+    if (result.note.empty() && !(Host::StampOf(absolute) == stamp))
         result.note = "not fixed: another program has changed it meanwhile";
     try {
         if (result.note.empty())
-            Host::WriteFileBytes(input.absolute, Editor::EncodeSource(mended.text, format));
+            Host::WriteFileBytes(absolute, Editor::EncodeSource(mended.text, format));
     } catch (const Base::CWorkError& fault) {
         result.note = std::string("not fixed: ") + fault.what();
     }

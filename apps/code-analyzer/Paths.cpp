@@ -33,7 +33,7 @@ public:
     std::wstring ProjectOf(const std::wstring& folder) const { return m_rules->For(folder)->settings.root; }
     bool Excludes(const std::wstring& path, const std::wstring& absolute) const
     {
-        return MatchesPath(m_options.exclude, Host::PathToBytes(path)) ||
+        return (!m_options.exclude.empty() && MatchesPath(m_options.exclude, Host::PathToBytes(path))) ||
                m_rules->For(absolute)->settings.Excludes(absolute);
     }
 
@@ -112,6 +112,11 @@ std::vector<SChangedFile> ChangedFilesOf(const std::wstring& path, bool isFolder
     return files;
 }
 
+std::shared_ptr<const SStaged> StagedOf(const SChangedFile& file)
+{
+    return file.staged.object.empty() ? nullptr : std::make_shared<const SStaged>(file.staged);
+}
+
 /// Whether only git may know the file, since it is staged and gone from the disk.
 bool MayBeStaged(const std::wstring& path, const SOptions& options, const std::error_code& error)
 {
@@ -133,10 +138,11 @@ std::vector<SInput> CollectInputs(const SOptions& options, const TProjectRules& 
     const CSelection selection(options, rules);
     std::vector<SInput> inputs;
     std::unordered_set<std::wstring> seen;
+    const bool mayRepeat = options.paths.size() > 1; // a search finds each file once
     const auto add = [&](SInput input) {
-        if (input.absolute.empty())
-            input.absolute = Host::AbsolutePath(input.shown);
-        if (seen.insert(input.absolute).second)
+        if (!input.place)
+            input.place = std::make_shared<SPlace>(input.shown.size(), Host::AbsolutePath(input.shown));
+        if (!mayRepeat || seen.insert(input.Absolute()).second)
             inputs.push_back(std::move(input));
     };
     for (const std::string& bytes : options.paths) {
@@ -159,13 +165,15 @@ std::vector<SInput> CollectInputs(const SOptions& options, const TProjectRules& 
             if (mayBeStaged && files.empty())
                 onError(path, error.message());
             for (SChangedFile& file : files)
-                add({std::move(file.path), {}, false, !isFolder, std::move(file.staged)});
+                add({std::move(file.path), {}, false, !isFolder, StagedOf(file)});
         } else if (isFolder) {
             // What is below a folder is found under a plain path: only the folder's own has to be resolved.
-            const std::wstring absolute = WithSlash(Host::AbsolutePath(path));
-            const std::size_t below = WithSlash(path).size();
-            for (const std::wstring& file : FilesOf(path, selection, onError))
-                add({file, absolute + file.substr(below), false, false, {}});
+            const auto place =
+                std::make_shared<const SPlace>(WithSlash(path).size(), WithSlash(Host::AbsolutePath(path)));
+            std::vector<std::wstring> files = FilesOf(path, selection, onError);
+            inputs.reserve(inputs.size() + files.size());
+            for (std::wstring& file : files)
+                add({std::move(file), place, false, false, {}});
         } else if (!selection.Excludes(path, Host::AbsolutePath(path))) {
             add({path, {}, false, true, {}});
         }

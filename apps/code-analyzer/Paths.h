@@ -5,19 +5,30 @@
 #include "RulesChoice.h"
 
 #include <functional>
+#include <memory>
 #include <string>
 #include <vector>
 
 namespace Kesh::CommandLine {
 
-/// One text to check.
+/// Where files were found, or one file, by both of its names.
+struct SPlace
+{
+    std::size_t shown;     ///< how much of a shown path it makes
+    std::wstring absolute; ///< stands for that
+};
+
+/// One text to check. There may be very many: what those of a folder have in common they share.
 struct SInput
 {
-    std::wstring shown;    ///< the path as the user knows it
-    std::wstring absolute; ///< the name under which the host knows it
+    std::wstring shown; ///< the path as the user knows it
+    std::shared_ptr<const SPlace> place;
     bool standardInput = false;
-    bool named = false; ///< by the user, not found in a folder
-    SStaged staged;     ///< checked in place of the file on disk, when there is one
+    bool named = false;                    ///< by the user, not found in a folder
+    std::shared_ptr<const SStaged> staged; ///< checked in place of the file on disk; null: that is
+
+    /// The name under which the host knows it.
+    std::wstring Absolute() const { return place->absolute + shown.substr(place->shown); }
 };
 
 /// Told of each path that cannot be read, with the reason.

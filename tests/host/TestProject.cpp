@@ -5,6 +5,7 @@
 
 #include <filesystem>
 #include <random>
+#include <sys/stat.h>
 #include <sys/wait.h>
 #include <thread>
 #include <unistd.h>
@@ -236,6 +237,9 @@ TEST(FileFinder, LinksAreFollowedWithinTheProjectOnly)
     link(L"p/src/out.php", "../../outside.php");
     link(L"p/src/round.php", "../src/out.php");
     link(L"p/src/gone.php", "nothing.php");
+    ASSERT_EQ(::mkfifo(Host::PathToBytes(folder.Path(L"p/src/pipe.php")).c_str(), 0600), 0);
+    link(L"p/src/topipe.php", "pipe.php");
+    link(L"p/src/tofolder.php", "../other");
     link(L"byname", "p/src");
     struct SCase
     {
