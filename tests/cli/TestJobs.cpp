@@ -120,6 +120,24 @@ TEST_F(Jobs, NameTheFilesWhoseCheckFails)
         }
 }
 
+// A large file that is begun first is reported where it stands, and holds up nobody, however far behind.
+TEST_F(Jobs, TakeLargeFilesFirst)
+{
+    constexpr int Files = 6000;
+    std::string found;
+    for (int i = 0; i < Files; ++i) {
+        const bool isLarge = i == 5 || i > Files - 3;
+        const bool finds = isLarge || i % 500 == 0;
+        Write(i, (finds ? "find" : "nothing") + std::string(isLarge ? 200000 : 0, ' '));
+        if (finds)
+            found += "s/" + std::to_string(1000 + i) + ".php:1:1: error: found [101]\n";
+    }
+    for (const char* jobs : {"1", "2", "4"}) {
+        EXPECT_EQ(Run({"--jobs", jobs, "--quiet", "s"}), 1) << jobs;
+        EXPECT_EQ(m_out, found) << jobs;
+    }
+}
+
 TEST_F(Jobs, EndWithWhatWasFoundWhenInterrupted)
 {
     for (int i = 0; i < 60; ++i)

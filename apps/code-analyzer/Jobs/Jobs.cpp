@@ -32,7 +32,7 @@ void RunJobs(CWorkerPool::STask task)
 {
     if (task.jobs > 1)
         return CWorkerPool(std::move(task)).Run();
-    for (std::size_t input = 0; input < task.inputs && !InterruptSignal(); ++input) {
+    for (std::size_t input = 0; input < task.order.Size() && !InterruptSignal(); ++input) {
         task.onProgress(input, input);
         task.onResult(task.check(input));
     }

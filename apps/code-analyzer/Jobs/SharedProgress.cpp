@@ -22,13 +22,13 @@ CSharedProgress::CSharedProgress(std::size_t workers)
         new (&m_page->workers[worker]) SWorker{None, None};
 }
 
-std::size_t CSharedProgress::Claim(std::size_t worker, std::size_t count)
+std::size_t CSharedProgress::Claim(std::size_t worker, const CWorkOrder& order, std::size_t jobs)
 {
     // Noted first: whenever the worker may die, what it has claimed is known.
     std::size_t begin = m_page->next.load();
     do {
         Of(worker).chunk = begin;
-    } while (!m_page->next.compare_exchange_weak(begin, begin + count));
+    } while (!m_page->next.compare_exchange_weak(begin, begin + order.ChunkAt(begin, jobs)));
     return begin;
 }
 

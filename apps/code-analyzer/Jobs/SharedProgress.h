@@ -1,5 +1,7 @@
 #pragma once
 
+#include "Jobs/WorkOrder.h"
+
 #include <atomic>
 #include <cstddef>
 #include <memory>
@@ -12,18 +14,20 @@ class CSharedProgress
 {
 public:
     static constexpr std::size_t None = static_cast<std::size_t>(-1);
+    static constexpr std::size_t CacheLine = 64;
 
     /// Throws std::bad_alloc.
     explicit CSharedProgress(std::size_t workers);
 
-    /// Takes the next `count` inputs for a worker; the number of the first.
-    std::size_t Claim(std::size_t worker, std::size_t count);
-    /// The first number not claimed yet.
+    /// Takes the next inputs for a worker, as many at once as the order says; the place of the first.
+    std::size_t Claim(std::size_t worker, const CWorkOrder& order, std::size_t jobs);
+    /// The first place not claimed yet.
     std::size_t Claimed() const { return m_page->next.load(); }
 
-    struct SWorker
+    /// Each worker writes for every input: none may slow down another.
+    struct alignas(CacheLine) SWorker
     {
-        std::atomic<std::size_t> chunk;   ///< the first input of its last claim
+        std::atomic<std::size_t> chunk;   ///< the place of the first input of its last claim
         std::atomic<std::size_t> current; ///< the input that it is at
     };
     SWorker& Of(std::size_t worker) { return m_page->workers[worker]; }

@@ -57,12 +57,12 @@ void RunWorker(const SWorkerTask& task)
         wanted = chunks.Report();
     }
     while (wanted) {
-        const std::size_t begin = task.progress.Claim(task.number, task.chunk);
-        const std::size_t end = std::min(begin + task.chunk, task.inputs);
+        const std::size_t begin = task.progress.Claim(task.number, task.order, task.jobs);
+        const std::size_t end = std::min(begin + task.order.ChunkAt(begin, task.jobs), task.order.Size());
         if (begin >= end)
             break;
-        for (std::size_t input = begin; input < end && !InterruptSignal(); ++input)
-            chunks.Check(input);
+        for (std::size_t place = begin; place < end && !InterruptSignal(); ++place)
+            chunks.Check(task.order[place]);
         wanted = chunks.Report();
     }
     // Without the exit handlers: what is buffered belongs to the process that started this one.

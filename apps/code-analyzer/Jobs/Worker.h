@@ -12,8 +12,8 @@ struct SWorkerTask
 {
     CSharedProgress& progress;
     std::size_t number; ///< among the workers
-    std::size_t inputs;
-    std::size_t chunk;              ///< inputs that are reported together
+    std::size_t jobs;
+    const CWorkOrder& order;
     std::vector<std::size_t> again; ///< inputs that a worker before this one has left behind
     int pipe;                       ///< takes the results
     const TCheckInput& check;

@@ -22,17 +22,10 @@ namespace Kesh::CommandLine {
 
 namespace {
 
-/// Inputs that are reported together: a process that wakes up for each one costs more than a small file.
-constexpr std::size_t MaxChunk = 16;
 /// How far workers may run ahead of an input that takes long: what they find has to be kept until then.
 constexpr std::size_t Window = 4096;
 /// What workers get to report the file they are at when an interrupt has come.
 constexpr auto Grace = std::chrono::milliseconds(300);
-
-std::size_t ChunkFor(std::size_t inputs, std::size_t jobs)
-{
-    return std::clamp<std::size_t>(inputs / (jobs * 8), 1, MaxChunk);
-}
 
 std::string DeathOf(int status)
 {
@@ -45,11 +38,13 @@ std::string DeathOf(int status)
 
 CWorkerPool::CWorkerPool(STask task)
     : m_task(std::move(task)),
-      m_chunk(ChunkFor(m_task.inputs, m_task.jobs)),
+      m_places(Inputs()),
       m_progress(m_task.jobs),
       m_workers(m_task.jobs),
-      m_done(m_task.inputs)
+      m_done(Inputs())
 {
+    for (std::size_t place = 0; place < Inputs(); ++place)
+        m_places[m_task.order[place]] = place;
 }
 
 CWorkerPool::~CWorkerPool()
@@ -77,7 +72,7 @@ void CWorkerPool::Run()
     while (IsRunning() && !InterruptSignal()) {
         Wait(-1);
         HandOut();
-        m_task.onProgress(m_doneCount, std::min(m_next, m_task.inputs - 1));
+        m_task.onProgress(m_doneCount, std::min(m_next, Inputs() - 1));
     }
     if (InterruptSignal())
         Interrupt();
@@ -96,7 +91,7 @@ bool CWorkerPool::Start(std::size_t number, std::vector<std::size_t> again)
         for (const SWorker& other : m_workers)
             if (other.process != 0)
                 ::close(other.pipe);
-        RunWorker({m_progress, number, m_task.inputs, m_chunk, again, ends[1], m_task.check});
+        RunWorker({m_progress, number, m_task.jobs, m_task.order, again, ends[1], m_task.check});
     }
     ::close(ends[1]);
     if (process < 0) {
@@ -111,7 +106,7 @@ bool CWorkerPool::Start(std::size_t number, std::vector<std::size_t> again)
 bool CWorkerPool::MayRead(const SWorker& worker) const
 {
     // The worker that holds up the others has reported nothing behind the input that they wait for.
-    return worker.process != 0 && !(worker.hasReported && worker.last > m_next + Window);
+    return worker.process != 0 && !(worker.hasReported && worker.last > m_firstOpen + Window);
 }
 
 void CWorkerPool::Wait(int milliseconds)
@@ -148,15 +143,23 @@ void CWorkerPool::Take(SWorker& worker)
 {
     std::string_view bytes = worker.bytes;
     while (auto result = TakeFrame(bytes)) {
-        worker.last = result->input;
+        const std::size_t input = result->input;
+        worker.last = m_places[input];
         worker.hasReported = true;
-        if (m_done[worker.last])
-            continue;
-        m_done[worker.last] = true;
-        ++m_doneCount;
-        m_pending.emplace(worker.last, std::move(*result));
+        NoteDone(input, std::move(*result));
     }
     worker.bytes.erase(0, worker.bytes.size() - bytes.size());
+}
+
+void CWorkerPool::NoteDone(std::size_t input, SResult&& result)
+{
+    if (m_done[input])
+        return;
+    m_done[input] = true;
+    ++m_doneCount;
+    m_pending.emplace(input, std::move(result));
+    while (m_firstOpen < Inputs() && m_done[m_task.order[m_firstOpen]])
+        ++m_firstOpen;
 }
 
 void CWorkerPool::End(std::size_t number)
@@ -169,30 +172,23 @@ void CWorkerPool::End(std::size_t number)
     worker.process = 0;
     if (InterruptSignal())
         return;
-    if (const std::size_t current = m_progress.Of(number).current; status != 0 && current < m_task.inputs)
-        NoteCrash(current, status);
+    if (const std::size_t current = m_progress.Of(number).current; status != 0 && current < Inputs())
+        NoteDone(current, {current, {}, DeathOf(status), {}, {}});
     std::vector<std::size_t> lost = LostWith(number);
-    const bool moreToDo = !lost.empty() || (status != 0 && m_progress.Claimed() < m_task.inputs);
+    const bool moreToDo = !lost.empty() || (status != 0 && m_progress.Claimed() < Inputs());
     if (moreToDo && !Start(number, std::move(lost)))
         throw Base::CWorkError(L"no process can be started", __LINE__, "apps/code-analyzer/Jobs/WorkerPool");
-}
-
-void CWorkerPool::NoteCrash(std::size_t input, int status)
-{
-    if (m_done[input])
-        return;
-    m_done[input] = true;
-    ++m_doneCount;
-    m_pending[input] = {input, {}, DeathOf(status), {}, {}};
 }
 
 std::vector<std::size_t> CWorkerPool::LostWith(std::size_t number)
 {
     std::vector<std::size_t> lost = m_workers[number].again;
     const std::size_t begin = m_progress.Of(number).chunk;
-    if (begin < m_task.inputs)
-        for (std::size_t input = begin; input < std::min(begin + m_chunk, m_task.inputs); ++input)
-            lost.push_back(input);
+    if (begin < Inputs()) {
+        const std::size_t end = std::min(begin + m_task.order.ChunkAt(begin, m_task.jobs), Inputs());
+        for (std::size_t place = begin; place < end; ++place)
+            lost.push_back(m_task.order[place]);
+    }
     std::erase_if(lost, [this](std::size_t input) { return m_done[input]; });
     return lost;
 }
@@ -211,7 +207,7 @@ void CWorkerPool::Interrupt()
     for (const SWorker& worker : m_workers)
         if (worker.process != 0)
             ::kill(worker.process, SIGINT);
-    m_next = m_task.inputs; // nothing holds back a worker any more
+    m_firstOpen = Inputs(); // nothing holds back a worker any more
     const auto end = std::chrono::steady_clock::now() + Grace;
     for (;;) {
         const auto left =
