@@ -36,7 +36,7 @@ CCADocumentCheck::Create(SDK::IApplication* application, SyntaxParser::ISPDocume
 {
     std::unique_ptr<CCADocumentCheck> check(new CCADocumentCheck);
     check->m_reader = boost::make_shared<SyntaxParser::CSimpleReader>();
-    check->m_reader->SetWhole(WholeText(source));
+    check->m_reader->TakeWhole(WholeText(source));
     auto parser = Base::GetHostComponent<SyntaxParser::IParserComponent>(application, L"IParserComponent");
     auto document = parser->CreateDocument(check->m_reader, source.GetFilePath(), source.GetFactoryName());
     if (!document)
@@ -103,7 +103,7 @@ void CCADocumentCheck::TakeSnapshot(SyntaxParser::ISPDocument& source, const std
 {
     *m_cancelled = false;
     SetPath(path);
-    m_reader->SetWhole(WholeText(source)); // to PHP a NUL is a character like any other
+    m_reader->TakeWhole(WholeText(source)); // to PHP a NUL is a character like any other
 }
 
 ECheckEnd CCADocumentCheck::Run()

@@ -37,7 +37,7 @@ private:
     SyntaxParser::CSimpleReader& Text()
     {
         if (!m_text)
-            m_text.emplace().SetWhole(m_buffer->GetText(L"\n"));
+            m_text.emplace().TakeWhole(m_buffer->GetText(L"\n"));
         return *m_text;
     }
 

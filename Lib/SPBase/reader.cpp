@@ -69,8 +69,11 @@ void CSimpleReader::SetString(const wchar_t* text)
 
 void CSimpleReader::SetWhole(std::wstring_view whole)
 {
+    if (whole.find(L'\r') == std::wstring_view::npos)
+        return TakeWhole(std::wstring(whole));
     Clear();
-    std::wstring* line = &m_string.emplace_back();
+    m_starts.push_back(0);
+    m_text.reserve(whole.size());
     const wchar_t* text = whole.data();
     const wchar_t* const end = text + whole.size();
     while (text < end) {
@@ -79,18 +82,49 @@ void CSimpleReader::SetWhole(std::wstring_view whole)
         while (next < end && *next != L'\n' && *next != L'\r')
             ++next;
         const bool breaks = next < end && *next == L'\n';
-        line->append(text, breaks ? next + 1 : next);
+        m_text.append(text, breaks ? next + 1 : next);
         const bool alone = next + 1 < end && *next == L'\r' && next[1] != L'\n';
         if (breaks || alone)
-            line = &m_string.emplace_back();
+            m_starts.push_back(m_text.size());
         text = next + 1;
     }
+}
+
+void CSimpleReader::TakeWhole(std::wstring text)
+{
+    if (text.find(L'\r') != std::wstring::npos)
+        return SetWhole(text);
+    Clear();
+    m_text = std::move(text);
+    m_starts.push_back(0);
+    for (std::size_t at = m_text.find(L'\n'); at != std::wstring::npos; at = m_text.find(L'\n', at + 1))
+        m_starts.push_back(at + 1);
+}
+
+void CSimpleReader::AddLine(const std::wstring& line)
+{
+    m_starts.push_back(m_text.size());
+    m_text += line;
 }
 
 void CSimpleReader::Clear()
 {
     Reset();
-    m_string.clear();
+    m_text.clear();
+    m_starts.clear();
+}
+
+std::wstring_view CSimpleReader::Line(std::int64_t number) const
+{
+    const auto index = static_cast<std::size_t>(number);
+    const std::size_t end = index + 1 < m_starts.size() ? m_starts[index + 1] : m_text.size();
+    return std::wstring_view(m_text).substr(m_starts[index], end - m_starts[index]);
+}
+
+std::size_t CSimpleReader::Offset(CIterator pos) const
+{
+    return m_starts[static_cast<std::size_t>(pos.y)] +
+           static_cast<std::size_t>(std::clamp<std::int64_t>(pos.x, 0, Length(pos.y)));
 }
 
 void CSimpleReader::Reset()
@@ -101,14 +135,13 @@ void CSimpleReader::Reset()
 bool CSimpleReader::NextChar()
 {
     // It is the first line that tells an empty text, wherever the reader stands.
-    if (m_string.empty() || m_string.front().empty())
+    if (m_starts.empty() || Line(0).empty())
         return false;
-    const auto y = static_cast<std::size_t>(m_pos.y);
-    if (m_pos.x + 1 != Length(m_string[y])) {
+    if (m_pos.x + 1 != Length(m_pos.y)) {
         ++m_pos.x;
         return true;
     }
-    if (y + 1 >= m_string.size() || m_string[y + 1].empty())
+    if (m_pos.y + 1 >= LineCount() || Line(m_pos.y + 1).empty())
         return false;
     m_pos = {0, m_pos.y + 1};
     return true;
@@ -120,16 +153,18 @@ bool CSimpleReader::PrevChar()
         --m_pos.x;
         return true;
     }
-    if (m_pos.y == 0 || m_string[static_cast<std::size_t>(m_pos.y - 1)].empty())
+    if (m_pos.y == 0 || Line(m_pos.y - 1).empty())
         return false;
     --m_pos.y;
-    m_pos.x = Length(m_string[static_cast<std::size_t>(m_pos.y)]) - 1;
+    m_pos.x = Length(m_pos.y) - 1;
     return true;
 }
 
 wchar_t CSimpleReader::ReadChar()
 {
-    return CharAt(m_string, m_pos);
+    if (m_pos.y < 0 || m_pos.y >= LineCount() || m_pos.x < 0 || m_pos.x >= Length(m_pos.y))
+        return L'\0';
+    return Line(m_pos.y)[static_cast<std::size_t>(m_pos.x)];
 }
 
 void CSimpleReader::SetPos(CIterator pos)
@@ -137,7 +172,7 @@ void CSimpleReader::SetPos(CIterator pos)
     if (pos.x != 0)
         m_pos = {pos.x - 1, pos.y};
     else if (pos.y != 0)
-        m_pos = {Length(m_string[static_cast<std::size_t>(pos.y - 1)]) - 1, pos.y - 1};
+        m_pos = {Length(pos.y - 1) - 1, pos.y - 1};
     else
         Reset();
 }
@@ -146,27 +181,28 @@ std::wstring CSimpleReader::GetText(CIterator from, CIterator to)
 {
     if (to < from || from.y < 0)
         throw CCriticalError();
-    if (to.y >= static_cast<std::int64_t>(m_string.size()))
+    if (to.y >= LineCount())
         throw Base::CCriticalError("nEnd.y < (int)m_string.size()", 124, "Lib/SPBase/reader");
-    return Assemble(m_string, from, to);
+    const std::size_t begin = Offset(from);
+    return m_text.substr(begin, std::max(begin, Offset(to)) - begin);
 }
 
 std::wstring CSimpleReader::GetFirstString()
 {
-    if (m_string.empty())
+    if (m_starts.empty())
         return {};
-    const std::wstring& line = m_string.front();
+    const std::wstring_view line = Line(0);
     const std::size_t first = line.find_first_not_of(L" \t\n");
-    if (first == std::wstring::npos)
+    if (first == std::wstring_view::npos)
         return {};
-    return line.substr(first, line.find_last_not_of(L" \t\n") - first + 1);
+    return std::wstring(line.substr(first, line.find_last_not_of(L" \t\n") - first + 1));
 }
 
 CIterator CSimpleReader::GetEnd()
 {
-    if (m_string.empty())
+    if (m_starts.empty())
         return {0, 0};
-    return {Length(m_string.back()), static_cast<std::int64_t>(m_string.size()) - 1};
+    return {Length(LineCount() - 1), LineCount() - 1};
 }
 
 CBackSimpleReader::CBackSimpleReader(const std::wstring& text)

@@ -3,6 +3,7 @@
 #include "Kesh/SyntaxParser/IReader.h"
 #include "SPBase/SPException.h"
 
+#include <cstdint>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -41,13 +42,22 @@ public:
     void SetString(const std::wstring& text) { SetString(text.c_str()); }
     /// The same with the zero characters that the text may hold.
     void SetWhole(std::wstring_view text);
+    /// The same without a copy of a text that holds no "\r".
+    void TakeWhole(std::wstring text);
     /// Appends a further line as it is.
-    void AddLine(const std::wstring& line) { m_string.push_back(line); }
+    void AddLine(const std::wstring& line);
     /// Leaves no line at all.
     void Clear();
 
 private:
-    std::vector<std::wstring> m_string;
+    std::wstring_view Line(std::int64_t number) const;
+    std::int64_t Length(std::int64_t line) const { return static_cast<std::int64_t>(Line(line).size()); }
+    std::int64_t LineCount() const { return static_cast<std::int64_t>(m_starts.size()); }
+    /// Where a column lies; one that the line does not have is at its end.
+    std::size_t Offset(CIterator pos) const;
+
+    std::wstring m_text;               ///< the lines one behind the other: documents may be large
+    std::vector<std::size_t> m_starts; ///< of each line
     CIterator m_pos;
 };
 
