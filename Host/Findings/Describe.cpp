@@ -100,8 +100,8 @@ SFileFindings CDescriber::Describe(const SCheckedFile& file, std::vector<SDiagno
 void CDescriber::Fill(SFileFindings& described, const SCheckedFile& file,
                       std::vector<SDiagnostic> diagnostics, const SRules& rules) const
 {
-    const std::wstring text = file.text();
-    const bool ignores = MayMeanToIgnore(std::wstring_view(text));
+    const std::wstring_view text = file.text();
+    const bool ignores = MayMeanToIgnore(text);
     if (diagnostics.empty() && !ignores)
         return;
     const CTextLines lines(text);

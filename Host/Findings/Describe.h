@@ -6,6 +6,7 @@
 #include "Kesh/CodeAnalyzer/IDiagnosticTexts.h"
 
 #include <functional>
+#include <string_view>
 #include <vector>
 
 namespace Kesh::Findings {
@@ -15,8 +16,9 @@ struct SCheckedFile
 {
     std::wstring shown; ///< the path as the user knows it
     std::wstring path;  ///< absolute
-    /// Its text as it was checked; asked for only when there is something to describe.
-    std::function<std::wstring()> text;
+    /// Its text as it was checked, which stays until it is described; asked for only when there is something
+    /// to describe.
+    std::function<std::wstring_view()> text;
     /// False when its bytes are known to hold no comment that ignores anything.
     bool mayIgnore = true;
     /// Whether the user has asked for this very file, whatever its project leaves out.

@@ -101,7 +101,7 @@ SMended MendText(CTextCheck& check, const SCheckedFile& file, const std::wstring
         const SFileText checked{mended.text, lines, factory, {}};
         CFixProof proof(check, checked, file.path, found, budget);
         SCheckedFile described = file;
-        described.text = [&mended] { return mended.text; };
+        described.text = [&mended] { return std::wstring_view(mended.text); };
         const SFileFindings findings = describer.Describe(described, std::move(found), rules);
         const std::vector<SCandidates> candidates = CandidatesOf(findings.findings, checked);
         const CChoice choice(proof, candidates);

@@ -88,17 +88,22 @@ void CDescribeWorker::Finish(SDescribed* described)
 
 SDescribed CDescribeWorker::Describe(SDescribeOrder order)
 {
-    std::wstring text;
+    const std::shared_ptr<const std::wstring> shared = order.text;
+    std::wstring read;
     try {
-        text = order.text ? *order.text : SyntaxParser::DecodeSource(Host::ReadFileBytes(order.path));
+        if (!shared)
+            read = SyntaxParser::DecodeSource(Host::ReadFileBytes(order.path));
     } catch (const Base::CWorkError&) {
         order.diagnostics.clear(); // the file has gone meanwhile
     }
+    const std::wstring_view text = shared ? *shared : read;
     SDescribed described{std::move(order), {}, nlohmann::json::array(), "[]"};
     const SDescribeOrder& done = described.order;
     const Findings::CDescriber describer(m_settings.texts);
     described.findings =
         describer.Describe({done.path, done.path, [&] { return text; }}, done.diagnostics, *done.rules);
+    if (described.findings.findings.empty())
+        return described;
     CDiagnosticMaker maker(text, done.uri, m_encoding, m_settings.documentation);
     for (const Findings::SFinding& finding : described.findings.findings)
         described.diagnostics.push_back(maker.Make(finding));

@@ -134,7 +134,7 @@ void CDiagnostics::Order(const std::wstring& path)
         order.uri = open->uri;
         order.factory = open->factory;
         order.revision = open->revision;
-        order.text = std::make_shared<std::wstring>(open->tooLarge ? std::wstring() : open->Text().Text());
+        order.text = open->tooLarge ? std::make_shared<const std::wstring>() : open->Text().Share();
     } else {
         order.uri = m_parts.documents.UriOf(path);
         order.factory = m_parts.application.Parser().FactoryOfFile(path);

@@ -68,8 +68,18 @@ std::optional<CMessageReader::SMessage> CMessageReader::Next()
     }
     if (m_pending.size() - m_at < *m_length)
         return {};
-    SMessage message{m_pending.substr(m_at, *m_length), {}};
-    m_at += *m_length;
+    SMessage message;
+    if (m_pending.size() == m_at + *m_length) {
+        // Nothing stands behind it, as with most: a large one is not copied, and leaves no room that nobody
+        // needs.
+        message.body = std::move(m_pending);
+        message.body.erase(0, m_at);
+        m_pending.clear();
+        m_at = 0;
+    } else {
+        message.body = m_pending.substr(m_at, *m_length);
+        m_at += *m_length;
+    }
     m_searched = m_at;
     m_length.reset();
     return message;
@@ -104,6 +114,7 @@ bool CMessageReader::ReadHeader(std::string& fault)
         return true;
     }
     m_length = length;
+    m_pending.reserve(m_at + *length);
     return true;
 }
 

@@ -1,12 +1,24 @@
 #include "LanguageServer/ServerText.h"
 
 #include "Files/FileIO.h"
-#include "Files/FilePath.h"
 #include "SyntaxParser/SourceText.h"
 
 #include <algorithm>
+#include <atomic>
 
 namespace Kesh::LanguageServer {
+
+namespace {
+
+std::size_t SizeInUtf8(std::wstring_view text)
+{
+    std::size_t size = 0;
+    for (const wchar_t c : text)
+        size += 1 + (c >= 0x80) + (c >= 0x800) + (c >= 0x10000);
+    return size;
+}
+
+} // namespace
 
 void CServerText::SetText(const std::wstring& text)
 {
@@ -20,8 +32,8 @@ std::wstring_view CServerText::Line(std::int64_t number) const
     if (number < 0 || number >= static_cast<std::int64_t>(m_starts.size()))
         return {};
     const auto index = static_cast<std::size_t>(number);
-    const std::size_t end = index + 1 < m_starts.size() ? m_starts[index + 1] - 1 : m_text.size();
-    return std::wstring_view(m_text).substr(m_starts[index], end - m_starts[index]);
+    const std::size_t end = index + 1 < m_starts.size() ? m_starts[index + 1] - 1 : m_text->size();
+    return std::wstring_view(*m_text).substr(m_starts[index], end - m_starts[index]);
 }
 
 std::size_t CServerText::Offset(std::int64_t line, std::int64_t column) const
@@ -29,7 +41,7 @@ std::size_t CServerText::Offset(std::int64_t line, std::int64_t column) const
     if (line < 0)
         return 0;
     if (line >= static_cast<std::int64_t>(m_starts.size()))
-        return m_text.size();
+        return m_text->size();
     return m_starts[static_cast<std::size_t>(line)] +
            static_cast<std::size_t>(
                std::clamp<std::int64_t>(column, 0, static_cast<std::int64_t>(Line(line).size())));
@@ -38,7 +50,7 @@ std::size_t CServerText::Offset(std::int64_t line, std::int64_t column) const
 void CServerText::Replace(std::size_t from, std::size_t to, std::wstring_view text)
 {
     to = std::max(from, to);
-    m_text.replace(from, to - from, text);
+    Own().replace(from, to - from, text);
     // Lines in front stay, those behind move, those in between are found anew.
     const auto first = std::upper_bound(m_starts.begin(), m_starts.end(), from);
     const auto behind = std::upper_bound(first, m_starts.end(), to);
@@ -54,18 +66,26 @@ void CServerText::Replace(std::size_t from, std::size_t to, std::wstring_view te
 
 void CServerText::ReplaceAll(std::wstring text)
 {
-    m_text = std::move(text);
+    m_text = std::make_shared<std::wstring>(std::move(text));
     m_modified = true;
     m_starts.assign(1, 0);
-    for (std::size_t at = m_text.find(L'\n'); at != std::wstring::npos; at = m_text.find(L'\n', at + 1))
+    for (std::size_t at = m_text->find(L'\n'); at != std::wstring::npos; at = m_text->find(L'\n', at + 1))
         m_starts.push_back(at + 1);
+}
+
+std::wstring& CServerText::Own()
+{
+    if (m_text.use_count() > 1)
+        m_text = std::make_shared<std::wstring>(*m_text);
+    // Whoever had it before has read it by now.
+    std::atomic_thread_fence(std::memory_order_acquire);
+    return *m_text;
 }
 
 bool CServerText::IsTooLarge() const
 {
     constexpr std::size_t MostBytes = 4; // of a character
-    return m_text.size() > Host::MaxFileBytes || (m_text.size() > Host::MaxFileBytes / MostBytes &&
-                                                  Host::PathToBytes(m_text).size() > Host::MaxFileBytes);
+    return m_text->size() > Host::MaxFileBytes / MostBytes && SizeInUtf8(*m_text) > Host::MaxFileBytes;
 }
 
 void CServerText::Announce()
@@ -75,7 +95,7 @@ void CServerText::Announce()
 
 std::wstring CServerText::GetText(const std::wstring& lineBreak)
 {
-    return IsTooLarge() ? std::wstring() : Editor::JoinLines(m_text, lineBreak);
+    return IsTooLarge() ? std::wstring() : Editor::JoinLines(*m_text, lineBreak);
 }
 
 std::wstring TextFromUtf8(std::string_view utf8)

@@ -2,6 +2,7 @@
 
 #include "Editor/TextHolder.h"
 
+#include <memory>
 #include <string_view>
 #include <vector>
 
@@ -18,7 +19,10 @@ public:
     bool IsModified() override { return m_modified; }
     void SetUnmodified() override { m_modified = false; }
 
-    const std::wstring& Text() const { return m_text; }
+    const std::wstring& Text() const { return *m_text; }
+    /// The text as it is now, whatever becomes of it; any thread may read it. The next edit pays for the
+    /// copy, and only when it is still in use.
+    std::shared_ptr<const std::wstring> Share() const { return m_text; }
     std::size_t LineCount() const { return m_starts.size(); }
     /// Without its end; empty for a line that there is not.
     std::wstring_view Line(std::int64_t number) const;
@@ -39,7 +43,10 @@ private:
     int GetLinesCount() override { return static_cast<int>(m_starts.size()); }
     ChangeSignal& GetChangeSignal() override { return m_change; }
 
-    std::wstring m_text;
+    /// Of nobody else.
+    std::wstring& Own();
+
+    std::shared_ptr<std::wstring> m_text = std::make_shared<std::wstring>();
     std::vector<std::size_t> m_starts{0};
     bool m_modified = false;
     ChangeSignal m_change;

@@ -195,8 +195,8 @@ code_analyzer_status CSession::Check(const CSourceOfText& source, const std::wst
         source.IsLikeFile() ? m_check.CheckBytes(source.Bytes(), path, FactoryOf(path))
                             : m_check.Check(source.Text(), path, FactoryOf(path));
     const Findings::CDescriber describer(m_check.Texts());
-    const Findings::SFileFindings described =
-        describer.Describe({path, path, [&] { return source.Text(); }, true, false}, std::move(found), rules);
+    const Findings::SFileFindings described = describer.Describe(
+        {path, path, [&] { return std::wstring_view(source.Text()); }, true, false}, std::move(found), rules);
     CFixes fixes(m_fixes, m_check, source, path);
     for (const Findings::SFinding& finding : described.findings) {
         if (*m_cancelled)

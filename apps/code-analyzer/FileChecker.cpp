@@ -75,7 +75,7 @@ std::optional<Findings::SFileFindings> CFileChecker::Check(const SInput& input)
     std::vector<CodeAnalyzer::SDiagnostic> found = m_check.CheckBytes(bytes, path, FactoryOf(path));
     const bool mayIgnore = SyntaxParser::Utf16OrderOf(bytes) || Findings::MayMeanToIgnore(bytes);
     return m_describer.Describe(
-        {input.shown, path, [this] { return std::wstring(m_check.Text()); }, mayIgnore, input.standardInput},
+        {input.shown, path, [this] { return m_check.Text(); }, mayIgnore, input.standardInput},
         std::move(found), *m_rules->For(path));
 }
 

@@ -146,8 +146,9 @@ private:
             PrintProblem(Shown(file), "skipped: a binary file");
             return false;
         }
-        Findings::SFileFindings findings =
-            m_session.FindingsOf({Shown(file), file, [&] { return SyntaxParser::DecodeSource(bytes); }});
+        std::wstring text;
+        const auto decode = [&] { return std::wstring_view(text = SyntaxParser::DecodeSource(bytes)); };
+        Findings::SFileFindings findings = m_session.FindingsOf({Shown(file), file, decode});
         m_baseline.Apply(findings);
         report.Add(findings);
         return true;

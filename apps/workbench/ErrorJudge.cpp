@@ -105,8 +105,10 @@ SVerdict CErrorJudge::Decide(STask& task) const
     for (const SCAError& error : errors)
         diagnostics.push_back({error, {}});
     const Findings::CDescriber describer(m_texts, Findings::CDescriber::EDetail::Brief);
-    Findings::SFileFindings found = describer.Describe({file, file, [&] { return TextOf(task.order); }},
-                                                       std::move(diagnostics), *task.rules->For(file));
+    std::wstring text;
+    const auto read = [&] { return std::wstring_view(text = TextOf(task.order)); };
+    Findings::SFileFindings found =
+        describer.Describe({file, file, read}, std::move(diagnostics), *task.rules->For(file));
     for (const Findings::SFinding& finding : found.findings)
         if (IsOwn(finding))
             verdict.own.push_back(

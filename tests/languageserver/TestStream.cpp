@@ -88,6 +88,19 @@ TEST(Positions, ColumnsGoThereAndBack)
     EXPECT_EQ(ColumnOf(line, 4, EPositionEncoding::Utf16), 3) << "inside the emoji";
 }
 
+TEST(ServerText, WhatIsSharedStaysAsItWas)
+{
+    CServerText text;
+    text.ReplaceAll(L"one\ntwo");
+    const auto before = text.Share();
+    text.Replace(4, 7, L"2");
+    const auto between = text.Share();
+    text.ReplaceAll(L"");
+    EXPECT_EQ(*before, L"one\ntwo");
+    EXPECT_EQ(*between, L"one\n2");
+    EXPECT_EQ(text.Text(), L"");
+}
+
 TEST(ServerText, LinesStayRightUnderRandomEdits)
 {
     std::mt19937 random(7);
