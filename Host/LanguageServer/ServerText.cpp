@@ -4,7 +4,7 @@
 #include "SyntaxParser/SourceText.h"
 
 #include <algorithm>
-#include <atomic>
+#include <utility>
 
 namespace Kesh::LanguageServer {
 
@@ -67,6 +67,7 @@ void CServerText::Replace(std::size_t from, std::size_t to, std::wstring_view te
 void CServerText::ReplaceAll(std::wstring text)
 {
     m_text = std::make_shared<std::wstring>(std::move(text));
+    m_isShared = false;
     m_modified = true;
     m_starts.assign(1, 0);
     for (std::size_t at = m_text->find(L'\n'); at != std::wstring::npos; at = m_text->find(L'\n', at + 1))
@@ -75,10 +76,9 @@ void CServerText::ReplaceAll(std::wstring text)
 
 std::wstring& CServerText::Own()
 {
-    if (m_text.use_count() > 1)
+    // Whether another thread still reads it cannot be asked without a race.
+    if (std::exchange(m_isShared, false))
         m_text = std::make_shared<std::wstring>(*m_text);
-    // Whoever had it before has read it by now.
-    std::atomic_thread_fence(std::memory_order_acquire);
     return *m_text;
 }
 

@@ -20,9 +20,12 @@ public:
     void SetUnmodified() override { m_modified = false; }
 
     const std::wstring& Text() const { return *m_text; }
-    /// The text as it is now, whatever becomes of it; any thread may read it. The next edit pays for the
-    /// copy, and only when it is still in use.
-    std::shared_ptr<const std::wstring> Share() const { return m_text; }
+    /// The text as it is now, whatever becomes of it; any thread may read it. The next edit makes a copy.
+    std::shared_ptr<const std::wstring> Share()
+    {
+        m_isShared = true;
+        return m_text;
+    }
     std::size_t LineCount() const { return m_starts.size(); }
     /// Without its end; empty for a line that there is not.
     std::wstring_view Line(std::int64_t number) const;
@@ -48,6 +51,7 @@ private:
 
     std::shared_ptr<std::wstring> m_text = std::make_shared<std::wstring>();
     std::vector<std::size_t> m_starts{0};
+    bool m_isShared = false; ///< since its last edit
     bool m_modified = false;
     ChangeSignal m_change;
 };
