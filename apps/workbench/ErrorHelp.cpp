@@ -225,6 +225,7 @@ void CErrorHelp::Explain(int code, QWidget* parent)
     dialog->setWindowTitle(Tr("Error %1").arg(code));
     auto* browser = new QTextBrowser;
     browser->setAccessibleName(dialog->windowTitle());
+    browser->setSearchPaths({QStringLiteral(":/documents")}); // where its links lead
     browser->setMarkdown(page);
     auto* buttons = new QDialogButtonBox(QDialogButtonBox::Close);
     buttons->button(QDialogButtonBox::Close)->setText(Tr("Close"));

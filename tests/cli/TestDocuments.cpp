@@ -9,6 +9,7 @@
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
 #include <set>
+#include <vector>
 
 using namespace Kesh::CodeAnalyzer;
 using nlohmann::json;
@@ -54,13 +55,54 @@ QStringList OptionsOf(const QRegularExpressionMatch& section)
     return section.captured(1).toInt() < 1000 ? QStringList{"--no-grammar"} : QStringList();
 }
 
+QString TextOf(const char* name)
+{
+    QFile file(QString(SOURCE_DIR) + name);
+    EXPECT_TRUE(file.open(QIODevice::ReadOnly)) << name;
+    return QString::fromUtf8(file.readAll());
+}
+
 /// The rows of a table in the list of errors.
 QRegularExpressionMatchIterator RowsOfErrors(const QString& pattern)
 {
-    QFile file(SOURCE_DIR "/docs/errors.md");
-    EXPECT_TRUE(file.open(QIODevice::ReadOnly));
     const QRegularExpression row(pattern, QRegularExpression::MultilineOption);
-    return row.globalMatch(QString::fromUtf8(file.readAll()));
+    return row.globalMatch(TextOf("/docs/errors.md"));
+}
+
+/// What a list of errors has in any language: for each section its title, its severity, whether it says what
+/// mends the error, and, letter for letter, its code; for each row of a table its code.
+struct SListed
+{
+    QString heading; ///< "1001: Expected ';' (error)"
+    std::vector<std::string> code;
+    bool operator==(const SListed&) const = default;
+};
+
+std::vector<SListed> ListedIn(const QString& list, const QString& error, const QString& warning,
+                              const QString& mend)
+{
+    static const QRegularExpression title("^\\*\\*(.*)\\*\\* \\((.*)\\)$",
+                                          QRegularExpression::MultilineOption);
+    static const QRegularExpression block("```php\n([^`]*)\n```");
+    static const QRegularExpression row("^\\| (\\d+) \\| (`.*?[^\\\\]`) \\|",
+                                        QRegularExpression::MultilineOption);
+    std::vector<SListed> listed;
+    for (const QString& section : list.split("\n## ").mid(1)) {
+        SListed& found = listed.emplace_back();
+        const auto named = title.match(section);
+        if (named.hasMatch() && section.contains("\n```\n\n" + mend + ' '))
+            found.heading = section.section('\n', 0, 0) + ": " + named.captured(1) +
+                            (named.captured(2) == error     ? " (error)"
+                             : named.captured(2) == warning ? " (warning)"
+                                                            : "");
+        for (auto blocks = block.globalMatch(section); blocks.hasNext();)
+            found.code.push_back(blocks.next().captured(1).toStdString());
+        for (auto rows = row.globalMatch(section); rows.hasNext();) {
+            const auto match = rows.next();
+            found.code.push_back((match.captured(1) + ' ' + match.captured(2)).toStdString());
+        }
+    }
+    return listed;
 }
 
 } // namespace
@@ -94,6 +136,37 @@ TEST(Documents, EveryExampleOfAnErrorGivesIt)
     for (auto rows = RowsOfErrors("^## \\d"); rows.hasNext(); rows.next())
         ++headings;
     EXPECT_EQ(explained.size(), headings);
+}
+
+TEST(Documents, TheGermanListHasEveryErrorWithTheSameExample)
+{
+    const json texts = json::parse(TextOf("/resources/translations/de.json").toStdString());
+    std::vector<SListed> expected = ListedIn(TextOf("/docs/errors.md"), "error", "warning", "To fix it:");
+    for (SListed& section : expected)
+        if (const SDiagnosticKind* kind = FindKind(section.heading.section(':', 0, 0).toInt()))
+            section.heading.replace(kind->title, QString::fromStdString(texts.at(kind->title)));
+    const auto german = [](const QString& list) { return ListedIn(list, "Fehler", "Warnung", "Abhilfe:"); };
+    const QString list = TextOf("/docs/errors.de.md");
+    const std::vector<SListed> found = german(list);
+    EXPECT_GT(expected.size(), 200U);
+    EXPECT_EQ(expected.back().code.size(), 14U);
+    ASSERT_EQ(found.size(), expected.size());
+    for (std::size_t i = 0; i < found.size(); ++i) {
+        EXPECT_EQ(found[i].heading.toStdString(), expected[i].heading.toStdString());
+        EXPECT_EQ(found[i].code, expected[i].code) << expected[i].heading.toStdString();
+    }
+    // No slip goes through.
+    const auto damaged = [&](const char* from, const char* to) {
+        QString copy = list;
+        EXPECT_TRUE(copy.contains(from)) << from;
+        return german(copy.replace(from, to));
+    };
+    EXPECT_NE(damaged("## 1002\n", "### 1002\n"), expected);
+    EXPECT_NE(damaged("f(1, 2;", "f(1, 3;"), expected);
+    EXPECT_NE(damaged("**')' erwartet** (Fehler)", "**')' erwartet** (Warnung)"), expected);
+    EXPECT_NE(damaged("Abhilfe: an der markierten Stelle eine `)`", "An der markierten Stelle eine `)`"),
+              expected);
+    EXPECT_NE(damaged("`global $a ?>`", "`global $b ?>`"), expected);
 }
 
 TEST(Documents, WhatOnlyTheStatementParsersReportIsListedAsItIs)

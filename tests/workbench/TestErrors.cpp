@@ -403,6 +403,15 @@ TEST_F(Errors, AnErrorIsExplained)
     page->close();
 }
 
+TEST_F(Errors, AnExplanationLeadsToThePageOfPhpVersions)
+{
+    Open(m_folder.Write(L"a.php", "<?php\n"));
+    Window().findChild<Workbench::CErrorHelp*>()->Explain(1091, &Window());
+    auto* browser = Window().findChild<QDialog*>("explanation")->findChild<QTextBrowser*>();
+    browser->setSource(QUrl("php-versions.md"));
+    EXPECT_TRUE(browser->toPlainText().contains("PHP 5.4"));
+}
+
 TEST_F(Errors, AJumpPutsThePlaceInTheMiddle)
 {
     std::string text(4000, '\n');

@@ -124,6 +124,12 @@ TEST_F(Screenshots, German)
     ShowSite(EAppearance::Light, "de", Usual);
     Keep(Window(), "german");
     KeepDialogs("settings-german");
+    Trigger("&Explain the error");
+    auto* page = Window().findChild<QDialog*>("explanation");
+    ASSERT_NE(page, nullptr);
+    EXPECT_TRUE(page->findChild<QTextBrowser*>()->toPlainText().contains("Abhilfe: "));
+    Keep(*page, "explanation-german");
+    page->close();
 }
 
 TEST_F(Screenshots, Small)
