@@ -3,6 +3,8 @@
 #include "Base/Exception.h"
 #include "Files/FilePath.h"
 
+#include <algorithm>
+
 namespace Kesh::Editor {
 
 using SyntaxParser::EByteOrder;
@@ -10,17 +12,19 @@ using SyntaxParser::EEncoding;
 
 namespace {
 
-std::string WithLineEnds(std::string_view bytes, SyntaxParser::SSourceFormat::ELineEnd kind)
+std::string WithLineEnds(std::string bytes, SyntaxParser::SSourceFormat::ELineEnd kind)
 {
     using ELineEnd = SyntaxParser::SSourceFormat::ELineEnd;
-    const char* lineEnd = kind == ELineEnd::CrLf ? "\r\n" : kind == ELineEnd::Cr ? "\r" : "\n";
+    if (kind == ELineEnd::Cr)
+        std::replace(bytes.begin(), bytes.end(), '\n', '\r');
+    if (kind != ELineEnd::CrLf)
+        return bytes;
     std::string file;
-    file.reserve(bytes.size());
+    file.reserve(bytes.size() + static_cast<std::size_t>(std::count(bytes.begin(), bytes.end(), '\n')));
     for (const char c : bytes) {
         if (c == '\n')
-            file += lineEnd;
-        else
-            file += c;
+            file += '\r';
+        file += c;
     }
     return file;
 }
@@ -46,9 +50,9 @@ std::string EncodeSource(std::wstring_view text, const SyntaxParser::SSourceForm
     if (SyntaxParser::IsSingleByte(format.encoding))
         return WithLineEnds(InSingleBytes(text, format.encoding), format.lineEnd);
     // The text holds no escaped bytes: decoding replaces what is not UTF-8.
-    const std::string utf8 = WithLineEnds(Host::PathToBytes(text), format.lineEnd);
+    std::string utf8 = WithLineEnds(Host::PathToBytes(text), format.lineEnd);
     if (format.encoding == EEncoding::Utf8)
-        return (format.byteOrderMark ? "\xEF\xBB\xBF" : "") + utf8;
+        return format.byteOrderMark ? "\xEF\xBB\xBF" + utf8 : utf8;
     constexpr std::size_t MarkSize = 2;
     const bool little = format.encoding == EEncoding::Utf16Little;
     std::string file = SyntaxParser::Utf16FromUtf8(utf8, little ? EByteOrder::Little : EByteOrder::Big);

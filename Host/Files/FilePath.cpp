@@ -1,7 +1,10 @@
 #include "Files/FilePath.h"
 
 #include <QTextCodec>
+#include <algorithm>
+#include <cstdint>
 #include <cstdlib>
+#include <cstring>
 #include <filesystem>
 #include <sys/stat.h>
 
@@ -39,6 +42,21 @@ std::size_t DecodeOne(std::string_view bytes, char32_t& out)
     }
     const bool valid = out >= Smallest[length] && out <= 0x10FFFF && !(out >= 0xD800 && out <= 0xDFFF);
     return valid ? length : 0;
+}
+
+/// How many ASCII bytes a text begins with, looked at by the word.
+std::size_t AsciiLength(std::string_view bytes)
+{
+    constexpr std::uint64_t HighBits = 0x8080808080808080;
+    std::size_t length = 0;
+    for (std::uint64_t word = 0; length + sizeof word <= bytes.size(); length += sizeof word) {
+        std::memcpy(&word, bytes.data() + length, sizeof word);
+        if (word & HighBits)
+            break;
+    }
+    while (length < bytes.size() && static_cast<unsigned char>(bytes[length]) < 0x80)
+        ++length;
+    return length;
 }
 
 void AppendUtf8(std::string& out, char32_t c)
@@ -82,18 +100,26 @@ protected:
 
 std::wstring PathFromBytes(std::string_view bytes)
 {
-    std::wstring path;
-    path.reserve(bytes.size());
+    // Whole files go through here, and most of their bytes are ASCII.
+    std::wstring path(bytes.size(), L'\0');
+    std::size_t size = 0;
     while (!bytes.empty()) {
+        const std::size_t ascii = AsciiLength(bytes);
+        std::copy_n(bytes.begin(), ascii, path.begin() + static_cast<std::ptrdiff_t>(size));
+        size += ascii;
+        bytes.remove_prefix(ascii);
+        if (bytes.empty())
+            break;
         char32_t c = 0;
         std::size_t length = DecodeOne(bytes, c);
         if (length == 0) {
             c = 0xDC00 + static_cast<unsigned char>(bytes[0]);
             length = 1;
         }
-        path += static_cast<wchar_t>(c);
+        path[size++] = static_cast<wchar_t>(c);
         bytes.remove_prefix(length);
     }
+    path.resize(size);
     return path;
 }
 

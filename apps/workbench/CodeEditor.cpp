@@ -48,6 +48,8 @@ CCodeEditor::CCodeEditor(QWidget* parent) : QsciScintilla(parent)
 {
     setMinimumHeight(fontMetrics().height() * 2); // small screens need no more
     setUtf8(true);
+    // However far down one goes in a long text, its colours come piece by piece.
+    SendScintilla(SCI_SETIDLESTYLING, static_cast<unsigned long>(SC_IDLESTYLING_TOVISIBLE));
     setEolMode(EolUnix);
     setTabWidth(4);
     setIndentationGuides(true);

@@ -4,6 +4,7 @@
 #include "ErrorTip.h"
 #include "Kesh/SyntaxParser/Position.h"
 #include "Severity.h"
+#include "TextMatches.h"
 
 #include <QIcon>
 #include <QString>
@@ -33,6 +34,8 @@ public:
     std::wstring GetContent() const;
     /// The text as UTF-8, as it is.
     std::string GetBytes() const { return std::string(ViewBytes()); }
+    /// The same, valid until the text is changed or the editor asked for a text.
+    std::string_view ViewBytes() const;
     /// What has become of it since it was checked.
     CEditLog& GetEdits() { return m_edits; }
     /// Makes it that text, in one step that can be undone.
@@ -47,6 +50,8 @@ public:
     /// Just below the caret, in the viewport.
     QPoint GetCaretPoint() const;
     void ReplaceSpan(const SyntaxParser::SScheme& span, const std::wstring& text);
+    /// Replaces a stretch of the text at once, with view and folds where they were as far as that goes.
+    void ReplaceKeepingView(const SByteSpan& span, std::string_view text);
     /// UTF-8 in place of what is selected.
     void ReplaceSelection(const std::string& text);
     /// Selects it, so that it can be seen.
@@ -107,8 +112,6 @@ protected:
     void dropEvent(QDropEvent* event) override;
 
 private:
-    /// Valid until the text is changed, or asked for something else.
-    std::string_view ViewBytes() const;
     int PositionOf(const SyntaxParser::CIterator& pos) const;
     SyntaxParser::CIterator PlaceOf(int position) const;
     /// Has new lines indented as those of the text are.

@@ -100,6 +100,8 @@ void CDocumentArea::ChangeFormat(Host::CDocument& document, const SSourceFormat&
 
 bool CDocumentArea::CanWrite(Host::CDocument& document)
 {
+    if (!SyntaxParser::IsSingleByte(document.GetFormat().encoding))
+        return true;
     const std::wstring path = document.GetPath();
     const std::wstring text = document.GetBuffer()->GetText(L"\n");
     const auto place = Editor::FindUnwritable(text, document.GetFormat().encoding);

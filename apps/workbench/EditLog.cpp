@@ -13,12 +13,19 @@ constexpr std::size_t MaxEdits = 200;
 
 CIterator EndOf(CIterator at, std::string_view text)
 {
-    for (std::size_t i = 0; i < text.size(); ++i) {
-        const char c = text[i];
-        const bool isHalf = c == '\r' && i + 1 < text.size() && text[i + 1] == '\n';
-        if (c == '\n' || (c == '\r' && !isHalf))
+    // A whole document may be put in: only its last line is looked at by the character.
+    if (const std::size_t last = text.rfind('\n'); last != text.npos) {
+        const std::string_view lines = text.substr(0, last);
+        at = {0, at.y + 1 + std::count(lines.begin(), lines.end(), '\n')};
+        for (std::size_t cr = lines.find('\r'); cr != lines.npos; cr = lines.find('\r', cr + 1))
+            if (text[cr + 1] != '\n')
+                ++at.y;
+        text.remove_prefix(last + 1);
+    }
+    for (const char c : text) {
+        if (c == '\r')
             at = {0, at.y + 1};
-        else if ((static_cast<unsigned char>(c) & 0xC0) != 0x80 && !isHalf)
+        else if ((static_cast<unsigned char>(c) & 0xC0) != 0x80)
             ++at.x;
     }
     return at;

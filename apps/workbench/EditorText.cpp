@@ -16,14 +16,78 @@ namespace {
 /// Longer texts stay uncoloured: a lexer looks at all of the text up to the visible part.
 constexpr std::size_t MaxColouredLength = 8 << 20; // bytes
 
+struct SCommentMarks
+{
+    std::string_view open;
+    std::string_view close; ///< may be empty
+};
+
 /// What begins and ends a comment where a lexer has given this style.
-std::pair<QString, QString> CommentMarks(const QsciLexer* lexer, int style)
+SCommentMarks CommentMarks(const QsciLexer* lexer, int style)
 {
     if (qobject_cast<const QsciLexerCSS*>(lexer))
-        return {QStringLiteral("/*"), QStringLiteral("*/")};
+        return {"/*", "*/"};
     if (qobject_cast<const QsciLexerHTML*>(lexer) && style < QsciLexerHTML::JavaScriptStart)
-        return {QStringLiteral("<!--"), QStringLiteral("-->")};
-    return {QStringLiteral("//"), QString()};
+        return {"<!--", "-->"};
+    return {"//", ""};
+}
+
+std::string_view Trimmed(std::string_view text)
+{
+    constexpr std::string_view Blanks = " \t\r\n\v\f";
+    const std::size_t from = text.find_first_not_of(Blanks);
+    return from == text.npos ? std::string_view()
+                             : text.substr(from, text.find_last_not_of(Blanks) + 1 - from);
+}
+
+/// Calls `action` with each line, its end included.
+template <class TAction> void ForEachLine(std::string_view text, TAction action)
+{
+    while (!text.empty()) {
+        const std::size_t end = text.find('\n');
+        const std::size_t size = end == text.npos ? text.size() : end + 1;
+        action(text.substr(0, size));
+        text.remove_prefix(size);
+    }
+}
+
+/// The code of a line without its marks.
+std::string_view WithoutMarks(std::string_view code, const SCommentMarks& marks)
+{
+    code.remove_prefix(marks.open.size());
+    if (code.ends_with(marks.close))
+        code.remove_suffix(marks.close.size());
+    return Trimmed(code);
+}
+
+/// Makes all lines comments, or, when all are, none.
+std::string WithToggledComments(std::string_view text, const SCommentMarks& marks)
+{
+    bool all = true;
+    ForEachLine(text, [&](std::string_view line) {
+        const std::string_view code = Trimmed(line);
+        all &= code.empty() || code.starts_with(marks.open);
+    });
+    std::string changed;
+    ForEachLine(text, [&](std::string_view line) {
+        const std::string_view code = Trimmed(line);
+        if (code.empty()) {
+            changed += line;
+            return;
+        }
+        const auto indent = static_cast<std::size_t>(code.data() - line.data());
+        changed += line.substr(0, indent);
+        if (all)
+            changed += WithoutMarks(code, marks);
+        else
+            changed.append(marks.open)
+                .append(" ")
+                .append(code)
+                .append(marks.close.empty() ? "" : " ")
+                .append(marks.close);
+        changed += line.substr(indent + code.size());
+    });
+    return changed;
 }
 
 } // namespace
@@ -128,6 +192,20 @@ void CCodeEditor::ReplaceSpan(const SyntaxParser::SScheme& span, const std::wstr
     SendScintilla(SCI_REPLACETARGET, bytes.size(), bytes.data());
 }
 
+void CCodeEditor::ReplaceKeepingView(const SByteSpan& span, std::string_view text)
+{
+    const int firstLine = firstVisibleLine();
+    const int lineCount = lines();
+    const QList<int> folds = contractedFolds();
+    SendScintilla(SCI_SETTARGETRANGE, static_cast<unsigned long>(span.start), span.end);
+    SendScintilla(SCI_REPLACETARGET, text.size(), text.data());
+    if (lines() == lineCount) // else they are the folds of other lines
+        SetFolds(folds);
+    setFirstVisibleLine(firstLine);
+    // The marks of the errors have to be shown anew.
+    emit visibleLinesChanged();
+}
+
 void CCodeEditor::ToggleComment()
 {
     int first = 0, last = 0, index = 0, endIndex = 0;
@@ -136,29 +214,17 @@ void CCodeEditor::ToggleComment()
         getCursorPosition(&first, &index), last = first;
     else if (endIndex == 0 && last > first)
         --last;
-    SendScintilla(SCI_COLOURISE, 0UL, SendScintilla(SCI_GETLINEENDPOSITION, last));
+    const SByteSpan span{SendScintilla(SCI_POSITIONFROMLINE, first),
+                         SendScintilla(SCI_GETLINEENDPOSITION, last)};
     // In a document of several languages the first line tells which one it is.
-    const int style =
-        static_cast<int>(SendScintilla(SCI_GETSTYLEAT, SendScintilla(SCI_GETLINEINDENTPOSITION, first)));
-    const auto [open, close] = CommentMarks(lexer(), style);
-    const auto trimmed = [&](int line) { return text(line).trimmed(); };
-    bool all = true;
-    for (int line = first; line <= last; ++line)
-        all &= trimmed(line).isEmpty() || trimmed(line).startsWith(open);
-    beginUndoAction();
-    for (int line = first; line <= last; ++line) {
-        const QString code = trimmed(line);
-        if (code.isEmpty())
-            continue;
-        QString changed =
-            all ? code.mid(open.size()) : open + ' ' + code + (close.isEmpty() ? close : ' ' + close);
-        if (all && !close.isEmpty() && changed.endsWith(close))
-            changed.chop(close.size());
-        const int from = text(line).indexOf(code);
-        setSelection(line, from, line, from + code.size());
-        replaceSelectedText(all ? changed.trimmed() : changed);
-    }
-    endUndoAction();
+    const long begin = SendScintilla(SCI_GETLINEINDENTPOSITION, first);
+    if (const long styled = SendScintilla(SCI_GETENDSTYLED); styled <= begin)
+        SendScintilla(SCI_COLOURISE, static_cast<unsigned long>(styled), begin + 1);
+    const SCommentMarks marks = CommentMarks(lexer(), static_cast<int>(SendScintilla(SCI_GETSTYLEAT, begin)));
+    const std::string_view old = ViewBytes().substr(static_cast<std::size_t>(span.start),
+                                                    static_cast<std::size_t>(span.end - span.start));
+    // However many lines there are, the text is replaced once.
+    ReplaceKeepingView(span, WithToggledComments(old, marks));
     setSelection(first, 0, last, lineLength(last) - (last + 1 < lines() ? 1 : 0));
 }
 

@@ -355,23 +355,34 @@ QString CErrorWatch::GetMessages(const std::wstring& file, const SyntaxParser::C
 
 std::optional<SErrorPlace> CErrorWatch::FindNeighbour(const SErrorPlace& from, bool forward)
 {
-    const auto before = [](const SErrorPlace& a, const SErrorPlace& b) {
-        return a.file != b.file ? a.file < b.file : a.pos < b.pos;
-    };
-    std::optional<SErrorPlace> nearest, roundTheEnd;
-    // The nearest one beyond `from`, and the outermost one on the other side.
-    const auto prefers = [&](const SErrorPlace& a, const SErrorPlace& b) {
-        return forward ? before(a, b) : before(b, a);
-    };
-    for (const auto& [file, state] : m_states) {
+    // The outermost error of a file that lies beyond a place; without one, of all of them.
+    const auto outermost = [&](const std::wstring& file, const SyntaxParser::CIterator* beyond) {
+        std::optional<SErrorPlace> best;
         for (const SCAError& error : GetErrors(file)) {
-            const SErrorPlace place{file, error.pos.start};
-            std::optional<SErrorPlace>& best = prefers(from, place) ? nearest : roundTheEnd;
-            if (!best || prefers(place, *best))
-                best = place;
+            const SyntaxParser::CIterator& pos = error.pos.start;
+            if (beyond && !(forward ? *beyond < pos : pos < *beyond))
+                continue;
+            if (!best || (forward ? pos < best->pos : best->pos < pos))
+                best = {file, pos};
         }
-    }
-    return nearest ? nearest : roundTheEnd;
+        return best;
+    };
+    if (const auto place = outermost(from.file, &from.pos))
+        return place;
+    // Round the end, and last through the whole file again; the first file that has errors is enough.
+    const auto search = [&](auto begin, auto end) {
+        std::optional<SErrorPlace> place;
+        for (auto state = begin; state != end && !place; ++state)
+            place = outermost(state->first, nullptr);
+        return place;
+    };
+    using TReverse = decltype(m_states)::reverse_iterator;
+    const auto here = m_states.lower_bound(from.file);
+    const auto behind = m_states.upper_bound(from.file);
+    const auto place = forward ? search(behind, m_states.end()) : search(TReverse(here), m_states.rend());
+    if (place)
+        return place;
+    return forward ? search(m_states.begin(), behind) : search(m_states.rbegin(), TReverse(here));
 }
 
 } // namespace Kesh::Workbench

@@ -118,20 +118,11 @@ bool CFindBar::Find(bool forward)
 {
     if (!m_editor || m_pattern->text().isEmpty())
         return false;
-    const SByteSpan selected = GetSelection();
-    bool found = false;
-    if (!m_regExp->isChecked()) {
-        int line = -1, index = -1;
-        if (!forward) // searching back starts before the present match
-            m_editor->lineIndexFromPosition(static_cast<int>(selected.start), &line, &index);
-        found = m_editor->findFirst(m_pattern->text(), false, m_matchCase->isChecked(),
-                                    m_wholeWord->isChecked(), true, forward, line, index);
-    } else if (const auto match = FindMatch(*m_editor, GetOrder(), selected, forward)) {
+    const auto match = FindMatch(*m_editor, GetOrder(), GetSelection(), forward);
+    if (match)
         m_editor->SelectBytes(match->start, match->end);
-        found = true;
-    }
     ShowCount();
-    return found;
+    return match.has_value();
 }
 
 void CFindBar::Replace()

@@ -64,17 +64,10 @@ int ReplaceAll(CCodeEditor& editor, const SReplaceOrder& order)
     }
     const long anchor = Moved(editor.SendScintilla(TBase::SCI_GETANCHOR), matches);
     const long caret = Moved(editor.SendScintilla(TBase::SCI_GETCURRENTPOS), matches);
+    editor.ReplaceKeepingView({begin, end}, text);
     const int firstLine = editor.firstVisibleLine();
-    const int lines = editor.lines();
-    const QList<int> folds = editor.contractedFolds();
-    editor.SendScintilla(TBase::SCI_SETTARGETRANGE, static_cast<unsigned long>(begin), end);
-    editor.SendScintilla(TBase::SCI_REPLACETARGET, text.size(), text.data());
-    if (editor.lines() == lines) // else they are the folds of other lines
-        editor.SetFolds(folds);
     editor.SendScintilla(TBase::SCI_SETSEL, static_cast<unsigned long>(anchor), caret);
     editor.setFirstVisibleLine(firstLine);
-    // The marks of the errors have to be shown anew.
-    emit editor.visibleLinesChanged();
     return static_cast<int>(matches.size());
 }
 

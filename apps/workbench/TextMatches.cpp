@@ -4,7 +4,10 @@
 
 #include <QElapsedTimer>
 #include <QRegularExpression>
+#include <algorithm>
+#include <cstring>
 #include <string>
+#include <string_view>
 
 namespace Kesh::Workbench {
 
@@ -14,15 +17,52 @@ namespace {
 
 using TAction = std::function<bool(const SByteSpan&, const TGroupOf&)>;
 
+/// In the letters of ASCII lower ones; all else stays.
+std::string Lowered(std::string_view text)
+{
+    std::string lowered(text);
+    for (char& c : lowered)
+        c = static_cast<char>(c >= 'A' && c <= 'Z' ? c + ('a' - 'A') : c);
+    return lowered;
+}
+
+/// Many times as fast as the widget's own search, which looks at character by character.
+void ForEachAscii(const CCodeEditor& editor, const SReplaceOrder& order, const TAction& action)
+{
+    const TGroupOf none = [](int) { return std::string(); };
+    const std::string bytes = order.matchCase ? std::string() : Lowered(editor.ViewBytes());
+    const std::string_view text = order.matchCase ? editor.ViewBytes() : bytes;
+    const std::string pattern =
+        order.matchCase ? order.pattern.toStdString() : Lowered(order.pattern.toStdString());
+    for (std::size_t at = 0;;) {
+        const void* found = ::memmem(text.data() + at, text.size() - at, pattern.data(), pattern.size());
+        if (!found)
+            return;
+        const auto start = static_cast<std::size_t>(static_cast<const char*>(found) - text.data());
+        const SByteSpan match{static_cast<long>(start), static_cast<long>(start + pattern.size())};
+        const bool isWanted =
+            !order.wholeWords ||
+            editor.SendScintilla(TBase::SCI_ISRANGEWORD, static_cast<unsigned long>(match.start), match.end);
+        if (isWanted && !action(match, none))
+            return;
+        at = isWanted ? start + pattern.size() : start + 1;
+    }
+}
+
 void ForEachText(const CCodeEditor& editor, const SReplaceOrder& order, const TAction& action)
 {
+    if (order.pattern.isEmpty())
+        return;
+    const auto isAscii = [](QChar c) { return c.unicode() < 0x80; };
+    if (std::all_of(order.pattern.begin(), order.pattern.end(), isAscii))
+        return ForEachAscii(editor, order, action);
     const std::string pattern = order.pattern.toStdString();
     const TGroupOf none = [](int) { return std::string(); };
     editor.SendScintilla(TBase::SCI_SETSEARCHFLAGS,
                          static_cast<unsigned long>((order.matchCase ? TBase::SCFIND_MATCHCASE : 0) |
                                                     (order.wholeWords ? TBase::SCFIND_WHOLEWORD : 0)));
     const long length = editor.SendScintilla(TBase::SCI_GETLENGTH);
-    for (SByteSpan match; !pattern.empty();) {
+    for (SByteSpan match;;) {
         editor.SendScintilla(TBase::SCI_SETTARGETRANGE, static_cast<unsigned long>(match.end), length);
         match.start = editor.SendScintilla(TBase::SCI_SEARCHINTARGET, pattern.size(), pattern.data());
         if (match.start < 0)

@@ -3,6 +3,7 @@
 #include "DocumentArea.h"
 #include "ErrorPanel.h"
 #include "Files/FilePath.h"
+#include "FindBar.h"
 #include "LangSupport/Translations.h"
 #include "MainWindow.h"
 #include "ProjectManager/ProjectManager.h"
@@ -10,6 +11,7 @@
 #include "TempFolder.h"
 #include "Window/GuiApplication.h"
 
+#include <QAction>
 #include <QDockWidget>
 #include <QElapsedTimer>
 #include <QLineEdit>
@@ -17,6 +19,7 @@
 #include <QTreeWidget>
 #include <benchmark/benchmark.h>
 #include <ctime>
+#include <functional>
 #include <utility>
 
 namespace Kesh::Benchmarks {
@@ -133,6 +136,28 @@ private:
     QMetaObject::Connection m_connection;
 };
 
+/// The longest pause in each part of what a user does, as counters: of work, and by the clock.
+class CPhases
+{
+public:
+    CPhases(benchmark::State& state, std::function<void()> settle)
+        : m_state(state), m_settle(std::move(settle))
+    {
+    }
+    void Note(const std::string& phase)
+    {
+        m_settle();
+        const CPulse::SPause pause = m_pulse.TakeWorst();
+        m_state.counters[phase] = std::max<double>(m_state.counters[phase], pause.work);
+        m_state.counters[phase + "_wall"] = std::max<double>(m_state.counters[phase + "_wall"], pause.wall);
+    }
+
+private:
+    benchmark::State& m_state;
+    std::function<void()> m_settle;
+    CPulse m_pulse;
+};
+
 /// All that a user does with a project and its list of errors, and the longest pause in each part of it.
 void UseProject(benchmark::State& state, CWindow& made, const std::wstring& project)
 {
@@ -144,13 +169,8 @@ void UseProject(benchmark::State& state, CWindow& made, const std::wstring& proj
             QTest::qWait(1);
         while (!panel->IsFilterDone() || window.GetApplication().Project().IsDataHeld());
     };
-    CPulse pulse;
-    const auto note = [&](const std::string& phase) {
-        settle();
-        const CPulse::SPause pause = pulse.TakeWorst();
-        state.counters[phase] = std::max<double>(state.counters[phase], pause.work);
-        state.counters[phase + "_wall"] = std::max<double>(state.counters[phase + "_wall"], pause.wall);
-    };
+    CPhases phases(state, settle);
+    const auto note = [&](const std::string& phase) { phases.Note(phase); };
     const auto sort = [&] {
         for (int column = 0; column < 3; ++column)
             for (int click = 0; click < 2; ++click) {
@@ -210,6 +230,107 @@ void InputWithCrowdsOfRows(benchmark::State& state)
     }
 }
 BENCHMARK(InputWithCrowdsOfRows)->Unit(benchmark::kMillisecond)->Iterations(1);
+
+/// All that a user does with a file of five megabytes, as long as a table of data may be, and the longest
+/// pause in each part of it.
+void InputInALargeFile(benchmark::State& state)
+{
+    for (auto _ : state) {
+        CWindow made;
+        Workbench::CMainWindow& window = made.window;
+        Workbench::CDocumentArea& area = window.GetArea();
+        window.GetApplication().Timers().SetDelayOverride(200);
+        std::string text =
+            MakeText(5 * Megabyte / 2) + "$a = 1\n$b = 2;\n" + MakeText(5 * Megabyte / 2).substr(6);
+        const std::wstring path = made.folder.Write(L"p/large.php", text);
+        const std::wstring other = made.folder.Write(L"p/other.php", "<?php\n$a = 1\n$b = 2;\n");
+        const auto trigger = [&](const char* name) { window.findChild<QAction*>(name)->trigger(); };
+        // An edit is checked a moment later.
+        const auto settle = [&] {
+            do
+                QTest::qWait(600);
+            while (window.GetApplication().Project().IsDataHeld());
+        };
+        CPhases phases(state, settle);
+        CCheck(window, made.folder.Path(L"p"));
+        phases.Note("project");
+        area.Open(other);
+        phases.Note("open_other");
+        area.Open(path);
+        phases.Note("open");
+        Workbench::CCodeEditor& editor = *area.GetCurrentEditor();
+        const auto keys = [&](const char* phase, const std::function<void()>& press) {
+            editor.SetCaretPosition({4, 20000});
+            editor.ScrollToCaret(3);
+            QTest::qWait(50);
+            press();
+            phases.Note(phase);
+        };
+        keys("type", [&] {
+            for (int i = 0; i < 20; ++i) {
+                QTest::keyClick(&editor, Qt::Key_A);
+                QCoreApplication::processEvents();
+            }
+        });
+        keys("type_line", [&] {
+            for (int i = 0; i < 5; ++i) {
+                QTest::keyClick(&editor, Qt::Key_Return);
+                QCoreApplication::processEvents();
+            }
+        });
+        keys("type_comment", [&] { QTest::keyClicks(&editor, "/*"); });
+        keys("undo", [&] { editor.undo(); });
+        keys("next_error", [&] { trigger("&Next error"); });
+        keys("save", [&] { trigger("&Save"); });
+        keys("switch_tab", [&] { area.ShowNextTab(1); });
+        phases.Note("switch_tab");
+        area.ShowNextTab(1);
+        phases.Note("switch_back");
+        area.GetFindBar().Open(false);
+        area.GetFindBar().findChild<QLineEdit*>("findPattern")->setText("total");
+        phases.Note("find");
+        area.GetFindBar().FindNext();
+        phases.Note("find_next");
+        area.GetFindBar().findChild<QLineEdit*>("findPattern")->setText("nowhere to be found");
+        area.GetFindBar().FindNext();
+        phases.Note("find_nothing");
+        Workbench::ReplaceAll(editor, {"total", "sum"});
+        phases.Note("replace_all");
+        editor.undo();
+        phases.Note("undo_all");
+        keys("select_all_and_type", [&] {
+            editor.selectAll();
+            QTest::keyClick(&editor, Qt::Key_A);
+        });
+        editor.undo();
+        phases.Note("undo_select_all");
+        keys("comment_all", [&] {
+            editor.selectAll();
+            editor.ToggleComment();
+        });
+        editor.undo();
+        phases.Note("undo_comment_all");
+        Workbench::SChoices choices;
+        choices.fontSize = 12;
+        window.ApplyChoices(choices);
+        phases.Note("font");
+        choices.appearance = Workbench::EAppearance::Dark;
+        window.ApplyChoices(choices);
+        phases.Note("dark");
+        made.folder.Write(L"p/code-analyzer.json", R"({"off": [254]})");
+        phases.Note("settings_file");
+        made.folder.Write(L"p/large.php", text + "\n");
+        area.CheckDisk();
+        phases.Note("reload");
+        trigger("Save a&ll");
+        phases.Note("save_all");
+        trigger("&Close file");
+        phases.Note("close");
+        window.ApplyChoices({});
+        area.DiscardAll();
+    }
+}
+BENCHMARK(InputInALargeFile)->Unit(benchmark::kMillisecond)->Iterations(1);
 
 // A key in a file of a megabyte, from the event to the painted window.
 void Keystroke(benchmark::State& state)

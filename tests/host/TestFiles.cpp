@@ -26,6 +26,7 @@ TEST(FilePath, EveryNameSurvivesTheWayThereAndBack)
         {"", L""},
         {"a/b.php", L"a/b.php"},
         {"gr\xC3\xBC\xC3\x9F.php", L"gr\u00FC\u00DF.php"},
+        {"eight ch\xC3\xBCrs, then more of them", L"eight ch\u00FCrs, then more of them"},
         {"\xF0\x9F\x98\x80", L"\U0001F600"},
         {"bad\xFF\xC3.php", L"bad\xDCFF\xDCC3.php"},
         {"\xC0\xAF", L"\xDCC0\xDCAF"},                     // overlong

@@ -420,6 +420,43 @@ TEST_F(Files, LinesBecomeCommentsOfTheirLanguage)
     }
 }
 
+TEST_F(Files, CommentingManyLinesIsOneChange)
+{
+    constexpr int Lines = 2000;
+    CCodeEditor& editor = Open(m_folder.Write(L"a.php", "<?php\n" + std::string(Lines * 3, 'x')));
+    editor.SetContent(L"<?php\n");
+    editor.append(QStringLiteral("f();\n").repeated(Lines));
+    int changes = 0;
+    QObject::connect(&editor, &QsciScintillaBase::SCN_MODIFIED, &editor,
+                     [&](int, int kind, const char*, int, int, int, int, int, int, int) {
+                         changes += (kind & (QsciScintillaBase::SC_MOD_INSERTTEXT |
+                                             QsciScintillaBase::SC_MOD_DELETETEXT)) != 0;
+                     });
+    editor.setSelection(1, 0, Lines, 4);
+    Trigger("C&omment lines");
+    EXPECT_EQ(editor.text(Lines), "// f();\n");
+    EXPECT_LE(changes, 2) << "one text goes, one comes";
+    editor.undo();
+    EXPECT_EQ(editor.text(1) + editor.text(Lines), "f();\nf();\n");
+    Area().DiscardAll();
+}
+
+TEST_F(Files, ALongTextIsColouredPieceByPiece)
+{
+    std::string text = "<?php\n";
+    while (text.size() < 3000000)
+        text += "$total = array_sum($items) + strlen('text'); // why\n";
+    CCodeEditor& editor = Open(m_folder.Write(L"a.php", text + "$last = 'x';\n"));
+    const auto styled = [&] { return editor.SendScintilla(QsciScintillaBase::SCI_GETENDSTYLED); };
+    const long last = static_cast<long>(text.size()) + 9; // in the string
+    editor.SetCaretPosition({0, editor.lines() - 1});
+    editor.ScrollToCaret(0);
+    editor.viewport()->repaint();
+    EXPECT_LT(styled(), last / 2) << "the window would stand still";
+    EXPECT_TRUE(WaitFor([&] { return styled() > last; }));
+    EXPECT_NE(editor.SendScintilla(QsciScintillaBase::SCI_GETSTYLEAT, last), 0);
+}
+
 TEST_F(Files, WhatIsDroppedIsOpened)
 {
     const std::wstring file = m_folder.Write(L"p/a.php", "<?php\n");

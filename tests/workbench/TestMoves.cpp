@@ -109,6 +109,22 @@ TEST(EditLog, ACheckTakesTheTextOfItsBeginning)
     }
 }
 
+TEST(EditLog, ATextEndsWhereItsLinesDo)
+{
+    const struct
+    {
+        const char* text;
+        const char* end; ///< of what began at 2:5
+    } cases[] = {{"", "2:5"},       {"ab", "2:7"},     {"\xC3\xA4x", "2:7"}, {"a\n", "3:0"},
+                 {"a\r\nb", "3:1"}, {"a\rb\n", "4:0"}, {"\r\r\n\rb", "5:1"}, {"a\n\xC3\xA4", "3:1"},
+                 {"\n\n\n", "5:0"}, {"a\r", "3:0"}};
+    for (const auto& c : cases) {
+        Workbench::CEditLog log;
+        log.NoteInsertion({5, 2}, c.text);
+        EXPECT_EQ(Text(log.Moved({{5, 2}, {5, 2}})), c.end + std::string("-") + c.end) << c.text;
+    }
+}
+
 TEST(EditLog, WhatIsTypedOverKeepsItsPlaceAsFarAsThereIsOne)
 {
     Workbench::CEditLog log;
