@@ -1,6 +1,7 @@
 #include "Comparison.h"
 
 #include "Application/Document.h"
+#include "DialogSize.h"
 #include "EditorTheme.h"
 #include "Files/FileIO.h"
 #include "Files/FilePath.h"
@@ -153,7 +154,8 @@ void ShowComparison(Host::CDocument& document, int fontSize, QWidget* parent)
     layout->addWidget(legend);
     layout->addWidget(text);
     layout->addWidget(buttons);
-    dialog->resize(dialog->fontMetrics().averageCharWidth() * 100, dialog->fontMetrics().height() * 26);
+    ResizeOnScreen(*dialog,
+                   {dialog->fontMetrics().averageCharWidth() * 100, dialog->fontMetrics().height() * 26});
     dialog->show();
 }
 

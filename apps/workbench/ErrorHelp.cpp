@@ -7,6 +7,7 @@
 #include "CodeEditor.h"
 #include "Configuration/Configuration.h"
 #include "Configuration/Edit.h"
+#include "DialogSize.h"
 #include "DocumentArea.h"
 #include "ErrorWatch.h"
 #include "Files/FileIO.h"
@@ -233,7 +234,8 @@ void CErrorHelp::Explain(int code, QWidget* parent)
     auto* layout = new QVBoxLayout(dialog);
     layout->addWidget(browser);
     layout->addWidget(buttons);
-    dialog->resize(dialog->fontMetrics().averageCharWidth() * 80, dialog->fontMetrics().height() * 24);
+    ResizeOnScreen(*dialog,
+                   {dialog->fontMetrics().averageCharWidth() * 80, dialog->fontMetrics().height() * 24});
     dialog->show();
 }
 

@@ -1,5 +1,6 @@
 #include "QuickOpen.h"
 
+#include "DialogSize.h"
 #include "Files/FilePath.h"
 #include "ProjectManager/FileFinder.h"
 #include "Texts.h"
@@ -75,7 +76,7 @@ CQuickOpen::CQuickOpen(QWidget* parent) : QDialog(parent), m_text(new QLineEdit)
     connect(m_text, &QLineEdit::textChanged, this, &CQuickOpen::Show);
     connect(m_list, &QListWidget::itemActivated, this, &CQuickOpen::Choose);
     connect(m_list, &QListWidget::itemClicked, this, &CQuickOpen::Choose);
-    resize(fontMetrics().averageCharWidth() * 70, fontMetrics().height() * 22);
+    ResizeOnScreen(*this, {fontMetrics().averageCharWidth() * 70, fontMetrics().height() * 22});
 }
 
 CQuickOpen::~CQuickOpen()

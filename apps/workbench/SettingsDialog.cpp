@@ -1,6 +1,7 @@
 #include "SettingsDialog.h"
 
 #include "Configuration/NamePresets.h"
+#include "DialogSize.h"
 #include "Texts.h"
 
 #include <QCheckBox>
@@ -12,7 +13,6 @@
 #include <QLabel>
 #include <QPlainTextEdit>
 #include <QPushButton>
-#include <QScreen>
 #include <QScrollArea>
 #include <QScrollBar>
 #include <QSpinBox>
@@ -125,8 +125,7 @@ CSettingsDialog::CSettingsDialog(const SChoices& choices, const std::vector<SLan
     page->ensurePolished();
     const QSize wanted = page->sizeHint() + QSize(scroll->verticalScrollBar()->sizeHint().width() + 24,
                                                   buttons->sizeHint().height() + 30);
-    const QSize available = (parent ? parent->screen() : screen())->availableSize();
-    resize(wanted.boundedTo(available * 0.9));
+    ResizeOnScreen(*this, wanted);
 }
 
 QLayout* CSettingsDialog::MakePresets(const QStringList& chosen)

@@ -149,6 +149,11 @@ TEST_F(Scaled, Twice)
     ASSERT_EQ(Window().devicePixelRatioF(), 2.0);
     ShowSite(EAppearance::Light, {}, {800, 500});
     Keep(Window(), "scale-2");
+    Trigger("&Explain the error");
+    auto* page = Window().findChild<QDialog*>("explanation");
+    ASSERT_NE(page, nullptr);
+    EXPECT_LT(page->height(), page->screen()->availableSize().height()) << "its button would be out of reach";
+    page->close();
 }
 
 } // namespace
