@@ -6,7 +6,6 @@
 #include <cstdlib>
 #include <cstring>
 #include <filesystem>
-#include <sys/stat.h>
 
 namespace Kesh::Host {
 
@@ -215,8 +214,8 @@ bool LiesIn(const std::wstring& folder, const std::wstring& path)
 
 bool IsRegularFile(const std::wstring& path)
 {
-    struct stat status = {};
-    return ::stat(PathToBytes(path).c_str(), &status) == 0 && S_ISREG(status.st_mode);
+    std::error_code ignored;
+    return std::filesystem::is_regular_file(PathToBytes(path), ignored);
 }
 
 bool LeadsOut(const std::wstring& folder, const std::wstring& path)

@@ -1,11 +1,13 @@
 #include "ProjectManager/FileFinder.h"
 
 #include "Files/FilePath.h"
-#include "Files/FolderReader.h"
 
 #include <algorithm>
+#include <filesystem>
 
 namespace Kesh::ProjectManager {
+
+namespace fs = std::filesystem;
 
 bool IsLeftOut(const std::wstring& folderName)
 {
@@ -49,29 +51,30 @@ bool IsForeign(const std::wstring& folder, const std::wstring& file, const SFile
 
 std::vector<std::wstring> FindFiles(const std::wstring& folder, const SFileQuery& query)
 {
-    using EKind = Host::CFolderReader::EKind;
     const std::wstring prefix = WithSlash(folder);
     std::vector<std::wstring> files;
     std::vector<std::wstring> pending{{}}; // folders to read, relative, each empty or with a slash at its end
     while (!pending.empty() && !(query.isCancelled && query.isCancelled())) {
         const std::wstring below = std::move(pending.back());
         pending.pop_back();
-        Host::CFolderReader entry(Host::PathToBytes(prefix + below));
-        while (entry.Next()) {
-            const std::wstring name = Host::PathFromBytes(entry.Name());
+        std::error_code error;
+        for (fs::directory_iterator entry(Host::PathToBytes(prefix + below), error), end;
+             !error && entry != end; entry.increment(error)) {
+            std::error_code ignored;
+            const std::wstring name = Host::PathFromBytes(entry->path().filename().string());
             const std::wstring relative = below + name;
-            if (entry.Kind() == EKind::Folder) {
-                if (Enters(query, relative, name) && !entry.IsLink())
+            if (entry->is_directory(ignored)) {
+                if (Enters(query, relative, name) && !entry->is_symlink(ignored))
                     pending.push_back(relative + L'/');
-            } else if (query.takesFile(relative) && entry.Kind() == EKind::File) {
-                if (!entry.IsLink() || !IsForeign(folder, prefix + relative, query))
+            } else if (query.takesFile(relative) && entry->is_regular_file(ignored)) {
+                if (!entry->is_symlink(ignored) || !IsForeign(folder, prefix + relative, query))
                     files.push_back(prefix + relative);
                 else if (query.onLeadsOut)
                     query.onLeadsOut(prefix + relative);
             }
         }
-        if (const std::string problem = entry.Problem(); !problem.empty() && query.onError)
-            query.onError(below.empty() ? folder : prefix + below, problem);
+        if (error && query.onError)
+            query.onError(below.empty() ? folder : prefix + below, error.message());
     }
     std::sort(files.begin(), files.end());
     return files;
