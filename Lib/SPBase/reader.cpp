@@ -69,36 +69,32 @@ void CSimpleReader::SetString(const wchar_t* text)
 
 void CSimpleReader::SetWhole(std::wstring_view whole)
 {
-    if (whole.find(L'\r') == std::wstring_view::npos)
-        return TakeWhole(std::wstring(whole));
-    Clear();
-    m_starts.push_back(0);
-    m_text.reserve(whole.size());
-    const wchar_t* text = whole.data();
-    const wchar_t* const end = text + whole.size();
-    while (text < end) {
-        // As much of the line as stands in one piece, its break included.
-        const wchar_t* next = text;
-        while (next < end && *next != L'\n' && *next != L'\r')
-            ++next;
-        const bool breaks = next < end && *next == L'\n';
-        m_text.append(text, breaks ? next + 1 : next);
-        const bool alone = next + 1 < end && *next == L'\r' && next[1] != L'\n';
-        if (breaks || alone)
-            m_starts.push_back(m_text.size());
-        text = next + 1;
-    }
+    TakeWhole(std::wstring(whole));
 }
 
 void CSimpleReader::TakeWhole(std::wstring text)
 {
-    if (text.find(L'\r') != std::wstring::npos)
-        return SetWhole(text);
     Clear();
     m_text = std::move(text);
     m_starts.push_back(0);
+    if (m_text.find(L'\r') != std::wstring::npos)
+        return DropReturns();
     for (std::size_t at = m_text.find(L'\n'); at != std::wstring::npos; at = m_text.find(L'\n', at + 1))
         m_starts.push_back(at + 1);
+}
+
+// One that no "\n" follows ends a line all the same, unless it is the last character.
+void CSimpleReader::DropReturns()
+{
+    std::size_t size = 0;
+    for (std::size_t at = 0; at < m_text.size(); ++at) {
+        const wchar_t c = m_text[at];
+        if (c != L'\r')
+            m_text[size++] = c;
+        if (c == L'\n' || (c == L'\r' && at + 1 < m_text.size() && m_text[at + 1] != L'\n'))
+            m_starts.push_back(size);
+    }
+    m_text.resize(size);
 }
 
 void CSimpleReader::AddLine(const std::wstring& line)

@@ -42,7 +42,7 @@ public:
     void SetString(const std::wstring& text) { SetString(text.c_str()); }
     /// The same with the zero characters that the text may hold.
     void SetWhole(std::wstring_view text);
-    /// The same without a copy of a text that holds no "\r".
+    /// The same without a copy.
     void TakeWhole(std::wstring text);
     /// Appends a further line as it is.
     void AddLine(const std::wstring& line);
@@ -53,6 +53,7 @@ private:
     std::wstring_view Line(std::int64_t number) const;
     std::int64_t Length(std::int64_t line) const { return static_cast<std::int64_t>(Line(line).size()); }
     std::int64_t LineCount() const { return static_cast<std::int64_t>(m_starts.size()); }
+    void DropReturns();
     /// Where a column lies; one that the line does not have is at its end.
     std::size_t Offset(CIterator pos) const;
 
