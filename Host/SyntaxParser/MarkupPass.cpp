@@ -99,14 +99,8 @@ bool HasMarkup(std::wstring_view text, const std::vector<SIsland>& islands)
     };
     if (text.find(L"</") != std::wstring_view::npos)
         return true;
-    std::size_t begin = 0;
-    for (const SIsland& island : islands) {
-        const std::wstring_view between = text.substr(begin, island.begin - begin);
-        if (!std::ranges::all_of(between, isPlain))
-            return true;
-        begin = std::min(island.end, text.size());
-    }
-    return !std::ranges::all_of(text.substr(begin), isPlain);
+    return AnyOutside(text, islands,
+                      [&](std::wstring_view part) { return !std::ranges::all_of(part, isPlain); });
 }
 
 } // namespace

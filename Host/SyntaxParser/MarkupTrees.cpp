@@ -4,25 +4,7 @@
 #include "SyntaxParser/HtmlTreeBuilder.h"
 #include "SyntaxParser/MarkupText.h"
 
-#include <algorithm>
-
 namespace Kesh::SyntaxParser {
-
-namespace {
-
-/// Whether something outside of the islands may be a tag.
-bool MayHaveTags(std::wstring_view text, const std::vector<SIsland>& islands)
-{
-    std::size_t begin = 0;
-    for (const SIsland& island : islands) {
-        if (text.substr(begin, island.begin - begin).find(L'<') != std::wstring_view::npos)
-            return true;
-        begin = std::min(island.end, text.size());
-    }
-    return text.find(L'<', begin) != std::wstring_view::npos;
-}
-
-} // namespace
 
 SMarkupTrees BuildMarkupTrees(std::wstring_view text, EMarkup markup, const std::vector<SIsland>& islands,
                               const SGiveUp* giveUp, const COwnNames* own)
@@ -31,7 +13,8 @@ SMarkupTrees BuildMarkupTrees(std::wstring_view text, EMarkup markup, const std:
     CTreeWriter html(trees.html);
     CTreeWriter css(trees.css);
     // Most files of PHP hold nothing else, and need no copy.
-    if (markup == EMarkup::Html && !MayHaveTags(text, islands))
+    const auto mayHaveTags = [](std::wstring_view part) { return part.find(L'<') != part.npos; };
+    if (markup == EMarkup::Html && !AnyOutside(text, islands, mayHaveTags))
         return trees;
     CMarkupText source(text, islands, giveUp);
     if (markup == EMarkup::Html)

@@ -3,6 +3,7 @@
 #include "Kesh/SyntaxParser/SemanticTree.h"
 #include "SyntaxParser/GiveUp.h"
 
+#include <algorithm>
 #include <cstddef>
 #include <string_view>
 #include <vector>
@@ -18,6 +19,19 @@ struct SIsland
     std::size_t begin = 0;
     std::size_t end = 0;
 };
+
+/// Whether what is looked for is in a stretch outside of the islands, which lie in order.
+template <class TPredicate>
+bool AnyOutside(std::wstring_view text, const std::vector<SIsland>& islands, TPredicate isIn)
+{
+    std::size_t begin = 0;
+    for (const SIsland& island : islands) {
+        if (isIn(text.substr(begin, island.begin - begin)))
+            return true;
+        begin = std::min(island.end, text.size());
+    }
+    return isIn(text.substr(begin));
+}
 
 /// The names of a text's markup: tags and attributes in `html`; style properties and selector element names
 /// of style sheets, <style> elements and style attributes in `css`.
