@@ -214,7 +214,7 @@ template <class TSink> bool CGrammarFeed::FeedTo(TSink sink, std::uint32_t token
     return PushKind(sink, KindFor(sink, token), token);
 }
 
-bool CGrammarFeed::FeedAnother(SGrammarParse& parse, std::uint32_t token) const
+bool CGrammarFeed::Feed(SGrammarParse& parse, std::uint32_t token) const
 {
     if (!FeedTo(SParseSink{parse}, token))
         return false;

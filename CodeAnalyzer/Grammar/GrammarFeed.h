@@ -87,13 +87,7 @@ public:
         return PlainKinds[static_cast<std::size_t>(kind)];
     }
     /// False when the token cannot stand there.
-    bool Feed(SGrammarParse& parse, std::uint32_t token) const
-    {
-        const K kind = m_tokens[token].kind;
-        if (IsPlain(kind) && m_edits.empty()) [[likely]]
-            return parse.parser.Push(GrammarSymbol(kind), token);
-        return FeedAnother(parse, token);
-    }
+    bool Feed(SGrammarParse& parse, std::uint32_t token) const;
     /// The same for a probe.
     bool Feed(CGrammarProbe& probe, std::uint32_t token) const;
     /// What a word is where it stands, and in the version that is asked for; other kinds are what they are.
@@ -120,7 +114,6 @@ private:
         return plain;
     }();
 
-    bool FeedAnother(SGrammarParse& parse, std::uint32_t token) const;
     bool IsBehindUnfinishedLine(std::uint32_t token) const;
     bool TellsWhatIsImported(std::uint32_t word) const;
     void AskOfOldVersion(CPhpRules& rules, std::uint32_t token) const;

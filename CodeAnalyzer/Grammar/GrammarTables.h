@@ -35,7 +35,14 @@ struct SGrammarTables
     static constexpr std::size_t Before = TokenCount + StateCount;
     static constexpr std::size_t Behind = std::max(TokenCount, StateCount);
     static constexpr std::uint16_t EmptyRow = 0;
-    static constexpr std::uint16_t RowAt(int base) { return static_cast<std::uint16_t>(Before + base); }
+    /// Where a row of Bison's begins here.
+    static constexpr std::uint16_t RowAt(int base)
+    {
+        const int begin = static_cast<int>(Before) + base;
+        return begin > 0 && begin <= static_cast<int>(Before + EntryCount)
+                   ? static_cast<std::uint16_t>(begin)
+                   : throw "a row outside of the table";
+    }
 
     std::array<SRow, StateCount> states{}; ///< by tokens
     std::array<SRow, LeftCount> gotos{};   ///< by states

@@ -60,16 +60,10 @@ void CTemplateTokens::AddToken(const SyntaxParser::SPhpToken& token)
               token.kind == EPhpTokenKind::DoubleColon;
 }
 
-// Most tokens are neither kept nor lead to a member.
 void CTemplateTokens::AddTokens(const SyntaxParser::SPhpToken* tokens, std::size_t count)
 {
-    for (const auto* token = tokens; token != tokens + count; ++token) {
-        if (IsRelevant[static_cast<std::size_t>(token->kind)] ||
-            ClassOf(token->kind) == SyntaxParser::EPhpTokenClass::Punctuation)
-            AddToken(*token);
-        else
-            m_names = false;
-    }
+    for (const auto* token = tokens; token != tokens + count; ++token)
+        AddToken(*token);
 }
 
 } // namespace Kesh::CodeAnalyzer
