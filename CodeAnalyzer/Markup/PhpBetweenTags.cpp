@@ -5,6 +5,8 @@
 #include <algorithm>
 #include <array>
 
+using namespace std::string_view_literals;
+
 namespace Kesh::CodeAnalyzer {
 
 namespace {
@@ -61,9 +63,8 @@ SPrinting WhatPrints(std::wstring_view php)
 {
     constexpr std::wstring_view Values[] = {L"echo", L"print", L"printf", L"return"};
     constexpr std::wstring_view Tag = L"<?php";
-    constexpr std::wstring_view EchoTag = L"<?=";
     SPrinting result;
-    bool isValue = !php.starts_with(L"<?"); // the rest of an expression
+    bool isValue = !php.starts_with(L"<?"sv); // the rest of an expression
     for (std::size_t begin = 0; begin < php.size();) {
         std::size_t end = begin;
         while (end < php.size() && php[end] != L';' && php[end] != L'{' && php[end] != L'}')
@@ -78,9 +79,9 @@ SPrinting WhatPrints(std::wstring_view php)
             if (again)
                 statement.remove_prefix(Tag.size());
         }
-        isValue = isValue || statement.starts_with(EchoTag) ||
+        isValue = isValue || statement.starts_with(L"<?="sv) ||
                   std::ranges::any_of(Values, [&](std::wstring_view word) {
-                      return !statement.empty() && statement[0] == word[0] && statement.starts_with(word) &&
+                      return statement.starts_with(word) &&
                              (statement.size() == word.size() || !IsNameCharacter(statement[word.size()]));
                   });
         const std::size_t call = statement.find(L'(');

@@ -7,6 +7,8 @@
 #include <array>
 #include <initializer_list>
 
+using namespace std::string_view_literals;
+
 namespace Kesh::SyntaxParser {
 
 namespace {
@@ -31,13 +33,6 @@ constexpr auto Roles = [] {
         roles[static_cast<std::size_t>(kind)] = ERole::Begins;
     return roles;
 }();
-
-bool IsFormatFunction(std::wstring_view name)
-{
-    constexpr std::wstring_view Plain = L"printf";
-    constexpr std::wstring_view OfArray = L"vprintf";
-    return name == Plain || name == OfArray;
-}
 
 /// Whether the beginning of a tag is that of an element with content.
 bool OpensElement(std::wstring_view tag)
@@ -65,7 +60,8 @@ void CPrintedStrings::AddToken(const SPhpToken& token)
     using enum EPhpTokenKind;
     if (!m_printing) {
         const ERole role = Roles[static_cast<std::size_t>(token.kind)];
-        m_isFormat = role == ERole::Name && !m_isMember && IsFormatFunction(token.text);
+        m_isFormat =
+            role == ERole::Name && !m_isMember && (token.text == L"printf"sv || token.text == L"vprintf"sv);
         m_isMember = role == ERole::BeforeMember;
         if (!m_isFormat && role != ERole::Begins)
             return;
