@@ -65,6 +65,12 @@ protected:
         EXPECT_GT(colours.size(), 10u) << "an empty picture";
         Shoot(widget, name);
     }
+    /// The explanation of the error at the caret; null when none has come up.
+    QDialog* Explain()
+    {
+        Trigger("&Explain the error");
+        return Window().findChild<QDialog*>("explanation");
+    }
     void KeepDialogs(const char* settings)
     {
         Workbench::CSettingsDialog dialog(Workbench::CPreferences(*m_settings).GetChoices(),
@@ -95,8 +101,7 @@ TEST_F(Screenshots, Light)
     Keep(Window(), "light");
     KeepDialogs("settings");
     KeepTip("tip");
-    Trigger("&Explain the error");
-    auto* page = Window().findChild<QDialog*>("explanation");
+    auto* page = Explain();
     ASSERT_NE(page, nullptr);
     Keep(*page, "explanation");
     page->close();
@@ -124,8 +129,7 @@ TEST_F(Screenshots, German)
     ShowSite(EAppearance::Light, "de", Usual);
     Keep(Window(), "german");
     KeepDialogs("settings-german");
-    Trigger("&Explain the error");
-    auto* page = Window().findChild<QDialog*>("explanation");
+    auto* page = Explain();
     ASSERT_NE(page, nullptr);
     EXPECT_TRUE(page->findChild<QTextBrowser*>()->toPlainText().contains("Abhilfe: "));
     Keep(*page, "explanation-german");
@@ -149,8 +153,7 @@ TEST_F(Scaled, Twice)
     ASSERT_EQ(Window().devicePixelRatioF(), 2.0);
     ShowSite(EAppearance::Light, {}, {800, 500});
     Keep(Window(), "scale-2");
-    Trigger("&Explain the error");
-    auto* page = Window().findChild<QDialog*>("explanation");
+    auto* page = Explain();
     ASSERT_NE(page, nullptr);
     EXPECT_LT(page->height(), page->screen()->availableSize().height()) << "its button would be out of reach";
     page->close();
